@@ -1,0 +1,89 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <places/Address.h>
+#include <places/Coordinates.h>
+#include <places/Global.h>
+#include <places/SearchResultCertainty.h>
+#include <vela/system/SecurityPerimeter.h>
+
+#include <QtCore/QObject>
+#include <QtCore/QString>
+#include <QtCore/QUrl>
+
+#include <memory>
+
+namespace vela::platform::places
+{
+
+class AbstractPlacePrivate;
+
+/// What a full place and a header have in common, to be read. Places are objects: they are handed on by pointer, and an
+/// object belongs to one thread at a time.
+class PLACES_EXPORT AbstractPlace : public QObject
+{
+    Q_OBJECT
+public:
+    static const QString SourceContactService;         ///< "lbs-contact": made from a contact.
+    static const QString SourceGeocodeService;         ///< "lbs-geocode": found by address.
+    static const QString SourceGeolink;                ///< "lbs-geolink": made from a link.
+    static const QString SourceManualInput;            ///< "lbs-manual-input": typed in.
+    static const QString SourcePointOfInterestService; ///< "lbs-poi": found at a point-of-interest provider.
+
+    ~AbstractPlace() override;
+
+    /// Number given by the service; -1 when not stored.
+    [[nodiscard]] qint64 id() const;
+    /// True when the service stores the place.
+    [[nodiscard]] bool isPersisted() const;
+
+    [[nodiscard]] QString name() const;
+    [[nodiscard]] QString description() const;
+    /// Name of the application that added the place; empty when unset.
+    [[nodiscard]] QString owner() const;
+    /// Where the place comes from: one of the constants above, or any other text.
+    [[nodiscard]] QString source() const;
+    /// Time of the last use, in seconds since 1970-01-01T00:00:00 UTC; 0 for never.
+    [[nodiscard]] quint64 lastUsedTime() const;
+    /// True when only the owner may see the place.
+    [[nodiscard]] bool isPrivate() const;
+    /// The perimeter the place belongs to. It is chosen when the place is added and never changes.
+    [[nodiscard]] vela::system::SecurityPerimeter::Type securityPerimeter() const;
+    /// How sure the search that found the place is of it.
+    [[nodiscard]] SearchResultCertainty::Type certainty() const;
+
+    /// True when a location of the place has a valid position.
+    [[nodiscard]] bool hasCoordinates() const;
+    /// True when a location of the place has a valid position or an address.
+    [[nodiscard]] bool hasPhysicalLocation() const;
+    [[nodiscard]] bool hasAuxiliaryData() const;
+    [[nodiscard]] bool hasTag() const;
+    /// True when the place carries Tags::Favorite.
+    [[nodiscard]] bool isFavorite() const;
+
+    /// The e-mail address to show first; empty when there is none.
+    [[nodiscard]] QString primaryEmailAddress() const;
+    /// One line that tells where the place is; empty when nothing is known.
+    [[nodiscard]] QString primaryLocation() const;
+    /// The first address that is not empty; else an empty one.
+    [[nodiscard]] Address primaryAddress() const;
+    /// The first position that is valid; else an invalid one.
+    [[nodiscard]] Coordinates primaryCoordinates() const;
+    /// The telephone number to show first; empty when there is none.
+    [[nodiscard]] QString primaryPhoneNumber() const;
+    /// The web address to show first; empty when there is none.
+    [[nodiscard]] QUrl primaryUrl() const;
+
+    /// A link that shows the place on the map web service; empty when the place has no valid position.
+    [[nodiscard]] QUrl mapUrl() const;
+
+protected:
+    AbstractPlace();
+    std::unique_ptr<AbstractPlacePrivate> d;
+
+private:
+    friend class AbstractPlacePrivate;
+    Q_DISABLE_COPY(AbstractPlace)
+};
+
+} // namespace vela::platform::places

@@ -1,0 +1,92 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <places/Global.h>
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+namespace vela::platform::places
+{
+
+class AddressPrivate;
+
+/// A postal address with the parts inside a building. A part that is not known is an empty text.
+class PLACES_EXPORT Address
+{
+public:
+    /// An address of which nothing is known.
+    Address();
+    Address(const Address &other);
+    Address &operator=(const Address &other);
+    ~Address();
+
+    /// A line made to be shown, such as the name of a building; when set it stands for the whole address.
+    [[nodiscard]] QString label() const;
+    void setLabel(const QString &label);
+
+    [[nodiscard]] QString houseNumber() const;
+    void setHouseNumber(const QString &houseNumber);
+
+    /// Street, with the house number where the country writes them as one.
+    [[nodiscard]] QString street() const;
+    void setStreet(const QString &street);
+
+    [[nodiscard]] QString city() const;
+    void setCity(const QString &city);
+
+    /// State, province or other first-level division.
+    [[nodiscard]] QString region() const;
+    void setRegion(const QString &region);
+
+    /// Name of the country, in whatever language it was given.
+    [[nodiscard]] QString country() const;
+    void setCountry(const QString &country);
+
+    /// Country code of two letters (ISO 3166-1 alpha-2).
+    [[nodiscard]] QString isoAlpha2CountryCode() const;
+    void setIsoAlpha2CountryCode(const QString &code);
+
+    /// Country code of three letters (ISO 3166-1 alpha-3).
+    [[nodiscard]] QString countryCode() const;
+    void setCountryCode(const QString &code);
+
+    [[nodiscard]] QString postalCode() const;
+    void setPostalCode(const QString &postalCode);
+
+    [[nodiscard]] QString campus() const;
+    void setCampus(const QString &campus);
+
+    [[nodiscard]] QString building() const;
+    void setBuilding(const QString &building);
+
+    /// Floor, counted as the building counts; -2147483648 when unset.
+    [[nodiscard]] int floor() const;
+    void setFloor(int floor);
+    /// True when a floor is set; 0 is a floor.
+    [[nodiscard]] bool hasValidFloor() const;
+
+    [[nodiscard]] QString room() const;
+    void setRoom(const QString &room);
+
+    /// Short form for display, one element a line; empty when the source gave none.
+    [[nodiscard]] QStringList compactAddressLines() const;
+    void setCompactAddressLines(const QStringList &lines);
+
+    /// Long form for display, one element a line; empty when the source gave none.
+    [[nodiscard]] QStringList extendedAddressLines() const;
+    void setExtendedAddressLines(const QStringList &lines);
+
+    /// True when no part is set. The display lines are derived from the parts and do not count.
+    [[nodiscard]] bool isEmpty() const;
+
+    /// Compares every part and both lists of lines, exactly.
+    bool operator==(const Address &other) const;
+    bool operator!=(const Address &other) const;
+
+private:
+    friend class AddressPrivate;
+    ValuePointer<AddressPrivate> d;
+};
+
+} // namespace vela::platform::places

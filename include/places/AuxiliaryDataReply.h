@@ -1,0 +1,49 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <places/AuxiliaryData.h>
+#include <places/Error.h>
+#include <places/Global.h>
+
+#include <QtCore/QList>
+#include <QtCore/QMetaType>
+#include <QtCore/QSharedDataPointer>
+#include <QtCore/QSharedPointer>
+#include <QtCore/QVariant>
+
+namespace vela::platform::places
+{
+
+class AbstractPlace;
+class AuxiliaryDataReplyData;
+
+/// The answer to one AuxiliaryDataRequest. Replies are made by the library; copies share their data.
+class PLACES_EXPORT AuxiliaryDataReply
+{
+public:
+    AuxiliaryDataReply();
+    AuxiliaryDataReply(const AuxiliaryDataReply &other);
+    AuxiliaryDataReply &operator=(const AuxiliaryDataReply &other);
+    virtual ~AuxiliaryDataReply();
+
+    /// Outcome of the request.
+    [[nodiscard]] Error::Type status() const;
+    /// The records that were found; empty when the request failed.
+    [[nodiscard]] QList<AuxiliaryData> data() const;
+    /// The place of the request; the reply keeps it alive.
+    [[nodiscard]] QSharedPointer<AbstractPlace> place() const;
+    /// The caller's own value, from the request.
+    [[nodiscard]] QVariant userDefinedValue() const;
+
+private:
+    friend class AuxiliaryDataReplyData;
+    QSharedDataPointer<AuxiliaryDataReplyData> d;
+};
+
+/// Compares all values; the place by identity, not by content.
+PLACES_EXPORT bool operator==(const AuxiliaryDataReply &left, const AuxiliaryDataReply &right);
+PLACES_EXPORT bool operator!=(const AuxiliaryDataReply &left, const AuxiliaryDataReply &right);
+
+} // namespace vela::platform::places
+
+Q_DECLARE_METATYPE(vela::platform::places::AuxiliaryDataReply)

@@ -1,0 +1,74 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <places/AuxiliaryData.h>
+
+#include <QtCore/QUrl>
+
+namespace vela::platform::places
+{
+
+class ContactAuxiliaryDataPrivate;
+
+/// A record of type "contact" seen as the address-book contact it describes. It can be read only: contacts are changed
+/// in the address book. A text that is not known is empty.
+class PLACES_EXPORT ContactAuxiliaryData
+{
+public:
+    /// A new, empty record of type "contact".
+    ContactAuxiliaryData();
+    /// A view of a copy of `data`, whatever its type.
+    explicit ContactAuxiliaryData(const AuxiliaryData &data);
+    ContactAuxiliaryData(const ContactAuxiliaryData &other);
+    ContactAuxiliaryData &operator=(const ContactAuxiliaryData &other);
+    ~ContactAuxiliaryData();
+
+    /// Identifier of the contact in the address book.
+    [[nodiscard]] QString externalId() const;
+    /// Number of the account the contact belongs to; 0 when unknown.
+    [[nodiscard]] int accountId() const;
+    /// Number of the contact in its account; 0 when unknown.
+    [[nodiscard]] int contactId() const;
+
+    [[nodiscard]] QString firstName() const;
+    [[nodiscard]] QString middleName() const;
+    [[nodiscard]] QString lastName() const;
+    [[nodiscard]] QString fullName() const;
+    [[nodiscard]] QString title() const;
+    [[nodiscard]] QString company() const;
+
+    [[nodiscard]] QString homePhone() const;
+    [[nodiscard]] QString mobilePhone() const;
+    [[nodiscard]] QString workPhone() const;
+    [[nodiscard]] QString fax() const;
+    [[nodiscard]] QString emailAddress() const;
+    /// Web address; empty when unknown.
+    [[nodiscard]] QUrl url() const;
+
+    /// File path of the small photo.
+    [[nodiscard]] QString photoPathSmall() const;
+    /// File path of the large photo.
+    [[nodiscard]] QString photoPathLarge() const;
+    /// File path of the photo as it was taken.
+    [[nodiscard]] QString photoPathOriginal() const;
+    /// MIME type of the photos.
+    [[nodiscard]] QString photoMimeType() const;
+
+    /// True when the contact lives in the work perimeter.
+    [[nodiscard]] bool isWorkContact() const;
+    [[nodiscard]] QString notes() const;
+
+    /// A copy of the record behind this view.
+    [[nodiscard]] AuxiliaryData auxiliaryData() const;
+    operator AuxiliaryData() const;
+
+    /// Compares the records.
+    bool operator==(const ContactAuxiliaryData &other) const;
+    bool operator!=(const ContactAuxiliaryData &other) const;
+
+private:
+    friend class ContactAuxiliaryDataPrivate;
+    ValuePointer<ContactAuxiliaryDataPrivate> d;
+};
+
+} // namespace vela::platform::places

@@ -1,0 +1,36 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <places/Global.h>
+
+namespace vela::platform::places
+{
+
+/// The outcome of an operation. Operations return it or write it through an `Error::Type *`, which may be null.
+struct Error
+{
+    enum Type : int
+    {
+        Success = 0,             ///< 0: done.
+        Unspecified = 1,         ///< 1: failed for a reason that has no number of its own.
+        RefusedList = 2,         ///< 2: a list holds a member that is not acceptable; nothing was sent.
+        InvalidArgument = 3,     ///< 3: an argument is not acceptable; nothing was sent and nothing changed.
+        Reserved = 4,            ///< 4: never reported.
+        NotFound = 5,            ///< 5: there is no such place.
+        AlreadyStored = 6,       ///< 6: the place is stored already.
+        PermissionDenied = 7,    ///< 7: the caller may not do this.
+        CommunicationFailed = 8, ///< 8: the request could not be encoded or sent, or the reply could not be read.
+        ServiceUnavailable = 9,  ///< 9: no places service is running.
+        PlaceNotAcceptable = 10, ///< 10: the service does not take a place like this one.
+        StorageFailed = 11,      ///< 11: the service could not read or write its store.
+        LimitExceeded = 12,      ///< 12: the request is larger than the service allows.
+        Busy = 13,               ///< 13: the service has too much to do; a later attempt may succeed.
+        TimedOut = 14,           ///< 14: the service took too long and gave up.
+        NotUnderstood = 15,      ///< 15: the service does not know this request.
+        ProviderFailed = 16,     ///< 16: a provider of remote places failed.
+        BackupFailed = 17,       ///< 17: the backup was not made; an earlier file is untouched.
+        RestoreFailed = 18,      ///< 18: the backup could not be restored; the store is untouched.
+    };
+};
+
+} // namespace vela::platform::places

@@ -1,0 +1,41 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <places/Global.h>
+#include <places/SearchHandle.h>
+#include <places/SearchResultGroup.h>
+
+#include <QtCore/QList>
+#include <QtCore/QMetaType>
+#include <QtCore/QSharedPointer>
+
+namespace vela::platform::places
+{
+
+class AbstractPlace;
+class SearchResultPrivate;
+
+/// What one group of a search found. Copies share the places.
+class PLACES_EXPORT SearchResult
+{
+public:
+    SearchResult();
+    SearchResult(const SearchResult &other);
+    SearchResult &operator=(const SearchResult &other);
+    ~SearchResult();
+
+    /// The group that was searched; SearchResultGroup::None when unset.
+    [[nodiscard]] SearchResultGroup::Type source() const;
+    /// The handle to fetch further pages with.
+    [[nodiscard]] SearchHandle handle() const;
+    /// The places that were found.
+    [[nodiscard]] QList<QSharedPointer<AbstractPlace>> result() const;
+
+private:
+    friend class SearchResultPrivate;
+    ValuePointer<SearchResultPrivate> d;
+};
+
+} // namespace vela::platform::places
+
+Q_DECLARE_METATYPE(vela::platform::places::SearchResult)

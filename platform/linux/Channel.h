@@ -1,0 +1,65 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include <sys/types.h>
+#include <sys/uio.h>
+
+/// Message channels on Linux: a channel is a Unix domain stream socket in the channel folder, and a message is a 32-bit
+/// length in native byte order and that many bytes.
+namespace vela::system::channel
+{
+
+using Clock = std::chrono::steady_clock;
+
+/// Longest time that either side waits for the other within one exchange.
+constexpr std::chrono::seconds EXCHANGE_TIMEOUT{30};
+
+/// The folder that holds the channels' sockets: $VELA_CHANNEL_DIR, else $XDG_RUNTIME_DIR/vela, else /run/vela.
+std::string folder();
+
+/// Path of a channel's socket; empty, with errno set, for a name that cannot be one or a path too long for a socket.
+std::string socketPath(const std::string &name);
+
+/// Owns a file descriptor.
+class Descriptor
+{
+public:
+    explicit Descriptor(int fd = -1)
+        : m_fd(fd)
+    {}
+    Descriptor(Descriptor &&other) noexcept
+        : m_fd(other.release())
+    {}
+    Descriptor &operator=(Descriptor &&other) noexcept
+    {
+        reset(other.release());
+        return *this;
+    }
+    ~Descriptor() { reset(); }
+
+    [[nodiscard]] int get() const { return m_fd; }
+    [[nodiscard]] bool isOpen() const { return m_fd >= 0; }
+    int release();
+    /// Closes what is held; errno stays as it was.
+    void reset(int fd = -1);
+
+private:
+    int m_fd;
+};
+
+/// Writes a message, however many writes it takes; a signal does not end it. False, with errno set, on failure.
+bool sendMessage(int fd, const void *bytes, std::uint32_t length);
+
+/// Reads what is there into two buffers, one after the other, waiting for the first byte until `deadline`. Returns the
+/// number of bytes, 0 at the end of the stream, -1 with errno set on failure (ETIMEDOUT when nothing came).
+ssize_t receiveSome(int fd, iovec first, iovec second, Clock::time_point deadline);
+
+/// Reads exactly `length` bytes. False, with errno set, on failure; the end of the stream is ECONNRESET.
+bool receiveAll(int fd, void *bytes, std::size_t length, Clock::time_point deadline);
+
+} // namespace vela::system::channel

@@ -1,0 +1,27 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "places/AbstractPlace.h"
+#include "places/AuxiliaryDataReply.h"
+
+#include <QtCore/QSharedData>
+
+namespace vela::platform::places
+{
+
+class AuxiliaryDataReplyData : public QSharedData
+{
+public:
+    /// The data of a reply, to be filled. The reply no longer shares it with its copies.
+    static AuxiliaryDataReplyData *fromPublic(AuxiliaryDataReply &reply) { return reply.d.data(); }
+    static const AuxiliaryDataReplyData *fromPublic(const AuxiliaryDataReply &reply) { return reply.d.constData(); }
+
+    bool operator==(const AuxiliaryDataReplyData &other) const;
+
+    Error::Type status = Error::Success;
+    QList<AuxiliaryData> data;
+    QSharedPointer<AbstractPlace> place;
+    QVariant userDefinedValue;
+};
+
+} // namespace vela::platform::places

@@ -1,0 +1,108 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "places/Coordinates.h"
+#include "places/Error.h"
+#include "places/SearchHandle.h"
+#include "places/SearchResultGroup.h"
+#include "places/SearchRule.h"
+#include "places/SortRule.h"
+#include "search/SearchRulePrivate.h"
+
+#include <QtCore/QList>
+#include <QtCore/QSharedPointer>
+#include <QtCore/QStringList>
+
+namespace vela::platform::places
+{
+
+class AbstractPlace;
+class AuxiliaryDataReply;
+class AuxiliaryDataRequest;
+class Place;
+class PlaceHeader;
+class Provider;
+
+/// The operations of the managers. It has no state; every call stands on its own, on any thread.
+class PlaceManagerPrivate
+{
+public:
+    /// What a find asks for. The centre is invalid where a find has none.
+    struct Query
+    {
+        SearchRule rule;
+        SortRule sort;
+        int offset = 0;
+        int limit = 0;
+        Coordinates centre;
+    };
+
+    Error::Type addPlace(Place *place, int persistenceMask) const;
+    Error::Type updatePlace(Place *place, int persistenceMask) const;
+    Error::Type removePlace(qint64 id) const;
+    Error::Type removePlace(const AbstractPlace *place) const;
+    Place *getPlace(qint64 id, Error::Type *error) const;
+    Place *getPlace(const PlaceHeader *header, Error::Type *error) const;
+    /// Fetches a stored place by its id and resolves any other as a suggestion.
+    Place *getPlace(const AbstractPlace *place, Error::Type *error) const;
+    Error::Type getHeader(const Place &place, PlaceHeader *&header) const;
+    Error::Type usePlace(qint64 id) const;
+    Error::Type usePlace(AbstractPlace *place) const;
+    Error::Type fav(AbstractPlace *place) const;
+    Error::Type unfav(AbstractPlace *place) const;
+    Error::Type addTag(qint64 id, const QString &tag) const;
+    Error::Type removeTag(qint64 id, const QString &tag) const;
+    QStringList getTagsInUse(Error::Type *error) const;
+    Error::Type addRecentlyPickedPlace(Place *place) const;
+    Error::Type clearRecentlyPickedPlaces() const;
+
+    QList<PlaceHeader *> findPlaces(const QString &term, Error::Type *error, SearchHandle *handle, const SortRule &sort,
+                                    int offset, int limit, bool includeRemote, const Coordinates &centre) const;
+    QList<PlaceHeader *> findMyPlaces(Error::Type *error, SearchHandle *handle, const SortRule &sort, int offset,
+                                      int limit) const;
+    QList<PlaceHeader *> findRecentPlaces(Error::Type *error, SearchHandle *handle, bool onlyMine, unsigned int since,
+                                          int offset, int limit) const;
+    QList<PlaceHeader *> findPlacesByOwners(const QStringList &owners, Error::Type *error, SearchHandle *handle,
+                                            const SortRule &sort, int offset, int limit) const;
+    QList<PlaceHeader *> findPlacesByTypes(const QStringList &types, Error::Type *error, SearchHandle *handle,
+                                           const SortRule &sort, int offset, int limit) const;
+    QList<PlaceHeader *> findPlacesByTags(const QStringList &tags, Error::Type *error, SearchHandle *handle,
+                                          const SortRule &sort, int offset, int limit) const;
+    QList<PlaceHeader *> findEquivalentPlaces(const Place *place, Error::Type *error, int radius) const;
+
+    QList<QSharedPointer<AbstractPlace>> findPlacesByGroup(SearchResultGroup::Type group, Error::Type *error,
+                                                           SearchHandle *handle, const QString &term, int offset,
+                                                           int limit, const Coordinates &centre,
+                                                           bool excludeFavorites) const;
+    unsigned int findPlacesSizeByGroup(SearchResultGroup::Type group, Error::Type *error, const QString &term,
+                                       const Coordinates &centre) const;
+    unsigned int findPlacesSize(const SearchRule &rule, Error::Type *error, const Coordinates &centre) const;
+    /// An earlier page for a position that was fetched before, the next one for a negative position or the one behind
+    /// those; Error::InvalidArgument for any other.
+    QList<AbstractPlace *> findMorePlaces(SearchHandle &handle, int count, Error::Type &error, int position) const;
+
+    Error::Type getAuxiliaryData(const AuxiliaryDataRequest &request, AuxiliaryDataReply &reply) const;
+    Error::Type getSupportedProviders(QList<Provider> &providers) const;
+
+    /// The rules of a group. Error::InvalidArgument, and neither rule is set, for a group that cannot be searched so.
+    static Error::Type buildRules(SearchResultGroup::Type group, const QString &term, const Coordinates &centre,
+                                  bool excludeFavorites, SearchRule &rule, SortRule &sort);
+    /// Brings a rule into the shape that the service expects: a disjoint rule, or a connective of disjoint rules.
+    static void adjustSearchRule(SearchRule &rule);
+
+    /// The common find sequence: adjusts the rule, sends the find, and notes in `handle` (which may be null) where the
+    /// next page starts. The caller owns the places.
+    template <typename PlaceType>
+    static QList<PlaceType *> find(const Query &query, Error::Type *error, SearchHandle *handle);
+
+private:
+    using CreateRule = SearchRulePrivate::Node (*)(SearchOperator::Type, const QString &);
+
+    static QString getProcessName();
+    static QList<PlaceHeader *> findByAnyOf(CreateRule createRule, const QStringList &values, Error::Type *error,
+                                            SearchHandle *handle, const SortRule &sort, int offset, int limit);
+    Error::Type favPlace(Place *place) const;
+    Error::Type favHeader(PlaceHeader *header) const;
+};
+
+} // namespace vela::platform::places

@@ -1,0 +1,78 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "model/PlaceId.h"
+#include "places/AbstractPlace.h"
+
+#include <memory>
+
+namespace vela::platform::places
+{
+
+class AbstractPlacePrivate
+{
+public:
+    virtual ~AbstractPlacePrivate();
+
+    /// Compares what the place is, not when and by whom it was stored or used.
+    virtual bool operator==(const AbstractPlacePrivate &other) const;
+    virtual bool operator!=(const AbstractPlacePrivate &other) const;
+
+    virtual bool hasCoordinates() const = 0;
+    virtual bool hasPhysicalLocation() const = 0;
+    virtual bool hasAuxiliaryData() const = 0;
+    virtual bool hasTag() const = 0;
+    virtual bool isFavorite() const = 0;
+    virtual QString primaryEmailAddress() const = 0;
+    virtual QString primaryLocation() const = 0;
+    virtual Address primaryAddress() const = 0;
+    virtual Coordinates primaryCoordinates() const = 0;
+    virtual QString primaryPhoneNumber() const = 0;
+    virtual QUrl primaryUrl() const = 0;
+    virtual QUrl mapUrl() const = 0;
+
+    static AbstractPlacePrivate *privateFromPublic(AbstractPlace *place) { return place->d.get(); }
+    static const AbstractPlacePrivate *privateFromPublic(const AbstractPlace *place) { return place->d.get(); }
+    /// The private part of a place that its owner handed over as const, but that an answer of the service changes: its
+    /// id when it was removed, its search term when it was sent.
+    static AbstractPlacePrivate *mutablePrivate(const AbstractPlace &place) { return place.d.get(); }
+
+    std::unique_ptr<PlaceId> globalId() const { return std::make_unique<PlaceId>(*this); }
+
+    bool isPersisted() const { return m_id != PlaceId::UNDEFINED_PERSISTED_ID; }
+    qint64 id() const { return m_id; }
+    void setId(qint64 id) { m_id = id; }
+    const QString &name() const { return m_name; }
+    void setName(const QString &name) { m_name = name; }
+    const QString &description() const { return m_description; }
+    void setDescription(const QString &description) { m_description = description; }
+    const QString &owner() const { return m_owner; }
+    void setOwner(const QString &owner) { m_owner = owner; }
+    const QString &source() const { return m_source; }
+    void setSource(const QString &source) { m_source = source; }
+    /// The term that the place was found with, until it is handed to the service.
+    const QString &searchTerm() const { return m_searchTerm; }
+    void setSearchTerm(const QString &term) { m_searchTerm = term; }
+    /// Hands the search term out and forgets it: the service hears of each search once.
+    QString takeSearchTerm();
+    quint64 lastUsedTime() const { return m_lastUsedTime; }
+    void setLastUsedTime(quint64 time) { m_lastUsedTime = time; }
+    bool isPrivate() const { return m_isPrivate; }
+    void setPrivate(bool isPrivate) { m_isPrivate = isPrivate; }
+    vela::system::SecurityPerimeter::Type securityPerimeter() const { return m_securityPerimeter; }
+    SearchResultCertainty::Type certainty() const { return m_certainty; }
+    void setCertainty(SearchResultCertainty::Type certainty) { m_certainty = certainty; }
+
+    qint64 m_id = PlaceId::UNDEFINED_PERSISTED_ID;
+    QString m_name;
+    QString m_description;
+    QString m_owner;
+    QString m_source;
+    QString m_searchTerm;
+    quint64 m_lastUsedTime = 0;
+    bool m_isPrivate = false;
+    vela::system::SecurityPerimeter::Type m_securityPerimeter = vela::system::SecurityPerimeter::Default;
+    SearchResultCertainty::Type m_certainty = SearchResultCertainty::Unknown;
+};
+
+} // namespace vela::platform::places

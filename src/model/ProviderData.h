@@ -1,0 +1,24 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "places/Provider.h"
+
+#include <QtCore/QSharedData>
+
+namespace vela::platform::places
+{
+
+class ProviderData : public QSharedData
+{
+public:
+    /// The data of a provider, to be filled; every copy of the provider sees the change.
+    static ProviderData *fromPublic(Provider &provider) { return provider.d.data(); }
+    static const ProviderData *fromPublic(const Provider &provider) { return provider.d.constData(); }
+
+    QString name;
+    QUrl url;
+    bool canRequestAdditionalData = false;
+    QStringList supportedDataTypes;
+};
+
+} // namespace vela::platform::places

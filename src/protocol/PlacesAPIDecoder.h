@@ -1,0 +1,145 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "places/AuxiliaryData.h"
+#include "places/Location.h"
+#include "places/SearchResultCertainty.h"
+#include "protocol/PlacesBaseDecoder.h"
+#include "protocol/ProtocolTypes.h"
+
+#include <QtCore/QList>
+#include <QtCore/QMap>
+#include <QtCore/QStringList>
+
+namespace vela::platform::places
+{
+class AbstractPlace;
+class Place;
+class PlaceHeader;
+class SearchHandle;
+} // namespace vela::platform::places
+
+namespace orix_places_protocol
+{
+
+namespace places = vela::platform::places;
+
+/// Reads replies and the records they are made of. Every function returns false as soon as a field cannot be read; its
+/// result is then as it was, lists are empty, and every object made on the way is freed. Objects that are handed out
+/// are the caller's.
+class PlacesAPIDecoder : public PlacesBaseDecoder
+{
+public:
+    using PlacesBaseDecoder::PlacesBaseDecoder;
+    PlacesAPIDecoder() = default;
+    /// Takes the reply of `other`, which is left without one, and its status.
+    PlacesAPIDecoder &operator=(PlacesAPIDecoder &other);
+
+    /// What decodeResponse() read.
+    [[nodiscard]] ReturnCode returnCode() const { return m_returnCode; }
+    [[nodiscard]] int replyType() const { return m_replyType; }
+
+    // Replies. Where a type is named, a reply of another type is refused.
+    bool decodeResponse(ReturnCode &code);
+    bool decodeAddPlaceResponse(long long &id);
+    bool decodeUnfav(bool &stillStored);
+    bool decodeFindPlacesSize(unsigned int &size);
+    bool decodeGetRecentSearchTerms(QStringList &terms);
+    bool decodeGetTagsResponse(QStringList &tags);
+    bool decodeGetProviders(QList<places::Provider> &providers);
+    bool decodeGetAuxiliaryData(QList<places::AuxiliaryData> &data);
+    bool decodeGetPlaceResponse(places::Place *&place);
+    bool decodeGetPlaceFromContactResponse(places::Place *&place);
+    bool decodeGetPlaceFromSuggestionResponse(places::Place *&place);
+    bool decodeGetHeaderFromFullPlace(places::PlaceHeader *&header);
+    /// The places of a find and the paging state behind them; a null handle takes nothing.
+    template <typename PlaceType>
+    bool decodeFindPlaces(QList<PlaceType *> &places, places::SearchHandle *handle)
+    {
+        if (hasType(MessageType::FindPlaces) && decodePlaces(places) && decodeSearchHandle(handle))
+            return true;
+        qDeleteAll(places);
+        places.clear();
+        return false;
+    }
+    bool decodeSearchHandle(places::SearchHandle *handle);
+
+    // Records.
+    bool decodePlace(places::Place *&place);
+    bool decodePlaceHeader(places::PlaceHeader *&header);
+    bool decodePlaces(QList<places::Place *> &places);
+    bool decodePlaces(QList<places::PlaceHeader *> &headers);
+    /// Each record becomes a header or a full place, as it says itself.
+    bool decodePlaces(QList<places::AbstractPlace *> &places);
+    bool decodePlaceLocations(QList<places::Location> &locations);
+    bool decodePlaceLocation(places::Location &location);
+    bool decodePlaceAddress(places::Address &address);
+    bool decodePlaceCoordinates(places::Coordinates &coordinates);
+    bool decodeBoundingBox(places::BoundingBox &box);
+    bool decodePlaceAuxiliaryData(QList<places::AuxiliaryData> &list);
+    bool decodePlaceAuxiliaryDatum(places::AuxiliaryData &data);
+    bool decodeProvider(places::Provider &provider);
+    bool decodeProperties(QMap<QString, QString> &properties);
+    bool decodePlaceTags(QStringList &tags);
+    bool decodePlaceAliases(QStringList &aliases);
+    bool decodeQStringList(QStringList &list);
+    bool decodeQStringPair(QString &first, QString &second);
+
+    // For a service: a place as encodePlace() writes it, and nothing but a full one.
+    bool serviceDecodePlace(places::Place *&place);
+
+private:
+    /// A place record as it stands on the wire, before it is known what becomes of it.
+    struct PlacePrivate
+    {
+        qint64 id = -1;
+        QString name;
+        QString description;
+        QString owner;
+        bool isPrivate = false;
+        int usageCount = 0;
+        QString source;
+        quint64 createdTime = 0;
+        quint64 updatedTime = 0;
+        quint64 expiredTime = 0;
+        quint64 lastUsedTime = 0;
+        bool isHeader = false;
+        qint64 dataMask = 0;
+        int persistenceMask = 0;
+        QString searchTerm;
+        Perimeter securityPerimeter = Perimeter::Default;
+        places::SearchResultCertainty::Type certainty = places::SearchResultCertainty::Unknown;
+        // A full place; a header has the first location only.
+        QList<places::Location> locations;
+        QList<places::AuxiliaryData> auxiliaryData;
+        QStringList tags;
+        QStringList aliases;
+        // A header.
+        QString primaryEmailAddress;
+        QString primaryPhoneNumber;
+        QString primaryUrl;
+        QString externalId;
+        QString auxiliaryDataType;
+    };
+
+    bool decodePlacePrivate(PlacePrivate &record);
+    bool serviceDecodePlacePrivate(PlacePrivate &record);
+    bool decodeHeaderLocation(QList<places::Location> &locations);
+    bool decodeUrl(QUrl &url);
+    bool hasType(MessageType request) const { return m_replyType == replyTypeOf(request); }
+
+    static void populatePlace(PlacePrivate &record, places::Place *place);
+    static places::Place *createPlace(PlacePrivate &record);
+    static places::PlaceHeader *createPlaceHeader(PlacePrivate &record);
+    static places::AbstractPlace *createAsRecorded(PlacePrivate &record);
+
+    template <typename List, typename DecodeElement>
+    bool decodeList(List &list, DecodeElement decodeElement);
+    template <typename PlaceType>
+    bool decodePlaceList(QList<PlaceType *> &list, PlaceType *(*create)(PlacePrivate &));
+
+    ReturnCode m_returnCode = ReturnCode::NoStatus;
+    int m_replyType = REPLY_OFFSET;
+};
+
+} // namespace orix_places_protocol

@@ -1,0 +1,91 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QtCore/QString>
+
+#include <cstring>
+#include <memory>
+#include <string>
+#include <type_traits>
+
+struct _msgserver_data;
+
+namespace orix_places_protocol
+{
+
+/// Reads back what PlacesBaseEncoder wrote. Every function returns false, and leaves its target as it was, when the
+/// message ends before the field does or the fill before it is not what it must be; nothing can be read from then on
+/// that makes sense.
+class PlacesBaseDecoder
+{
+public:
+    /// A decoder of no message.
+    PlacesBaseDecoder() = default;
+    /// Reads a copy of `data`; null for no message.
+    PlacesBaseDecoder(const char *data, unsigned int length);
+    /// Reads a message in place, which has to outlive the decoder; null for no message.
+    explicit PlacesBaseDecoder(const _msgserver_data *message);
+    PlacesBaseDecoder(const PlacesBaseDecoder &) = delete;
+    virtual ~PlacesBaseDecoder();
+    /// Takes the message of `other`, which is left without one.
+    PlacesBaseDecoder &operator=(PlacesBaseDecoder &other);
+
+    /// Checks that a field of `size` bytes can be read and passes over the fill before it. At the very end of the
+    /// message not even a field of no bytes can be read.
+    bool verifyBuffer(unsigned int size, bool aligned);
+    /// True when everything was read.
+    [[nodiscard]] bool testBuffer() const { return m_cursor == m_end; }
+    /// Number of bytes not read yet.
+    [[nodiscard]] std::size_t remaining() const { return static_cast<std::size_t>(m_end - m_cursor); }
+
+    /// An integer or floating-point number as it stands in memory, or an enumerator as its number.
+    template <typename T>
+    bool decode(T &value)
+    {
+        static_assert((std::is_arithmetic_v<T> || std::is_enum_v<T>)&&(sizeof(T) == 4 || sizeof(T) == 8));
+        if (!verifyBuffer(sizeof value, true))
+            return false;
+        std::memcpy(&value, m_cursor, sizeof value);
+        m_cursor += sizeof value;
+        return true;
+    }
+    /// One byte, aligned all the same; any but 0 is true.
+    bool decode(bool &value);
+
+    /// Points `out` to `size` bytes within the message.
+    bool decodeCharArray(const char *&out, unsigned int size);
+    bool decodeString(std::string &text);
+    bool decodeStringPair(std::string &first, std::string &second);
+    /// A text from UTF-8; a null text when it is empty.
+    bool decodeQString(QString &text);
+    bool decodeLatLon(double &first, double &second);
+    bool decodeCoordinate(double &first, double &second, double &third, float &fourth, float &fifth);
+
+private:
+    /// Reads the bytes of a length and that many bytes. `bytes` is null when there are none.
+    bool decodeCounted(const char *&bytes, unsigned int &size);
+
+    std::unique_ptr<char[]> m_owned;
+    const char *m_start = nullptr;
+    const char *m_end = nullptr;
+    const char *m_cursor = nullptr;
+};
+
+inline bool PlacesBaseDecoder::verifyBuffer(unsigned int size, bool aligned)
+{
+    const std::size_t left = remaining();
+    if (left < 1)
+        return false;
+    const std::size_t pad = aligned ? static_cast<std::size_t>(m_cursor - m_start) % 4 : 0;
+    const std::size_t fill = pad ? 4 - pad : 0;
+    if (size > left || fill > left - size)
+        return false;
+    for (std::size_t i = 0; i < fill; ++i) {
+        if (*m_cursor != 'Z')
+            return false;
+        ++m_cursor;
+    }
+    return true;
+}
+
+} // namespace orix_places_protocol

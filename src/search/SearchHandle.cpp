@@ -1,0 +1,59 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "places/SearchHandle.h"
+
+#include "search/SearchHandlePrivate.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace vela::platform::places
+{
+
+SearchHandlePrivate::SearchHandlePrivate(const SearchHandlePrivate &other)
+    : SearchHandlePrivate()
+{
+    *this = other;
+}
+
+SearchHandlePrivate &SearchHandlePrivate::operator=(const SearchHandlePrivate &other)
+{
+    m_searchRule = other.m_searchRule;
+    m_sortRule = other.m_sortRule;
+    m_headerOnly = other.m_headerOnly;
+    m_mapCenter = other.m_mapCenter;
+    m_moreData = other.m_moreData;
+    m_index = other.m_index;
+    m_providerPrimaryIndex = other.m_providerPrimaryIndex;
+    m_providerSecondaryIndex = other.m_providerSecondaryIndex;
+    return *this;
+}
+
+void SearchHandlePrivate::setIndexBehind(int offset, int count)
+{
+    m_index = static_cast<int>(std::min<qint64>(qint64(offset) + count, std::numeric_limits<int>::max()));
+}
+
+void SearchHandlePrivate::addIndexMapping(int position, int primary, int secondary)
+{
+    const IndexMapping mapping(primary, secondary);
+    if (position >= 0 && static_cast<std::size_t>(position) < m_indices.size())
+        m_indices[static_cast<std::size_t>(position)] = mapping;
+    else
+        m_indices.push_back(mapping);
+}
+
+SearchHandle::SearchHandle()
+    : d(new SearchHandlePrivate)
+{}
+
+SearchHandle::SearchHandle(const SearchHandle &other) = default;
+SearchHandle &SearchHandle::operator=(const SearchHandle &other) = default;
+SearchHandle::~SearchHandle() = default;
+
+bool SearchHandle::hasMoreData() const
+{
+    return d->hasMoreData();
+}
+
+} // namespace vela::platform::places

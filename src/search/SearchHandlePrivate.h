@@ -1,0 +1,66 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "places/Coordinates.h"
+#include "places/SearchHandle.h"
+#include "places/SearchRule.h"
+#include "places/SortRule.h"
+
+#include <utility>
+#include <vector>
+
+namespace vela::platform::places
+{
+
+class SearchHandlePrivate
+{
+public:
+    /// The providers' cursor: primary and secondary index.
+    using IndexMapping = std::pair<int, int>;
+
+    SearchHandlePrivate() = default;
+    /// Copies everything but the index mappings, which belong to the handle that received them.
+    SearchHandlePrivate(const SearchHandlePrivate &other);
+    SearchHandlePrivate &operator=(const SearchHandlePrivate &other);
+
+    static SearchHandlePrivate *privateFromPublic(SearchHandle *handle) { return handle->d.get(); }
+
+    const SearchRule &searchRule() const { return m_searchRule; }
+    void setSearchRule(const SearchRule &rule) { m_searchRule = rule; }
+    const SortRule &sortRule() const { return m_sortRule; }
+    void setSortRule(const SortRule &rule) { m_sortRule = rule; }
+    bool isHeaderOnly() const { return m_headerOnly; }
+    void setHeaderOnly(bool headerOnly) { m_headerOnly = headerOnly; }
+    const Coordinates &mapCenter() const { return m_mapCenter; }
+    void setMapCenter(const Coordinates &centre) { m_mapCenter = centre; }
+    bool hasMoreData() const { return m_moreData; }
+    void setMoreData(bool moreData) { m_moreData = moreData; }
+    /// Position in the whole list of results at which the next page starts.
+    int index() const { return m_index; }
+    void setIndex(int index) { m_index = index; }
+    /// Sets the index behind `count` results from `offset` on; at most the largest int.
+    void setIndexBehind(int offset, int count);
+    /// Where the providers' results go on; -1 for none.
+    int providerPrimaryIndex() const { return m_providerPrimaryIndex; }
+    void setProviderPrimaryIndex(int index) { m_providerPrimaryIndex = index; }
+    int providerSecondaryIndex() const { return m_providerSecondaryIndex; }
+    void setProviderSecondaryIndex(int index) { m_providerSecondaryIndex = index; }
+
+    /// The cursor at which each result was found, by position in the whole list.
+    const std::vector<IndexMapping> &indices() const { return m_indices; }
+    /// Replaces the mapping at a position that has one; any other is appended, and a gap is not filled.
+    void addIndexMapping(int position, int primary, int secondary);
+
+private:
+    SearchRule m_searchRule;
+    SortRule m_sortRule;
+    bool m_headerOnly = false;
+    Coordinates m_mapCenter;
+    bool m_moreData = false;
+    int m_index = 0;
+    int m_providerPrimaryIndex = -1;
+    int m_providerSecondaryIndex = -1;
+    std::vector<IndexMapping> m_indices;
+};
+
+} // namespace vela::platform::places

@@ -1,0 +1,33 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "places/SearchResult.h"
+
+#include "search/SearchResultPrivate.h"
+
+namespace vela::platform::places
+{
+
+SearchResult::SearchResult()
+    : d(new SearchResultPrivate)
+{}
+
+SearchResult::SearchResult(const SearchResult &other) = default;
+SearchResult &SearchResult::operator=(const SearchResult &other) = default;
+SearchResult::~SearchResult() = default;
+
+SearchResultGroup::Type SearchResult::source() const
+{
+    return d->source();
+}
+
+SearchHandle SearchResult::handle() const
+{
+    return d->handle();
+}
+
+QList<QSharedPointer<AbstractPlace>> SearchResult::result() const
+{
+    return d->result();
+}
+
+} // namespace vela::platform::places

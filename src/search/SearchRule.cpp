@@ -1,0 +1,373 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "places/SearchRule.h"
+
+#include "places/Utilities.h"
+#include "search/SearchRulePrivate.h"
+
+#include <algorithm>
+
+namespace vela::platform::places
+{
+
+namespace
+{
+
+using Node = SearchRulePrivate::Node;
+
+Node textRule(SearchOperator::Type op, SearchRulePrivate::Field field, const QString &text)
+{
+    return std::make_unique<UnaryRule<std::string>>(op, field, Utilities::toStdString(text));
+}
+
+Node nullaryRule(SearchRulePrivate::Field field)
+{
+    return std::make_unique<NullaryRule>(field);
+}
+
+Node nameWordsRule(const QString &text)
+{
+    return SearchRulePrivate::createNameRule(SearchOperator::Contains, text);
+}
+
+template <typename Connective>
+Node combine(Node a, Node b)
+{
+    if (auto *connective = dynamic_cast<Connective *>(a.get())) {
+        connective->addRule(std::move(b));
+        return a;
+    }
+    if (auto *connective = dynamic_cast<Connective *>(b.get())) {
+        connective->addRule(std::move(a));
+        return b;
+    }
+    return std::make_unique<Connective>(std::move(a), std::move(b));
+}
+
+} // namespace
+
+SearchRulePrivate::~SearchRulePrivate() = default;
+
+SearchRulePrivate *SearchRulePrivate::clone() const
+{
+    return new SearchRulePrivate(m_operator);
+}
+
+bool SearchRulePrivate::operator==(const SearchRulePrivate &other) const
+{
+    return isSameKind(other) && m_operator == other.m_operator;
+}
+
+bool SearchRulePrivate::operator!=(const SearchRulePrivate &other) const
+{
+    return !(*this == other);
+}
+
+Node SearchRulePrivate::createAuxiliaryKeyRule(SearchOperator::Type op, const QString &key)
+{
+    return textRule(op, AuxiliaryKey, key);
+}
+
+Node SearchRulePrivate::createAuxiliaryValueRule(SearchOperator::Type op, const QString &value)
+{
+    return textRule(op, AuxiliaryValue, value);
+}
+
+Node SearchRulePrivate::createAuxiliaryPairRule(const QString &key, SearchOperator::Type op, const QString &value)
+{
+    return std::make_unique<AndRule>(createAuxiliaryKeyRule(SearchOperator::Equals, key),
+                                     createAuxiliaryValueRule(op, value));
+}
+
+Node SearchRulePrivate::createLastUsedTimeRule(SearchOperator::Type op, unsigned int time)
+{
+    return std::make_unique<UnaryRule<int>>(op, LastUsedTime, static_cast<int>(time));
+}
+
+Node SearchRulePrivate::createNameRule(SearchOperator::Type op, const QString &name)
+{
+    return textRule(op, Name, name);
+}
+
+Node SearchRulePrivate::createOwnerRule(SearchOperator::Type op, const QString &owner)
+{
+    return textRule(op, Owner, owner);
+}
+
+Node SearchRulePrivate::createTagRule(SearchOperator::Type op, const QString &tag)
+{
+    return textRule(op, Tag, tag);
+}
+
+Node SearchRulePrivate::createTypeRule(SearchOperator::Type op, const QString &type)
+{
+    return textRule(op, Type, type);
+}
+
+Node SearchRulePrivate::createRecentlyPickedRule()
+{
+    return nullaryRule(RecentlyPicked);
+}
+
+Node SearchRulePrivate::createRecentSearchTermsRule()
+{
+    return nullaryRule(RecentSearchTerms);
+}
+
+Node SearchRulePrivate::createMyPlacesRule(const QString &owner)
+{
+    return textRule(SearchOperator::Equals, MyPlaces, owner);
+}
+
+Node SearchRulePrivate::createExcludeFavoritesRule()
+{
+    return nullaryRule(ExcludeFavorites);
+}
+
+Node SearchRulePrivate::createGeocodeAddressRule(const QString &text)
+{
+    return textRule(SearchOperator::Equals, GeocodeAddress, text);
+}
+
+Node SearchRulePrivate::createPOINameRule(const QString &text)
+{
+    return textRule(SearchOperator::Equals, POIName, text);
+}
+
+Node SearchRulePrivate::createContactQueryRule(const QString &text)
+{
+    return textRule(SearchOperator::Equals, ContactQuery, text);
+}
+
+Node SearchRulePrivate::createNonContactQueryRule(const QString &text)
+{
+    return std::make_unique<AndRule>(nameWordsRule(text), nullaryRule(NonContact));
+}
+
+Node SearchRulePrivate::createListFavoriteRule()
+{
+    return nullaryRule(ListFavorite);
+}
+
+Node SearchRulePrivate::createSuggestionRule(const QString &text)
+{
+    return textRule(SearchOperator::Equals, Suggestion, text);
+}
+
+Node SearchRulePrivate::createPOICategoryRule(const QString &text)
+{
+    return textRule(SearchOperator::Equals, POICategory, text);
+}
+
+Node SearchRulePrivate::createPOICategorySuggestionRule(const QString &text)
+{
+    return textRule(SearchOperator::Equals, POICategorySuggestion, text);
+}
+
+Node SearchRulePrivate::createMeetingRoomRule(const QString &text)
+{
+    return textRule(SearchOperator::Equals, MeetingRoom, text);
+}
+
+Node SearchRulePrivate::createRemotePlacesRule(const QString &text, bool byCategory)
+{
+    return textRule(SearchOperator::Equals, byCategory ? RemoteByCategoryOrName : RemoteByName, text);
+}
+
+Node SearchRulePrivate::createQueryRecentlyPickedRule(const QString &text)
+{
+    if (text.isEmpty())
+        return createRecentlyPickedRule();
+    return std::make_unique<AndRule>(createRecentlyPickedRule(), nameWordsRule(text));
+}
+
+Node SearchRulePrivate::createQueryTagRule(SearchOperator::Type op, const QString &tag, const QString &text)
+{
+    if (text.isEmpty())
+        return createTagRule(op, tag);
+    return std::make_unique<AndRule>(createTagRule(op, tag), nameWordsRule(text));
+}
+
+Node SearchRulePrivate::createAndRule(Node a, Node b)
+{
+    return combine<AndRule>(std::move(a), std::move(b));
+}
+
+Node SearchRulePrivate::createOrRule(Node a, Node b)
+{
+    return combine<OrRule>(std::move(a), std::move(b));
+}
+
+bool NullaryRule::operator==(const SearchRulePrivate &other) const
+{
+    return SearchRulePrivate::operator==(other) && m_field == static_cast<const NullaryRule &>(other).m_field;
+}
+
+bool ConnectiveRule::operator==(const SearchRulePrivate &other) const
+{
+    if (!isSameKind(other))
+        return false;
+    const auto &theirs = static_cast<const ConnectiveRule &>(other).m_rules;
+    const auto same = [](const Member &a, const Member &b) { return a && b ? *a == *b : a == b; };
+    return m_rules.size() == theirs.size() && std::all_of(m_rules.begin(), m_rules.end(), [&](const Member &mine) {
+               return std::any_of(theirs.begin(), theirs.end(), [&](const Member &their) { return same(mine, their); });
+           });
+}
+
+void ConnectiveRule::addRule(const SearchRulePrivate *rule)
+{
+    m_rules.emplace_back(rule);
+}
+
+std::vector<const SearchRulePrivate *> ConnectiveRule::getRules() const
+{
+    std::vector<const SearchRulePrivate *> rules;
+    rules.reserve(m_rules.size());
+    for (const Member &rule : m_rules)
+        rules.push_back(rule.get());
+    return rules;
+}
+
+void ConnectiveRule::cloneMembersTo(ConnectiveRule &target) const
+{
+    for (const Member &rule : m_rules)
+        target.m_rules.emplace_back(rule ? rule->clone() : nullptr);
+}
+
+AndRule::AndRule(Node a, Node b)
+{
+    m_rules = {Member(std::move(a)), Member(std::move(b))};
+}
+
+AndRule *AndRule::clone() const
+{
+    auto copy = std::make_unique<AndRule>();
+    cloneMembersTo(*copy);
+    return copy.release();
+}
+
+OrRule::OrRule(Node a, Node b)
+{
+    m_rules = {Member(std::move(a)), Member(std::move(b))};
+}
+
+OrRule *OrRule::clone() const
+{
+    auto copy = std::make_unique<OrRule>();
+    cloneMembersTo(*copy);
+    return copy.release();
+}
+
+DisjointRule::DisjointRule(Node rule)
+    : DisjointRule(Member(std::move(rule)))
+{}
+
+DisjointRule::DisjointRule(const SearchRulePrivate *rule)
+    : DisjointRule(Member(rule))
+{}
+
+DisjointRule::DisjointRule(Member member)
+{
+    m_rules = {std::move(member)};
+}
+
+DisjointRule *DisjointRule::clone() const
+{
+    return new DisjointRule(m_rules.front());
+}
+
+void DisjointRule::addRule(const SearchRulePrivate *) {}
+
+SearchRule::SearchRule()
+    : SearchRule(new SearchRulePrivate)
+{}
+
+SearchRule::SearchRule(SearchRulePrivate *owned)
+    : d(owned)
+{}
+
+SearchRule::SearchRule(const SearchRule &other) = default;
+SearchRule &SearchRule::operator=(const SearchRule &other) = default;
+SearchRule::~SearchRule() = default;
+
+SearchRule SearchRule::createAuxiliaryKeyRule(SearchOperator::Type op, const QString &key)
+{
+    return SearchRule(SearchRulePrivate::createAuxiliaryKeyRule(op, key).release());
+}
+
+SearchRule SearchRule::createAuxiliaryValueRule(SearchOperator::Type op, const QString &value)
+{
+    return SearchRule(SearchRulePrivate::createAuxiliaryValueRule(op, value).release());
+}
+
+SearchRule SearchRule::createAuxiliaryPairRule(const QString &key, SearchOperator::Type op, const QString &value)
+{
+    return SearchRule(SearchRulePrivate::createAuxiliaryPairRule(key, op, value).release());
+}
+
+SearchRule SearchRule::createLastUsedTimeRule(SearchOperator::Type op, unsigned int time)
+{
+    return SearchRule(SearchRulePrivate::createLastUsedTimeRule(op, time).release());
+}
+
+SearchRule SearchRule::createNameRule(SearchOperator::Type op, const QString &name)
+{
+    return SearchRule(SearchRulePrivate::createNameRule(op, name).release());
+}
+
+SearchRule SearchRule::createOwnerRule(SearchOperator::Type op, const QString &owner)
+{
+    return SearchRule(SearchRulePrivate::createOwnerRule(op, owner).release());
+}
+
+SearchRule SearchRule::createTagRule(SearchOperator::Type op, const QString &tag)
+{
+    return SearchRule(SearchRulePrivate::createTagRule(op, tag).release());
+}
+
+SearchRule SearchRule::createTypeRule(SearchOperator::Type op, const QString &type)
+{
+    return SearchRule(SearchRulePrivate::createTypeRule(op, type).release());
+}
+
+SearchRule SearchRule::createPOINameRule(const QString &text)
+{
+    return SearchRule(SearchRulePrivate::createPOINameRule(text).release());
+}
+
+SearchRule SearchRule::createGeocodeAddressRule(const QString &text)
+{
+    return SearchRule(SearchRulePrivate::createGeocodeAddressRule(text).release());
+}
+
+SearchRule SearchRule::createContactQueryRule(const QString &text)
+{
+    return SearchRule(SearchRulePrivate::createContactQueryRule(text).release());
+}
+
+SearchRule SearchRule::createAndRule(const SearchRule &a, const SearchRule &b)
+{
+    return SearchRule(SearchRulePrivate::createAndRule(Node(a.d->clone()), Node(b.d->clone())).release());
+}
+
+SearchRule SearchRule::createOrRule(const SearchRule &a, const SearchRule &b)
+{
+    return SearchRule(SearchRulePrivate::createOrRule(Node(a.d->clone()), Node(b.d->clone())).release());
+}
+
+SearchRule SearchRule::createRecentlyPickedRule()
+{
+    return SearchRule(SearchRulePrivate::createRecentlyPickedRule().release());
+}
+
+bool SearchRule::operator==(const SearchRule &other) const
+{
+    return d && other.d && *d == *other.d;
+}
+
+bool SearchRule::operator!=(const SearchRule &other) const
+{
+    return !(*this == other);
+}
+
+} // namespace vela::platform::places

@@ -1,0 +1,199 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "places/SearchRule.h"
+
+#include <memory>
+#include <string>
+#include <typeinfo>
+#include <vector>
+
+namespace vela::platform::places
+{
+
+/// A node of a rule tree. On its own it is the empty rule.
+class SearchRulePrivate
+{
+public:
+    /// What a leaf tests.
+    enum Field : int
+    {
+        AuxiliaryKey = 1,           ///< 1: a key of the auxiliary data.
+        AuxiliaryValue = 2,         ///< 2: a value of the auxiliary data.
+        LastUsedTime = 3,           ///< 3: the time of the last use.
+        Name = 4,                   ///< 4: the name.
+        Owner = 5,                  ///< 5: the application that added the place.
+        Tag = 6,                    ///< 6: a tag.
+        Type = 7,                   ///< 7: the type of an auxiliary record.
+        RecentlyPicked = 8,         ///< 8: the place is in the recent bucket.
+        RecentSearchTerms = 10,     ///< 10: terms searched for recently, as places.
+        MyPlaces = 11,              ///< 11: the caller's application added the place.
+        ExcludeFavorites = 12,      ///< 12: the place is no favourite.
+        GeocodeAddress = 15,        ///< 15: remote places by address.
+        POIName = 16,               ///< 16: remote points of interest by name.
+        ContactQuery = 17,          ///< 17: places of contacts by name.
+        NonContact = 18,            ///< 18: the place is no contact's.
+        ListFavorite = 19,          ///< 19: the place is a favourite.
+        Suggestion = 20,            ///< 20: completions of a term.
+        POICategory = 21,           ///< 21: remote points of interest by category.
+        POICategorySuggestion = 22, ///< 22: completions of a term among the categories.
+        MeetingRoom = 23,           ///< 23: meeting rooms by name.
+        RemoteByName = 24,          ///< 24: places of the providers by name.
+        RemoteByCategoryOrName = 25 ///< 25: places of the providers by category or name.
+    };
+
+    using Node = std::unique_ptr<SearchRulePrivate>;
+
+    SearchRulePrivate() = default;
+    explicit SearchRulePrivate(SearchOperator::Type op)
+        : m_operator(op)
+    {}
+    SearchRulePrivate(const SearchRulePrivate &) = delete;
+    SearchRulePrivate &operator=(const SearchRulePrivate &) = delete;
+    virtual ~SearchRulePrivate();
+
+    /// A copy that the caller owns.
+    virtual SearchRulePrivate *clone() const;
+    virtual bool operator==(const SearchRulePrivate &other) const;
+    virtual bool operator!=(const SearchRulePrivate &other) const;
+
+    SearchOperator::Type getOperator() const { return m_operator; }
+
+    static SearchRulePrivate *privateFromPublic(const SearchRule &rule) { return rule.d.data(); }
+    /// Makes `rule` hold `owned`, which it owns from then on.
+    static void setPrivate(SearchRule &rule, SearchRulePrivate *owned) { rule.d.reset(owned); }
+
+    static Node createAuxiliaryKeyRule(SearchOperator::Type op, const QString &key);
+    static Node createAuxiliaryValueRule(SearchOperator::Type op, const QString &value);
+    static Node createAuxiliaryPairRule(const QString &key, SearchOperator::Type op, const QString &value);
+    static Node createLastUsedTimeRule(SearchOperator::Type op, unsigned int time);
+    static Node createNameRule(SearchOperator::Type op, const QString &name);
+    static Node createOwnerRule(SearchOperator::Type op, const QString &owner);
+    static Node createTagRule(SearchOperator::Type op, const QString &tag);
+    static Node createTypeRule(SearchOperator::Type op, const QString &type);
+    static Node createRecentlyPickedRule();
+    static Node createRecentSearchTermsRule();
+    static Node createMyPlacesRule(const QString &owner);
+    static Node createExcludeFavoritesRule();
+    static Node createGeocodeAddressRule(const QString &text);
+    static Node createPOINameRule(const QString &text);
+    static Node createContactQueryRule(const QString &text);
+    static Node createNonContactQueryRule(const QString &text);
+    static Node createListFavoriteRule();
+    static Node createSuggestionRule(const QString &text);
+    static Node createPOICategoryRule(const QString &text);
+    static Node createPOICategorySuggestionRule(const QString &text);
+    static Node createMeetingRoomRule(const QString &text);
+    static Node createRemotePlacesRule(const QString &text, bool byCategory);
+    static Node createQueryRecentlyPickedRule(const QString &text);
+    static Node createQueryTagRule(SearchOperator::Type op, const QString &tag, const QString &text);
+
+    /// Both rules as one: added to `a` or, failing that, to `b` where one is of this kind already, so that chains stay
+    /// flat.
+    static Node createAndRule(Node a, Node b);
+    static Node createOrRule(Node a, Node b);
+
+protected:
+    bool isSameKind(const SearchRulePrivate &other) const { return typeid(*this) == typeid(other); }
+
+private:
+    SearchOperator::Type m_operator = SearchOperator::None;
+};
+
+/// A leaf that tests a field without a value.
+class NullaryRule : public SearchRulePrivate
+{
+public:
+    explicit NullaryRule(Field field)
+        : m_field(field)
+    {}
+    NullaryRule *clone() const override { return new NullaryRule(m_field); }
+    bool operator==(const SearchRulePrivate &other) const override;
+
+    Field getField() const { return m_field; }
+
+private:
+    Field m_field;
+};
+
+/// A leaf that compares a field with a value.
+template <typename Value>
+class UnaryRule : public SearchRulePrivate
+{
+public:
+    UnaryRule(SearchOperator::Type op, Field field, Value value)
+        : SearchRulePrivate(op)
+        , m_field(field)
+        , m_value(std::move(value))
+    {}
+    UnaryRule *clone() const override { return new UnaryRule(getOperator(), m_field, m_value); }
+    bool operator==(const SearchRulePrivate &other) const override
+    {
+        if (!isSameKind(other))
+            return false;
+        const auto &rule = static_cast<const UnaryRule &>(other);
+        return m_value == rule.m_value && m_field == rule.m_field && getOperator() == rule.getOperator();
+    }
+
+    Field getField() const { return m_field; }
+    const Value &getValue() const { return m_value; }
+
+private:
+    Field m_field;
+    Value m_value;
+};
+
+/// Combines rules. It owns its members; a DisjointRule shares its one member with its clones.
+class ConnectiveRule : public SearchRulePrivate
+{
+public:
+    /// True when each has as many members as the other and this one's all occur in the other; order does not count.
+    bool operator==(const SearchRulePrivate &other) const override;
+
+    /// Appends a rule, which this one owns from then on.
+    virtual void addRule(const SearchRulePrivate *rule);
+    void addRule(Node rule) { addRule(rule.release()); }
+    /// The members, which stay this rule's own.
+    std::vector<const SearchRulePrivate *> getRules() const;
+
+protected:
+    using Member = std::shared_ptr<const SearchRulePrivate>;
+    void cloneMembersTo(ConnectiveRule &target) const;
+
+    std::vector<Member> m_rules;
+};
+
+/// Places that every member selects.
+class AndRule : public ConnectiveRule
+{
+public:
+    AndRule() = default;
+    AndRule(Node a, Node b);
+    AndRule *clone() const override;
+};
+
+/// Places that some member selects.
+class OrRule : public ConnectiveRule
+{
+public:
+    OrRule() = default;
+    OrRule(Node a, Node b);
+    OrRule *clone() const override;
+};
+
+/// A search of its own. Its one member is given when it is made.
+class DisjointRule : public ConnectiveRule
+{
+public:
+    explicit DisjointRule(Node rule);
+    explicit DisjointRule(const SearchRulePrivate *rule);
+    /// A disjoint rule that holds the very same member, which lives as long as either.
+    DisjointRule *clone() const override;
+    /// Without effect; the caller keeps the rule.
+    void addRule(const SearchRulePrivate *rule) override;
+
+private:
+    explicit DisjointRule(Member member);
+};
+
+} // namespace vela::platform::places
