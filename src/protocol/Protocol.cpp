@@ -23,7 +23,7 @@ struct CodeEntry
 constexpr CodeEntry ERRORS[] = {
     {ReturnCode::Success, Error::Success},
     {ReturnCode::TransportFailed, Error::CommunicationFailed},
-    {ReturnCode::RequestUnreadable, Error::CommunicationFailed},
+    {ReturnCode::ProtocolFailed, Error::CommunicationFailed},
     {ReturnCode::NoSuchPlace, Error::NotFound},
     {ReturnCode::PlaceNotAcceptable, Error::PlaceNotAcceptable},
     {ReturnCode::StorageFailed, Error::StorageFailed},

@@ -44,8 +44,8 @@ constexpr int replyTypeOf(MessageType request)
 enum ReturnCode : int
 {
     Success = 0,
-    TransportFailed = 50,   ///< Not sent, not received, or not readable.
-    RequestUnreadable = 51, ///< The service could not read the request.
+    TransportFailed = 50, ///< Not sent, not received, or not readable.
+    ProtocolFailed = 51,  ///< What some services answer to a request they cannot read.
     NoSuchPlace = 54,
     PlaceNotAcceptable = 57,
     NoStatus = 58, ///< No reply was read yet.

@@ -1,0 +1,35 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+
+/// What the service allows. A request outside these gets an answer that says so, and the service goes on.
+namespace placesd::limits
+{
+
+/// Longest request, in bytes.
+constexpr std::size_t REQUEST_SIZE = 4 * 1024 * 1024;
+/// Longest reply, in bytes.
+constexpr std::size_t REPLY_SIZE = 64 * 1024 * 1024;
+/// Most connections open at once.
+constexpr int CONNECTIONS = 256;
+/// Longest time that a connection may stand without a whole request, or without taking its reply.
+constexpr std::chrono::seconds CONNECTION_IDLE{60};
+/// Longest time that the store may work on one request.
+constexpr std::chrono::seconds REQUEST_TIME{20};
+/// Threads that answer requests.
+constexpr int THREADS = 4;
+
+/// Deepest nesting of a search rule.
+constexpr int RULE_DEPTH = 16;
+/// Most nodes of a search or sort rule.
+constexpr int RULE_COUNT = 500;
+/// Most places in one reply.
+constexpr int PAGE_SIZE = 10000;
+/// Most locations, auxiliary records, tags or aliases of a place, and properties of a record.
+constexpr int LIST_LENGTH = 1000;
+/// Most recent search terms that are kept.
+constexpr int SEARCH_TERMS = 100;
+
+} // namespace placesd::limits

@@ -1,0 +1,10 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+namespace placesd
+{
+
+/// Writes a message for the operator to the system log, in the buffer set "placesd". The format is that of printf.
+__attribute__((format(printf, 1, 2))) void logError(const char *format, ...);
+
+} // namespace placesd

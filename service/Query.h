@@ -1,0 +1,49 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "protocol/ProtocolTypes.h"
+
+#include <QtCore/QString>
+
+#include <vector>
+
+namespace placesd
+{
+
+/// A search rule as a request gives it.
+struct Rule
+{
+    orix_places_protocol::SearchRuleKind kind = orix_places_protocol::SearchRuleKind::Abstract;
+    int field = 0;
+    int op = 1;
+    QString text;
+    int value = 0;
+    std::vector<Rule> members;
+};
+
+/// A sort rule as a request gives it.
+struct Sort
+{
+    orix_places_protocol::SortRuleKind kind = orix_places_protocol::SortRuleKind::Abstract;
+    int order = 1;
+    int field = 0;
+    double latitude = 0;
+    double longitude = 0;
+    std::vector<Sort> members;
+};
+
+/// What a find asks for.
+struct Query
+{
+    int count = 0;
+    int offset = 0;
+    double latitude = 0;
+    double longitude = 0;
+    bool headerOnly = false;
+    Rule rule;
+    Sort sort;
+    int providerPrimaryIndex = -1;
+    int providerSecondaryIndex = -1;
+};
+
+} // namespace placesd

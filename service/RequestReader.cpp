@@ -1,0 +1,176 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "RequestReader.h"
+
+#include "Limits.h"
+#include "places/Place.h"
+
+namespace placesd
+{
+
+using namespace orix_places_protocol;
+using vela::platform::places::Place;
+using vela::platform::places::Provider;
+
+// One field a line, in wire order.
+// clang-format off
+
+bool RequestReader::readHead(RequestHead &head)
+{
+    return decode(head.type)
+        && decode(head.perimeter)
+        && decodeString(head.sessionKey);
+}
+
+bool RequestReader::readPlace(std::unique_ptr<Place> &place)
+{
+    Place *decoded = nullptr;
+    if (!serviceDecodePlace(decoded))
+        return false;
+    place.reset(decoded);
+    return testBuffer();
+}
+
+bool RequestReader::readId(qint64 &id)
+{
+    return decode(id)
+        && testBuffer();
+}
+
+bool RequestReader::readIdAndText(qint64 &id, QString &text)
+{
+    return decode(id)
+        && decodeQString(text)
+        && testBuffer();
+}
+
+bool RequestReader::readGetPlace(qint64 &id, QString &externalId, QString &type, QString &searchTerm)
+{
+    std::string term;
+    if (!decode(id) || !decodeQString(externalId) || !decodeQString(type) || !decodeString(term))
+        return false;
+    // The one text that does not travel as UTF-8.
+    searchTerm = QString::fromLatin1(term.data(), static_cast<int>(term.size()));
+    return testBuffer();
+}
+
+bool RequestReader::readAuxiliaryQuery(AuxiliaryQuery &query)
+{
+    QString name;
+    QString location;
+    QString phoneNumber;
+    double latitude = 0;
+    double longitude = 0;
+    QStringList types;
+    bool complete = false;
+    bool restaurant = false;
+    return decode(query.place)
+        && decodeQString(name)
+        && decodeQString(location)
+        && decodeQString(phoneNumber)
+        && readCoordinate(latitude, longitude)
+        && decodeQStringList(types)
+        && decode(complete)
+        && decode(restaurant)
+        && readExternalIds()
+        && decodeQString(query.type)
+        && decode(query.remoteOnly)
+        && decodeProvider(query.provider)
+        && decode(query.offset)
+        && decode(query.limit)
+        && testBuffer();
+}
+
+bool RequestReader::readExternalIds()
+{
+    int count = 0;
+    if (!decode(count) || count < 0)
+        return false;
+    for (int i = 0; i < count; ++i) {
+        Provider provider;
+        QString id;
+        if (!decodeProvider(provider) || !decodeQString(id))
+            return false;
+    }
+    return true;
+}
+
+bool RequestReader::readQuery(Query &query)
+{
+    return decode(query.count)
+        && decode(query.offset)
+        && readCoordinate(query.latitude, query.longitude)
+        && decode(query.headerOnly)
+        && readRule(query.rule, 0)
+        && readSort(query.sort, 0)
+        && decode(query.providerPrimaryIndex)
+        && decode(query.providerSecondaryIndex)
+        && testBuffer();
+}
+
+bool RequestReader::readRule(Rule &rule, int depth)
+{
+    std::string text;
+    std::string unused;
+    int members = 0;
+    const bool hasElement = admitNode(depth)
+        && decode(rule.kind)
+        && decode(rule.field)
+        && decode(rule.op)
+        && decodeStringPair(text, unused)
+        && decode(rule.value)
+        && decode(members);
+    if (!hasElement || members < 0)
+        return false;
+    rule.text = QString::fromStdString(text);
+    for (int i = 0; i < members; ++i) {
+        if (!readRule(rule.members.emplace_back(), depth + 1))
+            return false;
+    }
+    return true;
+}
+
+bool RequestReader::readSort(Sort &sort, int depth)
+{
+    const bool hasElement = admitNode(depth)
+        && decode(sort.kind)
+        && decode(sort.order)
+        && decode(sort.field);
+    if (!hasElement)
+        return false;
+    if (sort.kind == SortRuleKind::Distance)
+        return readCoordinate(sort.latitude, sort.longitude);
+    int members = 0;
+    if (!decode(members) || members < 0)
+        return false;
+    for (int i = 0; i < members; ++i) {
+        if (!readSort(sort.members.emplace_back(), depth + 1))
+            return false;
+    }
+    return true;
+}
+
+bool RequestReader::readCoordinate(double &latitude, double &longitude)
+{
+    double altitude = 0;
+    float horizontalAccuracy = 0;
+    float verticalAccuracy = 0;
+    return decodeCoordinate(altitude, latitude, longitude, horizontalAccuracy, verticalAccuracy);
+}
+
+// clang-format on
+
+bool RequestReader::admitNode(int depth)
+{
+    if (depth >= limits::RULE_DEPTH || ++m_nodes > limits::RULE_COUNT)
+        return refuse(ReturnCode::LimitExceeded);
+    return true;
+}
+
+bool RequestReader::refuse(ReturnCode problem)
+{
+    m_problem = problem;
+    return false;
+}
+
+} // namespace placesd

@@ -1,0 +1,306 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "Server.h"
+
+#include "Limits.h"
+#include "Log.h"
+#include "protocol/ProtocolTypes.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/epoll.h>
+#include <sys/eventfd.h>
+#include <sys/file.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace placesd
+{
+
+namespace channel = vela::system::channel;
+using orix_places_protocol::ReturnCode;
+using Clock = std::chrono::steady_clock;
+
+namespace
+{
+
+constexpr std::size_t READ_SIZE = 64 * 1024;
+/// A client sends its request right after it connects; waiting this long for it saves a turn through epoll.
+constexpr int FIRST_REQUEST_WAIT_MS = 1;
+
+[[noreturn]] void fail(const std::string &what)
+{
+    throw std::system_error(errno, std::generic_category(), what);
+}
+
+bool isTrusted(int socket)
+{
+    ucred peer = {};
+    socklen_t size = sizeof peer;
+    return ::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0
+           && (peer.uid == 0 || peer.uid == ::geteuid());
+}
+
+} // namespace
+
+/// One client. Its bytes are taken as they come; memory follows what has arrived, not what was announced.
+class Server::Connection
+{
+public:
+    enum class Wish
+    {
+        Read,
+        Write,
+        Close
+    };
+
+    Connection(Descriptor socket, bool external)
+        : m_socket(std::move(socket))
+        , m_caller{external, isTrusted(m_socket.get())}
+    {}
+
+    [[nodiscard]] int fd() const { return m_socket.get(); }
+    [[nodiscard]] Clock::time_point lastActivity() const { return m_lastActivity.load(); }
+    /// Ends the connection; whoever serves it sees the end of the stream.
+    void shutDown() { ::shutdown(fd(), SHUT_RDWR); }
+
+    /// Reads, answers and writes as far as it goes without waiting. Returns what it waits for.
+    Wish advance(Service &service)
+    {
+        m_lastActivity = Clock::now();
+        for (;;) {
+            if (!flush())
+                return errno == EAGAIN ? Wish::Write : Wish::Close;
+            if (m_closing)
+                return Wish::Close;
+            if (takeRequest(service))
+                continue;
+            if (const ssize_t received = receive(); received == 0 || (received < 0 && errno != EAGAIN))
+                return Wish::Close;
+            else if (received < 0)
+                return Wish::Read;
+        }
+    }
+
+private:
+    ssize_t receive()
+    {
+        std::array<char, READ_SIZE> bytes; // NOLINT(cppcoreguidelines-pro-type-member-init): filled by recv
+        ssize_t received = 0;
+        do {
+            received = ::recv(fd(), bytes.data(), bytes.size(), MSG_DONTWAIT);
+        } while (received < 0 && errno == EINTR);
+        if (received > 0)
+            m_incoming.insert(m_incoming.end(), bytes.data(), bytes.data() + received);
+        return received;
+    }
+
+    /// Answers the request at the front of what has arrived; false when it is not whole yet.
+    bool takeRequest(Service &service)
+    {
+        std::uint32_t length = 0;
+        if (m_incoming.size() < sizeof length)
+            return false;
+        std::memcpy(&length, m_incoming.data(), sizeof length);
+        if (length > limits::REQUEST_SIZE) {
+            answerTooLong();
+            return true;
+        }
+        const std::size_t whole = sizeof length + length;
+        if (m_incoming.size() < whole)
+            return false;
+        const auto reply = service.answer(m_incoming.data() + sizeof length, length, m_caller);
+        m_incoming.erase(m_incoming.begin(), m_incoming.begin() + static_cast<std::ptrdiff_t>(whole));
+        queue(*reply);
+        return true;
+    }
+
+    /// What follows cannot be told from the request that was too long, so this is the last answer.
+    void answerTooLong()
+    {
+        orix_places_protocol::PlacesAPIEncoder reply;
+        reply.encode(static_cast<int>(ReturnCode::LimitExceeded));
+        reply.encode(orix_places_protocol::REPLY_OFFSET);
+        queue(reply);
+        m_incoming.clear();
+        m_closing = true;
+    }
+
+    void queue(const orix_places_protocol::PlacesAPIEncoder &reply)
+    {
+        char *data = nullptr;
+        int length = 0;
+        reply.getData(data, length);
+        const auto size = static_cast<std::uint32_t>(length);
+        m_outgoing.resize(sizeof size + size);
+        std::memcpy(m_outgoing.data(), &size, sizeof size);
+        std::memcpy(m_outgoing.data() + sizeof size, data, size);
+        m_sent = 0;
+    }
+
+    /// True when everything is written; else errno says why not.
+    bool flush()
+    {
+        while (m_sent < m_outgoing.size()) {
+            const ssize_t sent =
+                ::send(fd(), m_outgoing.data() + m_sent, m_outgoing.size() - m_sent, MSG_DONTWAIT | MSG_NOSIGNAL);
+            if (sent < 0 && errno == EINTR)
+                continue;
+            if (sent < 0)
+                return false;
+            m_sent += static_cast<std::size_t>(sent);
+        }
+        m_outgoing.clear();
+        m_sent = 0;
+        return true;
+    }
+
+    Descriptor m_socket;
+    const Caller m_caller;
+    std::vector<char> m_incoming;
+    std::vector<char> m_outgoing;
+    std::size_t m_sent = 0;
+    bool m_closing = false;
+    std::atomic<Clock::time_point> m_lastActivity{Clock::now()};
+};
+
+Server::Server(std::vector<Listener> listeners, const Settings &settings)
+    : m_listeners(std::move(listeners))
+    , m_epoll(::epoll_create1(EPOLL_CLOEXEC))
+    , m_stopEvent(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+{
+    if (!m_epoll.isOpen() || !m_stopEvent.isOpen())
+        fail("cannot watch sockets");
+    watch(m_stopEvent.get(), EPOLLIN, this);
+    for (Listener &listener : m_listeners)
+        watch(listener.socket.get(), EPOLLIN | EPOLLEXCLUSIVE, &listener);
+    for (int i = 0; i < limits::THREADS; ++i)
+        m_services.push_back(std::make_unique<Service>(settings.database, m_writeLock, settings.sessionKey));
+    for (const auto &service : m_services)
+        m_threads.emplace_back([this, &service] { work(*service); });
+}
+
+Server::~Server()
+{
+    const std::uint64_t one = 1;
+    [[maybe_unused]] const ssize_t written = ::write(m_stopEvent.get(), &one, sizeof one);
+    for (std::thread &thread : m_threads)
+        thread.join();
+}
+
+void Server::watch(int fd, unsigned int events, void *what)
+{
+    epoll_event event = {};
+    event.events = events;
+    event.data.ptr = what;
+    if (::epoll_ctl(m_epoll.get(), EPOLL_CTL_ADD, fd, &event) != 0)
+        fail("cannot watch a socket");
+}
+
+void Server::work(Service &service)
+{
+    for (;;) {
+        epoll_event event = {};
+        if (::epoll_wait(m_epoll.get(), &event, 1, -1) != 1)
+            continue;
+        if (event.data.ptr == this)
+            return;
+        const auto listener = std::find_if(m_listeners.begin(), m_listeners.end(),
+                                           [&event](const Listener &each) { return &each == event.data.ptr; });
+        if (listener != m_listeners.end())
+            accept(*listener, service);
+        else
+            serve(*static_cast<Connection *>(event.data.ptr), service, EPOLL_CTL_MOD);
+    }
+}
+
+void Server::accept(const Listener &listener, Service &service)
+{
+    Descriptor socket(::accept4(listener.socket.get(), nullptr, nullptr, SOCK_CLOEXEC));
+    if (!socket.isOpen())
+        return;
+    auto owned = std::make_unique<Connection>(std::move(socket), listener.external);
+    Connection *connection = owned.get();
+    {
+        const std::lock_guard<std::mutex> lock(m_connectionsMutex);
+        if (m_connections.size() >= limits::CONNECTIONS)
+            return;
+        m_connections.emplace(connection, std::move(owned));
+    }
+    pollfd first = {connection->fd(), POLLIN, 0};
+    ::poll(&first, 1, FIRST_REQUEST_WAIT_MS);
+    serve(*connection, service, EPOLL_CTL_ADD);
+}
+
+void Server::serve(Connection &connection, Service &service, int watchOperation)
+{
+    Connection::Wish wish = Connection::Wish::Close;
+    try {
+        wish = connection.advance(service);
+    } catch (const std::exception &error) {
+        logError("a connection was dropped: %s", error.what());
+    }
+    epoll_event event = {};
+    event.events = EPOLLONESHOT | (wish == Connection::Wish::Write ? EPOLLOUT : EPOLLIN);
+    event.data.ptr = &connection;
+    if (wish == Connection::Wish::Close || ::epoll_ctl(m_epoll.get(), watchOperation, connection.fd(), &event) != 0)
+        close(connection);
+}
+
+void Server::close(Connection &connection)
+{
+    const std::lock_guard<std::mutex> lock(m_connectionsMutex);
+    m_connections.erase(&connection);
+}
+
+void Server::dropIdleConnections()
+{
+    const auto limit = Clock::now() - limits::CONNECTION_IDLE;
+    const std::lock_guard<std::mutex> lock(m_connectionsMutex);
+    for (const auto &entry : m_connections) {
+        if (entry.first->lastActivity() < limit)
+            entry.first->shutDown();
+    }
+}
+
+channel::Descriptor takeChannelFolder()
+{
+    const std::filesystem::path folder = channel::folder();
+    std::filesystem::create_directories(folder.parent_path());
+    if (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST)
+        fail("cannot make " + folder.string());
+    const std::string path = folder / "placesd.lock";
+    channel::Descriptor lock(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    if (!lock.isOpen() || ::flock(lock.get(), LOCK_EX | LOCK_NB) != 0)
+        fail("cannot take " + path + "; another placesd may be running");
+    return lock;
+}
+
+channel::Descriptor listenOn(const std::string &name, unsigned int mode)
+{
+    const std::string path = channel::socketPath(name);
+    channel::Descriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    if (path.empty() || !socket.isOpen())
+        fail("cannot serve the channel " + name);
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
+    // The folder is this process's own, so a socket that is there was left behind.
+    ::unlink(path.c_str());
+    const bool bound = ::bind(socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0
+                       && ::chmod(path.c_str(), mode) == 0 && ::listen(socket.get(), SOMAXCONN) == 0;
+    if (!bound)
+        fail("cannot serve " + path);
+    return socket;
+}
+
+} // namespace placesd

@@ -1,0 +1,75 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Channel.h"
+#include "Service.h"
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <unordered_map>
+#include <vector>
+
+namespace placesd
+{
+
+/// Serves the two channels with a fixed pool of threads. Any thread takes any connection that has something to do, so a
+/// client that is slow, or silent, holds up nobody.
+class Server
+{
+public:
+    struct Listener
+    {
+        vela::system::channel::Descriptor socket;
+        bool external = false;
+    };
+    struct Settings
+    {
+        std::string database;
+        std::string sessionKey;
+    };
+
+    /// Starts serving. Throws std::system_error or SQLite::Exception when it cannot.
+    Server(std::vector<Listener> listeners, const Settings &settings);
+    /// Finishes the requests at hand and stops.
+    ~Server();
+    Server(const Server &) = delete;
+    Server &operator=(const Server &) = delete;
+
+    /// Ends the connections that have done nothing for too long. To be called now and then.
+    void dropIdleConnections();
+
+private:
+    class Connection;
+    using Descriptor = vela::system::channel::Descriptor;
+
+    void work(Service &service);
+    void accept(const Listener &listener, Service &service);
+    /// @param watchOperation how the connection is watched from then on: EPOLL_CTL_ADD for a new one, EPOLL_CTL_MOD.
+    void serve(Connection &connection, Service &service, int watchOperation);
+    void close(Connection &connection);
+    void watch(int fd, unsigned int events, void *what);
+
+    std::vector<Listener> m_listeners;
+    Descriptor m_epoll;
+    Descriptor m_stopEvent;
+    std::mutex m_writeLock;
+    std::vector<std::unique_ptr<Service>> m_services;
+
+    std::mutex m_connectionsMutex;
+    // Guarded by the mutex; a connection itself belongs to the thread that its event went to.
+    std::unordered_map<Connection *, std::unique_ptr<Connection>> m_connections;
+
+    std::vector<std::thread> m_threads;
+};
+
+/// Opens the channel `name` for serving. Throws std::system_error when it cannot.
+vela::system::channel::Descriptor listenOn(const std::string &name, unsigned int mode);
+
+/// Makes the channel folder and takes it for this process; nobody else serves its channels while the result is open.
+/// Throws std::system_error when another process has it.
+vela::system::channel::Descriptor takeChannelFolder();
+
+} // namespace placesd

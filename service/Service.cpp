@@ -1,0 +1,417 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "Service.h"
+
+#include "auxdata/AuxiliaryDataPrivate.h"
+#include "Limits.h"
+#include "Log.h"
+#include "model/PlacePrivate.h"
+#include "places/Tags.h"
+
+#include <algorithm>
+#include <array>
+#include <ctime>
+#include <limits>
+
+#include <msgclient.h>
+#include <sqlite3.h>
+
+namespace placesd
+{
+
+using namespace orix_places_protocol;
+using vela::platform::places::AuxiliaryData;
+using vela::platform::places::AuxiliaryDataPrivate;
+using vela::platform::places::Location;
+using vela::platform::places::Place;
+using vela::platform::places::PlacePrivate;
+namespace Tags = vela::platform::places::Tags;
+
+namespace
+{
+
+quint64 now()
+{
+    return static_cast<quint64>(std::time(nullptr));
+}
+
+ReturnCode codeOf(const SQLite::Exception &error)
+{
+    switch (error.getErrorCode()) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        return ReturnCode::Busy;
+    case SQLITE_INTERRUPT:
+        return ReturnCode::TookTooLong;
+    default:
+        return ReturnCode::StorageFailed;
+    }
+}
+
+/// Whether a place can be stored, whoever sent it.
+ReturnCode accept(const PlacePrivate &place)
+{
+    constexpr int KEPT = PlacePrivate::InRecentBucket | PlacePrivate::ExplicitlySaved;
+    const auto &records = place.auxiliaryData();
+    const bool tooLong = place.locations().size() > limits::LIST_LENGTH || records.size() > limits::LIST_LENGTH
+                         || place.tags().size() > limits::LIST_LENGTH || place.aliases().size() > limits::LIST_LENGTH
+                         || std::any_of(records.begin(), records.end(), [](const AuxiliaryData &record) {
+                                return record.properties().size() > limits::LIST_LENGTH;
+                            });
+    if (tooLong)
+        return ReturnCode::LimitExceeded;
+    if (place.locations().isEmpty() || (place.persistenceMask() & KEPT) == 0)
+        return ReturnCode::PlaceNotAcceptable;
+    return ReturnCode::Success;
+}
+
+/// Leaves only what may be stored with a place.
+void dropTransientRecords(PlacePrivate &place)
+{
+    auto &records = place.m_auxiliaryData;
+    records.erase(std::remove_if(records.begin(), records.end(),
+                                 [](const AuxiliaryData &record) { return !record.isPersistable(); }),
+                  records.end());
+}
+
+/// A request may name the place's own perimeter or none, but no other.
+ReturnCode permitChange(const Place &place, Perimeter perimeter)
+{
+    const bool permitted =
+        perimeter == Perimeter::Default || perimeter == fromSystemPerimeter(place.securityPerimeter());
+    return permitted ? ReturnCode::Success : ReturnCode::NotPermitted;
+}
+
+bool encodeRecord(PlacesAPIEncoder &reply, const std::string &record)
+{
+    const auto size = static_cast<unsigned int>(record.size());
+    return reply.ensureBuffer(size, true) && reply.encodeCharArray(record.data(), size);
+}
+
+/// Starts a reply anew: status only.
+std::unique_ptr<PlacesAPIEncoder> status(ReturnCode code, int requestType)
+{
+    auto reply = std::make_unique<PlacesAPIEncoder>();
+    reply->encode(static_cast<int>(code));
+    reply->encode(static_cast<int>(static_cast<unsigned int>(requestType) + REPLY_OFFSET));
+    return reply;
+}
+
+} // namespace
+
+/// What the service does for a type of request, and whether it does it for every application.
+struct Service::Entry
+{
+    MessageType type;
+    Operation operation;
+    bool external;
+};
+
+const Service::Entry *Service::entryOf(int type)
+{
+    static constexpr std::array<Entry, 20> ENTRIES = {{
+        {MessageType::AddPlace, &Service::addPlace, true},
+        {MessageType::GetRecentSearchTerms, nullptr, false},
+        {MessageType::GetAuxiliaryData, &Service::getAuxiliaryData, true},
+        {MessageType::RemovePlace, &Service::removePlace, true},
+        {MessageType::UpdatePlace, &Service::updatePlace, true},
+        {MessageType::IncrementUsage, &Service::incrementUsage, true},
+        {MessageType::AddTag, &Service::addTag, true},
+        {MessageType::RemoveTag, &Service::removeTag, true},
+        {MessageType::GetTags, &Service::getTags, true},
+        {MessageType::GetPlaceFromContact, nullptr, false},
+        {MessageType::RemoveRecentlyPickedPlaces, &Service::clearRecentlyPicked, false},
+        {MessageType::GetPlace, &Service::getPlace, true},
+        {MessageType::FindPlaces, &Service::findPlaces, true},
+        {MessageType::Unfav, &Service::unfav, true},
+        {MessageType::Backup, nullptr, false},
+        {MessageType::Restore, nullptr, false},
+        {MessageType::FindPlacesSize, &Service::findPlacesSize, true},
+        {MessageType::GetPlaceFromSuggestion, nullptr, true},
+        {MessageType::GetProviders, &Service::getProviders, true},
+        {MessageType::GetHeaderFromFullPlace, &Service::getHeader, true},
+    }};
+    const bool known = type >= 1 && type <= static_cast<int>(ENTRIES.size());
+    return known ? &ENTRIES[static_cast<std::size_t>(type - 1)] : nullptr;
+}
+
+Service::Service(const std::string &database, std::mutex &writeLock, std::string sessionKey)
+    : m_store(database, writeLock)
+    , m_sessionKey(std::move(sessionKey))
+{}
+
+std::unique_ptr<PlacesAPIEncoder> Service::answer(const char *bytes, unsigned int length, const Caller &caller)
+{
+    const _msgserver_data message = {bytes, length};
+    Request request{RequestReader(&message), {}, caller};
+    if (!request.reader.readHead(request.head))
+        return status(ReturnCode::TransportFailed, 0);
+
+    const int type = request.head.type;
+    auto reply = status(ReturnCode::Success, type);
+    ReturnCode code = ReturnCode::Success;
+    try {
+        m_store.startRequest();
+        code = perform(request, *reply);
+    } catch (const SQLite::Exception &error) {
+        code = codeOf(error);
+        logError("request of type %d failed: %s", type, error.what());
+    } catch (const std::bad_alloc &) {
+        code = ReturnCode::LimitExceeded;
+    }
+    return code == ReturnCode::Success ? std::move(reply) : status(code, type);
+}
+
+ReturnCode Service::perform(Request &request, Encoder &reply)
+{
+    const Entry *entry = entryOf(request.head.type);
+    if (!entry)
+        return ReturnCode::NotUnderstood;
+    const bool permitted = request.caller.external ? entry->external : request.caller.trusted;
+    if (!permitted || (!m_sessionKey.empty() && request.head.sessionKey != m_sessionKey))
+        return ReturnCode::NotPermitted;
+    return entry->operation ? (this->*entry->operation)(request, reply) : ReturnCode::NotUnderstood;
+}
+
+ReturnCode Service::addPlace(Request &request, Encoder &reply)
+{
+    std::unique_ptr<Place> place;
+    if (!request.reader.readPlace(place))
+        return request.reader.problem();
+    if (place->isPersisted())
+        return ReturnCode::AlreadyStored;
+    PlacePrivate &data = *PlacePrivate::privateFromPublic(place.get());
+    dropTransientRecords(data);
+    if (const ReturnCode problem = accept(data); problem != ReturnCode::Success)
+        return problem;
+
+    data.setCreatedTime(now());
+    data.setUpdatedTime(data.createdTime());
+    m_store.write([&] {
+        m_store.rememberTerm(data.takeSearchTerm());
+        m_store.insert(*place);
+        return true;
+    });
+    reply.encode(place->id());
+    return ReturnCode::Success;
+}
+
+ReturnCode Service::change(qint64 id, const Request &request, const Change &change)
+{
+    ReturnCode code = ReturnCode::Success;
+    m_store.write([&] {
+        const std::unique_ptr<Place> before = m_store.place(id);
+        const std::unique_ptr<Place> after = m_store.place(id);
+        code = before ? permitChange(*before, request.head.perimeter) : ReturnCode::NoSuchPlace;
+        if (code == ReturnCode::Success)
+            code = change(*after);
+        if (code == ReturnCode::Success && after->isPersisted())
+            m_store.update(*after, *before);
+        return code == ReturnCode::Success;
+    });
+    return code;
+}
+
+ReturnCode Service::updatePlace(Request &request, Encoder &)
+{
+    std::unique_ptr<Place> place;
+    if (!request.reader.readPlace(place))
+        return request.reader.problem();
+    PlacePrivate &fresh = *PlacePrivate::privateFromPublic(place.get());
+    dropTransientRecords(fresh);
+    if (const ReturnCode problem = accept(fresh); problem != ReturnCode::Success)
+        return problem;
+
+    return change(place->id(), request, [&](Place &stored) {
+        PlacePrivate &data = *PlacePrivate::privateFromPublic(&stored);
+        m_store.rememberTerm(fresh.takeSearchTerm());
+        // What the service itself counts stays: the sender may not have the latest.
+        fresh.setCreatedTime(data.createdTime());
+        fresh.setUpdatedTime(now());
+        fresh.setLastUsedTime(data.lastUsedTime());
+        fresh.setUsageCount(data.usageCount());
+        fresh.m_securityPerimeter = data.securityPerimeter();
+        data = fresh;
+        return ReturnCode::Success;
+    });
+}
+
+ReturnCode Service::removePlace(Request &request, Encoder &)
+{
+    qint64 id = -1;
+    if (!request.reader.readId(id))
+        return request.reader.problem();
+    return change(id, request, [&](Place &place) {
+        m_store.remove(id);
+        PlacePrivate::privateFromPublic(&place)->clearPersistedStates();
+        return ReturnCode::Success;
+    });
+}
+
+ReturnCode Service::incrementUsage(Request &request, Encoder &)
+{
+    qint64 id = -1;
+    QString searchTerm;
+    if (!request.reader.readIdAndText(id, searchTerm))
+        return request.reader.problem();
+    return change(id, request, [&](Place &place) {
+        PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
+        m_store.rememberTerm(searchTerm);
+        data.setLastUsedTime(now());
+        if (data.usageCount() < std::numeric_limits<int>::max())
+            data.incrementUsageCount();
+        return ReturnCode::Success;
+    });
+}
+
+ReturnCode Service::addTag(Request &request, Encoder &)
+{
+    return changeTag(request, true);
+}
+
+ReturnCode Service::removeTag(Request &request, Encoder &)
+{
+    return changeTag(request, false);
+}
+
+ReturnCode Service::changeTag(Request &request, bool add)
+{
+    qint64 id = -1;
+    QString tag;
+    if (!request.reader.readIdAndText(id, tag))
+        return request.reader.problem();
+    return change(id, request, [&](Place &place) {
+        PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
+        if (add ? data.addTag(tag) : data.removeTag(tag))
+            data.setUpdatedTime(now());
+        return accept(data);
+    });
+}
+
+ReturnCode Service::unfav(Request &request, Encoder &reply)
+{
+    qint64 id = -1;
+    if (!request.reader.readId(id))
+        return request.reader.problem();
+    // The tag goes, the place stays.
+    constexpr bool STILL_STORED = true;
+    reply.encode(STILL_STORED);
+    return change(id, request, [](Place &place) {
+        PlacePrivate::privateFromPublic(&place)->removeTag(Tags::Favorite);
+        return ReturnCode::Success;
+    });
+}
+
+ReturnCode Service::getTags(Request &, Encoder &reply)
+{
+    reply.encodeQStringList(m_store.tags());
+    return ReturnCode::Success;
+}
+
+ReturnCode Service::clearRecentlyPicked(Request &, Encoder &)
+{
+    m_store.write([this] { return m_store.clearRecentBucket(), true; });
+    return ReturnCode::Success;
+}
+
+ReturnCode Service::getPlace(Request &request, Encoder &reply)
+{
+    qint64 id = -1;
+    QString externalId;
+    QString type;
+    QString searchTerm;
+    if (!request.reader.readGetPlace(id, externalId, type, searchTerm))
+        return request.reader.problem();
+    const std::string record = m_store.fullRecord(id);
+    if (record.empty())
+        return ReturnCode::NoSuchPlace;
+    if (!searchTerm.isEmpty())
+        m_store.write([&] { return m_store.rememberTerm(searchTerm), true; });
+    encodeRecord(reply, record);
+    return ReturnCode::Success;
+}
+
+ReturnCode Service::findPlaces(Request &request, Encoder &reply)
+{
+    Query query;
+    if (!request.reader.readQuery(query))
+        return request.reader.problem();
+    if (query.count < 0 || query.count > limits::PAGE_SIZE || query.offset < 0)
+        return ReturnCode::LimitExceeded;
+    Page page;
+    if (!m_store.find(query, request.caller.external, page))
+        return ReturnCode::NotUnderstood;
+
+    constexpr std::size_t ROOM_FOR_FILL_AND_MAPPING = 16;
+    std::size_t size = 64;
+    for (const std::string &record : page.records)
+        size += record.size() + ROOM_FOR_FILL_AND_MAPPING;
+    if (size > limits::REPLY_SIZE)
+        return ReturnCode::LimitExceeded;
+    reply.ensureBuffer(static_cast<unsigned int>(size), false);
+
+    const auto count = static_cast<int>(page.records.size());
+    reply.encode(count);
+    for (const std::string &record : page.records)
+        encodeRecord(reply, record);
+    // The paging state. Stored places have no provider, hence no cursor.
+    constexpr int NO_PROVIDER = -1;
+    reply.encode(page.hasMore);
+    reply.encode(query.offset);
+    reply.encode(NO_PROVIDER);
+    reply.encode(NO_PROVIDER);
+    reply.encode(count);
+    for (int i = 0; i < 2 * count; ++i)
+        reply.encode(NO_PROVIDER);
+    return ReturnCode::Success;
+}
+
+ReturnCode Service::findPlacesSize(Request &request, Encoder &reply)
+{
+    Query query;
+    if (!request.reader.readQuery(query))
+        return request.reader.problem();
+    int count = 0;
+    if (!m_store.count(query, request.caller.external, count))
+        return ReturnCode::NotUnderstood;
+    reply.encode(count);
+    return ReturnCode::Success;
+}
+
+ReturnCode Service::getAuxiliaryData(Request &request, Encoder &reply)
+{
+    AuxiliaryQuery query;
+    if (!request.reader.readAuxiliaryQuery(query))
+        return request.reader.problem();
+    const std::unique_ptr<Place> place = m_store.place(query.place);
+    if (!place)
+        return ReturnCode::NoSuchPlace;
+    QList<AuxiliaryData> found;
+    for (const AuxiliaryData &record : PlacePrivate::privateFromPublic(place.get())->auxiliaryData()) {
+        // Nothing that is stored has to be fetched from a provider.
+        const bool wanted = !query.remoteOnly && (query.type.isEmpty() || record.type() == query.type)
+                            && (!query.provider.isValid() || record.provider() == query.provider);
+        if (wanted)
+            found.append(record);
+    }
+    reply.encodeAuxiliaryDataList(found.mid(std::max(query.offset, 0), query.limit < 0 ? -1 : query.limit));
+    return ReturnCode::Success;
+}
+
+ReturnCode Service::getProviders(Request &, Encoder &reply)
+{
+    // Stored places need none.
+    reply.encode(0);
+    return ReturnCode::Success;
+}
+
+ReturnCode Service::getHeader(Request &request, Encoder &reply)
+{
+    std::unique_ptr<Place> place;
+    if (!request.reader.readPlace(place))
+        return request.reader.problem();
+    reply.encodePlaceHeader(*place);
+    return ReturnCode::Success;
+}
+
+} // namespace placesd

@@ -1,0 +1,76 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "protocol/PlacesAPIEncoder.h"
+#include "RequestReader.h"
+#include "Store.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace placesd
+{
+
+/// Who sent a request.
+struct Caller
+{
+    bool external = false; ///< By the channel that is open to every application.
+    bool trusted = false;  ///< The user whose places these are, or root.
+};
+
+/// Answers requests, one after the other, on one connection to the store.
+class Service
+{
+public:
+    /// @param sessionKey what every request has to carry; empty when none is asked for.
+    Service(const std::string &database, std::mutex &writeLock, std::string sessionKey);
+
+    /// The reply to a request, whatever that is.
+    std::unique_ptr<orix_places_protocol::PlacesAPIEncoder> answer(const char *request, unsigned int length,
+                                                                   const Caller &caller);
+
+private:
+    using Encoder = orix_places_protocol::PlacesAPIEncoder;
+    using ReturnCode = orix_places_protocol::ReturnCode;
+    using Place = vela::platform::places::Place;
+
+    struct Request
+    {
+        RequestReader reader;
+        RequestHead head;
+        Caller caller;
+    };
+    using Operation = ReturnCode (Service::*)(Request &, Encoder &);
+    struct Entry;
+    static const Entry *entryOf(int type);
+
+    ReturnCode perform(Request &request, Encoder &reply);
+
+    ReturnCode addPlace(Request &request, Encoder &reply);
+    ReturnCode getAuxiliaryData(Request &request, Encoder &reply);
+    ReturnCode removePlace(Request &request, Encoder &reply);
+    ReturnCode updatePlace(Request &request, Encoder &reply);
+    ReturnCode incrementUsage(Request &request, Encoder &reply);
+    ReturnCode addTag(Request &request, Encoder &reply);
+    ReturnCode removeTag(Request &request, Encoder &reply);
+    ReturnCode getTags(Request &request, Encoder &reply);
+    ReturnCode clearRecentlyPicked(Request &request, Encoder &reply);
+    ReturnCode getPlace(Request &request, Encoder &reply);
+    ReturnCode findPlaces(Request &request, Encoder &reply);
+    ReturnCode unfav(Request &request, Encoder &reply);
+    ReturnCode findPlacesSize(Request &request, Encoder &reply);
+    ReturnCode getProviders(Request &request, Encoder &reply);
+    ReturnCode getHeader(Request &request, Encoder &reply);
+
+    /// Changes a stored place in one transaction. When `change` fails nothing is stored, and the same when it leaves
+    /// the place without its id.
+    using Change = std::function<ReturnCode(Place &)>;
+    ReturnCode change(qint64 id, const Request &request, const Change &change);
+    ReturnCode changeTag(Request &request, bool add);
+
+    Store m_store;
+    const std::string m_sessionKey;
+};
+
+} // namespace placesd

@@ -1,0 +1,94 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Limits.h"
+#include "Query.h"
+
+#include <SQLiteCpp/SQLiteCpp.h>
+
+#include <QtCore/QStringList>
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace vela::platform::places
+{
+class AuxiliaryData;
+class Place;
+} // namespace vela::platform::places
+
+namespace placesd
+{
+
+/// One page of a find.
+struct Page
+{
+    std::vector<std::string> records;
+    bool hasMore = false;
+};
+
+/// One connection to the database of places. It belongs to one thread at a time; writers take turns by the lock that
+/// all connections share. Every function may throw SQLite::Exception, and a write that throws has changed nothing.
+class Store
+{
+public:
+    /// Opens the database, making it or bringing its schema up to date if need be.
+    Store(const std::string &path, std::mutex &writeLock);
+    ~Store();
+
+    /// Starts the clock of a request: work that goes on past the limit is interrupted.
+    void startRequest();
+
+    /// Runs `work` as one transaction, which is on the disk when this returns. A false result, like an exception, takes
+    /// everything back.
+    bool write(const std::function<bool()> &work);
+
+    /// Stores a new place and gives it and its parts their ids.
+    void insert(vela::platform::places::Place &place);
+    /// Stores a place in the stead of `before`, which has the same id; new parts get ids.
+    void update(vela::platform::places::Place &place, const vela::platform::places::Place &before);
+    /// False when there is no such place.
+    bool remove(qint64 id);
+    /// Takes every place out of the recent bucket and removes those that nothing else keeps.
+    void clearRecentBucket();
+
+    /// The stored place; null when there is none.
+    std::unique_ptr<vela::platform::places::Place> place(qint64 id);
+    /// The full record of a place, as it goes into a reply; empty when there is none.
+    std::string fullRecord(qint64 id);
+    QStringList tags();
+
+    /// Keeps a term among the recent ones. An empty term is not kept.
+    void rememberTerm(const QString &term);
+
+    /// False when the query holds a number that has no meaning.
+    bool find(const Query &query, bool external, Page &page);
+    bool count(const Query &query, bool external, int &count);
+
+private:
+    struct Finish;
+
+    void migrate();
+    void registerFunctions();
+    /// A prepared statement, ready to be bound; it is kept for the next time.
+    SQLite::Statement &statement(const std::string &sql);
+    static void bindPlace(SQLite::Statement &statement, const vela::platform::places::Place &place);
+    static void forgetForeignIds(vela::platform::places::Place &place, const vela::platform::places::Place &before);
+    void writeParts(vela::platform::places::Place &place);
+    void writeAuxiliary(vela::platform::places::AuxiliaryData &record, int64_t place);
+    void writeRecords(const vela::platform::places::Place &place);
+    static int interruptLate(void *store);
+
+    SQLite::Database m_database;
+    std::mutex &m_writeLock;
+    std::map<std::string, std::unique_ptr<SQLite::Statement>> m_statements;
+    std::chrono::steady_clock::time_point m_deadline;
+};
+
+} // namespace placesd
