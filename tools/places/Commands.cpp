@@ -1,0 +1,454 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "Commands.h"
+
+#include "Import.h"
+
+#include <places/Place.h>
+#include <places/PlaceHeader.h>
+#include <places/PlaceManager.h>
+#include <places/PointOfInterestAuxiliaryData.h>
+#include <places/SearchHandle.h>
+
+#include <QtCore/QStringList>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tool
+{
+
+using namespace places;
+
+namespace
+{
+
+constexpr int DEFAULT_LIMIT = 20;
+
+QString text(const std::string &bytes)
+{
+    return QString::fromLocal8Bit(bytes.data(), static_cast<int>(bytes.size()));
+}
+
+QString nameOf(qint64 id)
+{
+    return QStringLiteral("place %1").arg(id);
+}
+
+/// Owns the places of a find.
+struct Found
+{
+    Found() = default;
+    Found(const Found &) = delete;
+    Found &operator=(const Found &) = delete;
+    ~Found() { qDeleteAll(places); }
+
+    QList<PlaceHeader *> places;
+};
+
+/// The coordinates in a text "LATITUDE,LONGITUDE", in degrees; invalid when it is none.
+Coordinates parsePosition(const std::string &position)
+{
+    const QStringList parts = text(position).split(QLatin1Char(','));
+    bool isLatitude = false;
+    bool isLongitude = false;
+    if (parts.size() != 2)
+        return {};
+    const Coordinates coordinates(parts[0].trimmed().toDouble(&isLatitude), parts[1].trimmed().toDouble(&isLongitude));
+    return isLatitude && isLongitude ? coordinates : Coordinates();
+}
+
+/// Refuses, as wrong use, what is not a position.
+const CLI::Validator IsPosition(
+    [](const std::string &position) {
+        return parsePosition(position).isValid() ? std::string() : "not a position: " + position;
+    },
+    "LATITUDE,LONGITUDE");
+
+// ------------------------------------------------------------------------------------------------ adding, changing
+
+/// What the user says of a place; what is not said stays as it is.
+struct Details
+{
+    std::optional<std::string> name;
+    std::optional<std::string> position;
+    std::optional<std::string> description;
+    std::optional<std::string> label;
+    std::optional<std::string> street;
+    std::optional<std::string> city;
+    std::optional<std::string> region;
+    std::optional<std::string> country;
+    std::optional<std::string> countryCode;
+    std::optional<std::string> postalCode;
+    std::optional<std::string> phone;
+    std::optional<std::string> email;
+    std::optional<std::string> url;
+    std::vector<std::string> tags;
+};
+
+void addDetailOptions(CLI::App &command, Details &details)
+{
+    command.add_option("--at", details.position, "Position in degrees")->check(IsPosition);
+    command.add_option("--description", details.description, "Description");
+    command.add_option("--label", details.label, "The address as one line");
+    command.add_option("--street", details.street, "Street and house number");
+    command.add_option("--city", details.city, "City");
+    command.add_option("--region", details.region, "State or province");
+    command.add_option("--country", details.country, "Country");
+    command.add_option("--country-code", details.countryCode, "Country as two letters");
+    command.add_option("--postal-code", details.postalCode, "Postal code");
+    command.add_option("--phone", details.phone, "Telephone number");
+    command.add_option("--email", details.email, "E-mail address");
+    command.add_option("--url", details.url, "Web address");
+    command.add_option("--tag", details.tags, "Tag; may be given several times");
+}
+
+template <typename Object>
+void set(Object &object, void (Object::*setter)(const QString &), const std::optional<std::string> &value)
+{
+    if (value)
+        (object.*setter)(text(*value));
+}
+
+/// The first location with the changes; nothing when it would say nothing.
+std::optional<Location> changedLocation(const Place &place, const Details &details)
+{
+    Location location = place.locationCount() > 0 ? place.location(0) : Location();
+    Address address = location.address();
+    set(address, &Address::setLabel, details.label);
+    set(address, &Address::setStreet, details.street);
+    set(address, &Address::setCity, details.city);
+    set(address, &Address::setRegion, details.region);
+    set(address, &Address::setCountry, details.country);
+    set(address, &Address::setIsoAlpha2CountryCode, details.countryCode);
+    set(address, &Address::setPostalCode, details.postalCode);
+    location.setAddress(address);
+    if (details.position)
+        location.setCoordinates(parsePosition(*details.position));
+    if (location == Location())
+        return std::nullopt;
+    return location;
+}
+
+void applyContactDetails(Place &place, const Details &details)
+{
+    if (!details.phone && !details.email && !details.url)
+        return;
+    int index = 0;
+    while (index < place.auxiliaryDataCount()
+           && place.auxiliaryData(index).type() != AuxiliaryData::TypePointOfInterest)
+        ++index;
+    if (index == place.auxiliaryDataCount())
+        place.addAuxiliaryData(PointOfInterestAuxiliaryData());
+    PointOfInterestAuxiliaryData poi(place.auxiliaryData(index));
+    set(poi, &PointOfInterestAuxiliaryData::setPhoneNumber, details.phone);
+    set(poi, &PointOfInterestAuxiliaryData::setEmailAddress, details.email);
+    if (details.url)
+        poi.setUrl(QUrl(text(*details.url)));
+    place.replaceAuxiliaryData(index, poi);
+}
+
+void apply(Place &place, const Details &details)
+{
+    set(place, &Place::setName, details.name);
+    set(place, &Place::setDescription, details.description);
+    for (const std::string &tag : details.tags)
+        place.addTag(text(tag));
+    applyContactDetails(place, details);
+    const std::optional<Location> location = changedLocation(place, details);
+    if (location && place.locationCount() > 0)
+        place.replaceLocation(0, *location);
+    else if (location)
+        place.addLocation(*location);
+}
+
+ExitStatus add(const Details &details, Form form)
+{
+    Place place;
+    place.setSource(AbstractPlace::SourceManualInput);
+    apply(place, details);
+    if (!place.isValid()) {
+        complain(QStringLiteral("add"), QStringLiteral("a place needs a position (--at) or an address (--city ...)"));
+        return WrongUse;
+    }
+    const ExitStatus status = report(PlaceManager().addPlace(&place), place.name());
+    if (status == Done && form == Form::Json)
+        printPlace(place, form);
+    else if (status == Done)
+        printLine(QString::number(place.id()));
+    return status;
+}
+
+/// Fetches a place and does something with it.
+template <typename Work>
+ExitStatus withPlace(qint64 id, Work work)
+{
+    Error::Type error = Error::Success;
+    const std::unique_ptr<Place> place(PlaceManager().getPlace(id, &error));
+    return place ? work(*place) : report(error, nameOf(id));
+}
+
+/// Does something with each of several places and goes on after a failure; the last failure is the outcome.
+template <typename Work>
+ExitStatus withEach(const std::vector<qint64> &ids, Work work)
+{
+    ExitStatus status = Done;
+    for (const qint64 id : ids) {
+        if (const ExitStatus outcome = report(work(id), nameOf(id)); outcome != Done)
+            status = outcome;
+    }
+    return status;
+}
+
+void addChangingCommands(CLI::App &app, Context &context)
+{
+    const auto details = std::make_shared<Details>();
+    const auto ids = std::make_shared<std::vector<qint64>>();
+    const auto tags = std::make_shared<std::vector<std::string>>();
+    const auto idOption = [ids](CLI::App *command) {
+        command->add_option("ID", *ids, "Number of the place")->required()->expected(1);
+    };
+    const auto idsOption = [ids](CLI::App *command) {
+        command->add_option("ID", *ids, "Numbers of the places")->required();
+    };
+    const auto tagsOption = [tags](CLI::App *command) { command->add_option("TAG", *tags, "Tags")->required(); };
+
+    CLI::App *addCommand = app.add_subcommand("add", "Add a place and print its number");
+    addCommand->add_option("NAME", details->name, "Name")->required();
+    addDetailOptions(*addCommand, *details);
+    addCommand->callback(
+        [&context, details] { context.run = [&context, details] { return add(*details, context.form); }; });
+
+    CLI::App *show = app.add_subcommand("show", "Show a place with all it has");
+    idOption(show);
+    show->callback([&context, ids] {
+        context.run = [&context, ids] {
+            return withPlace(ids->front(), [&](const Place &place) { return printPlace(place, context.form), Done; });
+        };
+    });
+
+    CLI::App *update = app.add_subcommand("update", "Change a place; what is not given stays");
+    idOption(update);
+    update->add_option("--name", details->name, "Name");
+    addDetailOptions(*update, *details);
+    update->callback([&context, ids, details] {
+        context.run = [ids, details] {
+            return withPlace(ids->front(), [&](Place &place) {
+                apply(place, *details);
+                return report(PlaceManager().updatePlace(&place), nameOf(place.id()));
+            });
+        };
+    });
+
+    CLI::App *remove = app.add_subcommand("remove", "Remove places");
+    idsOption(remove);
+    remove->callback([&context, ids] {
+        context.run = [ids] { return withEach(*ids, [](qint64 id) { return PlaceManager().removePlace(id); }); };
+    });
+
+    CLI::App *use = app.add_subcommand("use", "Count a use of a place, now");
+    idsOption(use);
+    use->callback([&context, ids] {
+        context.run = [ids] { return withEach(*ids, [](qint64 id) { return PlaceManager().usePlace(id); }); };
+    });
+
+    CLI::App *fav = app.add_subcommand("fav", "Make a place a favourite");
+    idOption(fav);
+    fav->callback([&context, ids] {
+        context.run = [ids] {
+            return withPlace(ids->front(),
+                             [](Place &place) { return report(PlaceManager().fav(&place), nameOf(place.id())); });
+        };
+    });
+
+    CLI::App *unfav = app.add_subcommand("unfav", "Make a favourite an ordinary place");
+    idOption(unfav);
+    unfav->callback([&context, ids] {
+        context.run = [ids] {
+            return withPlace(ids->front(), [](Place &place) {
+                if (!place.isFavorite())
+                    complain(nameOf(place.id()), QStringLiteral("is no favourite"));
+                return place.isFavorite() ? report(PlaceManager().unfav(&place), nameOf(place.id())) : Failed;
+            });
+        };
+    });
+
+    CLI::App *tag = app.add_subcommand("tag", "Add tags to a place");
+    idOption(tag);
+    tagsOption(tag);
+    tag->callback([&context, ids, tags] {
+        context.run = [ids, tags] {
+            return withEach(std::vector<qint64>(tags->size(), ids->front()),
+                            [&, next = std::size_t(0)](qint64 id) mutable {
+                                return PlaceManager().addTag(id, text((*tags)[next++]));
+                            });
+        };
+    });
+
+    CLI::App *untag = app.add_subcommand("untag", "Remove tags from a place");
+    idOption(untag);
+    tagsOption(untag);
+    untag->callback([&context, ids, tags] {
+        context.run = [ids, tags] {
+            return withEach(std::vector<qint64>(tags->size(), ids->front()),
+                            [&, next = std::size_t(0)](qint64 id) mutable {
+                                return PlaceManager().removeTag(id, text((*tags)[next++]));
+                            });
+        };
+    });
+
+    CLI::App *link = app.add_subcommand("link", "Print the link that shows a place on the map web service");
+    idOption(link);
+    link->callback([&context, ids] {
+        context.run = [ids] {
+            return withPlace(ids->front(), [](const Place &place) {
+                const QUrl url = place.mapUrl();
+                if (url.isEmpty())
+                    complain(nameOf(place.id()), QStringLiteral("has no position"));
+                else
+                    printLine(QString::fromLatin1(url.toEncoded()));
+                return url.isEmpty() ? Failed : Done;
+            });
+        };
+    });
+}
+
+// --------------------------------------------------------------------------------------------------------- finding
+
+struct FindOptions
+{
+    std::string term;
+    std::string position;
+    std::vector<std::string> tags;
+    std::string sort = "relevance";
+    int offset = 0;
+    int limit = DEFAULT_LIMIT;
+    bool onlyMine = false;
+};
+
+SortRule sortRuleOf(const FindOptions &options)
+{
+    if (!options.position.empty())
+        return SortRule::createDistanceSortRule(parsePosition(options.position), SortOrder::Ascending);
+    if (options.sort == "name")
+        return SortRule::createSimpleSortRule(SortField::Name, SortOrder::Ascending);
+    if (options.sort == "recent")
+        return SortRule::createSimpleSortRule(SortField::LastUsedTime, SortOrder::Descending);
+    if (options.sort == "new")
+        return SortRule::createSimpleSortRule(SortField::CreationTime, SortOrder::Descending);
+    return {};
+}
+
+void addPageOptions(CLI::App &command, FindOptions &options)
+{
+    command.add_option("--offset", options.offset, "Number of results to pass over")->check(CLI::NonNegativeNumber);
+    command.add_option("--limit", options.limit, "Largest number of results")
+        ->check(CLI::NonNegativeNumber)
+        ->capture_default_str();
+}
+
+/// Runs a find and prints what it found; says when there is more.
+template <typename Find>
+ExitStatus printFound(const QString &what, Form form, Find find)
+{
+    Error::Type error = Error::Success;
+    SearchHandle handle;
+    Found found;
+    found.places = find(&error, &handle);
+    const ExitStatus status = report(error, what);
+    if (status != Done)
+        return status;
+    printPlaces(found.places, form);
+    if (form == Form::Table && handle.hasMoreData())
+        std::fprintf(stderr, "places: there are more; see --limit and --offset\n");
+    return Done;
+}
+
+ExitStatus findPlaces(const FindOptions &options, Form form)
+{
+    const PlaceManager manager;
+    const SortRule sort = sortRuleOf(options);
+    if (options.tags.empty()) {
+        return printFound(QStringLiteral("find"), form, [&](Error::Type *error, SearchHandle *handle) {
+            return manager.findPlaces(text(options.term), error, handle, sort, options.offset, options.limit);
+        });
+    }
+    QStringList tags;
+    for (const std::string &tag : options.tags)
+        tags.append(text(tag));
+    return printFound(QStringLiteral("find"), form, [&](Error::Type *error, SearchHandle *handle) {
+        return manager.findPlacesByTags(tags, error, handle, sort, options.offset, options.limit);
+    });
+}
+
+void addFindingCommands(CLI::App &app, Context &context)
+{
+    const auto options = std::make_shared<FindOptions>();
+    const auto runFind = [&context, options] {
+        context.run = [&context, options] { return findPlaces(*options, context.form); };
+    };
+
+    CLI::App *find = app.add_subcommand("find", "Find places by the beginnings of words in their names");
+    CLI::Option *term = find->add_option("TERM", options->term, "Words to look for; none for every place");
+    find->add_option("--tag", options->tags, "Places with any of these tags instead")->excludes(term);
+    find->add_option("--near", options->position, "Nearest to this position first")->check(IsPosition);
+    find->add_option("--sort", options->sort, "What comes first")
+        ->check(CLI::IsMember({"relevance", "name", "recent", "new"}))
+        ->capture_default_str();
+    addPageOptions(*find, *options);
+    find->callback(runFind);
+
+    CLI::App *near = app.add_subcommand("near", "List the places nearest to a position");
+    near->add_option("POSITION", options->position, "Position in degrees")->required()->check(IsPosition);
+    near->add_option("TERM", options->term, "Words to look for in the names");
+    addPageOptions(*near, *options);
+    near->callback(runFind);
+
+    CLI::App *recent = app.add_subcommand("recent", "List places by their last use, latest first");
+    recent->add_flag("--mine", options->onlyMine, "Only places that this application added");
+    addPageOptions(*recent, *options);
+    recent->callback([&context, options] {
+        context.run = [&context, options] {
+            return printFound(QStringLiteral("recent"), context.form, [&](Error::Type *error, SearchHandle *handle) {
+                return PlaceManager().findRecentPlaces(error, handle, options->onlyMine, 0, options->offset,
+                                                       options->limit);
+            });
+        };
+    });
+
+    CLI::App *tags = app.add_subcommand("tags", "List the tags in use");
+    tags->callback([&context] {
+        context.run = [&context] {
+            Error::Type error = Error::Success;
+            const QStringList found = PlaceManager().getTagsInUse(&error);
+            if (error == Error::Success)
+                printTexts(found, context.form);
+            return report(error, QStringLiteral("tags"));
+        };
+    });
+}
+
+} // namespace
+
+void addCommands(CLI::App &app, Context &context)
+{
+    addChangingCommands(app, context);
+    addFindingCommands(app, context);
+
+    const auto files = std::make_shared<std::vector<std::string>>();
+    CLI::App *import = app.add_subcommand("import", "Add the points of GeoJSON files (RFC 7946) as places");
+    import->add_option("FILE", *files, "GeoJSON files")->required();
+    import->callback([&context, files] {
+        context.run = [files] {
+            QStringList paths;
+    for (const std::string &file : *files)
+        paths.append(text(file));
+    return importFiles(paths);
+};
+} // namespace tool
+);
+}
+
+} // namespace tool

@@ -1,0 +1,24 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Report.h"
+
+#include <CLI/CLI.hpp>
+
+#include <functional>
+
+namespace tool
+{
+
+/// What every command can rely on.
+struct Context
+{
+    Form form = Form::Table;
+    /// What the chosen command does; empty until one is chosen.
+    std::function<ExitStatus()> run;
+};
+
+/// Gives `app` all commands. The one that the user names puts its work into `context.run`.
+void addCommands(CLI::App &app, Context &context);
+
+} // namespace tool
