@@ -32,6 +32,14 @@ QString text(const std::string &bytes)
     return QString::fromLocal8Bit(bytes.data(), static_cast<int>(bytes.size()));
 }
 
+QStringList texts(const std::vector<std::string> &list)
+{
+    QStringList converted;
+    for (const std::string &bytes : list)
+        converted.append(text(bytes));
+    return converted;
+}
+
 QString nameOf(qint64 id)
 {
     return QStringLiteral("place %1").arg(id);
@@ -202,124 +210,107 @@ ExitStatus withEach(const std::vector<qint64> &ids, Work work)
     return status;
 }
 
+ExitStatus update(Place &place, const Details &details)
+{
+    apply(place, details);
+    return report(PlaceManager().updatePlace(&place), nameOf(place.id()));
+}
+
+ExitStatus unfav(Place &place)
+{
+    if (place.isFavorite())
+        return report(PlaceManager().unfav(&place), nameOf(place.id()));
+    complain(nameOf(place.id()), QStringLiteral("is no favourite"));
+    return Failed;
+}
+
+ExitStatus printLink(const Place &place)
+{
+    const QUrl url = place.mapUrl();
+    if (url.isEmpty()) {
+        complain(nameOf(place.id()), QStringLiteral("has no position"));
+        return Failed;
+    }
+    printLine(QString::fromLatin1(url.toEncoded()));
+    return Done;
+}
+
+/// Adds a command that does `work` with one place, fetched in full.
+template <typename Work>
+CLI::App *addPlaceCommand(CLI::App &app, Context &context, const char *name, const char *description, Work work)
+{
+    const auto id = std::make_shared<qint64>(-1);
+    CLI::App *command = app.add_subcommand(name, description);
+    command->add_option("ID", *id, "Number of the place")->required();
+    command->callback([&context, id, work] { context.run = [id, work] { return withPlace(*id, work); }; });
+    return command;
+}
+
+/// Adds a command that does `work` with each of several places, by their ids.
+template <typename Work>
+void addIdsCommand(CLI::App &app, Context &context, const char *name, const char *description, Work work)
+{
+    const auto ids = std::make_shared<std::vector<qint64>>();
+    CLI::App *command = app.add_subcommand(name, description);
+    command->add_option("ID", *ids, "Numbers of the places")->required();
+    command->callback([&context, ids, work] { context.run = [ids, work] { return withEach(*ids, work); }; });
+}
+
+using ChangeTag = Error::Type (PlaceManager::*)(qint64, const QString &) const;
+
+void addTagCommand(CLI::App &app, Context &context, const char *name, const char *description, ChangeTag change)
+{
+    const auto id = std::make_shared<qint64>(-1);
+    const auto tags = std::make_shared<std::vector<std::string>>();
+    CLI::App *command = app.add_subcommand(name, description);
+    command->add_option("ID", *id, "Number of the place")->required();
+    command->add_option("TAG", *tags, "Tags")->required();
+    command->callback([&context, id, tags, change] {
+        context.run = [id, tags, change] {
+            ExitStatus status = Done;
+            for (const std::string &tag : *tags) {
+                const Error::Type error = (PlaceManager().*change)(*id, text(tag));
+                if (const ExitStatus outcome = report(error, nameOf(*id)); outcome != Done)
+                    status = outcome;
+            }
+            return status;
+        };
+    });
+}
+
 void addChangingCommands(CLI::App &app, Context &context)
 {
     const auto details = std::make_shared<Details>();
-    const auto ids = std::make_shared<std::vector<qint64>>();
-    const auto tags = std::make_shared<std::vector<std::string>>();
-    const auto idOption = [ids](CLI::App *command) {
-        command->add_option("ID", *ids, "Number of the place")->required()->expected(1);
-    };
-    const auto idsOption = [ids](CLI::App *command) {
-        command->add_option("ID", *ids, "Numbers of the places")->required();
-    };
-    const auto tagsOption = [tags](CLI::App *command) { command->add_option("TAG", *tags, "Tags")->required(); };
-
     CLI::App *addCommand = app.add_subcommand("add", "Add a place and print its number");
     addCommand->add_option("NAME", details->name, "Name")->required();
     addDetailOptions(*addCommand, *details);
     addCommand->callback(
         [&context, details] { context.run = [&context, details] { return add(*details, context.form); }; });
 
-    CLI::App *show = app.add_subcommand("show", "Show a place with all it has");
-    idOption(show);
-    show->callback([&context, ids] {
-        context.run = [&context, ids] {
-            return withPlace(ids->front(), [&](const Place &place) { return printPlace(place, context.form), Done; });
-        };
+    addPlaceCommand(app, context, "show", "Show a place with all it has", [&context](const Place &place) {
+        printPlace(place, context.form);
+        return Done;
     });
-
-    CLI::App *update = app.add_subcommand("update", "Change a place; what is not given stays");
-    idOption(update);
-    update->add_option("--name", details->name, "Name");
-    addDetailOptions(*update, *details);
-    update->callback([&context, ids, details] {
-        context.run = [ids, details] {
-            return withPlace(ids->front(), [&](Place &place) {
-                apply(place, *details);
-                return report(PlaceManager().updatePlace(&place), nameOf(place.id()));
-            });
-        };
-    });
-
-    CLI::App *remove = app.add_subcommand("remove", "Remove places");
-    idsOption(remove);
-    remove->callback([&context, ids] {
-        context.run = [ids] { return withEach(*ids, [](qint64 id) { return PlaceManager().removePlace(id); }); };
-    });
-
-    CLI::App *use = app.add_subcommand("use", "Count a use of a place, now");
-    idsOption(use);
-    use->callback([&context, ids] {
-        context.run = [ids] { return withEach(*ids, [](qint64 id) { return PlaceManager().usePlace(id); }); };
-    });
-
-    CLI::App *fav = app.add_subcommand("fav", "Make a place a favourite");
-    idOption(fav);
-    fav->callback([&context, ids] {
-        context.run = [ids] {
-            return withPlace(ids->front(),
-                             [](Place &place) { return report(PlaceManager().fav(&place), nameOf(place.id())); });
-        };
-    });
-
-    CLI::App *unfav = app.add_subcommand("unfav", "Make a favourite an ordinary place");
-    idOption(unfav);
-    unfav->callback([&context, ids] {
-        context.run = [ids] {
-            return withPlace(ids->front(), [](Place &place) {
-                if (!place.isFavorite())
-                    complain(nameOf(place.id()), QStringLiteral("is no favourite"));
-                return place.isFavorite() ? report(PlaceManager().unfav(&place), nameOf(place.id())) : Failed;
-            });
-        };
-    });
-
-    CLI::App *tag = app.add_subcommand("tag", "Add tags to a place");
-    idOption(tag);
-    tagsOption(tag);
-    tag->callback([&context, ids, tags] {
-        context.run = [ids, tags] {
-            return withEach(std::vector<qint64>(tags->size(), ids->front()),
-                            [&, next = std::size_t(0)](qint64 id) mutable {
-                                return PlaceManager().addTag(id, text((*tags)[next++]));
-                            });
-        };
-    });
-
-    CLI::App *untag = app.add_subcommand("untag", "Remove tags from a place");
-    idOption(untag);
-    tagsOption(untag);
-    untag->callback([&context, ids, tags] {
-        context.run = [ids, tags] {
-            return withEach(std::vector<qint64>(tags->size(), ids->front()),
-                            [&, next = std::size_t(0)](qint64 id) mutable {
-                                return PlaceManager().removeTag(id, text((*tags)[next++]));
-                            });
-        };
-    });
-
-    CLI::App *link = app.add_subcommand("link", "Print the link that shows a place on the map web service");
-    idOption(link);
-    link->callback([&context, ids] {
-        context.run = [ids] {
-            return withPlace(ids->front(), [](const Place &place) {
-                const QUrl url = place.mapUrl();
-                if (url.isEmpty())
-                    complain(nameOf(place.id()), QStringLiteral("has no position"));
-                else
-                    printLine(QString::fromLatin1(url.toEncoded()));
-                return url.isEmpty() ? Failed : Done;
-            });
-        };
-    });
+    CLI::App *updateCommand = addPlaceCommand(app, context, "update", "Change a place; what is not given stays",
+                                              [details](Place &place) { return update(place, *details); });
+    updateCommand->add_option("--name", details->name, "Name");
+    addDetailOptions(*updateCommand, *details);
+    addIdsCommand(app, context, "remove", "Remove places", [](qint64 id) { return PlaceManager().removePlace(id); });
+    addIdsCommand(app, context, "use", "Count a use of places, now",
+                  [](qint64 id) { return PlaceManager().usePlace(id); });
+    addPlaceCommand(app, context, "fav", "Make a place a favourite",
+                    [](Place &place) { return report(PlaceManager().fav(&place), nameOf(place.id())); });
+    addPlaceCommand(app, context, "unfav", "Make a favourite an ordinary place", unfav);
+    addTagCommand(app, context, "tag", "Add tags to a place", &PlaceManager::addTag);
+    addTagCommand(app, context, "untag", "Remove tags from a place", &PlaceManager::removeTag);
+    addPlaceCommand(app, context, "link", "Print the link that shows a place on the map web service", printLink);
 }
 
 // --------------------------------------------------------------------------------------------------------- finding
 
 struct FindOptions
 {
-    std::string term;
+    std::vector<std::string> terms;
     std::string position;
     std::vector<std::string> tags;
     std::string sort = "relevance";
@@ -372,12 +363,11 @@ ExitStatus findPlaces(const FindOptions &options, Form form)
     const SortRule sort = sortRuleOf(options);
     if (options.tags.empty()) {
         return printFound(QStringLiteral("find"), form, [&](Error::Type *error, SearchHandle *handle) {
-            return manager.findPlaces(text(options.term), error, handle, sort, options.offset, options.limit);
+            return manager.findPlaces(texts(options.terms).join(QLatin1Char(' ')), error, handle, sort, options.offset,
+                                      options.limit);
         });
     }
-    QStringList tags;
-    for (const std::string &tag : options.tags)
-        tags.append(text(tag));
+    const QStringList tags = texts(options.tags);
     return printFound(QStringLiteral("find"), form, [&](Error::Type *error, SearchHandle *handle) {
         return manager.findPlacesByTags(tags, error, handle, sort, options.offset, options.limit);
     });
@@ -391,7 +381,7 @@ void addFindingCommands(CLI::App &app, Context &context)
     };
 
     CLI::App *find = app.add_subcommand("find", "Find places by the beginnings of words in their names");
-    CLI::Option *term = find->add_option("TERM", options->term, "Words to look for; none for every place");
+    CLI::Option *term = find->add_option("TERM", options->terms, "Words to look for; none for every place");
     find->add_option("--tag", options->tags, "Places with any of these tags instead")->excludes(term);
     find->add_option("--near", options->position, "Nearest to this position first")->check(IsPosition);
     find->add_option("--sort", options->sort, "What comes first")
@@ -402,7 +392,7 @@ void addFindingCommands(CLI::App &app, Context &context)
 
     CLI::App *near = app.add_subcommand("near", "List the places nearest to a position");
     near->add_option("POSITION", options->position, "Position in degrees")->required()->check(IsPosition);
-    near->add_option("TERM", options->term, "Words to look for in the names");
+    near->add_option("TERM", options->terms, "Words to look for in the names");
     addPageOptions(*near, *options);
     near->callback(runFind);
 

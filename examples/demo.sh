@@ -1,0 +1,48 @@
+#!/bin/sh
+# Shows the client and the service at work on real data, in a temporary folder that is gone afterwards.
+set -eu
+bin=$(cd "$1" && pwd)
+data=$(cd "$(dirname "$0")/data" && pwd)
+
+VELA_CHANNEL_DIR=$(mktemp -d)
+export VELA_CHANNEL_DIR
+"$bin/placesd" --database "$VELA_CHANNEL_DIR/places.db" &
+service=$!
+trap 'kill $service 2>/dev/null; wait $service 2>/dev/null; rm -rf "$VELA_CHANNEL_DIR"' EXIT
+tries=0
+until "$bin/places" --no-start tags >/dev/null 2>&1; do
+    tries=$((tries + 1))
+    [ $tries -lt 100 ] || { echo "the service does not start" >&2; exit 1; }
+    sleep 0.1
+done
+
+# Shows a command as one would type it, and runs it.
+run() {
+    printf '\n$ places %s\n' "$*"
+    "$bin/places" --no-start "$@"
+}
+
+echo "A places service is running in $VELA_CHANNEL_DIR."
+run import "$data/airports.geojson" "$data/cities.geojson"
+run find 'zur' --limit 5
+run find 'sao paul' --limit 5
+run near 47.37,8.54 --limit 5
+airport=$("$bin/places" --json find 'zurich airport' | sed 's/.*"id":\([0-9]*\).*/\1/')
+run show "$airport"
+run fav "$airport"
+run tag "$airport" holiday summer
+run find --tag holiday --tag lbs-favorite
+run use "$airport"
+run recent --limit 3
+run add 'Lake house' --at 47.24,8.72 --city Stäfa --country Switzerland --tag holiday
+house=$("$bin/places" --json find 'lake house' | sed 's/.*"id":\([0-9]*\).*/\1/')
+run update "$house" --name 'House by the lake' --phone '+41 44 555 01 23'
+run link "$house"
+run --json find 'house lake'
+run untag "$airport" summer
+run unfav "$airport"
+run tags
+run remove "$house"
+run find 'house by the lake'
+echo
+echo 'That was the demo. The same commands work on your own places: see README.md.'

@@ -1,0 +1,29 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+// Saves a place, finds it again, and prints the link that shows it on a map.
+
+#include <places/Place.h>
+#include <places/PlaceHeader.h>
+#include <places/PlaceManager.h>
+
+#include <iostream>
+
+using namespace vela::platform::places;
+
+int main()
+{
+    Location location;
+    location.setCoordinates(Coordinates(46.9480, 7.4474));
+    Place place;
+    place.setName(QStringLiteral("Old town"));
+    place.addLocation(location);
+
+    const PlaceManager manager;
+    Error::Type error = manager.addPlace(&place);
+    for (const PlaceHeader *found : manager.findPlaces(QStringLiteral("old t"), &error)) {
+        std::cout << found->id() << " " << qPrintable(found->name()) << " " << qPrintable(found->mapUrl().toString())
+                  << "\n";
+        delete found;
+    }
+    return error;
+}
