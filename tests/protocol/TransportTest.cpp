@@ -1,0 +1,242 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "protocol/ClientProtocol.h"
+#include "protocol/Logger.h"
+#include "protocol/PIMSession.h"
+#include "protocol/Protocol.h"
+#include "support/FakeChannel.h"
+#include "support/FakeSystem.h"
+
+#include <gmock/gmock.h>
+
+#include <cerrno>
+#include <thread>
+
+using namespace orix_places_protocol;
+using namespace vela::platform::places;
+using namespace wire;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace
+{
+
+class TransportTest : public testing::Test
+{
+protected:
+    ReturnCode send(int capacity = 300)
+    {
+        PlacesAPIEncoder request;
+        request.encodeGetTags();
+        return ClientProtocol().sendMessage(request, reply, capacity);
+    }
+
+    FakeChannel channel;
+    PlacesAPIDecoder reply;
+};
+
+/// The key that a request carries when the session object says this and the clock stands there.
+std::string keyAt(long now, const char *session)
+{
+    FakeSystem::now = now;
+    FakeSystem::session = session;
+    return PIMSession::getSessionKey();
+}
+
+/// Far enough from one another that the key is always read anew.
+long nextEpoch()
+{
+    static long epoch = 1000000;
+    return epoch += 10000;
+}
+
+} // namespace
+
+TEST_F(TransportTest, ARefusedOpenHasACodeOfItsOwnAndSendsNothing)
+{
+    const struct
+    {
+        int error;
+        ReturnCode code;
+        Error::Type mapped;
+    } cases[] = {{ENOENT, ReturnCode::NoService, Error::ServiceUnavailable},
+                 {EACCES, ReturnCode::NotPermitted, Error::PermissionDenied},
+                 {EMFILE, ReturnCode::TransportFailed, Error::CommunicationFailed}};
+    for (const auto &row : cases) {
+        channel.refuseOpen(row.error);
+        EXPECT_EQ(send(), row.code);
+        EXPECT_EQ(Protocol::mapReturnCode(send(), nullptr), row.mapped);
+    }
+    EXPECT_THAT(channel.requests(), IsEmpty());
+}
+
+TEST_F(TransportTest, TheReplyStandsBehindItsStatus)
+{
+    channel.answer(9, {i32(42)});
+    int body = 0;
+    EXPECT_EQ(send(), ReturnCode::Success);
+    EXPECT_EQ(reply.replyType(), 265);
+    EXPECT_TRUE(reply.decode(body) && reply.testBuffer());
+    EXPECT_EQ(body, 42);
+    EXPECT_EQ(channel.openHandles(), 0);
+}
+
+TEST_F(TransportTest, AReplyThatFillsTheBufferIsTakenAtOnceAndALongerOneFetched)
+{
+    const Fields body = {text(std::string(400, 'x'))};
+    const int size = 8 + 4 + 400;
+    channel.answer(9, body);
+    EXPECT_EQ(send(size), ReturnCode::Success);
+    EXPECT_EQ(channel.pendingFetches(), 0);
+
+    for (const int capacity : {size - 1, 100, 0}) {
+        std::string text;
+        channel.answer(9, body);
+        EXPECT_EQ(send(capacity), ReturnCode::Success) << capacity;
+        EXPECT_TRUE(reply.decodeString(text));
+        EXPECT_EQ(text.size(), 400U);
+    }
+    EXPECT_EQ(channel.pendingFetches(), 3);
+}
+
+TEST_F(TransportTest, WhatIsNoReplyIsAFailure)
+{
+    for (const int length : {0x7fffffff, 64 * 1024 * 1024 + 1, 5000}) {
+        channel.claimLength(length);
+        channel.answer(9);
+        EXPECT_EQ(send(), ReturnCode::TransportFailed) << length;
+    }
+    channel.claimLength(-1);
+    for (std::size_t cut = 0; cut < 8; ++cut) {
+        channel.answerBytes(message({i32(0), i32(265)}).substr(0, cut));
+        EXPECT_EQ(send(), ReturnCode::TransportFailed) << cut;
+    }
+    channel.breakExchange(5);
+    EXPECT_EQ(send(), ReturnCode::TransportFailed);
+    EXPECT_EQ(channel.openHandles(), 0);
+}
+
+TEST_F(TransportTest, AnOverridingNameIsOpenedInTheServicesStead)
+{
+    ClientProtocol::OVERIDED_CSM_NAME = "places.test";
+    channel.answer(9);
+    send();
+    ClientProtocol::OVERIDED_CSM_NAME.clear();
+    EXPECT_EQ(channel.openedNames().back(), "places.test");
+    channel.answer(9);
+    send();
+    EXPECT_THAT(channel.openedNames().back(), testing::StartsWith("places"));
+    EXPECT_NE(channel.openedNames().back(), "places.test");
+}
+
+TEST_F(TransportTest, ReturnCodesBecomePublicErrors)
+{
+    const std::vector<std::pair<int, int>> named = {{0, 0},   {50, 8},  {51, 8},  {54, 5}, {57, 10}, {59, 11},
+                                                    {60, 7},  {61, 9},  {62, 12}, {63, 6}, {64, 13}, {65, 14},
+                                                    {66, 15}, {67, 16}, {68, 17}, {69, 18}};
+    std::vector<int> expected(1001, 1);
+    for (const auto &[code, error] : named)
+        expected[static_cast<std::size_t>(code)] = error;
+    for (int code = 0; code <= 1000; ++code) {
+        Error::Type written = Error::Reserved;
+        const Error::Type mapped = Protocol::mapReturnCode(static_cast<ReturnCode>(code), &written);
+        EXPECT_EQ(mapped, expected[static_cast<std::size_t>(code)]) << code;
+        EXPECT_EQ(written, mapped);
+    }
+}
+
+TEST(PIMSession, TheKeyIsReadAtMostEveryFiveMinutes)
+{
+    FakeSystem system;
+    const long start = nextEpoch();
+    const char *first = "dat\njson:{\"session\":\"first\"}\n";
+    EXPECT_EQ(keyAt(start, first), "first");
+    EXPECT_EQ(FakeSystem::sessionRequest, std::string("msg::session_request\nid::1234", 30));
+    EXPECT_EQ(keyAt(start + 300, "json:{\"session\":\"second\"}"), "first");
+    EXPECT_EQ(FakeSystem::sessionReads, 1);
+    EXPECT_EQ(keyAt(start + 301, "json:{\"session\":\"second\"}"), "second");
+    EXPECT_EQ(keyAt(start - 5, "json:{\"session\":\"third\"}"), "third") << "the clock was set back";
+}
+
+TEST(PIMSession, AFailedReadIsNotRepeatedForFiveMinutesEither)
+{
+    FakeSystem system;
+    const long start = nextEpoch();
+    EXPECT_EQ(keyAt(start, nullptr), "");
+    EXPECT_EQ(keyAt(start + 299, "json:{\"session\":\"there\"}"), "");
+    EXPECT_EQ(keyAt(start + 302, "json:{\"session\":\"there\"}"), "there");
+}
+
+TEST(PIMSession, ASignalDoesNotCostTheKey)
+{
+    FakeSystem system;
+    FakeSystem::interruptions = 3;
+    EXPECT_EQ(keyAt(nextEpoch(), "json:{\"session\":\"kept\"}"), "kept");
+}
+
+TEST(PIMSession, WhatIsNoSessionGivesAnEmptyKey)
+{
+    const std::string tooLong = "json:{\"session\":\"" + std::string(600, 'k') + "\"}";
+    for (const char *session : {"", "json", "json:", "json:[]", "json:{}", "json:{\"session\":7}",
+                                "json:{\"session\":\"k", "{\"session\":\"no marker\"}", tooLong.c_str()}) {
+        FakeSystem system;
+        EXPECT_EQ(keyAt(nextEpoch(), session), "") << session;
+    }
+}
+
+TEST(PIMSession, EveryRequestCarriesTheKeyAndThePerimeter)
+{
+    FakeSystem system;
+    FakeSystem::now = nextEpoch();
+    FakeSystem::session = "json:{\"session\":\"key42\"}";
+    PlacesAPIEncoder encoder;
+    encoder.encodeHeader(MessageType::AddPlace, vela::system::SecurityPerimeter::Work);
+    char *data = nullptr;
+    int length = 0;
+    encoder.getData(data, length);
+    EXPECT_EQ(std::string(data, static_cast<std::size_t>(length)), message({i32(1), i32(2), text("key42")}));
+    FakeSystem::session = nullptr;
+    FakeSystem::now += 301;
+    EXPECT_EQ(PIMSession::getSessionKey(), "");
+}
+
+TEST(Perimeter, NumbersWithoutAMeaningAreTheDefault)
+{
+    using vela::system::SecurityPerimeter;
+    for (const int number : {-1, 0, 3, 1000}) {
+        EXPECT_EQ(fromSystemPerimeter(static_cast<SecurityPerimeter::Type>(number)), Perimeter::Default) << number;
+        EXPECT_EQ(toSystemPerimeter(static_cast<Perimeter>(number)), SecurityPerimeter::Default) << number;
+    }
+}
+
+/// Runs before anything else has logged, so that the first registration is this test's.
+TEST(ALogger, RegistersOnceAndOnlyDebugOutputGoesToTheLargeBuffer)
+{
+    FakeSystem system;
+    FakeSystem::registrations = 0;
+    FakeSystem::refuseRegistration = true;
+    Logger::error("lost");
+    Logger::error("lost");
+    EXPECT_EQ(FakeSystem::registrations, 2) << "a failed registration is tried again";
+
+    FakeSystem::refuseRegistration = false;
+    FakeSystem::registrations = 0;
+    FakeSystem::messages.clear();
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 8; ++i)
+        threads.emplace_back([] { Logger::debug("from %s", "a thread"); });
+    for (std::thread &thread : threads)
+        thread.join();
+    EXPECT_EQ(FakeSystem::registrations, 1);
+    EXPECT_EQ(FakeSystem::messages.size(), 8U);
+
+    Logger::fatal("%d", 1);
+    Logger::error("%d", 2);
+    Logger::warn("%d", 3);
+    Logger::info("%d", 5);
+    Logger::debug("%d", 6);
+    for (auto message = FakeSystem::messages.begin() + 8; message != FakeSystem::messages.end(); ++message) {
+        EXPECT_EQ(message->text, std::to_string(message->severity));
+        EXPECT_EQ(message->buffer, message->severity == 6 ? "high_rate" : "low_rate");
+    }
+}

@@ -1,0 +1,136 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "support/FakeChannel.h"
+
+#include <cerrno>
+#include <cstring>
+#include <msgclient.h>
+
+namespace
+{
+
+FakeChannel *current = nullptr;
+
+int intAt(const std::string &bytes, std::size_t offset)
+{
+    int value = 0;
+    std::memcpy(&value, bytes.data() + offset, sizeof value);
+    return value;
+}
+
+constexpr std::size_t HEAD_SIZE = 12;
+
+} // namespace
+
+struct _msgclient_open
+{
+    std::string pending;
+};
+
+/// The platform's functions, as the library calls them.
+struct ChannelFunctions
+{
+    static _msgclient_open *open(const char *name)
+    {
+        if (!current) {
+            errno = ENOENT;
+            return nullptr;
+        }
+        current->m_openedNames.emplace_back(name);
+        errno = current->m_openError;
+        if (current->m_openError != 0)
+            return nullptr;
+        ++current->m_openHandles;
+        return new _msgclient_open;
+    }
+
+    static int exchange(_msgclient_open &channel, std::string request, void *reply, int capacity, int *length)
+    {
+        current->m_requests.push_back(std::move(request));
+        current->m_capacities.push_back(capacity);
+        if (current->m_brokenStatus != 0 || current->m_replies.empty())
+            return current->m_brokenStatus != 0 ? current->m_brokenStatus : -1;
+        channel.pending = current->m_replies.front();
+        current->m_replies.pop_front();
+        *length = current->m_claimedLength >= 0 ? current->m_claimedLength : static_cast<int>(channel.pending.size());
+        if (*length > capacity)
+            return MSGCLIENT_TRUNCATED;
+        std::memcpy(reply, channel.pending.data(), channel.pending.size());
+        return MSGCLIENT_OK;
+    }
+
+    static int fetch(_msgclient_open &channel, void *reply, int capacity, int *length)
+    {
+        ++current->m_pendingFetches;
+        if (channel.pending.size() != static_cast<std::size_t>(capacity))
+            return -1;
+        std::memcpy(reply, channel.pending.data(), channel.pending.size());
+        *length = static_cast<int>(channel.pending.size());
+        return MSGCLIENT_OK;
+    }
+
+    static void close(_msgclient_open *channel)
+    {
+        --current->m_openHandles;
+        delete channel;
+    }
+};
+
+extern "C" _msgclient_open *msgclient_open(const char *name, int, int)
+{
+    return ChannelFunctions::open(name);
+}
+
+extern "C" int msgclient_putget(_msgclient_open *channel, const void *request, int length, void *reply, int capacity,
+                                int *replyLength, int)
+{
+    return ChannelFunctions::exchange(*channel,
+                                      std::string(static_cast<const char *>(request), static_cast<std::size_t>(length)),
+                                      reply, capacity, replyLength);
+}
+
+extern "C" int msgclient_get(_msgclient_open *channel, int, void *reply, int capacity, int *replyLength, int)
+{
+    return ChannelFunctions::fetch(*channel, reply, capacity, replyLength);
+}
+
+extern "C" int msgclient_close(_msgclient_open *channel)
+{
+    ChannelFunctions::close(channel);
+    return 0;
+}
+
+FakeChannel::FakeChannel()
+{
+    current = this;
+}
+
+FakeChannel::~FakeChannel()
+{
+    current = nullptr;
+}
+
+void FakeChannel::answer(int request, const wire::Fields &body)
+{
+    m_replies.push_back(wire::message(wire::Fields{wire::i32(0), wire::i32(request + 256)} + body));
+}
+
+void FakeChannel::refuse(int request, int code)
+{
+    m_replies.push_back(wire::message({wire::i32(code), wire::i32(request + 256)}));
+}
+
+std::string FakeChannel::body() const
+{
+    return m_requests.empty() ? std::string() : m_requests.back().substr(HEAD_SIZE);
+}
+
+int FakeChannel::type() const
+{
+    return m_requests.empty() ? -1 : intAt(m_requests.back(), 0);
+}
+
+int FakeChannel::perimeter() const
+{
+    return m_requests.empty() ? -1 : intAt(m_requests.back(), 4);
+}

@@ -1,0 +1,129 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "support/FakeSystem.h"
+
+#include <slog2.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <mutex>
+
+#include <sys/types.h>
+
+long FakeSystem::now = -1;
+const char *FakeSystem::session = nullptr;
+int FakeSystem::interruptions = 0;
+int FakeSystem::sessionReads = 0;
+std::string FakeSystem::sessionRequest;
+std::vector<FakeSystem::Message> FakeSystem::messages;
+bool FakeSystem::refuseRegistration = false;
+int FakeSystem::registrations = 0;
+
+namespace
+{
+
+constexpr int SESSION_FD = 4711;
+const char *registeredNames[SLOG2_MAX_BUFFERS] = {};
+int registeredVerbosity = 0;
+std::mutex messagesMutex;
+
+/// Fails as a call does that a signal interrupts, as often as a test has asked for.
+bool interrupted()
+{
+    if (FakeSystem::interruptions <= 0)
+        return false;
+    --FakeSystem::interruptions;
+    errno = EINTR;
+    return true;
+}
+
+} // namespace
+
+FakeSystem::FakeSystem()
+{
+    messages.clear();
+    sessionReads = 0;
+    sessionRequest.clear();
+}
+
+FakeSystem::~FakeSystem()
+{
+    now = -1;
+    session = nullptr;
+    refuseRegistration = false;
+}
+
+extern "C" {
+
+time_t __real_time(time_t *out);
+int __real_open(const char *path, int flags, ...);
+ssize_t __real_read(int fd, void *bytes, size_t count);
+ssize_t __real_write(int fd, const void *bytes, size_t count);
+
+time_t __wrap_time(time_t *out)
+{
+    return FakeSystem::now < 0 ? __real_time(out) : FakeSystem::now;
+}
+
+int __wrap_open(const char *path, int flags, ...)
+{
+    if (std::strcmp(path, "/pps/services/pim/session?wait") == 0) {
+        errno = ENOENT;
+        return FakeSystem::session ? SESSION_FD : -1;
+    }
+    va_list arguments;
+    va_start(arguments, flags);
+    const int mode = va_arg(arguments, int);
+    va_end(arguments);
+    return __real_open(path, flags, mode);
+}
+
+ssize_t __wrap_read(int fd, void *bytes, size_t count)
+{
+    if (fd != SESSION_FD)
+        return __real_read(fd, bytes, count);
+    if (interrupted())
+        return -1;
+    ++FakeSystem::sessionReads;
+    const size_t length = std::min(count, std::strlen(FakeSystem::session));
+    std::memcpy(bytes, FakeSystem::session, length);
+    return static_cast<ssize_t>(length);
+}
+
+ssize_t __wrap_write(int fd, const void *bytes, size_t count)
+{
+    if (fd != SESSION_FD)
+        return __real_write(fd, bytes, count);
+    if (interrupted())
+        return -1;
+    FakeSystem::sessionRequest.assign(static_cast<const char *>(bytes), count);
+    return static_cast<ssize_t>(count);
+}
+
+int slog2_register(const slog2_buffer_set_config_t *config, slog2_buffer_t *handles, uint32_t)
+{
+    ++FakeSystem::registrations;
+    if (FakeSystem::refuseRegistration)
+        return -1;
+    registeredVerbosity = config->verbosity_level;
+    for (int i = 0; i < config->num_buffers; ++i) {
+        registeredNames[i] = config->buffer_config[i].buffer_name;
+        handles[i] = reinterpret_cast<slog2_buffer_t>(&registeredNames[i]);
+    }
+    return 0;
+}
+
+int vslog2f(slog2_buffer_t buffer, uint16_t, uint8_t severity, const char *format, va_list arguments)
+{
+    char text[512];
+    std::vsnprintf(text, sizeof text, format, arguments);
+    const std::lock_guard<std::mutex> lock(messagesMutex);
+    const auto name = reinterpret_cast<const char **>(buffer);
+    FakeSystem::messages.push_back({name ? *name : "", severity, text});
+    return registeredVerbosity;
+}
+}

@@ -1,0 +1,33 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+/// Stands in for the clock, the session object and the system log.
+struct FakeSystem
+{
+    FakeSystem();
+    ~FakeSystem();
+
+    struct Message
+    {
+        std::string buffer;
+        int severity;
+        std::string text;
+    };
+
+    /// What time() answers; below 0 the real time.
+    static long now;
+    /// The text of the session object behind the request slot; without one it cannot be opened.
+    static const char *session;
+    /// Number of reads and writes of the session object that a signal interrupts.
+    static int interruptions;
+    static int sessionReads;
+    static std::string sessionRequest;
+    static std::vector<Message> messages;
+    /// Whether registering a buffer set fails, and how often it was tried.
+    static bool refuseRegistration;
+    static int registrations;
+};
