@@ -209,11 +209,11 @@ TEST(Perimeter, NumbersWithoutAMeaningAreTheDefault)
     }
 }
 
-/// Runs before anything else has logged, so that the first registration is this test's.
 TEST(ALogger, RegistersOnceAndOnlyDebugOutputGoesToTheLargeBuffer)
 {
+    if (FakeSystem::registrations > 0)
+        GTEST_SKIP() << "another test has logged already; ctest gives each a process of its own";
     FakeSystem system;
-    FakeSystem::registrations = 0;
     FakeSystem::refuseRegistration = true;
     Logger::error("lost");
     Logger::error("lost");

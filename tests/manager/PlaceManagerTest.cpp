@@ -1,0 +1,566 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "places/PlaceManager.h"
+#include "auxdata/AuxiliaryDataReplyData.h"
+#include "manager/PlaceManagerPrivate.h"
+#include "model/PlaceHeaderPrivate.h"
+#include "places/AuxiliaryDataRequest.h"
+#include "places/PlaceHeader.h"
+#include "places/Tags.h"
+#include "protocol/PlacesAPIEncoder.h"
+#include "search/SearchHandlePrivate.h"
+#include "support/FakeChannel.h"
+#include "support/FakeSystem.h"
+#include "support/SamplePlace.h"
+
+#include <gmock/gmock.h>
+
+#include <cerrno>
+
+using namespace vela::platform::places;
+using namespace wire;
+using testing::IsEmpty;
+using Rules = SearchRulePrivate;
+
+namespace
+{
+
+const Fields NO_MORE = {flag(true), i32(0), i32(-1), i32(-1)};
+
+/// The body of a find with this rule and sort rule, as the encoder writes it.
+std::string findBody(const SearchRule &rule, const SortRule &sort, int offset, int limit,
+                     const Coordinates &centre = Coordinates())
+{
+    orix_places_protocol::PlacesAPIEncoder encoder;
+    encoder.encodeFindPlaces(rule, sort, offset, limit, true, centre, -1, -1);
+    char *data = nullptr;
+    int length = 0;
+    encoder.getData(data, length);
+    return std::string(data, static_cast<std::size_t>(length)).substr(12);
+}
+
+SearchRule ruleOf(Rules::Node node)
+{
+    SearchRule rule;
+    Rules::setPrivate(rule, node.release());
+    return rule;
+}
+
+Rules::Node disjoint(Rules::Node node)
+{
+    return std::make_unique<DisjointRule>(std::move(node));
+}
+
+Rules::Node withoutFavorites(Rules::Node node)
+{
+    return std::make_unique<AndRule>(std::move(node), Rules::createExcludeFavoritesRule());
+}
+
+SortRule simple(int field, int order)
+{
+    return SortRule::createSimpleSortRule(static_cast<SortField::Type>(field), static_cast<SortOrder::Type>(order));
+}
+
+class PlaceManagerTest : public testing::Test
+{
+protected:
+    PlaceManagerTest() { qputenv("PLACE_CARD_INVOKER_DNAME", "app.test"); }
+    ~PlaceManagerTest() override { qunsetenv("PLACE_CARD_INVOKER_DNAME"); }
+
+    void answerFind(const Fields &places = {i32(0)}) { channel.answer(13, places + NO_MORE); }
+
+    FakeSystem system;
+    FakeChannel channel;
+    PlaceManager manager;
+    PlaceManagerPrivate internal;
+    Error::Type error = Error::Unspecified;
+};
+
+} // namespace
+
+// ------------------------------------------------------------------------------------------------- stored places
+
+TEST_F(PlaceManagerTest, ANewPlaceTakesItsOwnerItsNameAndAllThatTheServiceMadeOfIt)
+{
+    Place place;
+    Location location;
+    location.setCoordinates(Coordinates(1, 2));
+    place.addLocation(location);
+    channel.answer(1, {i64(42)});
+    channel.answer(20, sample::headerFields());
+    channel.answer(12, sample::placeFields(42, ""));
+    EXPECT_EQ(manager.addPlace(&place), Error::Success);
+    EXPECT_EQ(place.id(), 42);
+    EXPECT_EQ(place.creationTime(), 1000U);
+    EXPECT_EQ(place.name(), QStringLiteral("Café"));
+    EXPECT_THAT(channel.capacities(), testing::ElementsAre(300, 1024, 1000));
+    const std::string start =
+        message({i32(1), i32(0), text(""), i64(-1), text("Unnamed Place"), text(""), text("app.test")});
+    EXPECT_EQ(channel.requests().front().substr(0, start.size()), start);
+}
+
+TEST_F(PlaceManagerTest, APlaceThatIsStoredButCannotBeFetchedIsStored)
+{
+    Place place;
+    sample::fill(place, -1);
+    channel.answer(1, {i64(42)});
+    channel.refuse(20, 64);
+    EXPECT_EQ(manager.addPlace(&place), Error::Success);
+    EXPECT_EQ(place.id(), 42);
+    ASSERT_EQ(FakeSystem::messages.size(), 1U);
+    EXPECT_EQ(FakeSystem::messages[0].text, "PMP: can't retrieve saved place.");
+}
+
+TEST_F(PlaceManagerTest, WhatCannotBeDoneIsRefusedAndNothingIsSent)
+{
+    Place stored;
+    Place fresh;
+    Place withoutLocation;
+    PlaceHeader header;
+    sample::fill(stored);
+    sample::fill(fresh, -1);
+    EXPECT_EQ(manager.addPlace(nullptr), Error::InvalidArgument);
+    EXPECT_EQ(manager.addPlace(&stored), Error::InvalidArgument);
+    EXPECT_EQ(manager.addPlace(&withoutLocation), Error::InvalidArgument);
+    EXPECT_EQ(manager.addRecentlyPickedPlace(nullptr), Error::InvalidArgument);
+    EXPECT_EQ(manager.updatePlace(nullptr), Error::InvalidArgument);
+    EXPECT_EQ(manager.updatePlace(&fresh), Error::InvalidArgument);
+    EXPECT_EQ(manager.removePlace(nullptr), Error::InvalidArgument);
+    EXPECT_EQ(manager.usePlace(nullptr), Error::InvalidArgument);
+    EXPECT_EQ(manager.usePlace(&fresh), Error::InvalidArgument);
+    EXPECT_EQ(manager.fav(nullptr), Error::InvalidArgument);
+    EXPECT_EQ(manager.unfav(nullptr), Error::InvalidArgument);
+    EXPECT_EQ(manager.unfav(&fresh), Error::InvalidArgument);
+    EXPECT_EQ(manager.unfav(&header), Error::InvalidArgument);
+    EXPECT_EQ(manager.getPlace(static_cast<const PlaceHeader *>(nullptr), &error), nullptr);
+    EXPECT_EQ(error, Error::InvalidArgument);
+    EXPECT_THAT(manager.findEquivalentPlaces(nullptr, &error), IsEmpty());
+    EXPECT_EQ(error, Error::InvalidArgument);
+    EXPECT_THAT(channel.requests(), IsEmpty());
+    EXPECT_EQ(fresh.owner(), QStringLiteral("app"));
+}
+
+TEST_F(PlaceManagerTest, EveryWayOfStoringSetsItsOwnPersistenceMask)
+{
+    const auto maskSent = [this](const std::function<void(Place &)> &store, qint64 id, bool favorite) {
+        Place place;
+        sample::fill(place, id);
+        if (!favorite)
+            place.removeTag(Tags::Favorite);
+        channel.refuse(1, 59);
+        store(place);
+        return PlacePrivate::privateFromPublic(&place)->persistenceMask();
+    };
+    EXPECT_EQ(maskSent([this](Place &place) { manager.addPlace(&place); }, -1, true), 3);
+    EXPECT_EQ(maskSent([this](Place &place) { manager.updatePlace(&place); }, 42, true), 2);
+    EXPECT_EQ(maskSent([this](Place &place) { manager.addRecentlyPickedPlace(&place); }, -1, true), 3);
+    EXPECT_EQ(maskSent([this](Place &place) { manager.addRecentlyPickedPlace(&place); }, -1, false), 1);
+    EXPECT_EQ(maskSent([this](Place &place) { manager.fav(&place); }, 42, false), 3);
+}
+
+TEST_F(PlaceManagerTest, ASearchTermIsHandedOnWithTheNextUseAndUpdateOnly)
+{
+    Place place;
+    sample::fill(place);
+    channel.answer(6);
+    EXPECT_EQ(manager.usePlace(&place), Error::Success);
+    EXPECT_EQ(channel.body(), message({i64(42), text("cafe")}));
+    channel.answer(6);
+    manager.usePlace(&place);
+    EXPECT_EQ(channel.body(), message({i64(42), text("")}));
+
+    PlacePrivate::privateFromPublic(&place)->setSearchTerm(QStringLiteral("again"));
+    channel.answer(5);
+    EXPECT_EQ(manager.updatePlace(&place), Error::Success);
+    EXPECT_THAT(channel.body(), testing::HasSubstr("again"));
+    EXPECT_TRUE(PlacePrivate::privateFromPublic(&place)->searchTerm().isEmpty());
+}
+
+TEST_F(PlaceManagerTest, ARemovedPlaceCanBeAddedAgain)
+{
+    Place place;
+    sample::fill(place);
+    channel.refuse(4, 54);
+    EXPECT_EQ(manager.removePlace(&place), Error::NotFound);
+    EXPECT_TRUE(place.isPersisted());
+    channel.answer(4);
+    EXPECT_EQ(manager.removePlace(static_cast<const AbstractPlace *>(&place)), Error::Success);
+    EXPECT_EQ(channel.perimeter(), 2);
+    EXPECT_FALSE(place.isPersisted());
+    EXPECT_EQ(place.usageCount(), 0);
+    EXPECT_EQ(place.auxiliaryData(0).id(), -1);
+}
+
+TEST_F(PlaceManagerTest, AFetchedPlaceKeepsTheCertaintyOfItsHeader)
+{
+    PlaceHeader header;
+    PlaceHeaderPrivate::privateFromPublic(&header)->setCertainty(SearchResultCertainty::Guess);
+    channel.answer(12, sample::placeFields());
+    const std::unique_ptr<Place> place(manager.getPlace(&header, &error));
+    ASSERT_TRUE(place);
+    EXPECT_EQ(place->certainty(), SearchResultCertainty::Guess);
+    channel.answerBytes(message({i32(0), i32(268)}));
+    EXPECT_EQ(manager.getPlace(7, &error), nullptr);
+    EXPECT_EQ(error, Error::CommunicationFailed);
+}
+
+TEST_F(PlaceManagerTest, AnUnsavedPlaceIsFetchedAsASuggestion)
+{
+    PlaceHeader header;
+    PlaceHeaderPrivate &data = *PlaceHeaderPrivate::privateFromPublic(&header);
+    data.setName(QStringLiteral("Café"));
+    header.setProperty("searchLatitude", 46.5);
+    header.setProperty("searchLongitude", QStringLiteral("6.5"));
+    channel.refuse(18, 67);
+    EXPECT_EQ(internal.getPlace(static_cast<const AbstractPlace *>(&header), &error), nullptr);
+    EXPECT_EQ(error, Error::ProviderFailed);
+    const Fields centre = coordinate(sample::NOT_SET, 46.5, 6.5, sample::NO_ACCURACY, sample::NO_ACCURACY);
+    EXPECT_EQ(channel.body(), message(Fields{text("Café")} + centre));
+
+    data.m_externalId = QStringLiteral("guide:77");
+    internal.getPlace(static_cast<const AbstractPlace *>(&header), &error);
+    EXPECT_EQ(channel.body(), message(Fields{text("guide:77")} + centre));
+
+    Place place;
+    place.setName(QStringLiteral("Full"));
+    AuxiliaryData record(AuxiliaryData::TypePointOfInterest);
+    record.addProperty(QStringLiteral("searchLatitude"), QStringLiteral("46.5"));
+    record.addProperty(QStringLiteral("searchLongitude"), QStringLiteral("6.5"));
+    place.addAuxiliaryData(record);
+    internal.getPlace(static_cast<const AbstractPlace *>(&place), &error);
+    EXPECT_EQ(channel.body(), message(Fields{text("Full")} + centre));
+}
+
+// ---------------------------------------------------------------------------------------------------- favourites
+
+TEST_F(PlaceManagerTest, AFavouriteIsStoredWhateverItWas)
+{
+    Place fresh;
+    sample::fill(fresh, -1);
+    fresh.removeTag(Tags::Favorite);
+    channel.answer(1, {i64(42)});
+    channel.answer(20, sample::headerFields());
+    channel.answer(12, sample::placeFields());
+    EXPECT_EQ(manager.fav(&fresh), Error::Success);
+    EXPECT_EQ(fresh.id(), 42);
+    EXPECT_TRUE(fresh.isFavorite());
+
+    PlaceHeader header;
+    PlaceHeaderPrivate::privateFromPublic(&header)->setId(42);
+    channel.answer(12, sample::placeFields());
+    channel.answer(5);
+    EXPECT_EQ(manager.fav(&header), Error::Success);
+    EXPECT_EQ(channel.type(), 5);
+    EXPECT_TRUE(header.isFavorite());
+    EXPECT_TRUE(header.hasTag());
+}
+
+TEST_F(PlaceManagerTest, AFavouriteThatCannotBeStoredIsNone)
+{
+    Place place;
+    sample::fill(place);
+    place.removeTag(Tags::Favorite);
+    channel.refuse(5, 60);
+    EXPECT_EQ(manager.fav(&place), Error::PermissionDenied);
+    EXPECT_FALSE(place.isFavorite());
+    PlaceHeader header;
+    PlaceHeaderPrivate::privateFromPublic(&header)->setId(7);
+    channel.refuse(12, 54);
+    EXPECT_EQ(manager.fav(&header), Error::NotFound);
+    EXPECT_FALSE(header.isFavorite());
+}
+
+TEST_F(PlaceManagerTest, UnfavKeepsTheIdOnlyOfAPlaceThatStaysStored)
+{
+    const struct
+    {
+        bool stays;
+        qint64 id;
+    } cases[] = {{true, 42}, {false, -1}};
+    for (const auto &row : cases) {
+        Place place;
+        sample::fill(place);
+        channel.answer(14, {flag(row.stays)});
+        EXPECT_EQ(manager.unfav(&place), Error::Success);
+        EXPECT_FALSE(place.isFavorite());
+        EXPECT_EQ(place.id(), row.id);
+
+        PlaceHeader header;
+        PlaceHeaderPrivate::privateFromPublic(&header)->setData(*PlacePrivate::privateFromPublic(&place));
+        PlaceHeaderPrivate::privateFromPublic(&header)->setId(42);
+        PlaceHeaderPrivate::privateFromPublic(&header)->setTagBit(Tags::Favorite, true);
+        channel.answer(14, {flag(row.stays)});
+        EXPECT_EQ(manager.unfav(&header), Error::Success);
+        EXPECT_FALSE(header.isFavorite());
+        EXPECT_EQ(header.id(), row.id);
+    }
+    Place place;
+    sample::fill(place);
+    channel.refuse(14, 59);
+    EXPECT_EQ(manager.unfav(&place), Error::StorageFailed);
+    EXPECT_TRUE(place.isFavorite());
+}
+
+// --------------------------------------------------------------------------------------------------------- finds
+
+TEST_F(PlaceManagerTest, EveryFindSendsItsRule)
+{
+    using R = Rules;
+    const QString term = QStringLiteral("é");
+    const Coordinates centre(1, 2);
+    const auto contains = [&] { return disjoint(R::createNameRule(SearchOperator::Contains, term)); };
+    const auto contact = [&] { return disjoint(R::createContactQueryRule(term)); };
+    const auto tag = [](const char *name) { return R::createTagRule(SearchOperator::Equals, QLatin1String(name)); };
+    const auto mine = [] { return R::createMyPlacesRule(QStringLiteral("app.test")); };
+    const auto used = [] { return R::createLastUsedTimeRule(SearchOperator::GreaterOrEqual, 99); };
+    auto remote = std::make_unique<OrRule>(contains(), contact());
+    remote->addRule(disjoint(R::createPOINameRule(term)));
+    const SortRule byName = simple(1, 1);
+    const SortRule byUse = simple(2, 2);
+
+    const struct
+    {
+        const char *name;
+        std::function<QList<PlaceHeader *>()> find;
+        std::string body;
+    } cases[] = {
+        {"by name", [&] { return manager.findPlaces(term, &error, nullptr, byName, 5, 6); },
+         findBody(ruleOf(std::make_unique<OrRule>(contains(), contact())), byName, 5, 6)},
+        {"remote without a centre", [&] { return manager.findPlaces(term, &error, nullptr, byName, 5, 6, true); },
+         findBody(ruleOf(std::make_unique<OrRule>(contains(), contact())), byName, 5, 6)},
+        {"remote", [&] { return manager.findPlaces(term, &error, nullptr, byName, 5, 6, true, centre); },
+         findBody(ruleOf(std::move(remote)), byName, 5, 6, centre)},
+        {"mine", [&] { return manager.findMyPlaces(&error, nullptr, byName, 5, 6); },
+         findBody(ruleOf(disjoint(mine())), byName, 5, 6)},
+        {"recent", [&] { return manager.findRecentPlaces(&error, nullptr, false, 0, 5, 6); },
+         findBody(ruleOf(disjoint(std::make_unique<R>())), byUse, 5, 6)},
+        {"recent since", [&] { return manager.findRecentPlaces(&error, nullptr, false, 99, 5, 6); },
+         findBody(ruleOf(disjoint(used())), byUse, 5, 6)},
+        {"recent of mine", [&] { return manager.findRecentPlaces(&error, nullptr, true, 0, 5, 6); },
+         findBody(ruleOf(disjoint(mine())), byUse, 5, 6)},
+        {"recent of mine since", [&] { return manager.findRecentPlaces(&error, nullptr, true, 99, 5, 6); },
+         findBody(ruleOf(disjoint(std::make_unique<AndRule>(mine(), used()))), byUse, 5, 6)},
+        {"one tag", [&] { return manager.findPlacesByTags({QStringLiteral("a")}, &error, nullptr, byName, 5, 6); },
+         findBody(ruleOf(disjoint(tag("a"))), byName, 5, 6)},
+        {"two tags",
+         [&] {
+             return manager.findPlacesByTags({QStringLiteral("a"), QStringLiteral("b")}, &error, nullptr, byName, 5, 6);
+         },
+         findBody(ruleOf(disjoint(std::make_unique<OrRule>(tag("a"), tag("b")))), byName, 5, 6)},
+        {"no tag", [&] { return manager.findPlacesByTags({}, &error, nullptr, byName, 5, 6); },
+         findBody(ruleOf(std::make_unique<OrRule>()), byName, 5, 6)},
+        {"owner", [&] { return manager.findPlacesByOwners({QStringLiteral("o")}, &error, nullptr, byName, 5, 6); },
+         findBody(ruleOf(disjoint(R::createOwnerRule(SearchOperator::Equals, QStringLiteral("o")))), byName, 5, 6)},
+        {"type", [&] { return manager.findPlacesByTypes({QStringLiteral("poi")}, &error, nullptr, byName, 5, 6); },
+         findBody(ruleOf(disjoint(R::createTypeRule(SearchOperator::Equals, QStringLiteral("poi")))), byName, 5, 6)},
+    };
+    for (const auto &row : cases) {
+        answerFind();
+        row.find();
+        EXPECT_EQ(error, Error::Success) << row.name;
+        EXPECT_EQ(channel.body(), row.body) << row.name;
+        EXPECT_EQ(channel.capacities().back(), 3000) << row.name;
+    }
+}
+
+TEST_F(PlaceManagerTest, EveryGroupSendsItsRule)
+{
+    using R = Rules;
+    const QString term = QStringLiteral("é");
+    const auto picked = [&] { return R::createQueryRecentlyPickedRule(term); };
+    const auto terms = [] { return disjoint(R::createRecentSearchTermsRule()); };
+    const auto contact = [&] { return R::createContactQueryRule(term); };
+    const auto others = [&] { return R::createNonContactQueryRule(term); };
+    const auto favorites = [&] { return R::createQueryTagRule(SearchOperator::Equals, Tags::Favorite, term); };
+    auto local = std::make_unique<AndRule>(disjoint(R::createMeetingRoomRule(term)), disjoint(others()));
+    local->addRule(disjoint(contact()));
+
+    const SearchRule remoteByName = ruleOf(disjoint(R::createRemotePlacesRule(term, false)));
+    const SearchRule remote = ruleOf(disjoint(R::createRemotePlacesRule(term, true)));
+    const SearchRule address = ruleOf(disjoint(R::createGeocodeAddressRule(term)));
+    const SearchRule poi = ruleOf(disjoint(R::createPOINameRule(term)));
+    const SearchRule suggestion = ruleOf(disjoint(R::createSuggestionRule(term)));
+    const SearchRule category = ruleOf(disjoint(R::createPOICategoryRule(term)));
+    const SearchRule categorySuggestion = ruleOf(disjoint(R::createPOICategorySuggestionRule(term)));
+    const SearchRule nonContacts = ruleOf(disjoint(others()));
+    const SortRule byUse = simple(2, 2);
+    const SortRule byName = simple(1, 1);
+    const SortRule unchanged;
+
+    const struct
+    {
+        int group;
+        bool excludeFavorites;
+        SearchRule rule;
+        SortRule sort;
+    } cases[] = {
+        {2, false, ruleOf(std::make_unique<AndRule>(disjoint(picked()), terms())), byUse},
+        {2, true, ruleOf(std::make_unique<AndRule>(disjoint(withoutFavorites(picked())), terms())), byUse},
+        {4, false, ruleOf(disjoint(favorites())), byName},
+        {5, false, ruleOf(disjoint(picked())), byUse},
+        {5, true, ruleOf(disjoint(withoutFavorites(picked()))), byUse},
+        {6, false, ruleOf(disjoint(contact())), unchanged},
+        {6, true, ruleOf(disjoint(withoutFavorites(contact()))), unchanged},
+        {7, false, ruleOf(std::move(local)), byName},
+        {7, true,
+         ruleOf(std::make_unique<AndRule>(disjoint(withoutFavorites(others())), disjoint(withoutFavorites(contact())))),
+         byName},
+        {8, false, remoteByName, unchanged},
+        {8, true, remoteByName, unchanged},
+        {9, true, address, unchanged},
+        {10, true, poi, unchanged},
+        {11, true, suggestion, unchanged},
+        {12, true, category, unchanged},
+        {13, true, categorySuggestion, unchanged},
+        {14, true, nonContacts, byName},
+        {16, true, remote, unchanged},
+    };
+    for (const auto &row : cases) {
+        answerFind();
+        internal.findPlacesByGroup(static_cast<SearchResultGroup::Type>(row.group), &error, nullptr, term, 5, 6,
+                                   Coordinates(1, 2), row.excludeFavorites);
+        EXPECT_EQ(error, Error::Success) << row.group;
+        EXPECT_EQ(channel.body(), findBody(row.rule, row.sort, 5, 6, Coordinates(1, 2)))
+            << row.group << row.excludeFavorites;
+    }
+    answerFind();
+    internal.findPlacesByGroup(SearchResultGroup::Favorites, &error, nullptr, QString(), 5, 6, Coordinates(), false);
+    EXPECT_EQ(channel.body(), findBody(ruleOf(disjoint(R::createListFavoriteRule())), byName, 5, 6));
+}
+
+TEST_F(PlaceManagerTest, AGroupThatCannotBeSearchedIsRefusedAndNothingIsSent)
+{
+    for (const int group : {-1, 0, 1, 3, 15, 17}) {
+        FakeSystem::messages.clear();
+        internal.findPlacesByGroup(static_cast<SearchResultGroup::Type>(group), &error, nullptr, QString(), 0, 1,
+                                   Coordinates(), false);
+        EXPECT_EQ(error, Error::InvalidArgument);
+        ASSERT_EQ(FakeSystem::messages.size(), 1U);
+        EXPECT_EQ(FakeSystem::messages[0].text, "PMP: invalid group " + std::to_string(group));
+    }
+    internal.findPlacesByGroup(SearchResultGroup::Favorites, &error, nullptr, QString(), 0, 1, Coordinates(), true);
+    EXPECT_EQ(error, Error::InvalidArgument);
+    EXPECT_EQ(FakeSystem::messages.back().text, "PMP: can't exclude favs for gid Favorite");
+    EXPECT_EQ(internal.findPlacesSizeByGroup(SearchResultGroup::None, &error, QString(), Coordinates()), 0U);
+    EXPECT_THAT(channel.requests(), IsEmpty());
+}
+
+TEST_F(PlaceManagerTest, AFindNotesWhereTheNextPageStarts)
+{
+    SearchHandle handle;
+    answerFind(Fields{i32(1)} + sample::headerFields());
+    const QList<PlaceHeader *> found = manager.findMyPlaces(&error, &handle, simple(1, 1), 20, 10);
+    const SearchHandlePrivate &state = *SearchHandlePrivate::privateFromPublic(&handle);
+    EXPECT_EQ(found.size(), 1);
+    EXPECT_EQ(state.index(), 30);
+    EXPECT_TRUE(state.isHeaderOnly());
+    EXPECT_TRUE(handle.hasMoreData());
+    EXPECT_EQ(state.sortRule(), simple(1, 1));
+    EXPECT_EQ(state.searchRule(), ruleOf(disjoint(Rules::createMyPlacesRule(QStringLiteral("app.test")))));
+    qDeleteAll(found);
+
+    channel.refuse(13, 59);
+    EXPECT_THAT(manager.findMyPlaces(&error, &handle, SortRule(), 70, 10), IsEmpty());
+    EXPECT_EQ(error, Error::StorageFailed);
+    EXPECT_EQ(state.index(), 30);
+}
+
+TEST_F(PlaceManagerTest, EquivalentPlacesHaveTheNameAndStandWithinTheRadius)
+{
+    const auto candidates = [this](double latitude, const char *name) {
+        Place candidate;
+        sample::fill(candidate);
+        candidate.setName(QString::fromUtf8(name));
+        Location location;
+        location.setCoordinates(Coordinates(latitude, 6.15));
+        candidate.replaceLocation(0, location);
+        orix_places_protocol::PlacesAPIEncoder encoder;
+        encoder.encode(0);
+        encoder.encode(269);
+        encoder.encode(1);
+        encoder.encodePlaceHeader(candidate);
+        encoder.encode(false);
+        for (const int index : {0, -1, -1})
+            encoder.encode(index);
+        char *data = nullptr;
+        int length = 0;
+        encoder.getData(data, length);
+        channel.answerBytes(std::string(data, static_cast<std::size_t>(length)));
+    };
+    const auto found = [this](const Place &place, int radius) {
+        const QList<PlaceHeader *> places = manager.findEquivalentPlaces(&place, &error, radius);
+        const int count = places.size();
+        qDeleteAll(places);
+        return count;
+    };
+    Place place;
+    sample::fill(place);
+    constexpr double DEGREES_PER_METRE = 1 / 111195.0;
+    const struct
+    {
+        double metres;
+        const char *name;
+        int radius;
+        int kept;
+    } cases[] = {{40, "Café", 50, 1}, {60, "Café", 50, 0}, {0, "Café", 0, 1}, {1, "Café", 0, 0}, {0, "Cafe", 50, 0}};
+    for (const auto &row : cases) {
+        candidates(46.2 + row.metres * DEGREES_PER_METRE, row.name);
+        EXPECT_EQ(found(place, row.radius), row.kept) << row.metres << row.name << row.radius;
+    }
+
+    Place nameless;
+    sample::fill(nameless);
+    nameless.setName(QString());
+    candidates(46.2, "Café au lac");
+    EXPECT_EQ(found(nameless, 50), 1) << "a place without a name is looked up by its address";
+}
+
+TEST_F(PlaceManagerTest, MorePlacesAreFoundBackwardsWithinWhatIsKnownAndForwardsBehindIt)
+{
+    SearchHandle handle;
+    SearchHandlePrivate &state = *SearchHandlePrivate::privateFromPublic(&handle);
+    const auto more = [&](int position) {
+        answerFind();
+        const std::size_t before = channel.requests().size();
+        internal.findMorePlaces(handle, 5, error, position);
+        return channel.requests().size() > before;
+    };
+    EXPECT_FALSE(more(-1)) << "a handle of no find";
+    EXPECT_EQ(error, Error::InvalidArgument);
+    state.addIndexMapping(0, 1, 2);
+    state.addIndexMapping(1, 3, 4);
+    for (const int position : {-1, 2, 0, 1}) {
+        state.setIndex(30);
+        EXPECT_TRUE(more(position)) << position;
+        EXPECT_EQ(state.index(), position == 0 || position == 1 ? position : 30);
+    }
+    EXPECT_FALSE(more(3));
+    EXPECT_EQ(error, Error::InvalidArgument);
+}
+
+TEST_F(PlaceManagerTest, AReplyOfAuxiliaryDataCarriesWhatTheRequestBrought)
+{
+    AuxiliaryDataRequest request;
+    AuxiliaryDataReply reply;
+    EXPECT_EQ(internal.getAuxiliaryData(request, reply), Error::InvalidArgument);
+    EXPECT_EQ(reply.status(), Error::InvalidArgument);
+    EXPECT_THAT(channel.requests(), IsEmpty());
+
+    request.setPlace(QSharedPointer<AbstractPlace>(new Place));
+    request.setUserDefinedValue(7);
+    channel.answer(3, sample::auxiliaryFields());
+    EXPECT_EQ(internal.getAuxiliaryData(request, reply), Error::Success);
+    EXPECT_EQ(reply.status(), Error::Success);
+    EXPECT_EQ(reply.place(), request.place());
+    EXPECT_EQ(reply.userDefinedValue(), QVariant(7));
+    EXPECT_EQ(reply.data().size(), 1);
+}
+
+TEST_F(PlaceManagerTest, ARefusedOpenIsReportedAndNothingIsSent)
+{
+    channel.refuseOpen(EACCES);
+    EXPECT_EQ(manager.addTag(7, QStringLiteral("beach")), Error::PermissionDenied);
+    EXPECT_THAT(manager.getTagsInUse(&error), IsEmpty());
+    EXPECT_EQ(error, Error::PermissionDenied);
+    EXPECT_THAT(channel.requests(), IsEmpty());
+}

@@ -1,0 +1,191 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "protocol/Protocol.h"
+
+#include "model/ProviderData.h"
+#include "places/AuxiliaryDataRequest.h"
+#include "places/PlaceHeader.h"
+#include "places/SearchHandle.h"
+#include "search/SearchHandlePrivate.h"
+#include "support/FakeChannel.h"
+#include "support/SamplePlace.h"
+
+#include <gmock/gmock.h>
+
+#include <cerrno>
+
+using namespace vela::platform::places;
+using namespace wire;
+using testing::ElementsAre;
+using testing::Pair;
+
+namespace
+{
+
+class ProtocolTest : public testing::Test
+{
+protected:
+    FakeChannel channel;
+    Protocol protocol;
+    SearchHandle handle;
+    SearchHandlePrivate &state = *SearchHandlePrivate::privateFromPublic(&handle);
+};
+
+const Fields NO_MORE = {flag(false), i32(0), i32(-1), i32(-1)};
+
+/// Count, offset and the two provider indexes of a find request.
+std::vector<int> pageOf(const std::string &body)
+{
+    std::vector<int> numbers(4);
+    std::memcpy(&numbers[0], body.data(), 8);
+    std::memcpy(&numbers[2], body.data() + body.size() - 8, 8);
+    return numbers;
+}
+
+} // namespace
+
+TEST_F(ProtocolTest, EveryOperationReservesTheRoomThatItsReplyTakes)
+{
+    QStringList texts;
+    bool flagOut = false;
+    Place *place = nullptr;
+    PlaceHeader *header = nullptr;
+    QList<Provider> providers;
+    QList<AuxiliaryData> data;
+    AuxiliaryDataRequest request;
+    request.setPlace(QSharedPointer<AbstractPlace>(new Place));
+    Error::Type error = Error::Success;
+    const std::vector<std::pair<int, std::function<void()>>> operations = {
+        {300, [&] { protocol.incrementUsage(1, "t"); }},
+        {300, [&] { protocol.addTag(1, "t"); }},
+        {300, [&] { protocol.removeTag(1, "t"); }},
+        {3000, [&] { protocol.getTagsInUse(texts, nullptr); }},
+        {100, [&] { protocol.clearRecentlyPickedPlaces(); }},
+        {100, [&] { protocol.unfav(1, flagOut); }},
+        {300, [&] { protocol.backup("/b"); }},
+        {300, [&] { protocol.restore("/b"); }},
+        {8192, [&] { protocol.getPlaceFromContact(1, 2, 3, place); }},
+        {8192, [&] { protocol.getPlaceFromSuggestion("s", Coordinates(), place); }},
+        {512, [&] { protocol.findPlacesSize(SearchRule(), nullptr, Coordinates()); }},
+        {8192, [&] { protocol.getAuxiliaryData(request, data); }},
+        {2048, [&] { protocol.getSupportedProviders(providers); }},
+        {1024, [&] { protocol.getHeaderFromFullPlace(Place(), header); }},
+        {8192, [&] { protocol.getRecentSearchTerms(texts, QStringLiteral("p")); }},
+        {3000, [&] { protocol.findNextPlaces(handle, 1, error); }},
+        {3000, [&] { protocol.findPreviousPlaces(handle, 1, 1, error); }},
+    };
+    for (const auto &operation : operations) {
+        operation.second();
+        EXPECT_EQ(channel.capacities().back(), operation.first) << channel.capacities().size();
+    }
+    EXPECT_EQ(channel.capacities().size(), operations.size());
+}
+
+TEST_F(ProtocolTest, WithoutAServiceNothingIsWritten)
+{
+    channel.refuseOpen(ENOENT);
+    QStringList tags = {QStringLiteral("before")};
+    bool stillStored = true;
+    Place placeBefore;
+    Place *suggestion = &placeBefore;
+    Place *contact = &placeBefore;
+    Error::Type error = Error::Success;
+    EXPECT_EQ(protocol.getTagsInUse(tags, &error), Error::ServiceUnavailable);
+    EXPECT_EQ(error, Error::ServiceUnavailable);
+    EXPECT_EQ(protocol.unfav(1, stillStored), Error::ServiceUnavailable);
+    EXPECT_EQ(protocol.getPlaceFromSuggestion("s", Coordinates(), suggestion), Error::ServiceUnavailable);
+    EXPECT_EQ(protocol.getPlaceFromContact(1, 2, 3, contact), Error::ServiceUnavailable);
+    EXPECT_EQ(tags, QStringList{QStringLiteral("before")});
+    EXPECT_TRUE(stillStored);
+    EXPECT_EQ(suggestion, &placeBefore);
+    EXPECT_EQ(contact, nullptr) << "this one is cleared before anything else";
+}
+
+TEST_F(ProtocolTest, RepliesBecomeResults)
+{
+    QStringList texts;
+    channel.answer(2, texts.isEmpty() ? wire::texts({"cafe", "café"}) : Fields{});
+    EXPECT_EQ(protocol.getRecentSearchTerms(texts, QStringLiteral("ca")), Error::Success);
+    EXPECT_EQ(texts, (QStringList{QStringLiteral("cafe"), QStringLiteral("café")}));
+
+    QList<Provider> providers;
+    channel.answer(19, Fields{i32(2)} + sample::providerFields("a") + sample::providerFields("b"));
+    EXPECT_EQ(protocol.getSupportedProviders(providers), Error::Success);
+    ASSERT_EQ(providers.size(), 2);
+    EXPECT_EQ(providers[1].name(), QStringLiteral("b"));
+    EXPECT_TRUE(providers[1].supportedDataTypes().contains(QStringLiteral("lbs-image")));
+
+    QList<AuxiliaryData> data;
+    AuxiliaryDataRequest request;
+    request.setPlace(QSharedPointer<AbstractPlace>(new Place));
+    channel.answer(3, sample::auxiliaryFields());
+    EXPECT_EQ(protocol.getAuxiliaryData(request, data), Error::Success);
+    ASSERT_EQ(data.size(), 1);
+    EXPECT_EQ(data[0].property(QStringLiteral("phoneNumber")), QStringLiteral("+41 22"));
+    EXPECT_EQ(data[0].provider(), sample::provider());
+
+    Error::Type error = Error::Unspecified;
+    channel.answer(17, {i32(138000)});
+    EXPECT_EQ(protocol.findPlacesSize(SearchRule(), &error, Coordinates()), 138000U);
+    EXPECT_EQ(error, Error::Success);
+
+    Place *place = nullptr;
+    channel.answer(10, sample::placeFields());
+    EXPECT_EQ(protocol.getPlaceFromContact(1, 2, 3, place), Error::Success);
+    const std::unique_ptr<Place> owned(place);
+    EXPECT_EQ(place->name(), QStringLiteral("Café"));
+}
+
+TEST_F(ProtocolTest, TheNextPageStartsWhereTheLastOneEnded)
+{
+    state.setIndex(20);
+    state.setProviderPrimaryIndex(3);
+    state.setProviderSecondaryIndex(4);
+    Error::Type error = Error::Unspecified;
+    channel.answer(13, Fields{i32(2)} + sample::headerFields(1) + sample::placeFields(2)
+                           + Fields{flag(true), i32(0), i32(5), i32(6), i32(2), i32(1), i32(2), i32(3), i32(4)});
+    const QList<AbstractPlace *> found = protocol.findNextPlaces(handle, 10, error);
+    EXPECT_EQ(error, Error::Success);
+    EXPECT_EQ(found.size(), 2);
+    EXPECT_THAT(pageOf(channel.body()), ElementsAre(10, 20, 3, 4));
+    EXPECT_EQ(state.index(), 22);
+    EXPECT_EQ(state.providerPrimaryIndex(), 5);
+    EXPECT_THAT(state.indices(), ElementsAre(Pair(1, 2), Pair(3, 4)));
+    qDeleteAll(found);
+
+    channel.answer(13, Fields{i32(0)} + NO_MORE);
+    EXPECT_TRUE(protocol.findNextPlaces(handle, 10, error).isEmpty());
+    EXPECT_EQ(state.index(), 22) << "a page without places leads nowhere";
+    EXPECT_FALSE(handle.hasMoreData());
+}
+
+TEST_F(ProtocolTest, AnEarlierPageIsAskedForWithTheCursorItWasFoundWith)
+{
+    state.addIndexMapping(0, 10, 11);
+    state.addIndexMapping(1, 12, 13);
+    Error::Type error = Error::Unspecified;
+    for (const auto &[offset, primary, secondary] :
+         {std::tuple(1, 12, 13), std::tuple(7, -1, -1), std::tuple(-3, -1, -1)}) {
+        channel.answer(13, Fields{i32(0)} + NO_MORE);
+        protocol.findPreviousPlaces(handle, offset, 5, error);
+        EXPECT_THAT(pageOf(channel.body()), ElementsAre(5, offset, primary, secondary));
+        EXPECT_EQ(state.index(), offset);
+    }
+}
+
+TEST_F(ProtocolTest, APageThatCannotBeReadLeavesTheHandleAlone)
+{
+    state.setIndex(20);
+    const Fields good = Fields{i32(1)} + sample::headerFields();
+    Error::Type error = Error::Success;
+    channel.answer(12, good + NO_MORE);
+    EXPECT_TRUE(protocol.findNextPlaces(handle, 10, error).isEmpty());
+    EXPECT_EQ(error, Error::CommunicationFailed) << "a reply of another type";
+    channel.answer(13, good);
+    EXPECT_TRUE(protocol.findNextPlaces(handle, 10, error).isEmpty());
+    EXPECT_EQ(error, Error::CommunicationFailed) << "places without a paging state";
+    channel.refuse(13, 65);
+    EXPECT_TRUE(protocol.findNextPlaces(handle, 10, error).isEmpty());
+    EXPECT_EQ(error, Error::TimedOut);
+    EXPECT_EQ(state.index(), 20);
+}
