@@ -1,0 +1,229 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "Channel.h"
+
+#include <gmock/gmock.h>
+#include <msgclient.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <functional>
+#include <thread>
+#include <vector>
+
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace channel = vela::system::channel;
+using channel::Descriptor;
+
+namespace
+{
+
+/// A channel folder of the test's own, with one server in it that takes one connection.
+class MsgclientTest : public testing::Test
+{
+protected:
+    MsgclientTest()
+    {
+        ::mkdtemp(m_folder);
+        ::setenv("VELA_CHANNEL_DIR", m_folder, 1);
+    }
+    ~MsgclientTest() override
+    {
+        if (m_server.joinable())
+            m_server.join();
+        std::filesystem::remove_all(m_folder);
+    }
+
+    [[nodiscard]] std::string path() const { return std::string(m_folder) + "/test"; }
+
+    Descriptor listen()
+    {
+        Descriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+        sockaddr_un address = {};
+        address.sun_family = AF_UNIX;
+        std::strcpy(address.sun_path, path().c_str());
+        EXPECT_EQ(::bind(socket.get(), reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
+        EXPECT_EQ(::listen(socket.get(), 5), 0);
+        return socket;
+    }
+
+    /// Hands the first connection to `serve` on a thread of its own.
+    void serve(std::function<void(int fd)> serve)
+    {
+        m_server = std::thread([listener = listen(), serve = std::move(serve)] {
+            const Descriptor client(::accept4(listener.get(), nullptr, nullptr, SOCK_CLOEXEC));
+            serve(client.get());
+        });
+    }
+
+    /// Reads a request on the server's side.
+    static std::string takeRequest(int fd)
+    {
+        std::uint32_t length = 0;
+        const auto deadline = channel::Clock::now() + std::chrono::seconds(10);
+        if (!channel::receiveAll(fd, &length, sizeof length, deadline))
+            return "no request";
+        std::string request(length, '\0');
+        EXPECT_TRUE(channel::receiveAll(fd, request.data(), length, deadline));
+        return request;
+    }
+
+    static void reply(int fd, const std::string &bytes)
+    {
+        EXPECT_TRUE(channel::sendMessage(fd, bytes.data(), static_cast<std::uint32_t>(bytes.size())));
+    }
+
+    int exchange(_msgclient_open *client, const std::string &request, std::size_t capacity)
+    {
+        m_reply.assign(capacity, '?');
+        return msgclient_putget(client, request.data(), static_cast<int>(request.size()), m_reply.data(),
+                                static_cast<int>(capacity), &m_length, 0);
+    }
+
+    std::string m_reply;
+    int m_length = -1;
+
+private:
+    char m_folder[32] = "/tmp/channelXXXXXX";
+    std::thread m_server;
+};
+
+} // namespace
+
+TEST_F(MsgclientTest, NobodyListeningIsNoSuchChannel)
+{
+    EXPECT_EQ(msgclient_open("test", 0, 2), nullptr);
+    EXPECT_EQ(errno, ENOENT) << "no socket";
+    listen();
+    EXPECT_EQ(msgclient_open("test", 0, 2), nullptr);
+    EXPECT_EQ(errno, ENOENT) << "a socket that was left behind";
+    for (const char *name : {"", "../test", "a/b", ".hidden"}) {
+        EXPECT_EQ(msgclient_open(name, 0, 2), nullptr);
+        EXPECT_EQ(errno, EINVAL) << name;
+    }
+    EXPECT_EQ(msgclient_open(std::string(200, 'n').c_str(), 0, 2), nullptr);
+    EXPECT_EQ(errno, ENAMETOOLONG);
+}
+
+TEST_F(MsgclientTest, OneHandleCarriesSeveralExchanges)
+{
+    serve([](int fd) {
+        for (int i = 0; i < 3; ++i)
+            reply(fd, takeRequest(fd) + "!");
+    });
+    _msgclient_open *client = msgclient_open("test", 0, 2);
+    ASSERT_NE(client, nullptr);
+    for (const std::string request : {"one", "", "three"}) {
+        EXPECT_EQ(exchange(client, request, 100), MSGCLIENT_OK);
+        EXPECT_EQ(m_reply.substr(0, static_cast<std::size_t>(m_length)), request + "!");
+    }
+    msgclient_close(client);
+}
+
+TEST_F(MsgclientTest, AReplyThatDoesNotFitStaysPendingUntilItIsTaken)
+{
+    const std::string large(300000, 'x');
+    serve([&](int fd) {
+        takeRequest(fd);
+        reply(fd, large);
+        takeRequest(fd);
+        reply(fd, "next");
+    });
+    _msgclient_open *client = msgclient_open("test", 0, 2);
+    ASSERT_EQ(exchange(client, "give", 1000), MSGCLIENT_TRUNCATED);
+    EXPECT_EQ(m_length, 300000);
+    std::string whole(large.size(), '?');
+    EXPECT_EQ(exchange(client, "too early", 10), -1);
+    EXPECT_EQ(msgclient_get(client, 0, whole.data(), 10, &m_length, 0), MSGCLIENT_TRUNCATED);
+    EXPECT_EQ(msgclient_get(client, 0, whole.data(), 300000, &m_length, 0), MSGCLIENT_OK);
+    EXPECT_EQ(whole, large);
+    EXPECT_EQ(msgclient_get(client, 0, whole.data(), 300000, &m_length, 0), -1) << "nothing is pending any more";
+    EXPECT_EQ(exchange(client, "on", 4), MSGCLIENT_OK);
+    EXPECT_EQ(m_reply, "next");
+    msgclient_close(client);
+}
+
+TEST_F(MsgclientTest, AReplyInDribsAndDrabsArrivesWhole)
+{
+    const std::string text = "in pieces";
+    serve([&](int fd) {
+        takeRequest(fd);
+        std::uint32_t length = static_cast<std::uint32_t>(text.size());
+        std::string bytes(reinterpret_cast<char *>(&length), sizeof length);
+        bytes += text;
+        for (const char c : bytes) {
+            EXPECT_EQ(::write(fd, &c, 1), 1);
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    });
+    _msgclient_open *client = msgclient_open("test", 0, 2);
+    EXPECT_EQ(exchange(client, "slowly", text.size()), MSGCLIENT_OK);
+    EXPECT_EQ(m_reply, text);
+    msgclient_close(client);
+}
+
+TEST_F(MsgclientTest, ASignalDoesNotEndAnExchange)
+{
+    struct sigaction action = {};
+    action.sa_handler = [](int) {};
+    ::sigaction(SIGUSR1, &action, nullptr);
+    const pthread_t waiting = ::pthread_self();
+    serve([&](int fd) {
+        const std::string request = takeRequest(fd);
+        for (int i = 0; i < 20; ++i) {
+            ::pthread_kill(waiting, SIGUSR1);
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        }
+        reply(fd, request);
+    });
+    _msgclient_open *client = msgclient_open("test", 0, 2);
+    EXPECT_EQ(exchange(client, "still here", 100), MSGCLIENT_OK);
+    msgclient_close(client);
+}
+
+TEST_F(MsgclientTest, AServerThatGoesAwayIsAFailureAndNoSignal)
+{
+    const std::vector<std::function<void(int)>> ways = {
+        [](int) {},
+        [](int fd) { takeRequest(fd); },
+        [](int fd) {
+            takeRequest(fd);
+            const std::uint32_t length = 100;
+            EXPECT_EQ(::write(fd, &length, 2), 2);
+        },
+        [](int fd) {
+            takeRequest(fd);
+            const std::uint32_t length = 0xFFFFFFFF;
+            EXPECT_EQ(::write(fd, &length, sizeof length), 4);
+        },
+        [](int fd) {
+            takeRequest(fd);
+            EXPECT_EQ(::write(fd, "\4\0\0\0more than four", 18), 18);
+        },
+    };
+    for (const auto &way : ways) {
+        std::filesystem::remove(path());
+        std::thread server([listener = listen(), &way] {
+            const Descriptor client(::accept4(listener.get(), nullptr, nullptr, SOCK_CLOEXEC));
+            way(client.get());
+        });
+        _msgclient_open *client = msgclient_open("test", 0, 2);
+        EXPECT_EQ(exchange(client, std::string(1000, 'r'), 50), -1);
+        msgclient_close(client);
+        server.join();
+    }
+}
+
+TEST_F(MsgclientTest, BadArgumentsAreRefused)
+{
+    EXPECT_EQ(msgclient_putget(nullptr, "", 0, nullptr, 0, &m_length, 0), -1);
+    EXPECT_EQ(msgclient_get(nullptr, 0, nullptr, 0, &m_length, 0), -1);
+    EXPECT_EQ(msgclient_close(nullptr), 0);
+}

@@ -1,0 +1,141 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include <gmock/gmock.h>
+#include <pps.h>
+
+#include <cmath>
+#include <limits>
+#include <string>
+
+namespace
+{
+
+/// An encoder that is cleaned up.
+struct Encoder
+{
+    Encoder() { EXPECT_EQ(pps_encoder_initialize(&encoder, true), PPS_OK); }
+    ~Encoder() { pps_encoder_cleanup(&encoder); }
+    pps_encoder_t encoder = {};
+};
+
+/// A decoder of a text, and the text.
+struct Decoder
+{
+    explicit Decoder(std::string json)
+        : text(std::move(json))
+    {
+        EXPECT_EQ(pps_decoder_initialize(&decoder, nullptr), PPS_OK);
+        status = pps_decoder_parse_json_str(&decoder, text.data());
+    }
+    ~Decoder() { pps_decoder_cleanup(&decoder); }
+
+    std::string string(const char *name)
+    {
+        const char *value = nullptr;
+        return pps_decoder_get_string(&decoder, name, &value) == PPS_OK ? value : "(none)";
+    }
+
+    std::string text;
+    pps_decoder_t decoder = {};
+    pps_status_t status = PPS_OK;
+};
+
+} // namespace
+
+TEST(PpsEncoder, MembersComeInTheOrderTheyWereWritten)
+{
+    Encoder e;
+    pps_encoder_start_object(&e.encoder, nullptr);
+    pps_encoder_add_string(&e.encoder, "z", "Z\xC3\xBCrich \"\n\xE9");
+    pps_encoder_add_int64(&e.encoder, "a", std::numeric_limits<std::int64_t>::min());
+    pps_encoder_add_double(&e.encoder, "d", 46.5);
+    pps_encoder_start_array(&e.encoder, "list");
+    pps_encoder_add_bool(&e.encoder, nullptr, true);
+    pps_encoder_add_null(&e.encoder, nullptr);
+    pps_encoder_add_int(&e.encoder, nullptr, -1);
+    EXPECT_EQ(pps_encoder_buffer(&e.encoder), nullptr) << "something is still open";
+    pps_encoder_end_array(&e.encoder);
+    pps_encoder_end_object(&e.encoder);
+    const std::string expected =
+        "{\"z\":\"Z\xC3\xBCrich \\\"\\n\xE9\",\"a\":-9223372036854775808,\"d\":46.5,\"list\":[true,null,-1]}";
+    EXPECT_EQ(pps_encoder_buffer(&e.encoder), expected);
+    EXPECT_EQ(pps_encoder_length(&e.encoder), static_cast<int>(expected.size()));
+}
+
+TEST(PpsEncoder, CallsThatDoNotFitAreRefusedAndWriteNothing)
+{
+    Encoder e;
+    EXPECT_EQ(pps_encoder_end_object(&e.encoder), PPS_ERROR_STATE);
+    pps_encoder_start_object(&e.encoder, "");
+    EXPECT_EQ(pps_encoder_add_int(&e.encoder, nullptr, 1), PPS_ERROR_STATE);
+    EXPECT_EQ(pps_encoder_end_array(&e.encoder), PPS_ERROR_STATE);
+    EXPECT_EQ(pps_encoder_add_string(&e.encoder, "s", nullptr), PPS_ERROR_TYPE);
+    EXPECT_EQ(pps_encoder_add_double(&e.encoder, "d", std::nan("")), PPS_ERROR_TYPE);
+    pps_encoder_end_object(&e.encoder);
+    EXPECT_EQ(pps_encoder_start_object(&e.encoder, nullptr), PPS_ERROR_STATE) << "the document is whole";
+    EXPECT_STREQ(pps_encoder_buffer(&e.encoder), "{}");
+    pps_encoder_reset(&e.encoder);
+    pps_encoder_start_array(&e.encoder, "");
+    pps_encoder_end_array(&e.encoder);
+    EXPECT_STREQ(pps_encoder_buffer(&e.encoder), "[]");
+    EXPECT_EQ(pps_encoder_initialize(nullptr, true), PPS_ERROR_STATE);
+    pps_encoder_t none = {};
+    EXPECT_EQ(pps_encoder_add_int(&none, "i", 1), PPS_ERROR_STATE);
+}
+
+TEST(PpsDecoder, MembersAreFoundByNameAndElementsInTurn)
+{
+    Decoder d(R"({"name":"Z\u00fcrich","list":["a",{"in":"b"},"c"],"n":-7,"big":5000000000,"x":0.5,"yes":true})");
+    ASSERT_EQ(d.status, PPS_OK);
+    ASSERT_EQ(pps_decoder_push(&d.decoder, nullptr), PPS_OK);
+    EXPECT_EQ(d.string("name"), "Z\xC3\xBCrich");
+    EXPECT_EQ(pps_decoder_length(&d.decoder), 6);
+    EXPECT_STREQ(pps_decoder_name(&d.decoder), "name");
+
+    ASSERT_EQ(pps_decoder_push(&d.decoder, "list"), PPS_OK);
+    EXPECT_EQ(d.string(nullptr), "a");
+    EXPECT_EQ(pps_decoder_push(&d.decoder, nullptr), PPS_OK);
+    EXPECT_EQ(d.string("in"), "b");
+    pps_decoder_pop(&d.decoder);
+    EXPECT_EQ(d.string(nullptr), "c");
+    EXPECT_EQ(d.string(nullptr), "(none)");
+    EXPECT_EQ(pps_decoder_goto_index(&d.decoder, 3), PPS_ERROR_NOT_FOUND);
+    EXPECT_EQ(pps_decoder_goto_index(&d.decoder, 0), PPS_OK);
+    EXPECT_EQ(d.string(nullptr), "a");
+    pps_decoder_pop(&d.decoder);
+
+    int number = 0;
+    std::int64_t big = 0;
+    double real = 0;
+    bool yes = false;
+    EXPECT_EQ(pps_decoder_get_int(&d.decoder, "n", &number), PPS_OK);
+    EXPECT_EQ(pps_decoder_get_int(&d.decoder, "big", &number), PPS_ERROR_TYPE) << "it does not fit";
+    EXPECT_EQ(pps_decoder_get_int64(&d.decoder, "big", &big), PPS_OK);
+    EXPECT_EQ(pps_decoder_get_double(&d.decoder, "x", &real), PPS_OK);
+    EXPECT_EQ(pps_decoder_get_bool(&d.decoder, "yes", &yes), PPS_OK);
+    EXPECT_EQ(number, -7);
+    EXPECT_EQ(big, 5000000000);
+    EXPECT_EQ(real, 0.5);
+    EXPECT_TRUE(yes);
+    EXPECT_EQ(d.string("n"), "(none)");
+    EXPECT_EQ(pps_decoder_get_int(&d.decoder, "none", &number), PPS_ERROR_NOT_FOUND);
+    EXPECT_EQ(pps_decoder_type(&d.decoder, "list"), PPS_TYPE_ARRAY);
+    EXPECT_EQ(pps_decoder_type(&d.decoder, "none"), PPS_TYPE_NONE);
+    EXPECT_EQ(pps_decoder_push(&d.decoder, "n"), PPS_ERROR_TYPE);
+}
+
+TEST(PpsDecoder, WhatIsNoJsonIsRefused)
+{
+    for (const char *json : {"", "{", "{\"a\":}", "[1,]", "nonsense", "{} {}", "\"\\ud800", "[1e999]"}) {
+        Decoder d(json);
+        EXPECT_EQ(d.status, PPS_ERROR_SYNTAX) << json;
+        EXPECT_EQ(d.string("a"), "(none)");
+    }
+    EXPECT_EQ(Decoder(std::string(256, '[') + std::string(256, ']')).status, PPS_OK);
+    EXPECT_EQ(Decoder(std::string(257, '[') + std::string(257, ']')).status, PPS_ERROR_SYNTAX);
+    EXPECT_EQ(Decoder(std::string(1000000, '[')).status, PPS_ERROR_SYNTAX);
+    EXPECT_EQ(Decoder("[\"" + std::string(1000, '[') + "\\\"\"]").status, PPS_OK) << "brackets in a text do not nest";
+    pps_decoder_t none = {};
+    EXPECT_EQ(pps_decoder_push(&none, nullptr), PPS_ERROR_STATE);
+    EXPECT_EQ(pps_decoder_length(&none), 0);
+}
