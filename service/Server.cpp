@@ -80,8 +80,6 @@ public:
         for (;;) {
             if (!flush())
                 return errno == EAGAIN ? Wish::Write : Wish::Close;
-            if (m_closing)
-                return Wish::Close;
             if (takeRequest(service))
                 continue;
             if (const ssize_t received = receive(); received == 0 || (received < 0 && errno != EAGAIN))
@@ -104,35 +102,47 @@ private:
         return received;
     }
 
-    /// Answers the request at the front of what has arrived; false when it is not whole yet.
+    /// Does the next thing with what has arrived; false when it takes more to have arrived.
     bool takeRequest(Service &service)
     {
+        if (m_toDiscard > 0)
+            return discard();
         std::uint32_t length = 0;
         if (m_incoming.size() < sizeof length)
             return false;
         std::memcpy(&length, m_incoming.data(), sizeof length);
         if (length > limits::REQUEST_SIZE) {
-            answerTooLong();
+            consume(sizeof length);
+            m_toDiscard = length;
             return true;
         }
         const std::size_t whole = sizeof length + length;
         if (m_incoming.size() < whole)
             return false;
         const auto reply = service.answer(m_incoming.data() + sizeof length, length, m_caller);
-        m_incoming.erase(m_incoming.begin(), m_incoming.begin() + static_cast<std::ptrdiff_t>(whole));
+        consume(whole);
         queue(*reply);
         return true;
     }
 
-    /// What follows cannot be told from the request that was too long, so this is the last answer.
-    void answerTooLong()
+    /// Lets a request pass that is too long to be kept, and says so behind it.
+    bool discard()
     {
+        const std::size_t passing = std::min<std::size_t>(m_toDiscard, m_incoming.size());
+        consume(passing);
+        m_toDiscard -= static_cast<std::uint32_t>(passing);
+        if (m_toDiscard > 0)
+            return false;
         orix_places_protocol::PlacesAPIEncoder reply;
         reply.encode(static_cast<int>(ReturnCode::LimitExceeded));
         reply.encode(orix_places_protocol::REPLY_OFFSET);
         queue(reply);
-        m_incoming.clear();
-        m_closing = true;
+        return true;
+    }
+
+    void consume(std::size_t count)
+    {
+        m_incoming.erase(m_incoming.begin(), m_incoming.begin() + static_cast<std::ptrdiff_t>(count));
     }
 
     void queue(const orix_places_protocol::PlacesAPIEncoder &reply)
@@ -169,7 +179,7 @@ private:
     std::vector<char> m_incoming;
     std::vector<char> m_outgoing;
     std::size_t m_sent = 0;
-    bool m_closing = false;
+    std::uint32_t m_toDiscard = 0;
     std::atomic<Clock::time_point> m_lastActivity{Clock::now()};
 };
 

@@ -1,0 +1,187 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "support/Placesd.h"
+#include "support/SamplePlace.h"
+
+#include <gmock/gmock.h>
+
+#include <QtCore/QFile>
+#include <QtCore/QProcess>
+
+#include <cstring>
+#include <msgclient.h>
+#include <random>
+
+using namespace wire;
+using testing::IsEmpty;
+
+namespace
+{
+
+Fields head(int type, int perimeter = 0, const std::string &key = "")
+{
+    return {i32(type), i32(perimeter), text(key)};
+}
+
+Fields rule(int kind, int field, int op, const std::string &value, int members)
+{
+    return {i32(kind), i32(field), i32(op), text(value), text(""), i32(0), i32(members)};
+}
+
+std::string find(int count, int offset, const Fields &searchRule,
+                 const Fields &sortRule = {i32(1), i32(1), i32(0), i32(0)})
+{
+    return message(head(13) + Fields{i32(count), i32(offset)} + coordinate(0, 0, 0, 0, 0) + Fields{flag(true)}
+                   + searchRule + sortRule + Fields{i32(-1), i32(-1)});
+}
+
+const std::string TAGS = message(head(9));
+const std::string ADD = message(head(1, 2) + sample::placeFields(-1, ""));
+
+} // namespace
+
+TEST(AService, AnswersWhatItDoesNotUnderstandWithACodeAndGoesOn)
+{
+    Placesd service;
+    const Fields everything = rule(1, 0, 1, "", 0);
+    Fields deep = everything;
+    Fields wide = rule(4, 0, 1, "", 600);
+    for (int i = 0; i < 600; ++i)
+        wide = wide + everything;
+    for (int i = 0; i < 30; ++i)
+        deep = rule(5, 0, 1, "", 1) + deep;
+    const struct
+    {
+        const char *name;
+        std::string request;
+        int code;
+    } cases[] = {
+        {"nothing", "", 50},
+        {"half a head", TAGS.substr(0, 6), 50},
+        {"an unknown type", message(head(99)), 66},
+        {"a negative type", message(head(-2147483647)), 66},
+        {"a type that has its time to come", message(head(15) + Fields{text("/tmp/x")}), 66},
+        {"a place that is cut", ADD.substr(0, ADD.size() - 1), 50},
+        {"a place with more behind it", ADD + "ZZZZ", 50},
+        {"a place that has an id", message(head(1, 2) + sample::placeFields()), 63},
+        {"an unknown place", message(head(12) + Fields{i64(7), text(""), text(""), text("")}), 54},
+        {"a whole find", find(5, 0, everything), 0},
+        {"too many places", find(10001, 0, everything), 62},
+        {"a negative count", find(-1, 0, everything), 62},
+        {"a negative offset", find(1, -1, everything), 62},
+        {"a rule too deep", find(1, 0, deep), 62},
+        {"a rule too wide", find(1, 0, wide), 62},
+        {"members that are not there", find(1, 0, rule(2, 0, 1, "", 0x7fffffff)), 50},
+        {"a negative number of members", find(1, 0, rule(2, 0, 1, "", -1)), 50},
+        {"an unknown kind of rule", find(1, 0, rule(77, 0, 1, "", 0)), 66},
+        {"an unknown field", find(1, 0, rule(3, 9, 1, "", 0)), 66},
+        {"an unknown operator", find(1, 0, rule(13, 4, 77, "x", 0)), 66},
+        {"an unknown sort field", find(1, 0, everything, {i32(2), i32(1), i32(77), i32(0)}), 66},
+        {"a term that is SQL", find(1, 0, rule(13, 4, 7, "\") OR 1=1 --", 0)), 0},
+        {"a term that is no text", find(1, 0, rule(13, 4, 2, std::string("\xFF\x00\xC0", 3), 0)), 0},
+    };
+    for (const auto &row : cases)
+        EXPECT_EQ(Placesd::code(row.request), row.code) << row.name;
+    EXPECT_EQ(Placesd::exchange(TAGS), message({i32(0), i32(265), i32(0)})) << "nothing was stored by any of that";
+}
+
+TEST(AService, OutlivesRandomBytes)
+{
+    Placesd service;
+    ASSERT_EQ(Placesd::code(ADD), 0);
+    std::mt19937 random(20261124);
+    const std::string seeds[] = {ADD, TAGS, find(5, 0, rule(2, 0, 1, "", 1) + rule(13, 4, 7, "caf", 0))};
+    for (int i = 0; i < 3000; ++i) {
+        std::string bytes = seeds[random() % std::size(seeds)];
+        for (unsigned changes = 1 + random() % 8; changes > 0; --changes)
+            bytes[4 + random() % (bytes.size() - 4)] = static_cast<char>(random());
+        bytes.resize(random() % 4 == 0 ? random() % bytes.size() : bytes.size());
+        EXPECT_NE(Placesd::code(bytes), -1) << i;
+    }
+    EXPECT_TRUE(service.isRunning());
+    EXPECT_EQ(Placesd::code(TAGS), 0);
+}
+
+TEST(AService, RefusesARequestThatIsTooLongBeforeItTakesMemoryForIt)
+{
+    Placesd service;
+    EXPECT_EQ(Placesd::code(std::string(5 * 1024 * 1024, 'x')), 62);
+    EXPECT_EQ(Placesd::code(TAGS), 0);
+}
+
+TEST(AService, IsNotHeldUpBySilentClients)
+{
+    Placesd service;
+    std::vector<_msgclient_open *> silent;
+    for (int i = 0; i < 50; ++i)
+        silent.push_back(msgclient_open("places", 0, 2));
+    EXPECT_EQ(Placesd::code(TAGS), 0);
+    for (_msgclient_open *client : silent)
+        msgclient_close(client);
+}
+
+TEST(TheExternalChannel, KeepsToSavedPlaces)
+{
+    Placesd service;
+    const std::string everything = find(5, 0, rule(1, 0, 1, "", 0));
+    const std::string recentlyPicked = find(5, 0, rule(3, 8, 1, "", 0));
+    const auto found = [](const std::string &request, const char *channel) {
+        int count = -1;
+        std::memcpy(&count, Placesd::exchange(request, channel).data() + 8, sizeof count);
+        return count;
+    };
+    ASSERT_EQ(Placesd::code(ADD, "places.external"), 0);
+    EXPECT_EQ(found(everything, "places.external"), 1);
+    EXPECT_EQ(found(recentlyPicked, "places"), 1);
+    EXPECT_EQ(found(recentlyPicked, "places.external"), 0);
+    for (const int type : {2, 10, 11, 15, 16})
+        EXPECT_EQ(Placesd::code(message(head(type)), "places.external"), 60) << type;
+    EXPECT_EQ(Placesd::code(message(head(11)), "places"), 0);
+}
+
+TEST(APerimeter, IsThatOfThePlaceOrNone)
+{
+    Placesd service;
+    ASSERT_EQ(Placesd::code(ADD), 0);
+    EXPECT_EQ(Placesd::code(message(head(4, 1) + Fields{i64(1)})), 60);
+    EXPECT_EQ(Placesd::code(message(head(5, 1) + sample::placeFields(1))), 60);
+    EXPECT_EQ(Placesd::code(message(head(5, 2) + sample::placeFields(1))), 0);
+    EXPECT_EQ(Placesd::code(message(head(4, 0) + Fields{i64(1)})), 0);
+}
+
+TEST(ASessionKey, IsAskedForWhereThereIsASessionObject)
+{
+    QTemporaryDir pps;
+    Placesd service({QStringLiteral("--pps-root"), pps.path()});
+    QFile object(pps.filePath(QStringLiteral("services/pim/session?wait")));
+    ASSERT_TRUE(object.open(QIODevice::ReadOnly));
+    EXPECT_EQ(object.permissions() & 0x0077, 0) << "nobody else may read it";
+    const std::string text = object.readAll().toStdString().substr(30);
+    const std::size_t start = text.find("\"session\":\"") + 11;
+    const std::string key = text.substr(start, text.find('"', start) - start);
+    EXPECT_EQ(key.size(), 32U);
+    EXPECT_EQ(Placesd::code(TAGS), 60);
+    EXPECT_EQ(Placesd::code(message(head(9, 0, key + "x"))), 60);
+    EXPECT_EQ(Placesd::code(message(head(9, 0, key))), 0);
+}
+
+TEST(AService, LeavesAloneWhatIsAnothersOrNewerThanItself)
+{
+    Placesd service;
+    const auto start = [](const QString &database) {
+        QProcess process;
+        process.start(QStringLiteral(PROGRAMS "/placesd"), {QStringLiteral("--database"), database});
+        EXPECT_TRUE(process.waitForFinished(20000));
+        return process.exitCode();
+    };
+    EXPECT_EQ(start(service.path("other.db")), 1) << "the channels have a service already";
+    EXPECT_EQ(Placesd::code(TAGS), 0);
+    service.kill();
+    QFile newer(service.path("newer.db"));
+    QProcess::execute(
+        QStringLiteral("python3"),
+        {QStringLiteral("-c"),
+         QStringLiteral("import sqlite3,sys; sqlite3.connect(sys.argv[1]).execute('PRAGMA user_version=99')"),
+         newer.fileName()});
+    EXPECT_EQ(start(newer.fileName()), 1);
+}

@@ -1,0 +1,320 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "manager/PlaceManagerPrivate.h"
+#include "model/PlaceHeaderPrivate.h"
+#include "places/AuxiliaryDataReply.h"
+#include "places/AuxiliaryDataRequest.h"
+#include "places/PlaceHeader.h"
+#include "places/PlaceManager.h"
+#include "places/Tags.h"
+#include "support/Placesd.h"
+#include "support/SamplePlace.h"
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <thread>
+
+using namespace vela::platform::places;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace
+{
+
+PlacePrivate &dataOf(Place &place)
+{
+    return *PlacePrivate::privateFromPublic(&place);
+}
+
+/// The road from the public interface to the database and back.
+class RoadTest : public testing::Test
+{
+protected:
+    qint64 add(const char *name, const std::function<void(Place &)> &shape = {})
+    {
+        Place place;
+        Location location;
+        location.setCoordinates(Coordinates(46, 7));
+        place.addLocation(location);
+        place.setName(QString::fromUtf8(name));
+        if (shape)
+            shape(place);
+        EXPECT_EQ(manager.addPlace(&place), Error::Success) << name;
+        return place.id();
+    }
+
+    std::unique_ptr<Place> get(qint64 id) { return std::unique_ptr<Place>(manager.getPlace(id, &error)); }
+
+    /// Names of places, which are freed.
+    template <typename List>
+    static std::vector<std::string> names(const List &places)
+    {
+        std::vector<std::string> names;
+        for (const auto *place : places)
+            names.push_back(place->name().toStdString());
+        qDeleteAll(places);
+        return names;
+    }
+
+    unsigned count(const SearchRule &rule)
+    {
+        SearchRule adjusted = rule;
+        PlaceManagerPrivate::adjustSearchRule(adjusted);
+        return internal.findPlacesSize(adjusted, &error, Coordinates());
+    }
+
+    Placesd service;
+    PlaceManager manager;
+    PlaceManagerPrivate internal;
+    Error::Type error = Error::Unspecified;
+};
+
+} // namespace
+
+TEST_F(RoadTest, APlaceComesBackAsItWasStored)
+{
+    Place place;
+    sample::fill(place, -1);
+    ASSERT_EQ(manager.addPlace(&place), Error::Success);
+    const std::unique_ptr<Place> stored = get(place.id());
+    ASSERT_TRUE(stored);
+    EXPECT_TRUE(dataOf(*stored) == dataOf(place));
+    EXPECT_EQ(stored->securityPerimeter(), vela::system::SecurityPerimeter::Work);
+    EXPECT_GT(stored->creationTime(), 1700000000U);
+    EXPECT_NE(stored->auxiliaryData(0).id(), -1);
+
+    stored->setName(QStringLiteral("Renamed \xF0\x9F\x98\x80"));
+    stored->addLocation(Location(stored->location(0)));
+    ASSERT_EQ(manager.updatePlace(stored.get()), Error::Success);
+    const std::unique_ptr<Place> updated = get(place.id());
+    EXPECT_EQ(updated->name(), stored->name());
+    EXPECT_EQ(updated->location(0).id(), stored->location(0).id());
+    EXPECT_NE(updated->location(1).id(), stored->location(0).id()) << "two parts never have one id";
+    EXPECT_EQ(updated->creationTime(), place.creationTime());
+
+    EXPECT_EQ(manager.removePlace(place.id()), Error::Success);
+    EXPECT_EQ(get(place.id()), nullptr);
+    EXPECT_EQ(error, Error::NotFound);
+    EXPECT_EQ(manager.removePlace(place.id()), Error::NotFound);
+    EXPECT_NE(add("Next"), place.id()) << "an id is never given twice";
+}
+
+TEST_F(RoadTest, NamesAreFoundByTheBeginningsOfTheirWords)
+{
+    for (const char *name :
+         {"Café de la Paix", "Zürich Airport", "São Paulo", "Saint-Étienne", "東京タワー", "100% \"Real\" *"})
+        add(name);
+    const struct
+    {
+        const char *term;
+        std::vector<std::string> found;
+    } cases[] = {
+        {"cafe", {"Café de la Paix"}},   {"PAIX CAF", {"Café de la Paix"}},    {"afe", {}},
+        {"zur air", {"Zürich Airport"}}, {"zürich", {"Zürich Airport"}},       {"sao", {"São Paulo"}},
+        {"étienne", {"Saint-Étienne"}},  {"saint-etienne", {"Saint-Étienne"}}, {"東京", {"東京タワー"}},
+        {"\"real\" OR cafe", {}},        {"100 real", {"100% \"Real\" *"}},    {"name:cafe", {}},
+        {"'; DROP TABLE place; --", {}},
+    };
+    for (const auto &row : cases)
+        EXPECT_EQ(names(manager.findPlaces(QString::fromUtf8(row.term), &error)), row.found) << row.term;
+    EXPECT_EQ(names(manager.findPlaces(QString())).size(), 6U);
+}
+
+TEST_F(RoadTest, EveryOperatorMeansWhatItSays)
+{
+    add("Café Rouge", [](Place &place) {
+        place.addTag(QStringLiteral("Red"));
+        AuxiliaryData poi(AuxiliaryData::TypePointOfInterest);
+        poi.addProperty(QStringLiteral("cuisine"), QStringLiteral("French food"));
+        poi.addProperty(QStringLiteral("stars"), QStringLiteral("none"));
+        place.addAuxiliaryData(poi);
+    });
+    add("cafe");
+    using S = SearchRule;
+    const auto name = [](int op, const char *text) {
+        return S::createNameRule(static_cast<SearchOperator::Type>(op), QString::fromUtf8(text));
+    };
+    const auto pair = [](const char *key, const char *value) {
+        return S::createAuxiliaryPairRule(QLatin1String(key), SearchOperator::Contains, QString::fromUtf8(value));
+    };
+    const struct
+    {
+        SearchRule rule;
+        unsigned count;
+    } cases[] = {
+        {S(), 2},
+        {name(2, "CAFÉ"), 1},
+        {name(3, "café"), 1},
+        {name(4, "cafe r"), 1},
+        {name(5, "cafe r"), 1},
+        {name(6, "café"), 2},
+        {name(6, ""), 2},
+        {name(7, "rou"), 1},
+        {name(8, "ROUGE"), 1},
+        {name(8, ""), 2},
+        {S::createTagRule(SearchOperator::Equals, QStringLiteral("Red")), 1},
+        {S::createTagRule(SearchOperator::Equals, QStringLiteral("red")), 0},
+        {S::createTagRule(SearchOperator::NotEqual, QStringLiteral("Red")), 1},
+        {S::createTypeRule(SearchOperator::Equals, QStringLiteral("poi")), 1},
+        {S::createTypeRule(SearchOperator::NotEqual, QStringLiteral("poi")), 1},
+        {S::createAuxiliaryKeyRule(SearchOperator::Equals, QStringLiteral("Cuisine")), 1},
+        {S::createAuxiliaryValueRule(SearchOperator::StartsWith, QStringLiteral("french")), 1},
+        {pair("cuisine", "FOO"), 1},
+        {pair("stars", "french"), 0},
+        {S::createLastUsedTimeRule(SearchOperator::LessOrEqual, 0xFFFFFFFFU), 2},
+        {S::createLastUsedTimeRule(SearchOperator::GreaterOrEqual, 0xFFFFFFFFU), 0},
+        {S::createAndRule(name(6, "cafe"), name(8, "rouge")), 1},
+        {S::createOrRule(name(8, "rouge"), name(2, "cafe")), 2},
+        {S::createRecentlyPickedRule(), 2},
+        {S::createPOINameRule(QStringLiteral("cafe")), 0},
+    };
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
+        EXPECT_EQ(count(cases[i].rule), cases[i].count) << i;
+        EXPECT_EQ(error, Error::Success) << i;
+    }
+    EXPECT_EQ(count(name(99, "x")), 0U);
+    EXPECT_EQ(error, Error::NotUnderstood);
+}
+
+TEST_F(RoadTest, ResultsComeInTheOrderAskedForAndPagesFitTogether)
+{
+    for (const char *name : {"delta", "Alpha", "charlie", "Bravo", "alpha"})
+        add(name, [name](Place &place) {
+            Location location;
+            location.setCoordinates(Coordinates(name[0] == 'd' ? 10 : 20, 0));
+            place.replaceLocation(0, location);
+        });
+    manager.usePlace(3);
+    manager.usePlace(3);
+    manager.usePlace(1);
+    const auto sorted = [&](const SortRule &sort) {
+        return names(manager.findPlaces(QString(), &error, nullptr, sort));
+    };
+    using testing::ElementsAre;
+    EXPECT_THAT(sorted(SortRule()), ElementsAre("charlie", "delta", "Alpha", "Bravo", "alpha"));
+    EXPECT_THAT(sorted(SortRule::createSimpleSortRule(SortField::Name, SortOrder::Ascending)),
+                ElementsAre("Alpha", "alpha", "Bravo", "charlie", "delta"));
+    EXPECT_THAT(sorted(SortRule::createDistanceSortRule(Coordinates(11, 0), SortOrder::Ascending)),
+                ElementsAre("delta", "Alpha", "charlie", "Bravo", "alpha"));
+
+    SearchHandle handle;
+    std::vector<std::string> all = names(manager.findPlaces(QString(), &error, &handle, SortRule(), 0, 2));
+    while (handle.hasMoreData()) {
+        const auto page = names(internal.findMorePlaces(handle, 2, error, -1));
+        ASSERT_FALSE(page.empty());
+        all.insert(all.end(), page.begin(), page.end());
+    }
+    EXPECT_THAT(all, ElementsAre("charlie", "delta", "Alpha", "Bravo", "alpha"));
+    EXPECT_THAT(names(internal.findMorePlaces(handle, 2, error, 1)), ElementsAre("delta", "Alpha"));
+    EXPECT_THAT(names(manager.findPlaces(QString(), &error, nullptr, SortRule(), 7, 2)), IsEmpty());
+    EXPECT_THAT(names(manager.findPlaces(QString(), &error, nullptr, SortRule(), 0, 100000)), IsEmpty());
+    EXPECT_EQ(error, Error::LimitExceeded);
+}
+
+TEST_F(RoadTest, FavouritesTagsUsesAndOwnersAreKept)
+{
+    qputenv("PLACE_CARD_INVOKER_DNAME", "app.one");
+    const qint64 first = add("First");
+    qputenv("PLACE_CARD_INVOKER_DNAME", "app.two");
+    const qint64 second = add("Second");
+    EXPECT_THAT(names(manager.findMyPlaces()), ElementsAre("Second"));
+    EXPECT_THAT(names(manager.findPlacesByOwners({QStringLiteral("app.one"), QStringLiteral("app.none")})),
+                ElementsAre("First"));
+    qunsetenv("PLACE_CARD_INVOKER_DNAME");
+
+    EXPECT_EQ(manager.addTag(first, QStringLiteral("beach")), Error::Success);
+    EXPECT_EQ(manager.addTag(first, Tags::MyHome), Error::Success);
+    EXPECT_EQ(manager.addTag(99, QStringLiteral("beach")), Error::NotFound);
+    EXPECT_THAT(manager.getTagsInUse(), ElementsAre(QStringLiteral("beach"), Tags::MyHome));
+    EXPECT_THAT(get(first)->aliases(), ElementsAre(QStringLiteral("Home")));
+    EXPECT_THAT(names(manager.findPlacesByTags({QStringLiteral("beach")})), ElementsAre("First"));
+    EXPECT_EQ(manager.removeTag(first, QStringLiteral("beach")), Error::Success);
+    EXPECT_THAT(names(manager.findPlacesByTags({QStringLiteral("beach")})), IsEmpty());
+
+    QList<PlaceHeader *> found = manager.findPlaces(QStringLiteral("second"));
+    ASSERT_EQ(found.size(), 1);
+    EXPECT_EQ(manager.fav(found[0]), Error::Success);
+    EXPECT_EQ(
+        internal.findPlacesByGroup(SearchResultGroup::Favorites, &error, nullptr, QString(), 0, 9, {}, false).size(),
+        1);
+    EXPECT_EQ(manager.unfav(found[0]), Error::Success);
+    EXPECT_EQ(found[0]->id(), second) << "the place stays";
+    EXPECT_FALSE(get(second)->isFavorite());
+    qDeleteAll(found);
+
+    EXPECT_EQ(manager.usePlace(second), Error::Success);
+    EXPECT_EQ(get(second)->usageCount(), 1);
+    EXPECT_THAT(names(manager.findRecentPlaces(&error, nullptr, false, 1)), ElementsAre("Second"));
+}
+
+TEST_F(RoadTest, TheRecentBucketIsEmptiedWithoutLosingWhatWasSaved)
+{
+    add("Saved");
+    Place picked;
+    sample::fill(picked, -1);
+    picked.removeTag(Tags::Favorite);
+    ASSERT_EQ(manager.addRecentlyPickedPlace(&picked), Error::Success);
+    const auto recent = [&] {
+        return internal
+            .findPlacesByGroup(SearchResultGroup::RecentlyPicked, &error, nullptr, QString(), 0, 9, {}, false)
+            .size();
+    };
+    EXPECT_EQ(recent(), 2);
+    EXPECT_EQ(manager.clearRecentlyPickedPlaces(), Error::Success);
+    EXPECT_EQ(recent(), 0);
+    EXPECT_THAT(names(manager.findPlaces(QString())), ElementsAre("Saved"));
+}
+
+TEST_F(RoadTest, AuxiliaryDataIsGivenByTypeAndPage)
+{
+    const qint64 id = add("Place", [](Place &place) {
+        for (const char *type : {"poi", "contact", "poi", "poi"})
+            place.addAuxiliaryData(AuxiliaryData(QLatin1String(type)));
+        AuxiliaryData transient(QStringLiteral("transient"));
+        AuxiliaryDataPrivate::fromPublic(transient)->setPersistable(false);
+        place.addAuxiliaryData(transient);
+    });
+    AuxiliaryDataRequest request;
+    request.setPlace(QSharedPointer<AbstractPlace>(get(id).release()));
+    const auto found = [&] {
+        AuxiliaryDataReply reply;
+        EXPECT_EQ(internal.getAuxiliaryData(request, reply), Error::Success);
+        return reply.data().size();
+    };
+    EXPECT_EQ(found(), 4) << "what may not be stored was not";
+    request.setDataType(QStringLiteral("poi"));
+    EXPECT_EQ(found(), 3);
+    request.setOffset(1);
+    request.setLimit(1);
+    EXPECT_EQ(found(), 1);
+    request.setOffset(9);
+    EXPECT_EQ(found(), 0);
+}
+
+TEST_F(RoadTest, EveryAcknowledgedPlaceSurvivesALossOfPower)
+{
+    std::atomic<int> acknowledged{0};
+    std::vector<std::thread> clients;
+    for (int i = 0; i < 4; ++i)
+        clients.emplace_back([&] {
+            for (;;) {
+                Place place;
+                sample::fill(place, -1);
+                if (PlaceManager().addPlace(&place) != Error::Success)
+                    return;
+                ++acknowledged;
+            }
+        });
+    while (acknowledged < 100)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    service.kill();
+    for (std::thread &client : clients)
+        client.join();
+    service.start();
+    EXPECT_GE(count(SearchRule()), static_cast<unsigned>(acknowledged));
+    EXPECT_LE(count(SearchRule()), static_cast<unsigned>(acknowledged) + 4)
+        << "at most the one each that was under way";
+    EXPECT_EQ(names(manager.findPlaces(QStringLiteral("cafe"), &error, nullptr, SortRule(), 0, 10000)).size(),
+              count(SearchRule()));
+}

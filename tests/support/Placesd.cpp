@@ -1,0 +1,73 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "support/Placesd.h"
+
+#include <gtest/gtest.h>
+
+#include <QtCore/QProcess>
+#include <QtCore/QThread>
+
+#include <cstring>
+#include <msgclient.h>
+
+Placesd::Placesd(const QStringList &arguments)
+    : m_arguments(arguments)
+{
+    qputenv("VELA_CHANNEL_DIR", m_folder.path().toLocal8Bit());
+    qputenv("VELA_LOG", "stderr");
+    start();
+}
+
+Placesd::~Placesd()
+{
+    if (!isRunning())
+        return;
+    m_process->terminate();
+    EXPECT_TRUE(m_process->waitForFinished(20000));
+    EXPECT_EQ(m_process->exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(m_process->exitCode(), 0);
+}
+
+void Placesd::start()
+{
+    m_process = std::make_unique<QProcess>();
+    m_process->setProcessChannelMode(QProcess::ForwardedChannels);
+    m_process->start(QStringLiteral(PROGRAMS "/placesd"),
+                     QStringList{QStringLiteral("--database"), path("places.db")} + m_arguments);
+    ASSERT_TRUE(m_process->waitForStarted());
+    for (int i = 0; i < 1000 && exchange({}).empty(); ++i)
+        QThread::msleep(10);
+}
+
+void Placesd::kill()
+{
+    m_process->kill();
+    m_process->waitForFinished();
+}
+
+bool Placesd::isRunning() const
+{
+    return m_process->state() == QProcess::Running;
+}
+
+std::string Placesd::exchange(const std::string &request, const char *channel)
+{
+    _msgclient_open *client = msgclient_open(channel, 0, 2);
+    if (!client)
+        return {};
+    std::string reply(1024 * 1024, '\0');
+    int length = 0;
+    const int status = msgclient_putget(client, request.data(), static_cast<int>(request.size()), reply.data(),
+                                        static_cast<int>(reply.size()), &length, 0);
+    msgclient_close(client);
+    return status == MSGCLIENT_OK ? reply.substr(0, static_cast<std::size_t>(length)) : std::string();
+}
+
+int Placesd::code(const std::string &request, const char *channel)
+{
+    const std::string reply = exchange(request, channel);
+    int code = -1;
+    if (reply.size() >= sizeof code)
+        std::memcpy(&code, reply.data(), sizeof code);
+    return code;
+}

@@ -1,0 +1,34 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QtCore/QStringList>
+#include <QtCore/QTemporaryDir>
+
+#include <memory>
+#include <string>
+
+class QProcess;
+
+/// A places service of the test's own, on a database and channels in a temporary folder.
+class Placesd
+{
+public:
+    explicit Placesd(const QStringList &arguments = {});
+    ~Placesd();
+
+    void start();
+    /// Ends it as a loss of power would.
+    void kill();
+    [[nodiscard]] bool isRunning() const;
+    [[nodiscard]] QString path(const char *name) const { return m_folder.filePath(QLatin1String(name)); }
+
+    /// Exchanges raw bytes on a channel of its own. Returns the reply; empty when there is none.
+    static std::string exchange(const std::string &request, const char *channel = "places");
+    /// The return code of a raw exchange; -1 when there is no reply.
+    static int code(const std::string &request, const char *channel = "places");
+
+private:
+    const QStringList m_arguments;
+    QTemporaryDir m_folder;
+    std::unique_ptr<QProcess> m_process;
+};
