@@ -57,6 +57,8 @@ FakeSystem::~FakeSystem()
     refuseRegistration = false;
 }
 
+// Default visibility: the sanitizers' libraries call some of these too.
+#pragma GCC visibility push(default)
 extern "C" {
 
 time_t __real_time(time_t *out);
@@ -127,3 +129,4 @@ int vslog2f(slog2_buffer_t buffer, uint16_t, uint8_t severity, const char *forma
     return registeredVerbosity;
 }
 }
+#pragma GCC visibility pop
