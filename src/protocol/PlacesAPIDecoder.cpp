@@ -21,6 +21,28 @@ namespace orix_places_protocol
 
 using namespace vela::platform::places;
 
+namespace
+{
+
+/// Empties a list; the places in a list of places are its own until they are handed out.
+template <typename List>
+void discard(List &list)
+{
+    if constexpr (std::is_pointer_v<typename List::value_type>)
+        qDeleteAll(list);
+    list.clear();
+}
+
+/// Appends an element to be filled. Copying a value that is there costs half of making one and copying it.
+template <typename List>
+void appendBlank(List &list)
+{
+    static const typename List::value_type blank{};
+    list.append(blank);
+}
+
+} // namespace
+
 // One field a line, in wire order.
 // clang-format off
 
@@ -166,7 +188,7 @@ bool PlacesAPIDecoder::decodePlacePrivate(PlacePrivate &record)
         return false;
     if (record.isHeader) {
         return decodeQString(record.primaryEmailAddress)
-            && decodeHeaderLocation(record.locations)
+            && decodeHeaderLocation(record)
             && decodeQString(record.primaryPhoneNumber)
             && decodeQString(record.primaryUrl)
             && decodeQString(record.externalId)
@@ -184,17 +206,20 @@ bool PlacesAPIDecoder::serviceDecodePlacePrivate(PlacePrivate &record)
         && !record.isHeader;
 }
 
-bool PlacesAPIDecoder::decodeHeaderLocation(QList<Location> &locations)
+bool PlacesAPIDecoder::decodeHeaderLocation(PlacePrivate &record)
 {
-    locations.append(Location());
-    return decodePlaceLocation(locations.last());
+    record.header = std::make_unique<PlaceHeader>();
+    return decodePlaceLocation(PlaceHeaderPrivate::privateFromPublic(record.header.get())->m_location);
 }
 
 void PlacesAPIDecoder::populatePlace(PlacePrivate &record, Place *place)
 {
-    // A header's location may say nothing; a full place has no such location.
-    if (record.isHeader && LocationPrivate::privateFromPublic(&record.locations.first())->saysNothing())
-        record.locations.clear();
+    if (record.isHeader) {
+        // A header's location may say nothing; a full place has no such location.
+        const Location &location = PlaceHeaderPrivate::privateFromPublic(record.header.get())->m_location;
+        if (!LocationPrivate::privateFromPublic(&location)->saysNothing())
+            record.locations.append(location);
+    }
 
     auto &data = *vela::platform::places::PlacePrivate::privateFromPublic(place);
     data.m_id = record.id;
@@ -227,20 +252,20 @@ Place *PlacesAPIDecoder::createPlace(PlacePrivate &record)
 
 PlaceHeader *PlacesAPIDecoder::createPlaceHeader(PlacePrivate &record)
 {
-    auto header = std::make_unique<PlaceHeader>();
-    PlaceHeaderPrivate &data = *PlaceHeaderPrivate::privateFromPublic(header.get());
-    if (record.isHeader) {
-        data.setData(record.id, record.name, record.description, record.owner, record.source, record.lastUsedTime,
-                     record.dataMask, record.primaryEmailAddress, record.primaryPhoneNumber, QUrl(record.primaryUrl),
-                     record.externalId, record.auxiliaryDataType, record.locations.first(), record.searchTerm,
-                     record.isPrivate, toSystemPerimeter(record.securityPerimeter), record.certainty);
-        data.m_location.setZoom(record.locations.first().zoom());
-    } else {
+    if (!record.isHeader) {
         Place place;
         populatePlace(record, &place);
-        data.setData(*vela::platform::places::PlacePrivate::privateFromPublic(&place));
+        auto header = std::make_unique<PlaceHeader>();
+        PlaceHeaderPrivate::privateFromPublic(header.get())
+            ->setData(*vela::platform::places::PlacePrivate::privateFromPublic(&place));
+        return header.release();
     }
-    return header.release();
+    PlaceHeaderPrivate &data = *PlaceHeaderPrivate::privateFromPublic(record.header.get());
+    data.setData(record.id, record.name, record.description, record.owner, record.source, record.lastUsedTime,
+                 record.dataMask, record.primaryEmailAddress, record.primaryPhoneNumber, QUrl(record.primaryUrl),
+                 record.externalId, record.auxiliaryDataType, data.m_location, record.searchTerm, record.isPrivate,
+                 toSystemPerimeter(record.securityPerimeter), record.certainty);
+    return record.header.release();
 }
 
 AbstractPlace *PlacesAPIDecoder::createAsRecorded(PlacePrivate &record)
@@ -308,20 +333,6 @@ bool PlacesAPIDecoder::decodePlaces(QList<AbstractPlace *> &places)
 
 // -------------------------------------------------------------------------------------------------------- records
 
-namespace
-{
-
-/// Empties a list; the places in a list of places are its own until they are handed out.
-template <typename List>
-void discard(List &list)
-{
-    if constexpr (std::is_pointer_v<typename List::value_type>)
-        qDeleteAll(list);
-    list.clear();
-}
-
-} // namespace
-
 /// Reads a count and that many elements. The count alone never sizes anything: elements are appended as they are read.
 template <typename List, typename DecodeElement>
 bool PlacesAPIDecoder::decodeList(List &list, DecodeElement decodeElement)
@@ -331,7 +342,7 @@ bool PlacesAPIDecoder::decodeList(List &list, DecodeElement decodeElement)
     bool complete = decode(count) && count >= 0;
     try {
         for (int i = 0; complete && i < count; ++i) {
-            list.append(typename List::value_type());
+            appendBlank(list);
             complete = decodeElement(list.last());
         }
     } catch (const std::bad_alloc &) {

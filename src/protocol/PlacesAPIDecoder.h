@@ -3,6 +3,7 @@
 
 #include "places/AuxiliaryData.h"
 #include "places/Location.h"
+#include "places/PlaceHeader.h"
 #include "places/SearchResultCertainty.h"
 #include "protocol/PlacesBaseDecoder.h"
 #include "protocol/ProtocolTypes.h"
@@ -11,11 +12,12 @@
 #include <QtCore/QMap>
 #include <QtCore/QStringList>
 
+#include <memory>
+
 namespace vela::platform::places
 {
 class AbstractPlace;
 class Place;
-class PlaceHeader;
 class SearchHandle;
 } // namespace vela::platform::places
 
@@ -109,12 +111,13 @@ private:
         QString searchTerm;
         Perimeter securityPerimeter = Perimeter::Default;
         places::SearchResultCertainty::Type certainty = places::SearchResultCertainty::Unknown;
-        // A full place; a header has the first location only.
+        // A full place.
         QList<places::Location> locations;
         QList<places::AuxiliaryData> auxiliaryData;
         QStringList tags;
         QStringList aliases;
-        // A header.
+        // A header, and the object it becomes: its location is decoded in place.
+        std::unique_ptr<places::PlaceHeader> header;
         QString primaryEmailAddress;
         QString primaryPhoneNumber;
         QString primaryUrl;
@@ -124,7 +127,7 @@ private:
 
     bool decodePlacePrivate(PlacePrivate &record);
     bool serviceDecodePlacePrivate(PlacePrivate &record);
-    bool decodeHeaderLocation(QList<places::Location> &locations);
+    bool decodeHeaderLocation(PlacePrivate &record);
     bool decodeUrl(QUrl &url);
     bool hasType(MessageType request) const { return m_replyType == replyTypeOf(request); }
 

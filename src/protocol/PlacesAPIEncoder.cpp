@@ -204,16 +204,21 @@ bool PlacesAPIEncoder::encodePlace(const Place &place)
 
 bool PlacesAPIEncoder::encodePlaceHeader(const Place &place)
 {
-    const PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
-    PlaceHeaderPrivate header;
-    header.setData(data);
-    return encodePlaceFields(data, true, header.dataMask())
-        && encodeQString(header.primaryEmailAddress())
-        && encodeLocation(header.m_location)
-        && encodeQString(header.primaryPhoneNumber())
-        && encodeQString(header.primaryUrl().toString())
-        && encodeQString(header.externalId())
-        && encodeQString(header.auxiliaryDataType());
+    PlaceHeader header;
+    PlaceHeaderPrivate::privateFromPublic(&header)->setData(*PlacePrivate::privateFromPublic(&place));
+    return encodePlaceHeader(place, header);
+}
+
+bool PlacesAPIEncoder::encodePlaceHeader(const Place &place, const PlaceHeader &header)
+{
+    const PlaceHeaderPrivate &data = *PlaceHeaderPrivate::privateFromPublic(&header);
+    return encodePlaceFields(*PlacePrivate::privateFromPublic(&place), true, data.dataMask())
+        && encodeQString(data.primaryEmailAddress())
+        && encodeLocation(data.m_location)
+        && encodeQString(data.primaryPhoneNumber())
+        && encodeQString(data.primaryUrl().toString())
+        && encodeQString(data.externalId())
+        && encodeQString(data.auxiliaryDataType());
 }
 
 bool PlacesAPIEncoder::encodePlaceFields(const PlacePrivate &place, bool headerOnly, qint64 dataMask)

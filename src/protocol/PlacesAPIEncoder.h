@@ -74,6 +74,8 @@ public:
     bool encodePlace(const places::Place &place);
     /// A place in its header form, which a service answers with.
     bool encodePlaceHeader(const places::Place &place);
+    /// The same, with the header that was made of the place.
+    bool encodePlaceHeader(const places::Place &place, const places::PlaceHeader &header);
     bool encodePlaceLocations(const places::Place &place);
     bool encodeLocation(const places::Location &location);
     bool encodeAddress(const places::Address &address);
