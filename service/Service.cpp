@@ -5,6 +5,7 @@
 #include "auxdata/AuxiliaryDataPrivate.h"
 #include "Limits.h"
 #include "Log.h"
+#include "model/LocationPrivate.h"
 #include "model/PlacePrivate.h"
 #include "places/Tags.h"
 
@@ -23,6 +24,7 @@ using namespace orix_places_protocol;
 using vela::platform::places::AuxiliaryData;
 using vela::platform::places::AuxiliaryDataPrivate;
 using vela::platform::places::Location;
+using vela::platform::places::LocationPrivate;
 using vela::platform::places::Place;
 using vela::platform::places::PlacePrivate;
 namespace Tags = vela::platform::places::Tags;
@@ -65,13 +67,19 @@ ReturnCode accept(const PlacePrivate &place)
     return ReturnCode::Success;
 }
 
-/// Leaves only what may be stored with a place.
-void dropTransientRecords(PlacePrivate &place)
+template <typename List, typename Condition>
+void removeIf(List &list, Condition condition)
 {
-    auto &records = place.m_auxiliaryData;
-    records.erase(std::remove_if(records.begin(), records.end(),
-                                 [](const AuxiliaryData &record) { return !record.isPersistable(); }),
-                  records.end());
+    list.erase(std::remove_if(list.begin(), list.end(), condition), list.end());
+}
+
+/// Leaves only what is stored with a place. A location that says nothing could be counted in a record but not written,
+/// and nobody could read the record again.
+void dropWhatIsNotStored(PlacePrivate &place)
+{
+    removeIf(place.m_auxiliaryData, [](const AuxiliaryData &record) { return !record.isPersistable(); });
+    removeIf(place.m_locations,
+             [](const Location &location) { return LocationPrivate::privateFromPublic(&location)->saysNothing(); });
 }
 
 /// A request may name the place's own perimeter or none, but no other.
@@ -181,7 +189,7 @@ ReturnCode Service::addPlace(Request &request, Encoder &reply)
     if (place->isPersisted())
         return ReturnCode::AlreadyStored;
     PlacePrivate &data = *PlacePrivate::privateFromPublic(place.get());
-    dropTransientRecords(data);
+    dropWhatIsNotStored(data);
     if (const ReturnCode problem = accept(data); problem != ReturnCode::Success)
         return problem;
 
@@ -218,7 +226,7 @@ ReturnCode Service::updatePlace(Request &request, Encoder &)
     if (!request.reader.readPlace(place))
         return request.reader.problem();
     PlacePrivate &fresh = *PlacePrivate::privateFromPublic(place.get());
-    dropTransientRecords(fresh);
+    dropWhatIsNotStored(fresh);
     if (const ReturnCode problem = accept(fresh); problem != ReturnCode::Success)
         return problem;
 

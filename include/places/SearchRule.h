@@ -12,7 +12,8 @@ namespace vela::platform::places
 
 class SearchRulePrivate;
 
-/// Says which places a find returns. A rule never changes once it is made; copies share it.
+/// Says which places a find returns. A rule never changes once it is made; copies share it. The service takes rules up
+/// to 16 levels deep; chains of one connective count as one level.
 class PLACES_EXPORT SearchRule
 {
 public:
@@ -30,9 +31,11 @@ public:
     static SearchRule createAuxiliaryPairRule(const QString &key, SearchOperator::Type op, const QString &value);
     /// Places last used at a time, in seconds since 1970-01-01T00:00:00 UTC, that compares so.
     static SearchRule createLastUsedTimeRule(SearchOperator::Type op, unsigned int time);
+    /// Places whose name compares so; case and accents do not count.
     static SearchRule createNameRule(SearchOperator::Type op, const QString &name);
     /// Places by the application that added them.
     static SearchRule createOwnerRule(SearchOperator::Type op, const QString &owner);
+    /// Places with a tag that compares so.
     static SearchRule createTagRule(SearchOperator::Type op, const QString &tag);
     /// Places with auxiliary data of a type that compares so.
     static SearchRule createTypeRule(SearchOperator::Type op, const QString &type);

@@ -16,7 +16,7 @@ PlaceManager::~PlaceManager() = default;
 
 Error::Type PlaceManager::addPlace(Place *place) const
 {
-    return d->addPlace(place, PlacePrivate::InRecentBucket | PlacePrivate::ExplicitlySaved);
+    return d->addPlace(place, PlacePrivate::RECENT_AND_SAVED);
 }
 
 Error::Type PlaceManager::updatePlace(Place *place) const

@@ -12,6 +12,7 @@
 #include "protocol/Protocol.h"
 #include "search/SearchHandlePrivate.h"
 
+#include <QtCore/QtNumeric>
 #include <QtCore/QVariant>
 
 #include <algorithm>
@@ -28,7 +29,7 @@ using Rules = SearchRulePrivate;
 namespace
 {
 
-constexpr int RECENT_AND_SAVED = PlacePrivate::InRecentBucket | PlacePrivate::ExplicitlySaved;
+constexpr int RECENT_AND_SAVED = PlacePrivate::RECENT_AND_SAVED;
 
 /// Most candidates that findEquivalentPlaces() looks at.
 constexpr int MAX_EQUIVALENT_PLACES = 100;
@@ -257,11 +258,13 @@ Error::Type PlaceManagerPrivate::fav(AbstractPlace *place) const
 
 Error::Type PlaceManagerPrivate::favPlace(Place *place) const
 {
-    const bool added = place->addTag(Tags::Favorite);
+    PlacePrivate &data = *PlacePrivate::privateFromPublic(place);
+    const PlacePrivate before = data;
+    data.addTag(Tags::Favorite);
     const Error::Type error =
         place->isPersisted() ? updatePlace(place, RECENT_AND_SAVED) : addPlace(place, RECENT_AND_SAVED);
-    if (error != Error::Success && added)
-        place->removeTag(Tags::Favorite);
+    if (error != Error::Success)
+        data = before;
     return error;
 }
 
@@ -359,6 +362,9 @@ QList<PlaceType *> PlaceManagerPrivate::find(const Query &query, Error::Type *er
     return found;
 }
 
+template QList<PlaceHeader *> PlaceManagerPrivate::find(const Query &, Error::Type *, SearchHandle *);
+template QList<AbstractPlace *> PlaceManagerPrivate::find(const Query &, Error::Type *, SearchHandle *);
+
 QList<PlaceHeader *> PlaceManagerPrivate::findPlaces(const QString &term, Error::Type *error, SearchHandle *handle,
                                                      const SortRule &sort, int offset, int limit, bool includeRemote,
                                                      const Coordinates &centre) const
@@ -366,7 +372,7 @@ QList<PlaceHeader *> PlaceManagerPrivate::findPlaces(const QString &term, Error:
     auto rule = std::make_unique<OrRule>(disjoint(Rules::createNameRule(SearchOperator::Contains, term)),
                                          disjoint(Rules::createContactQueryRule(term)));
     if (includeRemote && centre.isValid())
-        rule->addRule(disjoint(Rules::createPOINameRule(term)));
+        rule->append(disjoint(Rules::createPOINameRule(term)));
     return find<PlaceHeader>({toRule(std::move(rule)), sort, offset, limit, centre}, error, handle);
 }
 
@@ -400,7 +406,7 @@ QList<PlaceHeader *> PlaceManagerPrivate::findByAnyOf(CreateRule createRule, con
     } else {
         auto any = std::make_unique<OrRule>();
         for (const QString &value : values)
-            any->ConnectiveRule::addRule(createRule(SearchOperator::Equals, value));
+            any->append(createRule(SearchOperator::Equals, value));
         rule = std::move(any);
     }
     return find<PlaceHeader>({toRule(std::move(rule)), sort, offset, limit, Coordinates()}, error, handle);
@@ -484,10 +490,9 @@ Error::Type PlaceManagerPrivate::buildRules(SearchResultGroup::Type group, const
         auto local = std::make_unique<AndRule>();
         // Meeting rooms are left out with the favourites: that search is for what was not picked yet.
         if (!excludeFavorites)
-            local->ConnectiveRule::addRule(disjoint(Rules::createMeetingRoomRule(term)));
-        local->ConnectiveRule::addRule(
-            disjoint(withoutFavorites(Rules::createNonContactQueryRule(term), excludeFavorites)));
-        local->ConnectiveRule::addRule(contacts());
+            local->append(disjoint(Rules::createMeetingRoomRule(term)));
+        local->append(disjoint(withoutFavorites(Rules::createNonContactQueryRule(term), excludeFavorites)));
+        local->append(contacts());
         rule = toRule(std::move(local));
         sort = byName();
         return Error::Success;

@@ -12,6 +12,8 @@
 #include "search/SearchHandlePrivate.h"
 
 #include <algorithm>
+#include <iterator>
+#include <limits>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -24,20 +26,15 @@ using namespace vela::platform::places;
 namespace
 {
 
-/// Empties a list; the places in a list of places are its own until they are handed out.
-template <typename List>
-void discard(List &list)
-{
-    if constexpr (std::is_pointer_v<typename List::value_type>)
-        qDeleteAll(list);
-    list.clear();
-}
+/// Most locations of one place that may be counted without being written.
+constexpr int MAX_UNWRITTEN_LOCATIONS = 16;
 
-/// Appends an element to be filled. Copying a value that is there costs half of making one and copying it.
+/// Appends an element to be filled. Copying a value that is there costs half of making one and copying it. The value
+/// outlives the process's static objects: a detached worker may still be decoding when those go.
 template <typename List>
 void appendBlank(List &list)
 {
-    static const typename List::value_type blank{};
+    static const auto &blank = *new typename List::value_type{};
     list.append(blank);
 }
 
@@ -167,7 +164,23 @@ bool PlacesAPIDecoder::decodeSearchHandle(SearchHandle *handle)
 
 bool PlacesAPIDecoder::decodePlacePrivate(PlacePrivate &record)
 {
-    const bool hasFields = decode(record.id)
+    if (!decodeCommonFields(record))
+        return false;
+    if (record.isHeader) {
+        return decodeQString(record.primaryEmailAddress)
+            && decodeHeaderLocation(record)
+            && decodeQString(record.primaryPhoneNumber)
+            && decodeQString(record.primaryUrl)
+            && decodeQString(record.externalId)
+            && decodeQString(record.auxiliaryDataType);
+    }
+    return decodePlaceLocations(record.locations)
+        && decodeBehindLocations(record);
+}
+
+bool PlacesAPIDecoder::decodeCommonFields(PlacePrivate &record)
+{
+    return decode(record.id)
         && decodeQString(record.name)
         && decodeQString(record.description)
         && decodeQString(record.owner)
@@ -184,26 +197,33 @@ bool PlacesAPIDecoder::decodePlacePrivate(PlacePrivate &record)
         && decodeQString(record.searchTerm)
         && decode(record.securityPerimeter)
         && decode(record.certainty);
-    if (!hasFields)
-        return false;
-    if (record.isHeader) {
-        return decodeQString(record.primaryEmailAddress)
-            && decodeHeaderLocation(record)
-            && decodeQString(record.primaryPhoneNumber)
-            && decodeQString(record.primaryUrl)
-            && decodeQString(record.externalId)
-            && decodeQString(record.auxiliaryDataType);
-    }
-    return decodePlaceLocations(record.locations)
-        && decodePlaceAuxiliaryData(record.auxiliaryData)
+}
+
+bool PlacesAPIDecoder::decodeBehindLocations(PlacePrivate &record)
+{
+    return decodePlaceAuxiliaryData(record.auxiliaryData)
         && decodePlaceTags(record.tags)
         && decodePlaceAliases(record.aliases);
 }
 
 bool PlacesAPIDecoder::serviceDecodePlacePrivate(PlacePrivate &record)
 {
-    return decodePlacePrivate(record)
-        && !record.isHeader;
+    int count = 0;
+    if (!decodeCommonFields(record) || record.isHeader || !decode(count) || count < 0)
+        return false;
+    // Locations that say nothing are counted and not written; how many, the record does not tell. It is as many as make
+    // the record end where the message does.
+    const Position locations = position();
+    for (int unwritten = 0; unwritten <= std::min(count, MAX_UNWRITTEN_LOCATIONS); ++unwritten) {
+        goTo(locations);
+        const auto decodeOne = [this](Location &location) { return decodePlaceLocation(location); };
+        if (decodeElements(record.locations, count - unwritten, decodeOne) && decodeBehindLocations(record)
+            && testBuffer()) {
+            std::generate_n(std::back_inserter(record.locations), unwritten, [] { return Location(); });
+            return true;
+        }
+    }
+    return false;
 }
 
 bool PlacesAPIDecoder::decodeHeaderLocation(PlacePrivate &record)
@@ -212,14 +232,36 @@ bool PlacesAPIDecoder::decodeHeaderLocation(PlacePrivate &record)
     return decodePlaceLocation(PlaceHeaderPrivate::privateFromPublic(record.header.get())->m_location);
 }
 
+/// Gives the record of a header what a full place has in the stead of a header's fields: a location, unless it says
+/// nothing, and an auxiliary record of the header's type that holds its primary values.
+void PlacesAPIDecoder::completeFromHeader(PlacePrivate &record)
+{
+    const Location &location = PlaceHeaderPrivate::privateFromPublic(record.header.get())->m_location;
+    if (!LocationPrivate::privateFromPublic(&location)->saysNothing()) {
+        record.locations.append(location);
+        record.locations.last().setZoom(location.zoom());
+    }
+
+    const bool isContact = record.auxiliaryDataType == AuxiliaryData::TypeContact;
+    AuxiliaryData data(record.auxiliaryDataType.isEmpty() ? AuxiliaryData::TypePointOfInterest
+                                                          : record.auxiliaryDataType);
+    data.setExternalId(record.externalId);
+    const std::pair<QString, QString> values[] = {
+        {isContact ? QStringLiteral("email") : QStringLiteral("emailAddress"), record.primaryEmailAddress},
+        {isContact ? QStringLiteral("mobilePhone") : QStringLiteral("phoneNumber"), record.primaryPhoneNumber},
+        {QStringLiteral("url"), record.primaryUrl}};
+    for (const auto &[key, value] : values) {
+        if (!value.isEmpty())
+            data.addProperty(key, value);
+    }
+    if (!record.auxiliaryDataType.isEmpty() || !data.externalId().isEmpty() || !data.properties().isEmpty())
+        record.auxiliaryData.append(data);
+}
+
 void PlacesAPIDecoder::populatePlace(PlacePrivate &record, Place *place)
 {
-    if (record.isHeader) {
-        // A header's location may say nothing; a full place has no such location.
-        const Location &location = PlaceHeaderPrivate::privateFromPublic(record.header.get())->m_location;
-        if (!LocationPrivate::privateFromPublic(&location)->saysNothing())
-            record.locations.append(location);
-    }
+    if (record.isHeader)
+        completeFromHeader(record);
 
     auto &data = *vela::platform::places::PlacePrivate::privateFromPublic(place);
     data.m_id = record.id;
@@ -305,15 +347,13 @@ bool PlacesAPIDecoder::decodePlaceHeader(PlaceHeader *&header)
 template <typename PlaceType>
 bool PlacesAPIDecoder::decodePlaceList(QList<PlaceType *> &list, PlaceType *(*create)(PlacePrivate &))
 {
-    const bool complete = decodeList(list, [this, create](PlaceType *&place) {
+    return decodeList(list, [this, create](PlaceType *&place) {
         PlacePrivate record;
-        place = nullptr;
         if (!decodePlacePrivate(record))
             return false;
         place = create(record);
         return true;
     });
-    return complete;
 }
 
 bool PlacesAPIDecoder::decodePlaces(QList<Place *> &places)
@@ -333,25 +373,28 @@ bool PlacesAPIDecoder::decodePlaces(QList<AbstractPlace *> &places)
 
 // -------------------------------------------------------------------------------------------------------- records
 
-/// Reads a count and that many elements. The count alone never sizes anything: elements are appended as they are read.
+/// Reads a count and that many elements.
 template <typename List, typename DecodeElement>
 bool PlacesAPIDecoder::decodeList(List &list, DecodeElement decodeElement)
 {
     list.clear();
     int count = 0;
-    bool complete = decode(count) && count >= 0;
-    try {
-        for (int i = 0; complete && i < count; ++i) {
-            appendBlank(list);
-            complete = decodeElement(list.last());
-        }
-    } catch (const std::bad_alloc &) {
-        discard(list);
-        throw;
+    return decode(count) && count >= 0 && decodeElements(list, count, decodeElement);
+}
+
+/// The count alone never sizes anything: elements are appended as they are read.
+template <typename List, typename DecodeElement>
+bool PlacesAPIDecoder::decodeElements(List &list, int count, DecodeElement decodeElement)
+{
+    list.clear();
+    Unfinished<List> unfinished;
+    for (int i = 0; i < count; ++i) {
+        appendBlank(unfinished.list);
+        if (!decodeElement(unfinished.list.last()))
+            return false;
     }
-    if (!complete)
-        discard(list);
-    return complete;
+    unfinished.handTo(list);
+    return true;
 }
 
 bool PlacesAPIDecoder::decodePlaceLocations(QList<Location> &locations)
@@ -376,7 +419,7 @@ bool PlacesAPIDecoder::decodePlaceAddress(Address &address)
 {
     AddressPrivate &data = *AddressPrivate::privateFromPublic(&address);
     int floor = AddressPrivate::NO_FLOOR;
-    const bool complete = decodeQString(data.part(AddressPrivate::Label))
+    const bool isWhole = decodeQString(data.part(AddressPrivate::Label))
         && decodeQString(data.part(AddressPrivate::Room))
         && decode(floor)
         && decodeQString(data.part(AddressPrivate::Building))
@@ -391,8 +434,9 @@ bool PlacesAPIDecoder::decodePlaceAddress(Address &address)
         && decodeQString(data.part(AddressPrivate::PostalCode))
         && decodeQStringList(data.compactAddressLines())
         && decodeQStringList(data.extendedAddressLines());
-    data.setFloor(floor);
-    return complete;
+    if (isWhole)
+        data.setFloor(floor);
+    return isWhole;
 }
 
 bool PlacesAPIDecoder::decodePlaceCoordinates(Coordinates &coordinates)
@@ -437,6 +481,8 @@ bool PlacesAPIDecoder::decodePlaceAuxiliaryDatum(AuxiliaryData &data)
 
 bool PlacesAPIDecoder::decodeProvider(Provider &provider)
 {
+    // Copies of a provider share their data: one that is filled has to start with data of its own.
+    provider = Provider();
     ProviderData &data = *ProviderData::fromPublic(provider);
     return decodeQString(data.name)
         && decodeUrl(data.url)
@@ -455,6 +501,7 @@ bool PlacesAPIDecoder::decodeUrl(QUrl &url)
 
 bool PlacesAPIDecoder::decodeProperties(QMap<QString, QString> &properties)
 {
+    properties.clear();
     int count = 0;
     if (!decode(count) || count < 0)
         return false;

@@ -11,8 +11,10 @@
 #include <QtCore/QList>
 #include <QtCore/QMap>
 #include <QtCore/QStringList>
+#include <QtCore/QUrl>
 
 #include <memory>
+#include <type_traits>
 
 namespace vela::platform::places
 {
@@ -26,9 +28,9 @@ namespace orix_places_protocol
 
 namespace places = vela::platform::places;
 
-/// Reads replies and the records they are made of. Every function returns false as soon as a field cannot be read; its
-/// result is then as it was, lists are empty, and every object made on the way is freed. Objects that are handed out
-/// are the caller's.
+/// Reads replies and the records they are made of. Every function returns false as soon as a field cannot be read.
+/// Lists are then empty and every object made on the way is freed; a record may be filled in part; anything else is as
+/// it was. A list is replaced, not appended to. Objects that are handed out are the caller's.
 class PlacesAPIDecoder : public PlacesBaseDecoder
 {
 public:
@@ -58,11 +60,12 @@ public:
     template <typename PlaceType>
     bool decodeFindPlaces(QList<PlaceType *> &places, places::SearchHandle *handle)
     {
-        if (hasType(MessageType::FindPlaces) && decodePlaces(places) && decodeSearchHandle(handle))
-            return true;
-        qDeleteAll(places);
         places.clear();
-        return false;
+        Unfinished<QList<PlaceType *>> found;
+        if (!hasType(MessageType::FindPlaces) || !decodePlaces(found.list) || !decodeSearchHandle(handle))
+            return false;
+        found.handTo(places);
+        return true;
     }
     bool decodeSearchHandle(places::SearchHandle *handle);
 
@@ -87,7 +90,8 @@ public:
     bool decodeQStringList(QStringList &list);
     bool decodeQStringPair(QString &first, QString &second);
 
-    // For a service: a place as encodePlace() writes it, and nothing but a full one.
+    // For a service: a full place as encodePlace() writes it, with nothing behind it. Locations that say nothing, which
+    // are counted but not written, come last; a record with more than a few of them is refused.
     bool serviceDecodePlace(places::Place *&place);
 
 private:
@@ -125,12 +129,36 @@ private:
         QString auxiliaryDataType;
     };
 
+    /// A list that is being read. The places in it are its own, and freed with it, until it is handed over whole.
+    template <typename List>
+    struct Unfinished
+    {
+        Unfinished() = default;
+        Unfinished(const Unfinished &) = delete;
+        Unfinished &operator=(const Unfinished &) = delete;
+        ~Unfinished()
+        {
+            if constexpr (std::is_pointer_v<typename List::value_type>)
+                qDeleteAll(list);
+        }
+        void handTo(List &target)
+        {
+            target = list;
+            list.clear();
+        }
+
+        List list;
+    };
+
     bool decodePlacePrivate(PlacePrivate &record);
     bool serviceDecodePlacePrivate(PlacePrivate &record);
+    bool decodeCommonFields(PlacePrivate &record);
+    bool decodeBehindLocations(PlacePrivate &record);
     bool decodeHeaderLocation(PlacePrivate &record);
     bool decodeUrl(QUrl &url);
     bool hasType(MessageType request) const { return m_replyType == replyTypeOf(request); }
 
+    static void completeFromHeader(PlacePrivate &record);
     static void populatePlace(PlacePrivate &record, places::Place *place);
     static places::Place *createPlace(PlacePrivate &record);
     static places::PlaceHeader *createPlaceHeader(PlacePrivate &record);
@@ -138,6 +166,8 @@ private:
 
     template <typename List, typename DecodeElement>
     bool decodeList(List &list, DecodeElement decodeElement);
+    template <typename List, typename DecodeElement>
+    bool decodeElements(List &list, int count, DecodeElement decodeElement);
     template <typename PlaceType>
     bool decodePlaceList(QList<PlaceType *> &list, PlaceType *(*create)(PlacePrivate &));
 

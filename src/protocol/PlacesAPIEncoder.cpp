@@ -245,7 +245,7 @@ bool PlacesAPIEncoder::encodePlaceFields(const PlacePrivate &place, bool headerO
 bool PlacesAPIEncoder::encodePlaceLocations(const Place &place)
 {
     const QList<Location> &locations = PlacePrivate::privateFromPublic(&place)->locations();
-    // The count includes the locations that say nothing, which are then left out; readers expect it so.
+    // The count includes the locations that say nothing, which are then left out: the service reads it so.
     return encode(locations.size())
         && std::all_of(locations.begin(), locations.end(), [this](const Location &location) {
                return LocationPrivate::privateFromPublic(&location)->saysNothing() || encodeLocation(location);
@@ -422,12 +422,12 @@ bool PlacesAPIEncoder::encodeSearchRule(const SearchRulePrivate *rule)
         return encodeSingleSearchRule(SearchRuleKind::Nullary, nullary->getField(), nullary->getOperator(), {}, {}, 0)
             && encode(0);
     }
-    if (dynamic_cast<const AndRule *>(rule))
-        return encodeConnectiveRule(SearchRuleKind::And, *rule);
-    if (dynamic_cast<const OrRule *>(rule))
-        return encodeConnectiveRule(SearchRuleKind::Or, *rule);
-    if (dynamic_cast<const DisjointRule *>(rule))
-        return encodeConnectiveRule(SearchRuleKind::Disjoint, *rule);
+    if (const auto *connective = dynamic_cast<const AndRule *>(rule))
+        return encodeConnectiveRule(SearchRuleKind::And, *connective);
+    if (const auto *connective = dynamic_cast<const OrRule *>(rule))
+        return encodeConnectiveRule(SearchRuleKind::Or, *connective);
+    if (const auto *connective = dynamic_cast<const DisjointRule *>(rule))
+        return encodeConnectiveRule(SearchRuleKind::Disjoint, *connective);
     return encodeSingleSearchRule(SearchRuleKind::Abstract, 0, SearchOperator::None, {}, {}, 0)
         && encode(0);
 }
@@ -442,9 +442,9 @@ bool PlacesAPIEncoder::encodeSingleSearchRule(SearchRuleKind kind, int field, in
         && encode(value);
 }
 
-bool PlacesAPIEncoder::encodeConnectiveRule(SearchRuleKind kind, const SearchRulePrivate &rule)
+bool PlacesAPIEncoder::encodeConnectiveRule(SearchRuleKind kind, const ConnectiveRule &rule)
 {
-    const auto members = static_cast<const ConnectiveRule &>(rule).getRules();
+    const auto members = rule.getRules();
     return encodeSingleSearchRule(kind, 0, rule.getOperator(), {}, {}, 0)
         && encode(static_cast<int>(members.size()))
         && std::all_of(members.begin(), members.end(), [this](const auto *member) { return encodeSearchRule(member); });

@@ -15,6 +15,7 @@ class Address;
 class AuxiliaryData;
 class AuxiliaryDataRequest;
 class BoundingBox;
+class ConnectiveRule;
 class Coordinates;
 class Location;
 class Place;
@@ -104,7 +105,7 @@ private:
                      int providerSecondaryIndex);
     bool encodeSingleSearchRule(SearchRuleKind kind, int field, int op, const std::string &s1, const std::string &s2,
                                 int value);
-    bool encodeConnectiveRule(SearchRuleKind kind, const places::SearchRulePrivate &rule);
+    bool encodeConnectiveRule(SearchRuleKind kind, const places::ConnectiveRule &rule);
     bool encodeSingleSortRule(SortRuleKind kind, int order, int field);
 };
 

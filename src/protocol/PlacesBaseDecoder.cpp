@@ -42,14 +42,6 @@ PlacesBaseDecoder &PlacesBaseDecoder::operator=(PlacesBaseDecoder &other)
     return *this;
 }
 
-bool PlacesBaseDecoder::decode(bool &value)
-{
-    if (!verifyBuffer(1, true))
-        return false;
-    value = *m_cursor++ != 0;
-    return true;
-}
-
 bool PlacesBaseDecoder::decodeCharArray(const char *&out, unsigned int size)
 {
     if (!verifyBuffer(size, false))

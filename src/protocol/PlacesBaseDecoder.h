@@ -13,9 +13,9 @@ struct _msgserver_data;
 namespace orix_places_protocol
 {
 
-/// Reads back what PlacesBaseEncoder wrote. Every function returns false, and leaves its target as it was, when the
-/// message ends before the field does or the fill before it is not what it must be; nothing can be read from then on
-/// that makes sense.
+/// Reads back what PlacesBaseEncoder wrote. Every function returns false when the message ends before the
+/// field does or the fill before it is not what it must be; nothing can be read from then on that makes sense. The
+/// target is then as it was; of several, those before the fault are set.
 class PlacesBaseDecoder
 {
 public:
@@ -38,19 +38,22 @@ public:
     /// Number of bytes not read yet.
     [[nodiscard]] std::size_t remaining() const { return static_cast<std::size_t>(m_end - m_cursor); }
 
-    /// An integer or floating-point number as it stands in memory, or an enumerator as its number.
+    /// An integer or floating-point number as it stands in memory, an enumerator as its number, or a bool as one byte,
+    /// of which any but 0 is true.
     template <typename T>
     bool decode(T &value)
     {
-        static_assert((std::is_arithmetic_v<T> || std::is_enum_v<T>)&&(sizeof(T) == 4 || sizeof(T) == 8));
         if (!verifyBuffer(sizeof value, true))
             return false;
-        std::memcpy(&value, m_cursor, sizeof value);
+        if constexpr (std::is_same_v<T, bool>) {
+            value = *m_cursor != 0;
+        } else {
+            static_assert((std::is_arithmetic_v<T> || std::is_enum_v<T>)&&(sizeof(T) == 4 || sizeof(T) == 8));
+            std::memcpy(&value, m_cursor, sizeof value);
+        }
         m_cursor += sizeof value;
         return true;
     }
-    /// One byte, aligned all the same; any but 0 is true.
-    bool decode(bool &value);
 
     /// Points `out` to `size` bytes within the message.
     bool decodeCharArray(const char *&out, unsigned int size);
@@ -60,6 +63,12 @@ public:
     bool decodeQString(QString &text);
     bool decodeLatLon(double &first, double &second);
     bool decodeCoordinate(double &first, double &second, double &third, float &fourth, float &fifth);
+
+protected:
+    /// A place within the message to come back to.
+    using Position = const char *;
+    [[nodiscard]] Position position() const { return m_cursor; }
+    void goTo(Position position) { m_cursor = position; }
 
 private:
     /// Reads the bytes of a length and that many bytes. `bytes` is null when there are none.

@@ -27,13 +27,6 @@ void PlacesBaseEncoder::grow(unsigned long long shortfall)
     m_capacity = static_cast<unsigned int>(capacity);
 }
 
-bool PlacesBaseEncoder::encode(bool value)
-{
-    ensureBuffer(1, true);
-    m_buffer[m_length++] = value ? 1 : 0;
-    return true;
-}
-
 bool PlacesBaseEncoder::encodeCharArray(const char *bytes, unsigned int size)
 {
     ensureBuffer(size, false);

@@ -39,18 +39,20 @@ public:
         return true;
     }
 
-    /// An integer or floating-point number as it stands in memory, or an enumerator as its number.
+    /// An integer or floating-point number as it stands in memory, an enumerator as its number, or a bool as one byte.
     template <typename T>
     bool encode(T value)
     {
-        static_assert((std::is_arithmetic_v<T> || std::is_enum_v<T>)&&(sizeof(T) == 4 || sizeof(T) == 8));
         ensureBuffer(sizeof value, true);
-        std::memcpy(m_buffer.get() + m_length, &value, sizeof value);
+        if constexpr (std::is_same_v<T, bool>) {
+            m_buffer[m_length] = value ? 1 : 0;
+        } else {
+            static_assert((std::is_arithmetic_v<T> || std::is_enum_v<T>)&&(sizeof(T) == 4 || sizeof(T) == 8));
+            std::memcpy(m_buffer.get() + m_length, &value, sizeof value);
+        }
         m_length += static_cast<unsigned int>(sizeof value);
         return true;
     }
-    /// One byte, aligned all the same.
-    bool encode(bool value);
 
     bool encodeCharArray(const char *bytes, unsigned int size);
     bool encodeString(const std::string &text);

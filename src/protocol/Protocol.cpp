@@ -8,6 +8,7 @@ namespace vela::platform::places
 {
 
 namespace reply = orix_places_protocol::reply;
+using orix_places_protocol::PlacesAPIDecoder;
 using orix_places_protocol::ReturnCode;
 
 namespace
@@ -38,6 +39,19 @@ constexpr CodeEntry ERRORS[] = {
     {ReturnCode::BackupFailed, Error::BackupFailed},
     {ReturnCode::RestoreFailed, Error::RestoreFailed},
 };
+
+/// Reads a list whole, or leaves `list` as it was.
+template <typename List>
+auto into(List &list, bool (PlacesAPIDecoder::*decode)(List &))
+{
+    return [&list, decode](PlacesAPIDecoder &answer) {
+        List decoded;
+        if (!(answer.*decode)(decoded))
+            return false;
+        list = decoded;
+        return true;
+    };
+}
 
 Error::Type errorOf(ReturnCode code)
 {
@@ -77,7 +91,7 @@ Error::Type Protocol::getTagsInUse(QStringList &tags, Error::Type *error)
 {
     const Error::Type outcome = exchange(
         reply::List, [](auto &request) { return request.encodeGetTags(); },
-        [&](auto &answer) { return answer.decodeGetTagsResponse(tags); });
+        into(tags, &PlacesAPIDecoder::decodeGetTagsResponse));
     if (error)
         *error = outcome;
     return outcome;
@@ -135,14 +149,14 @@ Error::Type Protocol::getAuxiliaryData(const AuxiliaryDataRequest &request, QLis
 {
     return exchange(
         reply::Long, [&](auto &message) { return message.encodeGetAuxiliaryData(request); },
-        [&](auto &answer) { return answer.decodeGetAuxiliaryData(data); });
+        into(data, &PlacesAPIDecoder::decodeGetAuxiliaryData));
 }
 
 Error::Type Protocol::getSupportedProviders(QList<Provider> &providers)
 {
     return exchange(
         reply::Providers, [](auto &request) { return request.encodeGetProviders(); },
-        [&](auto &answer) { return answer.decodeGetProviders(providers); });
+        into(providers, &PlacesAPIDecoder::decodeGetProviders));
 }
 
 Error::Type Protocol::getHeaderFromFullPlace(const Place &place, PlaceHeader *&header)
@@ -156,7 +170,7 @@ Error::Type Protocol::getRecentSearchTerms(QStringList &terms, const QString &pr
 {
     return exchange(
         reply::Long, [&](auto &request) { return request.encodeGetRecentSearchTerms(prefix.toLatin1().toStdString()); },
-        [&](auto &answer) { return answer.decodeGetRecentSearchTerms(terms); });
+        into(terms, &PlacesAPIDecoder::decodeGetRecentSearchTerms));
 }
 
 QList<AbstractPlace *> Protocol::findNextPlaces(SearchHandle &handle, int count, Error::Type &error)

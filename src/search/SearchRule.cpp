@@ -3,9 +3,8 @@
 #include "places/SearchRule.h"
 
 #include "places/Utilities.h"
+#include "search/RuleMembers.h"
 #include "search/SearchRulePrivate.h"
-
-#include <algorithm>
 
 namespace vela::platform::places
 {
@@ -34,11 +33,11 @@ template <typename Connective>
 Node combine(Node a, Node b)
 {
     if (auto *connective = dynamic_cast<Connective *>(a.get())) {
-        connective->addRule(std::move(b));
+        connective->append(std::move(b));
         return a;
     }
     if (auto *connective = dynamic_cast<Connective *>(b.get())) {
-        connective->addRule(std::move(a));
+        connective->append(std::move(a));
         return b;
     }
     return std::make_unique<Connective>(std::move(a), std::move(b));
@@ -205,33 +204,23 @@ bool NullaryRule::operator==(const SearchRulePrivate &other) const
 
 bool ConnectiveRule::operator==(const SearchRulePrivate &other) const
 {
-    if (!isSameKind(other))
-        return false;
-    const auto &theirs = static_cast<const ConnectiveRule &>(other).m_rules;
-    const auto same = [](const Member &a, const Member &b) { return a && b ? *a == *b : a == b; };
-    return m_rules.size() == theirs.size() && std::all_of(m_rules.begin(), m_rules.end(), [&](const Member &mine) {
-               return std::any_of(theirs.begin(), theirs.end(), [&](const Member &their) { return same(mine, their); });
-           });
+    return isSameKind(other) && haveSameMembers(m_rules, static_cast<const ConnectiveRule &>(other).m_rules);
 }
 
 void ConnectiveRule::addRule(const SearchRulePrivate *rule)
 {
-    m_rules.emplace_back(rule);
+    m_rules.push_back(Member(rule));
 }
 
 std::vector<const SearchRulePrivate *> ConnectiveRule::getRules() const
 {
-    std::vector<const SearchRulePrivate *> rules;
-    rules.reserve(m_rules.size());
-    for (const Member &rule : m_rules)
-        rules.push_back(rule.get());
-    return rules;
+    return membersOf(m_rules);
 }
 
 void ConnectiveRule::cloneMembersTo(ConnectiveRule &target) const
 {
     for (const Member &rule : m_rules)
-        target.m_rules.emplace_back(rule ? rule->clone() : nullptr);
+        target.append(Node(rule ? rule->clone() : nullptr));
 }
 
 AndRule::AndRule(Node a, Node b)
@@ -260,10 +249,6 @@ OrRule *OrRule::clone() const
 
 DisjointRule::DisjointRule(Node rule)
     : DisjointRule(Member(std::move(rule)))
-{}
-
-DisjointRule::DisjointRule(const SearchRulePrivate *rule)
-    : DisjointRule(Member(rule))
 {}
 
 DisjointRule::DisjointRule(Member member)

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <typeinfo>
+#include <utility>
 #include <vector>
 
 namespace vela::platform::places
@@ -152,12 +153,12 @@ public:
 
     /// Appends a rule, which this one owns from then on.
     virtual void addRule(const SearchRulePrivate *rule);
-    void addRule(Node rule) { addRule(rule.release()); }
     /// The members, which stay this rule's own.
     std::vector<const SearchRulePrivate *> getRules() const;
 
 protected:
     using Member = std::shared_ptr<const SearchRulePrivate>;
+    void append(Node rule) { m_rules.push_back(std::move(rule)); }
     void cloneMembersTo(ConnectiveRule &target) const;
 
     std::vector<Member> m_rules;
@@ -169,6 +170,7 @@ class AndRule : public ConnectiveRule
 public:
     AndRule() = default;
     AndRule(Node a, Node b);
+    using ConnectiveRule::append;
     AndRule *clone() const override;
 };
 
@@ -178,6 +180,7 @@ class OrRule : public ConnectiveRule
 public:
     OrRule() = default;
     OrRule(Node a, Node b);
+    using ConnectiveRule::append;
     OrRule *clone() const override;
 };
 
@@ -186,10 +189,9 @@ class DisjointRule : public ConnectiveRule
 {
 public:
     explicit DisjointRule(Node rule);
-    explicit DisjointRule(const SearchRulePrivate *rule);
     /// A disjoint rule that holds the very same member, which lives as long as either.
     DisjointRule *clone() const override;
-    /// Without effect; the caller keeps the rule.
+    /// Without effect; the rule stays the caller's.
     void addRule(const SearchRulePrivate *rule) override;
 
 private:

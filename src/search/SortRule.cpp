@@ -2,9 +2,8 @@
 
 #include "places/SortRule.h"
 
+#include "search/RuleMembers.h"
 #include "search/SortRulePrivate.h"
-
-#include <algorithm>
 
 namespace vela::platform::places
 {
@@ -13,7 +12,7 @@ SortRulePrivate::~SortRulePrivate() = default;
 
 bool SortRulePrivate::operator==(const SortRulePrivate &other) const
 {
-    return typeid(*this) == typeid(other);
+    return isSameKind(other);
 }
 
 bool SortRulePrivate::operator!=(const SortRulePrivate &other) const
@@ -23,40 +22,42 @@ bool SortRulePrivate::operator!=(const SortRulePrivate &other) const
 
 bool SimpleSortRule::operator==(const SortRulePrivate &other) const
 {
-    const auto *rule = dynamic_cast<const SimpleSortRule *>(&other);
-    return rule && m_field == rule->m_field && m_order == rule->m_order;
+    if (!isSameKind(other))
+        return false;
+    const auto &rule = static_cast<const SimpleSortRule &>(other);
+    return m_field == rule.m_field && m_order == rule.m_order;
 }
 
 bool DistanceSortRule::operator==(const SortRulePrivate &other) const
 {
-    const auto *rule = dynamic_cast<const DistanceSortRule *>(&other);
-    return rule && m_centre == rule->m_centre && m_order == rule->m_order;
+    if (!isSameKind(other))
+        return false;
+    const auto &rule = static_cast<const DistanceSortRule &>(other);
+    return m_centre == rule.m_centre && m_order == rule.m_order;
 }
 
 CombinedSortRule::~CombinedSortRule()
 {
-    for (auto rule = m_rules.rbegin(); rule != m_rules.rend(); ++rule)
-        delete *rule;
+    while (!m_rules.empty())
+        m_rules.pop_back();
 }
 
 bool CombinedSortRule::operator==(const SortRulePrivate &other) const
 {
-    const auto *rule = dynamic_cast<const CombinedSortRule *>(&other);
-    if (!rule || m_rules.size() != rule->m_rules.size())
-        return false;
-    const auto same = [](const SortRulePrivate *a, const SortRulePrivate *b) { return a && b ? *a == *b : a == b; };
-    return std::all_of(m_rules.begin(), m_rules.end(), [&](const SortRulePrivate *mine) {
-        return std::any_of(rule->m_rules.begin(), rule->m_rules.end(),
-                           [&](const SortRulePrivate *their) { return same(mine, their); });
-    });
+    return isSameKind(other) && haveSameMembers(m_rules, static_cast<const CombinedSortRule &>(other).m_rules);
 }
 
 bool CombinedSortRule::addRule(const SortRulePrivate *rule)
 {
     if (dynamic_cast<const CombinedSortRule *>(rule))
         return false;
-    m_rules.push_back(rule);
+    m_rules.push_back(std::unique_ptr<const SortRulePrivate>(rule));
     return true;
+}
+
+std::vector<const SortRulePrivate *> CombinedSortRule::getRules() const
+{
+    return membersOf(m_rules);
 }
 
 SortRule::SortRule()

@@ -3,6 +3,7 @@
 
 #include "places/SortRule.h"
 
+#include <memory>
 #include <typeinfo>
 #include <vector>
 
@@ -24,6 +25,9 @@ public:
     static SortRulePrivate *privateFromPublic(const SortRule &rule) { return rule.d.data(); }
     /// Makes `rule` hold `owned`, which it owns from then on.
     static void setPrivate(SortRule &rule, SortRulePrivate *owned) { rule.d.reset(owned); }
+
+protected:
+    bool isSameKind(const SortRulePrivate &other) const { return typeid(*this) == typeid(other); }
 };
 
 /// Sorts by one field.
@@ -63,7 +67,7 @@ private:
     SortOrder::Type m_order;
 };
 
-/// Sorts by several rules, the first one first. It owns its members.
+/// Sorts by several rules, the first one first. It owns its members, which go in the reverse of their order.
 class CombinedSortRule : public SortRulePrivate
 {
 public:
@@ -74,10 +78,10 @@ public:
     /// Appends a rule, which this one owns from then on. A combined rule is refused and stays the caller's.
     bool addRule(const SortRulePrivate *rule);
     /// The members, which stay this rule's own.
-    std::vector<const SortRulePrivate *> getRules() const { return m_rules; }
+    std::vector<const SortRulePrivate *> getRules() const;
 
 private:
-    std::vector<const SortRulePrivate *> m_rules;
+    std::vector<std::unique_ptr<const SortRulePrivate>> m_rules;
 };
 
 } // namespace vela::platform::places

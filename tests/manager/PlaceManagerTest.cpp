@@ -185,6 +185,7 @@ TEST_F(PlaceManagerTest, ARemovedPlaceCanBeAddedAgain)
     EXPECT_TRUE(place.isPersisted());
     channel.answer(4);
     EXPECT_EQ(manager.removePlace(static_cast<const AbstractPlace *>(&place)), Error::Success);
+    EXPECT_THAT(channel.capacities(), testing::ElementsAre(100, 100));
     EXPECT_EQ(channel.perimeter(), 2);
     EXPECT_FALSE(place.isPersisted());
     EXPECT_EQ(place.usageCount(), 0);
@@ -263,6 +264,14 @@ TEST_F(PlaceManagerTest, AFavouriteThatCannotBeStoredIsNone)
     channel.refuse(5, 60);
     EXPECT_EQ(manager.fav(&place), Error::PermissionDenied);
     EXPECT_FALSE(place.isFavorite());
+    EXPECT_EQ(PlacePrivate::privateFromPublic(&place)->searchTerm(), QStringLiteral("cafe"));
+    Place nameless;
+    sample::fill(nameless, -1);
+    nameless.setName(QString());
+    channel.refuse(1, 60);
+    EXPECT_EQ(manager.fav(&nameless), Error::PermissionDenied);
+    EXPECT_EQ(nameless.name(), QString());
+    EXPECT_EQ(nameless.owner(), QStringLiteral("app"));
     PlaceHeader header;
     PlaceHeaderPrivate::privateFromPublic(&header)->setId(7);
     channel.refuse(12, 54);
@@ -314,7 +323,7 @@ TEST_F(PlaceManagerTest, EveryFindSendsItsRule)
     const auto mine = [] { return R::createMyPlacesRule(QStringLiteral("app.test")); };
     const auto used = [] { return R::createLastUsedTimeRule(SearchOperator::GreaterOrEqual, 99); };
     auto remote = std::make_unique<OrRule>(contains(), contact());
-    remote->addRule(disjoint(R::createPOINameRule(term)));
+    remote->append(disjoint(R::createPOINameRule(term)));
     const SortRule byName = simple(1, 1);
     const SortRule byUse = simple(2, 2);
 
@@ -373,7 +382,7 @@ TEST_F(PlaceManagerTest, EveryGroupSendsItsRule)
     const auto others = [&] { return R::createNonContactQueryRule(term); };
     const auto favorites = [&] { return R::createQueryTagRule(SearchOperator::Equals, Tags::Favorite, term); };
     auto local = std::make_unique<AndRule>(disjoint(R::createMeetingRoomRule(term)), disjoint(others()));
-    local->addRule(disjoint(contact()));
+    local->append(disjoint(contact()));
 
     const SearchRule remoteByName = ruleOf(disjoint(R::createRemotePlacesRule(term, false)));
     const SearchRule remote = ruleOf(disjoint(R::createRemotePlacesRule(term, true)));
@@ -507,6 +516,10 @@ TEST_F(PlaceManagerTest, EquivalentPlacesHaveTheNameAndStandWithinTheRadius)
         candidates(46.2 + row.metres * DEGREES_PER_METRE, row.name);
         EXPECT_EQ(found(place, row.radius), row.kept) << row.metres << row.name << row.radius;
     }
+    const auto sameName = [] { return Rules::createNameRule(SearchOperator::Equals, QStringLiteral("Café")); };
+    EXPECT_EQ(channel.body(), findBody(ruleOf(disjoint(sameName())), SortRule(), 0, 100));
+    candidates(sample::NOT_SET, "Café");
+    EXPECT_EQ(found(place, 50), 0) << "a candidate without a position is nowhere near";
 
     Place nameless;
     sample::fill(nameless);

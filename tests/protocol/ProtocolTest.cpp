@@ -101,17 +101,50 @@ TEST_F(ProtocolTest, WithoutAServiceNothingIsWritten)
     EXPECT_EQ(contact, nullptr) << "this one is cleared before anything else";
 }
 
+TEST_F(ProtocolTest, AReplyThatIsCutLeavesWhatTheCallerHas)
+{
+    QStringList texts = {QStringLiteral("before")};
+    QList<Provider> providers = {sample::provider()};
+    QList<AuxiliaryData> data = {AuxiliaryData()};
+    AuxiliaryDataRequest request;
+    request.setPlace(QSharedPointer<AbstractPlace>(new Place));
+    const std::pair<int, std::function<Error::Type()>> operations[] = {
+        {2, [&] { return protocol.getRecentSearchTerms(texts, QString()); }},
+        {3, [&] { return protocol.getAuxiliaryData(request, data); }},
+        {9, [&] { return protocol.getTagsInUse(texts, nullptr); }},
+        {19, [&] { return protocol.getSupportedProviders(providers); }},
+    };
+    for (const auto &[type, operation] : operations) {
+        channel.answer(type, {i32(2), text("one")});
+        EXPECT_EQ(operation(), Error::CommunicationFailed) << type;
+    }
+    EXPECT_EQ(texts, QStringList{QStringLiteral("before")});
+    EXPECT_EQ(providers.size(), 1);
+    EXPECT_EQ(data.size(), 1);
+}
+
+TEST_F(ProtocolTest, WhatCannotBeWrittenIsNotSent)
+{
+    namespace reply = orix_places_protocol::reply;
+    const auto noMemory = [](auto &) -> bool { throw std::bad_alloc(); };
+    QList<AuxiliaryData> data;
+    EXPECT_EQ(protocol.exchange(reply::Bare, noMemory), Error::CommunicationFailed);
+    EXPECT_EQ(protocol.getAuxiliaryData(AuxiliaryDataRequest(), data), Error::CommunicationFailed);
+    EXPECT_TRUE(channel.requests().empty());
+}
+
 TEST_F(ProtocolTest, RepliesBecomeResults)
 {
-    QStringList texts;
-    channel.answer(2, texts.isEmpty() ? wire::texts({"cafe", "café"}) : Fields{});
-    EXPECT_EQ(protocol.getRecentSearchTerms(texts, QStringLiteral("ca")), Error::Success);
-    EXPECT_EQ(texts, (QStringList{QStringLiteral("cafe"), QStringLiteral("café")}));
+    QStringList terms;
+    channel.answer(2, texts({"cafe", "café"}));
+    EXPECT_EQ(protocol.getRecentSearchTerms(terms, QStringLiteral("ca")), Error::Success);
+    EXPECT_EQ(terms, (QStringList{QStringLiteral("cafe"), QStringLiteral("café")}));
 
     QList<Provider> providers;
     channel.answer(19, Fields{i32(2)} + sample::providerFields("a") + sample::providerFields("b"));
     EXPECT_EQ(protocol.getSupportedProviders(providers), Error::Success);
     ASSERT_EQ(providers.size(), 2);
+    EXPECT_EQ(providers[0].name(), QStringLiteral("a"));
     EXPECT_EQ(providers[1].name(), QStringLiteral("b"));
     EXPECT_TRUE(providers[1].supportedDataTypes().contains(QStringLiteral("lbs-image")));
 

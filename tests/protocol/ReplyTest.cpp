@@ -86,7 +86,31 @@ TEST(AReply, OfTheOtherFormGivesWhatTheRecordHolds)
     const std::unique_ptr<Place> ownedPlace(place);
     EXPECT_EQ(place->usageCount(), 3);
     EXPECT_EQ(place->locationCount(), 1);
-    EXPECT_EQ(place->auxiliaryDataCount(), 0);
+    EXPECT_EQ(PlacePrivate::privateFromPublic(place)->locations().first().zoom(), 12);
+    EXPECT_EQ(place->auxiliaryData(0).type(), AuxiliaryData::TypePointOfInterest);
+    EXPECT_EQ(place->auxiliaryData(0).externalId(), QStringLiteral("x:1"));
+    EXPECT_EQ(place->primaryEmailAddress(), QStringLiteral("a@b.example"));
+    EXPECT_EQ(place->primaryPhoneNumber(), QStringLiteral("+41 22"));
+    EXPECT_EQ(place->primaryUrl(), QUrl(QStringLiteral("https://cafe.example/")));
+}
+
+TEST(AReply, GivesEachRecordAProviderOfItsOwn)
+{
+    const auto records = [](const char *first, const char *second) {
+        const auto record = [](const char *provider) {
+            return Fields{i64(1), text(""), text("poi"), flag(true)} + sample::providerFields(provider)
+                   + Fields{i32(0)};
+        };
+        QList<AuxiliaryData> data;
+        EXPECT_TRUE(
+            Reply(259, message(Fields{i32(2)} + record(first) + record(second))).decoder.decodeGetAuxiliaryData(data));
+        return data;
+    };
+    const QList<AuxiliaryData> earlier = records("a", "b");
+    const QList<AuxiliaryData> later = records("c", "d");
+    EXPECT_EQ(earlier[0].provider().name(), QStringLiteral("a"));
+    EXPECT_EQ(earlier[1].provider().name(), QStringLiteral("b"));
+    EXPECT_EQ(later[0].provider().name(), QStringLiteral("c"));
 }
 
 TEST(AReply, OfMixedPlacesKeepsTheirOrderAndKind)
@@ -128,15 +152,16 @@ TEST(AReply, OfAnotherTypeIsRefused)
 /// Every reply that is cut, or has a wrong byte of fill, or an impossible count, ends in a refusal, in no time.
 TEST(AReply, ThatIsDamagedIsRefusedAtWhateverByte)
 {
-    const std::string whole = message(Fields{i32(2)} + sample::headerFields() + sample::placeFields());
+    const std::string whole = message(Fields{i32(2)} + sample::headerFields() + sample::placeFields() + PAGING);
+    const std::size_t withoutTail = whole.size() - 20;
     const auto refused = [](const std::string &bytes) {
         Reply reply(269, bytes);
         Owned<QList<AbstractPlace *>> places;
-        return !reply.decoder.decodePlaces(places.list) && places.list.isEmpty();
+        return !reply.decoder.decodeFindPlaces(places.list, nullptr) && places.list.isEmpty();
     };
     ASSERT_FALSE(refused(whole));
     for (std::size_t cut = 0; cut < whole.size(); ++cut)
-        EXPECT_TRUE(refused(whole.substr(0, cut))) << cut;
+        EXPECT_EQ(refused(whole.substr(0, cut)), cut < withoutTail || cut >= withoutTail + 4) << cut;
 
     int fills = 0;
     for (std::size_t i = 0; i < whole.size(); ++i) {

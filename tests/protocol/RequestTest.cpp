@@ -165,7 +165,7 @@ TEST(AFind, WritesEveryKindOfRule)
 {
     DisjointRule disjoint(SearchRulePrivate::createListFavoriteRule());
     AndRule withNull;
-    withNull.ConnectiveRule::addRule(static_cast<const SearchRulePrivate *>(nullptr));
+    withNull.addRule(nullptr);
     CombinedSortRule combined;
     combined.addRule(new SimpleSortRule(SortField::Name, SortOrder::Ascending));
     combined.addRule(new DistanceSortRule(Coordinates(1, 2), SortOrder::Descending));
@@ -178,6 +178,46 @@ TEST(AFind, WritesEveryKindOfRule)
               message(Fields{i32(3), i32(1), i32(0), i32(3), i32(2), i32(1), i32(1), i32(0), i32(4), i32(2), i32(0)}
                       + coordinate(sample::NOT_SET, 1, 2, sample::NO_ACCURACY, sample::NO_ACCURACY)
                       + Fields{i32(1), i32(1), i32(0), i32(0)}));
+}
+
+TEST(AFind, WritesEveryRuleUnderItsNumber)
+{
+    using R = SearchRulePrivate;
+    constexpr auto AtLeast = SearchOperator::GreaterOrEqual;
+    const QString t = QStringLiteral("t");
+    const Fields both = element(2, 0, 1) + Fields{i32(2)};
+    const Fields named = leaf(13, 4, 7, "t");
+    const std::pair<R::Node, Fields> cases[] = {
+        {R::createAuxiliaryKeyRule(AtLeast, t), leaf(13, 1, 4, "t")},
+        {R::createAuxiliaryValueRule(AtLeast, t), leaf(13, 2, 4, "t")},
+        {R::createLastUsedTimeRule(AtLeast, 9), leaf(11, 3, 4, "", 9)},
+        {R::createNameRule(AtLeast, t), leaf(13, 4, 4, "t")},
+        {R::createOwnerRule(AtLeast, t), leaf(13, 5, 4, "t")},
+        {R::createTagRule(AtLeast, t), leaf(13, 6, 4, "t")},
+        {R::createTypeRule(AtLeast, t), leaf(13, 7, 4, "t")},
+        {R::createRecentlyPickedRule(), leaf(3, 8, 1)},
+        {R::createRecentSearchTermsRule(), leaf(3, 10, 1)},
+        {R::createMyPlacesRule(t), leaf(13, 11, 2, "t")},
+        {R::createExcludeFavoritesRule(), leaf(3, 12, 1)},
+        {R::createGeocodeAddressRule(t), leaf(13, 15, 2, "t")},
+        {R::createPOINameRule(t), leaf(13, 16, 2, "t")},
+        {R::createContactQueryRule(t), leaf(13, 17, 2, "t")},
+        {R::createListFavoriteRule(), leaf(3, 19, 1)},
+        {R::createSuggestionRule(t), leaf(13, 20, 2, "t")},
+        {R::createPOICategoryRule(t), leaf(13, 21, 2, "t")},
+        {R::createPOICategorySuggestionRule(t), leaf(13, 22, 2, "t")},
+        {R::createMeetingRoomRule(t), leaf(13, 23, 2, "t")},
+        {R::createRemotePlacesRule(t, false), leaf(13, 24, 2, "t")},
+        {R::createRemotePlacesRule(t, true), leaf(13, 25, 2, "t")},
+        {R::createNonContactQueryRule(t), both + named + leaf(3, 18, 1)},
+        {R::createQueryRecentlyPickedRule(t), both + leaf(3, 8, 1) + named},
+        {R::createQueryRecentlyPickedRule(QString()), leaf(3, 8, 1)},
+        {R::createQueryTagRule(AtLeast, QStringLiteral("x"), t), both + leaf(13, 6, 4, "x") + named},
+        {R::createQueryTagRule(AtLeast, QStringLiteral("x"), QString()), leaf(13, 6, 4, "x")},
+        {R::createAuxiliaryPairRule(QStringLiteral("k"), AtLeast, t), both + leaf(13, 1, 2, "k") + leaf(13, 2, 4, "t")},
+    };
+    for (const auto &[rule, fields] : cases)
+        EXPECT_EQ(encoded([&](auto &r) { return r.encodeSearchRule(rule.get()); }), message(fields));
 }
 
 TEST(APlace, SurvivesTheWayThroughBytesAndAZoomWithIt)
@@ -201,4 +241,31 @@ TEST(APlace, SurvivesTheWayThroughBytesAndAZoomWithIt)
     }
     Place *none = nullptr;
     EXPECT_FALSE(Utilities::deserialize(none, bytes, -1));
+}
+
+TEST(APlace, SurvivesTheWayThroughBytesWithLocationsThatSayNothing)
+{
+    Location there;
+    there.setCoordinates(Coordinates(1, 2));
+    for (const int silent : {1, 2, 16, 17}) {
+        for (const bool hasOther : {false, true}) {
+            Place place;
+            sample::fill(place);
+            place.removeLocation(0);
+            if (hasOther)
+                place.addLocation(there);
+            for (int i = 0; i < silent; ++i)
+                place.addLocation(Location());
+            char *bytes = nullptr;
+            int size = 0;
+            ASSERT_TRUE(Utilities::serialize(bytes, size, place));
+            const std::unique_ptr<char[]> owned(bytes);
+            Place *copy = nullptr;
+            EXPECT_EQ(Utilities::deserialize(copy, bytes, size), silent <= 16) << silent << hasOther;
+            const std::unique_ptr<Place> ownedCopy(copy);
+            if (copy) {
+                EXPECT_TRUE(*PlacePrivate::privateFromPublic(copy) == *PlacePrivate::privateFromPublic(&place));
+            }
+        }
+    }
 }

@@ -85,6 +85,24 @@ TEST(AService, AnswersWhatItDoesNotUnderstandWithACodeAndGoesOn)
     EXPECT_EQ(Placesd::exchange(TAGS), message({i32(0), i32(265), i32(0)})) << "nothing was stored by any of that";
 }
 
+TEST(AService, DoesNotStoreALocationThatSaysNothing)
+{
+    Placesd service;
+    const Fields corner =
+        coordinate(sample::NOT_SET, sample::NOT_SET, sample::NOT_SET, sample::NO_ACCURACY, sample::NO_ACCURACY);
+    const Fields silent = Fields{i64(-1), i32(-1)} + corner + Fields{text(""), text(""), i32(-2147483647 - 1)}
+                          + Fields(10, text("")) + texts({}) + texts({}) + Fields{i32(0), text(""), text("")} + corner
+                          + corner;
+    const auto place = [](const Fields &locations) {
+        return message(head(1) + sample::commonFields(false, 0, -1) + locations + Fields{i32(0), i32(0), i32(0)});
+    };
+    EXPECT_EQ(Placesd::code(place(Fields{i32(1)} + silent)), 57);
+    EXPECT_EQ(Placesd::code(place({i32(1)})), 57) << "counted and not written";
+    EXPECT_EQ(Placesd::code(place(Fields{i32(3)} + silent + sample::locationFields())), 0) << "one more is not written";
+    EXPECT_EQ(Placesd::code(message(head(7) + Fields{i64(1), text("beach")})), 0) << "the place can be read again";
+    EXPECT_EQ(Placesd::code(message(head(11))), 0);
+}
+
 TEST(AService, OutlivesRandomBytes)
 {
     Placesd service;

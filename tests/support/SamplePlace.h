@@ -8,7 +8,7 @@
 #include "places/Place.h"
 #include "support/Wire.h"
 
-#include <cmath>
+#include <limits>
 
 /// A place with something in every field, and the records that stand for it on the wire.
 namespace sample
