@@ -3,6 +3,7 @@
 #include "protocol/Logger.h"
 
 #include <iostream>
+#include <mutex>
 
 namespace vela::platform::places
 {
@@ -14,11 +15,13 @@ std::mutex registrationMutex;
 
 } // namespace
 
-bool Logger::initialized = false;
+std::atomic<bool> Logger::initialized{false};
 slog2_buffer_t Logger::buffer_handle[BufferCount] = {};
 
 void Logger::init()
 {
+    if (initialized)
+        return;
     const std::lock_guard<std::mutex> lock(registrationMutex);
     if (initialized)
         return;
@@ -36,7 +39,8 @@ void Logger::init()
 void Logger::write(Buffer buffer, int severity, const char *format, va_list arguments)
 {
     init();
-    vslog2f(buffer_handle[buffer], 0, static_cast<std::uint8_t>(severity), format, arguments);
+    // Until a registration has succeeded there is no handle, and the message goes nowhere.
+    vslog2f(initialized ? buffer_handle[buffer] : nullptr, 0, static_cast<std::uint8_t>(severity), format, arguments);
 }
 
 // The same five times over but for buffer and severity: C's variable arguments cannot be handed on any other way.

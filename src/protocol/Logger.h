@@ -3,7 +3,8 @@
 
 #include <slog2.h>
 
-#include <mutex>
+#include <atomic>
+#include <cstdarg>
 
 namespace vela::platform::places
 {
@@ -31,7 +32,7 @@ private:
     };
     static void write(Buffer buffer, int severity, const char *format, va_list arguments);
 
-    static bool initialized;
+    static std::atomic<bool> initialized;
     static slog2_buffer_t buffer_handle[BufferCount];
 };
 

@@ -106,6 +106,7 @@ TEST_F(TransportTest, WhatIsNoReplyIsAFailure)
         channel.answer(9);
         EXPECT_EQ(send(), ReturnCode::TransportFailed) << length;
     }
+    EXPECT_EQ(channel.pendingFetches(), 1) << "no memory is taken for what is beyond the bound";
     channel.claimLength(-1);
     for (std::size_t cut = 0; cut < 8; ++cut) {
         channel.answerBytes(message({i32(0), i32(265)}).substr(0, cut));
@@ -127,6 +128,16 @@ TEST_F(TransportTest, AnOverridingNameIsOpenedInTheServicesStead)
     send();
     EXPECT_THAT(channel.openedNames().back(), testing::StartsWith("places"));
     EXPECT_NE(channel.openedNames().back(), "places.test");
+}
+
+TEST_F(TransportTest, WithoutTheInternalChannelTheExternalOneIsUsedFromThenOn)
+{
+    channel.refuseOpen(EACCES);
+    send();
+    if (channel.openedNames().size() < 2)
+        GTEST_SKIP() << "another test has chosen the channel already; ctest gives each a process of its own";
+    send();
+    EXPECT_THAT(channel.openedNames(), ElementsAre("places", "places.external", "places.external"));
 }
 
 TEST_F(TransportTest, ReturnCodesBecomePublicErrors)
@@ -184,6 +195,14 @@ TEST(PIMSession, WhatIsNoSessionGivesAnEmptyKey)
     }
 }
 
+TEST(PIMSession, ARequestThatIsNotTakenWholeGivesAnEmptyKey)
+{
+    FakeSystem system;
+    FakeSystem::acceptedBytes = 29;
+    EXPECT_EQ(keyAt(nextEpoch(), "json:{\"session\":\"unasked\"}"), "");
+    EXPECT_EQ(FakeSystem::sessionReads, 0);
+}
+
 TEST(PIMSession, EveryRequestCarriesTheKeyAndThePerimeter)
 {
     FakeSystem system;
@@ -229,6 +248,7 @@ TEST(ALogger, RegistersOnceAndOnlyDebugOutputGoesToTheLargeBuffer)
         thread.join();
     EXPECT_EQ(FakeSystem::registrations, 1);
     EXPECT_EQ(FakeSystem::messages.size(), 8U);
+    EXPECT_EQ(FakeSystem::registered, "places-api 5 high_rate:2 low_rate:1");
 
     Logger::fatal("%d", 1);
     Logger::error("%d", 2);

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdarg>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
@@ -17,11 +18,13 @@
 long FakeSystem::now = -1;
 const char *FakeSystem::session = nullptr;
 int FakeSystem::interruptions = 0;
+std::size_t FakeSystem::acceptedBytes = SIZE_MAX;
 int FakeSystem::sessionReads = 0;
 std::string FakeSystem::sessionRequest;
 std::vector<FakeSystem::Message> FakeSystem::messages;
 bool FakeSystem::refuseRegistration = false;
 int FakeSystem::registrations = 0;
+std::string FakeSystem::registered;
 
 namespace
 {
@@ -54,6 +57,7 @@ FakeSystem::~FakeSystem()
 {
     now = -1;
     session = nullptr;
+    acceptedBytes = SIZE_MAX;
     refuseRegistration = false;
 }
 
@@ -102,8 +106,9 @@ ssize_t __wrap_write(int fd, const void *bytes, size_t count)
         return __real_write(fd, bytes, count);
     if (interrupted())
         return -1;
-    FakeSystem::sessionRequest.assign(static_cast<const char *>(bytes), count);
-    return static_cast<ssize_t>(count);
+    const size_t accepted = std::min(count, FakeSystem::acceptedBytes);
+    FakeSystem::sessionRequest.assign(static_cast<const char *>(bytes), accepted);
+    return static_cast<ssize_t>(accepted);
 }
 
 int slog2_register(const slog2_buffer_set_config_t *config, slog2_buffer_t *handles, uint32_t)
@@ -112,8 +117,11 @@ int slog2_register(const slog2_buffer_set_config_t *config, slog2_buffer_t *hand
     if (FakeSystem::refuseRegistration)
         return -1;
     registeredVerbosity = config->verbosity_level;
+    FakeSystem::registered = config->buffer_set_name + (" " + std::to_string(registeredVerbosity));
     for (int i = 0; i < config->num_buffers; ++i) {
         registeredNames[i] = config->buffer_config[i].buffer_name;
+        FakeSystem::registered +=
+            std::string(" ") + registeredNames[i] + ":" + std::to_string(config->buffer_config[i].num_pages);
         handles[i] = reinterpret_cast<slog2_buffer_t>(&registeredNames[i]);
     }
     return 0;

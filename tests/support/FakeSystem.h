@@ -1,6 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>
@@ -24,10 +25,14 @@ struct FakeSystem
     static const char *session;
     /// Number of reads and writes of the session object that a signal interrupts.
     static int interruptions;
+    /// Most bytes that a write to the session object takes.
+    static std::size_t acceptedBytes;
     static int sessionReads;
     static std::string sessionRequest;
     static std::vector<Message> messages;
     /// Whether registering a buffer set fails, and how often it was tried.
     static bool refuseRegistration;
     static int registrations;
+    /// The last buffer set: its name, its verbosity, and name and pages of each buffer.
+    static std::string registered;
 };
