@@ -37,7 +37,9 @@ public:
     /// True when the service stores the place.
     [[nodiscard]] bool isPersisted() const;
 
+    /// Name to show; empty when unset.
     [[nodiscard]] QString name() const;
+    /// Text for people; empty when unset.
     [[nodiscard]] QString description() const;
     /// Name of the application that added the place; empty when unset.
     [[nodiscard]] QString owner() const;
@@ -56,7 +58,9 @@ public:
     [[nodiscard]] bool hasCoordinates() const;
     /// True when a location of the place has a valid position or an address.
     [[nodiscard]] bool hasPhysicalLocation() const;
+    /// True when the place has a record of any type.
     [[nodiscard]] bool hasAuxiliaryData() const;
+    /// True when the place carries any tag.
     [[nodiscard]] bool hasTag() const;
     /// True when the place carries Tags::Favorite.
     [[nodiscard]] bool isFavorite() const;

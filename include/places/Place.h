@@ -21,6 +21,7 @@ public:
     Place();
     ~Place() override;
 
+    // What is set here is stored by PlaceManager::addPlace() and PlaceManager::updatePlace().
     void setName(const QString &name);
     void setDescription(const QString &description);
     void setOwner(const QString &owner);
@@ -44,6 +45,8 @@ public:
     void removeAlias(const QString &alias);
     [[nodiscard]] QStringList aliases() const;
 
+    /// Appends a location. A copy has no zoom. One that says nothing (no address, position or virtual data) is not
+    /// stored.
     void addLocation(const Location &location);
     /// Assigns to the location at `index`, 0 to locationCount() - 1, which keeps its zoom.
     void replaceLocation(int index, const Location &location);
@@ -55,6 +58,7 @@ public:
     /// A copy of the location at `index`, 0 to locationCount() - 1. Being a copy, it has no zoom.
     [[nodiscard]] Location location(int index) const;
 
+    /// Appends a record. One that is not persistable is not stored.
     void addAuxiliaryData(const AuxiliaryData &data);
     /// Assigns to the record at `index`, 0 to auxiliaryDataCount() - 1.
     void replaceAuxiliaryData(int index, const AuxiliaryData &data);

@@ -28,6 +28,13 @@ class SearchHandle;
 /// Errors are returned, or written through an `Error::Type *` where one is taken (null when not wanted). Any call may
 /// give Error::ServiceUnavailable, Error::PermissionDenied, Error::CommunicationFailed or what the service answers. A
 /// find that fails returns an empty list. The caller owns every place that a call returns.
+///
+/// Finds take the same last arguments. `handle` takes what is needed to fetch more, and may be null. `offset` is the
+/// index of the first result wanted, from 0, and `limit` the largest number of results, 0 to 10000; anything else gives
+/// Error::LimitExceeded. Where a find takes a list, an empty one finds nothing.
+///
+/// The calling application is known by the environment variable PLACE_CARD_INVOKER_DNAME, read at every call; unset,
+/// its places have no owner, and finding them finds the places without one.
 class PLACES_EXPORT PlaceManager
 {
 public:
@@ -38,20 +45,24 @@ public:
 
     /// Stores a new place. Its owner becomes the calling application, its name "Unnamed Place" when it has none; on
     /// success the object takes the id and everything else that the service made of it. Error::InvalidArgument for
-    /// null, a place that is stored already, or one that is not valid.
+    /// null, a place that is stored already, or one that is not valid; the object is then as it was. When the service
+    /// refuses, the object has its new owner and name and is still a new place.
     Error::Type addPlace(Place *place) const;
 
-    /// Stores the changes of a place. Error::InvalidArgument for null or a place that is not stored or not valid.
+    /// Stores the changes of a place, and hands on the search term that it was found with. Error::InvalidArgument for
+    /// null or a place that is not stored or not valid.
     Error::Type updatePlace(Place *place) const;
 
     /// Removes a stored place.
     Error::Type removePlace(qint64 id) const;
-    /// Removes a stored place; on success the object is a new place again and can be added once more.
+    /// Removes a stored place; on success the object is a new place again and can be added once more, also where it was
+    /// handed over as const. Error::InvalidArgument for null.
     Error::Type removePlace(const AbstractPlace *place) const;
 
     /// Fetches a place in full; null on failure.
     [[nodiscard]] Place *getPlace(qint64 id, Error::Type *error = nullptr) const;
-    /// Fetches the full place behind a header; null on failure.
+    /// Fetches the full place behind a header; null on failure. The search term that the header was found with goes
+    /// with the request and is then forgotten. Error::InvalidArgument for null.
     [[nodiscard]] Place *getPlace(const PlaceHeader *header, Error::Type *error = nullptr) const;
 
     /// Counts a use of a stored place, now.
@@ -65,7 +76,9 @@ public:
     /// Error::InvalidArgument for null or a place that is not stored or no favourite.
     Error::Type unfav(AbstractPlace *place) const;
 
+    /// Adds a tag to a stored place; one that it carries already changes nothing. Error::NotFound for no such place.
     Error::Type addTag(qint64 id, const QString &tag) const;
+    /// Removes a tag of a stored place; one that it does not carry changes nothing. Error::NotFound for no such place.
     Error::Type removeTag(qint64 id, const QString &tag) const;
     /// The tags that stored places carry.
     [[nodiscard]] QStringList getTagsInUse(Error::Type *error = nullptr) const;
@@ -77,9 +90,6 @@ public:
 
     /// Finds places by name: stored places and those of contacts and, when `includeRemote` is set and `centre` is
     /// valid, points of interest near it.
-    /// @param handle takes what is needed to fetch more; may be null.
-    /// @param offset index of the first result wanted, from 0.
-    /// @param limit largest number of results wanted.
     [[nodiscard]] QList<PlaceHeader *> findPlaces(const QString &term, Error::Type *error = nullptr,
                                                   SearchHandle *handle = nullptr, const SortRule &sort = SortRule(),
                                                   int offset = 0, int limit = 20, bool includeRemote = false,
@@ -114,7 +124,8 @@ public:
                                                         int limit = 20) const;
 
     /// Finds stored places of the same name within `radius` metres of `place`, or with `radius` 0 at the very same
-    /// coordinates. A place without a name is looked up by its primary location.
+    /// coordinates. A place without a name is looked up by its primary location. Looks at 100 places of the name at
+    /// most. Error::InvalidArgument for null.
     [[nodiscard]] QList<PlaceHeader *> findEquivalentPlaces(const Place *place, Error::Type *error = nullptr,
                                                             int radius = 0) const;
 

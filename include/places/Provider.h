@@ -29,7 +29,7 @@ public:
     [[nodiscard]] QUrl url() const;
     /// True when the provider can be asked for more auxiliary data of a place.
     [[nodiscard]] bool canRequestAdditionalData() const;
-    /// Types of auxiliary data that can be asked for.
+    /// Types of auxiliary data that can be asked for; empty when there are none.
     [[nodiscard]] QStringList supportedDataTypes() const;
     /// True when the provider has a name.
     [[nodiscard]] bool isValid() const;

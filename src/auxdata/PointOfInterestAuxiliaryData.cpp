@@ -28,7 +28,7 @@ const QLatin1Char NUMBER_SEPARATOR(',');
 /// The leading digits of a text as a number; 0 when there are none or they do not fit.
 int leadingNumber(const QString &text)
 {
-    const long value = std::strtol(text.toLatin1().constData(), nullptr, 10);
+    const long long value = std::strtoll(text.toLatin1().constData(), nullptr, 10);
     return value < std::numeric_limits<int>::min() || value > std::numeric_limits<int>::max() ? 0
                                                                                               : static_cast<int>(value);
 }

@@ -5,6 +5,7 @@
 #include "model/PlacePrivate.h"
 #include "places/PointOfInterestAuxiliaryData.h"
 
+#include <QtCore/QtNumeric>
 #include <QtCore/QUrlQuery>
 
 namespace vela::platform::places
@@ -87,7 +88,9 @@ void MapLink::setAddressParts(const Address &address)
 QUrl MapLink::toUrl() const
 {
     QUrl url(QStringLiteral(PLACES_MAP_URL));
-    QString query = url.hasQuery() ? url.query(QUrl::FullyEncoded) + QLatin1Char('&') : QString();
+    QString query = url.query(QUrl::FullyEncoded);
+    if (!query.isEmpty())
+        query += QLatin1Char('&');
     query += LATITUDE + QLatin1Char('=') + m_latitude + QLatin1Char('&') + LONGITUDE + QLatin1Char('=') + m_longitude;
     for (auto item = m_items.begin(); item != m_items.end(); ++item) {
         // Everything but the unreserved characters of RFC 3986 is percent-encoded.

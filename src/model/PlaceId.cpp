@@ -26,6 +26,20 @@ PlaceId::PlaceId(const AbstractPlacePrivate &place)
     restaurant = full->hasTag(QLatin1String(Tags::Restaurant));
 }
 
+PlaceId &PlaceId::operator=(const PlaceId &other)
+{
+    persistedId = other.persistedId;
+    externalIds = other.externalIds;
+    auxiliaryDataTypes = other.auxiliaryDataTypes;
+    name = other.name;
+    location = other.location;
+    phoneNumber = other.phoneNumber;
+    coordinates = other.coordinates;
+    complete = other.complete;
+    restaurant = other.restaurant;
+    return *this;
+}
+
 bool PlaceId::isCompositeId() const
 {
     return !name.isEmpty() || !location.isEmpty() || !phoneNumber.isEmpty() || coordinates.isValid();

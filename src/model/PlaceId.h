@@ -23,6 +23,10 @@ public:
     PlaceId() = default;
     /// The identity of a place. A header gives its number and what it shows, a full place its auxiliary data as well.
     explicit PlaceId(const AbstractPlacePrivate &place);
+    PlaceId(const PlaceId &other) = default;
+    /// Assigns the identity; how many share this object, which the base counts, stays its own.
+    PlaceId &operator=(const PlaceId &other);
+    ~PlaceId() = default;
 
     bool isPersisted() const { return persistedId != UNDEFINED_PERSISTED_ID; }
     bool isCompositeId() const;

@@ -18,6 +18,7 @@ public:
         InRecentBucket = 1, ///< It was picked recently.
         ExplicitlySaved = 2 ///< Somebody saved it.
     };
+    static constexpr int RECENT_AND_SAVED = InRecentBucket | ExplicitlySaved;
 
     bool operator==(const AbstractPlacePrivate &other) const override;
     bool operator!=(const AbstractPlacePrivate &other) const override;

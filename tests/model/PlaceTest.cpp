@@ -266,6 +266,18 @@ TEST(APlaceId, IsTheNumberOrWhatThePlaceShows)
     EXPECT_EQ(id->auxiliaryDataTypes.size(), 3);
 }
 
+TEST(APlaceId, IsSharedUntilItIsChanged)
+{
+    QSharedDataPointer<PlaceId> id(new PlaceId);
+    QSharedDataPointer<PlaceId> copy = id;
+    EXPECT_EQ(copy.constData(), id.constData());
+    copy->name = QStringLiteral("Lake");
+    EXPECT_FALSE(id.constData()->isValid());
+    PlaceId assigned;
+    assigned = *copy;
+    EXPECT_TRUE(assigned.isCompositeId());
+}
+
 TEST(AMapLink, ShowsWhatThePlaceHas)
 {
     Place place;
