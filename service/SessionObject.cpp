@@ -4,6 +4,7 @@
 
 #include "Channel.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -43,6 +44,22 @@ std::string makeKey()
     return key;
 }
 
+/// Writes all of `text` into a new file that only this user may read; what was under its name is gone.
+void writeAnew(const std::string &path, const std::string &text)
+{
+    ::unlink(path.c_str());
+    const vela::system::channel::Descriptor file(
+        ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+    if (!file.isOpen())
+        fail("cannot make " + path);
+    for (std::size_t written = 0; written < text.size();) {
+        const ssize_t count = ::write(file.get(), text.data() + written, text.size() - written);
+        if (count < 0 && errno != EINTR)
+            fail("cannot write " + path);
+        written += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+    }
+}
+
 } // namespace
 
 std::string publishSessionKey(const std::string &root)
@@ -52,11 +69,7 @@ std::string publishSessionKey(const std::string &root)
     const std::string path = folder + "/session?wait";
     const std::string fresh = path + ".new";
     const std::string key = makeKey();
-    const std::string object = std::string(REQUEST_SLOT, '\0') + "@session\njson:{\"session\":\"" + key + "\"}\n";
-
-    vela::system::channel::Descriptor file(::open(fresh.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
-    if (!file.isOpen() || ::write(file.get(), object.data(), object.size()) != static_cast<ssize_t>(object.size()))
-        fail("cannot write " + fresh);
+    writeAnew(fresh, std::string(REQUEST_SLOT, '\0') + "@session\njson:{\"session\":\"" + key + "\"}\n");
     if (std::rename(fresh.c_str(), path.c_str()) != 0)
         fail("cannot put " + path + " in place");
     return key;

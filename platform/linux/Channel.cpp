@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <sys/un.h>
@@ -24,20 +25,26 @@ std::string environment(const char *name)
     return value ? value : "";
 }
 
-/// Bounds the next receive; at least a millisecond, since 0 would mean to wait for ever.
-bool setReceiveTimeout(int fd, Clock::time_point deadline)
+/// Waits until a socket takes more bytes. False, with errno set, when it does not before the deadline.
+bool waitForRoom(int fd, Clock::time_point deadline)
 {
-    using std::chrono::microseconds;
-    const auto left = std::chrono::duration_cast<microseconds>(deadline - Clock::now());
-    if (left.count() <= 0) {
-        errno = ETIMEDOUT;
-        return false;
+    for (;;) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
+        pollfd writable = {fd, POLLOUT, 0};
+        const int ready = left > 0 ? ::poll(&writable, 1, static_cast<int>(left)) : 0;
+        if (ready == 0)
+            errno = ETIMEDOUT;
+        if (ready >= 0 || errno != EINTR)
+            return ready > 0;
     }
-    const auto wait = std::max(left, microseconds(1000)).count();
-    timeval timeout = {};
-    timeout.tv_sec = static_cast<time_t>(wait / 1000000);
-    timeout.tv_usec = static_cast<suseconds_t>(wait % 1000000);
-    return ::setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &timeout, sizeof timeout) == 0;
+}
+
+void advance(iovec &part, std::size_t &done)
+{
+    const std::size_t step = std::min(done, part.iov_len);
+    part.iov_base = static_cast<char *>(part.iov_base) + step;
+    part.iov_len -= step;
+    done -= step;
 }
 
 } // namespace
@@ -79,25 +86,38 @@ void Descriptor::reset(int fd)
     errno = saved;
 }
 
-bool sendMessage(int fd, const void *bytes, std::uint32_t length)
+bool setTimeout(int fd, int option, Clock::time_point deadline)
+{
+    using std::chrono::microseconds;
+    const auto left = std::chrono::duration_cast<microseconds>(deadline - Clock::now());
+    if (left.count() <= 0) {
+        errno = ETIMEDOUT;
+        return false;
+    }
+    // At least a millisecond: 0 would mean to wait for ever.
+    const auto wait = std::max(left, microseconds(1000)).count();
+    timeval timeout = {};
+    timeout.tv_sec = static_cast<time_t>(wait / 1000000);
+    timeout.tv_usec = static_cast<suseconds_t>(wait % 1000000);
+    return ::setsockopt(fd, SOL_SOCKET, option, &timeout, sizeof timeout) == 0;
+}
+
+bool sendMessage(int fd, const void *bytes, std::uint32_t length, Clock::time_point deadline)
 {
     iovec parts[] = {{&length, sizeof length}, {const_cast<void *>(bytes), length}};
     msghdr message = {};
     message.msg_iov = parts;
     message.msg_iovlen = 2;
     while (parts[0].iov_len + parts[1].iov_len > 0) {
-        const ssize_t sent = ::sendmsg(fd, &message, MSG_NOSIGNAL);
-        if (sent < 0 && errno == EINTR)
+        // A send that waits starts the clock anew with every piece that the other side takes, so this one never does.
+        const ssize_t sent = ::sendmsg(fd, &message, MSG_NOSIGNAL | MSG_DONTWAIT);
+        if (sent < 0 && errno == EAGAIN && waitForRoom(fd, deadline))
             continue;
-        if (sent < 0)
+        if (sent < 0 && errno != EINTR)
             return false;
-        auto done = static_cast<std::size_t>(sent);
-        for (iovec &part : parts) {
-            const std::size_t step = std::min(done, part.iov_len);
-            part.iov_base = static_cast<char *>(part.iov_base) + step;
-            part.iov_len -= step;
-            done -= step;
-        }
+        auto done = static_cast<std::size_t>(std::max<ssize_t>(sent, 0));
+        for (iovec &part : parts)
+            advance(part, done);
     }
     return true;
 }
@@ -108,7 +128,7 @@ ssize_t receiveSome(int fd, iovec first, iovec second, Clock::time_point deadlin
     msghdr message = {};
     message.msg_iov = parts;
     message.msg_iovlen = 2;
-    while (setReceiveTimeout(fd, deadline)) {
+    while (setTimeout(fd, SO_RCVTIMEO, deadline)) {
         const ssize_t received = ::recvmsg(fd, &message, 0);
         if (received >= 0)
             return received;

@@ -16,7 +16,7 @@ namespace vela::system::channel
 
 using Clock = std::chrono::steady_clock;
 
-/// Longest time that either side waits for the other within one exchange.
+/// Longest time that an exchange takes, and that opening a channel or fetching a pending reply takes.
 constexpr std::chrono::seconds EXCHANGE_TIMEOUT{30};
 
 /// The folder that holds the channels' sockets: $VELA_CHANNEL_DIR, else $XDG_RUNTIME_DIR/vela, else /run/vela.
@@ -52,8 +52,13 @@ private:
     int m_fd;
 };
 
-/// Writes a message, however many writes it takes; a signal does not end it. False, with errno set, on failure.
-bool sendMessage(int fd, const void *bytes, std::uint32_t length);
+/// Bounds how long the next call on a socket waits: its sends and its connect with `option` SO_SNDTIMEO, its receives
+/// with SO_RCVTIMEO. False, with errno ETIMEDOUT, when the deadline has passed.
+bool setTimeout(int fd, int option, Clock::time_point deadline);
+
+/// Writes a message, however many writes it takes, until `deadline`; a signal does not end it. False, with errno set,
+/// on failure.
+bool sendMessage(int fd, const void *bytes, std::uint32_t length, Clock::time_point deadline);
 
 /// Reads what is there into two buffers, one after the other, waiting for the first byte until `deadline`. Returns the
 /// number of bytes, 0 at the end of the stream, -1 with errno set on failure (ETIMEDOUT when nothing came).

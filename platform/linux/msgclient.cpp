@@ -39,14 +39,16 @@ channel::Descriptor connectTo(const std::string &path)
     channel::Descriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     if (!socket.isOpen())
         return socket;
-    const timeval timeout = {channel::EXCHANGE_TIMEOUT.count(), 0};
-    ::setsockopt(socket.get(), SOL_SOCKET, SO_SNDTIMEO, &timeout, sizeof timeout);
 
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
     std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
-    int result = 0;
+    const auto deadline = Clock::now() + channel::EXCHANGE_TIMEOUT;
+    int result = -1;
     do {
+        // The connect waits where many clients do already.
+        if (!channel::setTimeout(socket.get(), SO_SNDTIMEO, deadline))
+            break;
         result = ::connect(socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address);
     } while (result != 0 && errno == EINTR);
     if (result != 0) {
@@ -66,11 +68,10 @@ int keepPending(_msgclient_open &client, std::uint32_t length, const void *arriv
     return MSGCLIENT_TRUNCATED;
 }
 
-int receiveReply(_msgclient_open &client, void *reply, std::size_t capacity, int *replyLength)
+int receiveReply(_msgclient_open &client, void *reply, std::size_t capacity, int *replyLength,
+                 Clock::time_point deadline)
 {
     const int fd = client.socket.get();
-    const auto deadline = Clock::now() + channel::EXCHANGE_TIMEOUT;
-
     // The length and, as a rule, the whole reply arrive in one go.
     std::uint32_t length = 0;
     const ssize_t received = channel::receiveSome(fd, {&length, sizeof length}, {reply, capacity}, deadline);
@@ -117,9 +118,10 @@ VELA_SYSTEM_EXPORT int msgclient_putget(_msgclient_open *client, const void *req
     if (!client || !request || request_length < 0 || reply_capacity < 0 || !reply_length || client->pendingLength > 0)
         return FAILED;
     try {
-        if (!channel::sendMessage(client->socket.get(), request, static_cast<std::uint32_t>(request_length)))
+        const auto deadline = Clock::now() + channel::EXCHANGE_TIMEOUT;
+        if (!channel::sendMessage(client->socket.get(), request, static_cast<std::uint32_t>(request_length), deadline))
             return FAILED;
-        return receiveReply(*client, reply, static_cast<std::size_t>(reply_capacity), reply_length);
+        return receiveReply(*client, reply, static_cast<std::size_t>(reply_capacity), reply_length, deadline);
     } catch (const std::bad_alloc &) {
         return FAILED;
     }

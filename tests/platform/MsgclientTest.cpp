@@ -77,7 +77,8 @@ protected:
 
     static void reply(int fd, const std::string &bytes)
     {
-        EXPECT_TRUE(channel::sendMessage(fd, bytes.data(), static_cast<std::uint32_t>(bytes.size())));
+        EXPECT_TRUE(channel::sendMessage(fd, bytes.data(), static_cast<std::uint32_t>(bytes.size()),
+                                         channel::Clock::now() + channel::EXCHANGE_TIMEOUT));
     }
 
     int exchange(_msgclient_open *client, const std::string &request, std::size_t capacity)
@@ -219,6 +220,27 @@ TEST_F(MsgclientTest, AServerThatGoesAwayIsAFailureAndNoSignal)
         msgclient_close(client);
         server.join();
     }
+}
+
+TEST_F(MsgclientTest, AServerThatTakesARequestInDribsAndDrabsDoesNotHoldUpItsClient)
+{
+    int ends[2] = {-1, -1};
+    ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends), 0);
+    const Descriptor client(ends[0]);
+    Descriptor server(ends[1]);
+    std::thread reader([&server] {
+        std::vector<char> bytes(4096);
+        while (::read(server.get(), bytes.data(), bytes.size()) > 0)
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    });
+    const std::vector<char> request(4 * 1024 * 1024);
+    const auto start = channel::Clock::now();
+    EXPECT_FALSE(channel::sendMessage(client.get(), request.data(), static_cast<std::uint32_t>(request.size()),
+                                      start + std::chrono::milliseconds(200)));
+    EXPECT_EQ(errno, ETIMEDOUT);
+    EXPECT_LT(channel::Clock::now() - start, std::chrono::seconds(3)) << "all of it would take five";
+    ::shutdown(client.get(), SHUT_RDWR);
+    reader.join();
 }
 
 TEST_F(MsgclientTest, BadArgumentsAreRefused)
