@@ -197,9 +197,11 @@ std::string FindSql::nameCondition(int op, const QString &term)
 {
     if (op != SearchOperator::Contains)
         return foldedText("p.name_key", op, term);
-    const QStringList starts = words(term);
-    if (starts.isEmpty())
+    if (term.isEmpty())
         return EVERYTHING;
+    const QStringList starts = words(searchKey(term));
+    if (starts.isEmpty())
+        return foldedText("p.name_key", op, term);
     return "p.id IN (SELECT rowid FROM name_index WHERE name_index MATCH " + bind(matchExpression(starts)) + ")";
 }
 

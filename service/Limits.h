@@ -29,6 +29,10 @@ constexpr int RULE_COUNT = 500;
 constexpr int PAGE_SIZE = 10000;
 /// Most locations, auxiliary records, tags or aliases of a place, and properties of a record.
 constexpr int LIST_LENGTH = 1000;
+/// Longest name, tag and term, in UTF-16 units.
+constexpr int TEXT_LENGTH = 4096;
+/// Most words of a term whose words are searched for.
+constexpr int TERM_WORDS = 64;
 /// Most recent search terms that are kept.
 constexpr int SEARCH_TERMS = 100;
 

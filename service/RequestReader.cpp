@@ -4,6 +4,8 @@
 
 #include "Limits.h"
 #include "places/Place.h"
+#include "places/SearchOperator.h"
+#include "TextKeys.h"
 
 namespace placesd
 {
@@ -11,6 +13,7 @@ namespace placesd
 using namespace orix_places_protocol;
 using vela::platform::places::Place;
 using vela::platform::places::Provider;
+using vela::platform::places::SearchOperator;
 
 // One field a line, in wire order.
 // clang-format off
@@ -41,7 +44,8 @@ bool RequestReader::readIdAndText(qint64 &id, QString &text)
 {
     return decode(id)
         && decodeQString(text)
-        && testBuffer();
+        && testBuffer()
+        && admitText(text);
 }
 
 bool RequestReader::readGetPlace(qint64 &id, QString &externalId, QString &type, QString &searchTerm)
@@ -123,6 +127,8 @@ bool RequestReader::readRule(Rule &rule, int depth)
     if (!hasElement || members < 0)
         return false;
     rule.text = QString::fromStdString(text);
+    if (!admitText(rule.text) || (rule.op == SearchOperator::Contains && !admitWords(rule.text)))
+        return false;
     for (int i = 0; i < members; ++i) {
         if (!readRule(rule.members.emplace_back(), depth + 1))
             return false;
@@ -165,6 +171,16 @@ bool RequestReader::admitNode(int depth)
     if (depth >= limits::RULE_DEPTH || ++m_nodes > limits::RULE_COUNT)
         return refuse(ReturnCode::LimitExceeded);
     return true;
+}
+
+bool RequestReader::admitText(const QString &text)
+{
+    return text.size() <= limits::TEXT_LENGTH || refuse(ReturnCode::LimitExceeded);
+}
+
+bool RequestReader::admitWords(const QString &term)
+{
+    return words(term).size() <= limits::TERM_WORDS || refuse(ReturnCode::LimitExceeded);
 }
 
 bool RequestReader::refuse(ReturnCode problem)

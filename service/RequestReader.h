@@ -54,6 +54,8 @@ private:
     bool readExternalIds();
     /// Counts a node against the limits.
     bool admitNode(int depth);
+    bool admitText(const QString &text);
+    bool admitWords(const QString &term);
     bool refuse(orix_places_protocol::ReturnCode problem);
 
     orix_places_protocol::ReturnCode m_problem = orix_places_protocol::ReturnCode::TransportFailed;

@@ -55,7 +55,10 @@ ReturnCode accept(const PlacePrivate &place)
 {
     constexpr int KEPT = PlacePrivate::InRecentBucket | PlacePrivate::ExplicitlySaved;
     const auto &records = place.auxiliaryData();
-    const bool tooLong = place.locations().size() > limits::LIST_LENGTH || records.size() > limits::LIST_LENGTH
+    const auto isLong = [](const QString &text) { return text.size() > limits::TEXT_LENGTH; };
+    const bool tooLong = isLong(place.name()) || isLong(place.searchTerm())
+                         || std::any_of(place.tags().begin(), place.tags().end(), isLong)
+                         || place.locations().size() > limits::LIST_LENGTH || records.size() > limits::LIST_LENGTH
                          || place.tags().size() > limits::LIST_LENGTH || place.aliases().size() > limits::LIST_LENGTH
                          || std::any_of(records.begin(), records.end(), [](const AuxiliaryData &record) {
                                 return record.properties().size() > limits::LIST_LENGTH;

@@ -69,21 +69,22 @@ CREATE TABLE search_term(
 ) WITHOUT ROWID;
 
 CREATE VIRTUAL TABLE name_index USING fts5(
-    name, content='place', content_rowid='id', tokenize='unicode61 remove_diacritics 2', prefix='1 2 3', detail=full);
+    name_key, content='place', content_rowid='id', prefix='1 2 3',
+    tokenize="unicode61 remove_diacritics 0 categories 'L* N* M* Co So'");
 CREATE VIRTUAL TABLE position USING rtree(id, south, north, west, east);
 
 CREATE TRIGGER place_added AFTER INSERT ON place BEGIN
-    INSERT INTO name_index(rowid, name) VALUES (new.id, new.name);
+    INSERT INTO name_index(rowid, name_key) VALUES (new.id, new.name_key);
     INSERT INTO position SELECT new.id, new.latitude, new.latitude, new.longitude, new.longitude
         WHERE new.latitude IS NOT NULL;
 END;
 CREATE TRIGGER place_removed AFTER DELETE ON place BEGIN
-    INSERT INTO name_index(name_index, rowid, name) VALUES ('delete', old.id, old.name);
+    INSERT INTO name_index(name_index, rowid, name_key) VALUES ('delete', old.id, old.name_key);
     DELETE FROM position WHERE id = old.id;
 END;
-CREATE TRIGGER place_renamed AFTER UPDATE OF name ON place WHEN old.name <> new.name BEGIN
-    INSERT INTO name_index(name_index, rowid, name) VALUES ('delete', old.id, old.name);
-    INSERT INTO name_index(rowid, name) VALUES (new.id, new.name);
+CREATE TRIGGER place_renamed AFTER UPDATE OF name_key ON place WHEN old.name_key <> new.name_key BEGIN
+    INSERT INTO name_index(name_index, rowid, name_key) VALUES ('delete', old.id, old.name_key);
+    INSERT INTO name_index(rowid, name_key) VALUES (new.id, new.name_key);
 END;
 CREATE TRIGGER place_moved AFTER UPDATE OF latitude, longitude ON place
 WHEN old.latitude IS NOT new.latitude OR old.longitude IS NOT new.longitude BEGIN

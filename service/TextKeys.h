@@ -4,20 +4,22 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
-/// The forms in which texts are compared and sorted.
+/// The forms in which texts are compared, searched and sorted. The full-text index holds search keys and takes for a
+/// word what words() takes for one, so that every operator sees a name alike.
 namespace placesd
 {
 
-/// Without case and accents: what two texts have in common that are the same to whoever searches.
+/// Without case and accents: what two texts have in common that are the same to whoever searches. Signs that are no
+/// accents, such as the vowels of many scripts, stay.
 QString searchKey(const QString &text);
 
 /// Without case: what names are sorted by, whatever the locale.
 QString sortKey(const QString &text);
 
-/// The words of a text: runs of letters, digits and marks.
+/// The words of a text, each once: runs of letters, digits, marks and pictographs.
 QStringList words(const QString &text);
 
-/// True when every word of `term` starts a word of `text`.
+/// True when every word of `term` starts a word of `text`; where the term has no words, when it occurs in the text.
 bool containsWords(const QString &text, const QString &term);
 
 } // namespace placesd

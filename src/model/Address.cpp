@@ -3,8 +3,7 @@
 #include "places/Address.h"
 
 #include "model/AddressPrivate.h"
-
-#include <QtCore/QLatin1String>
+#include "model/Latin1.h"
 
 #include <algorithm>
 
@@ -16,11 +15,9 @@ namespace
 
 /// By AddressPrivate::Part.
 constexpr QLatin1String KEYS[AddressPrivate::PartCount] = {
-    QLatin1String("_label"),      QLatin1String("_room"),        QLatin1String("_floor"),
-    QLatin1String("_building"),   QLatin1String("_campus"),      QLatin1String("_houseNumber"),
-    QLatin1String("_street"),     QLatin1String("_city"),        QLatin1String("_region"),
-    QLatin1String("_country"),    QLatin1String("_2_letter_cc"), QLatin1String("_3_letter_cc"),
-    QLatin1String("_postalCode"),
+    latin1("_label"),       latin1("_room"),        latin1("_floor"),      latin1("_building"), latin1("_campus"),
+    latin1("_houseNumber"), latin1("_street"),      latin1("_city"),       latin1("_region"),   latin1("_country"),
+    latin1("_2_letter_cc"), latin1("_3_letter_cc"), latin1("_postalCode"),
 };
 
 /// Shared by all addresses without a floor.

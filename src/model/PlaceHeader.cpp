@@ -4,6 +4,7 @@
 
 #include "manager/PlaceManagerPrivate.h"
 #include "model/AddressPrivate.h"
+#include "model/Latin1.h"
 #include "model/LocationPrivate.h"
 #include "model/MapLink.h"
 #include "model/PlaceHeaderPrivate.h"
@@ -27,28 +28,28 @@ struct MaskEntry
 /// The tags that a header knows of, in the order of their bits. The texts are those of Tags, written again because some
 /// of those are objects that may not exist yet when another library's static objects ask.
 constexpr MaskEntry TAG_BITS[] = {
-    {QLatin1String("lbs-favorite"), 0x1000},
-    {QLatin1String("lbs-my-home"), 0x2000},
-    {QLatin1String("lbs-my-work"), 0x4000},
-    {QLatin1String("lbs-home"), 0x8000},
-    {QLatin1String("lbs-work"), 0x10000},
-    {QLatin1String("lbs-airport"), 0x20000},
-    {QLatin1String("lbs-automotive"), 0x40000},
-    {QLatin1String("lbs-bank"), 0x80000},
-    {QLatin1String("lbs-entertainment"), 0x100000},
-    {QLatin1String("lbs-health-care"), 0x200000},
-    {QLatin1String("lbs-lodging"), 0x400000},
-    {QLatin1String("lbs-personal-services"), 0x800000},
-    {QLatin1String("lbs-public-offices"), 0x1000000},
-    {QLatin1String("lbs-restaurant"), 0x2000000},
-    {QLatin1String("lbs-shopping"), 0x4000000},
-    {QLatin1String("lbs-travel"), 0x8000000},
+    {latin1("lbs-favorite"), 0x1000},
+    {latin1("lbs-my-home"), 0x2000},
+    {latin1("lbs-my-work"), 0x4000},
+    {latin1("lbs-home"), 0x8000},
+    {latin1("lbs-work"), 0x10000},
+    {latin1("lbs-airport"), 0x20000},
+    {latin1("lbs-automotive"), 0x40000},
+    {latin1("lbs-bank"), 0x80000},
+    {latin1("lbs-entertainment"), 0x100000},
+    {latin1("lbs-health-care"), 0x200000},
+    {latin1("lbs-lodging"), 0x400000},
+    {latin1("lbs-personal-services"), 0x800000},
+    {latin1("lbs-public-offices"), 0x1000000},
+    {latin1("lbs-restaurant"), 0x2000000},
+    {latin1("lbs-shopping"), 0x4000000},
+    {latin1("lbs-travel"), 0x8000000},
 };
 
 constexpr MaskEntry TYPE_BITS[] = {
-    {QLatin1String("calendar"), PlaceHeaderPrivate::HasCalendarData},
-    {QLatin1String("contact"), PlaceHeaderPrivate::HasContactData},
-    {QLatin1String("poi"), PlaceHeaderPrivate::HasPointOfInterestData},
+    {latin1("calendar"), PlaceHeaderPrivate::HasCalendarData},
+    {latin1("contact"), PlaceHeaderPrivate::HasContactData},
+    {latin1("poi"), PlaceHeaderPrivate::HasPointOfInterestData},
 };
 
 /// The bit of a tag or type; 0 when it has none.

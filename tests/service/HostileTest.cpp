@@ -35,6 +35,14 @@ std::string find(int count, int offset, const Fields &searchRule,
                    + searchRule + sortRule + Fields{i32(-1), i32(-1)});
 }
 
+std::string manyWords(int count)
+{
+    std::string words;
+    for (int i = 0; i < count; ++i)
+        words += "w" + std::to_string(i) + " ";
+    return words;
+}
+
 const std::string TAGS = message(head(9));
 const std::string ADD = message(head(1, 2) + sample::placeFields(-1, ""));
 
@@ -77,6 +85,10 @@ TEST(AService, AnswersWhatItDoesNotUnderstandWithACodeAndGoesOn)
         {"an unknown field", find(1, 0, rule(3, 9, 1, "", 0)), 66},
         {"an unknown operator", find(1, 0, rule(13, 4, 77, "x", 0)), 66},
         {"an unknown sort field", find(1, 0, everything, {i32(2), i32(1), i32(77), i32(0)}), 66},
+        {"a term of many words", find(1, 0, rule(13, 4, 7, manyWords(65), 0)), 62},
+        {"a term of as many words as may be", find(1, 0, rule(13, 2, 7, manyWords(64), 0)), 0},
+        {"a long term", find(1, 0, rule(13, 4, 2, std::string(4097, 'x'), 0)), 62},
+        {"a long tag", message(head(7) + Fields{i64(1), text(std::string(4097, 'x'))}), 62},
         {"a term that is SQL", find(1, 0, rule(13, 4, 7, "\") OR 1=1 --", 0)), 0},
         {"a term that is no text", find(1, 0, rule(13, 4, 2, std::string("\xFF\x00\xC0", 3), 0)), 0},
     };

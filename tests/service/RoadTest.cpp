@@ -102,23 +102,41 @@ TEST_F(RoadTest, APlaceComesBackAsItWasStored)
 
 TEST_F(RoadTest, NamesAreFoundByTheBeginningsOfTheirWords)
 {
-    for (const char *name :
-         {"Café de la Paix", "Zürich Airport", "São Paulo", "Saint-Étienne", "東京タワー", "100% \"Real\" *"})
+    for (const char *name : {"Café de la Paix", "Zürich Airport", "São Paulo", "Saint-Étienne", "東京タワー",
+                             "100% \"Real\" *", "🏠", "Ｗｅｉßer ﬁsh", "दिल्ली", "かき"})
         add(name);
     const struct
     {
         const char *term;
         std::vector<std::string> found;
     } cases[] = {
-        {"cafe", {"Café de la Paix"}},   {"PAIX CAF", {"Café de la Paix"}},    {"afe", {}},
-        {"zur air", {"Zürich Airport"}}, {"zürich", {"Zürich Airport"}},       {"sao", {"São Paulo"}},
-        {"étienne", {"Saint-Étienne"}},  {"saint-etienne", {"Saint-Étienne"}}, {"東京", {"東京タワー"}},
-        {"\"real\" OR cafe", {}},        {"100 real", {"100% \"Real\" *"}},    {"name:cafe", {}},
+        {"cafe", {"Café de la Paix"}},
+        {"PAIX CAF", {"Café de la Paix"}},
+        {"afe", {}},
+        {"zur air", {"Zürich Airport"}},
+        {"zürich", {"Zürich Airport"}},
+        {"sao", {"São Paulo"}},
+        {"étienne", {"Saint-Étienne"}},
+        {"saint-etienne", {"Saint-Étienne"}},
+        {"東京", {"東京タワー"}},
+        {"\"real\" OR cafe", {}},
+        {"100 real", {"100% \"Real\" *"}},
+        {"name:cafe", {}},
         {"'; DROP TABLE place; --", {}},
+        {"🏠", {"🏠"}},
+        {"weisser FISH", {"Ｗｅｉßer ﬁsh"}},
+        {"दल", {}},
+        {"दि", {"दिल्ली"}},
+        {"がき", {}},
+        {"*", {"100% \"Real\" *"}},
+        {"% \"", {"100% \"Real\" *"}},
     };
     for (const auto &row : cases)
         EXPECT_EQ(names(manager.findPlaces(QString::fromUtf8(row.term), &error)), row.found) << row.term;
-    EXPECT_EQ(names(manager.findPlaces(QString())).size(), 6U);
+    EXPECT_EQ(names(manager.findPlaces(QString())).size(), 10U);
+    for (const char *name : {"weisser fish", "ｗｅｉßer fish"})
+        EXPECT_EQ(count(SearchRule::createNameRule(SearchOperator::Equals, QString::fromUtf8(name))), 1U) << name;
+    EXPECT_EQ(count(SearchRule::createNameRule(SearchOperator::Equals, QStringLiteral("がき"))), 0U);
 }
 
 TEST_F(RoadTest, EveryOperatorMeansWhatItSays)
