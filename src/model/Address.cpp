@@ -3,7 +3,8 @@
 #include "places/Address.h"
 
 #include "model/AddressPrivate.h"
-#include "model/Latin1.h"
+
+#include <QtCore/QLatin1String>
 
 #include <algorithm>
 
@@ -14,10 +15,9 @@ namespace
 {
 
 /// By AddressPrivate::Part.
-constexpr QLatin1String KEYS[AddressPrivate::PartCount] = {
-    latin1("_label"),       latin1("_room"),        latin1("_floor"),      latin1("_building"), latin1("_campus"),
-    latin1("_houseNumber"), latin1("_street"),      latin1("_city"),       latin1("_region"),   latin1("_country"),
-    latin1("_2_letter_cc"), latin1("_3_letter_cc"), latin1("_postalCode"),
+constexpr const char *KEYS[AddressPrivate::PartCount] = {
+    "_label", "_room",   "_floor",   "_building",    "_campus",      "_houseNumber", "_street",
+    "_city",  "_region", "_country", "_2_letter_cc", "_3_letter_cc", "_postalCode",
 };
 
 /// Shared by all addresses without a floor.
@@ -30,7 +30,9 @@ const QString &noFloorText()
 /// Index of the part under `key`; PartCount when it is none.
 std::size_t partUnder(const QString &key)
 {
-    return static_cast<std::size_t>(std::find(std::begin(KEYS), std::end(KEYS), key) - std::begin(KEYS));
+    const auto found =
+        std::find_if(std::begin(KEYS), std::end(KEYS), [&key](const char *part) { return key == QLatin1String(part); });
+    return static_cast<std::size_t>(found - std::begin(KEYS));
 }
 
 /// Appends `part`, if there is one, behind whatever stands there already.

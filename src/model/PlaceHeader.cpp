@@ -4,7 +4,6 @@
 
 #include "manager/PlaceManagerPrivate.h"
 #include "model/AddressPrivate.h"
-#include "model/Latin1.h"
 #include "model/LocationPrivate.h"
 #include "model/MapLink.h"
 #include "model/PlaceHeaderPrivate.h"
@@ -21,35 +20,35 @@ namespace
 
 struct MaskEntry
 {
-    QLatin1String text;
+    const char *text;
     qint64 bit;
 };
 
 /// The tags that a header knows of, in the order of their bits. The texts are those of Tags, written again because some
 /// of those are objects that may not exist yet when another library's static objects ask.
 constexpr MaskEntry TAG_BITS[] = {
-    {latin1("lbs-favorite"), 0x1000},
-    {latin1("lbs-my-home"), 0x2000},
-    {latin1("lbs-my-work"), 0x4000},
-    {latin1("lbs-home"), 0x8000},
-    {latin1("lbs-work"), 0x10000},
-    {latin1("lbs-airport"), 0x20000},
-    {latin1("lbs-automotive"), 0x40000},
-    {latin1("lbs-bank"), 0x80000},
-    {latin1("lbs-entertainment"), 0x100000},
-    {latin1("lbs-health-care"), 0x200000},
-    {latin1("lbs-lodging"), 0x400000},
-    {latin1("lbs-personal-services"), 0x800000},
-    {latin1("lbs-public-offices"), 0x1000000},
-    {latin1("lbs-restaurant"), 0x2000000},
-    {latin1("lbs-shopping"), 0x4000000},
-    {latin1("lbs-travel"), 0x8000000},
+    {"lbs-favorite", 0x1000},
+    {"lbs-my-home", 0x2000},
+    {"lbs-my-work", 0x4000},
+    {"lbs-home", 0x8000},
+    {"lbs-work", 0x10000},
+    {"lbs-airport", 0x20000},
+    {"lbs-automotive", 0x40000},
+    {"lbs-bank", 0x80000},
+    {"lbs-entertainment", 0x100000},
+    {"lbs-health-care", 0x200000},
+    {"lbs-lodging", 0x400000},
+    {"lbs-personal-services", 0x800000},
+    {"lbs-public-offices", 0x1000000},
+    {"lbs-restaurant", 0x2000000},
+    {"lbs-shopping", 0x4000000},
+    {"lbs-travel", 0x8000000},
 };
 
 constexpr MaskEntry TYPE_BITS[] = {
-    {latin1("calendar"), PlaceHeaderPrivate::HasCalendarData},
-    {latin1("contact"), PlaceHeaderPrivate::HasContactData},
-    {latin1("poi"), PlaceHeaderPrivate::HasPointOfInterestData},
+    {"calendar", PlaceHeaderPrivate::HasCalendarData},
+    {"contact", PlaceHeaderPrivate::HasContactData},
+    {"poi", PlaceHeaderPrivate::HasPointOfInterestData},
 };
 
 /// The bit of a tag or type; 0 when it has none.
@@ -57,7 +56,7 @@ template <std::size_t Size>
 qint64 bitOf(const MaskEntry (&table)[Size], const QString &text)
 {
     for (const MaskEntry &entry : table) {
-        if (entry.text == text)
+        if (text == QLatin1String(entry.text))
             return entry.bit;
     }
     return 0;
