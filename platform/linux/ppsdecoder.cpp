@@ -6,9 +6,14 @@
 
 #include <rapidjson/document.h>
 
+#include <charconv>
+#include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <new>
 #include <vector>
+
+#include <locale.h>
 
 namespace
 {
@@ -38,6 +43,38 @@ bool nestsTooDeep(const char *text)
     return false;
 }
 
+/// A document whose numbers the C library converts: the parser's own conversions are a bit off, or undefined for a zero
+/// with an exponent.
+class ExactDocument : public rapidjson::Document
+{
+public:
+    /// Parses in place; false when the text is not JSON or holds a number that is too large.
+    bool parse(char *text)
+    {
+        constexpr unsigned FLAGS =
+            rapidjson::kParseInsituFlag | rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag;
+        rapidjson::InsituStringStream stream(text);
+        rapidjson::Reader reader;
+        auto build = [&](rapidjson::Document &) { return !reader.Parse<FLAGS>(stream, *this).IsError(); };
+        SetNull();
+        Populate(build);
+        return !reader.HasParseError();
+    }
+
+    /// What the parser calls for each number. Behind the digits stands whatever ends them in the text.
+    bool RawNumber(const char *digits, rapidjson::SizeType length, bool)
+    {
+        std::int64_t integer = 0;
+        const char *end = digits + length;
+        const auto [stop, error] = std::from_chars(digits, end, integer);
+        if (stop == end && error == std::errc())
+            return Int64(integer);
+        static const locale_t cLocale = newlocale(LC_ALL_MASK, "C", nullptr);
+        const double real = strtod_l(digits, nullptr, cLocale);
+        return std::isfinite(real) && Double(real);
+    }
+};
+
 class Decoder
 {
 public:
@@ -45,14 +82,7 @@ public:
     {
         m_entered.clear();
         m_document.SetNull();
-        if (!text || nestsTooDeep(text))
-            return PPS_ERROR_SYNTAX;
-        m_document.ParseInsitu<rapidjson::kParseIterativeFlag>(text);
-        if (m_document.HasParseError()) {
-            m_document.SetNull();
-            return PPS_ERROR_SYNTAX;
-        }
-        return PPS_OK;
+        return text && !nestsTooDeep(text) && m_document.parse(text) ? PPS_OK : PPS_ERROR_SYNTAX;
     }
 
     pps_status_t push(const char *name)
@@ -133,7 +163,7 @@ private:
         }
     };
 
-    rapidjson::Document m_document;
+    ExactDocument m_document;
     std::vector<Level> m_entered;
 };
 

@@ -124,9 +124,41 @@ TEST(PpsDecoder, MembersAreFoundByNameAndElementsInTurn)
     EXPECT_EQ(pps_decoder_push(&d.decoder, "n"), PPS_ERROR_TYPE);
 }
 
+TEST(PpsDecoder, ReadsTheNumberThatWasWrittenToItsLastBit)
+{
+    for (const double number : {178.98653096289559, 61.108574560936972, -97.35220071018621, 5e-324}) {
+        Encoder e;
+        pps_encoder_start_array(&e.encoder, "");
+        pps_encoder_add_double(&e.encoder, nullptr, number);
+        pps_encoder_end_array(&e.encoder);
+        Decoder d(pps_encoder_buffer(&e.encoder));
+        double read = 0;
+        pps_decoder_push(&d.decoder, nullptr);
+        EXPECT_EQ(pps_decoder_get_double(&d.decoder, nullptr, &read), PPS_OK);
+        EXPECT_EQ(read, number);
+    }
+    const struct
+    {
+        const char *json;
+        double expected;
+    } cases[] = {
+        {"[0e300]", 0},     {"[-0.0E5]", 0}, {"[1e-400]", 0},
+        {"[1.5,2]", 1.5},   {"[3 ]", 3},     {"[18446744073709551616]", 18446744073709551616.0},
+        {"[100000e-5]", 1},
+    };
+    for (const auto &row : cases) {
+        Decoder d(row.json);
+        double read = -1;
+        pps_decoder_push(&d.decoder, nullptr);
+        EXPECT_EQ(pps_decoder_get_double(&d.decoder, nullptr, &read), PPS_OK) << row.json;
+        EXPECT_EQ(read, row.expected) << row.json;
+    }
+}
+
 TEST(PpsDecoder, WhatIsNoJsonIsRefused)
 {
-    for (const char *json : {"", "{", "{\"a\":}", "[1,]", "nonsense", "{} {}", "\"\\ud800", "[1e999]"}) {
+    for (const char *json : {"", "{", "{\"a\":}", "[1,]", "nonsense", "{} {}", "\"\\ud800", "[1e999]", "[0x10]",
+                             "[1.8e308]", "[01]", "[1.]"}) {
         Decoder d(json);
         EXPECT_EQ(d.status, PPS_ERROR_SYNTAX) << json;
         EXPECT_EQ(d.string("a"), "(none)");
