@@ -1,0 +1,48 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <places/SharedAuxiliaryDataView.h>
+
+#include <QtCore/QDateTime>
+
+namespace vela::platform::places
+{
+
+class ReviewData;
+extern template class PLACES_EXPORT SharedAuxiliaryDataView<ReviewData>;
+
+/// A record of type "lbs-review" seen as a user's review of the place; url() leads to its page. A text that is not
+/// known is empty.
+class PLACES_EXPORT ReviewAuxiliaryData : public SharedAuxiliaryDataView<ReviewData>
+{
+public:
+    using SharedAuxiliaryDataView::SharedAuxiliaryDataView;
+
+    /// True when the record is of type "lbs-review" and has a rating.
+    [[nodiscard]] bool isValid() const;
+
+    [[nodiscard]] QString title() const;
+    void setTitle(const QString &title);
+
+    /// Rating on the provider's own scale; NaN when unset, 0 when the record holds no number.
+    [[nodiscard]] double rating() const;
+    void setRating(double rating);
+
+    /// The first lines of the review.
+    [[nodiscard]] QString abstract() const;
+    void setAbstract(const QString &abstract);
+
+    [[nodiscard]] QString fullText() const;
+    void setFullText(const QString &text);
+
+    /// Name of the reviewer.
+    [[nodiscard]] QString userName() const;
+    void setUserName(const QString &name);
+
+    /// When the review was written, to the second, in local time, 1970 to 2106; 1970-01-01T00:00:00 UTC when unset or
+    /// unreadable. A time that is null or outside these years is kept as 2106-02-07T06:28:15 UTC.
+    [[nodiscard]] QDateTime creationTime() const;
+    void setCreationTime(const QDateTime &time);
+};
+
+} // namespace vela::platform::places

@@ -1,0 +1,36 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "places/ImageAuxiliaryData.h"
+
+#include "auxdata/SharedAuxiliaryData.h"
+
+namespace vela::platform::places
+{
+
+class ImageData : public SharedAuxiliaryData
+{
+public:
+    using SharedAuxiliaryData::SharedAuxiliaryData;
+    ImageData()
+        : SharedAuxiliaryData(AuxiliaryData::TypeImage)
+    {}
+};
+
+template class SharedAuxiliaryDataView<ImageData>;
+
+bool ImageAuxiliaryData::isValid() const
+{
+    return isOfType(AuxiliaryData::TypeImage) && url().isValid();
+}
+
+QString ImageAuxiliaryData::description() const
+{
+    return text(QStringLiteral("description"));
+}
+
+void ImageAuxiliaryData::setDescription(const QString &description)
+{
+    setText(QStringLiteral("description"), description);
+}
+
+} // namespace vela::platform::places

@@ -1,0 +1,27 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QtCore/QDateTime>
+
+#include <limits>
+
+/// Times as records keep them: seconds since 1970-01-01T00:00:00 UTC in 32 bits without a sign.
+namespace vela::platform::places::unixtime
+{
+
+/// What stands for a time that has no such number. It reads as the last second that has one.
+constexpr quint32 INEXPRESSIBLE = std::numeric_limits<quint32>::max();
+
+inline quint32 fromDateTime(const QDateTime &time)
+{
+    const qint64 seconds = time.isValid() ? time.toSecsSinceEpoch() : -1;
+    return seconds < 0 || seconds > INEXPRESSIBLE ? INEXPRESSIBLE : static_cast<quint32>(seconds);
+}
+
+/// The same instant in local time.
+inline QDateTime toDateTime(quint32 seconds)
+{
+    return QDateTime::fromSecsSinceEpoch(seconds);
+}
+
+} // namespace vela::platform::places::unixtime
