@@ -5,6 +5,7 @@
 #include "auxdata/AuxiliaryDataPrivate.h"
 #include "auxdata/PointOfInterestAuxiliaryDataPrivate.h"
 #include "protocol/PPSDecoder.h"
+#include "protocol/PPSEncoder.h"
 
 #include <QtCore/QByteArray>
 
@@ -89,7 +90,7 @@ Category readCategory(PPSDecoder &decoder)
     return category;
 }
 
-void writeCategory(pps_encoder_t &encoder, const Category &category)
+void writeCategory(PPSEncoder &encoder, const Category &category)
 {
     pps_encoder_start_object(&encoder, nullptr);
     pps_encoder_add_string(&encoder, "code", category.code().toLatin1().constData());
@@ -173,15 +174,14 @@ QList<Category> PointOfInterestAuxiliaryDataPrivate::categories() const
 
 void PointOfInterestAuxiliaryDataPrivate::setCategories(const QList<Category> &categories)
 {
-    pps_encoder_t encoder = {};
-    pps_encoder_initialize(&encoder, true);
-    pps_encoder_reset(&encoder);
+    PPSEncoder encoder;
+    if (!encoder.init())
+        return;
     pps_encoder_start_array(&encoder, "");
     for (const Category &category : categories)
         writeCategory(encoder, category);
     pps_encoder_end_array(&encoder);
     setStringProperty(QStringLiteral("categories"), QString::fromLatin1(pps_encoder_buffer(&encoder)));
-    pps_encoder_cleanup(&encoder);
 }
 
 PointOfInterestAuxiliaryData::PointOfInterestAuxiliaryData()

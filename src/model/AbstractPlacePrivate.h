@@ -3,8 +3,10 @@
 
 #include "model/PlaceId.h"
 #include "places/AbstractPlace.h"
+#include "places/Location.h"
 
 #include <memory>
+#include <pps.h>
 
 namespace vela::platform::places
 {
@@ -30,6 +32,13 @@ public:
     virtual QString primaryPhoneNumber() const = 0;
     virtual QUrl primaryUrl() const = 0;
     virtual QUrl mapUrl() const = 0;
+    /// Makes this the place of a JSON document whose top-level object the decoder has entered. What the document leaves
+    /// out, or has in another type, is as in a new place; so is everything when there is no such object. `flags` are
+    /// not interpreted. Always true.
+    virtual bool fromJSON(pps_decoder_t &decoder, int flags) = 0;
+    /// Writes the JSON document of the place, a text without characters outside ISO 8859-1, and sets `status` to 1.
+    /// False, with `out` as it was, only when memory does not suffice.
+    virtual bool toJSON(QString &out, int &status) const = 0;
 
     static AbstractPlacePrivate *privateFromPublic(AbstractPlace *place) { return place->d.get(); }
     static const AbstractPlacePrivate *privateFromPublic(const AbstractPlace *place) { return place->d.get(); }
@@ -73,6 +82,14 @@ public:
     bool m_isPrivate = false;
     vela::system::SecurityPerimeter::Type m_securityPerimeter = vela::system::SecurityPerimeter::Default;
     SearchResultCertainty::Type m_certainty = SearchResultCertainty::Unknown;
+
+protected:
+    // The members that the documents of full places and of headers have in common.
+    void encodeJSONCommonData(pps_encoder_t &encoder, int &status) const;
+    bool decodeJSONCommonData(pps_decoder_t &decoder);
+    void encodeJSONLocation(pps_encoder_t &encoder, const Location &location) const;
+    /// False, with the location as it was, when the document has none.
+    bool decodeJSONLocation(pps_decoder_t &decoder, Location &location);
 };
 
 } // namespace vela::platform::places

@@ -150,10 +150,15 @@ bool PlacePrivate::addTag(const QString &tag)
 {
     if (hasTag(tag))
         return false;
+    appendTag(tag);
+    return true;
+}
+
+void PlacePrivate::appendTag(const QString &tag)
+{
     m_tags.append(tag);
     if (const QString alias = aliasOfTag(tag); !alias.isEmpty())
         addAlias(alias);
-    return true;
 }
 
 bool PlacePrivate::removeTag(const QString &tag)

@@ -34,6 +34,8 @@ public:
     QString primaryPhoneNumber() const override;
     QUrl primaryUrl() const override;
     QUrl mapUrl() const override;
+    bool fromJSON(pps_decoder_t &decoder, int flags) override;
+    bool toJSON(QString &out, int &status) const override;
 
     static PlacePrivate *privateFromPublic(Place *place) { return place->privatePart(); }
     static const PlacePrivate *privateFromPublic(const Place *place) { return place->privatePart(); }
@@ -44,6 +46,8 @@ public:
     static QString decodeQuery(const QUrl &url, const QString &key);
 
     bool addTag(const QString &tag);
+    /// Adds a tag that the place does not have yet.
+    void appendTag(const QString &tag);
     bool removeTag(const QString &tag);
     bool hasTag(const QString &tag) const { return m_tags.contains(tag); }
     const QStringList &tags() const { return m_tags; }
