@@ -65,9 +65,9 @@ Category categoryOfCode(const char *code)
 QList<Category> readChildren(PPSDecoder &decoder)
 {
     QList<Category> children;
-    const PPSDecoder::PushResourceManager list(decoder, "children");
-    if (!list.isEntered())
+    if (pps_decoder_type(&decoder, "children") != PPS_TYPE_ARRAY)
         return children;
+    const PPSDecoder::PushResourceManager list(decoder, "children");
     const char *code = nullptr;
     for (int i = 0; i < pps_decoder_length(&decoder); ++i) {
         pps_decoder_goto_index(&decoder, i);
@@ -162,9 +162,9 @@ QList<Category> PointOfInterestAuxiliaryDataPrivate::categories() const
     PPSDecoder decoder;
     if (!decoder.init() || pps_decoder_parse_json_str(&decoder, text.data()) != PPS_OK)
         return categories;
-    const PPSDecoder::PushResourceManager list(decoder, nullptr);
-    if (!list.isEntered())
+    if (pps_decoder_type(&decoder, nullptr) != PPS_TYPE_ARRAY)
         return categories;
+    const PPSDecoder::PushResourceManager list(decoder, nullptr);
     for (int i = 0; i < pps_decoder_length(&decoder); ++i) {
         pps_decoder_goto_index(&decoder, i);
         categories.append(readCategory(decoder));

@@ -330,8 +330,7 @@ bool PlaceHeaderPrivate::toJSON(QString &out, int &status) const
         write(encoder, "complete", false);
         writeUnlessEmpty(encoder, "primaryEmailAddress", m_primaryEmailAddress);
         writeUnlessEmpty(encoder, "primaryPhoneNumber", m_primaryPhoneNumber);
-        // Percent-encoded: a character that the document cannot hold would lead elsewhere as a "?".
-        writeUnlessEmpty(encoder, "primaryUrl", QString::fromLatin1(m_primaryUrl.toEncoded()));
+        writeUnlessEmpty(encoder, "primaryUrl", m_primaryUrl.toString());
         encodeJSONLocation(encoder, m_location);
     });
 }

@@ -246,7 +246,11 @@ TEST(APointOfInterest, KeepsCategoriesAndOneLevelOfChildren)
     EXPECT_EQ(read[1].code(), QStringLiteral("shop"));
     poi.setCategories({});
     EXPECT_TRUE(poi.categories().isEmpty());
-    for (const char *text : {"", "nonsense", "7", "[", "\"code\""})
+    for (const char *text : {"", "nonsense", "7", "[", "\"code\"", R"({"a":{"code":"x"}})"})
         EXPECT_TRUE(poiWith("categories", text).categories().isEmpty()) << text;
-    EXPECT_EQ(poiWith("categories", R"([{"children":[1,"a"]},5])").categories().size(), 2);
+    const QList<Category> odd =
+        poiWith("categories", R"([{"children":[1,"a"]},5,{"children":{"b":"c"}}])").categories();
+    ASSERT_EQ(odd.size(), 3);
+    EXPECT_EQ(odd[0].children().size(), 1);
+    EXPECT_TRUE(odd[2].children().isEmpty());
 }

@@ -93,11 +93,11 @@ TEST(ADocument, HasTheMembersOfAHeaderInTheirOrder)
     sample::fill(place);
     PlaceHeader header;
     PlaceHeaderPrivate::privateFromPublic(&header)->setData(*PlacePrivate::privateFromPublic(&place));
-    PlaceHeaderPrivate::privateFromPublic(&header)->m_primaryUrl = QUrl(QStringLiteral("https://a.example/ж?q=%26"));
+    PlaceHeaderPrivate::privateFromPublic(&header)->m_primaryUrl = QUrl(QStringLiteral("https://a.example/é?q=%26"));
     EXPECT_EQ(written(header), std::string("{") + COMMON
                                    + R"("__externalId":"x:1","__auxDataType":"poi","__dataMask":6437,)"
                                      R"("complete":false,"primaryEmailAddress":"a@b.example",)"
-                                     R"("primaryPhoneNumber":"+41 22","primaryUrl":"https://a.example/%D0%B6?q=%26",)"
+                                     R"("primaryPhoneNumber":"+41 22","primaryUrl":"https://a.example/é?q=%26",)"
                                    + LOCATION + "}");
     EXPECT_THAT(written(PlaceHeader()), HasSubstr(R"("location":{"id":-1,"address":{},"coordinates":{}})"));
 
