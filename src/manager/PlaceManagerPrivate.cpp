@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <type_traits>
 #include <utility>
 
 namespace vela::platform::places
@@ -33,13 +34,6 @@ constexpr int RECENT_AND_SAVED = PlacePrivate::RECENT_AND_SAVED;
 
 /// Most candidates that findEquivalentPlaces() looks at.
 constexpr int MAX_EQUIVALENT_PLACES = 100;
-
-Error::Type report(Error::Type outcome, Error::Type *error)
-{
-    if (error)
-        *error = outcome;
-    return outcome;
-}
 
 Node disjoint(Node rule)
 {
@@ -338,7 +332,7 @@ Error::Type PlaceManagerPrivate::clearRecentlyPickedPlaces() const
 template <typename PlaceType>
 QList<PlaceType *> PlaceManagerPrivate::find(const Query &query, Error::Type *error, SearchHandle *handle)
 {
-    constexpr bool HEADER_ONLY = true;
+    constexpr bool HEADER_ONLY = !std::is_same_v<PlaceType, Place>;
     SearchRule rule = query.rule;
     adjustSearchRule(rule);
 
@@ -352,7 +346,7 @@ QList<PlaceType *> PlaceManagerPrivate::find(const Query &query, Error::Type *er
         [&](auto &answer) { return answer.decodeFindPlaces(found, handle); });
     if (outcome == Error::Success && handle) {
         SearchHandlePrivate &state = *SearchHandlePrivate::privateFromPublic(handle);
-        state.setIndexBehind(query.offset, query.limit);
+        state.setIndexBehind(query.offset, HEADER_ONLY ? query.limit : found.size());
         state.setSearchRule(rule);
         state.setSortRule(query.sort);
         state.setHeaderOnly(HEADER_ONLY);
@@ -362,8 +356,18 @@ QList<PlaceType *> PlaceManagerPrivate::find(const Query &query, Error::Type *er
     return found;
 }
 
+template QList<Place *> PlaceManagerPrivate::find(const Query &, Error::Type *, SearchHandle *);
 template QList<PlaceHeader *> PlaceManagerPrivate::find(const Query &, Error::Type *, SearchHandle *);
 template QList<AbstractPlace *> PlaceManagerPrivate::find(const Query &, Error::Type *, SearchHandle *);
+
+QList<QSharedPointer<AbstractPlace>> PlaceManagerPrivate::findShared(const Query &query, Error::Type *error,
+                                                                     SearchHandle *handle)
+{
+    QList<QSharedPointer<AbstractPlace>> found;
+    for (AbstractPlace *place : find<AbstractPlace>(query, error, handle))
+        found.append(QSharedPointer<AbstractPlace>(place));
+    return found;
+}
 
 QList<PlaceHeader *> PlaceManagerPrivate::findPlaces(const QString &term, Error::Type *error, SearchHandle *handle,
                                                      const SortRule &sort, int offset, int limit, bool includeRemote,
@@ -549,12 +553,9 @@ QList<QSharedPointer<AbstractPlace>> PlaceManagerPrivate::findPlacesByGroup(Sear
                                                                             bool excludeFavorites) const
 {
     Query query{SearchRule(), SortRule(), offset, limit, centre};
-    QList<QSharedPointer<AbstractPlace>> found;
     if (report(buildRules(group, term, centre, excludeFavorites, query.rule, query.sort), error) != Error::Success)
-        return found;
-    for (AbstractPlace *place : find<AbstractPlace>(query, error, handle))
-        found.append(QSharedPointer<AbstractPlace>(place));
-    return found;
+        return {};
+    return findShared(query, error, handle);
 }
 
 unsigned int PlaceManagerPrivate::findPlacesSizeByGroup(SearchResultGroup::Type group, Error::Type *error,
@@ -604,6 +605,13 @@ Error::Type PlaceManagerPrivate::getAuxiliaryData(const AuxiliaryDataRequest &re
 Error::Type PlaceManagerPrivate::getSupportedProviders(QList<Provider> &providers) const
 {
     return Protocol().getSupportedProviders(providers);
+}
+
+Error::Type PlaceManagerPrivate::report(Error::Type outcome, Error::Type *error)
+{
+    if (error)
+        *error = outcome;
+    return outcome;
 }
 
 QString PlaceManagerPrivate::getProcessName()

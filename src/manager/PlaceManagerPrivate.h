@@ -91,9 +91,16 @@ public:
     static void adjustSearchRule(SearchRule &rule);
 
     /// The common find sequence: adjusts the rule, sends the find, and notes in `handle` (which may be null) where the
-    /// next page starts. The caller owns the places.
+    /// next page starts: behind `limit` places or, where full places are asked for, behind those that came. The caller
+    /// owns the places.
+    /// @tparam PlaceType Place for full places; PlaceHeader, or AbstractPlace for whatever comes, for headers.
     template <typename PlaceType>
     static QList<PlaceType *> find(const Query &query, Error::Type *error, SearchHandle *handle);
+    /// The same for headers and full places side by side.
+    static QList<QSharedPointer<AbstractPlace>> findShared(const Query &query, Error::Type *error,
+                                                           SearchHandle *handle);
+    /// Writes an outcome to `error`, unless that is null, and returns it.
+    static Error::Type report(Error::Type outcome, Error::Type *error);
 
 private:
     using CreateRule = SearchRulePrivate::Node (*)(SearchOperator::Type, const QString &);

@@ -11,6 +11,7 @@
 #include "search/SearchHandlePrivate.h"
 #include "support/FakeChannel.h"
 #include "support/FakeSystem.h"
+#include "support/FindRequest.h"
 #include "support/SamplePlace.h"
 
 #include <gmock/gmock.h>
@@ -19,6 +20,9 @@
 
 using namespace vela::platform::places;
 using namespace wire;
+using find::disjoint;
+using find::findBody;
+using find::ruleOf;
 using testing::IsEmpty;
 using Rules = SearchRulePrivate;
 
@@ -26,30 +30,6 @@ namespace
 {
 
 const Fields NO_MORE = {flag(true), i32(0), i32(-1), i32(-1)};
-
-/// The body of a find with this rule and sort rule, as the encoder writes it.
-std::string findBody(const SearchRule &rule, const SortRule &sort, int offset, int limit,
-                     const Coordinates &centre = Coordinates())
-{
-    orix_places_protocol::PlacesAPIEncoder encoder;
-    encoder.encodeFindPlaces(rule, sort, offset, limit, true, centre, -1, -1);
-    char *data = nullptr;
-    int length = 0;
-    encoder.getData(data, length);
-    return std::string(data, static_cast<std::size_t>(length)).substr(12);
-}
-
-SearchRule ruleOf(Rules::Node node)
-{
-    SearchRule rule;
-    Rules::setPrivate(rule, node.release());
-    return rule;
-}
-
-Rules::Node disjoint(Rules::Node node)
-{
-    return std::make_unique<DisjointRule>(std::move(node));
-}
 
 Rules::Node withoutFavorites(Rules::Node node)
 {
