@@ -3,6 +3,8 @@
 
 #include <places/Global.h>
 
+#include <QtCore/QMetaType>
+
 namespace vela::platform::places
 {
 
@@ -34,3 +36,5 @@ struct Error
 };
 
 } // namespace vela::platform::places
+
+Q_DECLARE_METATYPE(vela::platform::places::Error::Type)

@@ -3,6 +3,7 @@
 #include "support/FakeChannel.h"
 
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <msgclient.h>
 
@@ -36,6 +37,7 @@ struct ChannelFunctions
             errno = ENOENT;
             return nullptr;
         }
+        const std::lock_guard<std::mutex> lock(current->m_mutex);
         current->m_openedNames.emplace_back(name);
         errno = current->m_openError;
         if (current->m_openError != 0)
@@ -44,10 +46,16 @@ struct ChannelFunctions
         return new _msgclient_open;
     }
 
-    static int exchange(_msgclient_open &channel, std::string request, void *reply, int capacity, int *length)
+    static int exchange(_msgclient_open &channel, const std::string &request, void *reply, int capacity, int *length)
     {
-        current->m_requests.push_back(std::move(request));
+        std::unique_lock<std::mutex> lock(current->m_mutex);
+        const std::size_t number = current->m_requests.size();
+        current->m_requests.push_back(request);
         current->m_capacities.push_back(capacity);
+        current->m_changed.notify_all();
+        current->m_changed.wait(lock, [&] { return number < current->m_allowed; });
+        if (current->m_responder)
+            current->m_replies.push_back(current->m_responder(request));
         if (current->m_brokenStatus != 0 || current->m_replies.empty())
             return current->m_brokenStatus != 0 ? current->m_brokenStatus : -1;
         channel.pending = current->m_replies.front();
@@ -71,6 +79,7 @@ struct ChannelFunctions
 
     static void close(_msgclient_open *channel)
     {
+        const std::lock_guard<std::mutex> lock(current->m_mutex);
         --current->m_openHandles;
         delete channel;
     }
@@ -112,7 +121,43 @@ FakeChannel::~FakeChannel()
 
 void FakeChannel::answer(int request, const wire::Fields &body)
 {
-    m_replies.push_back(wire::message(wire::Fields{wire::i32(0), wire::i32(request + 256)} + body));
+    m_replies.push_back(reply(request, body));
+}
+
+std::string FakeChannel::reply(int request, const wire::Fields &body)
+{
+    return wire::message(wire::Fields{wire::i32(0), wire::i32(request + 256)} + body);
+}
+
+void FakeChannel::answerWith(std::function<std::string(const std::string &)> responder)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_responder = std::move(responder);
+}
+
+void FakeChannel::holdAfter(std::size_t count)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_allowed = m_requests.size() + count;
+}
+
+void FakeChannel::release()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_allowed = std::numeric_limits<std::size_t>::max();
+    m_changed.notify_all();
+}
+
+bool FakeChannel::waitForRequests(std::size_t count)
+{
+    std::unique_lock<std::mutex> lock(m_mutex);
+    return m_changed.wait_for(lock, std::chrono::seconds(20), [&] { return m_requests.size() >= count; });
+}
+
+std::vector<std::string> FakeChannel::requests() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_requests;
 }
 
 void FakeChannel::refuse(int request, int code)

@@ -3,12 +3,18 @@
 
 #include "support/Wire.h"
 
+#include <condition_variable>
+#include <cstddef>
 #include <deque>
+#include <functional>
+#include <limits>
+#include <mutex>
 #include <string>
 #include <vector>
 
 /// Stands in for the platform's message channel: keeps the requests that the library sends, and answers with what a
-/// test has laid ready. One exists at a time.
+/// test has laid ready. One exists at a time. Any number of threads may exchange at once; a test holds them back and
+/// lets them go as it needs.
 class FakeChannel
 {
 public:
@@ -28,7 +34,18 @@ public:
     /// A reply that does not fit is announced with this length, whatever its own.
     void claimLength(int length) { m_claimedLength = length; }
 
-    [[nodiscard]] const std::vector<std::string> &requests() const { return m_requests; }
+    /// Makes the reply to each request from now on, on the thread that sends it. May throw.
+    void answerWith(std::function<std::string(const std::string &request)> responder);
+    /// A reply of success as answer() lays it ready.
+    static std::string reply(int request, const wire::Fields &body);
+    /// Lets `count` more exchanges pass. Those behind them come as far as their request and are held there.
+    void holdAfter(std::size_t count);
+    /// Lets go of what is held, and holds nothing any more.
+    void release();
+    /// Waits until so many requests have come, from the first. False when they do not come.
+    bool waitForRequests(std::size_t count);
+
+    [[nodiscard]] std::vector<std::string> requests() const;
     /// The last request without its head: type, perimeter and an empty session key.
     [[nodiscard]] std::string body() const;
     [[nodiscard]] int type() const;
@@ -41,6 +58,11 @@ public:
 private:
     friend struct ChannelFunctions;
 
+    mutable std::mutex m_mutex;
+    // Guarded by the mutex once there are several threads:
+    std::condition_variable m_changed;
+    std::size_t m_allowed = std::numeric_limits<std::size_t>::max();
+    std::function<std::string(const std::string &)> m_responder;
     int m_openError = 0;
     int m_brokenStatus = 0;
     int m_claimedLength = -1;

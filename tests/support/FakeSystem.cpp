@@ -13,6 +13,7 @@
 #include <ctime>
 #include <mutex>
 
+#include <pthread.h>
 #include <sys/types.h>
 
 long FakeSystem::now = -1;
@@ -25,6 +26,8 @@ std::vector<FakeSystem::Message> FakeSystem::messages;
 bool FakeSystem::refuseRegistration = false;
 int FakeSystem::registrations = 0;
 std::string FakeSystem::registered;
+std::atomic<int> FakeSystem::refusedThreads = 0;
+std::atomic<int> FakeSystem::failingWaits = 0;
 
 namespace
 {
@@ -33,6 +36,15 @@ constexpr int SESSION_FD = 4711;
 const char *registeredNames[SLOG2_MAX_BUFFERS] = {};
 int registeredVerbosity = 0;
 std::mutex messagesMutex;
+
+/// True as often as the count says.
+bool takeOne(std::atomic<int> &count)
+{
+    int left = count;
+    while (left > 0 && !count.compare_exchange_weak(left, left - 1)) {
+    }
+    return left > 0;
+}
 
 /// Fails as a call does that a signal interrupts, as often as a test has asked for.
 bool interrupted()
@@ -59,6 +71,8 @@ FakeSystem::~FakeSystem()
     session = nullptr;
     acceptedBytes = SIZE_MAX;
     refuseRegistration = false;
+    refusedThreads = 0;
+    failingWaits = 0;
 }
 
 // Default visibility: the sanitizers' libraries call some of these too.
@@ -109,6 +123,19 @@ ssize_t __wrap_write(int fd, const void *bytes, size_t count)
     const size_t accepted = std::min(count, FakeSystem::acceptedBytes);
     FakeSystem::sessionRequest.assign(static_cast<const char *>(bytes), accepted);
     return static_cast<ssize_t>(accepted);
+}
+
+int __real_pthread_create(pthread_t *thread, const pthread_attr_t *attributes, void *(*entry)(void *), void *argument);
+int __real_pthread_cond_wait(pthread_cond_t *condition, pthread_mutex_t *mutex);
+
+int __wrap_pthread_create(pthread_t *thread, const pthread_attr_t *attributes, void *(*entry)(void *), void *argument)
+{
+    return takeOne(FakeSystem::refusedThreads) ? EAGAIN : __real_pthread_create(thread, attributes, entry, argument);
+}
+
+int __wrap_pthread_cond_wait(pthread_cond_t *condition, pthread_mutex_t *mutex)
+{
+    return takeOne(FakeSystem::failingWaits) ? EINVAL : __real_pthread_cond_wait(condition, mutex);
 }
 
 int slog2_register(const slog2_buffer_set_config_t *config, slog2_buffer_t *handles, uint32_t)

@@ -1,12 +1,13 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>
 
-/// Stands in for the clock, the session object and the system log.
+/// Stands in for the clock, the session object, the system log and the system's threads where they fail.
 struct FakeSystem
 {
     FakeSystem();
@@ -35,4 +36,7 @@ struct FakeSystem
     static int registrations;
     /// The last buffer set: its name, its verbosity, and name and pages of each buffer.
     static std::string registered;
+    /// Number of threads that cannot be started, and of waits for a condition that fail.
+    static std::atomic<int> refusedThreads;
+    static std::atomic<int> failingWaits;
 };

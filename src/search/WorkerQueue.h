@@ -1,0 +1,164 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "search/WorkerThreads.h"
+
+#include <QtCore/QList>
+#include <QtCore/QMap>
+
+#include <algorithm>
+#include <deque>
+#include <exception>
+#include <functional>
+#include <optional>
+#include <utility>
+
+namespace vela::platform::places
+{
+
+/// The jobs of an asynchronous manager, from the call that asks for them to the signal that answers. A job that is
+/// dropped on this way, wherever it is, is never answered.
+/// @tparam Job a copyable value with an `int id`, which the queue gives it.
+/// @tparam Answer what carrying out a job gives; as it is made by default, a failure.
+template <typename Job, typename Answer>
+class WorkerQueue : public WorkerThreads
+{
+public:
+    /// Carries out a job on a worker thread without any lock. It must not touch the manager, which may be gone.
+    using CarryOut = void (*)(const Job &job, Answer &answer);
+    /// Sends the answer on its way to the manager's thread. Called on a worker thread with the lock held, and never
+    /// once the manager has closed the queue. True when it was sent.
+    using Send = std::function<bool(const Job &job, const Answer &answer)>;
+
+    WorkerQueue(const Reports &reports, CarryOut carryOut, Send send)
+        : WorkerThreads(reports)
+        , m_carryOut(carryOut)
+        , m_send(std::move(send))
+    {}
+
+    // With the lock held:
+    /// Puts a job into the list that the workers take from; they are to be woken afterwards.
+    void add(Job job)
+    {
+        job.id = ++m_lastId;
+        m_ready.append(job);
+    }
+    /// Holds a job back until releaseDelayed().
+    void delay(Job job)
+    {
+        job.id = ++m_lastId;
+        m_delayed.append(job);
+    }
+    void releaseDelayed()
+    {
+        m_ready += std::exchange(m_delayed, {});
+        wake();
+    }
+    template <typename Predicate>
+    void drop(Predicate isDropped)
+    {
+        const auto dropFrom = [&](auto &jobs) {
+            for (auto job = jobs.begin(); job != jobs.end();)
+                job = isDropped(*job) ? jobs.erase(job) : job + 1;
+        };
+        dropFrom(m_ready);
+        dropFrom(m_delayed);
+        dropFrom(m_inFlight);
+        for (std::optional<Job> &job : m_sent) {
+            if (job && isDropped(*job))
+                job.reset();
+        }
+    }
+    void clear()
+    {
+        drop([](const Job &) { return true; });
+    }
+    /// True when a job of this kind has yet to be carried out.
+    template <typename Predicate>
+    [[nodiscard]] bool hasPending(Predicate isMeant) const
+    {
+        const auto anyOf = [&](const auto &jobs) { return std::any_of(jobs.begin(), jobs.end(), isMeant); };
+        return anyOf(m_ready) || anyOf(m_delayed) || anyOf(m_inFlight);
+    }
+    /// True when a job waits for a worker, is in its hands, or has an answer that has not arrived. A job that is held
+    /// back does not count.
+    [[nodiscard]] bool isBusy() const
+    {
+        return !m_ready.isEmpty() || !m_inFlight.isEmpty()
+               || std::any_of(m_sent.begin(), m_sent.end(), [](const auto &job) { return job.has_value(); });
+    }
+
+    /// To be called in the manager's thread for each answer that arrives there. False when its job was dropped.
+    bool arrived()
+    {
+        const Lock lock(*this);
+        const bool wanted = m_sent.front().has_value();
+        m_sent.pop_front();
+        return wanted;
+    }
+
+    /// Drops all jobs and ends the workers.
+    void close()
+    {
+        const Lock lock(*this);
+        clear();
+        WorkerThreads::close();
+    }
+
+private:
+    bool work() override
+    {
+        try {
+            Job job;
+            if (!dequeue(job))
+                return false;
+            Answer answer;
+            attempt(job, answer);
+            dataAvailable(job, answer);
+        } catch (const std::exception &) {
+            // No memory to send the answer with. Whoever is short of so little is not helped by ending the process.
+        }
+        return true;
+    }
+
+    bool dequeue(Job &job)
+    {
+        const Lock lock(*this);
+        while (!isClosing() && m_ready.isEmpty())
+            waitForWork();
+        if (isClosing())
+            return false;
+        job = m_ready.first();
+        m_inFlight.insert(job.id, job);
+        m_ready.removeFirst();
+        return true;
+    }
+
+    /// The answer stays the failure that it is when something is thrown.
+    void attempt(const Job &job, Answer &answer)
+    {
+        try {
+            m_carryOut(job, answer);
+        } catch (const std::exception &) {
+        }
+    }
+
+    void dataAvailable(const Job &job, const Answer &answer)
+    {
+        const Lock lock(*this);
+        if (m_inFlight.remove(job.id) != 0 && m_send(job, answer))
+            m_sent.push_back(job);
+    }
+
+    const CarryOut m_carryOut;
+    const Send m_send;
+
+    // Guarded by the queue mutex:
+    int m_lastId = 0;
+    QList<Job> m_ready;
+    QList<Job> m_delayed;
+    QMap<int, Job> m_inFlight;
+    std::deque<std::optional<Job>> m_sent; // in the order in which they arrive; empty where the job was dropped
+};
+
+} // namespace vela::platform::places

@@ -1,0 +1,181 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "places/PlaceSearchManager.h"
+#include "places/Place.h"
+#include "search/PlaceSearchManagerPrivate.h"
+#include "support/EventLoop.h"
+#include "support/FakeChannel.h"
+#include "support/FakeSystem.h"
+#include "support/SamplePlace.h"
+
+#include <gmock/gmock.h>
+
+#include <QtTest/QSignalSpy>
+
+#include <cerrno>
+#include <stdexcept>
+
+using namespace vela::platform::places;
+using namespace wire;
+using testing::IsEmpty;
+
+namespace
+{
+
+AuxiliaryDataRequest request(int value)
+{
+    AuxiliaryDataRequest request;
+    request.setPlace(QSharedPointer<AbstractPlace>(new Place));
+    request.setUserDefinedValue(value);
+    return request;
+}
+
+AuxiliaryDataReply replyOf(const QVariantList &signal)
+{
+    return signal[0].value<QList<AuxiliaryDataReply>>().first();
+}
+
+class PlaceSearchManagerTest : public testing::Test
+{
+protected:
+    PlaceSearchManagerTest()
+    {
+        PlaceSearchManagerPrivate::providersRetrieved = false;
+        PlaceSearchManagerPrivate::providers.clear();
+        channel.answerWith([](const std::string &) { return FakeChannel::reply(3, sample::auxiliaryFields()); });
+    }
+    bool arrive(int count)
+    {
+        return EventLoop::runUntil([&] { return signals.size() >= count; });
+    }
+
+    EventLoop loop;
+    FakeSystem system;
+    FakeChannel channel;
+    std::unique_ptr<PlaceSearchManager> manager = std::make_unique<PlaceSearchManager>();
+    QSignalSpy signals{manager.get(), &PlaceSearchManager::auxiliaryDataAvailable};
+};
+
+} // namespace
+
+TEST_F(PlaceSearchManagerTest, EveryRequestIsAnsweredAndTheLastOfATagSaysSo)
+{
+    const QList<AuxiliaryDataRequest> requests = {request(1), request(2), request(3)};
+    EXPECT_EQ(manager->requestAuxiliaryData(requests, QStringLiteral("tag")), Error::Success);
+    ASSERT_TRUE(arrive(3));
+    QSet<int> values;
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(signals[i][1], QVariant(QStringLiteral("tag")));
+        EXPECT_EQ(signals[i][2].toBool(), i == 2);
+        const AuxiliaryDataReply reply = replyOf(signals[i]);
+        EXPECT_EQ(reply.status(), Error::Success);
+        EXPECT_EQ(reply.data().size(), 1);
+        values.insert(reply.userDefinedValue().toInt());
+    }
+    EXPECT_EQ(values, (QSet<int>{1, 2, 3}));
+}
+
+TEST_F(PlaceSearchManagerTest, OneInvalidRequestRefusesTheListAndAnEmptyListIsNothing)
+{
+    EXPECT_EQ(manager->requestAuxiliaryData({request(1), AuxiliaryDataRequest(), request(2)}, 1), 2);
+    EXPECT_EQ(manager->requestAuxiliaryData({}, 1), 0);
+    EventLoop::runOut();
+    EXPECT_THAT(channel.requests(), IsEmpty());
+    EXPECT_TRUE(signals.isEmpty());
+}
+
+TEST_F(PlaceSearchManagerTest, ACancelledTagIsNeverReportedWhereverItsRequestsAre)
+{
+    // Of the tag to be cancelled one reply has not arrived, one is being fetched and one waits.
+    channel.holdAfter(1);
+    manager->requestAuxiliaryData({request(1), request(2)}, 1);
+    manager->requestAuxiliaryData({request(3)}, 2);
+    manager->requestAuxiliaryData({request(4)}, 1);
+    ASSERT_TRUE(channel.waitForRequests(3));
+    manager->cancel(1);
+    channel.release();
+    ASSERT_TRUE(arrive(1));
+    EventLoop::runOut();
+    ASSERT_EQ(signals.size(), 1);
+    EXPECT_EQ(replyOf(signals[0]).userDefinedValue(), QVariant(3));
+    EXPECT_TRUE(signals[0][2].toBool());
+
+    manager->requestAuxiliaryData({request(5)}, 1);
+    EXPECT_TRUE(arrive(2)) << "a tag may be used again";
+}
+
+TEST_F(PlaceSearchManagerTest, AFailedRequestIsReportedWithItsPlace)
+{
+    const auto failing = request(1);
+    channel.answerWith([](const std::string &) { return message({i32(67), i32(259)}); });
+    manager->requestAuxiliaryData({failing}, 1);
+    ASSERT_TRUE(arrive(1));
+    EXPECT_EQ(replyOf(signals[0]).status(), Error::ProviderFailed);
+    channel.answerWith([](const std::string &) -> std::string { throw std::runtime_error("anything"); });
+    manager->requestAuxiliaryData({failing}, 1);
+    ASSERT_TRUE(arrive(2));
+    EXPECT_EQ(replyOf(signals[1]).status(), Error::Unspecified);
+    EXPECT_EQ(replyOf(signals[1]).place(), failing.place());
+    EXPECT_EQ(replyOf(signals[1]).userDefinedValue(), QVariant(1));
+}
+
+TEST_F(PlaceSearchManagerTest, WhatIsNoRequestIsLoggedAndNotReported)
+{
+    auto internal = std::make_unique<PlaceSearchManagerPrivate>(nullptr);
+    QSignalSpy answers(internal.get(), &PlaceSearchManagerPrivate::auxiliaryDataAvailable);
+    internal->enqueue({QStringLiteral("anything")}, 1);
+    EventLoop::runOut();
+    internal.reset();
+    EXPECT_TRUE(answers.isEmpty());
+    EXPECT_EQ(FakeSystem::messages.back().text, "SearchManager::threadEntryPoint request not unsupported");
+}
+
+TEST_F(PlaceSearchManagerTest, AManagerMayBeDestroyedByASlotAndWhileItFetches)
+{
+    QObject::connect(manager.get(), &PlaceSearchManager::auxiliaryDataAvailable, [this] { manager.reset(); });
+    manager->requestAuxiliaryData({request(1), request(2), request(3)}, 1);
+    ASSERT_TRUE(EventLoop::runUntil([this] { return !manager; }));
+    const int threads = EventLoop::threads();
+    for (int i = 0; i < EventLoop::managers(); ++i) {
+        PlaceSearchManager fetching;
+        fetching.requestAuxiliaryData({request(1), request(2), request(3)}, 1);
+        if (i % 2 == 1)
+            QCoreApplication::processEvents();
+    }
+    EXPECT_EQ(channel.openHandles(), 0);
+    EXPECT_TRUE(EventLoop::runUntil([&] { return EventLoop::threads() <= threads; }));
+    EXPECT_EQ(signals.size(), 1);
+}
+
+TEST_F(PlaceSearchManagerTest, AFailedWaitIsLogged)
+{
+    FakeSystem::failingWaits = 1;
+    manager = std::make_unique<PlaceSearchManager>();
+    EXPECT_TRUE(EventLoop::runUntil([] { return FakeSystem::failingWaits == 0; }));
+    manager.reset();
+    EXPECT_EQ(FakeSystem::messages.back().text,
+              "SearchManager::dequeue cond wait failed " + std::to_string(EINVAL) + ".\n");
+}
+
+TEST_F(PlaceSearchManagerTest, ProvidersAreAskedForOnceAndFoundByTheExactType)
+{
+    channel.answerWith([](const std::string &) {
+        return FakeChannel::reply(19, Fields{i32(2)} + sample::providerFields("a") + sample::providerFields("b"));
+    });
+    const QList<Provider> providers = PlaceSearchManager::getSupportedProviders();
+    ASSERT_EQ(providers.size(), 2);
+    EXPECT_EQ(providers[0].name(), QStringLiteral("a"));
+    EXPECT_EQ(providers[1].name(), QStringLiteral("b"));
+    EXPECT_EQ(PlaceSearchManager::findProviders(QStringLiteral("poi")).size(), 2);
+    EXPECT_THAT(PlaceSearchManager::findProviders(QStringLiteral("POI")), IsEmpty());
+    EXPECT_EQ(channel.requests().size(), 1U);
+}
+
+TEST_F(PlaceSearchManagerTest, ProvidersThatCouldNotBeAskedForAreNotAskedForAgain)
+{
+    channel.answerWith([](const std::string &) { return message({i32(64), i32(275)}); });
+    EXPECT_THAT(PlaceSearchManager::getSupportedProviders(), IsEmpty());
+    EXPECT_EQ(FakeSystem::messages.back().text, "Provider: cannot retrieve remote providers");
+    EXPECT_THAT(PlaceSearchManager::findProviders(QStringLiteral("poi")), IsEmpty());
+    EXPECT_EQ(channel.requests().size(), 1U);
+}

@@ -1,0 +1,35 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDir>
+#include <QtTest/QTest>
+
+#include <algorithm>
+#include <functional>
+
+/// The event loop that a manager under test needs.
+class EventLoop
+{
+public:
+    /// Handles events until the condition holds. False when it does not within 20 seconds.
+    static bool runUntil(const std::function<bool()> &condition) { return QTest::qWaitFor(condition, 20000); }
+    /// Handles events for a time in which something would happen that must not.
+    static void runOut() { QTest::qWait(60); }
+
+    /// Number of threads of this process.
+    static int threads()
+    {
+        return static_cast<int>(
+            QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size());
+    }
+    /// How many managers are made and destroyed where a test looks for what only happens now and then:
+    /// PLACES_MANAGERS, else 500.
+    static int managers() { return std::max(500, qEnvironmentVariableIntValue("PLACES_MANAGERS")); }
+
+private:
+    int m_argumentCount = 1;
+    char m_name[6] = "tests";
+    char *m_arguments[2] = {m_name, nullptr};
+    QCoreApplication m_application{m_argumentCount, m_arguments};
+};
