@@ -5,6 +5,7 @@
 #include <places/Global.h>
 
 #include <QtCore/QString>
+#include <QtCore/QUrl>
 
 #include <algorithm>
 #include <string>
@@ -34,6 +35,12 @@ public:
     {
         return std::all_of(a.begin(), a.end(), [&](const auto &element) { return b.contains(element); });
     }
+
+    /// Fills a new place from a link that AbstractPlace::mapUrl() made, or one of its kind on any host: name,
+    /// description, address, position, and in a record of points of interest the telephone number, e-mail and web
+    /// address. False, and the place stays as it is, for a link without a valid position and without any part of an
+    /// address.
+    static bool readMapUrl(const QUrl &url, Place &place);
 
     /// Writes a place as bytes that deserialize() reads on a machine of the same byte order. On success `out` is an
     /// array of `size` bytes that the caller frees with `delete[]`; on failure both stay as they are.

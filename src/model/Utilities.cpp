@@ -2,7 +2,7 @@
 
 #include "places/Utilities.h"
 
-#include "places/Place.h"
+#include "model/PlacePrivate.h"
 #include "protocol/PlacesAPIDecoder.h"
 #include "protocol/PlacesAPIEncoder.h"
 
@@ -49,6 +49,16 @@ void Utilities::replaceAll(std::string &text, const std::string &from, const std
         return;
     for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
         text.replace(at, from.size(), to);
+}
+
+bool Utilities::readMapUrl(const QUrl &url, Place &place)
+{
+    Place decoded;
+    PlacePrivate::decodePlaceFromMapUrl(url, decoded);
+    if (!decoded.hasPhysicalLocation())
+        return false;
+    PlacePrivate::decodePlaceFromMapUrl(url, place);
+    return true;
 }
 
 bool Utilities::serialize(char *&out, int &size, const Place &place)
