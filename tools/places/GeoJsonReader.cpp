@@ -2,223 +2,95 @@
 
 #include "GeoJsonReader.h"
 
-#include <places/Place.h>
-#include <places/PointOfInterestAuxiliaryData.h>
-#include <places/Tags.h>
+#include "Feature.h"
+#include "Input.h"
 
-#include <rapidjson/document.h>
+#include <places/Place.h>
+
 #include <rapidjson/error/en.h>
-#include <rapidjson/filereadstream.h>
 #include <rapidjson/reader.h>
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
-#include <cerrno>
-#include <cstdio>
-#include <memory>
 #include <string>
-
-#include <sys/stat.h>
+#include <utility>
 
 namespace tool
 {
 
 using namespace vela::platform::places;
 using rapidjson::SizeType;
-using rapidjson::Value;
 
 namespace
 {
 
-/// Deepest nesting that a file may have.
-constexpr int MAX_DEPTH = 64;
+/// Deepest nesting of a file. A feature that is nested deeper than MAX_DEPTH is left out; a file nested deeper than
+/// this is not read on.
+constexpr int MAX_FILE_DEPTH = 10000;
 
-QString textOf(const Value &value)
-{
-    return QString::fromUtf8(value.GetString(), static_cast<int>(value.GetStringLength()));
-}
-
-const Value *memberOf(const Value &object, const char *name)
-{
-    const auto member = object.FindMember(name);
-    return member == object.MemberEnd() ? nullptr : &member->value;
-}
-
-/// A string, number or bool as a text; empty for anything else.
-QString scalarText(const Value &value)
-{
-    if (value.IsString())
-        return textOf(value);
-    if (value.IsInt64())
-        return QString::number(value.GetInt64());
-    if (value.IsNumber())
-        return QString::number(value.GetDouble(), 'g', 17);
-    if (value.IsBool())
-        return value.GetBool() ? QStringLiteral("true") : QStringLiteral("false");
-    return {};
-}
-
-/// Position of a Point geometry; invalid for any other.
-Coordinates positionOf(const Value &geometry)
-{
-    const Value *type = memberOf(geometry, "type");
-    const Value *numbers = memberOf(geometry, "coordinates");
-    if (!type || !type->IsString() || textOf(*type) != QLatin1String("Point") || !numbers || !numbers->IsArray()
-        || numbers->Size() < 2 || !(*numbers)[0].IsNumber() || !(*numbers)[1].IsNumber())
-        return {};
-    Coordinates position((*numbers)[1].GetDouble(), (*numbers)[0].GetDouble());
-    if (numbers->Size() > 2 && (*numbers)[2].IsNumber())
-        position.setAltitude((*numbers)[2].GetDouble());
-    return position;
-}
-
-/// Puts the properties of a feature where they belong in a place.
-class PropertyTaker
+/// The bytes of an input as RapidJSON wants them. It ends early at a token that is too large.
+class InputStream
 {
 public:
-    explicit PropertyTaker(Place &place)
-        : m_place(place)
-    {}
+    using Ch = char;
 
-    void take(const QString &name, const Value &value)
+    explicit InputStream(Input &input)
+        : m_input(input)
     {
-        if (value.IsArray())
-            return takeList(name, value);
-        const QString text = scalarText(value);
-        if (text.isEmpty() || takeAddressPart(name, text))
-            return;
-        if (name == QLatin1String("name"))
-            m_place.setName(text);
-        else if (name == QLatin1String("description"))
-            m_place.setDescription(text);
-        else if (name == QLatin1String("kind"))
-            takeKind(text);
-        else
-            takeDetail(name, text);
+        fill();
     }
 
-    /// Finishes the place: what was taken goes into it.
-    void finish(const Coordinates &position, const QString &externalId)
+    [[nodiscard]] char Peek() const { return m_at < m_count ? m_buffer[m_at] : '\0'; }
+    char Take()
     {
-        if (m_place.hasTag(QStringLiteral("city")) && m_address.city().isEmpty())
-            m_address.setCity(m_place.name());
-        Location location;
-        location.setCoordinates(position);
-        location.setAddress(m_address);
-        m_place.addLocation(location);
-        m_poi.setExternalId(externalId);
-        if (m_poi != PointOfInterestAuxiliaryData())
-            m_place.addAuxiliaryData(m_poi);
+        const char taken = Peek();
+        if (m_at < m_count && ++m_at == m_count)
+            fill();
+        return taken;
     }
+    [[nodiscard]] std::size_t Tell() const { return m_before + m_at; }
+    [[nodiscard]] bool isAtEnd() const { return m_at == m_count; }
+    /// Says that a token ends here.
+    void endToken() { m_tokenStart = Tell(); }
+    [[nodiscard]] bool isTokenTooLarge() const { return Tell() - m_tokenStart > MAX_ITEM_SIZE; }
+
+    // A stream that parsing in place would write to; never called.
+    char *PutBegin() { return nullptr; }
+    void Put(char /*c*/) {}
+    void Flush() {}
+    std::size_t PutEnd(char * /*begin*/) { return 0; }
 
 private:
-    bool takeAddressPart(const QString &name, const QString &text)
+    void fill()
     {
-        using Setter = void (Address::*)(const QString &);
-        static constexpr struct
-        {
-            QLatin1String name;
-            Setter set;
-        } PARTS[] = {
-            {QLatin1String("label"), &Address::setLabel},
-            {QLatin1String("houseNumber"), &Address::setHouseNumber},
-            {QLatin1String("street"), &Address::setStreet},
-            {QLatin1String("city"), &Address::setCity},
-            {QLatin1String("region"), &Address::setRegion},
-            {QLatin1String("country"), &Address::setCountry},
-            {QLatin1String("countryCode"), &Address::setIsoAlpha2CountryCode},
-            {QLatin1String("countryCode3"), &Address::setCountryCode},
-            {QLatin1String("postalCode"), &Address::setPostalCode},
-        };
-        for (const auto &part : PARTS) {
-            if (part.name == name) {
-                (m_address.*part.set)(text);
-                return true;
-            }
-        }
-        return false;
+        m_before += m_count;
+        m_at = 0;
+        m_count = isTokenTooLarge() ? 0 : m_input.read(m_buffer, sizeof m_buffer);
     }
 
-    void takeKind(const QString &kind)
-    {
-        m_place.addTag(kind);
-        m_poi.setCategory(kind);
-        if (kind.endsWith(QLatin1String("airport")))
-            m_place.addTag(Tags::Airport);
-    }
-
-    void takeDetail(const QString &name, const QString &text)
-    {
-        if (name == QLatin1String("phone"))
-            m_poi.setPhoneNumber(text);
-        else if (name == QLatin1String("email"))
-            m_poi.setEmailAddress(text);
-        else if (name == QLatin1String("url"))
-            m_poi.setUrl(QUrl(text));
-        else
-            addProperty(name, text);
-        if (name == QLatin1String("iata") || name == QLatin1String("icao"))
-            m_place.addAlias(text);
-    }
-
-    void addProperty(const QString &name, const QString &text)
-    {
-        AuxiliaryData data = m_poi;
-        data.addProperty(name, text);
-        m_poi = PointOfInterestAuxiliaryData(data);
-    }
-
-    void takeList(const QString &name, const Value &list)
-    {
-        for (const Value &element : list.GetArray()) {
-            const QString text = scalarText(element);
-            if (!text.isEmpty() && name == QLatin1String("tags"))
-                m_place.addTag(text);
-            else if (!text.isEmpty() && name == QLatin1String("aliases"))
-                m_place.addAlias(text);
-        }
-    }
-
-    Place &m_place;
-    Address m_address;
-    PointOfInterestAuxiliaryData m_poi;
+    Input &m_input;
+    char m_buffer[64 * 1024];
+    std::size_t m_count = 0;
+    std::size_t m_at = 0;
+    std::size_t m_before = 0;
+    std::size_t m_tokenStart = 0;
 };
 
-/// Fills a place from a feature. Returns why it is no place; empty when it is one.
-QString readFeature(const Value &feature, Place &place)
-{
-    if (!feature.IsObject())
-        return QStringLiteral("not a feature");
-    const Value *geometry = memberOf(feature, "geometry");
-    const Coordinates position = geometry && geometry->IsObject() ? positionOf(*geometry) : Coordinates();
-    if (!position.isValid())
-        return QStringLiteral("no point on the Earth");
-    const Value *properties = memberOf(feature, "properties");
-    const Value *name = properties && properties->IsObject() ? memberOf(*properties, "name") : nullptr;
-    if (!name || !name->IsString() || name->GetStringLength() == 0)
-        return QStringLiteral("no name");
-
-    PropertyTaker taker(place);
-    for (const auto &property : properties->GetObject())
-        taker.take(textOf(property.name), property.value);
-    const Value *id = memberOf(feature, "id");
-    taker.finish(position, id ? scalarText(*id) : QString());
-    return {};
-}
-
-/// Follows the parser through a FeatureCollection and hands out the text of each member of its "features".
+/// Follows the parser through a text and hands out what may be a feature, as a text of its own: each member of a
+/// "features" at the top, or the whole when it has none.
 class FeatureSplitter
 {
 public:
     using Ch = char;
-    using TakeText = std::function<bool(const char *text)>;
+    /// Takes the text, or the reason why it is not whole.
+    using TakeText = std::function<bool(const char *text, const char *problem, bool isMember)>;
 
-    explicit FeatureSplitter(TakeText take)
-        : m_take(std::move(take))
+    FeatureSplitter(InputStream &stream, TakeText take)
+        : m_stream(stream)
+        , m_take(std::move(take))
     {}
 
-    [[nodiscard]] bool hadFeatures() const { return m_hadFeatures; }
-    [[nodiscard]] bool isTooDeep() const { return m_depth > MAX_DEPTH; }
+    [[nodiscard]] bool isTooDeep() const { return m_depth > MAX_FILE_DEPTH; }
 
     bool Null()
     {
@@ -248,9 +120,10 @@ public:
     {
         return value([d](auto &out) { return out.Double(d); });
     }
+    /// Numbers come as they are written: one beyond the limits spoils its feature, not the file.
     bool RawNumber(const char *text, SizeType length, bool)
     {
-        return value([=](auto &out) { return out.String(text, length); });
+        return value([=](auto &out) { return out.RawValue(text, length, rapidjson::kNumberType); });
     }
     bool String(const char *text, SizeType length, bool)
     {
@@ -266,18 +139,22 @@ public:
     }
     bool StartArray()
     {
-        if (!m_inFeatures && m_depth == 1 && m_afterFeaturesKey) {
-            m_inFeatures = m_hadFeatures = true;
+        if (m_depth == 1 && m_afterFeaturesKey) {
+            m_memberDepth = LIST_DEPTH;
+            m_hadFeatures = true;
+            m_afterFeaturesKey = false;
             ++m_depth;
+            reset();
             return true;
         }
         return open([](auto &out) { return out.StartArray(); });
     }
     bool EndArray(SizeType)
     {
-        if (m_inFeatures && m_depth == LIST_DEPTH) {
-            m_inFeatures = false;
+        if (m_memberDepth == LIST_DEPTH && m_depth == LIST_DEPTH) {
+            m_memberDepth = 0;
             --m_depth;
+            m_stream.endToken();
             return true;
         }
         return close([](auto &out) { return out.EndArray(); });
@@ -285,7 +162,8 @@ public:
     bool Key(const char *text, SizeType length, bool)
     {
         m_afterFeaturesKey = m_depth == 1 && std::string(text, length) == "features";
-        return !m_inFeatures || m_writer.Key(text, length);
+        write([=](auto &out) { return out.Key(text, length); });
+        return true;
     }
 
 private:
@@ -293,88 +171,142 @@ private:
     static constexpr int LIST_DEPTH = 2;
 
     template <typename Write>
-    bool value(Write write)
+    void write(Write write)
     {
-        m_afterFeaturesKey = false;
-        return !m_inFeatures || (write(m_writer) && takeIfWhole());
+        m_stream.endToken();
+        if (m_problem || (m_hadFeatures && m_memberDepth != LIST_DEPTH))
+            return;
+        if (m_depth - m_memberDepth > MAX_DEPTH)
+            m_problem = "nested too deep";
+        else if (m_text.GetSize() > MAX_ITEM_SIZE)
+            m_problem = "too large";
+        else
+            write(m_writer);
     }
     template <typename Write>
-    bool open(Write write)
+    bool value(Write writeValue)
     {
         m_afterFeaturesKey = false;
-        return ++m_depth <= MAX_DEPTH && (!m_inFeatures || write(m_writer));
+        write(writeValue);
+        return takeIfWhole();
     }
     template <typename Write>
-    bool close(Write write)
+    bool open(Write writeStart)
     {
+        m_afterFeaturesKey = false;
+        ++m_depth;
+        write(writeStart);
+        return m_depth <= MAX_FILE_DEPTH;
+    }
+    template <typename Write>
+    bool close(Write writeEnd)
+    {
+        write(writeEnd);
         --m_depth;
-        return !m_inFeatures || (write(m_writer) && takeIfWhole());
+        return takeIfWhole();
     }
     bool takeIfWhole()
     {
-        if (m_depth > LIST_DEPTH)
+        if (m_depth > m_memberDepth || (m_hadFeatures && m_memberDepth == 0))
             return true;
-        const bool goOn = m_take(m_text.GetString());
-        m_text.Clear();
-        m_writer.Reset(m_text);
+        const bool goOn = m_take(m_text.GetString(), m_problem, m_hadFeatures);
+        reset();
         return goOn;
     }
+    void reset()
+    {
+        m_problem = nullptr;
+        m_text.Clear();
+        m_writer.Reset(m_text);
+    }
 
+    InputStream &m_stream;
     TakeText m_take;
     rapidjson::StringBuffer m_text;
     rapidjson::Writer<rapidjson::StringBuffer> m_writer{m_text};
+    const char *m_problem = nullptr;
     int m_depth = 0;
+    int m_memberDepth = 0;
     bool m_afterFeaturesKey = false;
-    bool m_inFeatures = false;
     bool m_hadFeatures = false;
 };
 
-struct CloseFile
+/// Makes places of the texts that may be features, and counts them.
+class FeatureTaker
 {
-    void operator()(std::FILE *file) const { std::fclose(file); }
+public:
+    explicit FeatureTaker(const TakePlace &take)
+        : m_take(take)
+    {}
+
+    /// True when a text stood alone and was no feature.
+    [[nodiscard]] bool isNoGeoJson() const { return m_noGeoJson; }
+
+    bool take(const char *text, const char *problem, bool isMember)
+    {
+        rapidjson::Document feature;
+        Place place;
+        QString why = QLatin1String(problem);
+        if (!problem) {
+            feature.Parse<rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag>(text);
+            why = feature.HasParseError() ? QLatin1String(rapidjson::GetParseError_En(feature.GetParseError()))
+                                          : readFeature(feature, place);
+        }
+        if (!isMember && !isFeature(feature)) {
+            m_noGeoJson = true;
+            return false;
+        }
+        const QString where = QStringLiteral("feature %1").arg(++m_count);
+        return m_take({where, why.isEmpty() ? &place : nullptr, why});
+    }
+
+private:
+    static bool isFeature(const rapidjson::Document &value)
+    {
+        return value.IsObject() && value.HasMember("type") && value["type"] == "Feature";
+    }
+
+    const TakePlace &m_take;
+    int m_count = 0;
+    bool m_noGeoJson = false;
 };
 
-double sizeOf(std::FILE *file)
+QString problemAt(const char *problem, std::size_t position, const char *detail = "")
 {
-    struct stat status = {};
-    return ::fstat(::fileno(file), &status) == 0 ? static_cast<double>(status.st_size) : 0;
+    return QStringLiteral("%1 at byte %2%3").arg(QLatin1String(problem)).arg(position).arg(QLatin1String(detail));
 }
 
 } // namespace
 
-GeoJsonReader::GeoJsonReader(const QString &path)
-    : m_path(path)
-{}
-
-QString GeoJsonReader::read(const Take &take)
+QString readGeoJson(Input &input, const TakePlace &take)
 {
-    const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(m_path.toLocal8Bit().constData(), "rbe"));
-    if (!file)
-        return qt_error_string(errno);
-    char buffer[64 * 1024];
-    rapidjson::FileReadStream stream(file.get(), buffer, sizeof buffer);
-    const double size = sizeOf(file.get());
-
-    int number = 0;
-    FeatureSplitter splitter([&](const char *text) {
-        rapidjson::Document document;
-        document.Parse<rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag>(text);
-        Place place;
-        const QString problem = readFeature(document, place);
-        m_progress = size > 0 ? static_cast<double>(stream.Tell()) / size : 1;
-        return take({++number, problem.isEmpty() ? &place : nullptr, problem});
-    });
-    constexpr unsigned FLAGS =
-        rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag | rapidjson::kParseValidateEncodingFlag;
+    constexpr unsigned FLAGS = rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag
+                               | rapidjson::kParseValidateEncodingFlag | rapidjson::kParseStopWhenDoneFlag;
+    InputStream stream(input);
+    FeatureTaker taker(take);
     rapidjson::Reader parser;
-    const rapidjson::ParseResult result = parser.Parse<FLAGS>(stream, splitter);
-    if (splitter.isTooDeep())
-        return QStringLiteral("nested too deep at byte %1").arg(result.Offset());
-    if (result.IsError() && result.Code() != rapidjson::kParseErrorTermination)
-        return QStringLiteral("not JSON at byte %1: %2")
-            .arg(result.Offset())
-            .arg(QLatin1String(rapidjson::GetParseError_En(result.Code())));
-    return splitter.hadFeatures() ? QString() : QStringLiteral("not a GeoJSON FeatureCollection");
+    do {
+        FeatureSplitter splitter(stream, [&taker](const char *text, const char *problem, bool isMember) {
+            return taker.take(text, problem, isMember);
+        });
+        const rapidjson::ParseResult result = parser.Parse<FLAGS>(stream, splitter);
+        if (splitter.isTooDeep())
+            return problemAt("nested too deep", result.Offset());
+        if (taker.isNoGeoJson())
+            return QStringLiteral("neither a GeoJSON FeatureCollection nor a Feature");
+        if (result.Code() == rapidjson::kParseErrorTermination)
+            return {};
+        if (!input.problem().isEmpty())
+            return input.problem();
+        if (result.IsError() && stream.isTokenTooLarge())
+            return problemAt("a text or number is too large", result.Offset());
+        if (result.IsError())
+            return problemAt("not JSON", result.Offset(),
+                             (std::string(": ") + rapidjson::GetParseError_En(result.Code())).c_str());
+        rapidjson::SkipWhitespace(stream);
+        stream.endToken();
+    } while (!stream.isAtEnd());
+    return {};
 }
 
 } // namespace tool

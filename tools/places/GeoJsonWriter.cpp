@@ -2,9 +2,12 @@
 
 #include "GeoJsonWriter.h"
 
+#include "Vocabulary.h"
+
 #include <places/Place.h>
 #include <places/PlaceHeader.h>
 
+#include <rapidjson/reader.h>
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
@@ -45,12 +48,16 @@ public:
     void number(double value) { m_writer.Double(value); }
     void null() { m_writer.Null(); }
 
+    void key(const QString &name)
+    {
+        const QByteArray bytes = name.toUtf8();
+        m_writer.Key(bytes.constData(), static_cast<rapidjson::SizeType>(bytes.size()));
+    }
     void member(const QString &name, const QString &value)
     {
         if (value.isEmpty())
             return;
-        const QByteArray bytes = name.toUtf8();
-        m_writer.Key(bytes.constData(), static_cast<rapidjson::SizeType>(bytes.size()));
+        key(name);
         text(value);
     }
     void member(const char *name, const QString &value) { member(QString::fromLatin1(name), value); }
@@ -64,10 +71,21 @@ public:
         key(name);
         m_writer.Bool(value);
     }
+    void member(const char *name, double value)
+    {
+        if (!std::isfinite(value))
+            return;
+        key(name);
+        number(value);
+    }
     void member(const char *name, const QStringList &values)
     {
-        if (values.isEmpty())
-            return;
+        if (!values.isEmpty())
+            list(name, values);
+    }
+    /// A list that is written even when it is empty.
+    void list(const char *name, const QStringList &values)
+    {
         key(name);
         list(values);
     }
@@ -78,6 +96,19 @@ public:
                 text(value);
         });
     }
+    /// A value that is JSON text already; a text that is none is written as a text.
+    void json(const QString &value)
+    {
+        const QByteArray bytes = value.toUtf8();
+        rapidjson::StringStream stream(bytes.constData());
+        rapidjson::StringBuffer checked;
+        rapidjson::Writer<rapidjson::StringBuffer> writer(checked);
+        rapidjson::Reader reader;
+        if (reader.Parse<rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag>(stream, writer))
+            m_writer.RawValue(checked.GetString(), checked.GetSize(), rapidjson::kObjectType);
+        else
+            text(value);
+    }
     QByteArray result() const { return QByteArray(m_text.GetString(), static_cast<int>(m_text.GetSize())); }
 
 private:
@@ -85,7 +116,20 @@ private:
     rapidjson::Writer<rapidjson::StringBuffer> m_writer{m_text};
 };
 
+// ------------------------------------------------------------------------------------------------------- locations
+
 /// Longitude first, altitude third.
+void writePosition(Writer &out, const Coordinates &position)
+{
+    out.key("coordinates");
+    out.array([&] {
+        out.number(position.longitude());
+        out.number(position.latitude());
+        if (std::isfinite(position.altitude()))
+            out.number(position.altitude());
+    });
+}
+
 void writeGeometry(Writer &out, const Coordinates &position)
 {
     out.key("geometry");
@@ -93,89 +137,210 @@ void writeGeometry(Writer &out, const Coordinates &position)
         return out.null();
     out.object([&] {
         out.member("type", QStringLiteral("Point"));
-        out.key("coordinates");
-        out.array([&] {
-            out.number(position.longitude());
-            out.number(position.latitude());
-            if (std::isfinite(position.altitude()))
-                out.number(position.altitude());
-        });
+        writePosition(out, position);
+    });
+}
+
+/// The south-west corner and the north-east one.
+void writeBox(Writer &out, const BoundingBox &box)
+{
+    if (!box.isValid())
+        return;
+    const Coordinates topLeft = box.topLeft();
+    const Coordinates bottomRight = box.bottomRight();
+    const bool hasAltitudes = std::isfinite(topLeft.altitude()) && std::isfinite(bottomRight.altitude());
+    out.key("bbox");
+    out.array([&] {
+        out.number(topLeft.longitude());
+        out.number(bottomRight.latitude());
+        if (hasAltitudes)
+            out.number(bottomRight.altitude());
+        out.number(bottomRight.longitude());
+        out.number(topLeft.latitude());
+        if (hasAltitudes)
+            out.number(topLeft.altitude());
     });
 }
 
 void writeAddress(Writer &out, const Address &address)
 {
-    out.member("label", address.label());
-    out.member("houseNumber", address.houseNumber());
-    out.member("street", address.street());
-    out.member("city", address.city());
-    out.member("region", address.region());
-    out.member("country", address.country());
-    out.member("countryCode", address.isoAlpha2CountryCode());
-    out.member("countryCode3", address.countryCode());
-    out.member("postalCode", address.postalCode());
+    for (const auto &part : vocabulary::ADDRESS_TEXTS)
+        out.member(part.name, (address.*part.get)());
+    if (address.hasValidFloor())
+        out.member(vocabulary::FLOOR, qint64(address.floor()));
+    for (const auto &part : vocabulary::ADDRESS_LINES)
+        out.member(part.name, (address.*part.get)());
 }
 
-void writeCommonProperties(Writer &out, const AbstractPlace &place)
+/// Everything of a location but its position and box, which stand elsewhere.
+void writeLocation(Writer &out, const Location &location)
 {
-    out.member("name", place.name());
-    out.member("description", place.description());
-    writeAddress(out, place.primaryAddress());
-    out.member("phone", place.primaryPhoneNumber());
-    out.member("email", place.primaryEmailAddress());
-    out.member("url", place.primaryUrl().toString());
-    out.member("favorite", place.isFavorite());
-    out.member("owner", place.owner());
-    out.member("lastUsedTime", static_cast<qint64>(place.lastUsedTime()));
+    writeAddress(out, location.address());
+    const Coordinates position = location.coordinates();
+    if (position.isValid()) {
+        out.member(vocabulary::HORIZONTAL_ACCURACY, double(position.horizontalAccuracy()));
+        out.member(vocabulary::VERTICAL_ACCURACY, double(position.verticalAccuracy()));
+    }
+    out.member(vocabulary::VIRTUAL_DATA, location.virtualData());
+    if (location.virtualDataType() != VirtualLocationType::None)
+        out.member(vocabulary::VIRTUAL_DATA_TYPE, qint64(location.virtualDataType()));
 }
 
-void writeFullProperties(Writer &out, const Place &place)
+/// Index of the location that the feature's geometry shows: the first that has a position, else the first.
+int shownLocation(const Place &place)
 {
-    QStringList tags;
-    for (int i = 0; i < place.tagCount(); ++i)
-        tags.append(place.tag(i));
-    out.member("tags", tags);
-    out.member("aliases", place.aliases());
-    out.member("usageCount", qint64(place.usageCount()));
-    out.member("creationTime", static_cast<qint64>(place.creationTime()));
-    out.member("updateTime", static_cast<qint64>(place.updateTime()));
-    out.key("records");
+    for (int i = 0; i < place.locationCount(); ++i) {
+        if (place.location(i).coordinates().isValid())
+            return i;
+    }
+    return 0;
+}
+
+void writeOtherLocations(Writer &out, const Place &place, int shown)
+{
+    if (place.locationCount() < 2)
+        return;
+    out.member(vocabulary::LOCATION_INDEX, qint64(shown));
+    out.key(vocabulary::OTHER_LOCATIONS);
     out.array([&] {
-        for (int i = 0; i < place.auxiliaryDataCount(); ++i) {
-            const AuxiliaryData data = place.auxiliaryData(i);
-            const QMap<QString, QString> properties = data.properties();
+        for (int i = 0; i < place.locationCount(); ++i) {
+            if (i == shown)
+                continue;
+            const Location location = place.location(i);
             out.object([&] {
-                out.member("type", data.type());
-                out.member("externalId", data.externalId());
-                for (auto property = properties.begin(); property != properties.end(); ++property)
-                    out.member(property.key(), property.value());
+                if (location.coordinates().isValid())
+                    writePosition(out, location.coordinates());
+                writeBox(out, location.boundingBox());
+                writeLocation(out, location);
             });
         }
     });
 }
 
-template <typename Properties>
-void writeFeature(Writer &out, const AbstractPlace &place, Properties properties)
+// --------------------------------------------------------------------------------------------------------- records
+
+bool isForeign(const AuxiliaryData &data)
 {
+    return data.type() == QLatin1String(vocabulary::FOREIGN_PROPERTIES)
+           || data.type() == QLatin1String(vocabulary::FOREIGN_MEMBERS);
+}
+
+void writeRecords(Writer &out, const Place &place)
+{
+    out.key(vocabulary::RECORDS);
+    out.array([&] {
+        for (int i = 0; i < place.auxiliaryDataCount(); ++i) {
+            const AuxiliaryData data = place.auxiliaryData(i);
+            if (isForeign(data))
+                continue;
+            const QMap<QString, QString> properties = data.properties();
+            out.object([&] {
+                out.member("type", data.type());
+                out.member("externalId", data.externalId());
+                out.key("properties");
+                out.object([&] {
+                    for (auto property = properties.begin(); property != properties.end(); ++property) {
+                        out.key(property.key());
+                        out.text(property.value());
+                    }
+                });
+            });
+        }
+    });
+}
+
+/// What an import could not take in and kept, back where it was.
+void writeForeign(Writer &out, const Place &place, const char *type)
+{
+    for (int i = 0; i < place.auxiliaryDataCount(); ++i) {
+        const AuxiliaryData data = place.auxiliaryData(i);
+        if (data.type() != QLatin1String(type))
+            continue;
+        const QMap<QString, QString> members = data.properties();
+        for (auto member = members.begin(); member != members.end(); ++member) {
+            out.key(member.key());
+            out.json(member.value());
+        }
+    }
+}
+
+// -------------------------------------------------------------------------------------------------------- features
+
+void writeNames(Writer &out, const AbstractPlace &place)
+{
+    out.member(vocabulary::NAME, place.name());
+    out.member(vocabulary::DESCRIPTION, place.description());
+}
+
+/// What every list of places shows, whatever record it comes from.
+void writePrimaryValues(Writer &out, const AbstractPlace &place)
+{
+    out.member(vocabulary::PHONE, place.primaryPhoneNumber());
+    out.member(vocabulary::EMAIL, place.primaryEmailAddress());
+    out.member(vocabulary::URL, place.primaryUrl().toString(QUrl::FullyEncoded));
+    out.member(vocabulary::FAVORITE, place.isFavorite());
+    out.member(vocabulary::OWNER, place.owner());
+    out.member(vocabulary::LAST_USED_TIME, static_cast<qint64>(place.lastUsedTime()));
+}
+
+QStringList tagsOf(const Place &place)
+{
+    QStringList tags;
+    for (int i = 0; i < place.tagCount(); ++i)
+        tags.append(place.tag(i));
+    return tags;
+}
+
+void writeProperties(Writer &out, const Place &place, int shown)
+{
+    writeNames(out, place);
+    if (place.locationCount() > 0)
+        writeLocation(out, place.location(shown));
+    writePrimaryValues(out, place);
+    out.list(vocabulary::TAGS, tagsOf(place));
+    out.list(vocabulary::ALIASES, place.aliases());
+    out.member(vocabulary::SOURCE, place.source());
+    out.member(vocabulary::PRIVATE, place.isPrivate());
+    if (place.expiryTime() > 0)
+        out.member(vocabulary::EXPIRY_TIME, static_cast<qint64>(place.expiryTime()));
+    out.member(vocabulary::USAGE_COUNT, qint64(place.usageCount()));
+    out.member(vocabulary::CREATION_TIME, static_cast<qint64>(place.creationTime()));
+    out.member(vocabulary::UPDATE_TIME, static_cast<qint64>(place.updateTime()));
+    writeOtherLocations(out, place, shown);
+    writeRecords(out, place);
+    writeForeign(out, place, vocabulary::FOREIGN_PROPERTIES);
+}
+
+template <typename Members>
+QByteArray feature(const Place &place, Members members)
+{
+    Writer out;
+    const int shown = shownLocation(place);
     out.object([&] {
         out.member("type", QStringLiteral("Feature"));
-        out.member("id", place.id());
+        members(out);
+        if (place.locationCount() > 0)
+            writeBox(out, place.location(shown).boundingBox());
         writeGeometry(out, place.primaryCoordinates());
         out.key("properties");
-        out.object(properties);
+        out.object([&] { writeProperties(out, place, shown); });
     });
+    return out.result();
 }
 
 } // namespace
 
 QByteArray toGeoJson(const Place &place)
 {
-    Writer out;
-    writeFeature(out, place, [&] {
-        writeCommonProperties(out, place);
-        writeFullProperties(out, place);
+    return feature(place, [&](Writer &out) {
+        if (place.isPersisted())
+            out.member("id", place.id());
     });
-    return out.result();
+}
+
+QByteArray toGeoJsonFeature(const Place &place)
+{
+    return feature(place, [&](Writer &out) { writeForeign(out, place, vocabulary::FOREIGN_MEMBERS); });
 }
 
 QByteArray toGeoJson(const QList<PlaceHeader *> &places)
@@ -185,8 +350,19 @@ QByteArray toGeoJson(const QList<PlaceHeader *> &places)
         out.member("type", QStringLiteral("FeatureCollection"));
         out.key("features");
         out.array([&] {
-            for (const PlaceHeader *place : places)
-                writeFeature(out, *place, [&] { writeCommonProperties(out, *place); });
+            for (const PlaceHeader *place : places) {
+                out.object([&] {
+                    out.member("type", QStringLiteral("Feature"));
+                    out.member("id", place->id());
+                    writeGeometry(out, place->primaryCoordinates());
+                    out.key("properties");
+                    out.object([&] {
+                        writeNames(out, *place);
+                        writeAddress(out, place->primaryAddress());
+                        writePrimaryValues(out, *place);
+                    });
+                });
+            }
         });
     });
     return out.result();

@@ -3,14 +3,11 @@
 #include "Import.h"
 
 #include "GeoJsonReader.h"
+#include "Input.h"
+#include "ProgressBar.h"
 
 #include <places/Place.h>
 #include <places/PlaceManager.h>
-
-#include <chrono>
-#include <cstdio>
-
-#include <unistd.h>
 
 namespace tool
 {
@@ -20,43 +17,6 @@ using namespace places;
 namespace
 {
 
-/// A line on standard error that shows how far the work is; nothing unless that is a terminal.
-class ProgressBar
-{
-public:
-    explicit ProgressBar(const QString &title)
-        : m_title(title)
-        , m_shown(::isatty(STDERR_FILENO))
-    {}
-    ProgressBar(const ProgressBar &) = delete;
-    ProgressBar &operator=(const ProgressBar &) = delete;
-    ~ProgressBar() { clear(); }
-
-    void show(double part, int count)
-    {
-        const auto now = std::chrono::steady_clock::now();
-        if (!m_shown || now - m_last < std::chrono::milliseconds(100))
-            return;
-        m_last = now;
-        constexpr int WIDTH = 30;
-        const auto filled = static_cast<int>(part * WIDTH);
-        const QString bar = QString(filled, QLatin1Char('#')).leftJustified(WIDTH, QLatin1Char('.'));
-        std::fprintf(stderr, "\r%s [%s] %3d %% %d places", qUtf8Printable(m_title), qUtf8Printable(bar),
-                     static_cast<int>(part * 100), count);
-    }
-    /// Makes room for a message.
-    void clear()
-    {
-        if (m_shown)
-            std::fprintf(stderr, "\r\033[K");
-    }
-
-private:
-    const QString m_title;
-    const bool m_shown;
-    std::chrono::steady_clock::time_point m_last;
-};
-
 struct Counts
 {
     int imported = 0;
@@ -64,31 +24,33 @@ struct Counts
     int failed = 0;
 };
 
-/// Adds the features of one file. Stops early only when the service is gone or the file cannot be read on.
+/// Adds the places of one file. Stops early only when the service is gone or the file cannot be read on.
 ExitStatus importFile(const QString &path, Counts &counts)
 {
     const PlaceManager manager;
-    GeoJsonReader reader(path);
+    Input input(path);
     ProgressBar bar(path);
     ExitStatus status = Done;
-    const QString problem = reader.read([&](const GeoJsonReader::Feature &feature) {
-        const QString where = QStringLiteral("%1: feature %2").arg(path).arg(feature.number);
-        if (!feature.place) {
+    const auto take = [&](const ReadPlace &read) {
+        const QString where = path + QStringLiteral(": ") + read.where;
+        if (!read.place) {
             bar.clear();
-            complain(where, feature.problem);
+            complain(where, read.problem);
             ++counts.skipped;
+            status = Failed;
             return true;
         }
-        const Error::Type error = manager.addPlace(feature.place);
+        const Error::Type error = manager.addPlace(read.place);
         if (error == Error::Success) {
-            bar.show(reader.progress(), ++counts.imported);
+            bar.show(input.progress(), ++counts.imported);
             return true;
         }
         bar.clear();
         ++counts.failed;
         status = report(error, where);
         return status != NoService;
-    });
+    };
+    const QString problem = input.problem().isEmpty() ? readGeoJson(input, take) : input.problem();
     if (problem.isEmpty())
         return status;
     bar.clear();

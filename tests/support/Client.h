@@ -1,0 +1,34 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QtCore/QProcess>
+#include <QtCore/QStringList>
+
+#include <string>
+
+/// How a run of the client ended.
+struct Outcome
+{
+    int status;
+    std::string out;
+    std::string err;
+};
+
+/// Runs the client as a user would, with `input` on its standard input.
+inline Outcome places(const QStringList &arguments, const QByteArray &input = {})
+{
+    QProcess process;
+    process.start(QStringLiteral(PROGRAMS "/places"), arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    EXPECT_TRUE(process.waitForFinished(60000));
+    return {process.exitCode(), process.readAllStandardOutput().toStdString(),
+            process.readAllStandardError().toStdString()};
+}
+
+inline Outcome places(const char *arguments, const QByteArray &input = {})
+{
+    return places(QString::fromUtf8(arguments).split(QLatin1Char(' ')), input);
+}
