@@ -3,11 +3,11 @@
 #include "Report.h"
 
 #include "GeoJsonWriter.h"
+#include "PlaceView.h"
 
 #include <places/Place.h>
 #include <places/PlaceHeader.h>
-
-#include <QtCore/QDateTime>
+#include <places/PlaceJson.h>
 
 #include <cstdio>
 
@@ -21,7 +21,6 @@ namespace
 
 constexpr int ID_WIDTH = 7;
 constexpr int NAME_WIDTH = 40;
-constexpr int FIELD_WIDTH = 14;
 
 const char *textOf(Error::Type error)
 {
@@ -77,35 +76,6 @@ QString cell(QString text, int width)
     return text.size() > width ? text.left(width - 1) + QChar(0x2026) : text.leftJustified(width);
 }
 
-QString positionText(const Coordinates &position)
-{
-    if (!position.isValid())
-        return {};
-    return QStringLiteral("%1, %2").arg(position.latitude(), 0, 'f', 5).arg(position.longitude(), 0, 'f', 5);
-}
-
-void printField(const char *name, const QString &value)
-{
-    if (!value.isEmpty())
-        printLine(QString::fromLatin1(name).leftJustified(FIELD_WIDTH) + value);
-}
-
-QString timeText(quint64 seconds)
-{
-    return seconds == 0 ? QString()
-                        : QDateTime::fromSecsSinceEpoch(static_cast<qint64>(seconds), Qt::UTC).toString(Qt::ISODate);
-}
-
-void printAuxiliaryData(const AuxiliaryData &data)
-{
-    printField("Record", data.type() + QLatin1Char(' ') + data.externalId());
-    const QMap<QString, QString> properties = data.properties();
-    for (auto property = properties.begin(); property != properties.end(); ++property) {
-        if (!property.value().isEmpty())
-            printLine(QStringLiteral("  ") + property.key().leftJustified(12) + property.value());
-    }
-}
-
 } // namespace
 
 void complain(const QString &where, const QString &problem)
@@ -147,32 +117,14 @@ void printPlaces(const QList<PlaceHeader *> &found, Form form)
 
 void printPlace(const Place &place, Form form)
 {
-    if (form == Form::Json)
+    switch (form) {
+    case Form::Table:
+        return void(std::fputs(qUtf8Printable(viewOf(place)), stdout));
+    case Form::Json:
         return printLine(QString::fromUtf8(toGeoJson(place)));
-    printField("Id", QString::number(place.id()));
-    printField("Name", place.name());
-    printField("Also", place.aliases().join(QStringLiteral(", ")));
-    printField("Description", place.description());
-    for (int i = 0; i < place.locationCount(); ++i) {
-        const Location location = place.location(i);
-        const Address address = location.address();
-        printField("Address", address.label().isEmpty() ? place.primaryLocation() : address.label());
-        printField("Position", positionText(location.coordinates()));
+    case Form::Document:
+        return printLine(QString::fromUtf8(PlaceJson::write(place)));
     }
-    QStringList tags;
-    for (int i = 0; i < place.tagCount(); ++i)
-        tags.append(place.tag(i));
-    printField("Tags", tags.join(QStringLiteral(", ")));
-    printField("Phone", place.primaryPhoneNumber());
-    printField("E-mail", place.primaryEmailAddress());
-    printField("Web", place.primaryUrl().toString());
-    for (int i = 0; i < place.auxiliaryDataCount(); ++i)
-        printAuxiliaryData(place.auxiliaryData(i));
-    printField("Owner", place.owner());
-    printField("Uses", place.usageCount() > 0 ? QString::number(place.usageCount()) : QString());
-    printField("Last used", timeText(place.lastUsedTime()));
-    printField("Stored", timeText(place.creationTime()));
-    printField("Changed", timeText(place.updateTime()));
 }
 
 } // namespace tool

@@ -29,11 +29,12 @@ enum ExitStatus : int
     NoService = 69
 };
 
-/// How results are written to standard output: tables for people, GeoJSON for programs.
+/// How results are written to standard output.
 enum class Form
 {
-    Table,
-    Json
+    Table,    ///< For people.
+    Json,     ///< GeoJSON, or JSON for what is no place.
+    Document, ///< The library's JSON document of a place.
 };
 
 /// The exit status for an outcome. A failure is told on standard error, as what became of `what`.
