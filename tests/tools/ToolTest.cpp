@@ -81,7 +81,7 @@ TEST_F(ToolTest, EveryWayOfGoingWrongHasItsStatusAndSaysWhy)
     } cases[] = {
         {"show 99", 1, "place 99: there is no such place"},
         {"remove 98 99", 1, "place 98"},
-        {"show", 2, "ID"},
+        {"show", 2, "PLACE"},
         {"show nine", 2, "nine"},
         {"near 91,0", 2, "not a position"},
         {"add X", 2, "needs a position"},

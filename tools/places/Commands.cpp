@@ -2,7 +2,10 @@
 
 #include "Commands.h"
 
+#include "Export.h"
+#include "Formats.h"
 #include "Import.h"
+#include "PlaceLink.h"
 
 #include <places/Place.h>
 #include <places/PlaceHeader.h>
@@ -172,10 +175,17 @@ void apply(Place &place, const Details &details)
         place.addLocation(*location);
 }
 
-ExitStatus add(const Details &details, Form form)
+/// Adds a place by its name, or the place that a link leads to.
+ExitStatus add(const QString &nameOrLink, const Details &details, Form form)
 {
     Place place;
     place.setSource(AbstractPlace::SourceManualInput);
+    if (!isLink(nameOrLink)) {
+        place.setName(nameOrLink);
+    } else if (const QString problem = readLink(nameOrLink, place); !problem.isEmpty()) {
+        complain(nameOrLink, problem);
+        return WrongUse;
+    }
     apply(place, details);
     if (!place.isValid()) {
         complain(QStringLiteral("add"), QStringLiteral("a place needs a position (--at) or an address (--city ...)"));
@@ -214,6 +224,52 @@ ExitStatus update(Place &place, const Details &details)
 {
     apply(place, details);
     return report(PlaceManager().updatePlace(&place), nameOf(place.id()));
+}
+
+/// Shows what a link leads to; it is not stored.
+ExitStatus showLink(const QString &link, Form form)
+{
+    Place place;
+    if (const QString problem = readLink(link, place); !problem.isEmpty()) {
+        complain(link, problem);
+        return WrongUse;
+    }
+    printPlace(place, form);
+    return Done;
+}
+
+ExitStatus show(const QString &idOrLink, Form form)
+{
+    if (isLink(idOrLink))
+        return showLink(idOrLink, form);
+    return withPlace(idOrLink.toLongLong(), [form](const Place &place) {
+        printPlace(place, form);
+        return Done;
+    });
+}
+
+/// Refuses, as wrong use, what is neither the number of a place nor a link.
+const CLI::Validator IsIdOrLink(
+    [](const std::string &argument) {
+        bool isNumber = false;
+        (void)text(argument).toLongLong(&isNumber);
+        return isNumber || isLink(text(argument)) ? std::string() : "neither a number nor a link: " + argument;
+    },
+    "ID|LINK");
+
+void addShowCommand(CLI::App &app, Context &context)
+{
+    const auto idOrLink = std::make_shared<std::string>();
+    const auto asDocument = std::make_shared<bool>(false);
+    CLI::App *command = app.add_subcommand("show", "Show a place with all it has, or what a link leads to");
+    command->add_option("PLACE", *idOrLink, "Number of the place, geo: URI or map link")->required()->check(IsIdOrLink);
+    command->add_flag("--document", *asDocument, "Write the place's JSON document");
+    command->callback([&context, idOrLink, asDocument] {
+        context.needsService = !isLink(text(*idOrLink));
+        context.run = [&context, idOrLink, asDocument] {
+            return show(text(*idOrLink), *asDocument ? Form::Document : context.form);
+        };
+    });
 }
 
 ExitStatus unfav(Place &place)
@@ -282,15 +338,15 @@ void addChangingCommands(CLI::App &app, Context &context)
 {
     const auto details = std::make_shared<Details>();
     CLI::App *addCommand = app.add_subcommand("add", "Add a place and print its number");
-    addCommand->add_option("NAME", details->name, "Name")->required();
+    const auto nameOrLink = std::make_shared<std::string>();
+    addCommand->add_option("PLACE", *nameOrLink, "Name, geo: URI or map link")->required();
+    addCommand->add_option("--name", details->name, "Name of a place that is given by a link");
     addDetailOptions(*addCommand, *details);
-    addCommand->callback(
-        [&context, details] { context.run = [&context, details] { return add(*details, context.form); }; });
-
-    addPlaceCommand(app, context, "show", "Show a place with all it has", [&context](const Place &place) {
-        printPlace(place, context.form);
-        return Done;
+    addCommand->callback([&context, nameOrLink, details] {
+        context.run = [&context, nameOrLink, details] { return add(text(*nameOrLink), *details, context.form); };
     });
+
+    addShowCommand(app, context);
     CLI::App *updateCommand = addPlaceCommand(app, context, "update", "Change a place; what is not given stays",
                                               [details](Place &place) { return update(place, *details); });
     updateCommand->add_option("--name", details->name, "Name");
@@ -420,25 +476,47 @@ void addFindingCommands(CLI::App &app, Context &context)
     });
 }
 
+// -------------------------------------------------------------------------------------------------------- exchange
+
+/// Adds the option that names a format.
+void addFormatOption(CLI::App &command, std::string &format, bool onlyWritable)
+{
+    std::vector<std::string> names;
+    for (const QString &name : formatNames(onlyWritable))
+        names.push_back(name.toStdString());
+    command.add_option("--format", format, "Format; without it the file's extension or content tells")
+        ->check(CLI::IsMember(names));
+}
+
+void addExchangeCommands(CLI::App &app, Context &context)
+{
+    const auto format = std::make_shared<std::string>();
+    const auto files = std::make_shared<std::vector<std::string>>();
+    CLI::App *import = app.add_subcommand("import", "Add the places of GeoJSON, JSON, GPX, KML and CSV files");
+    import->add_option("FILE", *files, "Files; - for standard input")->required();
+    addFormatOption(*import, *format, false);
+    import->callback([&context, files, format] {
+        context.run = [files, format] { return importFiles(texts(*files), text(*format));
+};
+} // namespace
+);
+
+const auto file = std::make_shared<std::string>("-");
+CLI::App *exporting = app.add_subcommand("export", "Write all stored places as GeoJSON or JSON documents");
+exporting->add_option("FILE", *file, "File; - for standard output")->capture_default_str();
+addFormatOption(*exporting, *format, true);
+exporting->callback([&context, file, format] {
+    context.run = [file, format] { return exportPlaces(text(*file), text(*format)); };
+});
+} // namespace tool
+
 } // namespace
 
 void addCommands(CLI::App &app, Context &context)
 {
     addChangingCommands(app, context);
     addFindingCommands(app, context);
-
-    const auto files = std::make_shared<std::vector<std::string>>();
-    CLI::App *import = app.add_subcommand("import", "Add the points of GeoJSON files (RFC 7946) as places");
-    import->add_option("FILE", *files, "GeoJSON files")->required();
-    import->callback([&context, files] {
-        context.run = [files] {
-            QStringList paths;
-    for (const std::string &file : *files)
-        paths.append(text(file));
-    return importFiles(paths);
-};
-} // namespace tool
-);
+    addExchangeCommands(app, context);
 }
 
 } // namespace tool

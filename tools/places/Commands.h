@@ -14,6 +14,8 @@ namespace tool
 struct Context
 {
     Form form = Form::Table;
+    /// False when the chosen command gets along without a places service.
+    bool needsService = true;
     /// What the chosen command does; empty until one is chosen.
     std::function<ExitStatus()> run;
 };

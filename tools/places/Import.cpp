@@ -2,7 +2,7 @@
 
 #include "Import.h"
 
-#include "GeoJsonReader.h"
+#include "Formats.h"
 #include "Input.h"
 #include "ProgressBar.h"
 
@@ -24,8 +24,17 @@ struct Counts
     int failed = 0;
 };
 
+const Format &formatOf(const QString &path, const QString &name, const Input &input)
+{
+    if (const Format *format = formatByName(name))
+        return *format;
+    if (const Format *format = formatByPath(path))
+        return *format;
+    return formatByContent(input.head());
+}
+
 /// Adds the places of one file. Stops early only when the service is gone or the file cannot be read on.
-ExitStatus importFile(const QString &path, Counts &counts)
+ExitStatus importFile(const QString &path, const QString &formatName, Counts &counts)
 {
     const PlaceManager manager;
     Input input(path);
@@ -50,7 +59,8 @@ ExitStatus importFile(const QString &path, Counts &counts)
         status = report(error, where);
         return status != NoService;
     };
-    const QString problem = input.problem().isEmpty() ? readGeoJson(input, take) : input.problem();
+    const QString problem =
+        input.problem().isEmpty() ? formatOf(path, formatName, input).read(input, take) : input.problem();
     if (problem.isEmpty())
         return status;
     bar.clear();
@@ -60,12 +70,12 @@ ExitStatus importFile(const QString &path, Counts &counts)
 
 } // namespace
 
-ExitStatus importFiles(const QStringList &paths)
+ExitStatus importFiles(const QStringList &paths, const QString &format)
 {
     Counts counts;
     ExitStatus status = Done;
     for (const QString &path : paths) {
-        const ExitStatus outcome = importFile(path, counts);
+        const ExitStatus outcome = importFile(path, format, counts);
         if (outcome != Done)
             status = outcome;
         if (outcome == NoService)

@@ -8,7 +8,9 @@
 namespace tool
 {
 
-/// Adds the features of GeoJSON files as places. What is no place is named and left out; counts come at the end.
-ExitStatus importFiles(const QStringList &paths);
+/// Adds the places of files; "-" stands for standard input. What is no place is named and left out; the counts come at
+/// the end. Failed when anything was left out.
+/// @param format name of the files' format; empty to go by their extensions and contents.
+ExitStatus importFiles(const QStringList &paths, const QString &format);
 
 } // namespace tool

@@ -26,7 +26,7 @@ int main(int argc, char **argv)
     context.form = json ? tool::Form::Json : tool::Form::Table;
 
     tool::ServiceStarter service;
-    if (!tool::ServiceStarter::isServiceRunning()) {
+    if (context.needsService && !tool::ServiceStarter::isServiceRunning()) {
         if (noStart)
             return tool::report(vela::platform::places::Error::ServiceUnavailable, QStringLiteral("--no-start"));
         if (!service.start())

@@ -1,0 +1,361 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "support/Client.h"
+#include "support/Placesd.h"
+
+#include <gmock/gmock.h>
+
+#include <QtCore/QFile>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <QtCore/QRegularExpression>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using testing::HasSubstr;
+
+namespace
+{
+
+QByteArray times(int count, const QByteArray &bytes)
+{
+    return bytes.repeated(count);
+}
+
+/// A feature with these properties beside its name, and these members beside its own.
+QByteArray feature(const QByteArray &properties = {}, const QByteArray &members = {})
+{
+    return R"({"type":"Feature",)" + members + R"("geometry":{"type":"Point","coordinates":[7.4,46.9,540.5]},)"
+           + R"("properties":{"name":"Bern")" + properties + "}}";
+}
+
+QByteArray collection(const QByteArray &features)
+{
+    return R"({"type":"FeatureCollection","features":[)" + features + "]}";
+}
+
+QByteArray exported()
+{
+    const Outcome outcome = places("export");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    return QByteArray::fromStdString(outcome.out);
+}
+
+QByteArray withoutTimes(const QByteArray &text)
+{
+    static const QRegularExpression TIME(QStringLiteral(R"("(creation|update|lastUsed)Time":\d+,?)"));
+    return QString::fromUtf8(text).remove(TIME).toUtf8();
+}
+
+QJsonArray features(const QByteArray &text)
+{
+    return QJsonDocument::fromJson(text)[QLatin1String("features")].toArray();
+}
+
+/// Imports bytes as a file of this extension.
+Outcome import(const Placesd &service, const char *extension, const QByteArray &bytes)
+{
+    QFile file(service.path("in") + QLatin1Char('.') + QLatin1String(extension));
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    file.close();
+    return places(QStringList{QStringLiteral("import"), file.fileName()});
+}
+
+/// The first lines of a file of the sample data, as whole as a GeoJSON text needs to be.
+QByteArray sampleData(const char *name)
+{
+    QFile file(QStringLiteral(SOURCES "/examples/data/") + QLatin1String(name));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    (void)file.readLine();
+    QByteArray lines;
+    for (int i = 0; i < 40; ++i)
+        lines += file.readLine();
+    return lines;
+}
+
+} // namespace
+
+TEST(ExchangeTest, WhatIsExportedImportedAndExportedAgainIsTheSame)
+{
+    const QByteArray strange =
+        R"(,"nested":{"a":[1,{"b":null}]},"big":9007199254740993,"text":"\ud83c\udff0 \u05e9 %&+#\n")";
+    const QByteArray members = R"("id":17,"vendor":{"x":[1.5]},"bbox":[7,46,8,47],)";
+    const QByteArray places_ =
+        sampleData("airports.geojson") + sampleData("cities.geojson") + feature(strange, members) + ","
+        + feature(
+            R"(,"tags":["lbs-my-home","b","a"],"aliases":["\u05e9"],"source":"s","private":true,"expiryTime":99,)"
+            R"("label":"l","room":"r","building":"b","campus":"c","houseNumber":"1","street":"s","city":"c",)"
+            R"("region":"r","country":"c","countryCode":"CH","countryCode3":"CHE","postalCode":3000,"floor":-2,)"
+            R"("compactAddressLines":["x","y"],"extendedAddressLines":["z"],"horizontalAccuracy":2.5,)"
+            R"("verticalAccuracy":3.5,"locationIndex":1,"otherLocations":[{"virtualData":"v","virtualDataType":2},)"
+            R"({"coordinates":[1,2],"bbox":[0,1,2,3],"street":"t"}],"records":[{"type":"poi","externalId":"x",)"
+            R"("properties":{"phoneNumber":"1","url":"http://a.example/%C3%A9%20"}},{"type":"own","properties":{"":"e"}}])")
+        + "," + QByteArray(R"({"type":"Feature","geometry":null,"properties":{"name":"no position","city":"Bern"}})");
+
+    QByteArray first;
+    {
+        const Placesd service;
+        EXPECT_EQ(import(service, "geojson", collection(places_)).out, "83 imported, 0 skipped, 0 failed\n");
+        first = exported();
+    }
+    const QJsonObject kept = features(first)[80].toObject();
+    const QJsonObject given = QJsonDocument::fromJson(feature(strange, members)).object();
+    for (const char *member : {"id", "vendor", "bbox", "geometry"})
+        EXPECT_EQ(kept[QLatin1String(member)], given[QLatin1String(member)]) << member;
+    for (const char *name : {"nested", "text"})
+        EXPECT_EQ(kept[QLatin1String("properties")][QLatin1String(name)],
+                  given[QLatin1String("properties")][QLatin1String(name)])
+            << name;
+    EXPECT_TRUE(first.contains("\"big\":9007199254740993"));
+    EXPECT_EQ(features(first)[0].toObject()[QLatin1String("id")], QLatin1String("ourairports:12243"));
+
+    const Placesd service;
+    EXPECT_EQ(import(service, "geojson", first).out, "83 imported, 0 skipped, 0 failed\n");
+    EXPECT_EQ(withoutTimes(exported()), withoutTimes(first));
+    const QJsonObject full = features(first)[81].toObject()[QLatin1String("properties")].toObject();
+    EXPECT_EQ(full[QLatin1String("otherLocations")].toArray().size(), 2);
+    EXPECT_EQ(full[QLatin1String("tags")].toArray(),
+              (QJsonArray{QLatin1String("lbs-my-home"), QLatin1String("b"), QLatin1String("a")}));
+    EXPECT_EQ(full[QLatin1String("aliases")].toArray().size(), 1) << "an alias that was removed stays removed";
+    EXPECT_EQ(full[QLatin1String("records")].toArray().size(), 2);
+}
+
+TEST(ExchangeTest, EveryFormatBecomesPlaces)
+{
+    const struct
+    {
+        const char *extension;
+        QByteArray text;
+        const char *geometry;
+        QByteArray properties; ///< Each of them must stand in the exported feature.
+    } cases[] = {
+        {"jsonl",
+         R"({"complete":true,"id":9,"name":"A\u00e9","tags":["t"],"location":{"coordinates":{"latitude":1,"longitude":2,"altitude":3}}})",
+         "[2.0,1.0,3.0]", R"("name":"Aé"|"tags":["t"])"},
+        {"gpx",
+         R"(<?xml version="1.0"?><gpx xmlns="http://www.topografix.com/GPX/1/1"><metadata><name>x</name></metadata>
+           <wpt lat="1.5" lon="-2"><ele>10</ele><geoidheight>2.5</geoidheight><name>A &amp; B</name><desc>d</desc><type>summit</type>
+           <link href="http://a.example/"><text>no</text></link><sym>Flag</sym><extensions><name>no</name></extensions></wpt>
+           <rte><rtept lat="0" lon="0"><name>no</name></rtept></rte></gpx>)",
+         "[-2.0,1.5,12.5]",
+         R"("name":"A & B"|"description":"d"|"tags":["summit"]|"url":"http://a.example/"|"sym":"Flag")"},
+        {"kml", R"(<kml xmlns="http://www.opengis.net/kml/2.2"><Document><name>x</name><Folder><Placemark id="p">
+           <name>A</name><description><![CDATA[<b>d</b>]]></description><address>Quai 1</address><phoneNumber>1</phoneNumber>
+           <ExtendedData><Data name="city"><value>Bern</value></Data><SchemaData><SimpleData name="odd">é</SimpleData></SchemaData></ExtendedData>
+           <Point><altitudeMode>absolute</altitudeMode><coordinates> 2,1.5,7 </coordinates></Point></Placemark></Folder></Document></kml>)",
+         "[2.0,1.5,7.0]", R"("description":"<b>d</b>"|"label":"Quai 1"|"phone":"1"|"city":"Bern"|"odd":"é")"},
+        {"csv", "\xEF\xBB\xBFName;LAT;lng;tags;CountryCode;floor;odd\r\n\"A;\"\"B\"\"\nC\";1.5;2;x; y;CH;3;\"\"\r\n",
+         "", ""},
+        {"csv", "\xEF\xBB\xBFName;LAT;lng;tags;CountryCode;floor;odd\r\n\"A;\"\"B\"\"\nC\";1.5;2;\"x; y\";CH;3;+\r\n",
+         "[2.0,1.5]", R"("name":"A;\"B\"\nC"|"tags":["x","y"]|"countryCode":"CH"|"floor":3|"odd":"+")"},
+    };
+    for (const auto &row : cases) {
+        const Placesd service;
+        const Outcome named = import(service, row.extension, row.text);
+        if (row.properties.isEmpty()) {
+            EXPECT_THAT(named.err, HasSubstr("row 2: 8 fields in place of 7"));
+            continue;
+        }
+        EXPECT_EQ(named.out, "1 imported, 0 skipped, 0 failed\n") << named.err;
+        EXPECT_EQ(places("import -", row.text).status, 0) << "the content tells the format of " << row.extension;
+        const std::string text = exported().toStdString();
+        EXPECT_THAT(text, HasSubstr(std::string("\"coordinates\":") + row.geometry));
+        for (const QByteArray &property : row.properties.split('|'))
+            EXPECT_THAT(text, HasSubstr(property.toStdString())) << row.extension;
+    }
+}
+
+TEST(ExchangeTest, BadInputIsNamedAndNothingOfItIsStored)
+{
+    const QByteArray good = feature();
+    const QByteArray point = R"(<wpt lat="1" lon="2"><name>A</name></wpt>)";
+    const QByteArray document =
+        R"({"complete":true,"name":"A","location":{"coordinates":{"latitude":1,"longitude":2}}})";
+    const int large = 5 * 1024 * 1024;
+    const struct
+    {
+        const char *extension;
+        QByteArray text;
+        int imported;
+        const char *says;
+    } cases[] = {
+        {"geojson", collection(good + "," + good).chopped(40), 1, "not JSON at byte"},
+        {"geojson", "", 0, "not JSON at byte 0"},
+        {"geojson", "[1,2]", 0, "neither a GeoJSON FeatureCollection nor a Feature"},
+        {"geojson", "<gpx/>", 0, "not JSON at byte 0"},
+        {"geojson", collection(good + "," + times(1000, "[") + times(1000, "]") + "," + good), 2,
+         "feature 2: nested too deep"},
+        {"geojson", collection(good + "," + times(20000, "[")), 1, "nested too deep at byte"},
+        {"geojson", collection(good + "," + QByteArray(good).replace("7.4", "1e999")), 1, "Number too big"},
+        {"geojson", collection(good + "," + QByteArray(good).replace("7.4", "187.4") + "," + good), 2,
+         "feature 2: no point on the Earth"},
+        {"geojson", QByteArray(good).replace("Bern", "\xFF"), 0, "not JSON at byte"},
+        {"geojson", good + QByteArray(1, '\0'), 1, "not JSON at byte"},
+        {"geojson", collection("\"" + times(large, "x") + "\""), 0, "a text or number is too large"},
+        {"geojson", collection("[" + times(large / 2, "1,") + "1]," + good), 1, "feature 1: too large"},
+        {"geojson", collection(feature(R"(,"otherLocations":[{}])")), 0, "a location that is nowhere"},
+        {"jsonl", document + "\n" + document.chopped(3) + "\n\n" + document, 2, "line 2: "},
+        {"jsonl", R"({"complete":false,"name":"A"})", 0, "line 1: "},
+        {"jsonl", times(large, "x") + "\n" + document, 1, "line 1: too large"},
+        {"jsonl", R"({"complete":true,"name":"A"})", 0, "without position and address"},
+        {"gpx", "<gpx>" + point + R"(<wpt lat="91" lon="2"><name>B</name></wpt>)" + point, 2,
+         "waypoint 2, line 1: no point"},
+        {"gpx", "<gpx>\n" + point + "\n<wpt lat=\"1\" lon=\"2\"><name>cut", 1, "not XML in line 3"},
+        {"gpx", "<!DOCTYPE gpx [<!ENTITY a \"aaaa\"><!ENTITY b \"&a;&a;\">]><gpx>" + point + "</gpx>", 0,
+         "a document type"},
+        {"gpx", "<gpx>" + times(1000, "<a>"), 0, "nested too deep"},
+        {"gpx", "<gpx><wpt lat=\"1\" lon=\"2\"><name>" + times(large, "x"), 0, "a text or tag is too large"},
+        {"gpx",
+         "<gpx><wpt lat=\"1\" lon=\"2\">" + times(large / 10, "<name>xxxxxxxxxx</name>") + "</wpt>" + point + "</gpx>",
+         1, "too large"},
+        {"gpx", "<gpx>" + QByteArray(point).replace("A", "\xFF") + "</gpx>", 0, "not XML in line 1"},
+        {"gpx", "<gpx>" + QByteArray(point).replace("A", QByteArray(1, '\0')) + "</gpx>", 0, "not XML in line 1"},
+        {"kml", "<gpx/>", 0, "another kind of document"},
+        {"kml", "<kml><Placemark><name>A</name><LineString/></Placemark></kml>", 0, "placemark 1, line 1: no point"},
+        {"csv", "name,lat,lon\nA,1,2\nA,1\nA,north,2\n\xFF,1,2\nA,1,2\n", 2, "row 4: no point on the Earth"},
+        {"csv", "name,lat,lon\n\"A,1,2\n", 0, "not CSV in row 2: a quotation mark"},
+        {"csv", "name,lat,lon\n\"" + times(large, "x") + "\",1,2\n", 0, "a field is too large"},
+        {"csv", "title of nothing\nA\n", 0, "no column is called name"},
+        {"csv", times(2000, "name,") + "name\n", 0, "too many columns"},
+    };
+    const Placesd service;
+    int stored = 0;
+    for (const auto &row : cases) {
+        const Outcome outcome = import(service, row.extension, row.text);
+        const std::string what = row.extension + row.text.left(120).toStdString();
+        EXPECT_EQ(outcome.status, 1) << what;
+        EXPECT_THAT(outcome.out, HasSubstr(std::to_string(row.imported) + " imported")) << what;
+        EXPECT_THAT(outcome.err, HasSubstr(row.says)) << what;
+        stored += row.imported;
+        EXPECT_EQ(features(exported()).size(), stored) << what;
+    }
+}
+
+TEST(ExchangeTest, AnExportIsWholeOrTheOldFileStays)
+{
+    const Placesd service;
+    EXPECT_EQ(exported(), "{\"type\":\"FeatureCollection\",\"features\":[\n\n]}\n");
+    EXPECT_EQ(places("add A --at 1,2").status, 0);
+    EXPECT_EQ(places("add B --at 3,4").status, 0);
+    const Outcome documents = places("export --format json");
+    EXPECT_EQ(QByteArray::fromStdString(documents.out).count("\"complete\":true"), 2);
+    EXPECT_EQ(places("import -", QByteArray::fromStdString(documents.out)).out, "2 imported, 0 skipped, 0 failed\n");
+    const QString path = service.path("out.jsonl");
+    EXPECT_EQ(places(QStringList{QStringLiteral("export"), path}).status, 0);
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll().count('\n'), 4);
+    EXPECT_EQ(places("export /no/such/folder/x").status, 1);
+    EXPECT_EQ(places("export x.gpx").status, 2);
+    EXPECT_EQ(places("export --format gpx").status, 2);
+
+    QProcess full;
+    full.start(QStringLiteral("sh"), {QStringLiteral("-c"), QStringLiteral(PROGRAMS "/places export > /dev/full")});
+    EXPECT_TRUE(full.waitForFinished(60000));
+    EXPECT_EQ(full.exitCode(), 1);
+    const QByteArray pipe = service.path("pipe").toLocal8Bit();
+    ASSERT_EQ(::mkfifo(pipe.constData(), 0600), 0);
+    const int end = ::open(pipe.constData(), O_RDWR | O_CLOEXEC);
+    EXPECT_EQ(places(QStringList{QStringLiteral("export"), service.path("pipe")}).status, 0);
+    char byte = 0;
+    EXPECT_EQ(::read(end, &byte, 1), 1) << "a pipe is written to, not replaced";
+    EXPECT_EQ(byte, '{');
+    ::close(end);
+}
+
+TEST(ExchangeTest, ALinkIsShownWithoutBeingStored)
+{
+    const struct
+    {
+        const char *link;
+        const char *shows; ///< A line of the view; of the message when the link is none.
+    } cases[] = {
+        {"geo:48.2010,16.3695,183", "Position      48.20100, 16.36950, altitude 183 m\n"},
+        {"GEO:-1,-2;CRS=WGS84;U=6.50;x=%2d", "Position      -1.00000, -2.00000 ± 6.5 m\n"},
+        {"geo:0,0?z=3&q=34.5,-106.5(A+%26+B%2B)", "Name          A & B+\n"},
+        {"geo:0,0?q=Main+Street+1", "Address       Main Street 1\n"},
+        {"geo:1,2?q=%D7%A9%F0%9F%8F%B0", "Name          ש🏰\n"},
+        {"https://m.example/?lat=1&lon=2&label=A%26B+C%2B&city=Bern", "Name          A&B C+\n"},
+        {"geo:1,2;crs=nad27", "the reference system nad27 is not known"},
+        {"geo:1,2;u=-1", "the uncertainty is no number of metres"},
+        {"geo:1e1,2", "no point on the Earth"},
+        {"geo:1,2,3,4", "no point on the Earth"},
+        {"geo:1", "no point on the Earth"},
+        {"geo:91,0", "no point on the Earth"},
+        {"http://m.example/?lat=x&lon=2", "not a link of the map web service"},
+    };
+    for (const auto &row : cases) {
+        const Outcome outcome =
+            places(QStringList{QStringLiteral("--no-start"), QStringLiteral("show"), QString::fromUtf8(row.link)});
+        EXPECT_THAT(outcome.out + outcome.err, HasSubstr(row.shows)) << row.link;
+        EXPECT_EQ(outcome.status, outcome.out.empty() ? 2 : 0) << row.link;
+    }
+    const Placesd service;
+    EXPECT_EQ(places("add geo:1,2;u=3?q=Label --tag t").out, "1\n");
+    EXPECT_EQ(places("add geo:1,2;u=3?q=Label --name Own").out, "2\n");
+    EXPECT_THAT(places("show --document 1").out, HasSubstr("\"horizontalAccuracy\":3.0"));
+    EXPECT_THAT(places("show 2").out, HasSubstr("Name          Own\n"));
+}
+
+TEST(ExchangeTest, APlaceIsShownWithAllItHas)
+{
+    qputenv("TZ", "UTC-2");
+    const Placesd service;
+    const QByteArray records =
+        R"({"type":"poi","properties":{"rating":"4.5","ratingCount":"12","openingHours":"1;9,0,12,30;14,0,18,0|3;0,0,24,0",)"
+        R"("utcOffsetSeconds":"-12600",";parkingText;":"free","odd":"kept"}},)"
+        R"({"type":"contact","properties":{"fullName":"Jane Doe","email":"j@d.example","workPerimeter":"1"}},)"
+        R"({"type":"calendar","properties":{"subject":"Lunch","start_time":"1000","invitees":"a;b"}},)"
+        R"({"type":"lbs-review","properties":{"rating":"4","title":"Good","userName":"Bob","creationTime":"86400","abstract":"two\nlines"}},)"
+        R"({"type":"lbs-image","properties":{"url":"http://i.example/","description":"Front"}},)"
+        R"({"type":"own","externalId":"x","properties":{"k":"v"}})";
+    EXPECT_EQ(
+        import(
+            service, "geojson",
+            feature(
+                R"(,"tags":["lbs-favorite"],"street":"Quai","houseNumber":"1","city":"Bern","postalCode":"3000","floor":0,)"
+                R"("description":"a\u001b[2J","expiryTime":1,"otherLocations":[{"virtualData":"+41"}],"records":[)"
+                + records + "]"))
+            .status,
+        0);
+    QString shown = QString::fromStdString(places("show 1").out);
+    shown.remove(QRegularExpression(QStringLiteral("(Stored|Changed) .*\n")));
+    EXPECT_EQ(shown.toStdString(), R"(Id            1
+Name          Bern ★
+Description   a [2J
+Address       Quai 1
+              3000 Bern
+Indoors       floor 0
+Position      46.90000, 7.40000, altitude 540.5 m
+Online        +41
+Tags          lbs-favorite
+Rating        4.5 (12 ratings)
+Open          Mon  09:00–12:30, 14:00–18:00
+              Tue  closed
+              Wed  00:00–24:00
+              Thu  closed
+              Fri  closed
+              Sat  closed
+              Sun  closed
+Local time    UTC-03:30
+Parking       free
+odd           kept
+Contact       Jane Doe (work)
+  E-mail      j@d.example
+Event         Lunch
+  From        1970-01-01 02:16:40 UTC
+  With        a, b
+Review        4, Good, by Bob, 1970-01-02 02:00:00 UTC
+  Text        two
+              lines
+Photo         Front
+              http://i.example/
+Record        own x
+  k           v
+Expires       1970-01-01 02:00:01 UTC
+)");
+    qunsetenv("TZ");
+}

@@ -1,0 +1,13 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "PlaceReader.h"
+
+namespace tool
+{
+
+/// Reads comma-separated values (RFC 4180) in UTF-8. The first row names the columns: latitude, longitude, altitude,
+/// and the properties of a GeoJSON feature; semicolons or tabs may stand for the commas. A ReadPlaces.
+QString readCsv(Input &input, const TakePlace &take);
+
+} // namespace tool

@@ -1,0 +1,126 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "DocumentReader.h"
+
+#include "Input.h"
+
+#include <places/PlaceJson.h>
+
+namespace tool
+{
+
+using namespace vela::platform::places;
+
+namespace
+{
+
+/// Hands out the lines of an input, without their line feeds.
+class LineReader
+{
+public:
+    explicit LineReader(Input &input)
+        : m_input(input)
+    {}
+
+    /// Reads the next line; of one longer than MAX_ITEM_SIZE only the beginning. False at the end.
+    bool next(QByteArray &line)
+    {
+        line.clear();
+        while (fill()) {
+            const int end = m_buffer.indexOf('\n', m_at);
+            const int length = (end < 0 ? m_buffer.size() : end) - m_at;
+            if (static_cast<std::size_t>(line.size()) <= MAX_ITEM_SIZE)
+                line.append(m_buffer.constData() + m_at, length);
+            m_at += length + 1;
+            if (end >= 0)
+                return true;
+        }
+        return !line.isEmpty();
+    }
+
+private:
+    bool fill()
+    {
+        if (m_at < m_buffer.size())
+            return true;
+        m_buffer.resize(BUFFER_SIZE);
+        m_buffer.resize(static_cast<int>(m_input.read(m_buffer.data(), BUFFER_SIZE)));
+        m_at = 0;
+        return !m_buffer.isEmpty();
+    }
+
+    static constexpr int BUFFER_SIZE = 64 * 1024;
+
+    Input &m_input;
+    QByteArray m_buffer;
+    int m_at = 0;
+};
+
+Location newLocation(const Location &from)
+{
+    Location location;
+    location.setAddress(from.address());
+    location.setCoordinates(from.coordinates());
+    return location;
+}
+
+AuxiliaryData newRecord(const AuxiliaryData &from)
+{
+    AuxiliaryData data(from.type());
+    data.setExternalId(from.externalId());
+    const QMap<QString, QString> properties = from.properties();
+    for (auto property = properties.begin(); property != properties.end(); ++property)
+        data.addProperty(property.key(), property.value());
+    return data;
+}
+
+/// Fills a new place with what a document can hold and a store can be given. Records that are not to be stored with
+/// their place stay behind.
+void fillNew(Place &place, const Place &from)
+{
+    place.setName(from.name());
+    place.setDescription(from.description());
+    place.setPrivate(from.isPrivate());
+    place.setExpiredTime(from.expiryTime());
+    for (int i = 0; i < from.tagCount(); ++i)
+        place.addTag(from.tag(i));
+    for (int i = 0; i < from.locationCount(); ++i)
+        place.addLocation(newLocation(from.location(i)));
+    for (int i = 0; i < from.auxiliaryDataCount(); ++i) {
+        if (const AuxiliaryData data = from.auxiliaryData(i); data.isPersistable())
+            place.addAuxiliaryData(newRecord(data));
+    }
+}
+
+QString readDocument(const QByteArray &line, Place &place)
+{
+    if (static_cast<std::size_t>(line.size()) > MAX_ITEM_SIZE)
+        return QStringLiteral("too large");
+    QString reason;
+    const std::unique_ptr<Place> read = PlaceJson::readPlace(line, nullptr, &reason);
+    if (!read)
+        return reason.isEmpty() ? QStringLiteral("memory does not suffice") : reason;
+    if (!read->hasPhysicalLocation())
+        return QStringLiteral("a place without position and address");
+    fillNew(place, *read);
+    return {};
+}
+
+} // namespace
+
+QString readDocuments(Input &input, const TakePlace &take)
+{
+    LineReader lines(input);
+    QByteArray line;
+    for (int number = 1; lines.next(line); ++number) {
+        if (line.trimmed().isEmpty())
+            continue;
+        Place place;
+        const QString problem = readDocument(line, place);
+        if (!take({QStringLiteral("line %1").arg(number), problem.isEmpty() ? &place : nullptr, problem}))
+            return {};
+    }
+    return input.problem();
+}
+
+} // namespace tool

@@ -1,0 +1,149 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "Export.h"
+
+#include "Formats.h"
+#include "ProgressBar.h"
+
+#include <places/Place.h>
+#include <places/PlaceHeader.h>
+#include <places/PlaceManager.h>
+
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+#include <QtCore/QSaveFile>
+
+#include <memory>
+#include <vector>
+
+namespace tool
+{
+
+using namespace places;
+
+namespace
+{
+
+/// Places in one answer of the service. Not too many: a page of headers is held in memory.
+constexpr int PAGE_SIZE = 1000;
+
+/// An order that nothing but a use of a place changes, and that new places take in the order they were added: pages
+/// neither overlap nor leave gaps, and an export of an import has the order of its file.
+SortRule exportOrder()
+{
+    return SortRule::createSimpleSortRule(SortField::LastUsedTime, SortOrder::Ascending);
+}
+
+/// Writes the places one after the other, page by page.
+class Exporter
+{
+public:
+    Exporter(QIODevice &file, const Format &format, const QString &title)
+        : m_file(file)
+        , m_format(format)
+        , m_bar(title)
+    {}
+
+    ExitStatus run()
+    {
+        write(m_format.opening);
+        bool isLast = false;
+        for (int offset = 0; !isLast && m_status == Done; offset += PAGE_SIZE)
+            isLast = !writePage(offset);
+        if (m_status != Done)
+            return m_status;
+        if (m_count > 0 || m_format.opening[0] != '\0')
+            write(m_format.ending);
+        return m_status;
+    }
+
+private:
+    /// False when there are no more.
+    bool writePage(int offset)
+    {
+        Error::Type error = Error::Success;
+        std::vector<std::unique_ptr<PlaceHeader>> page;
+        for (PlaceHeader *header : m_manager.findPlaces(QString(), &error, nullptr, exportOrder(), offset, PAGE_SIZE))
+            page.emplace_back(header);
+        m_status = report(error, QStringLiteral("export"));
+        for (const auto &header : page) {
+            if (m_status == Done && header->isPersisted())
+                writePlace(header->id());
+        }
+        return page.size() == static_cast<std::size_t>(PAGE_SIZE);
+    }
+
+    void writePlace(qint64 id)
+    {
+        Error::Type error = Error::Success;
+        const std::unique_ptr<Place> place(m_manager.getPlace(id, &error));
+        if (error == Error::NotFound)
+            return; // removed since its page was fetched
+        m_status = report(error, QStringLiteral("place %1").arg(id));
+        if (!place || m_status != Done)
+            return;
+        if (m_count > 0)
+            write(m_format.separator);
+        write(m_format.write(*place));
+        m_bar.show(0, ++m_count);
+    }
+
+    void write(const QByteArray &bytes)
+    {
+        if (m_status == Done && m_file.write(bytes) != bytes.size()) {
+            m_bar.clear();
+            complain(QStringLiteral("export"), m_file.errorString());
+            m_status = Failed;
+        }
+    }
+
+    const PlaceManager m_manager;
+    QIODevice &m_file;
+    const Format &m_format;
+    ProgressBar m_bar;
+    int m_count = 0;
+    ExitStatus m_status = Done;
+};
+
+/// Exports to a file that is open, or could not be opened; `finish` makes it stand.
+template <typename File, typename Finish>
+ExitStatus exportTo(File &file, const Format &format, const QString &path, Finish finish)
+{
+    const ExitStatus status = file.isOpen() ? Exporter(file, format, path).run() : Done;
+    if (status != Done || (file.isOpen() && finish(file)))
+        return status;
+    complain(path, file.errorString());
+    return Failed;
+}
+
+/// True for what cannot be replaced by a new file: standard output, a device, a pipe.
+bool isStream(const QString &path)
+{
+    const QFileInfo file(path);
+    return path == QLatin1String("-") || (file.exists() && !file.isFile());
+}
+
+} // namespace
+
+ExitStatus exportPlaces(const QString &path, const QString &formatName)
+{
+    const Format *format = formatByName(formatName);
+    if (!format)
+        format = formatByPath(path);
+    if (!format)
+        format = formatByName(QStringLiteral("geojson"));
+    if (!format->write) {
+        complain(path, QStringLiteral("%1 can only be read").arg(QLatin1String(format->name)));
+        return WrongUse;
+    }
+    if (isStream(path)) {
+        QFile out(path);
+        (void)(path == QLatin1String("-") ? out.open(stdout, QIODevice::WriteOnly) : out.open(QIODevice::WriteOnly));
+        return exportTo(out, *format, path, [](QFile &file) { return file.flush(); });
+    }
+    QSaveFile out(path);
+    (void)out.open(QIODevice::WriteOnly);
+    return exportTo(out, *format, path, [](QSaveFile &file) { return file.commit(); });
+}
+
+} // namespace tool

@@ -1,0 +1,81 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "Formats.h"
+
+#include "CsvReader.h"
+#include "DocumentReader.h"
+#include "GeoJsonReader.h"
+#include "GeoJsonWriter.h"
+#include "XmlReader.h"
+
+#include <places/PlaceJson.h>
+
+#include <QtCore/QFileInfo>
+#include <QtCore/QRegularExpression>
+
+namespace tool
+{
+
+namespace
+{
+
+using vela::platform::places::Place;
+
+QByteArray toDocument(const Place &place)
+{
+    return vela::platform::places::PlaceJson::write(place);
+}
+
+const Format FORMATS[] = {
+    {"geojson", " geojson geojsonl ", readGeoJson, toGeoJsonFeature, "{\"type\":\"FeatureCollection\",\"features\":[\n",
+     ",\n", "\n]}\n"},
+    {"json", " jsonl ndjson ", readDocuments, toDocument, "", "\n", "\n"},
+    {"gpx", " gpx ", readGpx, nullptr, "", "", ""},
+    {"kml", " kml ", readKml, nullptr, "", "", ""},
+    {"csv", " csv tsv ", readCsv, nullptr, "", "", ""},
+};
+
+} // namespace
+
+const Format *formatByName(const QString &name)
+{
+    for (const Format &format : FORMATS) {
+        if (name == QLatin1String(format.name))
+            return &format;
+    }
+    return nullptr;
+}
+
+const Format *formatByPath(const QString &path)
+{
+    const QString extension = QStringLiteral(" %1 ").arg(QFileInfo(path).suffix().toLower());
+    for (const Format &format : FORMATS) {
+        if (extension.size() > 2 && QLatin1String(format.extensions).contains(extension))
+            return &format;
+    }
+    return nullptr;
+}
+
+const Format &formatByContent(const QByteArray &head)
+{
+    static const QRegularExpression GEOJSON(QStringLiteral(R"("(type"\s*:\s*"Feature|features"))"));
+    const QByteArray text = head.trimmed();
+    if (text.startsWith('<'))
+        return *formatByName(text.contains("<kml") ? QStringLiteral("kml") : QStringLiteral("gpx"));
+    if (!text.startsWith('{') && !text.startsWith('['))
+        return *formatByName(QStringLiteral("csv"));
+    const bool isGeoJson = text.startsWith('[') || GEOJSON.match(QString::fromUtf8(text)).hasMatch();
+    return *formatByName(isGeoJson ? QStringLiteral("geojson") : QStringLiteral("json"));
+}
+
+QStringList formatNames(bool onlyWritable)
+{
+    QStringList names;
+    for (const Format &format : FORMATS) {
+        if (format.write || !onlyWritable)
+            names.append(QLatin1String(format.name));
+    }
+    return names;
+}
+
+} // namespace tool

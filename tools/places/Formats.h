@@ -1,0 +1,35 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "PlaceReader.h"
+
+#include <QtCore/QByteArray>
+#include <QtCore/QStringList>
+
+namespace tool
+{
+
+/// A form in which places are exchanged as files.
+struct Format
+{
+    const char *name;       ///< What users call it.
+    const char *extensions; ///< Of files, each between blanks.
+    ReadPlaces read;
+    /// Writes a place to stand between the opening, the separators and the ending; null for what is only read.
+    QByteArray (*write)(const vela::platform::places::Place &place);
+    const char *opening;
+    const char *separator;
+    const char *ending;
+};
+
+/// The format of this name; null when there is none.
+const Format *formatByName(const QString &name);
+/// The format that a file's extension stands for; null when it says nothing.
+const Format *formatByPath(const QString &path);
+/// The format that the first bytes of a file look like.
+const Format &formatByContent(const QByteArray &head);
+
+/// The names of all formats, or of those that can be written.
+QStringList formatNames(bool onlyWritable);
+
+} // namespace tool

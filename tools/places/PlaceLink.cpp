@@ -1,0 +1,135 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "PlaceLink.h"
+
+#include <places/Place.h>
+#include <places/Utilities.h>
+
+#include <QtCore/QRegularExpression>
+#include <QtCore/QStringList>
+
+#include <cstring>
+#include <optional>
+
+namespace tool
+{
+
+using namespace vela::platform::places;
+
+namespace
+{
+
+constexpr char SCHEME[] = "geo:";
+
+/// A number as RFC 5870 writes them: without a plus sign and an exponent.
+std::optional<double> parseNumber(const QString &text)
+{
+    static const QRegularExpression NUMBER(QStringLiteral(R"(\A-?[0-9]+(\.[0-9]+)?\z)"));
+    return NUMBER.match(text).hasMatch() ? std::optional(text.toDouble()) : std::nullopt;
+}
+
+/// "LATITUDE,LONGITUDE" or "LATITUDE,LONGITUDE,ALTITUDE"; invalid for anything else.
+Coordinates parsePosition(const QString &text)
+{
+    const QStringList parts = text.split(QLatin1Char(','));
+    std::optional<double> numbers[3];
+    if (parts.size() < 2 || parts.size() > 3)
+        return {};
+    for (int i = 0; i < parts.size(); ++i) {
+        numbers[i] = parseNumber(parts[i]);
+        if (!numbers[i])
+            return {};
+    }
+    Coordinates position(*numbers[0], *numbers[1]);
+    if (numbers[2])
+        position.setAltitude(*numbers[2]);
+    return position;
+}
+
+/// Reads the parameters "NAME=VALUE" behind the coordinates; names and values are compared without regard to case.
+QString readParameters(const QStringList &parameters, Coordinates &position)
+{
+    for (const QString &parameter : parameters) {
+        const QString name = parameter.section(QLatin1Char('='), 0, 0).toLower();
+        const QString value = QUrl::fromPercentEncoding(parameter.section(QLatin1Char('='), 1).toUtf8()).toLower();
+        if (name == QLatin1String("crs") && value != QLatin1String("wgs84"))
+            return QStringLiteral("the reference system %1 is not known").arg(value);
+        if (name != QLatin1String("u"))
+            continue;
+        const std::optional<double> metres = parseNumber(value);
+        if (!metres || *metres < 0)
+            return QStringLiteral("the uncertainty is no number of metres");
+        position.setHorizontalAccuracy(static_cast<float>(*metres));
+    }
+    return {};
+}
+
+/// The value of "q", with "+" for a blank.
+QString queryText(const QString &query)
+{
+    for (const QString &item : query.split(QLatin1Char('&'))) {
+        if (item.startsWith(QLatin1String("q="), Qt::CaseInsensitive))
+            return QUrl::fromPercentEncoding(item.mid(2).replace(QLatin1Char('+'), QLatin1String("%20")).toUtf8());
+    }
+    return {};
+}
+
+/// Reads "q": it may say better than the coordinates where the place is.
+void readQuery(const QString &text, Coordinates &position, QString &name, Address &address)
+{
+    static const QRegularExpression LABELLED(QStringLiteral(R"(\A([^()]*)\((.*)\)\z)"),
+                                             QRegularExpression::DotMatchesEverythingOption);
+    const QRegularExpressionMatch match = LABELLED.match(text);
+    const Coordinates queried = parsePosition((match.hasMatch() ? match.captured(1) : text).trimmed());
+    if (queried.isValid()) {
+        position.setLatitude(queried.latitude());
+        position.setLongitude(queried.longitude());
+        name = match.captured(2);
+    } else if (position.latitude() == 0 && position.longitude() == 0 && !text.isEmpty()) {
+        position = Coordinates();
+        address.setLabel(text);
+    } else {
+        name = text;
+    }
+}
+
+QString readGeoUri(const QString &uri, Place &place)
+{
+    const QString whole = uri.mid(static_cast<int>(std::strlen(SCHEME))).section(QLatin1Char('#'), 0, 0);
+    QStringList parts = whole.section(QLatin1Char('?'), 0, 0).split(QLatin1Char(';'));
+    Coordinates position = parsePosition(QUrl::fromPercentEncoding(parts.takeFirst().toUtf8()));
+    if (!position.isValid())
+        return QStringLiteral("no point on the Earth");
+    QString problem = readParameters(parts, position);
+    if (!problem.isEmpty())
+        return problem;
+    QString name;
+    Address address;
+    readQuery(queryText(whole.section(QLatin1Char('?'), 1)), position, name, address);
+
+    Location location;
+    location.setAddress(address);
+    location.setCoordinates(position);
+    place.setName(name);
+    place.addLocation(location);
+    return {};
+}
+
+} // namespace
+
+bool isLink(const QString &text)
+{
+    static const QRegularExpression LINK(QStringLiteral(R"(\A(geo:|https?://))"),
+                                         QRegularExpression::CaseInsensitiveOption);
+    return LINK.match(text).hasMatch();
+}
+
+QString readLink(const QString &text, Place &place)
+{
+    place.setSource(AbstractPlace::SourceGeolink);
+    if (text.startsWith(QLatin1String(SCHEME), Qt::CaseInsensitive))
+        return readGeoUri(text, place);
+    return Utilities::readMapUrl(QUrl(text), place) ? QString() : QStringLiteral("not a link of the map web service");
+}
+
+} // namespace tool

@@ -1,0 +1,290 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "XmlReader.h"
+
+#include "Feature.h"
+#include "Input.h"
+#include "Vocabulary.h"
+
+#include <places/Place.h>
+
+#include <QtCore/QVector>
+#include <QtCore/QXmlStreamReader>
+
+namespace tool
+{
+
+using namespace vela::platform::places;
+
+namespace
+{
+
+/// An attribute or a text inside an element that may be a place: its path of local names from there ("@lat",
+/// "link@href", "Point/coordinates"), and its value.
+struct Field
+{
+    QString path;
+    QString value;
+};
+
+using Fields = QVector<Field>;
+
+/// What sets one XML format apart from another.
+struct XmlFormat
+{
+    const char *root;    ///< Local name of the document's element.
+    const char *element; ///< Local name of the element that may be a place.
+    const char *unit;    ///< What users call it.
+    void (*fill)(const Fields &fields, TextFeature &feature);
+};
+
+QString valueOf(const Fields &fields, const char *path)
+{
+    for (const Field &field : fields) {
+        if (field.path == QLatin1String(path))
+            return field.value;
+    }
+    return {};
+}
+
+bool isChild(const Field &field)
+{
+    return !field.path.contains(QLatin1Char('/')) && !field.path.contains(QLatin1Char('@'));
+}
+
+// ------------------------------------------------------------------------------------------------------------- GPX
+
+/// GPX counts elevation from the geoid; with the geoid's own height it becomes the altitude above the ellipsoid.
+QString gpxAltitude(const Fields &fields)
+{
+    const QString elevation = valueOf(fields, "ele");
+    bool isNumber = false;
+    const double metres = elevation.toDouble(&isNumber);
+    return isNumber ? QString::number(metres + valueOf(fields, "geoidheight").toDouble(), 'g', 17) : elevation;
+}
+
+void fillFromGpx(const Fields &fields, TextFeature &feature)
+{
+    static constexpr struct
+    {
+        const char *path;
+        const char *name;
+    } NAMES[] = {
+        {"name", vocabulary::NAME},
+        {"desc", vocabulary::DESCRIPTION},
+        {"link@href", vocabulary::URL},
+        {"url", vocabulary::URL},
+        {"type", "kind"},
+    };
+    feature.setPosition(valueOf(fields, "@lon"), valueOf(fields, "@lat"), gpxAltitude(fields));
+    QStringList taken{QStringLiteral("ele"), QStringLiteral("geoidheight")};
+    for (const auto &each : NAMES) {
+        feature.set(QLatin1String(each.name), valueOf(fields, each.path));
+        taken.append(QLatin1String(each.path));
+    }
+    for (const Field &field : fields) {
+        if (isChild(field) && !taken.contains(field.path))
+            feature.set(field.path, field.value);
+    }
+}
+
+// ------------------------------------------------------------------------------------------------------------- KML
+
+void fillFromKml(const Fields &fields, TextFeature &feature)
+{
+    const QStringList position = valueOf(fields, "Point/coordinates").split(QLatin1Char(','));
+    // Any other mode, the default one too, says that the altitude does not count.
+    const bool isAbsolute = valueOf(fields, "Point/altitudeMode") == QLatin1String("absolute");
+    feature.setPosition(position.value(0), position.value(1), isAbsolute ? position.value(2) : QString());
+    feature.set(QLatin1String(vocabulary::NAME), valueOf(fields, "name"));
+    feature.set(QLatin1String(vocabulary::DESCRIPTION), valueOf(fields, "description"));
+    feature.set(QStringLiteral("label"), valueOf(fields, "address"));
+    feature.set(QLatin1String(vocabulary::PHONE), valueOf(fields, "phoneNumber"));
+    QString name;
+    for (const Field &field : fields) {
+        if (field.path.startsWith(QLatin1String("ExtendedData/")) && field.path.endsWith(QLatin1String("@name")))
+            name = field.value;
+        else if (field.path == QLatin1String("ExtendedData/Data/value")
+                 || field.path == QLatin1String("ExtendedData/SchemaData/SimpleData"))
+            feature.set(name, field.value);
+    }
+}
+
+// ---------------------------------------------------------------------------------------------------- one for both
+
+constexpr XmlFormat GPX{"gpx", "wpt", "waypoint", fillFromGpx};
+constexpr XmlFormat KML{"kml", "Placemark", "placemark", fillFromKml};
+
+/// Reads a document token by token. Memory is bounded: by the size of a token, and by the size of an element that may
+/// be a place. Document types are refused, and with them every entity that a document could declare.
+class XmlReader
+{
+public:
+    XmlReader(Input &input, const XmlFormat &format, const TakePlace &take)
+        : m_input(input)
+        , m_format(format)
+        , m_take(take)
+    {}
+
+    QString read()
+    {
+        while (!m_ended && next() && step()) {
+        }
+        if (m_ended)
+            return {};
+        if (!m_input.problem().isEmpty())
+            return m_input.problem();
+        if (!m_problem.isEmpty())
+            return QStringLiteral("%1 in line %2").arg(m_problem).arg(m_xml.lineNumber());
+        if (m_xml.hasError())
+            return QStringLiteral("not XML in line %1: %2").arg(m_xml.lineNumber()).arg(m_xml.errorString());
+        return {};
+    }
+
+private:
+    /// Goes to the next token, feeding the parser while it wants more. False at the end and at a fault.
+    bool next()
+    {
+        std::size_t fed = 0;
+        while (m_xml.readNext() == QXmlStreamReader::Invalid
+               && m_xml.error() == QXmlStreamReader::PrematureEndOfDocumentError) {
+            char buffer[16 * 1024];
+            const std::size_t count = m_input.read(buffer, sizeof buffer);
+            fed += count;
+            if (fed > MAX_ITEM_SIZE)
+                return refuse("a text or tag is too large");
+            if (count == 0)
+                return false;
+            m_xml.addData(QByteArray::fromRawData(buffer, static_cast<int>(count)));
+        }
+        return !m_xml.hasError() && !m_xml.atEnd();
+    }
+
+    bool step()
+    {
+        switch (m_xml.tokenType()) {
+        case QXmlStreamReader::DTD:
+            return refuse("a document type is not accepted");
+        case QXmlStreamReader::StartElement:
+            return start();
+        case QXmlStreamReader::Characters:
+            if (m_depth > 0 && !m_problemOfPlace)
+                addText();
+            return true;
+        case QXmlStreamReader::EndElement:
+            return end();
+        default:
+            return true;
+        }
+    }
+
+    bool start()
+    {
+        const QString name = m_xml.name().toString();
+        if (++m_fileDepth == 1 && name != QLatin1String(m_format.root))
+            return refuse("another kind of document");
+        if (m_fileDepth > MAX_DEPTH)
+            return refuse("nested too deep");
+        if (m_depth == 0 && name != QLatin1String(m_format.element))
+            return true;
+        if (m_depth++ == 0)
+            m_line = m_xml.lineNumber();
+        else
+            m_path.append(name);
+        m_text.clear();
+        const QString path = m_path.join(QLatin1Char('/'));
+        for (const QXmlStreamAttribute &attribute : m_xml.attributes())
+            addField(path + QLatin1Char('@') + attribute.name().toString(), attribute.value().toString());
+        return true;
+    }
+
+    bool end()
+    {
+        --m_fileDepth;
+        if (m_depth == 0)
+            return true;
+        if (--m_depth > 0) {
+            addField(m_path.join(QLatin1Char('/')), m_text.trimmed());
+            m_path.removeLast();
+            m_text.clear();
+            return true;
+        }
+        return handOut();
+    }
+
+    void addText()
+    {
+        m_text += m_xml.text();
+        count(m_xml.text().size());
+    }
+
+    void addField(const QString &path, const QString &value)
+    {
+        count(path.size() + value.size());
+        if (!value.isEmpty() && !m_problemOfPlace)
+            m_fields.append({path, value});
+    }
+
+    void count(int size)
+    {
+        m_size += static_cast<std::size_t>(size);
+        if (m_size > MAX_ITEM_SIZE / sizeof(QChar))
+            m_problemOfPlace = "too large";
+    }
+
+    bool handOut()
+    {
+        Place place;
+        QString problem = QLatin1String(m_problemOfPlace);
+        if (!m_problemOfPlace) {
+            TextFeature feature;
+            m_format.fill(m_fields, feature);
+            problem = feature.read(place);
+        }
+        m_fields.clear();
+        m_size = 0;
+        m_problemOfPlace = nullptr;
+        const QString where =
+            QStringLiteral("%1 %2, line %3").arg(QLatin1String(m_format.unit)).arg(++m_count).arg(m_line);
+        m_ended = !m_take({where, problem.isEmpty() ? &place : nullptr, problem});
+        return true;
+    }
+
+    bool refuse(const char *problem)
+    {
+        m_problem = QLatin1String(problem);
+        return false;
+    }
+
+    Input &m_input;
+    const XmlFormat &m_format;
+    const TakePlace &m_take;
+    QXmlStreamReader m_xml;
+    QString m_problem;
+    int m_fileDepth = 0;
+    int m_count = 0;
+    bool m_ended = false; ///< Whoever takes the places wants no more.
+
+    // The element that may be a place: how deep in it the parser is, 0 outside, and what it holds.
+    int m_depth = 0;
+    qint64 m_line = 0;
+    QStringList m_path;
+    QString m_text;
+    Fields m_fields;
+    std::size_t m_size = 0;
+    const char *m_problemOfPlace = nullptr;
+};
+
+} // namespace
+
+QString readGpx(Input &input, const TakePlace &take)
+{
+    return XmlReader(input, GPX, take).read();
+}
+
+QString readKml(Input &input, const TakePlace &take)
+{
+    return XmlReader(input, KML, take).read();
+}
+
+} // namespace tool
