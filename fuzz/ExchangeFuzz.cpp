@@ -1,0 +1,74 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "Feature.h"
+#include "Formats.h"
+#include "GeoJsonWriter.h"
+#include "Input.h"
+#include "PlaceLink.h"
+
+#include <places/Place.h>
+
+#include <cstdlib>
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+// The first byte chooses what the rest is read as: a format of the client, or a link. Whatever becomes a place is the
+// same after it was written as GeoJSON and read again.
+
+namespace
+{
+
+using vela::platform::places::Place;
+
+void checkRoundTrip(const Place &place)
+{
+    const QByteArray first = tool::toGeoJsonFeature(place);
+    rapidjson::Document feature;
+    feature.Parse<rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag>(first.constData());
+    Place again;
+    if (feature.HasParseError() || !tool::readFeature(feature, again).isEmpty()
+        || tool::toGeoJsonFeature(again) != first)
+        std::abort();
+}
+
+void readLink(const QByteArray &text)
+{
+    Place place;
+    const QString problem = tool::readLink(QString::fromUtf8(text), place);
+    place.setName(QStringLiteral("a name"));
+    if (problem.isEmpty() && place.hasPhysicalLocation())
+        checkRoundTrip(place);
+}
+
+void readFile(const tool::Format &format, const QByteArray &bytes)
+{
+    const int file = ::memfd_create("input", 0);
+    if (file < 0 || ::write(file, bytes.constData(), static_cast<std::size_t>(bytes.size())) != bytes.size())
+        std::abort();
+    {
+        tool::Input input(QStringLiteral("/proc/self/fd/%1").arg(file));
+        (void)format.read(input, [](const tool::ReadPlace &read) {
+            if (read.place && read.place->name() != QString())
+                checkRoundTrip(*read.place);
+            return true;
+        });
+    }
+    ::close(file);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    if (size == 0)
+        return 0;
+    const QByteArray bytes(reinterpret_cast<const char *>(data) + 1, static_cast<int>(size - 1));
+    const QStringList formats = tool::formatNames(false);
+    const int choice = data[0] % (formats.size() + 1);
+    if (choice == formats.size())
+        readLink(bytes);
+    else
+        readFile(*tool::formatByName(formats[choice]), bytes);
+    return 0;
+}
