@@ -149,6 +149,7 @@ TEST_F(PlaceSearchManagerTest, AManagerMayBeDestroyedByASlotAndWhileItFetches)
 
 TEST_F(PlaceSearchManagerTest, AFailedWaitIsLogged)
 {
+    manager.reset(); // its end waits too
     FakeSystem::failingWaits = 1;
     manager = std::make_unique<PlaceSearchManager>();
     EXPECT_TRUE(EventLoop::runUntil([] { return FakeSystem::failingWaits == 0; }));
