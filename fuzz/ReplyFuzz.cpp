@@ -12,6 +12,7 @@
 using namespace vela::platform::places;
 using orix_places_protocol::MessageType;
 using orix_places_protocol::PlacesAPIDecoder;
+using orix_places_protocol::replyTypeOf;
 using orix_places_protocol::ReturnCode;
 
 namespace
@@ -46,32 +47,32 @@ void readBody(PlacesAPIDecoder &reply, bool fullPlaces)
     QStringList texts;
     QList<Provider> providers;
     QList<AuxiliaryData> records;
-    switch (static_cast<MessageType>(reply.replyType() - orix_places_protocol::REPLY_OFFSET)) {
-    case MessageType::AddPlace:
+    switch (reply.replyType()) {
+    case replyTypeOf(MessageType::AddPlace):
         reply.decodeAddPlaceResponse(id);
         break;
-    case MessageType::Unfav:
+    case replyTypeOf(MessageType::Unfav):
         reply.decodeUnfav(answer);
         break;
-    case MessageType::FindPlacesSize:
+    case replyTypeOf(MessageType::FindPlacesSize):
         reply.decodeFindPlacesSize(size);
         break;
-    case MessageType::GetRecentSearchTerms:
+    case replyTypeOf(MessageType::GetRecentSearchTerms):
         reply.decodeGetRecentSearchTerms(texts);
         break;
-    case MessageType::GetTags:
+    case replyTypeOf(MessageType::GetTags):
         reply.decodeGetTagsResponse(texts);
         break;
-    case MessageType::GetProviders:
+    case replyTypeOf(MessageType::GetProviders):
         reply.decodeGetProviders(providers);
         break;
-    case MessageType::GetAuxiliaryData:
+    case replyTypeOf(MessageType::GetAuxiliaryData):
         reply.decodeGetAuxiliaryData(records);
         break;
-    case MessageType::FindPlaces:
+    case replyTypeOf(MessageType::FindPlaces):
         fullPlaces ? readFound<Place>(reply) : readFound<AbstractPlace>(reply);
         break;
-    case MessageType::GetHeaderFromFullPlace:
+    case replyTypeOf(MessageType::GetHeaderFromFullPlace):
         readOne(reply, &PlacesAPIDecoder::decodeGetHeaderFromFullPlace);
         break;
     default:
