@@ -1,5 +1,6 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
+#include "ExactJson.h"
 #include "Feature.h"
 #include "Formats.h"
 #include "GeoJsonWriter.h"
@@ -24,10 +25,9 @@ using vela::platform::places::Place;
 void checkRoundTrip(const Place &place)
 {
     const QByteArray first = tool::toGeoJsonFeature(place);
-    rapidjson::Document feature;
-    feature.Parse<rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag>(first.constData());
+    tool::ExactDocument feature;
     Place again;
-    if (feature.HasParseError() || !tool::readFeature(feature, again).isEmpty()
+    if (feature.read(first.constData()).IsError() || !tool::readFeature(feature, again).isEmpty()
         || tool::toGeoJsonFeature(again) != first)
         std::abort();
 }

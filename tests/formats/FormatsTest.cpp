@@ -1,5 +1,6 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
+#include "ExactJson.h"
 #include "Feature.h"
 #include "GeoJsonWriter.h"
 #include "support/Placesd.h"
@@ -140,8 +141,8 @@ PlacePointer throughService(const PlacePointer &place)
 
 PlacePointer throughGeoJson(const PlacePointer &place)
 {
-    rapidjson::Document feature;
-    feature.Parse<rapidjson::kParseFullPrecisionFlag>(tool::toGeoJsonFeature(*place).constData());
+    tool::ExactDocument feature;
+    EXPECT_FALSE(feature.read(tool::toGeoJsonFeature(*place).constData()).IsError());
     auto read = std::make_unique<Place>();
     EXPECT_EQ(tool::readFeature(feature, *read), QString());
     return read;

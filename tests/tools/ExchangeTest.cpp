@@ -81,7 +81,7 @@ QByteArray sampleData(const char *name)
 TEST(ExchangeTest, WhatIsExportedImportedAndExportedAgainIsTheSame)
 {
     const QByteArray strange =
-        R"(,"nested":{"a":[1,{"b":null}]},"big":9007199254740993,"text":"\ud83c\udff0 \u05e9 %&+#\n")";
+        R"(,"nested":{"a":[1,{"b":null}]},"big":9007199254740993,"zero":0e55,"text":"\ud83c\udff0 \u05e9 %&+#\n")";
     const QByteArray members = R"("id":17,"vendor":{"x":[1.5]},"bbox":[7,46,8,47],)";
     const QByteArray places_ =
         sampleData("airports.geojson") + sampleData("cities.geojson") + feature(strange, members) + ","

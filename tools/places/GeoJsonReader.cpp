@@ -2,6 +2,7 @@
 
 #include "GeoJsonReader.h"
 
+#include "ExactJson.h"
 #include "Feature.h"
 #include "Input.h"
 
@@ -244,14 +245,11 @@ public:
 
     bool take(const char *text, const char *problem, bool isMember)
     {
-        rapidjson::Document feature;
+        ExactDocument feature;
         Place place;
         QString why = QLatin1String(problem);
-        if (!problem) {
-            feature.Parse<rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag>(text);
-            why = feature.HasParseError() ? QLatin1String(rapidjson::GetParseError_En(feature.GetParseError()))
-                                          : readFeature(feature, place);
-        }
+        if (!problem)
+            why = feature.read(text).IsError() ? QStringLiteral("a number is too large") : readFeature(feature, place);
         if (!isMember && !isFeature(feature)) {
             m_noGeoJson = true;
             return false;

@@ -2,12 +2,12 @@
 
 #include "GeoJsonWriter.h"
 
+#include "ExactJson.h"
 #include "Vocabulary.h"
 
 #include <places/Place.h>
 #include <places/PlaceHeader.h>
 
-#include <rapidjson/reader.h>
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
@@ -100,11 +100,9 @@ public:
     void json(const QString &value)
     {
         const QByteArray bytes = value.toUtf8();
-        rapidjson::StringStream stream(bytes.constData());
         rapidjson::StringBuffer checked;
-        rapidjson::Writer<rapidjson::StringBuffer> writer(checked);
-        rapidjson::Reader reader;
-        if (reader.Parse<rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag>(stream, writer))
+        ExactNumbers<rapidjson::Writer<rapidjson::StringBuffer>> writer(checked);
+        if (!writer.parse(bytes.constData()).IsError())
             m_writer.RawValue(checked.GetString(), checked.GetSize(), rapidjson::kObjectType);
         else
             text(value);
