@@ -16,10 +16,12 @@ constexpr std::size_t REPLY_SIZE = 64 * 1024 * 1024;
 constexpr int CONNECTIONS = 256;
 /// Longest time that a connection may stand without a whole request, or without taking its reply.
 constexpr std::chrono::seconds CONNECTION_IDLE{60};
-/// Longest time that the store may work on one request.
+/// Longest time from the arrival of a request to its answer.
 constexpr std::chrono::seconds REQUEST_TIME{20};
-/// Threads that answer requests.
+/// Threads that answer requests from the store alone.
 constexpr int THREADS = 4;
+/// Threads for what may take long: providers, backup and restore.
+constexpr int WAITING_THREADS = 8;
 
 /// Deepest nesting of a search rule.
 constexpr int RULE_DEPTH = 16;

@@ -48,14 +48,25 @@ bool RequestReader::readIdAndText(qint64 &id, QString &text)
         && admitText(text);
 }
 
+bool RequestReader::readTermPrefix(QString &prefix)
+{
+    return readLatin1(prefix)
+        && testBuffer();
+}
+
+bool RequestReader::readPath(std::string &path)
+{
+    return decodeString(path)
+        && testBuffer();
+}
+
 bool RequestReader::readGetPlace(qint64 &id, QString &externalId, QString &type, QString &searchTerm)
 {
-    std::string term;
-    if (!decode(id) || !decodeQString(externalId) || !decodeQString(type) || !decodeString(term))
-        return false;
-    // The one text that does not travel as UTF-8.
-    searchTerm = QString::fromLatin1(term.data(), static_cast<int>(term.size()));
-    return testBuffer();
+    return decode(id)
+        && decodeQString(externalId)
+        && decodeQString(type)
+        && readLatin1(searchTerm)
+        && testBuffer();
 }
 
 bool RequestReader::readAuxiliaryQuery(AuxiliaryQuery &query)
@@ -165,6 +176,16 @@ bool RequestReader::readCoordinate(double &latitude, double &longitude)
 }
 
 // clang-format on
+
+/// Search terms that are read back do not travel as UTF-8.
+bool RequestReader::readLatin1(QString &text)
+{
+    std::string bytes;
+    if (!decodeString(bytes))
+        return false;
+    text = QString::fromLatin1(bytes.data(), static_cast<int>(bytes.size()));
+    return true;
+}
 
 bool RequestReader::admitNode(int depth)
 {

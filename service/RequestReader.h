@@ -42,6 +42,8 @@ public:
     bool readPlace(std::unique_ptr<vela::platform::places::Place> &place);
     bool readId(qint64 &id);
     bool readIdAndText(qint64 &id, QString &text);
+    bool readTermPrefix(QString &prefix);
+    bool readPath(std::string &path);
     /// The id and the search term of a request for one place; its external id and type identify what is not stored.
     bool readGetPlace(qint64 &id, QString &externalId, QString &type, QString &searchTerm);
     bool readAuxiliaryQuery(AuxiliaryQuery &query);
@@ -51,6 +53,7 @@ private:
     bool readRule(Rule &rule, int depth);
     bool readSort(Sort &sort, int depth);
     bool readCoordinate(double &latitude, double &longitude);
+    bool readLatin1(QString &text);
     bool readExternalIds();
     /// Counts a node against the limits.
     bool admitNode(int depth);

@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <optional>
 #include <system_error>
 
 #include <fcntl.h>
@@ -28,7 +29,6 @@ namespace placesd
 
 namespace channel = vela::system::channel;
 using orix_places_protocol::ReturnCode;
-using Clock = std::chrono::steady_clock;
 
 namespace
 {
@@ -60,6 +60,7 @@ public:
     {
         Read,
         Write,
+        PassOn, ///< Somebody who may wait has to go on with it.
         Close
     };
 
@@ -73,6 +74,9 @@ public:
     /// Ends the connection; whoever serves it sees the end of the stream.
     void shutDown() { ::shutdown(fd(), SHUT_RDWR); }
 
+    /// How epoll is to be told that the connection is watched: the first time as a new one.
+    int watchOperation() { return std::exchange(m_isWatched, true) ? EPOLL_CTL_MOD : EPOLL_CTL_ADD; }
+
     /// Reads, answers and writes as far as it goes without waiting. Returns what it waits for.
     Wish advance(Service &service)
     {
@@ -82,6 +86,8 @@ public:
                 return errno == EAGAIN ? Wish::Write : Wish::Close;
             if (takeRequest(service))
                 continue;
+            if (m_deadline)
+                return Wish::PassOn;
             if (const ssize_t received = receive(); received == 0 || (received < 0 && errno != EAGAIN))
                 return Wish::Close;
             else if (received < 0)
@@ -119,7 +125,14 @@ private:
         const std::size_t whole = sizeof length + length;
         if (m_incoming.size() < whole)
             return false;
-        const auto reply = service.answer(m_incoming.data() + sizeof length, length, m_caller);
+        // A request that was passed on has kept its time.
+        const Deadline deadline = m_deadline.value_or(Clock::now() + limits::REQUEST_TIME);
+        const auto reply = service.answer(m_incoming.data() + sizeof length, length, m_caller, deadline);
+        if (!reply) {
+            m_deadline = deadline;
+            return false;
+        }
+        m_deadline.reset();
         consume(whole);
         queue(*reply);
         return true;
@@ -180,6 +193,8 @@ private:
     std::vector<char> m_outgoing;
     std::size_t m_sent = 0;
     std::uint32_t m_toDiscard = 0;
+    std::optional<Deadline> m_deadline; ///< Of the request that is passed on; unset when none is.
+    bool m_isWatched = false;
     std::atomic<Clock::time_point> m_lastActivity{Clock::now()};
 };
 
@@ -187,22 +202,34 @@ Server::Server(std::vector<Listener> listeners, const Settings &settings)
     : m_listeners(std::move(listeners))
     , m_epoll(::epoll_create1(EPOLL_CLOEXEC))
     , m_stopEvent(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+    , m_shared(settings.database, settings.sessionKey)
 {
     if (!m_epoll.isOpen() || !m_stopEvent.isOpen())
         fail("cannot watch sockets");
     watch(m_stopEvent.get(), EPOLLIN, this);
     for (Listener &listener : m_listeners)
         watch(listener.socket.get(), EPOLLIN | EPOLLEXCLUSIVE, &listener);
-    for (int i = 0; i < limits::THREADS; ++i)
-        m_services.push_back(std::make_unique<Service>(settings.database, m_writeLock, settings.sessionKey));
-    for (const auto &service : m_services)
-        m_threads.emplace_back([this, &service] { work(*service); });
+    // All of them before the first thread: whoever fails here leaves none behind.
+    for (int i = 0; i < limits::THREADS + limits::WAITING_THREADS; ++i) {
+        const Patience patience = i < limits::THREADS ? Patience::AnswersAtOnce : Patience::MayWait;
+        m_services.push_back(std::make_unique<Service>(m_shared, patience));
+    }
+    for (std::size_t i = 0; i < m_services.size(); ++i) {
+        Service &service = *m_services[i];
+        const auto loop = i < limits::THREADS ? &Server::work : &Server::workOnWhatTakesLong;
+        m_threads.emplace_back([this, loop, &service] { (this->*loop)(service); });
+    }
 }
 
 Server::~Server()
 {
     const std::uint64_t one = 1;
     [[maybe_unused]] const ssize_t written = ::write(m_stopEvent.get(), &one, sizeof one);
+    {
+        const std::lock_guard<std::mutex> lock(m_waitingMutex);
+        m_stopping = true;
+    }
+    m_waitingChanged.notify_all();
     for (std::thread &thread : m_threads)
         thread.join();
 }
@@ -229,8 +256,31 @@ void Server::work(Service &service)
         if (listener != m_listeners.end())
             accept(*listener, service);
         else
-            serve(*static_cast<Connection *>(event.data.ptr), service, EPOLL_CTL_MOD);
+            serve(*static_cast<Connection *>(event.data.ptr), service);
     }
+}
+
+void Server::workOnWhatTakesLong(Service &service)
+{
+    for (;;) {
+        std::unique_lock<std::mutex> lock(m_waitingMutex);
+        m_waitingChanged.wait(lock, [this] { return m_stopping || !m_waiting.empty(); });
+        if (m_stopping)
+            return;
+        Connection &connection = *m_waiting.front();
+        m_waiting.pop_front();
+        lock.unlock();
+        serve(connection, service);
+    }
+}
+
+void Server::passOn(Connection &connection)
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_waitingMutex);
+        m_waiting.push_back(&connection);
+    }
+    m_waitingChanged.notify_one();
 }
 
 void Server::accept(const Listener &listener, Service &service)
@@ -248,10 +298,10 @@ void Server::accept(const Listener &listener, Service &service)
     }
     pollfd first = {connection->fd(), POLLIN, 0};
     ::poll(&first, 1, FIRST_REQUEST_WAIT_MS);
-    serve(*connection, service, EPOLL_CTL_ADD);
+    serve(*connection, service);
 }
 
-void Server::serve(Connection &connection, Service &service, int watchOperation)
+void Server::serve(Connection &connection, Service &service)
 {
     Connection::Wish wish = Connection::Wish::Close;
     try {
@@ -259,10 +309,13 @@ void Server::serve(Connection &connection, Service &service, int watchOperation)
     } catch (const std::exception &error) {
         logError("a connection was dropped: %s", error.what());
     }
+    if (wish == Connection::Wish::PassOn)
+        return passOn(connection);
     epoll_event event = {};
     event.events = EPOLLONESHOT | (wish == Connection::Wish::Write ? EPOLLOUT : EPOLLIN);
     event.data.ptr = &connection;
-    if (wish == Connection::Wish::Close || ::epoll_ctl(m_epoll.get(), watchOperation, connection.fd(), &event) != 0)
+    if (wish == Connection::Wish::Close
+        || ::epoll_ctl(m_epoll.get(), connection.watchOperation(), connection.fd(), &event) != 0)
         close(connection);
 }
 

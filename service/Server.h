@@ -5,6 +5,8 @@
 #include "Service.h"
 
 #include <atomic>
+#include <condition_variable>
+#include <deque>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -16,7 +18,8 @@ namespace placesd
 {
 
 /// Serves the two channels with a fixed pool of threads. Any thread takes any connection that has something to do, so a
-/// client that is slow, or silent, holds up nobody.
+/// client that is slow, or silent, holds up nobody. What may take long is passed on to threads of its own, so that it
+/// holds up nothing but its like.
 class Server
 {
 public:
@@ -46,21 +49,28 @@ private:
     using Descriptor = vela::system::channel::Descriptor;
 
     void work(Service &service);
+    void workOnWhatTakesLong(Service &service);
     void accept(const Listener &listener, Service &service);
-    /// @param watchOperation how the connection is watched from then on: EPOLL_CTL_ADD for a new one, EPOLL_CTL_MOD.
-    void serve(Connection &connection, Service &service, int watchOperation);
+    void serve(Connection &connection, Service &service);
+    void passOn(Connection &connection);
     void close(Connection &connection);
     void watch(int fd, unsigned int events, void *what);
 
     std::vector<Listener> m_listeners;
     Descriptor m_epoll;
     Descriptor m_stopEvent;
-    std::mutex m_writeLock;
+    Shared m_shared;
     std::vector<std::unique_ptr<Service>> m_services;
 
     std::mutex m_connectionsMutex;
     // Guarded by the mutex; a connection itself belongs to the thread that its event went to.
     std::unordered_map<Connection *, std::unique_ptr<Connection>> m_connections;
+
+    std::mutex m_waitingMutex;
+    std::condition_variable m_waitingChanged;
+    // Guarded by the mutex: what waits for a thread that may take long. Nobody else touches these connections.
+    std::deque<Connection *> m_waiting;
+    bool m_stopping = false;
 
     std::vector<std::thread> m_threads;
 };

@@ -32,6 +32,9 @@ namespace Tags = vela::platform::places::Tags;
 namespace
 {
 
+/// Says that a request takes a service that may wait. It is no answer.
+constexpr auto FOR_THE_PATIENT = static_cast<ReturnCode>(-1);
+
 quint64 now()
 {
     return static_cast<quint64>(std::time(nullptr));
@@ -110,19 +113,21 @@ std::unique_ptr<PlacesAPIEncoder> status(ReturnCode code, int requestType)
 
 } // namespace
 
-/// What the service does for a type of request, and whether it does it for every application.
+/// What the service does for a type of request, whether it does it for every application, and whether it always takes
+/// long.
 struct Service::Entry
 {
     MessageType type;
     Operation operation;
     bool external;
+    bool takesLong = false;
 };
 
 const Service::Entry *Service::entryOf(int type)
 {
     static constexpr std::array<Entry, 20> ENTRIES = {{
         {MessageType::AddPlace, &Service::addPlace, true},
-        {MessageType::GetRecentSearchTerms, nullptr, false},
+        {MessageType::GetRecentSearchTerms, &Service::getRecentSearchTerms, false},
         {MessageType::GetAuxiliaryData, &Service::getAuxiliaryData, true},
         {MessageType::RemovePlace, &Service::removePlace, true},
         {MessageType::UpdatePlace, &Service::updatePlace, true},
@@ -135,8 +140,8 @@ const Service::Entry *Service::entryOf(int type)
         {MessageType::GetPlace, &Service::getPlace, true},
         {MessageType::FindPlaces, &Service::findPlaces, true},
         {MessageType::Unfav, &Service::unfav, true},
-        {MessageType::Backup, nullptr, false},
-        {MessageType::Restore, nullptr, false},
+        {MessageType::Backup, &Service::backUp, false, true},
+        {MessageType::Restore, &Service::restore, false, true},
         {MessageType::FindPlacesSize, &Service::findPlacesSize, true},
         {MessageType::GetPlaceFromSuggestion, nullptr, true},
         {MessageType::GetProviders, &Service::getProviders, true},
@@ -146,15 +151,17 @@ const Service::Entry *Service::entryOf(int type)
     return known ? &ENTRIES[static_cast<std::size_t>(type - 1)] : nullptr;
 }
 
-Service::Service(const std::string &database, std::mutex &writeLock, std::string sessionKey)
-    : m_store(database, writeLock)
-    , m_sessionKey(std::move(sessionKey))
+Service::Service(Shared &shared, Patience patience)
+    : m_shared(shared)
+    , m_patience(patience)
+    , m_store(shared.database, shared.writeLock)
 {}
 
-std::unique_ptr<PlacesAPIEncoder> Service::answer(const char *bytes, unsigned int length, const Caller &caller)
+std::unique_ptr<PlacesAPIEncoder> Service::answer(const char *bytes, unsigned int length, const Caller &caller,
+                                                  Deadline deadline)
 {
     const _msgserver_data message = {bytes, length};
-    Request request{RequestReader(&message), {}, caller};
+    Request request{RequestReader(&message), {}, caller, deadline};
     if (!request.reader.readHead(request.head))
         return status(ReturnCode::TransportFailed, 0);
 
@@ -162,7 +169,7 @@ std::unique_ptr<PlacesAPIEncoder> Service::answer(const char *bytes, unsigned in
     auto reply = status(ReturnCode::Success, type);
     ReturnCode code = ReturnCode::Success;
     try {
-        m_store.startRequest();
+        m_store.startRequest(deadline);
         code = perform(request, *reply);
     } catch (const SQLite::Exception &error) {
         code = codeOf(error);
@@ -170,6 +177,8 @@ std::unique_ptr<PlacesAPIEncoder> Service::answer(const char *bytes, unsigned in
     } catch (const std::bad_alloc &) {
         code = ReturnCode::LimitExceeded;
     }
+    if (code == FOR_THE_PATIENT)
+        return nullptr;
     return code == ReturnCode::Success ? std::move(reply) : status(code, type);
 }
 
@@ -179,8 +188,11 @@ ReturnCode Service::perform(Request &request, Encoder &reply)
     if (!entry)
         return ReturnCode::NotUnderstood;
     const bool permitted = request.caller.external ? entry->external : request.caller.trusted;
-    if (!permitted || (!m_sessionKey.empty() && request.head.sessionKey != m_sessionKey))
+    const std::string &key = m_shared.sessionKey;
+    if (!permitted || (!key.empty() && request.head.sessionKey != key))
         return ReturnCode::NotPermitted;
+    if (entry->takesLong && m_patience == Patience::AnswersAtOnce)
+        return FOR_THE_PATIENT;
     return entry->operation ? (this->*entry->operation)(request, reply) : ReturnCode::NotUnderstood;
 }
 
@@ -319,6 +331,15 @@ ReturnCode Service::getTags(Request &, Encoder &reply)
     return ReturnCode::Success;
 }
 
+ReturnCode Service::getRecentSearchTerms(Request &request, Encoder &reply)
+{
+    QString prefix;
+    if (!request.reader.readTermPrefix(prefix))
+        return request.reader.problem();
+    reply.encodeQStringList(m_store.recentTerms(prefix));
+    return ReturnCode::Success;
+}
+
 ReturnCode Service::clearRecentlyPicked(Request &, Encoder &)
 {
     m_store.write([this] { return m_store.clearRecentBucket(), true; });
@@ -375,6 +396,18 @@ ReturnCode Service::findPlaces(Request &request, Encoder &reply)
     for (int i = 0; i < 2 * count; ++i)
         reply.encode(NO_PROVIDER);
     return ReturnCode::Success;
+}
+
+ReturnCode Service::backUp(Request &request, Encoder &)
+{
+    std::string path;
+    return request.reader.readPath(path) ? m_shared.backups.backUp(path, request.deadline) : request.reader.problem();
+}
+
+ReturnCode Service::restore(Request &request, Encoder &)
+{
+    std::string path;
+    return request.reader.readPath(path) ? m_shared.backups.restore(path, request.deadline) : request.reader.problem();
 }
 
 ReturnCode Service::findPlacesSize(Request &request, Encoder &reply)

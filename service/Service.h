@@ -1,6 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "Backup.h"
 #include "protocol/PlacesAPIEncoder.h"
 #include "RequestReader.h"
 #include "Store.h"
@@ -19,16 +20,36 @@ struct Caller
     bool trusted = false;  ///< The user whose places these are, or root.
 };
 
+/// What all services of a process share.
+struct Shared
+{
+    Shared(std::string databasePath, std::string requiredKey)
+        : database(std::move(databasePath))
+        , sessionKey(std::move(requiredKey))
+    {}
+
+    const std::string database;
+    const std::string sessionKey; ///< What every request has to carry; empty when none is asked for.
+    std::mutex writeLock;
+    BackupKeeper backups{database, writeLock};
+};
+
+/// Whether a service does what may take long, or leaves it to another.
+enum class Patience
+{
+    AnswersAtOnce,
+    MayWait
+};
+
 /// Answers requests, one after the other, on one connection to the store.
 class Service
 {
 public:
-    /// @param sessionKey what every request has to carry; empty when none is asked for.
-    Service(const std::string &database, std::mutex &writeLock, std::string sessionKey);
+    Service(Shared &shared, Patience patience);
 
-    /// The reply to a request, whatever that is.
+    /// The reply to a request, whatever that is; null when it takes a service that may wait.
     std::unique_ptr<orix_places_protocol::PlacesAPIEncoder> answer(const char *request, unsigned int length,
-                                                                   const Caller &caller);
+                                                                   const Caller &caller, Deadline deadline);
 
 private:
     using Encoder = orix_places_protocol::PlacesAPIEncoder;
@@ -40,6 +61,7 @@ private:
         RequestReader reader;
         RequestHead head;
         Caller caller;
+        Deadline deadline;
     };
     using Operation = ReturnCode (Service::*)(Request &, Encoder &);
     struct Entry;
@@ -48,6 +70,7 @@ private:
     ReturnCode perform(Request &request, Encoder &reply);
 
     ReturnCode addPlace(Request &request, Encoder &reply);
+    ReturnCode getRecentSearchTerms(Request &request, Encoder &reply);
     ReturnCode getAuxiliaryData(Request &request, Encoder &reply);
     ReturnCode removePlace(Request &request, Encoder &reply);
     ReturnCode updatePlace(Request &request, Encoder &reply);
@@ -59,6 +82,8 @@ private:
     ReturnCode getPlace(Request &request, Encoder &reply);
     ReturnCode findPlaces(Request &request, Encoder &reply);
     ReturnCode unfav(Request &request, Encoder &reply);
+    ReturnCode backUp(Request &request, Encoder &reply);
+    ReturnCode restore(Request &request, Encoder &reply);
     ReturnCode findPlacesSize(Request &request, Encoder &reply);
     ReturnCode getProviders(Request &request, Encoder &reply);
     ReturnCode getHeader(Request &request, Encoder &reply);
@@ -69,8 +94,9 @@ private:
     ReturnCode change(qint64 id, const Request &request, const Change &change);
     ReturnCode changeTag(Request &request, bool add);
 
+    Shared &m_shared;
+    const Patience m_patience;
     Store m_store;
-    const std::string m_sessionKey;
 };
 
 } // namespace placesd

@@ -124,8 +124,22 @@ constexpr char INSERT_TAG[] = "INSERT OR IGNORE INTO tag(tag, place) VALUES (?1,
 constexpr char DELETE_TAGS[] = "DELETE FROM tag WHERE place = ?1";
 constexpr char SELECT_TAGS[] = "SELECT DISTINCT tag FROM tag ORDER BY tag";
 
+/// Everything that a schema makes, but for what SQLite adds to it, which differs by its version.
+constexpr char SELECT_TABLES[] =
+    "SELECT type || ' ' || name || ' ' || tbl_name || ' ' || ifnull(sql, '') FROM sqlite_master"
+    " WHERE name NOT LIKE 'sqlite#_%' ESCAPE '#' AND NOT (type = 'table' AND"
+    " (name LIKE 'name#_index#_%' ESCAPE '#' OR name LIKE 'position#_%' ESCAPE '#')) ORDER BY 1";
+/// Fails when the index of the names is not that of the places.
+constexpr char CHECK_NAME_INDEX[] = "INSERT INTO name_index(name_index, rank) VALUES ('integrity-check', 1)";
+constexpr char SELECT_RECORDS[] = "SELECT id, full_record, header FROM place";
+constexpr char SELECT_HIGHEST_IDS[] = "SELECT name, seq FROM sqlite_sequence";
+constexpr char INSERT_HIGHEST_ID[] =
+    "INSERT INTO sqlite_sequence(name, seq) SELECT ?1, ?2 WHERE ?1 NOT IN (SELECT name FROM sqlite_sequence)";
+constexpr char RAISE_HIGHEST_ID[] = "UPDATE sqlite_sequence SET seq = max(seq, ?2) WHERE name = ?1";
+
 constexpr char REMEMBER_TERM[] =
     "INSERT OR REPLACE INTO search_term(term, used) VALUES (?1, 1 + (SELECT ifnull(max(used), 0) FROM search_term))";
+constexpr char SELECT_TERMS[] = "SELECT term FROM search_term ORDER BY used DESC";
 constexpr char FORGET_OLD_TERMS[] =
     "DELETE FROM search_term WHERE term NOT IN (SELECT term FROM search_term ORDER BY used DESC LIMIT ?1)";
 

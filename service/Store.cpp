@@ -4,8 +4,10 @@
 
 #include "auxdata/AuxiliaryDataPrivate.h"
 #include "FindSql.h"
+#include "Limits.h"
 #include "model/LocationPrivate.h"
 #include "model/PlacePrivate.h"
+#include "places/PlaceHeader.h"
 #include "places/Utilities.h"
 #include "protocol/PlacesAPIDecoder.h"
 #include "protocol/PlacesAPIEncoder.h"
@@ -16,6 +18,8 @@
 
 #include <cmath>
 #include <sqlite3.h>
+#include <SQLiteCpp/Backup.h>
+#include <stdexcept>
 
 namespace placesd
 {
@@ -78,6 +82,47 @@ std::string blobOf(const SQLite::Column &column)
     return size == 0 ? std::string() : std::string(static_cast<const char *>(column.getBlob()), size);
 }
 
+std::unique_ptr<Place> decodePlace(const std::string &record)
+{
+    PlacesAPIDecoder decoder(record.data(), static_cast<unsigned int>(record.size()));
+    Place *decoded = nullptr;
+    if (!decoder.serviceDecodePlace(decoded))
+        throw SQLite::Exception("a stored place cannot be read", SQLITE_CORRUPT);
+    return std::unique_ptr<Place>(decoded);
+}
+
+std::unique_ptr<PlaceHeader> decodeHeader(const std::string &record)
+{
+    PlacesAPIDecoder decoder(record.data(), static_cast<unsigned int>(record.size()));
+    PlaceHeader *decoded = nullptr;
+    if (!decoder.decodePlaceHeader(decoded))
+        throw SQLite::Exception("a stored header cannot be read", SQLITE_CORRUPT);
+    return std::unique_ptr<PlaceHeader>(decoded);
+}
+
+int versionOf(SQLite::Database &database)
+{
+    return database.execAndGet("PRAGMA user_version").getInt();
+}
+
+/// Brings the tables of a database from one version to another.
+void makeTables(SQLite::Database &database, int from, int to)
+{
+    constexpr const char *STEPS[SCHEMA_VERSION] = {sql::SCHEMA_1};
+    for (int version = from; version < to; ++version)
+        database.exec(STEPS[version]);
+}
+
+/// How the tables, indexes and triggers of a database were made.
+std::vector<std::string> tablesOf(SQLite::Database &database)
+{
+    std::vector<std::string> tables;
+    SQLite::Statement row(database, sql::SELECT_TABLES);
+    while (row.executeStep())
+        tables.push_back(row.getColumn(0).getString());
+    return tables;
+}
+
 void bindValue(SQLite::Statement &statement, int index, const QVariant &value)
 {
     if (value.type() == QVariant::String)
@@ -117,7 +162,6 @@ Store::Store(const std::string &path, std::mutex &writeLock)
     : m_database(path, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_NOMUTEX, BUSY_TIMEOUT_MS)
     , m_writeLock(writeLock)
 {
-    startRequest();
     m_database.exec(sql::CONNECTION_SETTINGS);
     registerFunctions();
     const std::lock_guard<std::mutex> lock(m_writeLock);
@@ -126,14 +170,14 @@ Store::Store(const std::string &path, std::mutex &writeLock)
 
 Store::~Store() = default;
 
-void Store::startRequest()
+void Store::startRequest(Deadline deadline)
 {
-    m_deadline = std::chrono::steady_clock::now() + limits::REQUEST_TIME;
+    m_deadline = deadline;
 }
 
 int Store::interruptLate(void *store)
 {
-    return std::chrono::steady_clock::now() > static_cast<Store *>(store)->m_deadline;
+    return hasPassed(static_cast<Store *>(store)->m_deadline);
 }
 
 void Store::registerFunctions()
@@ -147,14 +191,68 @@ void Store::registerFunctions()
 
 void Store::migrate()
 {
-    const int version = m_database.execAndGet("PRAGMA user_version").getInt();
+    const int version = versionOf(m_database);
     if (version > SCHEMA_VERSION)
         throw SQLite::Exception("the database was made by a newer placesd", SQLITE_CANTOPEN);
     if (version == SCHEMA_VERSION)
         return;
     SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
-    m_database.exec(sql::SCHEMA_1);
+    makeTables(m_database, version, SCHEMA_VERSION);
     transaction.commit();
+}
+
+void Store::requirePlaces(SQLite::Database &database)
+{
+    const int version = versionOf(database);
+    if (version < 1 || version > SCHEMA_VERSION)
+        throw std::runtime_error("another program made it, or a newer placesd");
+    SQLite::Database model(":memory:", SQLite::OPEN_READWRITE);
+    makeTables(model, 0, version);
+    if (tablesOf(database) != tablesOf(model))
+        throw std::runtime_error("it is no database of places");
+}
+
+void Store::requireSoundness()
+{
+    const auto require = [](bool sound) {
+        if (!sound)
+            throw std::runtime_error("it is damaged");
+    };
+    require(m_database.execAndGet("PRAGMA integrity_check(1)").getString() == "ok");
+    require(m_database.execAndGet("SELECT rtreecheck('position')").getString() == "ok");
+    m_database.exec(sql::CHECK_NAME_INDEX);
+    SQLite::Statement &row = statement(sql::SELECT_RECORDS);
+    const Finish finish{row};
+    while (row.executeStep()) {
+        const std::unique_ptr<Place> place = decodePlace(blobOf(row.getColumn(1)));
+        const std::unique_ptr<PlaceHeader> header = decodeHeader(blobOf(row.getColumn(2)));
+        require(place->id() == row.getColumn(0).getInt64() && header->id() == place->id());
+    }
+}
+
+void Store::keepIdsOf(Store &other)
+{
+    write([&] {
+        SQLite::Statement &highest = other.statement(sql::SELECT_HIGHEST_IDS);
+        const Finish finish{highest};
+        while (highest.executeStep()) {
+            for (const char *sql : {sql::INSERT_HIGHEST_ID, sql::RAISE_HIGHEST_ID}) {
+                SQLite::Statement &row = statement(sql);
+                row.bind(1, highest.getColumn(0).getString());
+                row.bind(2, highest.getColumn(1).getInt64());
+                row.exec();
+            }
+        }
+        return true;
+    });
+}
+
+void Store::copyOver(Store &other)
+{
+    SQLite::Backup backup(other.m_database, m_database);
+    const int result = backup.executeStep(-1);
+    if (result != SQLITE_DONE)
+        throw SQLite::Exception("the database is locked", result);
 }
 
 SQLite::Statement &Store::statement(const std::string &sql)
@@ -344,13 +442,7 @@ std::string Store::fullRecord(qint64 id)
 std::unique_ptr<Place> Store::place(qint64 id)
 {
     const std::string record = fullRecord(id);
-    if (record.empty())
-        return nullptr;
-    PlacesAPIDecoder decoder(record.data(), static_cast<unsigned int>(record.size()));
-    Place *decoded = nullptr;
-    if (!decoder.serviceDecodePlace(decoded))
-        throw SQLite::Exception("a stored place cannot be read", SQLITE_CORRUPT);
-    return std::unique_ptr<Place>(decoded);
+    return record.empty() ? nullptr : decodePlace(record);
 }
 
 QStringList Store::tags()
@@ -373,6 +465,20 @@ void Store::rememberTerm(const QString &term)
     SQLite::Statement &forget = statement(sql::FORGET_OLD_TERMS);
     forget.bind(1, limits::SEARCH_TERMS);
     forget.exec();
+}
+
+QStringList Store::recentTerms(const QString &prefix)
+{
+    QStringList terms;
+    const QString start = searchKey(prefix);
+    SQLite::Statement &row = statement(sql::SELECT_TERMS);
+    const Finish finish{row};
+    while (row.executeStep()) {
+        const QString term = QString::fromStdString(row.getColumn(0).getString());
+        if (searchKey(term).startsWith(start))
+            terms.append(term);
+    }
+    return terms;
 }
 
 bool Store::find(const Query &query, bool external, Page &page)

@@ -1,14 +1,13 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "Limits.h"
+#include "Deadline.h"
 #include "Query.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
 #include <QtCore/QStringList>
 
-#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -42,8 +41,8 @@ public:
     Store(const std::string &path, std::mutex &writeLock);
     ~Store();
 
-    /// Starts the clock of a request: work that goes on past the limit is interrupted.
-    void startRequest();
+    /// Work that goes on past the deadline is interrupted.
+    void startRequest(Deadline deadline);
 
     /// Runs `work` as one transaction, which is on the disk when this returns. A false result, like an exception, takes
     /// everything back.
@@ -66,6 +65,17 @@ public:
 
     /// Keeps a term among the recent ones. An empty term is not kept.
     void rememberTerm(const QString &term);
+    /// The recent terms that start with `prefix`, whatever its case and accents; newest first.
+    QStringList recentTerms(const QString &prefix);
+
+    /// Throws std::runtime_error when the tables of a database are not those that a placesd of some age made.
+    static void requirePlaces(SQLite::Database &database);
+    /// Throws when the database is damaged, or holds a place that cannot be read.
+    void requireSoundness();
+    /// Lets nothing that is stored from now on have an id that was in use in `other`.
+    void keepIdsOf(Store &other);
+    /// Puts everything that is stored here in the stead of what is stored in `other`, as one write.
+    void copyOver(Store &other);
 
     /// False when the query holds a number that has no meaning.
     bool find(const Query &query, bool external, Page &page);
@@ -88,7 +98,7 @@ private:
     SQLite::Database m_database;
     std::mutex &m_writeLock;
     std::map<std::string, std::unique_ptr<SQLite::Statement>> m_statements;
-    std::chrono::steady_clock::time_point m_deadline;
+    Deadline m_deadline = Deadline::max();
 };
 
 } // namespace placesd

@@ -1,0 +1,37 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Deadline.h"
+#include "protocol/ProtocolTypes.h"
+
+#include <mutex>
+#include <string>
+
+namespace placesd
+{
+
+/// Copies the database into a file and back, one copy at a time, while others read and write. Safe on any thread.
+class BackupKeeper
+{
+public:
+    /// @param writeLock what every writer of the database holds; it outlives the keeper.
+    BackupKeeper(std::string database, std::mutex &writeLock);
+
+    /// Writes a copy of the database beside `path`, which has to be absolute, and puts it in place once it is on the
+    /// disk. What stands there is left alone unless it is a database too.
+    orix_places_protocol::ReturnCode backUp(const std::string &path, Deadline deadline);
+    /// Puts the places of a copy that backUp() made, or an older placesd, in the stead of those that are there.
+    /// Whatever is wrong with the copy is found before anything is changed.
+    orix_places_protocol::ReturnCode restore(const std::string &path, Deadline deadline);
+
+private:
+    void writeCopy(const std::string &path, Deadline deadline) const;
+    void swapIn(const std::string &path, Deadline deadline) const;
+    void requireUsablePath(const std::string &path) const;
+
+    const std::string m_database;
+    std::mutex &m_writeLock;
+    std::mutex m_copying;
+};
+
+} // namespace placesd

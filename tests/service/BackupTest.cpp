@@ -1,0 +1,173 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "places/Place.h"
+#include "places/PlaceManager.h"
+#include "protocol/Protocol.h"
+#include "support/Placesd.h"
+#include "support/SamplePlace.h"
+
+#include <gmock/gmock.h>
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+
+#include <atomic>
+#include <SQLiteCpp/SQLiteCpp.h>
+#include <sys/stat.h>
+#include <thread>
+
+using namespace vela::platform::places;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace
+{
+
+/// The store's own road into a file and back.
+class BackupTest : public testing::Test
+{
+protected:
+    qint64 add(const QString &name)
+    {
+        Place place;
+        place.addLocation(Location());
+        PlacePrivate::privateFromPublic(&place)->m_locations[0].setCoordinates(Coordinates(46, 7));
+        place.setName(name);
+        EXPECT_EQ(manager.addPlace(&place), Error::Success);
+        return place.id();
+    }
+    std::vector<std::string> names()
+    {
+        std::vector<std::string> names;
+        for (const PlaceHeader *place : manager.findPlaces(QString(), nullptr, nullptr, byName, 0, 10000)) {
+            names.push_back(place->name().toStdString());
+            delete place;
+        }
+        return names;
+    }
+    std::string path(const char *name) { return service.path(name).toStdString(); }
+    void write(const char *name, const QByteArray &bytes)
+    {
+        QFile file(service.path(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    }
+
+    Placesd service;
+    PlaceManager manager;
+    Protocol protocol;
+    const SortRule byName = SortRule::createSimpleSortRule(SortField::Name, SortOrder::Ascending);
+};
+
+} // namespace
+
+TEST_F(BackupTest, BringsBackWhatWasThereAndNothingElse)
+{
+    const qint64 kept = add(QStringLiteral("Kept"));
+    manager.addTag(kept, QStringLiteral("beach"));
+    ASSERT_EQ(protocol.backup(path("copy.db")), Error::Success);
+    struct stat status = {};
+    ASSERT_EQ(::stat(path("copy.db").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0600U) << "places are private";
+
+    manager.removePlace(kept);
+    const qint64 later = add(QStringLiteral("Later"));
+    ASSERT_EQ(protocol.restore(path("copy.db")), Error::Success);
+    EXPECT_THAT(names(), ElementsAre("Kept"));
+    EXPECT_THAT(manager.getTagsInUse(), ElementsAre(QStringLiteral("beach")));
+    EXPECT_GT(add(QStringLiteral("Next")), later) << "no id comes back as another place's";
+    EXPECT_EQ(manager.findPlaces(QStringLiteral("later")).size(), 0) << "the index of the names was restored too";
+
+    service.kill();
+    service.start();
+    EXPECT_THAT(names(), ElementsAre("Kept", "Next"));
+    EXPECT_EQ(QDir(service.path("")).entryList({QStringLiteral("*.db.*"), QStringLiteral("*restore*")}).size(), 0)
+        << "nothing is left lying about";
+}
+
+TEST_F(BackupTest, AFailedOneChangesNothing)
+{
+    add(QStringLiteral("Here"));
+    ASSERT_EQ(protocol.backup(path("copy.db")), Error::Success);
+    QFile good(service.path("copy.db"));
+    ASSERT_TRUE(good.open(QIODevice::ReadOnly));
+    const QByteArray copy = good.readAll();
+    write("text", "not a database at all, but longer than its magic");
+    write("cut", copy.left(copy.size() / 2));
+    QByteArray torn = copy;
+    for (int i = 8192; i < torn.size(); i += 512)
+        torn[i] = static_cast<char>(torn[i] ^ 0x55);
+    write("torn", torn);
+    const auto edited = [&](const char *name, const char *sql) {
+        write(name, copy);
+        SQLite::Database(path(name), SQLite::OPEN_READWRITE).exec(sql);
+    };
+    edited("newer", "PRAGMA user_version = 99");
+    edited("foreign", "DROP TABLE search_term");
+    edited("trap", "CREATE TRIGGER trap AFTER DELETE ON place BEGIN DELETE FROM tag; END");
+    edited("unreadable", "UPDATE place SET full_record = x'00'");
+    edited("swapped", "UPDATE place SET id = id + 1");
+
+    for (const char *name :
+         {"none", "text", "cut", "torn", "newer", "foreign", "trap", "unreadable", "swapped", "places.db", "."})
+        EXPECT_EQ(protocol.restore(path(name)), Error::RestoreFailed) << name;
+    for (const char *name : {"none/copy.db", "text", "places.db", "."})
+        EXPECT_EQ(protocol.backup(path(name)), Error::BackupFailed) << name;
+    for (const char *name : {"", "copy.db", "./copy.db"}) {
+        EXPECT_EQ(protocol.backup(name), Error::BackupFailed) << name;
+        EXPECT_EQ(protocol.restore(name), Error::RestoreFailed) << name;
+    }
+    EXPECT_THAT(names(), ElementsAre("Here"));
+    QFile text(service.path("text"));
+    ASSERT_TRUE(text.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(text.readAll().startsWith("not a database"));
+}
+
+TEST_F(BackupTest, GoesOnWhileOthersReadAndWrite)
+{
+    for (int i = 0; i < 50; ++i)
+        add(QStringLiteral("Old %1").arg(i));
+    ASSERT_EQ(protocol.backup(path("old.db")), Error::Success);
+    std::atomic<bool> stop = false;
+    std::thread writer([&] {
+        for (int i = 0; !stop; ++i)
+            add(QStringLiteral("New %1").arg(i));
+    });
+    std::thread reader([&] {
+        while (!stop) {
+            Error::Type error = Error::Success;
+            qDeleteAll(manager.findPlaces(QStringLiteral("old"), &error));
+            EXPECT_EQ(error, Error::Success);
+        }
+    });
+    for (int i = 0; i < 5; ++i) {
+        EXPECT_EQ(protocol.backup(path("live.db")), Error::Success);
+        EXPECT_EQ(protocol.restore(path(i % 2 ? "old.db" : "live.db")), Error::Success);
+    }
+    stop = true;
+    writer.join();
+    reader.join();
+    EXPECT_EQ(SQLite::Database(path("live.db")).execAndGet("PRAGMA integrity_check").getString(), "ok");
+    EXPECT_EQ(protocol.restore(path("old.db")), Error::Success);
+    EXPECT_EQ(names().size(), 50U);
+}
+
+TEST_F(BackupTest, RecentSearchTermsComeBackByTheirPrefixNewestFirst)
+{
+    const qint64 id = add(QStringLiteral("Place"));
+    for (const char *term : {"cafe", "Zürich", "Café noir", "bank", "cafe"})
+        EXPECT_EQ(protocol.incrementUsage(id, term), Error::Success);
+    const auto terms = [&](const char *prefix) {
+        QStringList found;
+        EXPECT_EQ(protocol.getRecentSearchTerms(found, QString::fromUtf8(prefix)), Error::Success);
+        return found;
+    };
+    EXPECT_THAT(terms("CAF"), ElementsAre(QStringLiteral("cafe"), QString::fromUtf8("Café noir")));
+    EXPECT_THAT(terms("zür"), ElementsAre(QString::fromUtf8("Zürich")));
+    EXPECT_EQ(terms("").size(), 4);
+    for (int i = 0; i < 120; ++i)
+        protocol.incrementUsage(id, "term " + std::to_string(i));
+    EXPECT_EQ(terms("").size(), 100);
+    EXPECT_EQ(terms("").first(), QStringLiteral("term 119"));
+    EXPECT_THAT(terms("cafe"), IsEmpty());
+}
