@@ -25,9 +25,9 @@ using vela::platform::places::Place;
 void checkRoundTrip(const Place &place)
 {
     const QByteArray first = tool::toGeoJsonFeature(place);
-    tool::ExactDocument feature;
+    geojson::ExactDocument feature;
     Place again;
-    if (feature.read(first.constData()).IsError() || !tool::readFeature(feature, again).isEmpty()
+    if (feature.read(first.constData()).IsError() || !geojson::readFeature(feature, again).isEmpty()
         || tool::toGeoJsonFeature(again) != first)
         std::abort();
 }
@@ -47,8 +47,8 @@ void readFile(const tool::Format &format, const QByteArray &bytes)
     if (file < 0 || ::write(file, bytes.constData(), static_cast<std::size_t>(bytes.size())) != bytes.size())
         std::abort();
     {
-        tool::Input input(QStringLiteral("/proc/self/fd/%1").arg(file));
-        (void)format.read(input, [](const tool::ReadPlace &read) {
+        geojson::Input input(QStringLiteral("/proc/self/fd/%1").arg(file));
+        (void)format.read(input, [](const geojson::ReadPlace &read) {
             if (read.place && read.place->name() != QString())
                 checkRoundTrip(*read.place);
             return true;

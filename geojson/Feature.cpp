@@ -18,7 +18,7 @@
 #include <limits>
 #include <optional>
 
-namespace tool
+namespace geojson
 {
 
 using namespace vela::platform::places;
@@ -435,4 +435,4 @@ void TextFeature::add(const QString &name, Value value)
     m_feature["properties"].AddMember(toValue(name), value, m_feature.GetAllocator());
 }
 
-} // namespace tool
+} // namespace geojson

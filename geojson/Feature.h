@@ -10,7 +10,7 @@ namespace vela::platform::places
 class Place;
 }
 
-namespace tool
+namespace geojson
 {
 
 /// Deepest nesting of a feature or document.
@@ -44,4 +44,4 @@ private:
     rapidjson::Document m_feature{rapidjson::kObjectType};
 };
 
-} // namespace tool
+} // namespace geojson

@@ -16,7 +16,7 @@
 #include <string>
 #include <utility>
 
-namespace tool
+namespace geojson
 {
 
 using namespace vela::platform::places;
@@ -307,4 +307,4 @@ QString readGeoJson(Input &input, const TakePlace &take)
     return {};
 }
 
-} // namespace tool
+} // namespace geojson

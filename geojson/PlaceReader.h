@@ -10,7 +10,7 @@ namespace vela::platform::places
 class Place;
 }
 
-namespace tool
+namespace geojson
 {
 
 class Input;
@@ -30,4 +30,4 @@ using TakePlace = std::function<bool(const ReadPlace &read)>;
 /// Returns what is wrong with the file; empty when nothing is, or when `take` ended it.
 using ReadPlaces = QString (*)(Input &input, const TakePlace &take);
 
-} // namespace tool
+} // namespace geojson

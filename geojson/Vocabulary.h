@@ -5,7 +5,7 @@
 
 /// The names under which the parts of a place stand in the `properties` of a GeoJSON feature: one home for the reader
 /// and the writer. docs/formats.md says what each one means.
-namespace tool::vocabulary
+namespace geojson::vocabulary
 {
 
 using vela::platform::places::Address;
@@ -107,4 +107,4 @@ constexpr const char *NAMES[] = {
 constexpr char FOREIGN_PROPERTIES[] = "geojson.properties";
 constexpr char FOREIGN_MEMBERS[] = "geojson.feature";
 
-} // namespace tool::vocabulary
+} // namespace geojson::vocabulary

@@ -6,9 +6,9 @@
 #include "places/SortRule.h"
 #include "places/Tags.h"
 #include "search/SearchRulePrivate.h"
+#include "Sources.h"
+#include "SqlFunctions.h"
 #include "TextKeys.h"
-
-#include <algorithm>
 
 namespace placesd
 {
@@ -27,32 +27,13 @@ namespace
 constexpr char NOTHING[] = "0";
 constexpr char EVERYTHING[] = "1";
 constexpr char OF_A_CONTACT[] = "p.id IN (SELECT place FROM auxiliary WHERE type = 'contact')";
-
-bool isDisjoint(const Rule &rule)
-{
-    return rule.kind == SearchRuleKind::Disjoint;
-}
-
-bool isConnective(const Rule &rule)
-{
-    return rule.kind == SearchRuleKind::And || rule.kind == SearchRuleKind::Or;
-}
-
-/// A connective whose members are searches of their own.
-bool joinsSearches(const Rule &rule)
-{
-    return isConnective(rule) && !rule.members.empty()
-           && std::all_of(rule.members.begin(), rule.members.end(), isDisjoint);
-}
-
-/// A term for the full-text index: the beginnings of words, all of which must occur.
-QString matchExpression(const QStringList &words)
-{
-    QStringList starts;
-    for (const QString &word : words)
-        starts.append(QLatin1Char('"') + word + QLatin1String("\"*"));
-    return starts.join(QLatin1Char(' '));
-}
+/// A contact or an appointment that says of itself that it is a room.
+constexpr char IS_A_ROOM[] =
+    "p.id IN (SELECT property.place FROM property JOIN auxiliary ON auxiliary.id = property.auxiliary"
+    " WHERE key = 'kind' AND value = 'room' AND type IN ('contact', 'calendar'))";
+/// What both stored places and candidates are sorted by.
+constexpr char COLUMNS[] =
+    "p.id, p.sort_key, p.usage_count, p.last_used, p.created, p.updated, p.latitude, p.longitude";
 
 const char *direction(int order)
 {
@@ -61,23 +42,46 @@ const char *direction(int order)
 
 } // namespace
 
-FindSql::FindSql(const Query &query, bool external)
+FindSql::FindSql(const Query &query, bool external, Scope scope)
     : m_external(external)
     , m_headerOnly(query.headerOnly)
-    , m_condition(topCondition(query.rule))
-    , m_order(sortTerms(query.sort))
-{}
+    , m_scope(scope)
+{
+    m_condition = rankedCondition(query.rule, Among::StoredPlaces, m_rank);
+    if (scope != Scope::Stored)
+        m_candidateCondition = rankedCondition(query.rule, Among::Candidates, m_candidateRank);
+    if (scope == Scope::MoreCandidates) {
+        m_condition = "(" + m_condition + ")" + conditionOfMore(query.rule, Among::StoredPlaces);
+        m_candidateCondition = "(" + m_candidateCondition + ")" + conditionOfMore(query.rule, Among::Candidates);
+    }
+    m_order = sortTerms(query.sort);
+}
 
 std::string FindSql::selectPage() const
 {
-    const std::string rank = m_rank.empty() ? "" : m_rank + ", ";
-    return std::string("SELECT ") + (m_headerOnly ? "p.header" : "p.full_record") + " FROM place p WHERE " + m_condition
-           + " ORDER BY " + rank + m_order + "p.id ASC LIMIT ? OFFSET ?";
+    const std::string order = m_order + "p.id ASC LIMIT ? OFFSET ?";
+    if (m_scope != Scope::Stored)
+        return "SELECT p.id FROM (" + foundPlaces() + ") p ORDER BY p.rank, " + order;
+    const char *record = m_headerOnly ? "p.header" : "p.full_record";
+    return std::string("SELECT ") + record + " FROM place p WHERE " + m_condition + " ORDER BY "
+           + (m_rank.empty() ? "" : m_rank + ", ") + order;
 }
 
 std::string FindSql::selectCount() const
 {
-    return "SELECT count(*) FROM place p WHERE " + m_condition;
+    if (m_scope == Scope::Stored)
+        return "SELECT count(*) FROM place p WHERE " + m_condition;
+    return "SELECT count(*) FROM (" + foundPlaces() + ")";
+}
+
+std::string FindSql::foundPlaces() const
+{
+    const auto arm = [](const std::string &table, const std::string &rank, const std::string &condition) {
+        return std::string("SELECT ") + COLUMNS + ", " + (rank.empty() ? "0" : rank) + " AS rank FROM " + table
+               + " p WHERE " + condition;
+    };
+    return arm("place", m_rank, m_condition) + " UNION ALL "
+           + arm("temp.candidate", m_candidateRank, m_candidateCondition);
 }
 
 std::string FindSql::bind(const QVariant &value)
@@ -92,21 +96,34 @@ std::string FindSql::notUnderstood()
     return NOTHING;
 }
 
-/// Searches of their own put their results one after the other under AND and merge them under OR; a place that several
-/// of them find stands where the first one has it.
-std::string FindSql::topCondition(const Rule &rule)
+std::string FindSql::conditionOfMore(const Rule &rule, Among among)
 {
+    m_withoutProviders = true;
+    std::string unused;
+    const std::string known = rankedCondition(rule, among, unused);
+    m_withoutProviders = false;
+    return " AND p.id IN (SELECT place FROM temp.found) AND NOT (" + known + ")";
+}
+
+/// Searches of their own put their results one after the other under AND and merge them under OR; a place that several
+/// of them find stands where the first one has it. Candidates belong to the searches that asked for some.
+std::string FindSql::rankedCondition(const Rule &rule, Among among, std::string &rank)
+{
+    m_among = among;
+    const auto memberCondition = [this](const Rule &member) {
+        return m_among == Among::Candidates && !hasSource(member) ? NOTHING : condition(member);
+    };
     if (!joinsSearches(rule))
-        return condition(rule);
+        return memberCondition(rule);
     std::string all;
     std::string cases;
     for (std::size_t i = 0; i < rule.members.size(); ++i) {
-        const std::string member = condition(rule.members[i]);
+        const std::string member = memberCondition(rule.members[i]);
         all += (i > 0 ? " OR (" : "(") + member + ")";
         cases += " WHEN (" + member + ") THEN " + std::to_string(i);
     }
     if (rule.kind == SearchRuleKind::And && rule.members.size() > 1)
-        m_rank = "CASE" + cases + " END";
+        rank = "CASE" + cases + " END";
     return "(" + all + ")";
 }
 
@@ -133,9 +150,8 @@ std::string FindSql::connective(const Rule &rule, const char *link, const char *
     // Pairs of an auxiliary key and value are about one and the same property.
     if (rule.kind == SearchRuleKind::And && rule.members.size() == 2 && rule.members[0].field == Field::AuxiliaryKey
         && rule.members[1].field == Field::AuxiliaryValue) {
-        return "p.id IN (SELECT place FROM property WHERE "
-               + foldedText("key", rule.members[0].op, rule.members[0].text) + " AND "
-               + foldedText("value", rule.members[1].op, rule.members[1].text) + ")";
+        return partsOf("property", foldedText("key", rule.members[0].op, rule.members[0].text) + " AND "
+                                       + foldedText("value", rule.members[1].op, rule.members[1].text));
     }
     std::string joined;
     for (const Rule &member : rule.members)
@@ -145,11 +161,15 @@ std::string FindSql::connective(const Rule &rule, const char *link, const char *
 
 std::string FindSql::leaf(const Rule &rule)
 {
+    // An application's places, uses and favourites are stored ones.
+    const bool isCandidate = m_among == Among::Candidates;
+    const bool isPresent = rule.op != SearchOperator::NotEqual;
+    const int op = isPresent ? rule.op : SearchOperator::Equals;
     switch (rule.field) {
     case Field::AuxiliaryKey:
-        return "p.id IN (SELECT place FROM property WHERE " + foldedText("key", rule.op, rule.text) + ")";
+        return partsOf("property", foldedText("key", rule.op, rule.text));
     case Field::AuxiliaryValue:
-        return "p.id IN (SELECT place FROM property WHERE " + foldedText("value", rule.op, rule.text) + ")";
+        return partsOf("property", foldedText("value", rule.op, rule.text));
     case Field::LastUsedTime:
         return number("p.last_used", rule.op, rule.value);
     case Field::Name:
@@ -158,51 +178,59 @@ std::string FindSql::leaf(const Rule &rule)
     case Field::MyPlaces:
         return exactText("p.owner", rule.op, rule.text);
     case Field::Tag:
-        if (rule.op == SearchOperator::NotEqual)
-            return "p.id NOT IN (SELECT place FROM tag WHERE tag = " + bind(rule.text) + ")";
-        return "p.id IN (SELECT place FROM tag WHERE " + exactText("tag", rule.op, rule.text) + ")";
+        return partsOf("tag", exactText("tag", op, rule.text), isPresent);
     case Field::Type:
-        if (rule.op == SearchOperator::NotEqual)
-            return "p.id NOT IN (SELECT place FROM auxiliary WHERE type = " + bind(rule.text) + ")";
-        return "p.id IN (SELECT place FROM auxiliary WHERE " + exactText("type", rule.op, rule.text) + ")";
+        return partsOf("auxiliary", exactText("type", op, rule.text), isPresent);
     case Field::RecentlyPicked:
-        return m_external ? NOTHING : "p.mask & 1";
+        return m_external || isCandidate ? NOTHING : "p.mask & 1";
     case Field::ExcludeFavorites:
-        return "p.id NOT IN (SELECT place FROM tag WHERE tag = " + bind(Tags::Favorite) + ")";
+        return isCandidate ? EVERYTHING
+                           : "p.id NOT IN (SELECT place FROM tag WHERE tag = " + bind(Tags::Favorite) + ")";
     case Field::ListFavorite:
-        return "p.id IN (SELECT place FROM tag WHERE tag = " + bind(Tags::Favorite) + ")";
-    case Field::ContactQuery:
-        if (m_external)
-            return NOTHING;
-        return std::string(OF_A_CONTACT) + " AND " + nameCondition(SearchOperator::Contains, rule.text);
+        return isCandidate ? NOTHING : "p.id IN (SELECT place FROM tag WHERE tag = " + bind(Tags::Favorite) + ")";
     case Field::NonContact:
-        return "NOT " + std::string(OF_A_CONTACT);
-    case Field::RecentSearchTerms:
-    case Field::GeocodeAddress:
-    case Field::POIName:
-    case Field::Suggestion:
-    case Field::POICategory:
-    case Field::POICategorySuggestion:
-    case Field::MeetingRoom:
-    case Field::RemoteByName:
-    case Field::RemoteByCategoryOrName:
-        // None of these is a stored place.
-        return NOTHING;
+        return isCandidate ? "NOT p.is_contact" : "NOT " + std::string(OF_A_CONTACT);
     default:
-        return notUnderstood();
+        return rule.source == Rule::NO_SOURCE ? notUnderstood() : sourceLeaf(rule);
     }
+}
+
+/// A leaf that finds what is not stored finds a stored place too when that is what it found; and some look among the
+/// stored places on their own account.
+std::string FindSql::sourceLeaf(const Rule &rule)
+{
+    const SourceKind kind = sourceKindOf(rule);
+    if (m_external && kind != SourceKind::Provider)
+        return NOTHING;
+    const bool looks = m_scope != Scope::Stored && !(m_withoutProviders && kind == SourceKind::Provider);
+    std::string found =
+        looks ? "p.id IN (SELECT place FROM temp.found WHERE source = " + std::to_string(rule.source) + ")" : NOTHING;
+    if (m_among == Among::Candidates || kind == SourceKind::Provider || kind == SourceKind::SearchTerms)
+        return found;
+    const char *ofKind = kind == SourceKind::Contacts ? OF_A_CONTACT : IS_A_ROOM;
+    const std::string stored = ofKind + std::string(" AND ") + nameCondition(SearchOperator::Contains, rule.text);
+    return looks ? "(" + stored + ") OR " + found : stored;
+}
+
+/// Places that have a part, or none, of which the condition holds.
+std::string FindSql::partsOf(const char *table, const std::string &condition, bool present)
+{
+    const bool isCandidate = m_among == Among::Candidates;
+    m_needsParts = m_needsParts || isCandidate;
+    return std::string("p.id ") + (present ? "" : "NOT ") + "IN (SELECT place FROM "
+           + (isCandidate ? "temp.candidate_" : "main.") + table + " WHERE " + condition + ")";
 }
 
 std::string FindSql::nameCondition(int op, const QString &term)
 {
-    if (op != SearchOperator::Contains)
+    if (op != SearchOperator::Contains || m_among == Among::Candidates)
         return foldedText("p.name_key", op, term);
     if (term.isEmpty())
         return EVERYTHING;
-    const QStringList starts = words(searchKey(term));
+    const QString starts = matchExpression(term);
     if (starts.isEmpty())
         return foldedText("p.name_key", op, term);
-    return "p.id IN (SELECT rowid FROM name_index WHERE name_index MATCH " + bind(matchExpression(starts)) + ")";
+    return "p.id IN (SELECT rowid FROM name_index WHERE name_index MATCH " + bind(starts) + ")";
 }
 
 std::string FindSql::foldedText(const std::string &column, int op, const QString &term)

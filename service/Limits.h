@@ -35,6 +35,12 @@ constexpr int LIST_LENGTH = 1000;
 constexpr int TEXT_LENGTH = 4096;
 /// Most words of a term whose words are searched for.
 constexpr int TERM_WORDS = 64;
+/// Results that a provider is asked for at once.
+constexpr int PROVIDER_BATCH = 100;
+/// Most results of a provider that a search goes through, batch by batch.
+constexpr int PROVIDER_RESULTS = 10000;
+/// The same for a search that has to know all of them before it can give any.
+constexpr int PROVIDER_RESULTS_AT_ONCE = 1000;
 /// Most recent search terms that are kept.
 constexpr int SEARCH_TERMS = 100;
 

@@ -19,6 +19,9 @@ struct Rule
     QString text;
     int value = 0;
     std::vector<Rule> members;
+    int source = NO_SOURCE; ///< The number of the rule among those that find what is not stored.
+
+    static constexpr int NO_SOURCE = -1;
 };
 
 /// A sort rule as a request gives it.

@@ -11,6 +11,7 @@ namespace placesd
 {
 
 using namespace orix_places_protocol;
+using vela::platform::places::Coordinates;
 using vela::platform::places::Place;
 using vela::platform::places::Provider;
 using vela::platform::places::SearchOperator;
@@ -69,25 +70,29 @@ bool RequestReader::readGetPlace(qint64 &id, QString &externalId, QString &type,
         && testBuffer();
 }
 
+bool RequestReader::readSuggestion(QString &text, Coordinates &centre)
+{
+    return decodeQString(text)
+        && decodePlaceCoordinates(centre)
+        && testBuffer();
+}
+
 bool RequestReader::readAuxiliaryQuery(AuxiliaryQuery &query)
 {
-    QString name;
     QString location;
     QString phoneNumber;
-    double latitude = 0;
-    double longitude = 0;
     QStringList types;
     bool complete = false;
     bool restaurant = false;
     return decode(query.place)
-        && decodeQString(name)
+        && decodeQString(query.name)
         && decodeQString(location)
         && decodeQString(phoneNumber)
-        && readCoordinate(latitude, longitude)
+        && decodePlaceCoordinates(query.coordinates)
         && decodeQStringList(types)
         && decode(complete)
         && decode(restaurant)
-        && readExternalIds()
+        && readExternalIds(query.externalIds)
         && decodeQString(query.type)
         && decode(query.remoteOnly)
         && decodeProvider(query.provider)
@@ -96,7 +101,7 @@ bool RequestReader::readAuxiliaryQuery(AuxiliaryQuery &query)
         && testBuffer();
 }
 
-bool RequestReader::readExternalIds()
+bool RequestReader::readExternalIds(QHash<Provider, QString> &ids)
 {
     int count = 0;
     if (!decode(count) || count < 0)
@@ -106,6 +111,7 @@ bool RequestReader::readExternalIds()
         QString id;
         if (!decodeProvider(provider) || !decodeQString(id))
             return false;
+        ids.insert(provider, id);
     }
     return true;
 }

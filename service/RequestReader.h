@@ -4,6 +4,8 @@
 #include "protocol/PlacesAPIDecoder.h"
 #include "Query.h"
 
+#include <QtCore/QHash>
+
 #include <memory>
 #include <string>
 
@@ -22,6 +24,9 @@ struct RequestHead
 struct AuxiliaryQuery
 {
     qint64 place = -1;
+    QString name;
+    vela::platform::places::Coordinates coordinates;
+    QHash<vela::platform::places::Provider, QString> externalIds;
     QString type;
     bool remoteOnly = false;
     vela::platform::places::Provider provider;
@@ -46,6 +51,7 @@ public:
     bool readPath(std::string &path);
     /// The id and the search term of a request for one place; its external id and type identify what is not stored.
     bool readGetPlace(qint64 &id, QString &externalId, QString &type, QString &searchTerm);
+    bool readSuggestion(QString &text, vela::platform::places::Coordinates &centre);
     bool readAuxiliaryQuery(AuxiliaryQuery &query);
     bool readQuery(Query &query);
 
@@ -54,7 +60,7 @@ private:
     bool readSort(Sort &sort, int depth);
     bool readCoordinate(double &latitude, double &longitude);
     bool readLatin1(QString &text);
-    bool readExternalIds();
+    bool readExternalIds(QHash<vela::platform::places::Provider, QString> &ids);
     /// Counts a node against the limits.
     bool admitNode(int depth);
     bool admitText(const QString &text);

@@ -126,7 +126,7 @@ private:
         if (m_incoming.size() < whole)
             return false;
         // A request that was passed on has kept its time.
-        const Deadline deadline = m_deadline.value_or(Clock::now() + limits::REQUEST_TIME);
+        const Deadline deadline = m_deadline.value_or(Clock::now() + service.requestTime());
         const auto reply = service.answer(m_incoming.data() + sizeof length, length, m_caller, deadline);
         if (!reply) {
             m_deadline = deadline;
@@ -198,11 +198,11 @@ private:
     std::atomic<Clock::time_point> m_lastActivity{Clock::now()};
 };
 
-Server::Server(std::vector<Listener> listeners, const Settings &settings)
+Server::Server(std::vector<Listener> listeners, Settings settings)
     : m_listeners(std::move(listeners))
     , m_epoll(::epoll_create1(EPOLL_CLOEXEC))
     , m_stopEvent(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
-    , m_shared(settings.database, settings.sessionKey)
+    , m_shared(std::move(settings))
 {
     if (!m_epoll.isOpen() || !m_stopEvent.isOpen())
         fail("cannot watch sockets");

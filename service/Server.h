@@ -28,14 +28,8 @@ public:
         vela::system::channel::Descriptor socket;
         bool external = false;
     };
-    struct Settings
-    {
-        std::string database;
-        std::string sessionKey;
-    };
-
     /// Starts serving. Throws std::system_error or SQLite::Exception when it cannot.
-    Server(std::vector<Listener> listeners, const Settings &settings);
+    Server(std::vector<Listener> listeners, Settings settings);
     /// Finishes the requests at hand and stops.
     ~Server();
     Server(const Server &) = delete;

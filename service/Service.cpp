@@ -3,6 +3,7 @@
 #include "Service.h"
 
 #include "auxdata/AuxiliaryDataPrivate.h"
+#include "Finder.h"
 #include "Limits.h"
 #include "Log.h"
 #include "model/LocationPrivate.h"
@@ -12,6 +13,7 @@
 #include <algorithm>
 #include <array>
 #include <ctime>
+#include <iterator>
 #include <limits>
 
 #include <msgclient.h>
@@ -22,11 +24,12 @@ namespace placesd
 
 using namespace orix_places_protocol;
 using vela::platform::places::AuxiliaryData;
-using vela::platform::places::AuxiliaryDataPrivate;
 using vela::platform::places::Location;
 using vela::platform::places::LocationPrivate;
 using vela::platform::places::Place;
+using vela::platform::places::PlaceId;
 using vela::platform::places::PlacePrivate;
+using vela::platform::places::Provider;
 namespace Tags = vela::platform::places::Tags;
 
 namespace
@@ -102,6 +105,28 @@ bool encodeRecord(PlacesAPIEncoder &reply, const std::string &record)
     return reply.ensureBuffer(size, true) && reply.encodeCharArray(record.data(), size);
 }
 
+bool isWanted(const AuxiliaryData &record, const AuxiliaryQuery &query)
+{
+    return (query.type.isEmpty() || record.type() == query.type)
+           && (!query.provider.isValid() || record.provider() == query.provider);
+}
+
+/// What a provider can know a place by: its own id, which a stored place has in its records, and what it shows.
+PlaceIdentity identityFor(const PlaceProvider &provider, const AuxiliaryQuery &query, const Place *place)
+{
+    const Provider description = provider.description();
+    PlaceIdentity identity{query.externalIds.value(description), query.name, query.coordinates};
+    if (!place)
+        return identity;
+    identity.name = place->name();
+    identity.coordinates = place->primaryCoordinates();
+    for (const AuxiliaryData &record : PlacePrivate::privateFromPublic(place)->auxiliaryData()) {
+        if (record.provider() == description && !record.externalId().isEmpty())
+            identity.externalId = record.externalId();
+    }
+    return identity;
+}
+
 /// Starts a reply anew: status only.
 std::unique_ptr<PlacesAPIEncoder> status(ReturnCode code, int requestType)
 {
@@ -143,7 +168,7 @@ const Service::Entry *Service::entryOf(int type)
         {MessageType::Backup, &Service::backUp, false, true},
         {MessageType::Restore, &Service::restore, false, true},
         {MessageType::FindPlacesSize, &Service::findPlacesSize, true},
-        {MessageType::GetPlaceFromSuggestion, nullptr, true},
+        {MessageType::GetPlaceFromSuggestion, &Service::getPlaceFromSuggestion, true},
         {MessageType::GetProviders, &Service::getProviders, true},
         {MessageType::GetHeaderFromFullPlace, &Service::getHeader, true},
     }};
@@ -354,7 +379,9 @@ ReturnCode Service::getPlace(Request &request, Encoder &reply)
     QString searchTerm;
     if (!request.reader.readGetPlace(id, externalId, type, searchTerm))
         return request.reader.problem();
-    const std::string record = m_store.fullRecord(id);
+    if (id == PlaceId::UNDEFINED_PERSISTED_ID)
+        return answerWith(externalId, type, Coordinates(), request, reply);
+    const std::string record = m_store.storedRecord(id, false);
     if (record.empty())
         return ReturnCode::NoSuchPlace;
     if (!searchTerm.isEmpty())
@@ -370,9 +397,13 @@ ReturnCode Service::findPlaces(Request &request, Encoder &reply)
         return request.reader.problem();
     if (query.count < 0 || query.count > limits::PAGE_SIZE || query.offset < 0)
         return ReturnCode::LimitExceeded;
+    const int offset = query.offset;
+    Finder finder(m_store, m_shared.providers, std::move(query), request.caller.external, request.deadline);
+    if (finder.asksProviders() && m_patience == Patience::AnswersAtOnce)
+        return FOR_THE_PATIENT;
     Page page;
-    if (!m_store.find(query, request.caller.external, page))
-        return ReturnCode::NotUnderstood;
+    if (const ReturnCode code = finder.find(page); code != ReturnCode::Success)
+        return code;
 
     constexpr std::size_t ROOM_FOR_FILL_AND_MAPPING = 16;
     std::size_t size = 64;
@@ -386,15 +417,15 @@ ReturnCode Service::findPlaces(Request &request, Encoder &reply)
     reply.encode(count);
     for (const std::string &record : page.records)
         encodeRecord(reply, record);
-    // The paging state. Stored places have no provider, hence no cursor.
-    constexpr int NO_PROVIDER = -1;
     reply.encode(page.hasMore);
-    reply.encode(query.offset);
-    reply.encode(NO_PROVIDER);
-    reply.encode(NO_PROVIDER);
+    reply.encode(offset);
+    reply.encode(page.next.batch);
+    reply.encode(page.next.position);
     reply.encode(count);
-    for (int i = 0; i < 2 * count; ++i)
-        reply.encode(NO_PROVIDER);
+    for (const Cursor &cursor : page.cursors) {
+        reply.encode(cursor.batch);
+        reply.encode(cursor.position);
+    }
     return ReturnCode::Success;
 }
 
@@ -415,10 +446,62 @@ ReturnCode Service::findPlacesSize(Request &request, Encoder &reply)
     Query query;
     if (!request.reader.readQuery(query))
         return request.reader.problem();
+    Finder finder(m_store, m_shared.providers, std::move(query), request.caller.external, request.deadline);
+    if (finder.asksProviders() && m_patience == Patience::AnswersAtOnce)
+        return FOR_THE_PATIENT;
     int count = 0;
-    if (!m_store.count(query, request.caller.external, count))
-        return ReturnCode::NotUnderstood;
+    const ReturnCode code = finder.count(count);
     reply.encode(count);
+    return code;
+}
+
+ReturnCode Service::getPlaceFromSuggestion(Request &request, Encoder &reply)
+{
+    QString text;
+    Coordinates centre;
+    if (!request.reader.readSuggestion(text, centre))
+        return request.reader.problem();
+    if (m_patience == Patience::AnswersAtOnce)
+        return FOR_THE_PATIENT;
+    for (const QString &type : {AuxiliaryData::TypePointOfInterest, AuxiliaryData::TypeContact}) {
+        const ReturnCode code = answerWith(text, type, centre, request, reply);
+        if (code != ReturnCode::NoSuchPlace)
+            return code;
+    }
+    // No id: what a provider would give first for such a text.
+    ProviderSearch search;
+    search.term = text;
+    search.centre = centre;
+    search.count = 1;
+    search.deadline = request.deadline;
+    return answerWith(m_shared.providers.search(search), reply);
+}
+
+ReturnCode Service::answerWith(const QString &externalId, const QString &type, const Coordinates &centre,
+                               Request &request, Encoder &reply)
+{
+    if (externalId.isEmpty())
+        return ReturnCode::NoSuchPlace;
+    if (const qint64 id = m_store.idOf(externalId, type); id != PlaceId::UNDEFINED_PERSISTED_ID) {
+        encodeRecord(reply, m_store.storedRecord(id, false));
+        return ReturnCode::Success;
+    }
+    if (type == AuxiliaryData::TypeContact || m_shared.providers.isEmpty())
+        return ReturnCode::NoSuchPlace;
+    if (m_patience == Patience::AnswersAtOnce)
+        return FOR_THE_PATIENT;
+    return answerWith(m_shared.providers.resolve(externalId, centre, request.deadline), reply);
+}
+
+ReturnCode Service::answerWith(const ProvidersAnswer &answer, Encoder &reply)
+{
+    if (answer.places.empty())
+        return answer.code == ReturnCode::Success ? ReturnCode::NoSuchPlace : answer.code;
+    const Place &place = *answer.places.front();
+    if (const qint64 id = m_store.storedIdOf(place); id != PlaceId::UNDEFINED_PERSISTED_ID)
+        encodeRecord(reply, m_store.storedRecord(id, false));
+    else
+        reply.encodePlace(place);
     return ReturnCode::Success;
 }
 
@@ -427,25 +510,55 @@ ReturnCode Service::getAuxiliaryData(Request &request, Encoder &reply)
     AuxiliaryQuery query;
     if (!request.reader.readAuxiliaryQuery(query))
         return request.reader.problem();
-    const std::unique_ptr<Place> place = m_store.place(query.place);
-    if (!place)
+    const bool isStored = query.place != PlaceId::UNDEFINED_PERSISTED_ID;
+    const std::unique_ptr<Place> place = isStored ? m_store.place(query.place) : nullptr;
+    if (isStored && !place)
         return ReturnCode::NoSuchPlace;
     QList<AuxiliaryData> found;
-    for (const AuxiliaryData &record : PlacePrivate::privateFromPublic(place.get())->auxiliaryData()) {
-        // Nothing that is stored has to be fetched from a provider.
-        const bool wanted = !query.remoteOnly && (query.type.isEmpty() || record.type() == query.type)
-                            && (!query.provider.isValid() || record.provider() == query.provider);
-        if (wanted)
-            found.append(record);
+    if (place && !query.remoteOnly) {
+        const auto &records = PlacePrivate::privateFromPublic(place.get())->auxiliaryData();
+        std::copy_if(records.begin(), records.end(), std::back_inserter(found),
+                     [&query](const AuxiliaryData &record) { return isWanted(record, query); });
+    }
+    if (!m_shared.providers.thatGive(query.type, query.provider).empty()) {
+        if (m_patience == Patience::AnswersAtOnce)
+            return FOR_THE_PATIENT;
+        const ReturnCode code = addRemoteData(query, place.get(), request.deadline, found);
+        if (code != ReturnCode::Success && found.isEmpty())
+            return code;
     }
     reply.encodeAuxiliaryDataList(found.mid(std::max(query.offset, 0), query.limit < 0 ? -1 : query.limit));
     return ReturnCode::Success;
 }
 
+/// Adds what the providers have to say, but for what is stored already. Returns how the first one that failed did so.
+ReturnCode Service::addRemoteData(const AuxiliaryQuery &query, const Place *place, Deadline deadline,
+                                  QList<AuxiliaryData> &found) const
+{
+    ReturnCode failure = ReturnCode::Success;
+    for (PlaceProvider *provider : m_shared.providers.thatGive(query.type, query.provider)) {
+        const AuxiliaryAnswer answer =
+            Providers::auxiliaryData(*provider, identityFor(*provider, query, place), deadline);
+        if (failure == ReturnCode::Success)
+            failure = answer.code;
+        for (const AuxiliaryData &record : answer.records) {
+            const bool isKnown = std::any_of(found.begin(), found.end(), [&record](const AuxiliaryData &known) {
+                return known.type() == record.type() && known.externalId() == record.externalId()
+                       && known.provider() == record.provider();
+            });
+            if (!isKnown && isWanted(record, query))
+                found.append(record);
+        }
+    }
+    return failure;
+}
+
 ReturnCode Service::getProviders(Request &, Encoder &reply)
 {
-    // Stored places need none.
-    reply.encode(0);
+    const QList<Provider> providers = m_shared.providers.descriptions();
+    reply.encode(providers.size());
+    for (const Provider &provider : providers)
+        reply.encodeProvider(provider);
     return ReturnCode::Success;
 }
 

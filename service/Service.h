@@ -2,7 +2,9 @@
 #pragma once
 
 #include "Backup.h"
+#include "Limits.h"
 #include "protocol/PlacesAPIEncoder.h"
+#include "Providers.h"
 #include "RequestReader.h"
 #include "Store.h"
 
@@ -20,16 +22,29 @@ struct Caller
     bool trusted = false;  ///< The user whose places these are, or root.
 };
 
+/// What a service is given.
+struct Settings
+{
+    std::string database;
+    std::string sessionKey; ///< What every request has to carry; empty when none is asked for.
+    std::vector<std::unique_ptr<PlaceProvider>> providers;
+    std::chrono::milliseconds requestTime = limits::REQUEST_TIME; ///< From a request's arrival to its answer.
+};
+
 /// What all services of a process share.
 struct Shared
 {
-    Shared(std::string databasePath, std::string requiredKey)
-        : database(std::move(databasePath))
-        , sessionKey(std::move(requiredKey))
+    explicit Shared(Settings settings)
+        : database(std::move(settings.database))
+        , sessionKey(std::move(settings.sessionKey))
+        , providers(std::move(settings.providers))
+        , requestTime(settings.requestTime)
     {}
 
     const std::string database;
-    const std::string sessionKey; ///< What every request has to carry; empty when none is asked for.
+    const std::string sessionKey;
+    const Providers providers;
+    const std::chrono::milliseconds requestTime;
     std::mutex writeLock;
     BackupKeeper backups{database, writeLock};
 };
@@ -47,6 +62,9 @@ class Service
 public:
     Service(Shared &shared, Patience patience);
 
+    /// Longest time from a request's arrival to its answer.
+    [[nodiscard]] std::chrono::milliseconds requestTime() const { return m_shared.requestTime; }
+
     /// The reply to a request, whatever that is; null when it takes a service that may wait.
     std::unique_ptr<orix_places_protocol::PlacesAPIEncoder> answer(const char *request, unsigned int length,
                                                                    const Caller &caller, Deadline deadline);
@@ -54,6 +72,7 @@ public:
 private:
     using Encoder = orix_places_protocol::PlacesAPIEncoder;
     using ReturnCode = orix_places_protocol::ReturnCode;
+    using Coordinates = vela::platform::places::Coordinates;
     using Place = vela::platform::places::Place;
 
     struct Request
@@ -80,6 +99,7 @@ private:
     ReturnCode getTags(Request &request, Encoder &reply);
     ReturnCode clearRecentlyPicked(Request &request, Encoder &reply);
     ReturnCode getPlace(Request &request, Encoder &reply);
+    ReturnCode getPlaceFromSuggestion(Request &request, Encoder &reply);
     ReturnCode findPlaces(Request &request, Encoder &reply);
     ReturnCode unfav(Request &request, Encoder &reply);
     ReturnCode backUp(Request &request, Encoder &reply);
@@ -87,6 +107,14 @@ private:
     ReturnCode findPlacesSize(Request &request, Encoder &reply);
     ReturnCode getProviders(Request &request, Encoder &reply);
     ReturnCode getHeader(Request &request, Encoder &reply);
+
+    /// Answers with the place that an external id stands for, stored or not.
+    ReturnCode answerWith(const QString &externalId, const QString &type, const Coordinates &centre, Request &request,
+                          Encoder &reply);
+    /// Answers with the only place of a provider's answer, or with the stored place that it is.
+    ReturnCode answerWith(const ProvidersAnswer &answer, Encoder &reply);
+    ReturnCode addRemoteData(const AuxiliaryQuery &query, const Place *place, Deadline deadline,
+                             QList<vela::platform::places::AuxiliaryData> &found) const;
 
     /// Changes a stored place in one transaction. When `change` fails nothing is stored, and the same when it leaves
     /// the place without its id.

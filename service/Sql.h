@@ -95,6 +95,27 @@ END;
 PRAGMA user_version = 1;
 )sql";
 
+/// Version 2: records are found by their ids at their sources, so that a place which a provider or a contact gives is
+/// known again once it is stored.
+constexpr char SCHEMA_2[] = R"sql(
+ALTER TABLE auxiliary ADD COLUMN external_id TEXT NOT NULL DEFAULT '';
+ALTER TABLE auxiliary ADD COLUMN provider    TEXT NOT NULL DEFAULT '';   -- name and URL
+CREATE INDEX auxiliary_by_external_id ON auxiliary(external_id, type, provider) WHERE external_id <> '';
+PRAGMA user_version = 2;
+)sql";
+
+/// What a find looks at that is not stored, with the columns of what is; and which leaf of its rule found what.
+constexpr char CANDIDATES[] = R"sql(
+CREATE TEMP TABLE candidate(
+    id INTEGER PRIMARY KEY, name_key TEXT, sort_key TEXT, is_contact INTEGER, latitude REAL, longitude REAL,
+    owner TEXT DEFAULT '', usage_count INTEGER DEFAULT 0, last_used INTEGER DEFAULT 0, created INTEGER DEFAULT 0,
+    updated INTEGER DEFAULT 0);
+CREATE TEMP TABLE candidate_tag(tag TEXT, place INTEGER);
+CREATE TEMP TABLE candidate_auxiliary(type TEXT, place INTEGER);
+CREATE TEMP TABLE candidate_property(key TEXT, value TEXT, place INTEGER);
+CREATE TEMP TABLE found(source INTEGER, place INTEGER, PRIMARY KEY(source, place)) WITHOUT ROWID;
+)sql";
+
 /// An acknowledged write is on the disk: every commit waits for it.
 constexpr char CONNECTION_SETTINGS[] = R"sql(
 PRAGMA journal_mode = WAL;
@@ -102,6 +123,7 @@ PRAGMA synchronous = FULL;
 PRAGMA foreign_keys = ON;
 PRAGMA cache_size = -16384;
 PRAGMA mmap_size = 268435456;
+PRAGMA temp_store = MEMORY;
 )sql";
 
 constexpr char INSERT_PLACE[] =
@@ -112,12 +134,20 @@ constexpr char UPDATE_PLACE[] =
     " usage_count = ?7, last_used = ?8, created = ?9, updated = ?10, latitude = ?11, longitude = ?12 WHERE id = ?13";
 constexpr char UPDATE_RECORDS[] = "UPDATE place SET full_record = ?1, header = ?2 WHERE id = ?3";
 constexpr char SELECT_FULL_RECORD[] = "SELECT full_record FROM place WHERE id = ?1";
+constexpr char SELECT_HEADER[] = "SELECT header FROM place WHERE id = ?1";
+constexpr char SELECT_IDS[] = "SELECT id FROM place";
 constexpr char SELECT_RECENT_BUCKET[] = "SELECT id FROM place WHERE mask & 1";
 constexpr char DELETE_PLACE[] = "DELETE FROM place WHERE id = ?1";
 
 constexpr char INSERT_LOCATION[] = "INSERT INTO location(id, place) VALUES (?1, ?2)";
 constexpr char DELETE_LOCATIONS[] = "DELETE FROM location WHERE place = ?1";
-constexpr char INSERT_AUXILIARY[] = "INSERT INTO auxiliary(id, place, type) VALUES (?1, ?2, ?3)";
+constexpr char INSERT_AUXILIARY[] =
+    "INSERT INTO auxiliary(id, place, type, external_id, provider) VALUES (?1, ?2, ?3, ?4, ?5)";
+constexpr char UPDATE_SOURCE[] = "UPDATE auxiliary SET external_id = ?1, provider = ?2 WHERE id = ?3";
+constexpr char SELECT_BY_EXTERNAL_ID[] =
+    "SELECT place FROM auxiliary WHERE external_id = ?1 AND external_id <> '' AND type = ?2 ORDER BY place LIMIT 1";
+constexpr char SELECT_BY_SOURCE[] = "SELECT place FROM auxiliary WHERE external_id = ?1 AND external_id <> ''"
+                                    " AND type = ?2 AND provider = ?3 ORDER BY place LIMIT 1";
 constexpr char DELETE_AUXILIARY[] = "DELETE FROM auxiliary WHERE place = ?1";
 constexpr char INSERT_PROPERTY[] = "INSERT INTO property(auxiliary, place, key, value) VALUES (?1, ?2, ?3, ?4)";
 constexpr char INSERT_TAG[] = "INSERT OR IGNORE INTO tag(tag, place) VALUES (?1, ?2)";
@@ -136,6 +166,18 @@ constexpr char SELECT_HIGHEST_IDS[] = "SELECT name, seq FROM sqlite_sequence";
 constexpr char INSERT_HIGHEST_ID[] =
     "INSERT INTO sqlite_sequence(name, seq) SELECT ?1, ?2 WHERE ?1 NOT IN (SELECT name FROM sqlite_sequence)";
 constexpr char RAISE_HIGHEST_ID[] = "UPDATE sqlite_sequence SET seq = max(seq, ?2) WHERE name = ?1";
+
+constexpr char FORGET_CANDIDATES[] = "DELETE FROM temp.candidate; DELETE FROM temp.candidate_tag;"
+                                     " DELETE FROM temp.candidate_auxiliary; DELETE FROM temp.candidate_property;"
+                                     " DELETE FROM temp.found";
+constexpr char INSERT_CANDIDATE[] =
+    "INSERT INTO temp.candidate(id, name_key, sort_key, is_contact, latitude, longitude)"
+    " VALUES (?1, ?2, ?3, ?4, ?5, ?6)";
+constexpr char INSERT_CANDIDATE_TAG[] = "INSERT INTO temp.candidate_tag(tag, place) VALUES (?1, ?2)";
+constexpr char INSERT_CANDIDATE_AUXILIARY[] = "INSERT INTO temp.candidate_auxiliary(type, place) VALUES (?1, ?2)";
+constexpr char INSERT_CANDIDATE_PROPERTY[] =
+    "INSERT INTO temp.candidate_property(key, value, place) VALUES (?1, ?2, ?3)";
+constexpr char INSERT_FOUND[] = "INSERT OR IGNORE INTO temp.found(source, place) VALUES (?1, ?2)";
 
 constexpr char REMEMBER_TERM[] =
     "INSERT OR REPLACE INTO search_term(term, used) VALUES (?1, 1 + (SELECT ifnull(max(used), 0) FROM search_term))";

@@ -5,18 +5,17 @@
 #include "auxdata/AuxiliaryDataPrivate.h"
 #include "FindSql.h"
 #include "Limits.h"
+#include "model/InternalTags.h"
 #include "model/LocationPrivate.h"
 #include "model/PlacePrivate.h"
-#include "places/PlaceHeader.h"
-#include "places/Utilities.h"
-#include "protocol/PlacesAPIDecoder.h"
-#include "protocol/PlacesAPIEncoder.h"
+#include "Records.h"
 #include "Sql.h"
+#include "SqlFunctions.h"
 #include "TextKeys.h"
 
+#include <QtCore/QHash>
 #include <QtCore/QSet>
 
-#include <cmath>
 #include <sqlite3.h>
 #include <SQLiteCpp/Backup.h>
 #include <stdexcept>
@@ -24,81 +23,24 @@
 namespace placesd
 {
 
-using orix_places_protocol::PlacesAPIDecoder;
-using orix_places_protocol::PlacesAPIEncoder;
 using namespace vela::platform::places;
 
 namespace
 {
 
-constexpr int SCHEMA_VERSION = 1;
+constexpr int SCHEMA_VERSION = 2;
+/// The last version that did not know records by their sources.
+constexpr int VERSION_WITHOUT_SOURCES = 1;
 /// Id of what is not stored yet.
 constexpr qint64 NO_ID = -1;
+/// Ids from here on are those of candidates: behind every stored place.
+constexpr qint64 FIRST_CANDIDATE = qint64{1} << 62;
 /// Statements kept prepared; more than the store has of its own, so that a few finds keep theirs too.
 constexpr std::size_t KEPT_STATEMENTS = 64;
 /// Virtual machine steps between two looks at the clock.
 constexpr int STEPS_PER_CHECK = 10000;
 /// Longest wait for a writer in another process.
 constexpr int BUSY_TIMEOUT_MS = 5000;
-
-std::string utf8(const QString &text)
-{
-    return text.toStdString();
-}
-
-QString textOf(sqlite3_value *value)
-{
-    return QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_value_text(value)), sqlite3_value_bytes(value));
-}
-
-void containsWordsFunction(sqlite3_context *context, int, sqlite3_value **arguments)
-{
-    sqlite3_result_int(context, containsWords(textOf(arguments[0]), textOf(arguments[1])));
-}
-
-/// Metres between two points; NULL where one of them is not known.
-void distanceFunction(sqlite3_context *context, int count, sqlite3_value **arguments)
-{
-    for (int i = 0; i < count; ++i) {
-        if (sqlite3_value_type(arguments[i]) == SQLITE_NULL)
-            return sqlite3_result_null(context);
-    }
-    const Coordinates a(sqlite3_value_double(arguments[0]), sqlite3_value_double(arguments[1]));
-    const Coordinates b(sqlite3_value_double(arguments[2]), sqlite3_value_double(arguments[3]));
-    sqlite3_result_double(context, Utilities::calculateDistanceInMeter(a, b));
-}
-
-std::string messageOf(const PlacesAPIEncoder &encoder)
-{
-    char *data = nullptr;
-    int length = 0;
-    encoder.getData(data, length);
-    return std::string(data, static_cast<std::size_t>(length));
-}
-
-std::string blobOf(const SQLite::Column &column)
-{
-    const auto size = static_cast<std::size_t>(column.getBytes());
-    return size == 0 ? std::string() : std::string(static_cast<const char *>(column.getBlob()), size);
-}
-
-std::unique_ptr<Place> decodePlace(const std::string &record)
-{
-    PlacesAPIDecoder decoder(record.data(), static_cast<unsigned int>(record.size()));
-    Place *decoded = nullptr;
-    if (!decoder.serviceDecodePlace(decoded))
-        throw SQLite::Exception("a stored place cannot be read", SQLITE_CORRUPT);
-    return std::unique_ptr<Place>(decoded);
-}
-
-std::unique_ptr<PlaceHeader> decodeHeader(const std::string &record)
-{
-    PlacesAPIDecoder decoder(record.data(), static_cast<unsigned int>(record.size()));
-    PlaceHeader *decoded = nullptr;
-    if (!decoder.decodePlaceHeader(decoded))
-        throw SQLite::Exception("a stored header cannot be read", SQLITE_CORRUPT);
-    return std::unique_ptr<PlaceHeader>(decoded);
-}
 
 int versionOf(SQLite::Database &database)
 {
@@ -108,7 +50,7 @@ int versionOf(SQLite::Database &database)
 /// Brings the tables of a database from one version to another.
 void makeTables(SQLite::Database &database, int from, int to)
 {
-    constexpr const char *STEPS[SCHEMA_VERSION] = {sql::SCHEMA_1};
+    constexpr const char *STEPS[SCHEMA_VERSION] = {sql::SCHEMA_1, sql::SCHEMA_2};
     for (int version = from; version < to; ++version)
         database.exec(STEPS[version]);
 }
@@ -123,14 +65,20 @@ std::vector<std::string> tablesOf(SQLite::Database &database)
     return tables;
 }
 
-void bindValue(SQLite::Statement &statement, int index, const QVariant &value)
+/// Name and URL of a provider, which identify it.
+QString keyOf(const Provider &provider)
 {
-    if (value.type() == QVariant::String)
-        statement.bind(index, utf8(value.toString()));
-    else if (value.type() == QVariant::Double)
-        statement.bind(index, value.toDouble());
-    else
-        statement.bind(index, static_cast<int64_t>(value.toLongLong()));
+    return provider.isValid() ? provider.name() + QLatin1Char(' ') + provider.url().toString() : QString();
+}
+
+/// What a candidate is known by when it is found twice; empty when nothing tells.
+QString sourceOf(const Place &place)
+{
+    const auto &records = PlacePrivate::privateFromPublic(&place)->auxiliaryData();
+    if (records.isEmpty() || records.first().externalId().isEmpty())
+        return {};
+    const AuxiliaryData &record = records.first();
+    return QStringList{record.type(), keyOf(record.provider()), record.externalId()}.join(QLatin1Char('\n'));
 }
 
 /// NULL for what has no id, which then gets the next one that never was in use.
@@ -142,28 +90,16 @@ void bindId(SQLite::Statement &statement, int index, qint64 id)
         statement.bind(index, static_cast<int64_t>(id));
 }
 
-int bindAll(SQLite::Statement &statement, const std::vector<QVariant> &values, int from)
-{
-    for (const QVariant &value : values)
-        bindValue(statement, from++, value);
-    return from;
-}
-
 } // namespace
-
-/// Resets a statement at the end of a scope, so that it holds no lock.
-struct Store::Finish
-{
-    SQLite::Statement &statement;
-    ~Finish() { statement.tryReset(); }
-};
 
 Store::Store(const std::string &path, std::mutex &writeLock)
     : m_database(path, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_NOMUTEX, BUSY_TIMEOUT_MS)
     , m_writeLock(writeLock)
 {
     m_database.exec(sql::CONNECTION_SETTINGS);
-    registerFunctions();
+    m_database.exec(sql::CANDIDATES);
+    registerFunctions(m_database);
+    sqlite3_progress_handler(m_database.getHandle(), STEPS_PER_CHECK, interruptLate, this);
     const std::lock_guard<std::mutex> lock(m_writeLock);
     migrate();
 }
@@ -180,15 +116,6 @@ int Store::interruptLate(void *store)
     return hasPassed(static_cast<Store *>(store)->m_deadline);
 }
 
-void Store::registerFunctions()
-{
-    constexpr int FLAGS = SQLITE_UTF8 | SQLITE_DETERMINISTIC;
-    sqlite3 *handle = m_database.getHandle();
-    sqlite3_create_function(handle, "contains_words", 2, FLAGS, nullptr, containsWordsFunction, nullptr, nullptr);
-    sqlite3_create_function(handle, "distance", 4, FLAGS, nullptr, distanceFunction, nullptr, nullptr);
-    sqlite3_progress_handler(handle, STEPS_PER_CHECK, interruptLate, this);
-}
-
 void Store::migrate()
 {
     const int version = versionOf(m_database);
@@ -198,7 +125,24 @@ void Store::migrate()
         return;
     SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
     makeTables(m_database, version, SCHEMA_VERSION);
+    if (version == VERSION_WITHOUT_SOURCES)
+        learnSources();
     transaction.commit();
+}
+
+void Store::learnSources()
+{
+    std::vector<qint64> ids;
+    SQLite::Statement &all = statement(sql::SELECT_IDS);
+    while (all.executeStep())
+        ids.push_back(all.getColumn(0).getInt64());
+    for (const qint64 id : ids) {
+        for (const AuxiliaryData &record : PlacePrivate::privateFromPublic(place(id).get())->auxiliaryData()) {
+            SQLite::Statement &row = statement(sql::UPDATE_SOURCE);
+            bindAll(row, {record.externalId(), keyOf(record.provider()), record.id()}, 1);
+            row.exec();
+        }
+    }
 }
 
 void Store::requirePlaces(SQLite::Database &database)
@@ -376,6 +320,8 @@ void Store::writeAuxiliary(AuxiliaryData &record, int64_t place)
     bindId(row, 1, record.id());
     row.bind(2, place);
     row.bind(3, utf8(record.type()));
+    row.bind(4, utf8(record.externalId()));
+    row.bind(5, utf8(keyOf(record.provider())));
     row.exec();
     const auto id = static_cast<int64_t>(m_database.getLastInsertRowid());
     AuxiliaryDataPrivate::fromPublic(record)->setId(id);
@@ -392,15 +338,9 @@ void Store::writeAuxiliary(AuxiliaryData &record, int64_t place)
 
 void Store::writeRecords(const Place &place)
 {
-    PlacesAPIEncoder full;
-    PlacesAPIEncoder header;
-    full.encodePlace(place);
-    header.encodePlaceHeader(place);
-    const std::string fullRecord = messageOf(full);
-    const std::string headerRecord = messageOf(header);
     SQLite::Statement &row = statement(sql::UPDATE_RECORDS);
-    row.bind(1, fullRecord.data(), static_cast<int>(fullRecord.size()));
-    row.bind(2, headerRecord.data(), static_cast<int>(headerRecord.size()));
+    bindBlob(row, 1, fullRecordOf(place));
+    bindBlob(row, 2, headerOf(place));
     row.bind(3, static_cast<int64_t>(place.id()));
     row.exec();
 }
@@ -431,9 +371,9 @@ void Store::clearRecentBucket()
     }
 }
 
-std::string Store::fullRecord(qint64 id)
+std::string Store::storedRecord(qint64 id, bool headerOnly)
 {
-    SQLite::Statement &row = statement(sql::SELECT_FULL_RECORD);
+    SQLite::Statement &row = statement(headerOnly ? sql::SELECT_HEADER : sql::SELECT_FULL_RECORD);
     const Finish finish{row};
     row.bind(1, static_cast<int64_t>(id));
     return row.executeStep() ? blobOf(row.getColumn(0)) : std::string();
@@ -441,7 +381,7 @@ std::string Store::fullRecord(qint64 id)
 
 std::unique_ptr<Place> Store::place(qint64 id)
 {
-    const std::string record = fullRecord(id);
+    const std::string record = storedRecord(id, false);
     return record.empty() ? nullptr : decodePlace(record);
 }
 
@@ -481,37 +421,148 @@ QStringList Store::recentTerms(const QString &prefix)
     return terms;
 }
 
-bool Store::find(const Query &query, bool external, Page &page)
+// ---------------------------------------------------------------------------------------------------------- finds
+
+SQLite::Statement &Store::bindPage(const FindSql &find, int count, int offset)
 {
-    const FindSql find(query, external);
-    if (!find.isUnderstood())
-        return false;
     SQLite::Statement &row = statement(find.selectPage());
-    const Finish finish{row};
     int next = bindAll(row, find.bindings(), 1);
     next = bindAll(row, find.sortBindings(), next);
-    row.bind(next, static_cast<int64_t>(query.count) + 1);
-    row.bind(next + 1, query.offset);
-    while (!page.hasMore && row.executeStep()) {
-        if (page.records.size() == static_cast<std::size_t>(query.count))
-            page.hasMore = true;
-        else
-            page.records.push_back(blobOf(row.getColumn(0)));
-    }
-    return true;
+    row.bind(next, count);
+    row.bind(next + 1, offset);
+    return row;
 }
 
-bool Store::count(const Query &query, bool external, int &count)
+std::vector<std::string> Store::find(const FindSql &find, int count, int offset)
 {
-    const FindSql find(query, external);
-    if (!find.isUnderstood())
-        return false;
+    std::vector<std::string> records;
+    SQLite::Statement &row = bindPage(find, count, offset);
+    const Finish finish{row};
+    while (row.executeStep())
+        records.push_back(blobOf(row.getColumn(0)));
+    return records;
+}
+
+int Store::count(const FindSql &find)
+{
     SQLite::Statement &row = statement(find.selectCount());
     const Finish finish{row};
     bindAll(row, find.bindings(), 1);
     row.executeStep();
-    count = row.getColumn(0).getInt();
-    return true;
+    return row.getColumn(0).getInt();
+}
+
+std::vector<std::string> Store::find(const FindSql &find, const std::vector<Candidate> &candidates, bool headerOnly,
+                                     int count, int offset)
+{
+    // One state of the database from the look-up of the candidates to the last record.
+    SQLite::Transaction snapshot(m_database);
+    stage(candidates, find.needsParts());
+    std::vector<qint64> ids;
+    {
+        SQLite::Statement &row = bindPage(find, count, offset);
+        const Finish finish{row};
+        while (row.executeStep())
+            ids.push_back(row.getColumn(0).getInt64());
+    }
+    std::vector<std::string> records;
+    records.reserve(ids.size());
+    for (const qint64 id : ids)
+        records.push_back(id < FIRST_CANDIDATE ? storedRecord(id, headerOnly) : candidateRecord(id, headerOnly));
+    return records;
+}
+
+int Store::count(const FindSql &find, const std::vector<Candidate> &candidates)
+{
+    SQLite::Transaction snapshot(m_database);
+    stage(candidates, find.needsParts());
+    return count(find);
+}
+
+std::string Store::candidateRecord(qint64 id, bool headerOnly) const
+{
+    const Place &place = *m_staged[static_cast<std::size_t>(id - FIRST_CANDIDATE)];
+    return headerOnly ? headerOf(place) : fullRecordOf(place);
+}
+
+void Store::stage(const std::vector<Candidate> &candidates, bool withParts)
+{
+    m_database.exec(sql::FORGET_CANDIDATES);
+    m_staged.clear();
+    QHash<QString, qint64> known;
+    for (const Candidate &candidate : candidates) {
+        const Place &place = *candidate.place;
+        const QString source = sourceOf(place);
+        qint64 id = storedIdOf(place);
+        if (id == NO_ID)
+            id = known.value(source, NO_ID);
+        if (id == NO_ID)
+            id = stageNew(candidate.place, withParts);
+        if (!source.isEmpty())
+            known.insert(source, id);
+        SQLite::Statement &found = statement(sql::INSERT_FOUND);
+        found.bind(1, candidate.source);
+        found.bind(2, static_cast<int64_t>(id));
+        found.exec();
+    }
+}
+
+qint64 Store::stageNew(const FoundPlace &candidate, bool withParts)
+{
+    const Place &place = *candidate;
+    const Coordinates position = place.primaryCoordinates();
+    const auto id = FIRST_CANDIDATE + static_cast<qint64>(m_staged.size());
+    SQLite::Statement &row = statement(sql::INSERT_CANDIDATE);
+    row.clearBindings();
+    bindAll(row,
+            {id, searchKey(place.name()), sortKey(place.name()),
+             PlacePrivate::privateFromPublic(&place)->hasAuxiliaryData(AuxiliaryData::TypeContact)},
+            1);
+    if (position.isValid())
+        bindAll(row, {position.latitude(), position.longitude()}, 5);
+    row.exec();
+    m_staged.push_back(candidate);
+    if (withParts)
+        stageParts(place, id);
+    return id;
+}
+
+void Store::stageParts(const Place &place, qint64 id)
+{
+    const auto insert = [this](const char *sql, const std::vector<QVariant> &values) {
+        SQLite::Statement &row = statement(sql);
+        bindAll(row, values, 1);
+        row.exec();
+    };
+    const PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
+    for (const QString &tag : data.tags())
+        insert(sql::INSERT_CANDIDATE_TAG, {tag, id});
+    for (const AuxiliaryData &record : data.auxiliaryData()) {
+        insert(sql::INSERT_CANDIDATE_AUXILIARY, {record.type(), id});
+        const QMap<QString, QString> properties = record.properties();
+        for (auto property = properties.begin(); property != properties.end(); ++property)
+            insert(sql::INSERT_CANDIDATE_PROPERTY, {searchKey(property.key()), searchKey(property.value()), id});
+    }
+}
+
+qint64 Store::storedIdOf(const Place &candidate)
+{
+    const PlacePrivate &data = *PlacePrivate::privateFromPublic(&candidate);
+    if (data.auxiliaryData().isEmpty() || data.hasTag(QLatin1String(InternalTags::Suggestion)))
+        return NO_ID;
+    const AuxiliaryData &record = data.auxiliaryData().first();
+    SQLite::Statement &row = statement(sql::SELECT_BY_SOURCE);
+    const Finish finish{row};
+    bindAll(row, {record.externalId(), record.type(), keyOf(record.provider())}, 1);
+    return row.executeStep() ? row.getColumn(0).getInt64() : NO_ID;
+}
+
+qint64 Store::idOf(const QString &externalId, const QString &type)
+{
+    SQLite::Statement &row = statement(sql::SELECT_BY_EXTERNAL_ID);
+    const Finish finish{row};
+    bindAll(row, {externalId, type}, 1);
+    return row.executeStep() ? row.getColumn(0).getInt64() : NO_ID;
 }
 
 } // namespace placesd

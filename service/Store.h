@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Deadline.h"
+#include "PlaceProvider.h"
 #include "Query.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
@@ -25,11 +26,13 @@ class Place;
 namespace placesd
 {
 
-/// One page of a find.
-struct Page
+class FindSql;
+
+/// A place that is not stored, and the number of the leaf of the search rule that found it.
+struct Candidate
 {
-    std::vector<std::string> records;
-    bool hasMore = false;
+    int source = Rule::NO_SOURCE;
+    FoundPlace place;
 };
 
 /// One connection to the database of places. It belongs to one thread at a time; writers take turns by the lock that
@@ -59,8 +62,8 @@ public:
 
     /// The stored place; null when there is none.
     std::unique_ptr<vela::platform::places::Place> place(qint64 id);
-    /// The full record of a place, as it goes into a reply; empty when there is none.
-    std::string fullRecord(qint64 id);
+    /// The record of a place, as it goes into a reply; empty when there is no such place.
+    std::string storedRecord(qint64 id, bool headerOnly);
     QStringList tags();
 
     /// Keeps a term among the recent ones. An empty term is not kept.
@@ -77,20 +80,32 @@ public:
     /// Puts everything that is stored here in the stead of what is stored in `other`, as one write.
     void copyOver(Store &other);
 
-    /// False when the query holds a number that has no meaning.
-    bool find(const Query &query, bool external, Page &page);
-    bool count(const Query &query, bool external, int &count);
+    /// The stored place that a candidate is; -1 for none. A suggestion is none, whatever it leads to.
+    qint64 storedIdOf(const vela::platform::places::Place &candidate);
+    /// The id of the stored place that has a record of this type and external id; -1 when there is none.
+    qint64 idOf(const QString &externalId, const QString &type);
+
+    /// The records of the places that a find among the stored places gives, from a position on.
+    std::vector<std::string> find(const FindSql &find, int count, int offset);
+    int count(const FindSql &find);
+    /// The same among the stored places and these candidates. A candidate that is stored is that stored place.
+    std::vector<std::string> find(const FindSql &find, const std::vector<Candidate> &candidates, bool headerOnly,
+                                  int count, int offset);
+    int count(const FindSql &find, const std::vector<Candidate> &candidates);
 
 private:
-    struct Finish;
-
     void migrate();
-    void registerFunctions();
     /// A prepared statement, ready to be bound; it is kept for the next time.
     SQLite::Statement &statement(const std::string &sql);
     static void bindPlace(SQLite::Statement &statement, const vela::platform::places::Place &place);
     static void forgetForeignIds(vela::platform::places::Place &place, const vela::platform::places::Place &before);
     void writeParts(vela::platform::places::Place &place);
+    void learnSources();
+    void stage(const std::vector<Candidate> &candidates, bool withParts);
+    qint64 stageNew(const FoundPlace &candidate, bool withParts);
+    void stageParts(const vela::platform::places::Place &place, qint64 id);
+    SQLite::Statement &bindPage(const FindSql &find, int count, int offset);
+    [[nodiscard]] std::string candidateRecord(qint64 id, bool headerOnly) const;
     void writeAuxiliary(vela::platform::places::AuxiliaryData &record, int64_t place);
     void writeRecords(const vela::platform::places::Place &place);
     static int interruptLate(void *store);
@@ -98,6 +113,7 @@ private:
     SQLite::Database m_database;
     std::mutex &m_writeLock;
     std::map<std::string, std::unique_ptr<SQLite::Statement>> m_statements;
+    std::vector<FoundPlace> m_staged; ///< Candidates that are not stored, by their ids in the candidates' table.
     Deadline m_deadline = Deadline::max();
 };
 

@@ -141,10 +141,10 @@ PlacePointer throughService(const PlacePointer &place)
 
 PlacePointer throughGeoJson(const PlacePointer &place)
 {
-    tool::ExactDocument feature;
+    geojson::ExactDocument feature;
     EXPECT_FALSE(feature.read(tool::toGeoJsonFeature(*place).constData()).IsError());
     auto read = std::make_unique<Place>();
-    EXPECT_EQ(tool::readFeature(feature, *read), QString());
+    EXPECT_EQ(geojson::readFeature(feature, *read), QString());
     return read;
 }
 

@@ -10,8 +10,9 @@
 #include <cstring>
 #include <msgclient.h>
 
-Placesd::Placesd(const QStringList &arguments)
+Placesd::Placesd(const QStringList &arguments, const char *program)
     : m_arguments(arguments)
+    , m_program(QStringLiteral(PROGRAMS "/") + QLatin1String(program))
 {
     qputenv("VELA_CHANNEL_DIR", m_folder.path().toLocal8Bit());
     qputenv("VELA_LOG", "stderr");
@@ -32,8 +33,7 @@ void Placesd::start()
 {
     m_process = std::make_unique<QProcess>();
     m_process->setProcessChannelMode(QProcess::ForwardedChannels);
-    m_process->start(QStringLiteral(PROGRAMS "/placesd"),
-                     QStringList{QStringLiteral("--database"), path("places.db")} + m_arguments);
+    m_process->start(m_program, QStringList{QStringLiteral("--database"), path("places.db")} + m_arguments);
     ASSERT_TRUE(m_process->waitForStarted());
     for (int i = 0; i < 1000 && exchange({}).empty(); ++i)
         QThread::msleep(10);

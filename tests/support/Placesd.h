@@ -13,7 +13,7 @@ class QProcess;
 class Placesd
 {
 public:
-    explicit Placesd(const QStringList &arguments = {});
+    explicit Placesd(const QStringList &arguments = {}, const char *program = "placesd");
     ~Placesd();
 
     void start();
@@ -29,6 +29,7 @@ public:
 
 private:
     const QStringList m_arguments;
+    const QString m_program;
     QTemporaryDir m_folder;
     std::unique_ptr<QProcess> m_process;
 };

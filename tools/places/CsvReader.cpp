@@ -17,6 +17,7 @@
 namespace tool
 {
 
+using namespace geojson;
 using namespace vela::platform::places;
 
 namespace

@@ -9,6 +9,7 @@
 namespace tool
 {
 
+using namespace geojson;
 using namespace vela::platform::places;
 
 namespace

@@ -16,6 +16,8 @@
 namespace tool
 {
 
+using namespace geojson;
+
 namespace
 {
 

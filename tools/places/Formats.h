@@ -14,7 +14,7 @@ struct Format
 {
     const char *name;       ///< What users call it.
     const char *extensions; ///< Of files, each between blanks.
-    ReadPlaces read;
+    geojson::ReadPlaces read;
     /// Writes a place to stand between the opening, the separators and the ending; null for what is only read.
     QByteArray (*write)(const vela::platform::places::Place &place);
     const char *opening;

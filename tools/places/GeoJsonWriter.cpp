@@ -16,6 +16,7 @@
 namespace tool
 {
 
+using namespace geojson;
 using namespace vela::platform::places;
 
 namespace

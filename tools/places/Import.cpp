@@ -12,6 +12,7 @@
 namespace tool
 {
 
+using namespace geojson;
 using namespace places;
 
 namespace

@@ -23,6 +23,7 @@
 namespace tool
 {
 
+using namespace geojson;
 using namespace vela::platform::places;
 
 namespace

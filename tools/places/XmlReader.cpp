@@ -14,6 +14,7 @@
 namespace tool
 {
 
+using namespace geojson;
 using namespace vela::platform::places;
 
 namespace

@@ -1,0 +1,24 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "places/Place.h"
+#include "places/PlaceHeader.h"
+
+#include <memory>
+#include <string>
+
+/// Places as the records that stand for them on the wire, which is also how they are stored.
+namespace placesd
+{
+
+std::string fullRecordOf(const vela::platform::places::Place &place);
+std::string headerOf(const vela::platform::places::Place &place);
+
+/// Throws SQLite::Exception (corrupt) for what is no record.
+std::unique_ptr<vela::platform::places::Place> decodePlace(const std::string &record);
+std::unique_ptr<vela::platform::places::PlaceHeader> decodeHeader(const std::string &record);
+
+/// A copy that can be changed.
+std::unique_ptr<vela::platform::places::Place> copyOf(const vela::platform::places::Place &place);
+
+} // namespace placesd

@@ -1,0 +1,39 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <SQLiteCpp/SQLiteCpp.h>
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+#include <QtCore/QVariant>
+
+#include <string>
+#include <vector>
+
+/// What the databases of the service have in common.
+namespace placesd
+{
+
+/// Adds to a connection:
+/// - contains_words(text, term): whether every word of the term starts a word of the text;
+/// - distance(latitude, longitude, latitude, longitude): metres; NULL where one of them is.
+void registerFunctions(SQLite::Database &database);
+
+/// A term for the full-text index: the beginnings of words, all of which must occur. Empty for no words.
+QString matchExpression(const QString &term);
+
+std::string utf8(const QString &text);
+std::string blobOf(const SQLite::Column &column);
+void bindBlob(SQLite::Statement &statement, int index, const std::string &bytes);
+
+/// Binds values from a position on; returns the position behind them.
+int bindAll(SQLite::Statement &statement, const std::vector<QVariant> &values, int from);
+
+/// Resets a statement at the end of a scope, so that it holds no lock.
+struct Finish
+{
+    SQLite::Statement &statement;
+    ~Finish() { statement.tryReset(); }
+};
+
+} // namespace placesd

@@ -1,0 +1,366 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "manager/PlaceManagerPrivate.h"
+#include "model/InternalTags.h"
+#include "model/PlaceHeaderPrivate.h"
+#include "places/AuxiliaryDataReply.h"
+#include "places/AuxiliaryDataRequest.h"
+#include "places/PlaceHeader.h"
+#include "places/PlaceManager.h"
+#include "places/Tags.h"
+#include "protocol/Protocol.h"
+#include "search/SearchHandlePrivate.h"
+#include "search/SearchRulePrivate.h"
+#include "support/Placesd.h"
+#include "support/SamplePlace.h"
+
+#include <gmock/gmock.h>
+
+#include <QtCore/QFile>
+
+#include <chrono>
+#include <thread>
+
+using namespace vela::platform::places;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Group = SearchResultGroup::Type;
+using Rules = SearchRulePrivate;
+using Names = std::vector<std::string>;
+
+namespace
+{
+
+/// What providers give, on its way to an application.
+class RemoteTest : public testing::Test
+{
+protected:
+    explicit RemoteTest(const QStringList &arguments = {}, const char *program = "placesd")
+        : service(arguments, program)
+    {}
+
+    template <typename List>
+    static Names names(const List &places)
+    {
+        Names names;
+        for (const auto &place : places)
+            names.push_back(place->name().toStdString());
+        return names;
+    }
+    QList<QSharedPointer<AbstractPlace>> group(Group group, const char *term, int limit = 9,
+                                               const Coordinates &centre = Coordinates(), int offset = 0)
+    {
+        return internal.findPlacesByGroup(group, &error, &handle, QString::fromUtf8(term), offset, limit, centre,
+                                          false);
+    }
+    QList<AbstractPlace *> findMixed(const SearchRule &rule, int limit = 9)
+    {
+        SearchHandlePrivate &state = *SearchHandlePrivate::privateFromPublic(&handle);
+        SearchRule adjusted = rule;
+        PlaceManagerPrivate::adjustSearchRule(adjusted);
+        state.setSearchRule(adjusted);
+        state.setHeaderOnly(true);
+        return protocol.findNextPlaces(handle, limit, error);
+    }
+    static SearchRule toRule(Rules::Node node)
+    {
+        SearchRule rule;
+        Rules::setPrivate(rule, node.release());
+        return rule;
+    }
+    qint64 store(AbstractPlace &found)
+    {
+        EXPECT_EQ(manager.fav(&found), Error::Success);
+        return found.id();
+    }
+
+    Placesd service;
+    PlaceManager manager;
+    PlaceManagerPrivate internal;
+    Protocol protocol;
+    SearchHandle handle;
+    Error::Type error = Error::Unspecified;
+};
+
+class GazetteerTest : public RemoteTest
+{
+protected:
+    GazetteerTest()
+        : RemoteTest({QStringLiteral("--gazetteer"), QStringLiteral(SOURCES "/examples/data/cities.geojson"),
+                      QStringLiteral(SOURCES "/examples/data/airports.geojson")})
+    {}
+};
+
+class GuideTest : public RemoteTest
+{
+protected:
+    GuideTest()
+        : RemoteTest({}, "placesd_with_guide")
+    {}
+};
+
+} // namespace
+
+TEST_F(GazetteerTest, EveryRemoteGroupGivesWhatItIsNamedFor)
+{
+    const Coordinates zurich(47.37, 8.54);
+    EXPECT_EQ(names(group(Group::RemoteByName, "zürich", 1)), Names{"Zürich"});
+    EXPECT_EQ(names(group(Group::PointsOfInterest, "zur airp", 1)), Names{"Zürich Airport"});
+    EXPECT_EQ(names(group(Group::PointsOfInterest, "LSZH", 1)), Names{"Zürich Airport"}) << "codes are other names";
+    EXPECT_EQ(names(group(Group::Addresses, "zurich switzerland", 1)), Names{"Zürich"});
+    EXPECT_EQ(names(group(Group::Categories, "large airport", 1, zurich)), Names{"Zürich Airport"});
+    EXPECT_EQ(names(group(Group::Remote, "airport zur", 1)), Names{"Zürich Airport"});
+    EXPECT_THAT(names(group(Group::CategorySuggestions, "air")), ElementsAre("large airport", "medium airport"));
+    EXPECT_EQ(group(Group::RemoteByName, "london", 1)[0]->primaryAddress().country(), QStringLiteral("United Kingdom"))
+        << "of several of a name the best known comes first";
+    EXPECT_EQ(group(Group::RemoteByName, "london", 1, Coordinates(43, -81))[0]->primaryAddress().country(),
+              QStringLiteral("Canada"))
+        << "and where the user is, the nearest";
+    for (const Group remote : {Group::RemoteByName, Group::Addresses, Group::PointsOfInterest, Group::Categories,
+                               Group::Suggestions, Group::CategorySuggestions, Group::Remote})
+        EXPECT_THAT(group(remote, "no such name anywhere"), IsEmpty()) << remote;
+    EXPECT_THAT(group(Group::Suggestions, ""), IsEmpty());
+    const auto all = static_cast<unsigned>(group(Group::RemoteByName, "san", 1000).size());
+    EXPECT_GT(all, 100U);
+    EXPECT_EQ(internal.findPlacesSizeByGroup(Group::RemoteByName, &error, QStringLiteral("san"), Coordinates()), all);
+    EXPECT_THAT(manager.findPlaces(QStringLiteral("zürich")), IsEmpty()) << "nothing of it is stored";
+}
+
+TEST_F(GazetteerTest, ASuggestionLeadsToItsPlace)
+{
+    const auto suggestions = group(Group::Suggestions, "zur");
+    ASSERT_FALSE(suggestions.isEmpty());
+    const auto &header = dynamic_cast<const PlaceHeader &>(*suggestions[0]);
+    EXPECT_EQ(header.id(), -1);
+    EXPECT_TRUE(header.hasTag());
+    const std::unique_ptr<Place> place(internal.getPlace(suggestions[0].data(), &error));
+    ASSERT_TRUE(place);
+    EXPECT_EQ(place->name(), header.name());
+    EXPECT_FALSE(place->hasTag(QLatin1String(InternalTags::Suggestion))) << "what it leads to is a place";
+    EXPECT_GT(place->locationCount(), 0);
+
+    Place *found = nullptr;
+    const Coordinates zurich(47.37, 8.54);
+    ASSERT_EQ(protocol.getPlaceFromSuggestion("zurich airport", zurich, found), Error::Success) << "any text will do";
+    EXPECT_EQ(std::unique_ptr<Place>(found)->name(), QString::fromUtf8("Zürich Airport"));
+    const auto categories = group(Group::CategorySuggestions, "large");
+    const auto &category = dynamic_cast<const PlaceHeader &>(*categories[0]);
+    const std::string id = PlaceHeaderPrivate::privateFromPublic(&category)->externalId().toStdString();
+    ASSERT_EQ(protocol.getPlaceFromSuggestion(id, zurich, found), Error::Success);
+    EXPECT_EQ(std::unique_ptr<Place>(found)->name(), QString::fromUtf8("Zürich Airport")) << "the nearest one";
+    EXPECT_EQ(protocol.getPlaceFromSuggestion("no such name anywhere", zurich, found), Error::NotFound);
+}
+
+TEST_F(GazetteerTest, APlaceThatWasStoredIsThatPlaceFromThenOn)
+{
+    const auto found = group(Group::RemoteByName, "geneva");
+    const std::size_t count = names(found).size();
+    const qint64 id = store(*found[0]);
+    ASSERT_GT(id, 0);
+    const auto again = group(Group::RemoteByName, "geneva");
+    EXPECT_EQ(names(again).size(), count) << "once, not twice";
+    EXPECT_EQ(std::count_if(again.begin(), again.end(), [id](const auto &place) { return place->id() == id; }), 1);
+
+    const auto both =
+        manager.findPlaces(QStringLiteral("geneva"), &error, nullptr, SortRule(), 0, 20, true, Coordinates(46.2, 6.1));
+    EXPECT_EQ(both.size(), static_cast<int>(count));
+    EXPECT_EQ(std::count_if(both.begin(), both.end(), [id](const PlaceHeader *place) { return place->id() == id; }), 1);
+    qDeleteAll(both);
+    Place *suggested = nullptr;
+    ASSERT_EQ(protocol.getPlaceFromSuggestion("geneva", Coordinates(), suggested), Error::Success);
+    EXPECT_EQ(std::unique_ptr<Place>(suggested)->id(), id);
+}
+
+TEST_F(GazetteerTest, ItsDetailsAreAuxiliaryData)
+{
+    const auto found = group(Group::PointsOfInterest, "zurich airport", 1);
+    AuxiliaryDataRequest request;
+    request.setPlace(found[0]);
+    request.setDataType(AuxiliaryData::TypePointOfInterest);
+    request.setRemoteDataOnly(true);
+    AuxiliaryDataReply reply;
+    ASSERT_EQ(internal.getAuxiliaryData(request, reply), Error::Success);
+    ASSERT_EQ(reply.data().size(), 1);
+    EXPECT_EQ(reply.data()[0].property(QStringLiteral("iata")), QStringLiteral("ZRH"));
+    EXPECT_EQ(reply.data()[0].provider().name(), QStringLiteral("gazetteer"));
+    request.setOffset(1);
+    EXPECT_EQ(internal.getAuxiliaryData(request, reply), Error::Success);
+    EXPECT_THAT(reply.data(), IsEmpty());
+    QList<Provider> providers;
+    EXPECT_EQ(protocol.getSupportedProviders(providers), Error::Success);
+    ASSERT_EQ(providers.size(), 1);
+    EXPECT_THAT(providers[0].supportedDataTypes(), ElementsAre(AuxiliaryData::TypePointOfInterest));
+}
+
+TEST(AGazetteer, TakesWhatAFileHasAndReadsItAgainWhenItChanges)
+{
+    QTemporaryDir folder;
+    const QString file = folder.filePath(QStringLiteral("places.geojson"));
+    const auto write = [&file](const QByteArray &text) {
+        QFile out(file);
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        out.write(text);
+    };
+    const QByteArray feature = R"({"type":"Feature","geometry":{"type":"Point","coordinates":[7,46]},)"
+                               R"("properties":{"name":"Café %1","kind":"café"}})";
+    const auto named = [&feature](const char *name) { return QByteArray(feature).replace("%1", name); };
+    PlaceManagerPrivate internal;
+    Error::Type error = Error::Unspecified;
+    const auto found = [&] {
+        Names names;
+        for (const auto &place :
+             internal.findPlacesByGroup(Group::Remote, &error, nullptr, QStringLiteral("cafe"), 0, 9, {}, false))
+            names.push_back(place->name().toStdString());
+        return names;
+    };
+
+    write(R"({"type":"FeatureCollection","features":[)" + named("One") + R"(,{"type":"Feature"},)" + named("Two")
+          + R"(,{"type":"Fea)");
+    Placesd service({QStringLiteral("--gazetteer"), file, folder.filePath(QStringLiteral("none.geojson"))});
+    EXPECT_EQ(found(), (Names{"Café One", "Café Two"})) << "what stands before the cut";
+    service.kill();
+    write(R"({"type":"FeatureCollection","features":[)" + named("Three") + "]}");
+    service.start();
+    EXPECT_EQ(found(), Names{"Café Three"});
+    service.kill();
+    QFile(service.path("places.db-gazetteer")).resize(5000);
+    service.start();
+    EXPECT_EQ(error == Error::Success ? found() : Names(), Names{"Café Three"}) << "a damaged index is made anew";
+}
+
+TEST_F(GuideTest, PagesFitTogetherForwardsAndBackwards)
+{
+    for (const char *name : {"many local", "many more"}) {
+        Place place;
+        sample::fill(place, -1);
+        place.setName(QLatin1String(name));
+        ASSERT_EQ(manager.addPlace(&place), Error::Success);
+    }
+    auto rule = std::make_unique<OrRule>(
+        std::make_unique<DisjointRule>(Rules::createNameRule(SearchOperator::Contains, QStringLiteral("many"))),
+        std::make_unique<DisjointRule>(Rules::createPOINameRule(QStringLiteral("many"))));
+    const SearchRule search = toRule(std::move(rule));
+    Names all;
+    std::vector<int> starts;
+    do {
+        starts.push_back(static_cast<int>(all.size()));
+        const auto page = findMixed(search, 37);
+        ASSERT_EQ(error, Error::Success);
+        for (const std::string &name : names(page))
+            all.push_back(name);
+        qDeleteAll(page);
+    } while (handle.hasMoreData() && all.size() < 1000);
+    EXPECT_EQ(all.size(), 252U);
+    EXPECT_EQ(std::set<std::string>(all.begin(), all.end()).size(), 252U) << "nothing twice";
+    EXPECT_EQ(all[0], "many local");
+    EXPECT_EQ(all[251], "many 249");
+    EXPECT_EQ(internal.findPlacesSize(search, &error, Coordinates()), 252U);
+
+    for (const int start : {starts[3], starts[1], 0, 100, 251}) {
+        const auto page = protocol.findPreviousPlaces(handle, start, 37, error);
+        const auto end = std::min<std::size_t>(all.size(), static_cast<std::size_t>(start) + 37);
+        EXPECT_EQ(names(page), Names(all.begin() + start, all.begin() + static_cast<std::ptrdiff_t>(end))) << start;
+        qDeleteAll(page);
+    }
+    EXPECT_EQ(names(group(Group::RemoteByName, "many", 5, Coordinates(), 200)),
+              (Names{"many 200", "many 201", "many 202", "many 203", "many 204"}))
+        << "an offset alone finds the same place";
+    EXPECT_TRUE(handle.hasMoreData());
+    group(Group::RemoteByName, "many", 50, Coordinates(), 200);
+    EXPECT_FALSE(handle.hasMoreData());
+}
+
+TEST_F(GuideTest, ResultsAreConcatenatedOrMergedAndStandOnce)
+{
+    const auto found = group(Group::PointsOfInterest, "bar", 9);
+    ASSERT_EQ(names(found), (Names{"bar 000", "bar 001", "bar 002"}));
+    const qint64 id = store(*found[2]);
+    const auto remote = [] { return std::make_unique<DisjointRule>(Rules::createPOINameRule(QStringLiteral("bar"))); };
+    const auto local = [] {
+        return std::make_unique<DisjointRule>(Rules::createNameRule(SearchOperator::Contains, QStringLiteral("bar")));
+    };
+    const auto found2 = [&](Rules::Node node) {
+        handle = SearchHandle();
+        const auto places = findMixed(toRule(std::move(node)));
+        Names result = names(places);
+        qDeleteAll(places);
+        return result;
+    };
+    EXPECT_THAT(found2(std::make_unique<AndRule>(local(), remote())), ElementsAre("bar 002", "bar 000", "bar 001"));
+    EXPECT_THAT(found2(std::make_unique<OrRule>(remote(), local())), ElementsAre("bar 002", "bar 000", "bar 001"));
+    EXPECT_THAT(found2(std::make_unique<AndRule>(remote(), local())).size(), 3U);
+    // Logical: candidates have types and tags too, and a favourite is a stored place.
+    EXPECT_THAT(found2(std::make_unique<AndRule>(Rules::createPOINameRule(QStringLiteral("bar")),
+                                                 Rules::createExcludeFavoritesRule())),
+                ElementsAre("bar 000", "bar 001"));
+    EXPECT_THAT(found2(std::make_unique<AndRule>(Rules::createPOINameRule(QStringLiteral("bar")),
+                                                 Rules::createTypeRule(SearchOperator::Equals, QStringLiteral("poi"))))
+                    .size(),
+                3U);
+    EXPECT_THAT(found2(std::make_unique<AndRule>(Rules::createPOINameRule(QStringLiteral("bar")),
+                                                 Rules::createTagRule(SearchOperator::Equals, QStringLiteral("x")))),
+                IsEmpty());
+    EXPECT_EQ(manager.removePlace(id), Error::Success);
+    EXPECT_EQ(names(group(Group::PointsOfInterest, "bar")), (Names{"bar 000", "bar 001", "bar 002"}));
+}
+
+TEST_F(GuideTest, AFailingProviderTakesNothingFromTheOthers)
+{
+    for (const char *name : {"fail here", "throw here", "stuck here"}) {
+        Place place;
+        sample::fill(place, -1);
+        place.setName(QLatin1String(name));
+        manager.addPlace(&place);
+    }
+    const Coordinates centre(46, 7);
+    for (const char *term : {"fail", "throw", "stuck"}) {
+        EXPECT_THAT(group(Group::RemoteByName, term), IsEmpty());
+        EXPECT_EQ(error, QLatin1String(term) == QLatin1String("stuck") ? Error::TimedOut : Error::ProviderFailed)
+            << term;
+        const auto merged = manager.findPlaces(QLatin1String(term), &error, nullptr, SortRule(), 0, 9, true, centre);
+        EXPECT_EQ(names(merged).size(), 1U) << term;
+        EXPECT_EQ(error, Error::Success) << term;
+        qDeleteAll(merged);
+    }
+    Place *place = nullptr;
+    EXPECT_EQ(protocol.getPlaceFromSuggestion("fail/1", centre, place), Error::ProviderFailed);
+    AuxiliaryDataRequest request;
+    request.setPlace(group(Group::RemoteByName, "slow", 1)[0]);
+    AuxiliaryDataReply reply;
+    request.setDataType(QLatin1String(AuxiliaryData::TypeImage));
+    EXPECT_EQ(internal.getAuxiliaryData(request, reply), Error::Success);
+    EXPECT_EQ(reply.data().size(), 1);
+}
+
+TEST_F(GuideTest, ASlowProviderHoldsUpNobodyElse)
+{
+    std::vector<std::thread> waiting(20);
+    for (std::thread &thread : waiting) {
+        thread = std::thread([] {
+            Error::Type slow = Error::Unspecified;
+            PlaceManagerPrivate().findPlacesByGroup(Group::RemoteByName, &slow, nullptr, QStringLiteral("stuck"), 0, 9,
+                                                    {}, false);
+            EXPECT_EQ(slow, Error::TimedOut) << "also in the queue";
+        });
+    }
+    const auto start = std::chrono::steady_clock::now();
+    for (int i = 0; i < 20; ++i) {
+        Place place;
+        sample::fill(place, -1);
+        EXPECT_EQ(manager.addPlace(&place), Error::Success);
+        EXPECT_THAT(manager.getTagsInUse(), testing::Contains(Tags::Favorite));
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2)) << "writers too";
+    for (std::thread &thread : waiting)
+        thread.join();
+}
+
+TEST_F(GuideTest, TheExternalChannelHasRemotePlacesToo)
+{
+    using namespace wire;
+    const auto code = [](const Fields &body) {
+        return Placesd::code(message(Fields{i32(18), i32(0), text("")} + body), "places.external");
+    };
+    EXPECT_EQ(code(Fields{text("bar/1")} + coordinate(0, 0, 0, 0, 0)), 0);
+    EXPECT_EQ(code(Fields{text("bar/1")}), 50);
+}
