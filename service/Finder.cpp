@@ -49,28 +49,51 @@ FoundPlace placeOf(const QString &term)
 
 } // namespace
 
-Finder::Finder(Store &store, const Providers &providers, Query query, bool external, Deadline deadline)
+Finder::Finder(Store &store, PlaceSources sources, Query query, bool external, Deadline deadline)
     : m_store(store)
-    , m_providers(providers)
+    , m_from(sources)
     , m_query(std::move(query))
     , m_external(external)
+    , m_deadline(deadline)
     , m_sources(numberSources(m_query.rule))
-{
-    takeSources(deadline);
-}
-
-void Finder::takeSources(Deadline deadline)
 {
     for (const Rule *leaf : m_sources) {
         const std::optional<SearchKind> kind = providerSearchOf(*leaf);
-        if (kind && !m_providers.isEmpty())
-            m_searches.push_back({leaf->source, searchFor(*leaf, *kind, deadline)});
-        else if (sourceKindOf(*leaf) == SourceKind::SearchTerms && !m_external)
-            takeCandidates(*leaf, searchTerms(leaf->text));
+        if (kind && !m_from.providers.isEmpty())
+            m_searches.push_back({leaf->source, searchFor(*leaf, *kind)});
     }
 }
 
-void Finder::takeCandidates(const Rule &leaf, const std::vector<FoundPlace> &places)
+bool Finder::asksContacts(const Rule &leaf) const
+{
+    const SourceKind kind = sourceKindOf(leaf);
+    return m_from.contacts && !m_external && (kind == SourceKind::Contacts || kind == SourceKind::MeetingRooms);
+}
+
+bool Finder::takesLong() const
+{
+    return asksProviders() || std::any_of(m_sources.begin(), m_sources.end(), [this](const Rule *leaf) {
+               return asksContacts(*leaf) && !m_from.contacts->isRead();
+           });
+}
+
+Finder::ReturnCode Finder::fetchLocal()
+{
+    for (const Rule *leaf : m_sources) {
+        const SourceKind kind = sourceKindOf(*leaf);
+        if (kind == SourceKind::SearchTerms && !m_external)
+            takeLocal(*leaf, searchTerms(leaf->text));
+        if (!asksContacts(*leaf))
+            continue;
+        const auto found = m_from.contacts->find(leaf->text, kind == SourceKind::MeetingRooms, m_deadline);
+        if (!found)
+            return ReturnCode::TookTooLong;
+        takeLocal(*leaf, *found);
+    }
+    return ReturnCode::Success;
+}
+
+void Finder::takeLocal(const Rule &leaf, const std::vector<FoundPlace> &places)
 {
     for (const FoundPlace &place : places)
         m_local.push_back({leaf.source, place});
@@ -84,7 +107,7 @@ std::vector<FoundPlace> Finder::searchTerms(const QString &prefix)
     return places;
 }
 
-ProviderSearch Finder::searchFor(const Rule &leaf, SearchKind kind, Deadline deadline) const
+ProviderSearch Finder::searchFor(const Rule &leaf, SearchKind kind) const
 {
     const Sort &sort = m_query.sort.kind == SortRuleKind::Combined && !m_query.sort.members.empty()
                            ? m_query.sort.members.front()
@@ -95,7 +118,7 @@ ProviderSearch Finder::searchFor(const Rule &leaf, SearchKind kind, Deadline dea
     search.centre = Coordinates(m_query.latitude, m_query.longitude);
     search.order = orderFor(sort);
     search.orderCentre = Coordinates(sort.latitude, sort.longitude);
-    search.deadline = deadline;
+    search.deadline = m_deadline;
     return search;
 }
 
@@ -111,6 +134,8 @@ bool Finder::canBeBatched() const
 
 Finder::ReturnCode Finder::find(Page &page)
 {
+    if (const ReturnCode code = fetchLocal(); code != ReturnCode::Success)
+        return code;
     return looksAtCandidates() ? findAmongAll(page) : findStored(page);
 }
 
@@ -183,7 +208,7 @@ Finder::ReturnCode Finder::fetch(int batch, int size)
     for (Search &search : m_searches) {
         search.search.position = batch * size;
         search.search.count = size;
-        const ProvidersAnswer answer = m_providers.search(search.search);
+        const ProvidersAnswer answer = m_from.providers.search(search.search);
         for (const FoundPlace &place : answer.places)
             m_candidates.push_back({search.source, place});
         m_hasMoreBatches = m_hasMoreBatches || answer.hasMore;
@@ -196,6 +221,8 @@ Finder::ReturnCode Finder::fetch(int batch, int size)
 
 Finder::ReturnCode Finder::count(int &count)
 {
+    if (const ReturnCode code = fetchLocal(); code != ReturnCode::Success)
+        return code;
     const FindSql find(m_query, m_external, looksAtCandidates() ? Scope::WithCandidates : Scope::Stored);
     if (!find.isUnderstood())
         return ReturnCode::NotUnderstood;

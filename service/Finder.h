@@ -1,6 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "ContactBook.h"
 #include "FindSql.h"
 #include "Providers.h"
 #include "Store.h"
@@ -27,16 +28,23 @@ struct Page
     Cursor next;
 };
 
+/// Where places come from that are not stored.
+struct PlaceSources
+{
+    const Providers &providers;
+    ContactBook *contacts = nullptr; ///< Null where there are none.
+};
+
 /// Carries out one find. What is stored and what is not stand on the same pages: places that are not stored become
 /// candidates, and one statement looks among both. Providers give theirs by batches, in an order of their own, so a
 /// page may take several; the first batch comes with all that is found without the providers.
 class Finder
 {
 public:
-    Finder(Store &store, const Providers &providers, Query query, bool external, Deadline deadline);
+    Finder(Store &store, PlaceSources sources, Query query, bool external, Deadline deadline);
 
-    /// Whether a provider has to be asked.
-    [[nodiscard]] bool asksProviders() const { return !m_searches.empty(); }
+    /// Whether a provider has to be asked, or the contacts waited for.
+    [[nodiscard]] bool takesLong() const;
 
     /// Code 66 when the query holds a number that has no meaning; the providers' code when nothing can be found without
     /// them and none answers.
@@ -52,10 +60,13 @@ private:
         ProviderSearch search;
     };
 
-    void takeSources(Deadline deadline);
-    void takeCandidates(const Rule &leaf, const std::vector<FoundPlace> &places);
+    [[nodiscard]] bool asksProviders() const { return !m_searches.empty(); }
+    [[nodiscard]] bool asksContacts(const Rule &leaf) const;
+    /// Fetches what is found without the providers, but is not stored.
+    ReturnCode fetchLocal();
+    void takeLocal(const Rule &leaf, const std::vector<FoundPlace> &places);
     [[nodiscard]] std::vector<FoundPlace> searchTerms(const QString &prefix);
-    [[nodiscard]] ProviderSearch searchFor(const Rule &leaf, SearchKind kind, Deadline deadline) const;
+    [[nodiscard]] ProviderSearch searchFor(const Rule &leaf, SearchKind kind) const;
     [[nodiscard]] bool canBeBatched() const;
     [[nodiscard]] bool looksAtCandidates() const { return !m_local.empty() || !m_searches.empty(); }
 
@@ -67,9 +78,10 @@ private:
     bool takeBatch(Page &page, Cursor &cursor);
 
     Store &m_store;
-    const Providers &m_providers;
+    const PlaceSources m_from;
     Query m_query;
     const bool m_external;
+    const Deadline m_deadline;
     std::vector<const Rule *> m_sources; ///< Leaves of the query's rule.
     std::vector<Candidate> m_local;
     std::vector<Search> m_searches;

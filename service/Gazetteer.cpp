@@ -243,7 +243,8 @@ void Gazetteer::prepare()
         if (!isUpToDate())
             build();
     } catch (const std::exception &error) {
-        logError("the gazetteer cannot be read: %s", error.what());
+        if (!m_stopping)
+            logError("the gazetteer cannot be read: %s", error.what());
         state = State::Failed;
     }
     {
@@ -462,6 +463,12 @@ AuxiliaryAnswer Gazetteer::auxiliaryData(const PlaceIdentity &place, Deadline de
         if (const qint64 id = firstId(row); id >= 0)
             answer.records = PlacePrivate::privateFromPublic(placeAt(database, id, {}).get())->auxiliaryData();
     });
+}
+
+bool Gazetteer::isReady()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_state == State::Ready;
 }
 
 Coordinates Gazetteer::geocode(const Address &address, Deadline deadline)

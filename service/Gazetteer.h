@@ -37,6 +37,8 @@ public:
                            Deadline deadline) override;
     AuxiliaryAnswer auxiliaryData(const PlaceIdentity &place, Deadline deadline) override;
 
+    /// Whether nobody has to wait for the index any more.
+    [[nodiscard]] bool isReady();
     /// Position of the city that an address names; invalid when it is not known, or which of several is meant.
     vela::platform::places::Coordinates geocode(const vela::platform::places::Address &address, Deadline deadline);
 

@@ -41,6 +41,14 @@ constexpr int PROVIDER_BATCH = 100;
 constexpr int PROVIDER_RESULTS = 10000;
 /// The same for a search that has to know all of them before it can give any.
 constexpr int PROVIDER_RESULTS_AT_ONCE = 1000;
+/// Longest vCard, and the part of a file of vCards that is read, in bytes.
+constexpr int VCARD_SIZE = 4 * 1024 * 1024;
+constexpr long long VCARD_FILE_SIZE = 256LL * 1024 * 1024;
+/// Most addresses of a contact, and places of all contacts.
+constexpr int CONTACT_ADDRESSES = 20;
+constexpr std::size_t CONTACT_PLACES = 100000;
+/// Longest time that a contact's address is looked for.
+constexpr std::chrono::seconds GEOCODING_TIME{1};
 /// Most recent search terms that are kept.
 constexpr int SEARCH_TERMS = 100;
 

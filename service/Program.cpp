@@ -2,6 +2,7 @@
 
 #include "Program.h"
 
+#include "ContactBook.h"
 #include "Gazetteer.h"
 #include "protocol/ProtocolTypes.h"
 #include "Server.h"
@@ -116,11 +117,13 @@ int run(int argc, char **argv, Settings settings)
     settings.database = defaultDatabase();
     std::string ppsRoot;
     std::vector<std::string> gazetteer = sampleData();
+    std::string contacts;
     app.add_option("--database", settings.database, "File that holds the places; made when it is not there")
         ->capture_default_str();
     app.add_option("--pps-root", ppsRoot, "Folder to write a session object to; its key is then asked for");
     app.add_option("--gazetteer", gazetteer, "GeoJSON files of places to be found that are not stored; '' for none")
         ->capture_default_str();
+    app.add_option("--contacts", contacts, "Folder of vCard files, whose addresses are places");
     CLI11_PARSE(app, argc, argv);
     gazetteer.erase(std::remove(gazetteer.begin(), gazetteer.end(), std::string()), gazetteer.end());
 
@@ -133,10 +136,14 @@ int run(int argc, char **argv, Settings settings)
             fs::create_directories(folder);
         if (!ppsRoot.empty())
             settings.sessionKey = publishSessionKey(ppsRoot);
+        Gazetteer *geocoder = nullptr;
         if (!gazetteer.empty()) {
             auto provider = std::make_unique<Gazetteer>(gazetteer, settings.database + "-gazetteer");
+            geocoder = provider.get();
             settings.providers.insert(settings.providers.begin(), std::move(provider));
         }
+        if (!contacts.empty())
+            settings.contacts = std::make_unique<ContactBook>(contacts, geocoder);
         serve(std::move(settings));
         return EXIT_SUCCESS;
     } catch (const std::exception &error) {

@@ -70,6 +70,14 @@ bool RequestReader::readGetPlace(qint64 &id, QString &externalId, QString &type,
         && testBuffer();
 }
 
+bool RequestReader::readContact(int &account, int &contact, int &number)
+{
+    return decode(account)
+        && decode(contact)
+        && decode(number)
+        && testBuffer();
+}
+
 bool RequestReader::readSuggestion(QString &text, Coordinates &centre)
 {
     return decodeQString(text)

@@ -51,6 +51,7 @@ public:
     bool readPath(std::string &path);
     /// The id and the search term of a request for one place; its external id and type identify what is not stored.
     bool readGetPlace(qint64 &id, QString &externalId, QString &type, QString &searchTerm);
+    bool readContact(int &account, int &contact, int &number);
     bool readSuggestion(QString &text, vela::platform::places::Coordinates &centre);
     bool readAuxiliaryQuery(AuxiliaryQuery &query);
     bool readQuery(Query &query);

@@ -160,7 +160,7 @@ const Service::Entry *Service::entryOf(int type)
         {MessageType::AddTag, &Service::addTag, true},
         {MessageType::RemoveTag, &Service::removeTag, true},
         {MessageType::GetTags, &Service::getTags, true},
-        {MessageType::GetPlaceFromContact, nullptr, false},
+        {MessageType::GetPlaceFromContact, &Service::getPlaceFromContact, false},
         {MessageType::RemoveRecentlyPickedPlaces, &Service::clearRecentlyPicked, false},
         {MessageType::GetPlace, &Service::getPlace, true},
         {MessageType::FindPlaces, &Service::findPlaces, true},
@@ -218,7 +218,7 @@ ReturnCode Service::perform(Request &request, Encoder &reply)
         return ReturnCode::NotPermitted;
     if (entry->takesLong && m_patience == Patience::AnswersAtOnce)
         return FOR_THE_PATIENT;
-    return entry->operation ? (this->*entry->operation)(request, reply) : ReturnCode::NotUnderstood;
+    return (this->*entry->operation)(request, reply);
 }
 
 ReturnCode Service::addPlace(Request &request, Encoder &reply)
@@ -398,8 +398,9 @@ ReturnCode Service::findPlaces(Request &request, Encoder &reply)
     if (query.count < 0 || query.count > limits::PAGE_SIZE || query.offset < 0)
         return ReturnCode::LimitExceeded;
     const int offset = query.offset;
-    Finder finder(m_store, m_shared.providers, std::move(query), request.caller.external, request.deadline);
-    if (finder.asksProviders() && m_patience == Patience::AnswersAtOnce)
+    const PlaceSources sources{m_shared.providers, m_shared.contacts.get()};
+    Finder finder(m_store, sources, std::move(query), request.caller.external, request.deadline);
+    if (finder.takesLong() && m_patience == Patience::AnswersAtOnce)
         return FOR_THE_PATIENT;
     Page page;
     if (const ReturnCode code = finder.find(page); code != ReturnCode::Success)
@@ -446,8 +447,9 @@ ReturnCode Service::findPlacesSize(Request &request, Encoder &reply)
     Query query;
     if (!request.reader.readQuery(query))
         return request.reader.problem();
-    Finder finder(m_store, m_shared.providers, std::move(query), request.caller.external, request.deadline);
-    if (finder.asksProviders() && m_patience == Patience::AnswersAtOnce)
+    const PlaceSources sources{m_shared.providers, m_shared.contacts.get()};
+    Finder finder(m_store, sources, std::move(query), request.caller.external, request.deadline);
+    if (finder.takesLong() && m_patience == Patience::AnswersAtOnce)
         return FOR_THE_PATIENT;
     int count = 0;
     const ReturnCode code = finder.count(count);
@@ -486,11 +488,35 @@ ReturnCode Service::answerWith(const QString &externalId, const QString &type, c
         encodeRecord(reply, m_store.storedRecord(id, false));
         return ReturnCode::Success;
     }
-    if (type == AuxiliaryData::TypeContact || m_shared.providers.isEmpty())
+    if (type == AuxiliaryData::TypeContact)
+        return request.caller.external ? ReturnCode::NoSuchPlace : answerWithContact(externalId, request, reply);
+    if (m_shared.providers.isEmpty())
         return ReturnCode::NoSuchPlace;
     if (m_patience == Patience::AnswersAtOnce)
         return FOR_THE_PATIENT;
     return answerWith(m_shared.providers.resolve(externalId, centre, request.deadline), reply);
+}
+
+ReturnCode Service::getPlaceFromContact(Request &request, Encoder &reply)
+{
+    int account = 0;
+    int contact = 0;
+    int number = 0;
+    if (!request.reader.readContact(account, contact, number))
+        return request.reader.problem();
+    const QString externalId = contactExternalId(account, contact, number);
+    return answerWith(externalId, AuxiliaryData::TypeContact, Coordinates(), request, reply);
+}
+
+ReturnCode Service::answerWithContact(const QString &externalId, Request &request, Encoder &reply)
+{
+    ContactBook *contacts = m_shared.contacts.get();
+    if (contacts && !contacts->isRead() && m_patience == Patience::AnswersAtOnce)
+        return FOR_THE_PATIENT;
+    ProvidersAnswer answer;
+    if (const FoundPlace place = contacts ? contacts->place(externalId, request.deadline) : nullptr)
+        answer.places.push_back(place);
+    return answerWith(answer, reply);
 }
 
 ReturnCode Service::answerWith(const ProvidersAnswer &answer, Encoder &reply)

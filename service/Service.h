@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Backup.h"
+#include "ContactBook.h"
 #include "Limits.h"
 #include "protocol/PlacesAPIEncoder.h"
 #include "Providers.h"
@@ -28,6 +29,7 @@ struct Settings
     std::string database;
     std::string sessionKey; ///< What every request has to carry; empty when none is asked for.
     std::vector<std::unique_ptr<PlaceProvider>> providers;
+    std::unique_ptr<ContactBook> contacts;                        ///< Null where there are none.
     std::chrono::milliseconds requestTime = limits::REQUEST_TIME; ///< From a request's arrival to its answer.
 };
 
@@ -38,12 +40,14 @@ struct Shared
         : database(std::move(settings.database))
         , sessionKey(std::move(settings.sessionKey))
         , providers(std::move(settings.providers))
+        , contacts(std::move(settings.contacts))
         , requestTime(settings.requestTime)
     {}
 
     const std::string database;
     const std::string sessionKey;
     const Providers providers;
+    const std::unique_ptr<ContactBook> contacts; ///< May ask a provider.
     const std::chrono::milliseconds requestTime;
     std::mutex writeLock;
     BackupKeeper backups{database, writeLock};
@@ -97,6 +101,7 @@ private:
     ReturnCode addTag(Request &request, Encoder &reply);
     ReturnCode removeTag(Request &request, Encoder &reply);
     ReturnCode getTags(Request &request, Encoder &reply);
+    ReturnCode getPlaceFromContact(Request &request, Encoder &reply);
     ReturnCode clearRecentlyPicked(Request &request, Encoder &reply);
     ReturnCode getPlace(Request &request, Encoder &reply);
     ReturnCode getPlaceFromSuggestion(Request &request, Encoder &reply);
@@ -111,6 +116,7 @@ private:
     /// Answers with the place that an external id stands for, stored or not.
     ReturnCode answerWith(const QString &externalId, const QString &type, const Coordinates &centre, Request &request,
                           Encoder &reply);
+    ReturnCode answerWithContact(const QString &externalId, Request &request, Encoder &reply);
     /// Answers with the only place of a provider's answer, or with the stored place that it is.
     ReturnCode answerWith(const ProvidersAnswer &answer, Encoder &reply);
     ReturnCode addRemoteData(const AuxiliaryQuery &query, const Place *place, Deadline deadline,

@@ -64,21 +64,23 @@ QStringList words(const QString &text)
             finishWord();
     }
     finishWord();
+    found.sort();
     found.removeDuplicates();
     return found;
+}
+
+bool startWords(const QStringList &there, const QStringList &wanted)
+{
+    return std::all_of(wanted.begin(), wanted.end(), [&there](const QString &start) {
+        const auto word = std::lower_bound(there.begin(), there.end(), start);
+        return word != there.end() && word->startsWith(start);
+    });
 }
 
 bool containsWords(const QString &text, const QString &term)
 {
     const QStringList wanted = words(term);
-    if (wanted.isEmpty())
-        return text.contains(term);
-    QStringList there = words(text);
-    there.sort();
-    return std::all_of(wanted.begin(), wanted.end(), [&there](const QString &start) {
-        const auto word = std::lower_bound(there.begin(), there.end(), start);
-        return word != there.end() && word->startsWith(start);
-    });
+    return wanted.isEmpty() ? text.contains(term) : startWords(words(text), wanted);
 }
 
 } // namespace placesd
