@@ -5,7 +5,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <mutex>
 
 using namespace placesd;
 using namespace orix_places_protocol;
@@ -13,11 +12,15 @@ using namespace orix_places_protocol;
 /// Every request, whatever it is, gets a reply that starts with a status.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
 {
-    static std::mutex writeLock;
-    static Service service(":memory:", writeLock, {});
+    static Shared shared([] {
+        Settings settings;
+        settings.database = ":memory:";
+        return settings;
+    }());
+    static Service service(shared, Patience::MayWait);
     for (const bool external : {false, true}) {
         const auto reply = service.answer(reinterpret_cast<const char *>(bytes), static_cast<unsigned int>(size),
-                                          Caller{external, true});
+                                          Caller{external, true}, Clock::now() + shared.requestTime);
         char *data = nullptr;
         int length = 0;
         reply->getData(data, length);

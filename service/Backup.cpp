@@ -118,7 +118,7 @@ ReturnCode attempt(const char *what, const std::string &path, ReturnCode failure
 
 } // namespace
 
-BackupKeeper::BackupKeeper(std::string database, std::mutex &writeLock)
+BackupKeeper::BackupKeeper(std::string database, std::timed_mutex &writeLock)
     : m_database(std::move(database))
     , m_writeLock(writeLock)
 {}
@@ -185,12 +185,14 @@ void BackupKeeper::swapIn(const std::string &path, Deadline deadline) const
         copy(target, source, deadline);
         Store::requirePlaces(target);
     }
-    std::mutex unshared;
+    std::timed_mutex unshared;
     Store checked(candidate.path(), unshared);
     checked.startRequest(deadline);
     checked.requireSoundness();
 
-    const std::lock_guard<std::mutex> lock(m_writeLock);
+    const std::unique_lock<std::timed_mutex> lock(m_writeLock, deadline);
+    if (!lock)
+        throw std::runtime_error("other writers took too long");
     Store live(m_database, unshared);
     checked.keepIdsOf(live);
     checked.copyOver(live);

@@ -15,7 +15,7 @@ class BackupKeeper
 {
 public:
     /// @param writeLock what every writer of the database holds; it outlives the keeper.
-    BackupKeeper(std::string database, std::mutex &writeLock);
+    BackupKeeper(std::string database, std::timed_mutex &writeLock);
 
     /// Writes a copy of the database beside `path`, which has to be absolute, and puts it in place once it is on the
     /// disk. What stands there is left alone unless it is a database too.
@@ -30,7 +30,7 @@ private:
     void requireUsablePath(const std::string &path) const;
 
     const std::string m_database;
-    std::mutex &m_writeLock;
+    std::timed_mutex &m_writeLock;
     std::mutex m_copying;
 };
 

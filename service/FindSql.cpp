@@ -2,6 +2,7 @@
 
 #include "FindSql.h"
 
+#include "model/PlacePrivate.h"
 #include "places/SearchOperator.h"
 #include "places/SortRule.h"
 #include "places/Tags.h"
@@ -15,6 +16,7 @@ namespace placesd
 
 using orix_places_protocol::SearchRuleKind;
 using orix_places_protocol::SortRuleKind;
+using vela::platform::places::PlacePrivate;
 using vela::platform::places::SearchOperator;
 using vela::platform::places::SortField;
 using vela::platform::places::SortOrder;
@@ -54,6 +56,9 @@ FindSql::FindSql(const Query &query, bool external, Scope scope)
         m_condition = "(" + m_condition + ")" + conditionOfMore(query.rule, Among::StoredPlaces);
         m_candidateCondition = "(" + m_candidateCondition + ")" + conditionOfMore(query.rule, Among::Candidates);
     }
+    // The external channel knows only what was saved.
+    if (m_external)
+        m_condition = "(" + m_condition + ") AND p.mask & " + std::to_string(PlacePrivate::ExplicitlySaved);
     m_order = sortTerms(query.sort);
 }
 
@@ -287,6 +292,8 @@ std::string FindSql::number(const std::string &column, int op, int value)
 /// The terms of an ORDER BY, each with a comma behind it.
 std::string FindSql::sortTerms(const Sort &sort)
 {
+    if (sort.order != SortOrder::Ascending && sort.order != SortOrder::Descending)
+        return notUnderstood(), std::string();
     const std::string by = direction(sort.order);
     switch (sort.kind) {
     case SortRuleKind::Abstract:

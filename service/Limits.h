@@ -14,6 +14,8 @@ constexpr std::size_t REQUEST_SIZE = 4 * 1024 * 1024;
 constexpr std::size_t REPLY_SIZE = 64 * 1024 * 1024;
 /// Most connections open at once.
 constexpr int CONNECTIONS = 256;
+/// Requests of one connection that are answered before others have their turn.
+constexpr int REQUESTS_PER_TURN = 16;
 /// Longest time that a connection may stand without a whole request, or without taking its reply.
 constexpr std::chrono::seconds CONNECTION_IDLE{60};
 /// Longest time from the arrival of a request to its answer.

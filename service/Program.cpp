@@ -53,7 +53,7 @@ std::vector<Server::Listener> inheritedListeners()
         const bool external = std::string(names[i]) == ProtocolNames::external;
         const int socket = SD_LISTEN_FDS_START + i;
         ::fcntl(socket, F_SETFL, ::fcntl(socket, F_GETFL) | O_NONBLOCK);
-        listeners.push_back({Descriptor(socket), external});
+        listeners.push_back({Descriptor(socket), external, {}});
         std::free(names[i]); // NOLINT(cppcoreguidelines-no-malloc): systemd's allocation
     }
     std::free(names); // NOLINT(cppcoreguidelines-no-malloc)
@@ -63,8 +63,8 @@ std::vector<Server::Listener> inheritedListeners()
 std::vector<Server::Listener> ownListeners()
 {
     std::vector<Server::Listener> listeners;
-    listeners.push_back({listenOn(ProtocolNames::internal, OWNER_ONLY), false});
-    listeners.push_back({listenOn(ProtocolNames::external, EVERYBODY), true});
+    listeners.push_back(listenOn(ProtocolNames::internal, false, OWNER_ONLY));
+    listeners.push_back(listenOn(ProtocolNames::external, true, EVERYBODY));
     return listeners;
 }
 
@@ -77,14 +77,15 @@ sigset_t stopSignals()
     return signals;
 }
 
-void serve(Settings settings)
+void serve(Settings settings, const std::string &ppsRoot)
 {
-    Descriptor lock;
+    // Before anything that another service would notice: its sockets, and the key that its clients have.
+    const Descriptor lock = takeChannelFolder();
+    if (!ppsRoot.empty())
+        settings.sessionKey = publishSessionKey(ppsRoot);
     std::vector<Server::Listener> listeners = inheritedListeners();
-    if (listeners.empty()) {
-        lock = takeChannelFolder();
+    if (listeners.empty())
         listeners = ownListeners();
-    }
     Server server(std::move(listeners), std::move(settings));
     sd_notify(0, "READY=1");
     const sigset_t signals = stopSignals();
@@ -124,6 +125,7 @@ int run(int argc, char **argv, Settings settings)
     app.add_option("--gazetteer", gazetteer, "GeoJSON files of places to be found that are not stored; '' for none")
         ->capture_default_str();
     app.add_option("--contacts", contacts, "Folder of vCard files, whose addresses are places");
+    app.set_version_flag("--version", PLACES_VERSION);
     CLI11_PARSE(app, argc, argv);
     gazetteer.erase(std::remove(gazetteer.begin(), gazetteer.end(), std::string()), gazetteer.end());
 
@@ -134,8 +136,6 @@ int run(int argc, char **argv, Settings settings)
     try {
         if (const auto folder = fs::path(settings.database).parent_path(); !folder.empty())
             fs::create_directories(folder);
-        if (!ppsRoot.empty())
-            settings.sessionKey = publishSessionKey(ppsRoot);
         Gazetteer *geocoder = nullptr;
         if (!gazetteer.empty()) {
             auto provider = std::make_unique<Gazetteer>(gazetteer, settings.database + "-gazetteer");
@@ -144,7 +144,7 @@ int run(int argc, char **argv, Settings settings)
         }
         if (!contacts.empty())
             settings.contacts = std::make_unique<ContactBook>(contacts, geocoder);
-        serve(std::move(settings));
+        serve(std::move(settings), ppsRoot);
         return EXIT_SUCCESS;
     } catch (const std::exception &error) {
         std::cerr << "placesd: " << error.what() << "\n";

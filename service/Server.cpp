@@ -60,6 +60,7 @@ public:
     {
         Read,
         Write,
+        Turn,   ///< Others come first; there is more to do.
         PassOn, ///< Somebody who may wait has to go on with it.
         Close
     };
@@ -77,15 +78,31 @@ public:
     /// How epoll is to be told that the connection is watched: the first time as a new one.
     int watchOperation() { return std::exchange(m_isWatched, true) ? EPOLL_CTL_MOD : EPOLL_CTL_ADD; }
 
-    /// Reads, answers and writes as far as it goes without waiting. Returns what it waits for.
+    /// What epoll is to watch for. A connection that waits for its turn can as a rule be written to, and so gets it
+    /// when those have had theirs that are before it.
+    static unsigned int eventsFor(Wish wish)
+    {
+        switch (wish) {
+        case Wish::Write:
+            return EPOLLOUT;
+        case Wish::Turn:
+            return EPOLLIN | EPOLLOUT;
+        default:
+            return EPOLLIN;
+        }
+    }
+
+    /// Reads, answers and writes as far as it goes without waiting, for a few requests at the most. Returns what it
+    /// waits for.
     Wish advance(Service &service)
     {
-        m_lastActivity = Clock::now();
-        for (;;) {
+        for (int steps = 0; steps < limits::REQUESTS_PER_TURN;) {
             if (!flush())
                 return errno == EAGAIN ? Wish::Write : Wish::Close;
-            if (takeRequest(service))
+            if (takeRequest(service)) {
+                ++steps;
                 continue;
+            }
             if (m_deadline)
                 return Wish::PassOn;
             if (const ssize_t received = receive(); received == 0 || (received < 0 && errno != EAGAIN))
@@ -93,6 +110,15 @@ public:
             else if (received < 0)
                 return Wish::Read;
         }
+        return flush() || errno == EAGAIN ? Wish::Turn : Wish::Close;
+    }
+
+    /// Answers the first request, whatever it is, with a code.
+    void refuse(ReturnCode code)
+    {
+        receive();
+        queueStatus(code);
+        flush();
     }
 
 private:
@@ -103,8 +129,11 @@ private:
         do {
             received = ::recv(fd(), bytes.data(), bytes.size(), MSG_DONTWAIT);
         } while (received < 0 && errno == EINTR);
-        if (received > 0)
+        if (received > 0) {
+            m_incoming.erase(m_incoming.begin(), m_incoming.begin() + static_cast<std::ptrdiff_t>(m_taken));
+            m_taken = 0;
             m_incoming.insert(m_incoming.end(), bytes.data(), bytes.data() + received);
+        }
         return received;
     }
 
@@ -114,25 +143,26 @@ private:
         if (m_toDiscard > 0)
             return discard();
         std::uint32_t length = 0;
-        if (m_incoming.size() < sizeof length)
+        if (arrived() < sizeof length)
             return false;
-        std::memcpy(&length, m_incoming.data(), sizeof length);
+        std::memcpy(&length, next(), sizeof length);
         if (length > limits::REQUEST_SIZE) {
             consume(sizeof length);
             m_toDiscard = length;
             return true;
         }
         const std::size_t whole = sizeof length + length;
-        if (m_incoming.size() < whole)
+        if (arrived() < whole)
             return false;
         // A request that was passed on has kept its time.
         const Deadline deadline = m_deadline.value_or(Clock::now() + service.requestTime());
-        const auto reply = service.answer(m_incoming.data() + sizeof length, length, m_caller, deadline);
+        const auto reply = service.answer(next() + sizeof length, length, m_caller, deadline);
         if (!reply) {
             m_deadline = deadline;
             return false;
         }
         m_deadline.reset();
+        m_lastActivity = Clock::now();
         consume(whole);
         queue(*reply);
         return true;
@@ -141,21 +171,41 @@ private:
     /// Lets a request pass that is too long to be kept, and says so behind it.
     bool discard()
     {
-        const std::size_t passing = std::min<std::size_t>(m_toDiscard, m_incoming.size());
+        const std::size_t passing = std::min<std::size_t>(m_toDiscard, arrived());
         consume(passing);
         m_toDiscard -= static_cast<std::uint32_t>(passing);
         if (m_toDiscard > 0)
             return false;
-        orix_places_protocol::PlacesAPIEncoder reply;
-        reply.encode(static_cast<int>(ReturnCode::LimitExceeded));
-        reply.encode(orix_places_protocol::REPLY_OFFSET);
-        queue(reply);
+        queueStatus(ReturnCode::LimitExceeded);
         return true;
     }
 
+    [[nodiscard]] std::size_t arrived() const { return m_incoming.size() - m_taken; }
+    [[nodiscard]] const char *next() const { return m_incoming.data() + m_taken; }
+
     void consume(std::size_t count)
     {
-        m_incoming.erase(m_incoming.begin(), m_incoming.begin() + static_cast<std::ptrdiff_t>(count));
+        m_taken += count;
+        if (arrived() == 0) {
+            empty(m_incoming);
+            m_taken = 0;
+        }
+    }
+
+    /// A long message does not keep its memory for as long as the connection lasts.
+    static void empty(std::vector<char> &bytes)
+    {
+        bytes.clear();
+        if (bytes.capacity() > READ_SIZE)
+            bytes.shrink_to_fit();
+    }
+
+    void queueStatus(ReturnCode code)
+    {
+        orix_places_protocol::PlacesAPIEncoder reply;
+        reply.encode(static_cast<int>(code));
+        reply.encode(orix_places_protocol::REPLY_OFFSET);
+        queue(reply);
     }
 
     void queue(const orix_places_protocol::PlacesAPIEncoder &reply)
@@ -181,8 +231,9 @@ private:
             if (sent < 0)
                 return false;
             m_sent += static_cast<std::size_t>(sent);
+            m_lastActivity = Clock::now();
         }
-        m_outgoing.clear();
+        empty(m_outgoing);
         m_sent = 0;
         return true;
     }
@@ -190,6 +241,7 @@ private:
     Descriptor m_socket;
     const Caller m_caller;
     std::vector<char> m_incoming;
+    std::size_t m_taken = 0; ///< How much of what has arrived is done with.
     std::vector<char> m_outgoing;
     std::size_t m_sent = 0;
     std::uint32_t m_toDiscard = 0;
@@ -232,6 +284,8 @@ Server::~Server()
     m_waitingChanged.notify_all();
     for (std::thread &thread : m_threads)
         thread.join();
+    for (const Listener &listener : m_listeners)
+        ::unlink(listener.path.c_str());
 }
 
 void Server::watch(int fd, unsigned int events, void *what)
@@ -292,13 +346,15 @@ void Server::accept(const Listener &listener, Service &service)
     Connection *connection = owned.get();
     {
         const std::lock_guard<std::mutex> lock(m_connectionsMutex);
-        if (m_connections.size() >= limits::CONNECTIONS)
-            return;
-        m_connections.emplace(connection, std::move(owned));
+        if (m_connections.size() < limits::CONNECTIONS)
+            m_connections.emplace(connection, std::move(owned));
     }
     pollfd first = {connection->fd(), POLLIN, 0};
     ::poll(&first, 1, FIRST_REQUEST_WAIT_MS);
-    serve(*connection, service);
+    if (owned)
+        owned->refuse(ReturnCode::Busy);
+    else
+        serve(*connection, service);
 }
 
 void Server::serve(Connection &connection, Service &service)
@@ -312,7 +368,7 @@ void Server::serve(Connection &connection, Service &service)
     if (wish == Connection::Wish::PassOn)
         return passOn(connection);
     epoll_event event = {};
-    event.events = EPOLLONESHOT | (wish == Connection::Wish::Write ? EPOLLOUT : EPOLLIN);
+    event.events = EPOLLONESHOT | Connection::eventsFor(wish);
     event.data.ptr = &connection;
     if (wish == Connection::Wish::Close
         || ::epoll_ctl(m_epoll.get(), connection.watchOperation(), connection.fd(), &event) != 0)
@@ -335,12 +391,23 @@ void Server::dropIdleConnections()
     }
 }
 
+/// In a folder that others may write to, anybody could put a socket in the stead of ours.
+static void requireOwn(const std::filesystem::path &folder)
+{
+    struct stat status = {};
+    if (::stat(folder.c_str(), &status) != 0)
+        fail("cannot look at " + folder.string());
+    if (status.st_uid != ::geteuid() || (status.st_mode & (S_IWGRP | S_IWOTH)) != 0)
+        throw std::runtime_error(folder.string() + " belongs to somebody else, or others may write to it");
+}
+
 channel::Descriptor takeChannelFolder()
 {
     const std::filesystem::path folder = channel::folder();
     std::filesystem::create_directories(folder.parent_path());
     if (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST)
         fail("cannot make " + folder.string());
+    requireOwn(folder);
     const std::string path = folder / "placesd.lock";
     channel::Descriptor lock(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
     if (!lock.isOpen() || ::flock(lock.get(), LOCK_EX | LOCK_NB) != 0)
@@ -348,7 +415,7 @@ channel::Descriptor takeChannelFolder()
     return lock;
 }
 
-channel::Descriptor listenOn(const std::string &name, unsigned int mode)
+Server::Listener listenOn(const std::string &name, bool external, unsigned int mode)
 {
     const std::string path = channel::socketPath(name);
     channel::Descriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
@@ -363,7 +430,7 @@ channel::Descriptor listenOn(const std::string &name, unsigned int mode)
                        && ::chmod(path.c_str(), mode) == 0 && ::listen(socket.get(), SOMAXCONN) == 0;
     if (!bound)
         fail("cannot serve " + path);
-    return socket;
+    return {std::move(socket), external, path};
 }
 
 } // namespace placesd

@@ -27,6 +27,7 @@ public:
     {
         vela::system::channel::Descriptor socket;
         bool external = false;
+        std::string path; ///< Of the socket, which is removed at the end; empty for one that somebody else made.
     };
     /// Starts serving. Throws std::system_error or SQLite::Exception when it cannot.
     Server(std::vector<Listener> listeners, Settings settings);
@@ -70,10 +71,10 @@ private:
 };
 
 /// Opens the channel `name` for serving. Throws std::system_error when it cannot.
-vela::system::channel::Descriptor listenOn(const std::string &name, unsigned int mode);
+Server::Listener listenOn(const std::string &name, bool external, unsigned int mode);
 
 /// Makes the channel folder and takes it for this process; nobody else serves its channels while the result is open.
-/// Throws std::system_error when another process has it.
+/// Throws std::system_error when another process has it, std::runtime_error when others could put sockets there.
 vela::system::channel::Descriptor takeChannelFolder();
 
 } // namespace placesd

@@ -62,6 +62,7 @@ ReturnCode accept(const PlacePrivate &place)
     constexpr int KEPT = PlacePrivate::InRecentBucket | PlacePrivate::ExplicitlySaved;
     const auto &records = place.auxiliaryData();
     const auto isLong = [](const QString &text) { return text.size() > limits::TEXT_LENGTH; };
+    const auto isEmpty = [](const QString &text) { return text.isEmpty(); };
     const bool tooLong = isLong(place.name()) || isLong(place.searchTerm())
                          || std::any_of(place.tags().begin(), place.tags().end(), isLong)
                          || place.locations().size() > limits::LIST_LENGTH || records.size() > limits::LIST_LENGTH
@@ -71,7 +72,8 @@ ReturnCode accept(const PlacePrivate &place)
                             });
     if (tooLong)
         return ReturnCode::LimitExceeded;
-    if (place.locations().isEmpty() || (place.persistenceMask() & KEPT) == 0)
+    if (place.locations().isEmpty() || (place.persistenceMask() & KEPT) == 0 || place.usageCount() < 0
+        || std::any_of(place.tags().begin(), place.tags().end(), isEmpty))
         return ReturnCode::PlaceNotAcceptable;
     return ReturnCode::Success;
 }
@@ -91,11 +93,10 @@ void dropWhatIsNotStored(PlacePrivate &place)
              [](const Location &location) { return LocationPrivate::privateFromPublic(&location)->saysNothing(); });
 }
 
-/// A request may name the place's own perimeter or none, but no other.
-ReturnCode permitChange(const Place &place, Perimeter perimeter)
+/// A request may name a place's own perimeter or none, but no other.
+ReturnCode permit(Perimeter named, vela::system::SecurityPerimeter::Type own)
 {
-    const bool permitted =
-        perimeter == Perimeter::Default || perimeter == fromSystemPerimeter(place.securityPerimeter());
+    const bool permitted = named == Perimeter::Default || named == fromSystemPerimeter(own);
     return permitted ? ReturnCode::Success : ReturnCode::NotPermitted;
 }
 
@@ -233,8 +234,15 @@ ReturnCode Service::addPlace(Request &request, Encoder &reply)
     if (const ReturnCode problem = accept(data); problem != ReturnCode::Success)
         return problem;
 
+    if (const ReturnCode problem = permit(request.head.perimeter, data.securityPerimeter());
+        problem != ReturnCode::Success)
+        return problem;
+
     data.setCreatedTime(now());
     data.setUpdatedTime(data.createdTime());
+    // Picking a place is a use of it: what was picked just now comes first among what was picked.
+    if (data.persistenceMask() == PlacePrivate::InRecentBucket && data.lastUsedTime() == 0)
+        data.setLastUsedTime(data.createdTime());
     m_store.write([&] {
         m_store.rememberTerm(data.takeSearchTerm());
         m_store.insert(*place);
@@ -244,16 +252,26 @@ ReturnCode Service::addPlace(Request &request, Encoder &reply)
     return ReturnCode::Success;
 }
 
+ReturnCode Service::permitPlace(qint64 id, const Request &request)
+{
+    const std::optional<Store::Standing> standing = m_store.standingOf(id);
+    // The external channel knows only what was saved.
+    const bool isKnown =
+        standing && (!request.caller.external || (standing->persistenceMask & PlacePrivate::ExplicitlySaved) != 0);
+    return isKnown ? permit(request.head.perimeter, standing->perimeter) : ReturnCode::NoSuchPlace;
+}
+
 ReturnCode Service::change(qint64 id, const Request &request, const Change &change)
 {
     ReturnCode code = ReturnCode::Success;
     m_store.write([&] {
+        code = permitPlace(id, request);
+        if (code != ReturnCode::Success)
+            return false;
         const std::unique_ptr<Place> before = m_store.place(id);
         const std::unique_ptr<Place> after = m_store.place(id);
-        code = before ? permitChange(*before, request.head.perimeter) : ReturnCode::NoSuchPlace;
+        code = change(*after);
         if (code == ReturnCode::Success)
-            code = change(*after);
-        if (code == ReturnCode::Success && after->isPersisted())
             m_store.update(*after, *before);
         return code == ReturnCode::Success;
     });
@@ -289,11 +307,13 @@ ReturnCode Service::removePlace(Request &request, Encoder &)
     qint64 id = -1;
     if (!request.reader.readId(id))
         return request.reader.problem();
-    return change(id, request, [&](Place &place) {
-        m_store.remove(id);
-        PlacePrivate::privateFromPublic(&place)->clearPersistedStates();
-        return ReturnCode::Success;
+    // The place itself is not looked at: one that cannot be read can be removed all the same.
+    ReturnCode code = ReturnCode::Success;
+    m_store.write([&] {
+        code = permitPlace(id, request);
+        return code == ReturnCode::Success && m_store.remove(id);
     });
+    return code;
 }
 
 ReturnCode Service::incrementUsage(Request &request, Encoder &)
@@ -345,7 +365,9 @@ ReturnCode Service::unfav(Request &request, Encoder &reply)
     constexpr bool STILL_STORED = true;
     reply.encode(STILL_STORED);
     return change(id, request, [](Place &place) {
-        PlacePrivate::privateFromPublic(&place)->removeTag(Tags::Favorite);
+        PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
+        if (data.removeTag(Tags::Favorite))
+            data.setUpdatedTime(now());
         return ReturnCode::Success;
     });
 }
@@ -381,12 +403,17 @@ ReturnCode Service::getPlace(Request &request, Encoder &reply)
         return request.reader.problem();
     if (id == PlaceId::UNDEFINED_PERSISTED_ID)
         return answerWith(externalId, type, Coordinates(), request, reply);
-    const std::string record = m_store.storedRecord(id, false);
-    if (record.empty())
-        return ReturnCode::NoSuchPlace;
-    if (!searchTerm.isEmpty())
+    const ReturnCode code = encodeStored(id, request, reply);
+    if (code == ReturnCode::Success && !searchTerm.isEmpty())
         m_store.write([&] { return m_store.rememberTerm(searchTerm), true; });
-    encodeRecord(reply, record);
+    return code;
+}
+
+ReturnCode Service::encodeStored(qint64 id, const Request &request, Encoder &reply)
+{
+    if (const ReturnCode problem = permitPlace(id, request); problem != ReturnCode::Success)
+        return problem;
+    encodeRecord(reply, m_store.storedRecord(id, false));
     return ReturnCode::Success;
 }
 
@@ -476,7 +503,7 @@ ReturnCode Service::getPlaceFromSuggestion(Request &request, Encoder &reply)
     search.centre = centre;
     search.count = 1;
     search.deadline = request.deadline;
-    return answerWith(m_shared.providers.search(search), reply);
+    return answerWith(m_shared.providers.search(search), request, reply);
 }
 
 ReturnCode Service::answerWith(const QString &externalId, const QString &type, const Coordinates &centre,
@@ -484,17 +511,15 @@ ReturnCode Service::answerWith(const QString &externalId, const QString &type, c
 {
     if (externalId.isEmpty())
         return ReturnCode::NoSuchPlace;
-    if (const qint64 id = m_store.idOf(externalId, type); id != PlaceId::UNDEFINED_PERSISTED_ID) {
-        encodeRecord(reply, m_store.storedRecord(id, false));
-        return ReturnCode::Success;
-    }
+    if (const qint64 id = m_store.idOf(externalId, type); id != PlaceId::UNDEFINED_PERSISTED_ID)
+        return encodeStored(id, request, reply);
     if (type == AuxiliaryData::TypeContact)
         return request.caller.external ? ReturnCode::NoSuchPlace : answerWithContact(externalId, request, reply);
     if (m_shared.providers.isEmpty())
         return ReturnCode::NoSuchPlace;
     if (m_patience == Patience::AnswersAtOnce)
         return FOR_THE_PATIENT;
-    return answerWith(m_shared.providers.resolve(externalId, centre, request.deadline), reply);
+    return answerWith(m_shared.providers.resolve(externalId, centre, request.deadline), request, reply);
 }
 
 ReturnCode Service::getPlaceFromContact(Request &request, Encoder &reply)
@@ -516,18 +541,17 @@ ReturnCode Service::answerWithContact(const QString &externalId, Request &reques
     ProvidersAnswer answer;
     if (const FoundPlace place = contacts ? contacts->place(externalId, request.deadline) : nullptr)
         answer.places.push_back(place);
-    return answerWith(answer, reply);
+    return answerWith(answer, request, reply);
 }
 
-ReturnCode Service::answerWith(const ProvidersAnswer &answer, Encoder &reply)
+ReturnCode Service::answerWith(const ProvidersAnswer &answer, const Request &request, Encoder &reply)
 {
     if (answer.places.empty())
         return answer.code == ReturnCode::Success ? ReturnCode::NoSuchPlace : answer.code;
     const Place &place = *answer.places.front();
     if (const qint64 id = m_store.storedIdOf(place); id != PlaceId::UNDEFINED_PERSISTED_ID)
-        encodeRecord(reply, m_store.storedRecord(id, false));
-    else
-        reply.encodePlace(place);
+        return encodeStored(id, request, reply);
+    reply.encodePlace(place);
     return ReturnCode::Success;
 }
 
@@ -537,9 +561,10 @@ ReturnCode Service::getAuxiliaryData(Request &request, Encoder &reply)
     if (!request.reader.readAuxiliaryQuery(query))
         return request.reader.problem();
     const bool isStored = query.place != PlaceId::UNDEFINED_PERSISTED_ID;
+    if (const ReturnCode problem = isStored ? permitPlace(query.place, request) : ReturnCode::Success;
+        problem != ReturnCode::Success)
+        return problem;
     const std::unique_ptr<Place> place = isStored ? m_store.place(query.place) : nullptr;
-    if (isStored && !place)
-        return ReturnCode::NoSuchPlace;
     QList<AuxiliaryData> found;
     if (place && !query.remoteOnly) {
         const auto &records = PlacePrivate::privateFromPublic(place.get())->auxiliaryData();

@@ -49,7 +49,7 @@ struct Shared
     const Providers providers;
     const std::unique_ptr<ContactBook> contacts; ///< May ask a provider.
     const std::chrono::milliseconds requestTime;
-    std::mutex writeLock;
+    std::timed_mutex writeLock;
     BackupKeeper backups{database, writeLock};
 };
 
@@ -118,12 +118,14 @@ private:
                           Encoder &reply);
     ReturnCode answerWithContact(const QString &externalId, Request &request, Encoder &reply);
     /// Answers with the only place of a provider's answer, or with the stored place that it is.
-    ReturnCode answerWith(const ProvidersAnswer &answer, Encoder &reply);
+    ReturnCode answerWith(const ProvidersAnswer &answer, const Request &request, Encoder &reply);
     ReturnCode addRemoteData(const AuxiliaryQuery &query, const Place *place, Deadline deadline,
                              QList<vela::platform::places::AuxiliaryData> &found) const;
 
-    /// Changes a stored place in one transaction. When `change` fails nothing is stored, and the same when it leaves
-    /// the place without its id.
+    /// Whether a request may see or change a stored place.
+    ReturnCode permitPlace(qint64 id, const Request &request);
+    ReturnCode encodeStored(qint64 id, const Request &request, Encoder &reply);
+    /// Changes a stored place in one transaction. When `change` fails nothing is stored.
     using Change = std::function<ReturnCode(Place &)>;
     ReturnCode change(qint64 id, const Request &request, const Change &change);
     ReturnCode changeTag(Request &request, bool add);

@@ -69,22 +69,21 @@ CREATE TABLE search_term(
 ) WITHOUT ROWID;
 
 CREATE VIRTUAL TABLE name_index USING fts5(
-    name_key, content='place', content_rowid='id', prefix='1 2 3',
-    tokenize="unicode61 remove_diacritics 0 categories 'L* N* M* Co So'");
+    name, content='place', content_rowid='id', tokenize='unicode61 remove_diacritics 2', prefix='1 2 3', detail=full);
 CREATE VIRTUAL TABLE position USING rtree(id, south, north, west, east);
 
 CREATE TRIGGER place_added AFTER INSERT ON place BEGIN
-    INSERT INTO name_index(rowid, name_key) VALUES (new.id, new.name_key);
+    INSERT INTO name_index(rowid, name) VALUES (new.id, new.name);
     INSERT INTO position SELECT new.id, new.latitude, new.latitude, new.longitude, new.longitude
         WHERE new.latitude IS NOT NULL;
 END;
 CREATE TRIGGER place_removed AFTER DELETE ON place BEGIN
-    INSERT INTO name_index(name_index, rowid, name_key) VALUES ('delete', old.id, old.name_key);
+    INSERT INTO name_index(name_index, rowid, name) VALUES ('delete', old.id, old.name);
     DELETE FROM position WHERE id = old.id;
 END;
-CREATE TRIGGER place_renamed AFTER UPDATE OF name_key ON place WHEN old.name_key <> new.name_key BEGIN
-    INSERT INTO name_index(name_index, rowid, name_key) VALUES ('delete', old.id, old.name_key);
-    INSERT INTO name_index(rowid, name_key) VALUES (new.id, new.name_key);
+CREATE TRIGGER place_renamed AFTER UPDATE OF name ON place WHEN old.name <> new.name BEGIN
+    INSERT INTO name_index(name_index, rowid, name) VALUES ('delete', old.id, old.name);
+    INSERT INTO name_index(rowid, name) VALUES (new.id, new.name);
 END;
 CREATE TRIGGER place_moved AFTER UPDATE OF latitude, longitude ON place
 WHEN old.latitude IS NOT new.latitude OR old.longitude IS NOT new.longitude BEGIN
@@ -101,6 +100,28 @@ constexpr char SCHEMA_2[] = R"sql(
 ALTER TABLE auxiliary ADD COLUMN external_id TEXT NOT NULL DEFAULT '';
 ALTER TABLE auxiliary ADD COLUMN provider    TEXT NOT NULL DEFAULT '';   -- name and URL
 CREATE INDEX auxiliary_by_external_id ON auxiliary(external_id, type, provider) WHERE external_id <> '';
+
+DROP TRIGGER place_added;
+DROP TRIGGER place_removed;
+DROP TRIGGER place_renamed;
+DROP TABLE name_index;
+CREATE VIRTUAL TABLE name_index USING fts5(
+    name_key, content='place', content_rowid='id', prefix='1 2 3',
+    tokenize="unicode61 remove_diacritics 0 categories 'L* N* M* Co So'");
+INSERT INTO name_index(name_index) VALUES ('rebuild');
+CREATE TRIGGER place_added AFTER INSERT ON place BEGIN
+    INSERT INTO name_index(rowid, name_key) VALUES (new.id, new.name_key);
+    INSERT INTO position SELECT new.id, new.latitude, new.latitude, new.longitude, new.longitude
+        WHERE new.latitude IS NOT NULL;
+END;
+CREATE TRIGGER place_removed AFTER DELETE ON place BEGIN
+    INSERT INTO name_index(name_index, rowid, name_key) VALUES ('delete', old.id, old.name_key);
+    DELETE FROM position WHERE id = old.id;
+END;
+CREATE TRIGGER place_renamed AFTER UPDATE OF name_key ON place WHEN old.name_key <> new.name_key BEGIN
+    INSERT INTO name_index(name_index, rowid, name_key) VALUES ('delete', old.id, old.name_key);
+    INSERT INTO name_index(rowid, name_key) VALUES (new.id, new.name_key);
+END;
 PRAGMA user_version = 2;
 )sql";
 
@@ -137,13 +158,13 @@ constexpr char SELECT_FULL_RECORD[] = "SELECT full_record FROM place WHERE id = 
 constexpr char SELECT_HEADER[] = "SELECT header FROM place WHERE id = ?1";
 constexpr char SELECT_IDS[] = "SELECT id FROM place";
 constexpr char SELECT_RECENT_BUCKET[] = "SELECT id FROM place WHERE mask & 1";
+constexpr char SELECT_STANDING[] = "SELECT perimeter, mask FROM place WHERE id = ?1";
 constexpr char DELETE_PLACE[] = "DELETE FROM place WHERE id = ?1";
 
 constexpr char INSERT_LOCATION[] = "INSERT INTO location(id, place) VALUES (?1, ?2)";
 constexpr char DELETE_LOCATIONS[] = "DELETE FROM location WHERE place = ?1";
 constexpr char INSERT_AUXILIARY[] =
     "INSERT INTO auxiliary(id, place, type, external_id, provider) VALUES (?1, ?2, ?3, ?4, ?5)";
-constexpr char UPDATE_SOURCE[] = "UPDATE auxiliary SET external_id = ?1, provider = ?2 WHERE id = ?3";
 constexpr char SELECT_BY_EXTERNAL_ID[] =
     "SELECT place FROM auxiliary WHERE external_id = ?1 AND external_id <> '' AND type = ?2 ORDER BY place LIMIT 1";
 constexpr char SELECT_BY_SOURCE[] = "SELECT place FROM auxiliary WHERE external_id = ?1 AND external_id <> ''"

@@ -5,6 +5,7 @@
 #include "auxdata/AuxiliaryDataPrivate.h"
 #include "FindSql.h"
 #include "Limits.h"
+#include "Log.h"
 #include "model/InternalTags.h"
 #include "model/LocationPrivate.h"
 #include "model/PlacePrivate.h"
@@ -29,8 +30,6 @@ namespace
 {
 
 constexpr int SCHEMA_VERSION = 2;
-/// The last version that did not know records by their sources.
-constexpr int VERSION_WITHOUT_SOURCES = 1;
 /// Id of what is not stored yet.
 constexpr qint64 NO_ID = -1;
 /// Ids from here on are those of candidates: behind every stored place.
@@ -92,7 +91,7 @@ void bindId(SQLite::Statement &statement, int index, qint64 id)
 
 } // namespace
 
-Store::Store(const std::string &path, std::mutex &writeLock)
+Store::Store(const std::string &path, std::timed_mutex &writeLock)
     : m_database(path, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_NOMUTEX, BUSY_TIMEOUT_MS)
     , m_writeLock(writeLock)
 {
@@ -100,7 +99,7 @@ Store::Store(const std::string &path, std::mutex &writeLock)
     m_database.exec(sql::CANDIDATES);
     registerFunctions(m_database);
     sqlite3_progress_handler(m_database.getHandle(), STEPS_PER_CHECK, interruptLate, this);
-    const std::lock_guard<std::mutex> lock(m_writeLock);
+    const std::lock_guard<std::timed_mutex> lock(m_writeLock);
     migrate();
 }
 
@@ -118,30 +117,40 @@ int Store::interruptLate(void *store)
 
 void Store::migrate()
 {
+    if (versionOf(m_database) == SCHEMA_VERSION)
+        return;
+    // Another process may be about it as well: what has to be done is known only when nobody else can write.
+    SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
     const int version = versionOf(m_database);
     if (version > SCHEMA_VERSION)
         throw SQLite::Exception("the database was made by a newer placesd", SQLITE_CANTOPEN);
-    if (version == SCHEMA_VERSION)
-        return;
-    SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
     makeTables(m_database, version, SCHEMA_VERSION);
-    if (version == VERSION_WITHOUT_SOURCES)
-        learnSources();
+    if (version > 0 && version < SCHEMA_VERSION)
+        writeAllAnew();
     transaction.commit();
 }
 
-void Store::learnSources()
+/// Makes all that places are found by anew, by the rules of this version. A place that cannot be read stays as it is.
+void Store::writeAllAnew()
 {
     std::vector<qint64> ids;
     SQLite::Statement &all = statement(sql::SELECT_IDS);
     while (all.executeStep())
         ids.push_back(all.getColumn(0).getInt64());
+    all.reset();
     for (const qint64 id : ids) {
-        for (const AuxiliaryData &record : PlacePrivate::privateFromPublic(place(id).get())->auxiliaryData()) {
-            SQLite::Statement &row = statement(sql::UPDATE_SOURCE);
-            bindAll(row, {record.externalId(), keyOf(record.provider()), record.id()}, 1);
-            row.exec();
-        }
+        if (const std::unique_ptr<Place> whole = readablePlace(id))
+            update(*whole, *whole);
+    }
+}
+
+std::unique_ptr<Place> Store::readablePlace(qint64 id)
+{
+    try {
+        return place(id);
+    } catch (const SQLite::Exception &error) {
+        logError("place %lld: %s", static_cast<long long>(id), error.what());
+        return nullptr;
     }
 }
 
@@ -213,7 +222,9 @@ SQLite::Statement &Store::statement(const std::string &sql)
 
 bool Store::write(const std::function<bool()> &work)
 {
-    const std::lock_guard<std::mutex> lock(m_writeLock);
+    const std::unique_lock<std::timed_mutex> lock(m_writeLock, m_deadline);
+    if (!lock)
+        throw SQLite::Exception("other writers took too long", SQLITE_BUSY);
     SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
     if (!work())
         return false;
@@ -360,8 +371,10 @@ void Store::clearRecentBucket()
         ids.push_back(bucket.getColumn(0).getInt64());
     bucket.reset();
     for (const qint64 id : ids) {
-        const std::unique_ptr<Place> before = place(id);
-        const std::unique_ptr<Place> recent = place(id);
+        const std::unique_ptr<Place> before = readablePlace(id);
+        const std::unique_ptr<Place> recent = before ? place(id) : nullptr;
+        if (!recent)
+            continue;
         PlacePrivate &data = *PlacePrivate::privateFromPublic(recent.get());
         data.setPersistenceMask(data.persistenceMask() & ~PlacePrivate::InRecentBucket);
         if (data.persistenceMask() == 0)
@@ -369,6 +382,17 @@ void Store::clearRecentBucket()
         else
             update(*recent, *before);
     }
+}
+
+std::optional<Store::Standing> Store::standingOf(qint64 id)
+{
+    SQLite::Statement &row = statement(sql::SELECT_STANDING);
+    const Finish finish{row};
+    row.bind(1, static_cast<int64_t>(id));
+    if (!row.executeStep())
+        return std::nullopt;
+    return Standing{static_cast<vela::system::SecurityPerimeter::Type>(row.getColumn(0).getInt()),
+                    row.getColumn(1).getInt()};
 }
 
 std::string Store::storedRecord(qint64 id, bool headerOnly)

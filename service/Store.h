@@ -6,6 +6,7 @@
 #include "Query.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
+#include <vela/system/SecurityPerimeter.h>
 
 #include <QtCore/QStringList>
 
@@ -14,6 +15,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -41,7 +43,7 @@ class Store
 {
 public:
     /// Opens the database, making it or bringing its schema up to date if need be.
-    Store(const std::string &path, std::mutex &writeLock);
+    Store(const std::string &path, std::timed_mutex &writeLock);
     ~Store();
 
     /// Work that goes on past the deadline is interrupted.
@@ -59,6 +61,14 @@ public:
     bool remove(qint64 id);
     /// Takes every place out of the recent bucket and removes those that nothing else keeps.
     void clearRecentBucket();
+
+    /// What decides who may see or change a stored place; nothing when there is no such place.
+    struct Standing
+    {
+        vela::system::SecurityPerimeter::Type perimeter;
+        int persistenceMask;
+    };
+    std::optional<Standing> standingOf(qint64 id);
 
     /// The stored place; null when there is none.
     std::unique_ptr<vela::platform::places::Place> place(qint64 id);
@@ -100,7 +110,9 @@ private:
     static void bindPlace(SQLite::Statement &statement, const vela::platform::places::Place &place);
     static void forgetForeignIds(vela::platform::places::Place &place, const vela::platform::places::Place &before);
     void writeParts(vela::platform::places::Place &place);
-    void learnSources();
+    void writeAllAnew();
+    /// Null, and a message in the log, for a place that cannot be read.
+    std::unique_ptr<vela::platform::places::Place> readablePlace(qint64 id);
     void stage(const std::vector<Candidate> &candidates, bool withParts);
     qint64 stageNew(const FoundPlace &candidate, bool withParts);
     void stageParts(const vela::platform::places::Place &place, qint64 id);
@@ -111,7 +123,7 @@ private:
     static int interruptLate(void *store);
 
     SQLite::Database m_database;
-    std::mutex &m_writeLock;
+    std::timed_mutex &m_writeLock;
     std::map<std::string, std::unique_ptr<SQLite::Statement>> m_statements;
     std::vector<FoundPlace> m_staged; ///< Candidates that are not stored, by their ids in the candidates' table.
     Deadline m_deadline = Deadline::max();

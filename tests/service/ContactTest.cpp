@@ -87,7 +87,7 @@ protected:
 
     Cards cards;
     Placesd service{{QStringLiteral("--contacts"), cards.folder.path(), QStringLiteral("--gazetteer"),
-                     QStringLiteral(EXAMPLE_DATA "/cities.geojson")}};
+                     QStringLiteral(SOURCES "/examples/data/cities.geojson")}};
     PlaceManager manager;
     PlaceManagerPrivate internal;
     Protocol protocol;

@@ -1,5 +1,9 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
+#include "Channel.h"
+#include "manager/PlaceManagerPrivate.h"
+#include "places/PlaceManager.h"
+#include "Sql.h"
 #include "support/Placesd.h"
 #include "support/SamplePlace.h"
 
@@ -8,12 +12,19 @@
 #include <QtCore/QFile>
 #include <QtCore/QProcess>
 
+#include <atomic>
 #include <cstring>
 #include <msgclient.h>
 #include <random>
+#include <SQLiteCpp/SQLiteCpp.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <thread>
 
 using namespace wire;
 using testing::IsEmpty;
+using vela::system::channel::Descriptor;
+using namespace vela::platform::places;
 
 namespace
 {
@@ -41,6 +52,16 @@ std::string manyWords(int count)
     for (int i = 0; i < count; ++i)
         words += "w" + std::to_string(i) + " ";
     return words;
+}
+
+Descriptor connectTo(const std::string &path)
+{
+    Descriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    std::strcpy(address.sun_path, path.c_str());
+    EXPECT_EQ(::connect(socket.get(), reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
+    return socket;
 }
 
 const std::string TAGS = message(head(9));
@@ -88,6 +109,8 @@ TEST(AService, AnswersWhatItDoesNotUnderstandWithACodeAndGoesOn)
         {"a term of many words", find(1, 0, rule(13, 4, 7, manyWords(65), 0)), 62},
         {"a term of as many words as may be", find(1, 0, rule(13, 2, 7, manyWords(64), 0)), 0},
         {"a long term", find(1, 0, rule(13, 4, 2, std::string(4097, 'x'), 0)), 62},
+        {"an empty tag", message(head(7) + Fields{i64(1), text("")}), 54},
+        {"an unknown order", find(1, 0, everything, {i32(2), i32(3), i32(1), i32(0)}), 66},
         {"a long tag", message(head(7) + Fields{i64(1), text(std::string(4097, 'x'))}), 62},
         {"a term that is SQL", find(1, 0, rule(13, 4, 7, "\") OR 1=1 --", 0)), 0},
         {"a term that is no text", find(1, 0, rule(13, 4, 2, std::string("\xFF\x00\xC0", 3), 0)), 0},
@@ -150,6 +173,55 @@ TEST(AService, IsNotHeldUpBySilentClients)
         msgclient_close(client);
 }
 
+TEST(AService, IsNotHeldUpByBusyClientsAndEndsAmongThem)
+{
+    Placesd service;
+    std::atomic<bool> done = false;
+    std::atomic<int> answered = 0;
+    std::string many;
+    for (int i = 0; i < 100; ++i)
+        many += message({i32(static_cast<int>(TAGS.size()))}) + TAGS;
+    std::vector<std::thread> clients;
+    for (int i = 0; i < 8; ++i) {
+        clients.emplace_back([&] {
+            const Descriptor socket = connectTo(service.path("places").toStdString());
+            std::vector<char> replies(1 << 16);
+            // More requests are always under way, so the service never finds nothing to read.
+            for (std::size_t next = 0; !done;) {
+                const ssize_t sent =
+                    ::send(socket.get(), many.data() + next, many.size() - next, MSG_DONTWAIT | MSG_NOSIGNAL);
+                if (sent < 0 && errno != EAGAIN)
+                    return;
+                next = (next + static_cast<std::size_t>(std::max<ssize_t>(sent, 0))) % many.size();
+                while (::recv(socket.get(), replies.data(), replies.size(), MSG_DONTWAIT) > 0)
+                    ++answered;
+            }
+        });
+    }
+    while (answered < 100)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    EXPECT_EQ(Placesd::code(TAGS), 0);
+    EXPECT_FALSE(done);
+    service.stop();
+    done = true;
+    for (std::thread &client : clients)
+        client.join();
+}
+
+TEST(AService, SaysThatItIsBusyWhenTooManyAreConnected)
+{
+    Placesd service;
+    std::vector<_msgclient_open *> clients;
+    for (int i = 0; i < 256; ++i)
+        clients.push_back(msgclient_open("places", 0, 2));
+    // One that is over the limit is let go as soon as it was told.
+    EXPECT_EQ(Placesd::code(TAGS), 64);
+    for (_msgclient_open *client : clients)
+        msgclient_close(client);
+    while (Placesd::code(TAGS) != 0)
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+}
+
 TEST(TheExternalChannel, KeepsToSavedPlaces)
 {
     Placesd service;
@@ -166,13 +238,30 @@ TEST(TheExternalChannel, KeepsToSavedPlaces)
     EXPECT_EQ(found(recentlyPicked, "places.external"), 0);
     for (const int type : {2, 10, 11, 15, 16})
         EXPECT_EQ(Placesd::code(message(head(type)), "places.external"), 60) << type;
+
+    Place picked;
+    sample::fill(picked, -1);
+    EXPECT_EQ(PlaceManager().addRecentlyPickedPlace(&picked), Error::Success);
+    PlacePrivate::privateFromPublic(&picked)->removeTag(QStringLiteral("lbs-favorite"));
+    EXPECT_EQ(PlaceManagerPrivate().updatePlace(&picked, PlacePrivate::InRecentBucket), Error::Success);
+    const auto get = [&](const char *channel) {
+        return Placesd::code(message(head(12) + Fields{i64(picked.id()), text(""), text(""), text("")}), channel);
+    };
+    EXPECT_EQ(found(everything, "places"), 2);
+    EXPECT_EQ(found(everything, "places.external"), 1) << "what was only picked is nobody else's";
+    EXPECT_EQ(get("places"), 0);
+    EXPECT_EQ(get("places.external"), 54);
     EXPECT_EQ(Placesd::code(message(head(11)), "places"), 0);
 }
 
 TEST(APerimeter, IsThatOfThePlaceOrNone)
 {
     Placesd service;
+    const Fields fetch = {i64(1), text(""), text(""), text("")};
+    EXPECT_EQ(Placesd::code(message(head(1, 1) + sample::placeFields(-1, ""))), 60);
     ASSERT_EQ(Placesd::code(ADD), 0);
+    EXPECT_EQ(Placesd::code(message(head(12, 1) + fetch)), 60);
+    EXPECT_EQ(Placesd::code(message(head(12, 2) + fetch)), 0);
     EXPECT_EQ(Placesd::code(message(head(4, 1) + Fields{i64(1)})), 60);
     EXPECT_EQ(Placesd::code(message(head(5, 1) + sample::placeFields(1))), 60);
     EXPECT_EQ(Placesd::code(message(head(5, 2) + sample::placeFields(1))), 0);
@@ -214,4 +303,33 @@ TEST(AService, LeavesAloneWhatIsAnothersOrNewerThanItself)
          QStringLiteral("import sqlite3,sys; sqlite3.connect(sys.argv[1]).execute('PRAGMA user_version=99')"),
          newer.fileName()});
     EXPECT_EQ(start(newer.fileName()), 1);
+}
+
+/// A database of the first version, in which words were folded otherwise, and a place in it that cannot be read.
+TEST(AService, FindsThePlacesOfAnOlderDatabase)
+{
+    Placesd service;
+    service.kill();
+    const std::string old = service.path("places.db").toStdString();
+    for (const char *end : {"", "-wal", "-shm"})
+        QFile::remove(QString::fromStdString(old + end));
+    {
+        SQLite::Database database(old, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+        database.exec(placesd::sql::SCHEMA_1);
+        for (const qint64 id : {1, 2}) {
+            const std::string record = id == 1 ? message(sample::placeFields(1, "")) : "nonsense";
+            SQLite::Statement row(database, "INSERT INTO place VALUES (?1, 'Ｃafé', 'ｃafe', 'café', 'app', 2, 3, 0, 0,"
+                                            " 1, 1, 46.2, 6.15, ?2, ?2)");
+            row.bind(1, static_cast<int64_t>(id));
+            row.bind(2, record.data(), static_cast<int>(record.size()));
+            row.exec();
+        }
+    }
+    service.start();
+    std::string reply = Placesd::exchange(find(5, 0, rule(13, 4, 7, "cafe", 0)));
+    int count = 0;
+    ASSERT_GE(reply.size(), 12U);
+    std::memcpy(&count, reply.data() + 8, sizeof count);
+    EXPECT_EQ(count, 1);
+    EXPECT_EQ(Placesd::code(message(head(4) + Fields{i64(2)})), 0) << "what cannot be read can be removed";
 }

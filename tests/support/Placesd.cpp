@@ -21,8 +21,12 @@ Placesd::Placesd(const QStringList &arguments, const char *program)
 
 Placesd::~Placesd()
 {
-    if (!isRunning())
-        return;
+    if (isRunning())
+        stop();
+}
+
+void Placesd::stop()
+{
     m_process->terminate();
     EXPECT_TRUE(m_process->waitForFinished(20000));
     EXPECT_EQ(m_process->exitStatus(), QProcess::NormalExit);

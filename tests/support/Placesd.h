@@ -17,6 +17,8 @@ public:
     ~Placesd();
 
     void start();
+    /// Asks it to end, which it has to do in good order.
+    void stop();
     /// Ends it as a loss of power would.
     void kill();
     [[nodiscard]] bool isRunning() const;
