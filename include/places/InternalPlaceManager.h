@@ -37,8 +37,7 @@ class SearchHandle;
 class PLACES_EXPORT InternalPlaceManager
 {
 public:
-    InternalPlaceManager();
-    ~InternalPlaceManager();
+    InternalPlaceManager() = default;
     InternalPlaceManager(const InternalPlaceManager &) = delete;
     InternalPlaceManager &operator=(const InternalPlaceManager &) = delete;
 

@@ -18,9 +18,6 @@ constexpr int MAX_NON_CONTACT_PLACES = 20;
 
 } // namespace
 
-InternalPlaceManager::InternalPlaceManager() = default;
-InternalPlaceManager::~InternalPlaceManager() = default;
-
 // --------------------------------------------------------------------------------------------------------- finds
 
 QList<QSharedPointer<AbstractPlace>> InternalPlaceManager::findMixedPlaces(const SearchRule &rule, Error::Type *error,
