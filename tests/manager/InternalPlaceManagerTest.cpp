@@ -118,7 +118,7 @@ TEST_F(InternalPlaceManagerTest, FavouritesAreLeftOutOfAGroupOnDemand)
 
     EXPECT_THAT(manager.findNonFavoritePlacesByGroup(SearchResultGroup::Favorites, &error), IsEmpty());
     EXPECT_EQ(error, Error::InvalidArgument);
-    EXPECT_EQ(channel.requests().size(), 2U);
+    EXPECT_EQ(channel.requestCount(), 2U);
 }
 
 TEST_F(InternalPlaceManagerTest, ContactsTermsAndBackupsAreAskedForAsTheyAre)

@@ -169,7 +169,7 @@ TEST_F(PlaceSearchManagerTest, ProvidersAreAskedForOnceAndFoundByTheExactType)
     EXPECT_EQ(providers[1].name(), QStringLiteral("b"));
     EXPECT_EQ(PlaceSearchManager::findProviders(QStringLiteral("poi")).size(), 2);
     EXPECT_THAT(PlaceSearchManager::findProviders(QStringLiteral("POI")), IsEmpty());
-    EXPECT_EQ(channel.requests().size(), 1U);
+    EXPECT_EQ(channel.requestCount(), 1U);
 }
 
 TEST_F(PlaceSearchManagerTest, ProvidersThatCouldNotBeAskedForAreNotAskedForAgain)
@@ -178,5 +178,5 @@ TEST_F(PlaceSearchManagerTest, ProvidersThatCouldNotBeAskedForAreNotAskedForAgai
     EXPECT_THAT(PlaceSearchManager::getSupportedProviders(), IsEmpty());
     EXPECT_EQ(FakeSystem::messages.back().text, "Provider: cannot retrieve remote providers");
     EXPECT_THAT(PlaceSearchManager::findProviders(QStringLiteral("poi")), IsEmpty());
-    EXPECT_EQ(channel.requests().size(), 1U);
+    EXPECT_EQ(channel.requestCount(), 1U);
 }

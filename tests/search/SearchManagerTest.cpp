@@ -117,7 +117,7 @@ TEST_F(SearchManagerTest, NothingOfAReplacedSearchIsReported)
     // The same with the same number, as of an application that counts nothing.
     events.clear();
     places.clear();
-    const std::size_t before = channel.requests().size();
+    const std::size_t before = channel.requestCount();
     manager->search(FIRST, Coordinates(), 2, FOUR);
     ASSERT_TRUE(channel.waitForRequests(before + 4));
     manager->search(SECOND, Coordinates(), 2, {Group::Favorites});
@@ -136,22 +136,23 @@ TEST_F(SearchManagerTest, ABurstOfSearchesCostsAtMostTwoRequestsMoreThanItsLast)
     ASSERT_TRUE(channel.waitForRequests(2));
     channel.release();
     ASSERT_TRUE(ends(49));
-    EXPECT_LE(channel.requests().size(), 2U + 4U);
+    EXPECT_LE(channel.requestCount(), 2U + 4U);
 }
 
 TEST_F(SearchManagerTest, SuggestionsAreHeldBackUntilNobodyTypesAndAreTenAtMost)
 {
     record();
     QElapsedTimer sinceLastSearch;
+    std::size_t sent = 0;
     for (const char *term : {"a", "ab", "abc"}) {
         manager->search(QLatin1String(term), Coordinates(1, 2), 1, {}, 5, 100);
         sinceLastSearch.start();
-        QTest::qWait(20);
+        EXPECT_TRUE(channel.waitForRequests(++sent)) << "the local group waits for nothing";
+        QThread::msleep(60);
     }
-    EXPECT_EQ(channel.requests().size(), 3U) << "the local group does not wait";
     ASSERT_TRUE(ends(1));
     EXPECT_GE(sinceLastSearch.elapsed(), 150);
-    EXPECT_EQ(channel.requests().size(), 4U);
+    EXPECT_EQ(channel.requestCount(), 4U);
     const auto suggestions = find::disjoint(SearchRulePrivate::createSuggestionRule(QStringLiteral("abc")));
     EXPECT_EQ(channel.body(), find::findBody(find::ruleOf(SearchRulePrivate::Node(suggestions->clone())), SortRule(), 5,
                                              10, Coordinates(1, 2)));
@@ -214,7 +215,7 @@ TEST_F(SearchManagerTest, AManagerMayBeDestroyedByASlotOfAnyOfItsSignals)
             channel.release(); // what is held comes to its end only now, and needs the manager's lock for it
             manager.reset();
         };
-        const std::size_t before = channel.requests().size();
+        const std::size_t before = channel.requestCount();
         channel.holdAfter(0);
         manager->search(FIRST, Coordinates(), 1, FOUR);
         ASSERT_TRUE(channel.waitForRequests(before + 2));
@@ -273,16 +274,17 @@ TEST_F(SearchManagerTest, WhatTheSystemRefusesIsLivedWithAndSaid)
     EXPECT_TRUE(EventLoop::runUntil([] { return FakeSystem::failingWaits == 0; }));
     manager->search(FIRST, Coordinates(), 3, FOUR);
     EXPECT_TRUE(ends(3));
+    manager.reset();
     const std::string line = "SearchManagerP: dequeue cond wait failed " + std::to_string(EINVAL) + ".\n";
     EXPECT_EQ(testing::internal::GetCapturedStdout(), line + line);
 }
 
 TEST_F(SearchManagerTest, ManagersThatAreDestroyedWhileSearchingLeaveNothingBehind)
 {
-    const int threads = EventLoop::threads();
+    const int threads = EventLoop::threads() + 1; // a sanitizer may start one of its own
     for (int i = 0; i < EventLoop::managers(); ++i) {
         record();
-        const std::size_t before = channel.requests().size();
+        const std::size_t before = channel.requestCount();
         manager->search(FIRST, Coordinates(), 1);
         manager->search(SECOND, Coordinates(), 2, FOUR);
         ASSERT_TRUE(i % 3 != 1 || channel.waitForRequests(before + 3));

@@ -160,6 +160,12 @@ std::vector<std::string> FakeChannel::requests() const
     return m_requests;
 }
 
+std::size_t FakeChannel::requestCount() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_requests.size();
+}
+
 void FakeChannel::refuse(int request, int code)
 {
     m_replies.push_back(wire::message({wire::i32(code), wire::i32(request + 256)}));

@@ -46,6 +46,7 @@ public:
     bool waitForRequests(std::size_t count);
 
     [[nodiscard]] std::vector<std::string> requests() const;
+    [[nodiscard]] std::size_t requestCount() const;
     /// The last request without its head: type, perimeter and an empty session key.
     [[nodiscard]] std::string body() const;
     [[nodiscard]] int type() const;
