@@ -20,6 +20,7 @@
 #include <limits>
 
 #include <sys/inotify.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace placesd
@@ -47,16 +48,21 @@ bool isVCardFile(const fs::directory_entry &entry)
     return (extension == ".vcf" || extension == ".vcard") && entry.is_regular_file(ignored);
 }
 
+/// Tells of a file by its inode number: names of files may be names of people.
 void report(const fs::path &path, const VCardFaults &faults, int unusable)
 {
+    struct stat status = {};
+    ::stat(path.c_str(), &status);
+    const auto inode = static_cast<unsigned long long>(status.st_ino);
     if (faults.cut > 0)
-        logError("contacts: %s: %d cards are cut; what stands there was read", path.c_str(), faults.cut);
+        logError("contacts: file with inode %llu: %d cards are cut; what stands there was read", inode, faults.cut);
     if (faults.tooLong > 0)
-        logError("contacts: %s: %d cards are too long and were left out", path.c_str(), faults.tooLong);
+        logError("contacts: file with inode %llu: %d cards are too long and were left out", inode, faults.tooLong);
     if (!faults.hasEnded)
-        logError("contacts: %s: too long; only its beginning was read", path.c_str());
+        logError("contacts: file with inode %llu: too long; only its beginning was read", inode);
     if (unusable > 0)
-        logError("contacts: %s: %d cards have no name or cannot be read, and were left out", path.c_str(), unusable);
+        logError("contacts: file with inode %llu: %d cards have no name or cannot be read, and were left out", inode,
+                 unusable);
 }
 
 } // namespace
@@ -212,7 +218,7 @@ ContactBook::File ContactBook::readFile(const fs::directory_entry &entry)
     file.time = entry.last_write_time(ignored);
     QFile cards(QString::fromLocal8Bit(entry.path().c_str()));
     if (!cards.open(QIODevice::ReadOnly)) {
-        logError("contacts: %s cannot be read: %s", entry.path().c_str(), qUtf8Printable(cards.errorString()));
+        logError("contacts: a file cannot be read: %s", qUtf8Printable(cards.errorString()));
         return file;
     }
     const Geocode geocode = [this](const Address &address) {

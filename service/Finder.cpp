@@ -79,6 +79,8 @@ bool Finder::takesLong() const
 
 Finder::ReturnCode Finder::fetchLocal()
 {
+    if (m_sources.size() > limits::RULE_SOURCES)
+        return ReturnCode::LimitExceeded;
     for (const Rule *leaf : m_sources) {
         const SourceKind kind = sourceKindOf(*leaf);
         if (kind == SourceKind::SearchTerms && !m_external)

@@ -80,19 +80,19 @@ QString matchExpressionOf(const ProviderSearch &search)
         return {};
     switch (search.kind) {
     case SearchKind::Address:
-        return QStringLiteral("{name_key address_key} : (%1)").arg(starts);
+        return QStringLiteral("{name address} : (%1)").arg(starts);
     case SearchKind::Category:
         return QStringLiteral("{kind} : (%1)").arg(starts);
     case SearchKind::CategoryOrName:
-        return QStringLiteral("{name_key alias_key kind} : (%1)").arg(starts);
+        return QStringLiteral("{name alias kind} : (%1)").arg(starts);
     default:
-        return QStringLiteral("{name_key alias_key} : (%1)").arg(starts);
+        return QStringLiteral("{name alias} : (%1)").arg(starts);
     }
 }
 
-const char *orderOf(SearchOrder order)
+const char *orderOf(const ProviderSearch &search)
 {
-    switch (order) {
+    switch (search.order) {
     case SearchOrder::Name:
         return sql::BY_NAME;
     case SearchOrder::NameBackwards:
@@ -104,7 +104,9 @@ const char *orderOf(SearchOrder order)
     case SearchOrder::Relevance:
         break;
     }
-    return sql::BY_RELEVANCE;
+    if (!words(search.term).isEmpty())
+        return sql::BY_RELEVANCE;
+    return search.centre.isValid() ? sql::NEAR_FIRST : sql::BY_WEIGHT;
 }
 
 /// What kind of suggestion a place of a category is.
@@ -117,50 +119,54 @@ QString suggestionTag(const Place &place)
     return QLatin1String(InternalTags::SuggestionPointOfInterest);
 }
 
-/// The text of a JSON value that is a text, number or truth value; empty for any other.
-QString scalarText(const QString &json)
+/// The scalar that a JSON text stands for, as a text; empty for anything else.
+QString scalarOf(const QString &json)
 {
-    return QJsonDocument::fromJson("[" + json.toUtf8() + "]").array().first().toVariant().toString();
+    const QJsonValue value = QJsonDocument::fromJson("[" + json.toUtf8() + "]").array().at(0);
+    return value.isString() || value.isDouble() || value.isBool() ? value.toVariant().toString() : QString();
 }
 
-/// Makes one record of points of interest of all that a feature says beyond what a place has members for.
-PointOfInterestAuxiliaryData gatherDetails(PlacePrivate &place)
+/// Makes one record of what a feature says of a place: its details become properties of the record of points of
+/// interest, which carries the external id.
+AuxiliaryData gatherDetails(PlacePrivate &place, const QString &substituteId)
 {
-    PointOfInterestAuxiliaryData poi;
-    AuxiliaryData foreign;
-    for (const AuxiliaryData &record : place.auxiliaryData()) {
+    auto &records = place.m_auxiliaryData;
+    AuxiliaryData poi(AuxiliaryData::TypePointOfInterest);
+    for (const AuxiliaryData &record : qAsConst(records)) {
         if (record.type() == AuxiliaryData::TypePointOfInterest)
-            poi = PointOfInterestAuxiliaryData(record);
-        else if (record.type() == QLatin1String(geojson::vocabulary::FOREIGN_PROPERTIES))
-            foreign = record;
+            poi = record;
     }
-    AuxiliaryData record = poi;
-    const QMap<QString, QString> properties = foreign.properties();
-    for (auto property = properties.begin(); property != properties.end(); ++property) {
-        if (const QString text = scalarText(property.value());
-            !text.isEmpty() && record.property(property.key()).isEmpty())
-            record.addProperty(property.key(), text);
+    for (const AuxiliaryData &record : qAsConst(records)) {
+        const QMap<QString, QString> members = record.properties();
+        for (auto member = members.begin(); member != members.end(); ++member) {
+            const bool isForeign = record.type() == QLatin1String(geojson::vocabulary::FOREIGN_PROPERTIES);
+            if (const QString detail = isForeign ? scalarOf(member.value()) : QString(); !detail.isEmpty())
+                poi.addProperty(member.key(), detail);
+        }
     }
-    place.m_auxiliaryData = {record};
-    return PointOfInterestAuxiliaryData(record);
+    if (poi.externalId().isEmpty())
+        poi.setExternalId(substituteId);
+    records.clear();
+    records.append(poi);
+    return poi;
 }
 
 /// Adds a place to those that were taken from the files.
 void take(SQLite::Statement &row, Place &place, const QString &substituteId)
 {
     PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
-    const PointOfInterestAuxiliaryData poi = gatherDetails(data);
+    const AuxiliaryData details = gatherDetails(data, substituteId);
     const Address address = data.primaryAddress();
     const QStringList parts = {address.street(),     address.city(),    address.region(),
                                address.postalCode(), address.country(), address.isoAlpha2CountryCode()};
-    const QStringList aliases = data.aliases() + QStringList{poi.auxiliaryData().property(QStringLiteral("keywords"))};
-    const QString externalId = poi.externalId().isEmpty() ? substituteId : poi.externalId();
+    const QStringList aliases = data.aliases() + QStringList{details.property(QStringLiteral("keywords"))};
     const Coordinates position = data.primaryCoordinates();
     bindAll(row,
-            {externalId, searchKey(data.name()), sortKey(data.name()), searchKey(aliases.join(QLatin1Char(' '))),
-             poi.category(), searchKey(parts.join(QLatin1Char(' '))), searchKey(address.region()),
-             searchKey(address.country()), address.isoAlpha2CountryCode(), position.latitude(), position.longitude(),
-             poi.auxiliaryData().property(QStringLiteral("population")).toDouble()},
+            {details.externalId(), searchKey(data.name()), sortKey(data.name()),
+             searchKey(aliases.join(QLatin1Char(' '))), PointOfInterestAuxiliaryData(details).category(),
+             searchKey(parts.join(QLatin1Char(' '))), searchKey(address.region()), searchKey(address.country()),
+             address.isoAlpha2CountryCode(), position.latitude(), position.longitude(),
+             details.property(QStringLiteral("population")).toDouble()},
             1);
     bindBlob(row, 13, fullRecordOf(place));
     row.exec();
@@ -309,12 +315,12 @@ void Gazetteer::readFile(const std::string &path, SQLite::Database &database)
     SQLite::Statement row(database, sql::TAKE);
     const QString name = QString::fromStdString(fs::path(path).filename().string());
     geojson::Input input(QString::fromLocal8Bit(path.c_str()));
-    int number = 0;
+    int count = 0;
     int skipped = 0;
     const QString problem = geojson::readGeoJson(input, [&](const geojson::ReadPlace &read) {
-        ++number;
+        ++count;
         if (read.place && read.place->hasCoordinates())
-            take(row, *read.place, QStringLiteral("%1#%2").arg(name).arg(number));
+            take(row, *read.place, QStringLiteral("%1#%2").arg(name).arg(count));
         else
             ++skipped;
         return !m_stopping;
@@ -357,7 +363,8 @@ ProviderAnswer Gazetteer::search(const ProviderSearch &search)
 {
     return ask<ProviderAnswer>(search.deadline, [&](SQLite::Database &database, ProviderAnswer &answer) {
         const bool suggests = search.kind == SearchKind::Suggestion || search.kind == SearchKind::CategorySuggestion;
-        if (search.kind == SearchKind::Suggestion && words(search.term).isEmpty())
+        const bool isEmpty = words(searchKey(search.term)).isEmpty();
+        if (isEmpty && (search.kind == SearchKind::Suggestion || !search.term.isEmpty()))
             return;
         // Completions among the categories come before those among the places.
         ProviderSearch rest = search;
@@ -377,22 +384,31 @@ ProviderAnswer Gazetteer::search(const ProviderSearch &search)
 void Gazetteer::findPlaces(SQLite::Database &database, const ProviderSearch &search, ProviderAnswer &answer)
 {
     const QString match = matchExpressionOf(search);
+    const QString key = searchKey(search.term);
     const bool byDistance = search.order == SearchOrder::NearFirst || search.order == SearchOrder::FarFirst;
     SQLite::Statement row(database,
-                          std::string(match.isEmpty() ? sql::ALL : sql::MATCHES) + orderOf(search.order) + sql::PAGE);
+                          std::string(match.isEmpty() ? sql::ALL : sql::MATCHES) + orderOf(search) + sql::PAGE);
     row.bind(1, utf8(match));
-    row.bind(2, utf8(searchKey(search.term)));
-    bindPosition(row, 3, byDistance ? search.orderCentre : search.centre);
-    row.bind(5, search.count + 1);
-    row.bind(6, search.position);
+    row.bind(2, utf8(key));
+    row.bind(3, utf8(words(key).value(0)));
+    bindPosition(row, 4, byDistance ? search.orderCentre : search.centre);
+    row.bind(6, search.count + 1);
+    row.bind(7, search.position);
+    SQLite::Statement record(database, sql::SELECT_RECORD);
     for (int i = 0; i < search.count && row.executeStep(); ++i)
-        answer.places.push_back(placeAt(database, row.getColumn(0).getInt64(), search));
+        answer.places.push_back(placeOf(record, row.getColumn(0).getInt64(), search));
     answer.hasMore = !row.isDone() && row.executeStep();
 }
 
-FoundPlace Gazetteer::placeAt(SQLite::Database &database, qint64 id, const ProviderSearch &search)
+FoundPlace Gazetteer::placeAt(SQLite::Database &database, qint64 id) const
 {
-    SQLite::Statement row(database, sql::SELECT_RECORD);
+    SQLite::Statement record(database, sql::SELECT_RECORD);
+    return placeOf(record, id, {});
+}
+
+FoundPlace Gazetteer::placeOf(SQLite::Statement &row, qint64 id, const ProviderSearch &search) const
+{
+    row.reset();
     row.bind(1, static_cast<int64_t>(id));
     row.executeStep();
     std::shared_ptr<Place> place = decodePlace(blobOf(row.getColumn(0)));
@@ -446,7 +462,7 @@ ProviderAnswer Gazetteer::resolve(const QString &externalId, const Coordinates &
         if (isCategory)
             bindPosition(row, 2, centre);
         if (const qint64 id = firstId(row); id >= 0)
-            answer.places.push_back(placeAt(database, id, {}));
+            answer.places.push_back(placeAt(database, id));
     });
 }
 
@@ -461,7 +477,7 @@ AuxiliaryAnswer Gazetteer::auxiliaryData(const PlaceIdentity &place, Deadline de
             row.bind(4, SAME_PLACE_RADIUS);
         }
         if (const qint64 id = firstId(row); id >= 0)
-            answer.records = PlacePrivate::privateFromPublic(placeAt(database, id, {}).get())->auxiliaryData();
+            answer.records = PlacePrivate::privateFromPublic(placeAt(database, id).get())->auxiliaryData();
     });
 }
 

@@ -70,7 +70,9 @@ private:
     void findPlaces(SQLite::Database &database, const ProviderSearch &search, ProviderAnswer &answer);
     /// Names of the categories that have a word starting with each word of the term.
     static QStringList categories(SQLite::Database &database, const QString &term);
-    FoundPlace placeAt(SQLite::Database &database, qint64 id, const ProviderSearch &search);
+    [[nodiscard]] FoundPlace placeAt(SQLite::Database &database, qint64 id) const;
+    /// @param row selects records by ids.
+    FoundPlace placeOf(SQLite::Statement &row, qint64 id, const ProviderSearch &search) const;
     [[nodiscard]] FoundPlace suggestCategory(const QString &category) const;
 
     const std::vector<std::string> m_files;

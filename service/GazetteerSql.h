@@ -23,10 +23,10 @@ CREATE TABLE feature(
 );
 CREATE TABLE category(kind TEXT PRIMARY KEY) WITHOUT ROWID;
 CREATE VIRTUAL TABLE words USING fts5(
-    name_key, alias_key, kind, address_key, content='', prefix='1 2 3',
+    name, alias, kind, address, content='', prefix='1 2 3',  -- all of them search keys
     tokenize="unicode61 remove_diacritics 0 categories 'L* N* M* Co So'");
 CREATE TEMP TABLE taken(
-    external_id, name_key, sort_key, alias_key, kind, address_key, region_key, country_key, country_code, latitude,
+    external_id, name_key, sort_key, alias, kind, address, region_key, country_key, country_code, latitude,
     longitude, weight, record);
 )sql";
 
@@ -37,8 +37,7 @@ CREATE TEMP TABLE ranked AS SELECT rowid AS number FROM taken ORDER BY weight DE
 INSERT INTO feature SELECT r.rowid, t.external_id, t.name_key, t.sort_key, t.kind, t.region_key, t.country_key,
         t.country_code, t.latitude, t.longitude, t.record
     FROM ranked r JOIN taken t ON t.rowid = r.number ORDER BY r.rowid;
-INSERT INTO words(rowid, name_key, alias_key, kind, address_key)
-    SELECT r.rowid, t.name_key, t.alias_key, t.kind, t.address_key
+INSERT INTO words(rowid, name, alias, kind, address) SELECT r.rowid, t.name_key, t.alias, t.kind, t.address
     FROM ranked r JOIN taken t ON t.rowid = r.number ORDER BY r.rowid;
 INSERT INTO category SELECT DISTINCT kind FROM feature WHERE kind <> '';
 CREATE INDEX feature_by_external_id ON feature(external_id);
@@ -67,20 +66,20 @@ constexpr char SELECT_CITY[] =
     "SELECT latitude, longitude, region_key = ?3 AS fits FROM feature WHERE name_key = ?1 AND ((?2 = '' AND ?4 = '')"
     " OR (?2 <> '' AND country_key = ?2) OR (?4 <> '' AND country_code = ?4)) ORDER BY fits DESC, id LIMIT 2";
 
-// A search: what is looked at, and in which order. ?1 is the expression to match, ?2 the key of the term, ?3 and ?4 the
-// centre, or NULL, ?5 and ?6 the page.
+// A search: what is looked at, and in which order. ?1 is the expression to match, ?2 the key of the term and ?3 its
+// first word, ?4 and ?5 the centre, or NULL, ?6 and ?7 the page.
 constexpr char ALL[] = "SELECT f.id FROM feature f";
 constexpr char MATCHES[] = "SELECT f.id FROM words JOIN feature f ON f.id = words.rowid WHERE words MATCH ?1";
-/// Those of just that name come first, then those whose name starts so, then those whose name has the words; of these
-/// the nearest, or else the best known.
+/// Those of just that name come first, then those whose name starts so, then those whose name has the first word; of
+/// these the nearest, or else the best known.
 constexpr char BY_RELEVANCE[] =
     " ORDER BY CASE WHEN f.name_key = ?2 THEN 0 WHEN substr(f.name_key, 1, length(?2)) = ?2 THEN 1"
-    " WHEN contains_words(f.name_key, ?2) THEN 2 ELSE 3 END,"
-    " distance(f.latitude, f.longitude, ?3, ?4), f.id";
+    " WHEN instr(' ' || f.name_key, ' ' || ?3) THEN 2 ELSE 3 END, distance(f.latitude, f.longitude, ?4, ?5), f.id";
+constexpr char BY_WEIGHT[] = " ORDER BY f.id";
 constexpr char BY_NAME[] = " ORDER BY f.sort_key, f.id";
 constexpr char BY_NAME_BACKWARDS[] = " ORDER BY f.sort_key DESC, f.id";
-constexpr char NEAR_FIRST[] = " ORDER BY distance(f.latitude, f.longitude, ?3, ?4), f.id";
-constexpr char FAR_FIRST[] = " ORDER BY distance(f.latitude, f.longitude, ?3, ?4) DESC, f.id";
-constexpr char PAGE[] = " LIMIT ?5 OFFSET ?6";
+constexpr char NEAR_FIRST[] = " ORDER BY distance(f.latitude, f.longitude, ?4, ?5), f.id";
+constexpr char FAR_FIRST[] = " ORDER BY distance(f.latitude, f.longitude, ?4, ?5) DESC, f.id";
+constexpr char PAGE[] = " LIMIT ?6 OFFSET ?7";
 
 } // namespace placesd::gazetteer_sql

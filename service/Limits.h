@@ -37,6 +37,8 @@ constexpr int LIST_LENGTH = 1000;
 constexpr int TEXT_LENGTH = 4096;
 /// Most words of a term whose words are searched for.
 constexpr int TERM_WORDS = 64;
+/// Most leaves of a rule that find what is not stored.
+constexpr std::size_t RULE_SOURCES = 8;
 /// Results that a provider is asked for at once.
 constexpr int PROVIDER_BATCH = 100;
 /// Most results of a provider that a search goes through, batch by batch.

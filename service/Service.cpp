@@ -401,9 +401,11 @@ ReturnCode Service::getPlace(Request &request, Encoder &reply)
     QString searchTerm;
     if (!request.reader.readGetPlace(id, externalId, type, searchTerm))
         return request.reader.problem();
+    ReturnCode code = ReturnCode::Success;
     if (id == PlaceId::UNDEFINED_PERSISTED_ID)
-        return answerWith(externalId, type, Coordinates(), request, reply);
-    const ReturnCode code = encodeStored(id, request, reply);
+        code = answerWith(externalId, type, Coordinates(), request, reply);
+    else
+        code = encodeStored(id, request, reply);
     if (code == ReturnCode::Success && !searchTerm.isEmpty())
         m_store.write([&] { return m_store.rememberTerm(searchTerm), true; });
     return code;

@@ -77,6 +77,9 @@ TEST(AService, AnswersWhatItDoesNotUnderstandWithACodeAndGoesOn)
     Fields wide = rule(4, 0, 1, "", 600);
     for (int i = 0; i < 600; ++i)
         wide = wide + everything;
+    Fields greedy = rule(4, 0, 1, "", 9);
+    for (int i = 0; i < 9; ++i)
+        greedy = greedy + rule(13, 17, 2, "", 0);
     for (int i = 0; i < 30; ++i)
         deep = rule(5, 0, 1, "", 1) + deep;
     const struct
@@ -100,6 +103,7 @@ TEST(AService, AnswersWhatItDoesNotUnderstandWithACodeAndGoesOn)
         {"a negative offset", find(1, -1, everything), 62},
         {"a rule too deep", find(1, 0, deep), 62},
         {"a rule too wide", find(1, 0, wide), 62},
+        {"a rule that asks too many sources", find(1, 0, greedy), 62},
         {"members that are not there", find(1, 0, rule(2, 0, 1, "", 0x7fffffff)), 50},
         {"a negative number of members", find(1, 0, rule(2, 0, 1, "", -1)), 50},
         {"an unknown kind of rule", find(1, 0, rule(77, 0, 1, "", 0)), 66},

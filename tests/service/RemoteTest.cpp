@@ -19,6 +19,7 @@
 #include <QtCore/QFile>
 
 #include <chrono>
+#include <SQLiteCpp/SQLiteCpp.h>
 #include <thread>
 
 using namespace vela::platform::places;
@@ -302,6 +303,30 @@ TEST_F(GuideTest, ResultsAreConcatenatedOrMergedAndStandOnce)
                 IsEmpty());
     EXPECT_EQ(manager.removePlace(id), Error::Success);
     EXPECT_EQ(names(group(Group::PointsOfInterest, "bar")), (Names{"bar 000", "bar 001", "bar 002"}));
+}
+
+TEST_F(GuideTest, AnOlderDatabaseKnowsItsPlacesAgainToo)
+{
+    const qint64 id = store(*group(Group::PointsOfInterest, "bar")[1]);
+    service.kill();
+    SQLite::Database(service.path("places.db").toStdString(), SQLite::OPEN_READWRITE)
+        .exec("DROP INDEX auxiliary_by_external_id; ALTER TABLE auxiliary DROP COLUMN external_id;"
+              "ALTER TABLE auxiliary DROP COLUMN provider; PRAGMA user_version = 1");
+    service.start();
+    const auto found = group(Group::PointsOfInterest, "bar");
+    ASSERT_EQ(found.size(), 3);
+    EXPECT_EQ(found[0]->id(), id);
+}
+
+TEST_F(GuideTest, ASearchTermIsKeptWhenItsResultIsFetched)
+{
+    const auto found = group(Group::PointsOfInterest, "bar");
+    auto *header = dynamic_cast<PlaceHeader *>(found[0].data());
+    PlaceHeaderPrivate::privateFromPublic(header)->setSearchTerm(QStringLiteral("somewhere to drink"));
+    EXPECT_TRUE(std::unique_ptr<Place>(manager.getPlace(header)));
+    QStringList terms;
+    protocol.getRecentSearchTerms(terms, QString());
+    EXPECT_THAT(terms, ElementsAre(QStringLiteral("somewhere to drink")));
 }
 
 TEST_F(GuideTest, AFailingProviderTakesNothingFromTheOthers)
