@@ -93,10 +93,13 @@ std::optional<std::vector<FoundPlace>> ContactBook::find(const QString &term, bo
     const Snapshot all = entries(deadline);
     if (!all)
         return {};
-    const QStringList wanted = words(searchKey(term));
+    const QString key = searchKey(term);
+    const QStringList wanted = words(key);
     std::vector<FoundPlace> found;
     for (const Entry &entry : *all) {
-        if ((entry.isRoom || !onlyRooms) && startWords(entry.words, wanted))
+        // A term without words is looked for as it is.
+        const bool fits = wanted.isEmpty() ? entry.key.contains(key) : startWords(entry.words, wanted);
+        if (fits && (entry.isRoom || !onlyRooms))
             found.push_back(entry.place);
     }
     return found;
@@ -184,6 +187,14 @@ bool ContactBook::hasChanged()
     return changed;
 }
 
+ContactBook::Entry ContactBook::entryFor(const FoundPlace &place, bool isRoom)
+{
+    const QString key = searchKey(place->name());
+    Entry entry{place, place->auxiliaryData(0).externalId(), sortKey(place->name()), key, words(key), isRoom};
+    entry.words.sort();
+    return entry;
+}
+
 std::map<std::string, ContactBook::File> ContactBook::readFolder()
 {
     std::map<std::string, File> files;
@@ -236,10 +247,8 @@ ContactBook::File ContactBook::readFile(const fs::directory_entry &entry)
         ++number;
         if (contact.realName().isEmpty() && contact.organization().isEmpty() && contact.nickName().isEmpty())
             ++unusable;
-        for (const FoundPlace &place : placesOf(contact, idFor(key), geocode)) {
-            file.entries.push_back({place, place->auxiliaryData(0).externalId(), sortKey(place->name()),
-                                    words(searchKey(place->name())), isRoom(contact)});
-        }
+        for (const FoundPlace &place : placesOf(contact, idFor(key), geocode))
+            file.entries.push_back(entryFor(place, isRoom(contact)));
     });
     report(entry.path(), faults, unusable);
     return file;

@@ -49,7 +49,8 @@ private:
         FoundPlace place;
         QString externalId;
         QString sortKey;
-        QStringList words; ///< Of the name, without case and accents.
+        QString key;       ///< Of the name, without case and accents.
+        QStringList words; ///< Of the key, sorted.
         bool isRoom = false;
     };
     using Entries = std::vector<Entry>;
@@ -62,6 +63,7 @@ private:
         Entries entries;
     };
 
+    static Entry entryFor(const FoundPlace &place, bool isRoom);
     Snapshot entries(Deadline deadline);
     void readChanges();
     bool hasChanged();

@@ -72,22 +72,26 @@ qint64 firstId(SQLite::Statement &statement)
     return statement.executeStep() ? statement.getColumn(0).getInt64() : -1;
 }
 
-/// Which words a search looks at; empty when it looks at all places.
-QString matchExpressionOf(const ProviderSearch &search)
+/// The columns that a search looks at.
+const char *columnsOf(SearchKind kind)
+{
+    switch (kind) {
+    case SearchKind::Address:
+        return "name address";
+    case SearchKind::Category:
+        return "kind";
+    case SearchKind::CategoryOrName:
+        return "name alias kind";
+    default:
+        return "name alias";
+    }
+}
+
+/// What columns have to match; empty when the term has no words.
+QString matchExpressionOf(const ProviderSearch &search, const char *columns)
 {
     const QString starts = matchExpression(search.term);
-    if (starts.isEmpty())
-        return {};
-    switch (search.kind) {
-    case SearchKind::Address:
-        return QStringLiteral("{name address} : (%1)").arg(starts);
-    case SearchKind::Category:
-        return QStringLiteral("{kind} : (%1)").arg(starts);
-    case SearchKind::CategoryOrName:
-        return QStringLiteral("{name alias kind} : (%1)").arg(starts);
-    default:
-        return QStringLiteral("{name alias} : (%1)").arg(starts);
-    }
+    return starts.isEmpty() ? QString() : QStringLiteral("{%1} : (%2)").arg(QLatin1String(columns), starts);
 }
 
 const char *orderOf(const ProviderSearch &search)
@@ -383,14 +387,13 @@ ProviderAnswer Gazetteer::search(const ProviderSearch &search)
 
 void Gazetteer::findPlaces(SQLite::Database &database, const ProviderSearch &search, ProviderAnswer &answer)
 {
-    const QString match = matchExpressionOf(search);
-    const QString key = searchKey(search.term);
+    const QString match = matchExpressionOf(search, columnsOf(search.kind));
     const bool byDistance = search.order == SearchOrder::NearFirst || search.order == SearchOrder::FarFirst;
     SQLite::Statement row(database,
                           std::string(match.isEmpty() ? sql::ALL : sql::MATCHES) + orderOf(search) + sql::PAGE);
     row.bind(1, utf8(match));
-    row.bind(2, utf8(key));
-    row.bind(3, utf8(words(key).value(0)));
+    row.bind(2, utf8(searchKey(search.term)));
+    row.bind(3, utf8(matchExpressionOf(search, "name")));
     bindPosition(row, 4, byDistance ? search.orderCentre : search.centre);
     row.bind(6, search.count + 1);
     row.bind(7, search.position);

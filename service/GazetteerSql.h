@@ -66,15 +66,16 @@ constexpr char SELECT_CITY[] =
     "SELECT latitude, longitude, region_key = ?3 AS fits FROM feature WHERE name_key = ?1 AND ((?2 = '' AND ?4 = '')"
     " OR (?2 <> '' AND country_key = ?2) OR (?4 <> '' AND country_code = ?4)) ORDER BY fits DESC, id LIMIT 2";
 
-// A search: what is looked at, and in which order. ?1 is the expression to match, ?2 the key of the term and ?3 its
-// first word, ?4 and ?5 the centre, or NULL, ?6 and ?7 the page.
+// A search: what is looked at, and in which order. ?1 is the expression to match, ?2 the key of the term, ?3 the
+// expression that names match, ?4 and ?5 the centre, or NULL, ?6 and ?7 the page.
 constexpr char ALL[] = "SELECT f.id FROM feature f";
 constexpr char MATCHES[] = "SELECT f.id FROM words JOIN feature f ON f.id = words.rowid WHERE words MATCH ?1";
-/// Those of just that name come first, then those whose name starts so, then those whose name has the first word; of
-/// these the nearest, or else the best known.
+/// Those of just that name come first, then those whose name starts so, then those whose name has the words; of these
+/// the nearest, or else the best known.
 constexpr char BY_RELEVANCE[] =
     " ORDER BY CASE WHEN f.name_key = ?2 THEN 0 WHEN substr(f.name_key, 1, length(?2)) = ?2 THEN 1"
-    " WHEN instr(' ' || f.name_key, ' ' || ?3) THEN 2 ELSE 3 END, distance(f.latitude, f.longitude, ?4, ?5), f.id";
+    " WHEN f.id IN (SELECT rowid FROM words WHERE words MATCH ?3) THEN 2 ELSE 3 END,"
+    " distance(f.latitude, f.longitude, ?4, ?5), f.id";
 constexpr char BY_WEIGHT[] = " ORDER BY f.id";
 constexpr char BY_NAME[] = " ORDER BY f.sort_key, f.id";
 constexpr char BY_NAME_BACKWARDS[] = " ORDER BY f.sort_key DESC, f.id";

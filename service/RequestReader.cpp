@@ -5,6 +5,7 @@
 #include "Limits.h"
 #include "places/Place.h"
 #include "places/SearchOperator.h"
+#include "Sources.h"
 #include "TextKeys.h"
 
 namespace placesd
@@ -15,6 +16,16 @@ using vela::platform::places::Coordinates;
 using vela::platform::places::Place;
 using vela::platform::places::Provider;
 using vela::platform::places::SearchOperator;
+
+namespace
+{
+
+bool searchesWords(const Rule &rule)
+{
+    return rule.op == SearchOperator::Contains || sourceKindOf(rule) != SourceKind::None;
+}
+
+} // namespace
 
 // One field a line, in wire order.
 // clang-format off
@@ -82,7 +93,9 @@ bool RequestReader::readSuggestion(QString &text, Coordinates &centre)
 {
     return decodeQString(text)
         && decodePlaceCoordinates(centre)
-        && testBuffer();
+        && testBuffer()
+        && admitText(text)
+        && admitWords(text);
 }
 
 bool RequestReader::readAuxiliaryQuery(AuxiliaryQuery &query)
@@ -152,7 +165,7 @@ bool RequestReader::readRule(Rule &rule, int depth)
     if (!hasElement || members < 0)
         return false;
     rule.text = QString::fromStdString(text);
-    if (!admitText(rule.text) || (rule.op == SearchOperator::Contains && !admitWords(rule.text)))
+    if (!admitText(rule.text) || (searchesWords(rule) && !admitWords(rule.text)))
         return false;
     for (int i = 0; i < members; ++i) {
         if (!readRule(rule.members.emplace_back(), depth + 1))

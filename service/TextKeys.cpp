@@ -64,7 +64,6 @@ QStringList words(const QString &text)
             finishWord();
     }
     finishWord();
-    found.sort();
     found.removeDuplicates();
     return found;
 }
@@ -80,7 +79,11 @@ bool startWords(const QStringList &there, const QStringList &wanted)
 bool containsWords(const QString &text, const QString &term)
 {
     const QStringList wanted = words(term);
-    return wanted.isEmpty() ? text.contains(term) : startWords(words(text), wanted);
+    if (wanted.isEmpty())
+        return text.contains(term);
+    QStringList there = words(text);
+    there.sort();
+    return startWords(there, wanted);
 }
 
 } // namespace placesd

@@ -16,10 +16,10 @@ QString searchKey(const QString &text);
 /// Without case: what names are sorted by, whatever the locale.
 QString sortKey(const QString &text);
 
-/// The words of a text, each once, in order: runs of letters, digits, marks and pictographs.
+/// The words of a text, each once: runs of letters, digits, marks and pictographs.
 QStringList words(const QString &text);
 
-/// True when every word of `wanted` starts one of `there`, which are in order.
+/// True when every word of `wanted` starts one of `there`, which are sorted.
 bool startWords(const QStringList &there, const QStringList &wanted);
 
 /// True when every word of `term` starts a word of `text`; where the term has no words, when it occurs in the text.
