@@ -8,15 +8,15 @@
 #include <places/PointOfInterestAuxiliaryData.h>
 #include <places/Tags.h>
 
-#include <QtCore/QSet>
-
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <optional>
+#include <vector>
 
 namespace geojson
 {
@@ -45,8 +45,8 @@ const Value *memberOf(const Value &object, const char *name)
     return nullptr;
 }
 
-/// A string, number or bool as a text; empty for anything else.
-QString scalarText(const Value &value)
+/// A string, number or bool as a text.
+std::optional<QString> scalarOf(const Value &value)
 {
     if (value.IsString())
         return textOf(value);
@@ -56,53 +56,83 @@ QString scalarText(const Value &value)
         return QString::number(value.GetDouble(), 'g', 17);
     if (value.IsBool())
         return value.GetBool() ? QStringLiteral("true") : QStringLiteral("false");
-    return {};
-}
-
-QString textMember(const Value &object, const char *name)
-{
-    const Value *value = memberOf(object, name);
-    return value ? scalarText(*value) : QString();
+    return std::nullopt;
 }
 
 /// A number, or a text that is one.
-std::optional<double> numberMember(const Value &object, const char *name)
+std::optional<double> numberOf(const Value &value)
 {
-    const Value *value = memberOf(object, name);
-    if (!value || value->IsBool())
+    if (value.IsBool())
         return std::nullopt;
     bool isNumber = false;
-    const double number = scalarText(*value).toDouble(&isNumber);
+    const double number = scalarOf(value).value_or(QString()).toDouble(&isNumber);
     return isNumber && std::isfinite(number) ? std::optional(number) : std::nullopt;
 }
 
 /// A number as a whole one; nothing when it is none, or beyond the limits of the type.
 template <typename Integer>
-std::optional<Integer> integerMember(const Value &object, const char *name)
+std::optional<Integer> integerOf(const Value &value)
 {
-    const std::optional<double> number = numberMember(object, name);
+    const std::optional<double> number = numberOf(value);
     if (!number || std::trunc(*number) != *number || *number < static_cast<double>(std::numeric_limits<Integer>::min())
         || *number >= std::ldexp(1.0, std::numeric_limits<Integer>::digits))
         return std::nullopt;
     return static_cast<Integer>(*number);
 }
 
-bool boolMember(const Value &object, const char *name)
+std::optional<float> accuracyOf(const Value &value)
 {
-    return textMember(object, name) == QLatin1String("true");
+    const std::optional<double> metres = numberOf(value);
+    return metres ? toAccuracy(*metres) : std::nullopt;
 }
 
-/// The members of an array that are scalars, as texts.
-QStringList textsMember(const Value &object, const char *name)
+std::optional<bool> flagOf(const Value &value)
 {
+    const QString text = scalarOf(value).value_or(QString()).toLower();
+    if (text == QLatin1String("true") || text == QLatin1String("false"))
+        return text == QLatin1String("true");
+    return std::nullopt;
+}
+
+template <typename Condition>
+bool isListOf(const Value &value, Condition condition)
+{
+    return value.IsArray() && std::all_of(value.Begin(), value.End(), condition);
+}
+
+/// The members of an array of texts and numbers, as texts.
+std::optional<QStringList> textsOf(const Value &value)
+{
+    if (!isListOf(value, [](const Value &element) { return element.IsString() || element.IsNumber(); }))
+        return std::nullopt;
     QStringList texts;
-    if (const Value *list = memberOf(object, name); list && list->IsArray()) {
-        for (const Value &element : list->GetArray()) {
-            if (element.IsString() || element.IsNumber())
-                texts.append(scalarText(element));
-        }
-    }
+    for (const Value &element : value.GetArray())
+        texts.append(*scalarOf(element));
     return texts;
+}
+
+/// What `read` makes of a member of this name; nothing when there is none.
+template <typename Type>
+std::optional<Type> read(const Value &object, const char *name, std::optional<Type> (*readValue)(const Value &))
+{
+    const Value *value = memberOf(object, name);
+    return value ? readValue(*value) : std::nullopt;
+}
+
+QString textMember(const Value &object, const char *name)
+{
+    return read(object, name, scalarOf).value_or(QString());
+}
+
+/// The objects in an array of nothing else.
+std::vector<const Value *> objectsMember(const Value &object, const char *name)
+{
+    std::vector<const Value *> objects;
+    if (const Value *list = memberOf(object, name); list && isListOf(*list, std::mem_fn(&Value::IsObject))) {
+        for (const Value &element : list->GetArray())
+            objects.push_back(&element);
+    }
+    return objects;
 }
 
 QString jsonText(const Value &value)
@@ -157,8 +187,8 @@ Address readAddress(const Value &members)
     for (const auto &part : vocabulary::ADDRESS_TEXTS)
         (address.*part.set)(textMember(members, part.name));
     for (const auto &part : vocabulary::ADDRESS_LINES)
-        (address.*part.set)(textsMember(members, part.name));
-    if (const auto floor = integerMember<int>(members, vocabulary::FLOOR))
+        (address.*part.set)(read(members, part.name, textsOf).value_or(QStringList()));
+    if (const auto floor = read(members, vocabulary::FLOOR, integerOf<int>))
         address.setFloor(*floor);
     return address;
 }
@@ -166,17 +196,17 @@ Address readAddress(const Value &members)
 Location readLocation(const Value &members, const Value *position, const Value *box)
 {
     Coordinates coordinates = readPosition(position);
-    if (const auto metres = numberMember(members, vocabulary::HORIZONTAL_ACCURACY))
-        coordinates.setHorizontalAccuracy(static_cast<float>(*metres));
-    if (const auto metres = numberMember(members, vocabulary::VERTICAL_ACCURACY))
-        coordinates.setVerticalAccuracy(static_cast<float>(*metres));
+    if (const auto metres = read(members, vocabulary::HORIZONTAL_ACCURACY, accuracyOf))
+        coordinates.setHorizontalAccuracy(*metres);
+    if (const auto metres = read(members, vocabulary::VERTICAL_ACCURACY, accuracyOf))
+        coordinates.setVerticalAccuracy(*metres);
     Location location;
     if (coordinates.isValid())
         location.setCoordinates(coordinates);
     location.setAddress(readAddress(members));
     location.setBoundingBox(readBox(box));
     location.setVirtualData(textMember(members, vocabulary::VIRTUAL_DATA));
-    if (const auto type = integerMember<int>(members, vocabulary::VIRTUAL_DATA_TYPE))
+    if (const auto type = read(members, vocabulary::VIRTUAL_DATA_TYPE, integerOf<int>))
         location.setVirtualDataType(static_cast<VirtualLocationType::Type>(*type));
     return location;
 }
@@ -191,11 +221,9 @@ bool locates(const Location &location)
 QString addLocations(const Location &shown, const Value &properties, Place &place)
 {
     QList<Location> locations;
-    if (const Value *others = memberOf(properties, vocabulary::OTHER_LOCATIONS); others && others->IsArray()) {
-        for (const Value &other : others->GetArray())
-            locations.append(readLocation(other, memberOf(other, "coordinates"), memberOf(other, "bbox")));
-    }
-    const int index = integerMember<int>(properties, vocabulary::LOCATION_INDEX).value_or(0);
+    for (const Value *other : objectsMember(properties, vocabulary::OTHER_LOCATIONS))
+        locations.append(readLocation(*other, memberOf(*other, "coordinates"), memberOf(*other, "bbox")));
+    const int index = read(properties, vocabulary::LOCATION_INDEX, integerOf<int>).value_or(0);
     locations.insert(qBound(0, index, locations.size()), shown);
     for (const Location &location : qAsConst(locations)) {
         if (!locates(location))
@@ -209,18 +237,14 @@ QString addLocations(const Location &shown, const Value &properties, Place &plac
 
 void addRecords(const Value &properties, Place &place)
 {
-    const Value *records = memberOf(properties, vocabulary::RECORDS);
-    if (!records || !records->IsArray())
-        return;
-    for (const Value &record : records->GetArray()) {
-        AuxiliaryData data(textMember(record, "type"));
-        data.setExternalId(textMember(record, "externalId"));
-        if (const Value *values = memberOf(record, "properties"); values && values->IsObject()) {
+    for (const Value *record : objectsMember(properties, vocabulary::RECORDS)) {
+        AuxiliaryData data(textMember(*record, "type"));
+        data.setExternalId(textMember(*record, "externalId"));
+        if (const Value *values = memberOf(*record, "properties"); values && values->IsObject()) {
             for (const auto &value : values->GetObject())
-                data.addProperty(textOf(value.name), scalarText(value.value));
+                data.addProperty(textOf(value.name), scalarOf(value.value).value_or(QString()));
         }
-        if (!data.type().isEmpty())
-            place.addAuxiliaryData(data);
+        place.addAuxiliaryData(data);
     }
 }
 
@@ -249,41 +273,44 @@ void setContactDetails(const Value &properties, Place &place)
     if (!email.isEmpty() && email != place.primaryEmailAddress())
         changePointOfInterest(place, [&](auto &poi) { poi.setEmailAddress(email); });
     const QString url = textMember(properties, vocabulary::URL);
-    if (!url.isEmpty() && url != place.primaryUrl().toString(QUrl::FullyEncoded))
+    if (QUrl(url).isValid() && url != place.primaryUrl().toString(QUrl::FullyEncoded))
         changePointOfInterest(place, [&](auto &poi) { poi.setUrl(QUrl(url)); });
 }
 
 // ------------------------------------------------------------------------------------------------ foreign features
 
-/// True for a property that the vocabulary knows.
-bool isKnown(const QString &name)
+bool isOfKind(const Value &value, vocabulary::Kind kind)
 {
-    static const QSet<QString> known = [] {
-        QSet<QString> names;
-        for (const char *each : vocabulary::NAMES)
-            names.insert(QLatin1String(each));
-        for (const auto &part : vocabulary::ADDRESS_TEXTS)
-            names.insert(QLatin1String(part.name));
-        for (const auto &part : vocabulary::ADDRESS_LINES)
-            names.insert(QLatin1String(part.name));
-        return names;
-    }();
-    return known.contains(name);
-}
-
-/// True for a member of a feature that a place has members for.
-bool isOfGeoJson(const QString &name)
-{
-    return name == QLatin1String("type") || name == QLatin1String("geometry") || name == QLatin1String("properties")
-           || name == QLatin1String("bbox");
+    using vocabulary::Kind;
+    switch (kind) {
+    case Kind::Text:
+        return scalarOf(value).has_value();
+    case Kind::Url:
+        return scalarOf(value) == QString() || QUrl(scalarOf(value).value_or(QString())).isValid();
+    case Kind::Whole:
+        return integerOf<int>(value).has_value();
+    case Kind::Metres:
+        return accuracyOf(value).has_value();
+    case Kind::Time:
+        return integerOf<quint64>(value).has_value();
+    case Kind::Flag:
+        return flagOf(value).has_value();
+    case Kind::Texts:
+        return textsOf(value).has_value();
+    case Kind::Objects:
+        return isListOf(value, std::mem_fn(&Value::IsObject));
+    case Kind::Unread:
+        break;
+    }
+    return true;
 }
 
 /// Keeps members that a place has nothing for, as JSON texts, in a record of its own.
-void keepForeign(const Value &object, bool (*isOwn)(const QString &), const char *type, Place &place)
+void keepForeign(const Value &object, bool (*isForeign)(const QString &, const Value &), const char *type, Place &place)
 {
     AuxiliaryData data{QString::fromLatin1(type)};
     for (const auto &member : object.GetObject()) {
-        if (const QString name = textOf(member.name); !isOwn(name))
+        if (const QString name = textOf(member.name); isForeign(name, member.value))
             data.addProperty(name, jsonText(member.value));
     }
     if (!data.properties().isEmpty())
@@ -293,7 +320,7 @@ void keepForeign(const Value &object, bool (*isOwn)(const QString &), const char
 /// Makes of other makers' properties what they mean here. A feature with a list of tags speaks for itself.
 void interpret(const Value &feature, const Value &properties, Place &place, Location &location)
 {
-    if (memberOf(properties, vocabulary::TAGS))
+    if (read(properties, vocabulary::TAGS, textsOf))
         return;
     const QString kind = textMember(properties, "kind");
     const QString id = textMember(feature, "id");
@@ -330,7 +357,64 @@ bool findPosition(const Value &feature, const Value *&position)
     return readPosition(position).isValid();
 }
 
+/// True when a part of a feature that becomes a list has more than MAX_LIST_LENGTH members.
+bool isTooLong(const Value &feature, const Value &properties)
+{
+    constexpr SizeType MOST = MAX_LIST_LENGTH;
+    if (feature.MemberCount() > MOST || properties.MemberCount() > MOST)
+        return true;
+    for (const auto &property : properties.GetObject()) {
+        if (property.value.IsArray() && property.value.Size() > MOST
+            && !isForeignProperty(textOf(property.name), property.value))
+            return true;
+    }
+    for (const Value *record : objectsMember(properties, vocabulary::RECORDS)) {
+        if (const Value *values = memberOf(*record, "properties");
+            values && values->IsObject() && values->MemberCount() > MOST)
+            return true;
+    }
+    return false;
+}
+
+void addTexts(const Value &properties, Place &place)
+{
+    place.setName(textMember(properties, vocabulary::NAME));
+    place.setDescription(textMember(properties, vocabulary::DESCRIPTION));
+    place.setSource(textMember(properties, vocabulary::SOURCE));
+    for (const QString &tag : read(properties, vocabulary::TAGS, textsOf).value_or(QStringList()))
+        place.addTag(tag);
+    if (read(properties, vocabulary::FAVORITE, flagOf).value_or(false))
+        place.addTag(Tags::Favorite);
+    // Some tags bring an alias along; the list of aliases, if there is one, knows better.
+    const std::optional<QStringList> aliases = read(properties, vocabulary::ALIASES, textsOf);
+    if (!aliases)
+        return;
+    for (const QString &alias : place.aliases())
+        place.removeAlias(alias);
+    for (const QString &alias : *aliases)
+        place.addAlias(alias);
+}
+
 } // namespace
+
+std::optional<float> toAccuracy(double metres)
+{
+    const bool isAccuracy = metres >= 0 && metres <= static_cast<double>(std::numeric_limits<float>::max());
+    return isAccuracy ? std::optional(static_cast<float>(metres)) : std::nullopt;
+}
+
+bool isForeignProperty(const QString &name, const Value &value)
+{
+    const auto known = vocabulary::kinds().find(name);
+    return known == vocabulary::kinds().end() || (!value.IsNull() && !isOfKind(value, *known));
+}
+
+bool isForeignMember(const QString &name, const Value &value)
+{
+    if (name == QLatin1String("bbox"))
+        return !value.IsNull() && !readBox(&value).isValid();
+    return name != QLatin1String("type") && name != QLatin1String("geometry") && name != QLatin1String("properties");
+}
 
 QString readFeature(const Value &feature, Place &place)
 {
@@ -339,37 +423,25 @@ QString readFeature(const Value &feature, Place &place)
     static const Value NO_PROPERTIES(rapidjson::kObjectType);
     const Value *given = memberOf(feature, "properties");
     const Value &properties = given && given->IsObject() ? *given : NO_PROPERTIES;
+    if (isTooLong(feature, properties))
+        return QStringLiteral("a list of more than %1 members").arg(MAX_LIST_LENGTH);
     const Value *position = nullptr;
     if (!findPosition(feature, position))
         return QStringLiteral("no point on the Earth");
     Location location = readLocation(properties, position, memberOf(feature, "bbox"));
     if (!locates(location))
         return QStringLiteral("no point on the Earth");
-    const Value *name = memberOf(properties, vocabulary::NAME);
-    if (!name || !name->IsString() || name->GetStringLength() == 0)
+    if (textMember(properties, vocabulary::NAME).isEmpty())
         return QStringLiteral("no name");
 
-    place.setName(textOf(*name));
-    place.setDescription(textMember(properties, vocabulary::DESCRIPTION));
-    place.setSource(textMember(properties, vocabulary::SOURCE));
-    place.setPrivate(boolMember(properties, vocabulary::PRIVATE));
-    place.setExpiredTime(integerMember<quint64>(properties, vocabulary::EXPIRY_TIME).value_or(0));
-    for (const QString &tag : textsMember(properties, vocabulary::TAGS))
-        place.addTag(tag);
-    if (boolMember(properties, vocabulary::FAVORITE))
-        place.addTag(Tags::Favorite);
-    // Some tags bring an alias along; the list of aliases, if there is one, knows better.
-    if (memberOf(properties, vocabulary::ALIASES)) {
-        for (const QString &alias : place.aliases())
-            place.removeAlias(alias);
-    }
-    for (const QString &alias : textsMember(properties, vocabulary::ALIASES))
-        place.addAlias(alias);
+    addTexts(properties, place);
+    place.setPrivate(read(properties, vocabulary::PRIVATE, flagOf).value_or(false));
+    place.setExpiredTime(read(properties, vocabulary::EXPIRY_TIME, integerOf<quint64>).value_or(0));
     addRecords(properties, place);
     interpret(feature, properties, place, location);
     setContactDetails(properties, place);
-    keepForeign(properties, isKnown, vocabulary::FOREIGN_PROPERTIES, place);
-    keepForeign(feature, isOfGeoJson, vocabulary::FOREIGN_MEMBERS, place);
+    keepForeign(properties, isForeignProperty, vocabulary::FOREIGN_PROPERTIES, place);
+    keepForeign(feature, isForeignMember, vocabulary::FOREIGN_MEMBERS, place);
     return addLocations(location, properties, place);
 }
 
@@ -405,18 +477,19 @@ void TextFeature::setPosition(const QString &longitude, const QString &latitude,
 
 void TextFeature::set(const QString &name, const QString &value)
 {
-    if (!value.isEmpty())
-        add(name, toValue(value));
-}
-
-void TextFeature::set(const QString &name, const QStringList &values)
-{
-    if (values.isEmpty())
+    if (value.isEmpty() || m_names.contains(name))
         return;
-    Value list(rapidjson::kArrayType);
-    for (const QString &value : values)
-        list.PushBack(toValue(value), m_feature.GetAllocator());
-    add(name, std::move(list));
+    m_names.insert(name);
+    auto &allocator = m_feature.GetAllocator();
+    Value property = toValue(value);
+    if (vocabulary::kinds().value(name) == vocabulary::Kind::Texts) {
+        property.SetArray();
+        for (const QString &element : value.split(QLatin1Char(';'))) {
+            if (const QString text = element.trimmed(); !text.isEmpty())
+                property.PushBack(toValue(text), allocator);
+        }
+    }
+    m_feature["properties"].AddMember(toValue(name), property, allocator);
 }
 
 QString TextFeature::read(Place &place) const
@@ -428,11 +501,6 @@ Value TextFeature::toValue(const QString &text)
 {
     const QByteArray bytes = text.toUtf8();
     return Value(bytes.constData(), static_cast<SizeType>(bytes.size()), m_feature.GetAllocator());
-}
-
-void TextFeature::add(const QString &name, Value value)
-{
-    m_feature["properties"].AddMember(toValue(name), value, m_feature.GetAllocator());
 }
 
 } // namespace geojson

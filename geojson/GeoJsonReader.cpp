@@ -121,7 +121,8 @@ public:
     {
         return value([d](auto &out) { return out.Double(d); });
     }
-    /// Numbers come as they are written: one beyond the limits spoils its feature, not the file.
+    /// Numbers come as they are written. One that no double holds spoils its feature; one that the parser finds too
+    /// large by its digits or exponent alone, the file.
     bool RawNumber(const char *text, SizeType length, bool)
     {
         return value([=](auto &out) { return out.RawValue(text, length, rapidjson::kNumberType); });
@@ -240,7 +241,7 @@ public:
         : m_take(take)
     {}
 
-    /// True when a text stood alone and was no feature.
+    /// True when the first text of the file was something else altogether.
     [[nodiscard]] bool isNoGeoJson() const { return m_noGeoJson; }
 
     bool take(const char *text, const char *problem, bool isMember)
@@ -248,12 +249,12 @@ public:
         ExactDocument feature;
         Place place;
         QString why = QLatin1String(problem);
-        if (!problem)
-            why = feature.read(text).IsError() ? QStringLiteral("a number is too large") : readFeature(feature, place);
-        if (!isMember && !isFeature(feature)) {
-            m_noGeoJson = true;
+        const bool isWhole = !problem && !feature.read(text).IsError();
+        m_noGeoJson = m_count == 0 && !isMember && isWhole && !isFeature(feature);
+        if (m_noGeoJson)
             return false;
-        }
+        if (!problem)
+            why = isWhole ? readFeature(feature, place) : QStringLiteral("a number is too large");
         const QString where = QStringLiteral("feature %1").arg(++m_count);
         return m_take({where, why.isEmpty() ? &place : nullptr, why});
     }
@@ -284,6 +285,8 @@ QString readGeoJson(Input &input, const TakePlace &take)
     FeatureTaker taker(take);
     rapidjson::Reader parser;
     do {
+        rapidjson::SkipWhitespace(stream);
+        const std::size_t start = stream.Tell();
         FeatureSplitter splitter(stream, [&taker](const char *text, const char *problem, bool isMember) {
             return taker.take(text, problem, isMember);
         });
@@ -291,7 +294,7 @@ QString readGeoJson(Input &input, const TakePlace &take)
         if (splitter.isTooDeep())
             return problemAt("nested too deep", result.Offset());
         if (taker.isNoGeoJson())
-            return QStringLiteral("neither a GeoJSON FeatureCollection nor a Feature");
+            return problemAt("neither a GeoJSON FeatureCollection nor a Feature", start);
         if (result.Code() == rapidjson::kParseErrorTermination)
             return {};
         if (!input.problem().isEmpty())

@@ -3,6 +3,8 @@
 
 #include <places/Address.h>
 
+#include <QtCore/QHash>
+
 /// The names under which the parts of a place stand in the `properties` of a GeoJSON feature: one home for the reader
 /// and the writer. docs/formats.md says what each one means.
 namespace geojson::vocabulary
@@ -74,37 +76,68 @@ constexpr char LAST_USED_TIME[] = "lastUsedTime";
 constexpr char CREATION_TIME[] = "creationTime";
 constexpr char UPDATE_TIME[] = "updateTime";
 
-/// Every name but those of the address.
-constexpr const char *NAMES[] = {
-    FLOOR,
-    HORIZONTAL_ACCURACY,
-    VERTICAL_ACCURACY,
-    VIRTUAL_DATA,
-    VIRTUAL_DATA_TYPE,
-    NAME,
-    DESCRIPTION,
-    PHONE,
-    EMAIL,
-    URL,
-    FAVORITE,
-    SOURCE,
-    PRIVATE,
-    EXPIRY_TIME,
-    TAGS,
-    ALIASES,
-    LOCATION_INDEX,
-    OTHER_LOCATIONS,
-    RECORDS,
-    OWNER,
-    USAGE_COUNT,
-    LAST_USED_TIME,
-    CREATION_TIME,
-    UPDATE_TIME,
+/// What a property has to be to count. Numbers and texts stand for each other.
+enum class Kind
+{
+    Text,
+    Url,
+    Whole,  ///< A number that an int holds.
+    Metres, ///< An accuracy.
+    Time,   ///< Seconds since 1970-01-01T00:00:00 UTC.
+    Flag,   ///< true or false.
+    Texts,  ///< A list of texts.
+    Objects,
+    Unread, ///< Written only, and passed over whatever it is.
 };
+
+/// Every property that is known, with those of the address.
+inline const QHash<QString, Kind> &kinds()
+{
+    static const QHash<QString, Kind> KINDS = [] {
+        QHash<QString, Kind> kinds{
+            {QLatin1String(FLOOR), Kind::Whole},
+            {QLatin1String(HORIZONTAL_ACCURACY), Kind::Metres},
+            {QLatin1String(VERTICAL_ACCURACY), Kind::Metres},
+            {QLatin1String(VIRTUAL_DATA), Kind::Text},
+            {QLatin1String(VIRTUAL_DATA_TYPE), Kind::Whole},
+            {QLatin1String(NAME), Kind::Text},
+            {QLatin1String(DESCRIPTION), Kind::Text},
+            {QLatin1String(PHONE), Kind::Text},
+            {QLatin1String(EMAIL), Kind::Text},
+            {QLatin1String(URL), Kind::Url},
+            {QLatin1String(FAVORITE), Kind::Flag},
+            {QLatin1String(SOURCE), Kind::Text},
+            {QLatin1String(PRIVATE), Kind::Flag},
+            {QLatin1String(EXPIRY_TIME), Kind::Time},
+            {QLatin1String(TAGS), Kind::Texts},
+            {QLatin1String(ALIASES), Kind::Texts},
+            {QLatin1String(LOCATION_INDEX), Kind::Whole},
+            {QLatin1String(OTHER_LOCATIONS), Kind::Objects},
+            {QLatin1String(RECORDS), Kind::Objects},
+            {QLatin1String(OWNER), Kind::Unread},
+            {QLatin1String(USAGE_COUNT), Kind::Unread},
+            {QLatin1String(LAST_USED_TIME), Kind::Unread},
+            {QLatin1String(CREATION_TIME), Kind::Unread},
+            {QLatin1String(UPDATE_TIME), Kind::Unread},
+        };
+        for (const auto &part : ADDRESS_TEXTS)
+            kinds.insert(QLatin1String(part.name), Kind::Text);
+        for (const auto &part : ADDRESS_LINES)
+            kinds.insert(QLatin1String(part.name), Kind::Texts);
+        return kinds;
+    }();
+    return KINDS;
+}
 
 /// Types of the auxiliary records that keep what a place has no member for, each member's JSON text under its name: the
 /// foreign properties of a feature, and the other members of the feature itself, its id among them.
 constexpr char FOREIGN_PROPERTIES[] = "geojson.properties";
 constexpr char FOREIGN_MEMBERS[] = "geojson.feature";
+
+/// True for these types.
+inline bool isForeign(const QString &type)
+{
+    return type == QLatin1String(FOREIGN_PROPERTIES) || type == QLatin1String(FOREIGN_MEMBERS);
+}
 
 } // namespace geojson::vocabulary

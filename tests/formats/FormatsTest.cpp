@@ -50,7 +50,8 @@ double degrees(Kind kind, double value)
 Location location(Kind kind, double latitude)
 {
     Address address;
-    address.setLabel(text(kind, "label"));
+    // A map link says only once what the name and the label have in common.
+    address.setLabel(text(kind, kind == Kind::Easy ? "label" : "name"));
     address.setHouseNumber(text(kind, "house"));
     address.setStreet(text(kind, "street"));
     address.setCity(text(kind, "city"));

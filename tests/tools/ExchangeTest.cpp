@@ -55,6 +55,11 @@ QJsonArray features(const QByteArray &text)
     return QJsonDocument::fromJson(text)[QLatin1String("features")].toArray();
 }
 
+QJsonObject propertiesOf(const QJsonObject &object)
+{
+    return object[QLatin1String("properties")].toObject();
+}
+
 /// Imports bytes as a file of this extension.
 Outcome import(const Placesd &service, const char *extension, const QByteArray &bytes)
 {
@@ -83,6 +88,15 @@ TEST(ExchangeTest, WhatIsExportedImportedAndExportedAgainIsTheSame)
     const QByteArray strange =
         R"(,"nested":{"a":[1,{"b":null}]},"big":9007199254740993,"zero":0e55,"text":"\ud83c\udff0 \u05e9 %&+#\n")";
     const QByteArray members = R"("id":17,"vendor":{"x":[1.5]},"bbox":[7,46,8,47],)";
+    const QByteArray misfit =
+        R"(,"tags":{"a":1},"floor":"top","favorite":"maybe","url":["u","v"],"horizontalAccuracy":-1,"verticalAccuracy":1e39,)"
+        R"("source":{"s":1},"records":"none","aliases":[{"b":2}])";
+    // Records that would write over the members of their feature, or be nested too deep to be read.
+    const QByteArray hostile =
+        R"(,"records":[{"type":"geojson.feature","properties":{"geometry":"null","type":"\"Topology\"","bbox":"[1,2,3,4]"}},)"
+        R"({"type":"geojson.properties","properties":{"name":"\"other\"","floor":"3","deep":")"
+        + times(80, "[") + times(80, "]")
+        + R"("}},{"type":"geojson.properties","properties":{"x":"1"}},{"externalId":"e"}])";
     const QByteArray places_ =
         sampleData("airports.geojson") + sampleData("cities.geojson") + feature(strange, members) + ","
         + feature(
@@ -93,12 +107,13 @@ TEST(ExchangeTest, WhatIsExportedImportedAndExportedAgainIsTheSame)
             R"("verticalAccuracy":3.5,"locationIndex":1,"otherLocations":[{"virtualData":"v","virtualDataType":2},)"
             R"({"coordinates":[1,2],"bbox":[0,1,2,3],"street":"t"}],"records":[{"type":"poi","externalId":"x",)"
             R"("properties":{"phoneNumber":"1","url":"http://a.example/%C3%A9%20"}},{"type":"own","properties":{"":"e"}}])")
-        + "," + QByteArray(R"({"type":"Feature","geometry":null,"properties":{"name":"no position","city":"Bern"}})");
+        + "," + QByteArray(R"({"type":"Feature","geometry":null,"properties":{"name":"no position","city":"Bern"}})")
+        + "," + feature(misfit) + "," + feature(hostile + ",\"x\":2");
 
     QByteArray first;
     {
         const Placesd service;
-        EXPECT_EQ(import(service, "geojson", collection(places_)).out, "83 imported, 0 skipped, 0 failed\n");
+        EXPECT_EQ(import(service, "geojson", collection(places_)).out, "85 imported, 0 skipped, 0 failed\n");
         first = exported();
     }
     const QJsonObject kept = features(first)[80].toObject();
@@ -106,16 +121,18 @@ TEST(ExchangeTest, WhatIsExportedImportedAndExportedAgainIsTheSame)
     for (const char *member : {"id", "vendor", "bbox", "geometry"})
         EXPECT_EQ(kept[QLatin1String(member)], given[QLatin1String(member)]) << member;
     for (const char *name : {"nested", "text"})
-        EXPECT_EQ(kept[QLatin1String("properties")][QLatin1String(name)],
-                  given[QLatin1String("properties")][QLatin1String(name)])
-            << name;
+        EXPECT_EQ(propertiesOf(kept)[QLatin1String(name)], propertiesOf(given)[QLatin1String(name)]) << name;
+    const QJsonObject misfits = propertiesOf(QJsonDocument::fromJson(feature(misfit)).object());
+    for (auto each = misfits.begin(); each != misfits.end(); ++each)
+        EXPECT_EQ(propertiesOf(features(first)[83].toObject())[each.key()], *each) << each.key().toStdString();
+    EXPECT_EQ(propertiesOf(features(first)[84].toObject())[QLatin1String("records")].toArray().size(), 1);
     EXPECT_TRUE(first.contains("\"big\":9007199254740993"));
     EXPECT_EQ(features(first)[0].toObject()[QLatin1String("id")], QLatin1String("ourairports:12243"));
 
     const Placesd service;
-    EXPECT_EQ(import(service, "geojson", first).out, "83 imported, 0 skipped, 0 failed\n");
+    EXPECT_EQ(import(service, "geojson", first).out, "85 imported, 0 skipped, 0 failed\n");
     EXPECT_EQ(withoutTimes(exported()), withoutTimes(first));
-    const QJsonObject full = features(first)[81].toObject()[QLatin1String("properties")].toObject();
+    const QJsonObject full = propertiesOf(features(first)[81].toObject());
     EXPECT_EQ(full[QLatin1String("otherLocations")].toArray().size(), 2);
     EXPECT_EQ(full[QLatin1String("tags")].toArray(),
               (QJsonArray{QLatin1String("lbs-my-home"), QLatin1String("b"), QLatin1String("a")}));
@@ -147,6 +164,10 @@ TEST(ExchangeTest, EveryFormatBecomesPlaces)
            <ExtendedData><Data name="city"><value>Bern</value></Data><SchemaData><SimpleData name="odd">é</SimpleData></SchemaData></ExtendedData>
            <Point><altitudeMode>absolute</altitudeMode><coordinates> 2,1.5,7 </coordinates></Point></Placemark></Folder></Document></kml>)",
          "[2.0,1.5,7.0]", R"("description":"<b>d</b>"|"label":"Quai 1"|"phone":"1"|"city":"Bern"|"odd":"é")"},
+        {"geojsonl", R"({"type":"Feature","geometry":{"type":"Point","coordinates":[2,1]},"properties":{"name":42}})",
+         "[2.0,1.0]", R"("name":"42")"},
+        {"tsv", "name\tlat\tlon\tfavorite\tcompactAddressLines\tname\nA\t1\t2\tTRUE\tx; y\tB\n", "[2.0,1.0]",
+         R"("name":"A"|"favorite":true|"compactAddressLines":["x","y"])"},
         {"csv", "\xEF\xBB\xBFName;LAT;lng;tags;CountryCode;floor;odd\r\n\"A;\"\"B\"\"\nC\";1.5;2;x; y;CH;3;\"\"\r\n",
          "", ""},
         {"csv", "\xEF\xBB\xBFName;LAT;lng;tags;CountryCode;floor;odd\r\n\"A;\"\"B\"\"\nC\";1.5;2;\"x; y\";CH;3;+\r\n",
@@ -175,6 +196,7 @@ TEST(ExchangeTest, BadInputIsNamedAndNothingOfItIsStored)
     const QByteArray document =
         R"({"complete":true,"name":"A","location":{"coordinates":{"latitude":1,"longitude":2}}})";
     const int large = 5 * 1024 * 1024;
+    const QByteArray deep = feature(",\"x\":" + times(100, "[") + times(100, "]"));
     const struct
     {
         const char *extension;
@@ -184,12 +206,22 @@ TEST(ExchangeTest, BadInputIsNamedAndNothingOfItIsStored)
     } cases[] = {
         {"geojson", collection(good + "," + good).chopped(40), 1, "not JSON at byte"},
         {"geojson", "", 0, "not JSON at byte 0"},
-        {"geojson", "[1,2]", 0, "neither a GeoJSON FeatureCollection nor a Feature"},
+        {"geojson", " [1,2]", 0, "neither a GeoJSON FeatureCollection nor a Feature at byte 1"},
+        {"geojson", deep, 0, "feature 1: nested too deep"},
+        {"geojson", feature(",\"x\":\"" + times(large / 2, "x") + "\",\"y\":\"" + times(large / 2, "y") + '"'), 0,
+         "feature 1: too large"},
+        {"geojson", good + "\n" + deep + "\n{\"x\":1}\n" + good, 2, "feature 3: not a feature"},
+        {"geojson", feature(",\"tags\":[" + times(1000, "\"t\",") + "\"t\"]"), 0, "a list of more than 1000 members"},
+        {"geojson", feature(",\"records\":[{\"properties\":{" + times(1000, "\"p\":1,") + "\"p\":1}}]"), 0,
+         "a list of more than 1000 members"},
         {"geojson", "<gpx/>", 0, "not JSON at byte 0"},
         {"geojson", collection(good + "," + times(1000, "[") + times(1000, "]") + "," + good), 2,
          "feature 2: nested too deep"},
         {"geojson", collection(good + "," + times(20000, "[")), 1, "nested too deep at byte"},
-        {"geojson", collection(good + "," + QByteArray(good).replace("7.4", "1e999")), 1, "Number too big"},
+        {"geojson", collection(good + "," + QByteArray(good).replace("7.4", "1e999") + "," + good), 1,
+         "Number too big"},
+        {"geojson", collection(good + "," + QByteArray(good).replace("7.4", "1.8e308") + "," + good), 2,
+         "feature 2: a number is too large"},
         {"geojson", collection(good + "," + QByteArray(good).replace("7.4", "187.4") + "," + good), 2,
          "feature 2: no point on the Earth"},
         {"geojson", QByteArray(good).replace("Bern", "\xFF"), 0, "not JSON at byte"},
@@ -216,6 +248,7 @@ TEST(ExchangeTest, BadInputIsNamedAndNothingOfItIsStored)
         {"kml", "<gpx/>", 0, "another kind of document"},
         {"kml", "<kml><Placemark><name>A</name><LineString/></Placemark></kml>", 0, "placemark 1, line 1: no point"},
         {"csv", "name,lat,lon\nA,1,2\nA,1\nA,north,2\n\xFF,1,2\nA,1,2\n", 2, "row 4: no point on the Earth"},
+        {"csv", "name,lat,lon\nA" + QByteArray(1, '\0') + ",1,2\nA,1,2\n", 1, "row 2: a null character in name"},
         {"csv", "name,lat,lon\n\"A,1,2\n", 0, "not CSV in row 2: a quotation mark"},
         {"csv", "name,lat,lon\n\"" + times(large, "x") + "\",1,2\n", 0, "a field is too large"},
         {"csv", "title of nothing\nA\n", 0, "no column is called name"},

@@ -50,36 +50,16 @@ QString columnName(const QString &heading)
         {"alt", "altitude"},      {"ele", "altitude"},        {"elevation", "altitude"}, {"title", vocabulary::NAME},
         {"latitude", "latitude"}, {"longitude", "longitude"}, {"altitude", "altitude"},
     };
-    const auto is = [&heading](const char *name) {
-        return heading.compare(QLatin1String(name), Qt::CaseInsensitive) == 0;
-    };
     for (const auto &other : OTHER_NAMES) {
-        if (is(other.heading))
+        if (heading.compare(QLatin1String(other.heading), Qt::CaseInsensitive) == 0)
             return QLatin1String(other.name);
     }
-    for (const auto &part : vocabulary::ADDRESS_TEXTS) {
-        if (is(part.name))
-            return QLatin1String(part.name);
-    }
-    for (const char *name : vocabulary::NAMES) {
-        if (is(name))
-            return QLatin1String(name);
+    const QHash<QString, vocabulary::Kind> &known = vocabulary::kinds();
+    for (auto each = known.begin(); each != known.end(); ++each) {
+        if (heading.compare(each.key(), Qt::CaseInsensitive) == 0)
+            return each.key();
     }
     return heading;
-}
-
-bool isList(const QString &column)
-{
-    return column == QLatin1String(vocabulary::TAGS) || column == QLatin1String(vocabulary::ALIASES);
-}
-
-QStringList splitList(const QString &text)
-{
-    QStringList elements;
-    for (const QString &element : text.split(QLatin1Char(';')))
-        elements.append(element.trimmed());
-    elements.removeAll(QString());
-    return elements;
 }
 
 /// Takes the rows as the parser finds them.
@@ -190,11 +170,11 @@ private:
             QString value;
             if (!decodeUtf8(m_fields[i], value))
                 return QStringLiteral("%1 is not UTF-8").arg(column);
+            if (value.contains(QChar::Null))
+                return QStringLiteral("a null character in %1").arg(column);
             if (column == QLatin1String("latitude") || column == QLatin1String("longitude")
                 || column == QLatin1String("altitude"))
                 position[column] = value;
-            else if (isList(column))
-                feature.set(column, splitList(value));
             else
                 feature.set(column, value);
         }

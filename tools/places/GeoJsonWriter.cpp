@@ -3,15 +3,21 @@
 #include "GeoJsonWriter.h"
 
 #include "ExactJson.h"
+#include "Feature.h"
 #include "Vocabulary.h"
 
 #include <places/Place.h>
 #include <places/PlaceHeader.h>
 
+#include <QtCore/QMap>
+#include <QtCore/QSet>
+
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace tool
 {
@@ -22,16 +28,21 @@ using namespace vela::platform::places;
 namespace
 {
 
-/// Writes members that have a value and leaves out those that do not.
+/// Members that a place has nothing for, as JSON texts.
+using Foreign = QMap<QString, QByteArray>;
+
+/// Writes members that have a value and leaves out those that do not. No object gets a name twice.
 class Writer
 {
 public:
     template <typename Body>
     void object(Body body)
     {
+        const QSet<QString> outer = std::exchange(m_names, {});
         m_writer.StartObject();
         body();
         m_writer.EndObject();
+        m_names = outer;
     }
     template <typename Body>
     void array(Body body)
@@ -40,7 +51,7 @@ public:
         body();
         m_writer.EndArray();
     }
-    void key(const char *name) { m_writer.Key(name); }
+    void key(const char *name) { key(QString::fromLatin1(name)); }
     void text(const QString &text)
     {
         const QByteArray bytes = text.toUtf8();
@@ -51,6 +62,7 @@ public:
 
     void key(const QString &name)
     {
+        m_names.insert(name);
         const QByteArray bytes = name.toUtf8();
         m_writer.Key(bytes.constData(), static_cast<rapidjson::SizeType>(bytes.size()));
     }
@@ -69,6 +81,8 @@ public:
     }
     void member(const char *name, bool value)
     {
+        if (!value && m_left.contains(QLatin1String(name)))
+            return;
         key(name);
         m_writer.Bool(value);
     }
@@ -85,10 +99,17 @@ public:
             list(name, values);
     }
     /// A list that is written even when it is empty.
+    template <typename Values, typename Write>
+    void list(const char *name, const Values &values, Write write)
+    {
+        if (values.isEmpty() && m_left.contains(QLatin1String(name)))
+            return;
+        key(name);
+        array([&] { std::for_each(values.begin(), values.end(), write); });
+    }
     void list(const char *name, const QStringList &values)
     {
-        key(name);
-        list(values);
+        list(name, values, [this](const QString &value) { text(value); });
     }
     void list(const QStringList &values)
     {
@@ -97,22 +118,24 @@ public:
                 text(value);
         });
     }
-    /// A value that is JSON text already; a text that is none is written as a text.
-    void json(const QString &value)
+    void foreign(const Foreign &members)
     {
-        const QByteArray bytes = value.toUtf8();
-        rapidjson::StringBuffer checked;
-        ExactNumbers<rapidjson::Writer<rapidjson::StringBuffer>> writer(checked);
-        if (!writer.parse(bytes.constData()).IsError())
-            m_writer.RawValue(checked.GetString(), checked.GetSize(), rapidjson::kObjectType);
-        else
-            text(value);
+        for (auto member = members.begin(); member != members.end(); ++member) {
+            if (m_names.contains(member.key()))
+                continue;
+            key(member.key());
+            m_writer.RawValue(member->constData(), static_cast<std::size_t>(member->size()), rapidjson::kObjectType);
+        }
     }
+    /// Leaves out lists without members, and what is false, where these members have the name.
+    void leaveEmptyOnesTo(const Foreign &members) { m_left = members; }
     QByteArray result() const { return QByteArray(m_text.GetString(), static_cast<int>(m_text.GetSize())); }
 
 private:
     rapidjson::StringBuffer m_text;
     rapidjson::Writer<rapidjson::StringBuffer> m_writer{m_text};
+    QSet<QString> m_names; ///< Those that the object has.
+    Foreign m_left;
 };
 
 // ------------------------------------------------------------------------------------------------------- locations
@@ -218,49 +241,81 @@ void writeOtherLocations(Writer &out, const Place &place, int shown)
 
 // --------------------------------------------------------------------------------------------------------- records
 
-bool isForeign(const AuxiliaryData &data)
+void writeRecord(Writer &out, const AuxiliaryData &data)
 {
-    return data.type() == QLatin1String(vocabulary::FOREIGN_PROPERTIES)
-           || data.type() == QLatin1String(vocabulary::FOREIGN_MEMBERS);
+    const QMap<QString, QString> properties = data.properties();
+    out.object([&] {
+        out.member("type", data.type());
+        out.member("externalId", data.externalId());
+        out.key("properties");
+        out.object([&] {
+            for (auto property = properties.begin(); property != properties.end(); ++property) {
+                out.key(property.key());
+                out.text(property.value());
+            }
+        });
+    });
 }
 
 void writeRecords(Writer &out, const Place &place)
 {
-    out.key(vocabulary::RECORDS);
-    out.array([&] {
-        for (int i = 0; i < place.auxiliaryDataCount(); ++i) {
-            const AuxiliaryData data = place.auxiliaryData(i);
-            if (isForeign(data))
-                continue;
-            const QMap<QString, QString> properties = data.properties();
-            out.object([&] {
-                out.member("type", data.type());
-                out.member("externalId", data.externalId());
-                out.key("properties");
-                out.object([&] {
-                    for (auto property = properties.begin(); property != properties.end(); ++property) {
-                        out.key(property.key());
-                        out.text(property.value());
-                    }
-                });
-            });
-        }
-    });
+    QList<AuxiliaryData> records;
+    for (int i = 0; i < place.auxiliaryDataCount(); ++i) {
+        if (const AuxiliaryData data = place.auxiliaryData(i); !vocabulary::isForeign(data.type()))
+            records.append(data);
+    }
+    out.list(vocabulary::RECORDS, records, [&out](const AuxiliaryData &data) { writeRecord(out, data); });
 }
 
-/// What an import could not take in and kept, back where it was.
-void writeForeign(Writer &out, const Place &place, const char *type)
+/// Deepest nesting of a foreign member, which stands in the properties of a feature.
+constexpr int MAX_FOREIGN_DEPTH = MAX_DEPTH - 2;
+
+/// Writes what is not nested deeper than a reader takes.
+class ShallowWriter : public rapidjson::Writer<rapidjson::StringBuffer>
 {
+public:
+    using Writer::Writer;
+
+    bool StartObject() { return ++m_depth <= MAX_FOREIGN_DEPTH && Writer::StartObject(); }
+    bool StartArray() { return ++m_depth <= MAX_FOREIGN_DEPTH && Writer::StartArray(); }
+    bool EndObject(rapidjson::SizeType count) { return m_depth-- > 0 && Writer::EndObject(count); }
+    bool EndArray(rapidjson::SizeType count) { return m_depth-- > 0 && Writer::EndArray(count); }
+
+private:
+    int m_depth = 0;
+};
+
+/// A text that is JSON, or else the JSON of the text.
+QByteArray toJsonText(const QString &value)
+{
+    const QByteArray bytes = value.toUtf8();
+    rapidjson::StringBuffer text;
+    if (ExactNumbers<ShallowWriter> writer(text); writer.parse(bytes.constData()).IsError()) {
+        text.Clear();
+        rapidjson::Writer<rapidjson::StringBuffer>(text).String(bytes.constData(),
+                                                                static_cast<rapidjson::SizeType>(bytes.size()));
+    }
+    return QByteArray(text.GetString(), static_cast<int>(text.GetSize()));
+}
+
+/// What an import could not take in and kept, to stand again where it was. A record may hold anything: what a reader
+/// would take for the place's own is left out.
+Foreign foreignOf(const Place &place, const char *type, bool (*isForeign)(const QString &, const rapidjson::Value &))
+{
+    Foreign foreign;
     for (int i = 0; i < place.auxiliaryDataCount(); ++i) {
         const AuxiliaryData data = place.auxiliaryData(i);
         if (data.type() != QLatin1String(type))
             continue;
         const QMap<QString, QString> members = data.properties();
         for (auto member = members.begin(); member != members.end(); ++member) {
-            out.key(member.key());
-            out.json(member.value());
+            const QByteArray text = toJsonText(*member);
+            ExactDocument value;
+            if (!value.read(text.constData()).IsError() && isForeign(member.key(), value))
+                foreign.insert(member.key(), text);
         }
     }
+    return foreign;
 }
 
 // -------------------------------------------------------------------------------------------------------- features
@@ -292,6 +347,8 @@ QStringList tagsOf(const Place &place)
 
 void writeProperties(Writer &out, const Place &place, int shown)
 {
+    const Foreign foreign = foreignOf(place, vocabulary::FOREIGN_PROPERTIES, isForeignProperty);
+    out.leaveEmptyOnesTo(foreign);
     writeNames(out, place);
     if (place.locationCount() > 0)
         writeLocation(out, place.location(shown));
@@ -307,7 +364,7 @@ void writeProperties(Writer &out, const Place &place, int shown)
     out.member(vocabulary::UPDATE_TIME, static_cast<qint64>(place.updateTime()));
     writeOtherLocations(out, place, shown);
     writeRecords(out, place);
-    writeForeign(out, place, vocabulary::FOREIGN_PROPERTIES);
+    out.foreign(foreign);
 }
 
 template <typename Members>
@@ -317,9 +374,9 @@ QByteArray feature(const Place &place, Members members)
     const int shown = shownLocation(place);
     out.object([&] {
         out.member("type", QStringLiteral("Feature"));
-        members(out);
         if (place.locationCount() > 0)
             writeBox(out, place.location(shown).boundingBox());
+        members(out);
         writeGeometry(out, place.primaryCoordinates());
         out.key("properties");
         out.object([&] { writeProperties(out, place, shown); });
@@ -339,7 +396,8 @@ QByteArray toGeoJson(const Place &place)
 
 QByteArray toGeoJsonFeature(const Place &place)
 {
-    return feature(place, [&](Writer &out) { writeForeign(out, place, vocabulary::FOREIGN_MEMBERS); });
+    return feature(place,
+                   [&](Writer &out) { out.foreign(foreignOf(place, vocabulary::FOREIGN_MEMBERS, isForeignMember)); });
 }
 
 QByteArray toGeoJson(const QList<PlaceHeader *> &places)
