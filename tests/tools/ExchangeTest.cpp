@@ -164,6 +164,13 @@ TEST(ExchangeTest, EveryFormatBecomesPlaces)
            <ExtendedData><Data name="city"><value>Bern</value></Data><SchemaData><SimpleData name="odd">é</SimpleData></SchemaData></ExtendedData>
            <Point><altitudeMode>absolute</altitudeMode><coordinates> 2,1.5,7 </coordinates></Point></Placemark></Folder></Document></kml>)",
          "[2.0,1.5,7.0]", R"("description":"<b>d</b>"|"label":"Quai 1"|"phone":"1"|"city":"Bern"|"odd":"é")"},
+        {"gpx", R"(<gpx xmlns="g" xmlns:o="o"><o:wpt lat="0" lon="0"><name>no</name></o:wpt>
+           <wpt o:lat="9" lat="1" lon="2"><o:name>ext</o:name><name>re<o:b>no</o:b>al</name></wpt></gpx>)",
+         "[2.0,1.0]", R"("name":"real")"},
+        {"kml", R"(<kml><Placemark><name>Own</name><ExtendedData><Data name="name"><value>Ext</value></Data>
+           <Data name="city"/><Data><value>no</value></Data><Data name="tags"><value>a; b</value></Data></ExtendedData>
+           <Point><coordinates>2,1,7</coordinates></Point></Placemark></kml>)",
+         "[2.0,1.0]", R"("name":"Own","favorite":false|"tags":["a","b"])"},
         {"geojsonl", R"({"type":"Feature","geometry":{"type":"Point","coordinates":[2,1]},"properties":{"name":42}})",
          "[2.0,1.0]", R"("name":"42")"},
         {"tsv", "name\tlat\tlon\tfavorite\tcompactAddressLines\tname\nA\t1\t2\tTRUE\tx; y\tB\n", "[2.0,1.0]",

@@ -20,8 +20,8 @@ using namespace vela::platform::places;
 namespace
 {
 
-/// An attribute or a text inside an element that may be a place: its path of local names from there ("@lat",
-/// "link@href", "Point/coordinates"), and its value.
+/// An attribute or an element inside an element that may be a place: its path of local names from there ("@lat",
+/// "link@href", "Point/coordinates"), and its value or text. An element comes when it ends.
 struct Field
 {
     QString path;
@@ -101,13 +101,16 @@ void fillFromKml(const Fields &fields, TextFeature &feature)
     feature.set(QLatin1String(vocabulary::DESCRIPTION), valueOf(fields, "description"));
     feature.set(QStringLiteral("label"), valueOf(fields, "address"));
     feature.set(QLatin1String(vocabulary::PHONE), valueOf(fields, "phoneNumber"));
+    static const QString DATA = QStringLiteral("ExtendedData/Data");
+    static const QString SIMPLE_DATA = QStringLiteral("ExtendedData/SchemaData/SimpleData");
     QString name;
     for (const Field &field : fields) {
-        if (field.path.startsWith(QLatin1String("ExtendedData/")) && field.path.endsWith(QLatin1String("@name")))
+        if (field.path == DATA + QStringLiteral("@name") || field.path == SIMPLE_DATA + QStringLiteral("@name"))
             name = field.value;
-        else if (field.path == QLatin1String("ExtendedData/Data/value")
-                 || field.path == QLatin1String("ExtendedData/SchemaData/SimpleData"))
+        else if (!name.isEmpty() && (field.path == SIMPLE_DATA || field.path == DATA + QStringLiteral("/value")))
             feature.set(name, field.value);
+        if (field.path == DATA || field.path == SIMPLE_DATA)
+            name.clear();
     }
 }
 
@@ -169,7 +172,7 @@ private:
         case QXmlStreamReader::StartElement:
             return start();
         case QXmlStreamReader::Characters:
-            if (m_depth > 0 && !m_problemOfPlace)
+            if (m_depth > 0 && m_foreignDepth == 0 && !m_problemOfPlace)
                 addText();
             return true;
         case QXmlStreamReader::EndElement:
@@ -182,10 +185,16 @@ private:
     bool start()
     {
         const QString name = m_xml.name().toString();
-        if (++m_fileDepth == 1 && name != QLatin1String(m_format.root))
+        if (++m_fileDepth == 1)
+            m_namespace = m_xml.namespaceUri().toString();
+        if (m_fileDepth == 1 && name != QLatin1String(m_format.root))
             return refuse("another kind of document");
         if (m_fileDepth > MAX_DEPTH)
             return refuse("nested too deep");
+        if (m_foreignDepth > 0 || m_xml.namespaceUri() != m_namespace) {
+            ++m_foreignDepth;
+            return true;
+        }
         if (m_depth == 0 && name != QLatin1String(m_format.element))
             return true;
         if (m_depth++ == 0)
@@ -194,14 +203,20 @@ private:
             m_path.append(name);
         m_text.clear();
         const QString path = m_path.join(QLatin1Char('/'));
-        for (const QXmlStreamAttribute &attribute : m_xml.attributes())
-            addField(path + QLatin1Char('@') + attribute.name().toString(), attribute.value().toString());
+        for (const QXmlStreamAttribute &attribute : m_xml.attributes()) {
+            if (attribute.namespaceUri().isEmpty())
+                addField(path + QLatin1Char('@') + attribute.name().toString(), attribute.value().toString());
+        }
         return true;
     }
 
     bool end()
     {
         --m_fileDepth;
+        if (m_foreignDepth > 0) {
+            --m_foreignDepth;
+            return true;
+        }
         if (m_depth == 0)
             return true;
         if (--m_depth > 0) {
@@ -221,8 +236,8 @@ private:
 
     void addField(const QString &path, const QString &value)
     {
-        count(path.size() + value.size());
-        if (!value.isEmpty() && !m_problemOfPlace)
+        count(static_cast<int>(sizeof(Field)) + path.size() + value.size());
+        if (!m_problemOfPlace)
             m_fields.append({path, value});
     }
 
@@ -262,7 +277,9 @@ private:
     const TakePlace &m_take;
     QXmlStreamReader m_xml;
     QString m_problem;
+    QString m_namespace; ///< That of the root, if it has one; elements of any other are passed over.
     int m_fileDepth = 0;
+    int m_foreignDepth = 0; ///< How deep the parser is in an element that is passed over; 0 outside.
     int m_count = 0;
     bool m_ended = false; ///< Whoever takes the places wants no more.
 
