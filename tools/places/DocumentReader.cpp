@@ -2,9 +2,14 @@
 
 #include "DocumentReader.h"
 
+#include "Feature.h"
 #include "Input.h"
 
 #include <places/PlaceJson.h>
+
+#include <rapidjson/reader.h>
+
+#include <cmath>
 
 namespace tool
 {
@@ -57,6 +62,30 @@ private:
     int m_at = 0;
 };
 
+/// Follows the parser through a document up to a list or object of more than MAX_LIST_LENGTH members.
+struct ListLengths : rapidjson::BaseReaderHandler<rapidjson::UTF8<>, ListLengths>
+{
+    bool EndArray(rapidjson::SizeType count) { return isFitting = count <= MAX_LIST_LENGTH; }
+    bool EndObject(rapidjson::SizeType count) { return isFitting = count <= MAX_LIST_LENGTH; }
+
+    bool isFitting = true;
+};
+
+bool hasLongList(const QByteArray &document)
+{
+    constexpr unsigned FLAGS = rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag;
+    rapidjson::StringStream text(document.constData());
+    ListLengths lengths;
+    rapidjson::Reader().Parse<FLAGS>(text, lengths);
+    return !lengths.isFitting;
+}
+
+/// True for coordinates that were given and are no point on the Earth.
+bool isNowhere(const Coordinates &position)
+{
+    return !position.isValid() && !(std::isnan(position.latitude()) && std::isnan(position.longitude()));
+}
+
 Location newLocation(const Location &from)
 {
     Location location;
@@ -97,10 +126,16 @@ QString readDocument(const QByteArray &line, Place &place)
 {
     if (static_cast<std::size_t>(line.size()) > MAX_ITEM_SIZE)
         return QStringLiteral("too large");
+    if (hasLongList(line))
+        return QStringLiteral("a list of more than %1 members").arg(MAX_LIST_LENGTH);
     QString reason;
     const std::unique_ptr<Place> read = PlaceJson::readPlace(line, nullptr, &reason);
     if (!read)
         return reason.isEmpty() ? QStringLiteral("memory does not suffice") : reason;
+    for (int i = 0; i < read->locationCount(); ++i) {
+        if (isNowhere(read->location(i).coordinates()))
+            return QStringLiteral("no point on the Earth");
+    }
     if (!read->hasPhysicalLocation())
         return QStringLiteral("a place without position and address");
     fillNew(place, *read);

@@ -60,7 +60,9 @@ const Format *formatByPath(const QString &path)
 
 const Format &formatByContent(const QByteArray &head)
 {
-    static const QRegularExpression GEOJSON(QStringLiteral(R"("(type"\s*:\s*"Feature|features"))"));
+    // The texts of a document may be named "features" too.
+    static const QRegularExpression GEOJSON(
+        QStringLiteral(R"("type"\s*:\s*"Feature(Collection)?"|"features"\s*:\s*\[)"));
     const QByteArray text = head.trimmed();
     if (text.startsWith('<'))
         return *formatByName(text.contains("<kml") ? QStringLiteral("kml") : QStringLiteral("gpx"));

@@ -2,6 +2,8 @@
 
 #include "PlaceLink.h"
 
+#include "Feature.h"
+
 #include <places/Place.h>
 #include <places/Utilities.h>
 
@@ -28,7 +30,7 @@ std::optional<double> parseNumber(const QString &text)
     return NUMBER.match(text).hasMatch() ? std::optional(text.toDouble()) : std::nullopt;
 }
 
-/// "LATITUDE,LONGITUDE" or "LATITUDE,LONGITUDE,ALTITUDE"; invalid for anything else.
+/// "LATITUDE,LONGITUDE" or "LATITUDE,LONGITUDE,ALTITUDE" as they stand; invalid for anything else.
 Coordinates parsePosition(const QString &text)
 {
     const QStringList parts = text.split(QLatin1Char(','));
@@ -52,14 +54,17 @@ QString readParameters(const QStringList &parameters, Coordinates &position)
     for (const QString &parameter : parameters) {
         const QString name = parameter.section(QLatin1Char('='), 0, 0).toLower();
         const QString value = QUrl::fromPercentEncoding(parameter.section(QLatin1Char('='), 1).toUtf8()).toLower();
+        if (name == QLatin1String("crs") && value.isEmpty())
+            return QStringLiteral("the reference system has no name");
         if (name == QLatin1String("crs") && value != QLatin1String("wgs84"))
             return QStringLiteral("the reference system %1 is not known").arg(value);
         if (name != QLatin1String("u"))
             continue;
-        const std::optional<double> metres = parseNumber(value);
-        if (!metres || *metres < 0)
+        const std::optional<double> number = parseNumber(value);
+        const std::optional<float> metres = number ? geojson::toAccuracy(*number) : std::nullopt;
+        if (!metres)
             return QStringLiteral("the uncertainty is no number of metres");
-        position.setHorizontalAccuracy(static_cast<float>(*metres));
+        position.setHorizontalAccuracy(*metres);
     }
     return {};
 }
@@ -98,11 +103,11 @@ QString readGeoUri(const QString &uri, Place &place)
     const QString whole = uri.mid(static_cast<int>(std::strlen(SCHEME))).section(QLatin1Char('#'), 0, 0);
     QStringList parts = whole.section(QLatin1Char('?'), 0, 0).split(QLatin1Char(';'));
     Coordinates position = parsePosition(QUrl::fromPercentEncoding(parts.takeFirst().toUtf8()));
+    // The reference system says what the numbers mean.
+    if (QString problem = readParameters(parts, position); !problem.isEmpty())
+        return problem;
     if (!position.isValid())
         return QStringLiteral("no point on the Earth");
-    QString problem = readParameters(parts, position);
-    if (!problem.isEmpty())
-        return problem;
     QString name;
     Address address;
     readQuery(queryText(whole.section(QLatin1Char('?'), 1)), position, name, address);
@@ -112,6 +117,16 @@ QString readGeoUri(const QString &uri, Place &place)
     location.setCoordinates(position);
     place.setName(name);
     place.addLocation(location);
+    return {};
+}
+
+QString readMapLink(QString link, Place &place)
+{
+    // A "%" that is no escape stands for itself; it would take all others along.
+    static const QRegularExpression BARE_PERCENT(QStringLiteral("%(?![0-9A-Fa-f]{2})"));
+    const QUrl url(link.replace(BARE_PERCENT, QStringLiteral("%25")));
+    if (!url.isValid() || !Utilities::readMapUrl(url, place))
+        return QStringLiteral("not a link of the map web service");
     return {};
 }
 
@@ -129,7 +144,7 @@ QString readLink(const QString &text, Place &place)
     place.setSource(AbstractPlace::SourceGeolink);
     if (text.startsWith(QLatin1String(SCHEME), Qt::CaseInsensitive))
         return readGeoUri(text, place);
-    return Utilities::readMapUrl(QUrl(text), place) ? QString() : QStringLiteral("not a link of the map web service");
+    return readMapLink(text, place);
 }
 
 } // namespace tool
