@@ -359,9 +359,9 @@ TEST(ExchangeTest, APlaceIsShownWithAllItHas)
     const QByteArray records =
         R"({"type":"poi","properties":{"rating":"4.5","ratingCount":"12","openingHours":"1;9,0,12,30;14,0,18,0|3;0,0,24,0",)"
         R"("utcOffsetSeconds":"-12600",";parkingText;":"free","odd":"kept"}},)"
-        R"({"type":"contact","properties":{"fullName":"Jane Doe","email":"j@d.example","workPerimeter":"1"}},)"
+        R"({"type":"contact","externalId":"c1","properties":{"fullName":"Jane Doe","email":"j@d.example","workPerimeter":"1"}},)"
         R"({"type":"calendar","properties":{"subject":"Lunch","start_time":"1000","invitees":"a;b"}},)"
-        R"({"type":"lbs-review","properties":{"rating":"4","title":"Good","userName":"Bob","creationTime":"86400","abstract":"two\nlines"}},)"
+        R"({"type":"lbs-review","properties":{"rating":"4","title":"Good","userName":"Bob","creationTime":"86400","abstract":"two\nlines","fullText":"three"}},)"
         R"({"type":"lbs-image","properties":{"url":"http://i.example/","description":"Front"}},)"
         R"({"type":"own","externalId":"x","properties":{"k":"v"}})";
     EXPECT_EQ(
@@ -369,6 +369,7 @@ TEST(ExchangeTest, APlaceIsShownWithAllItHas)
             service, "geojson",
             feature(
                 R"(,"tags":["lbs-favorite"],"street":"Quai","houseNumber":"1","city":"Bern","postalCode":"3000","floor":0,)"
+                R"("compactAddressLines":["At the quai","3000 Bern"],"countryCode":"CH","countryCode3":"CHE",)"
                 R"("description":"a\u001b[2J","expiryTime":1,"otherLocations":[{"virtualData":"+41"}],"records":[)"
                 + records + "]"))
             .status,
@@ -378,8 +379,10 @@ TEST(ExchangeTest, APlaceIsShownWithAllItHas)
     EXPECT_EQ(shown.toStdString(), R"(Id            1
 Name          Bern ★
 Description   a [2J
-Address       Quai 1
+Address       At the quai
               3000 Bern
+              Quai 1
+Country code  CH, CHE
 Indoors       floor 0
 Position      46.90000, 7.40000, altitude 540.5 m
 Online        +41
@@ -397,15 +400,18 @@ Parking       free
 odd           kept
 Contact       Jane Doe (work)
   E-mail      j@d.example
+  Listing     c1
 Event         Lunch
   From        1970-01-01 02:16:40 UTC
   With        a, b
-Review        4, Good, by Bob, 1970-01-02 02:00:00 UTC
-  Text        two
+Review        rating 4, Good, by Bob, 1970-01-02 02:00:00 UTC
+  Abstract    two
               lines
+  Text        three
 Photo         Front
               http://i.example/
-Record        own x
+Record        own
+  Listing     x
   k           v
 Expires       1970-01-01 02:00:01 UTC
 )");

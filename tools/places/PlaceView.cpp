@@ -103,17 +103,19 @@ QString numberText(double number)
 
 // ------------------------------------------------------------------------------------------------------- locations
 
-/// The lines that the source gave, else lines made of the parts.
+/// The lines that the source gave, and lines of the parts that are not in them.
 QString addressText(const Address &address)
 {
     QStringList lines = address.extendedAddressLines();
     if (lines.isEmpty())
         lines = address.compactAddressLines();
-    if (lines.isEmpty()) {
-        const QString blank(QLatin1Char(' '));
-        const QString country = address.country().isEmpty() ? address.isoAlpha2CountryCode() : address.country();
-        lines << joined({address.street(), address.houseNumber()}, blank)
-              << joined({address.postalCode(), address.city()}, blank) << address.region() << country;
+    const QString given = lines.join(QLatin1Char('\n'));
+    const QString blank(QLatin1Char(' '));
+    for (const QString &line :
+         {joined({address.street(), address.houseNumber()}, blank),
+          joined({address.postalCode(), address.city()}, blank), address.region(), address.country()}) {
+        if (!given.contains(line))
+            lines.append(line);
     }
     lines.prepend(address.label());
     lines.removeDuplicates();
@@ -154,6 +156,8 @@ void addLocation(Fields &out, const Location &location)
 {
     const BoundingBox box = location.boundingBox();
     out.add("Address", addressText(location.address()));
+    out.add("Country code", joined({location.address().isoAlpha2CountryCode(), location.address().countryCode()},
+                                   QStringLiteral(", ")));
     out.add("Indoors", indoorText(location.address()));
     out.add("Position", positionText(location.coordinates()));
     out.add("Map area", box.isValid() ? pointText(box.topLeft()) + QStringLiteral(" to ") + pointText(box.bottomRight())
@@ -183,9 +187,11 @@ void addTexts(Fields &out, const View &view, const ViewText<View> (&texts)[N], Q
     }
 }
 
-/// Adds what a record holds beyond what was shown. Keys may be framed in semicolons, as they once were.
+/// Adds the number that the source gave a record, and what it holds beyond what was shown. Keys may be framed in
+/// semicolons, as they once were.
 void addRest(Fields &out, const AuxiliaryData &data, const QSet<QString> &shown)
 {
+    out.add("Listing", data.externalId());
     const QMap<QString, QString> properties = data.properties();
     for (auto property = properties.begin(); property != properties.end(); ++property) {
         QString key = property.key();
@@ -284,7 +290,6 @@ void addPointOfInterest(Fields &out, const AuxiliaryData &data)
     out.add("Open", weekText(poi.openingHours()));
     out.add("Local time", offsetText(poi.utcOffsetSeconds()));
     addTexts(out, poi, TEXTS, shown);
-    out.add("Listing", poi.externalId());
     addRest(out, data, shown);
 }
 
@@ -338,11 +343,13 @@ void addReview(Fields &out, const AuxiliaryData &data)
     const ReviewAuxiliaryData review(data);
     const bool hasTime = !data.property(QStringLiteral("creationTime")).isEmpty();
     const QString by = review.userName().isEmpty() ? QString() : QStringLiteral("by ") + review.userName();
-    out.add("Review", joined({std::isnan(review.rating()) ? QString() : QString::number(review.rating()),
-                              review.title(), by, hasTime ? timeText(review.creationTime()) : QString()},
-                             QStringLiteral(", ")));
+    out.add("Review",
+            joined({std::isnan(review.rating()) ? QString() : QStringLiteral("rating %1").arg(review.rating()),
+                    review.title(), by, hasTime ? timeText(review.creationTime()) : QString()},
+                   QStringLiteral(", ")));
     Fields record(QStringLiteral("  "));
-    record.add("Text", review.fullText().isEmpty() ? review.abstract() : review.fullText());
+    record.add("Abstract", review.abstract());
+    record.add("Text", review.fullText());
     record.add("Web", review.url().toString());
     addRest(record, data,
             {QStringLiteral("rating"), QStringLiteral("title"), QStringLiteral("userName"),
@@ -366,12 +373,10 @@ void addReservation(Fields &out, const AuxiliaryData &data)
 
 void addOther(Fields &out, const AuxiliaryData &data)
 {
-    if (data.type() == QLatin1String(vocabulary::FOREIGN_PROPERTIES)
-        || data.type() == QLatin1String(vocabulary::FOREIGN_MEMBERS)) {
+    if (vocabulary::isForeign(data.type()))
         out.add("Imported", QStringLiteral("with what a place has no member for"));
-    } else {
-        out.add("Record", joined({data.type(), data.externalId()}, QStringLiteral(" ")));
-    }
+    else
+        out.add("Record", data.type());
     Fields record(QStringLiteral("  "));
     addRest(record, data, {});
     out.add(record);
