@@ -59,14 +59,17 @@ std::optional<QString> scalarOf(const Value &value)
     return std::nullopt;
 }
 
+std::optional<double> toNumber(const QString &text)
+{
+    bool isNumber = false;
+    const double number = text.toDouble(&isNumber);
+    return isNumber && std::isfinite(number) ? std::optional(number) : std::nullopt;
+}
+
 /// A number, or a text that is one.
 std::optional<double> numberOf(const Value &value)
 {
-    if (value.IsBool())
-        return std::nullopt;
-    bool isNumber = false;
-    const double number = scalarOf(value).value_or(QString()).toDouble(&isNumber);
-    return isNumber && std::isfinite(number) ? std::optional(number) : std::nullopt;
+    return toNumber(scalarOf(value).value_or(QString()));
 }
 
 /// A number as a whole one; nothing when it is none, or beyond the limits of the type.
@@ -461,14 +464,13 @@ void TextFeature::setPosition(const QString &longitude, const QString &latitude,
     auto &allocator = m_feature.GetAllocator();
     Value coordinates(rapidjson::kArrayType);
     const auto append = [&](const QString &text) {
-        bool isNumber = false;
-        const double number = text.toDouble(&isNumber);
-        coordinates.PushBack(isNumber && std::isfinite(number) ? Value(number) : Value(), allocator);
+        const std::optional<double> number = toNumber(text);
+        coordinates.PushBack(number ? Value(*number) : Value(), allocator);
+        return number.has_value();
     };
     append(longitude);
     append(latitude);
-    if (!altitude.isEmpty())
-        append(altitude);
+    m_hasBadAltitude = !altitude.isEmpty() && !append(altitude);
     Value geometry(rapidjson::kObjectType);
     geometry.AddMember("type", "Point", allocator);
     geometry.AddMember("coordinates", coordinates, allocator);
@@ -494,7 +496,7 @@ void TextFeature::set(const QString &name, const QString &value)
 
 QString TextFeature::read(Place &place) const
 {
-    return readFeature(m_feature, place);
+    return m_hasBadAltitude ? QStringLiteral("the altitude is no number") : readFeature(m_feature, place);
 }
 
 Value TextFeature::toValue(const QString &text)

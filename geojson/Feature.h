@@ -56,6 +56,7 @@ private:
 
     rapidjson::Document m_feature{rapidjson::kObjectType};
     QSet<QString> m_names;
+    bool m_hasBadAltitude = false;
 };
 
 } // namespace geojson

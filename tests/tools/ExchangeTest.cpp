@@ -176,6 +176,7 @@ TEST(ExchangeTest, EveryFormatBecomesPlaces)
         {"ndjson",
          R"({"contents":[{"type":"Features","data":{"features":"f"}}],"complete":true,"name":"A","location":{"coordinates":{"latitude":1,"longitude":2}}})",
          "[2.0,1.0]", R"("features":"f")"},
+        {"csv", "\"a;b;c;d\",name,lat,lon\nx,A,1,2\n", "[2.0,1.0]", R"("a;b;c;d":"x")"},
         {"tsv", "name\tlat\tlon\tfavorite\tcompactAddressLines\tname\nA\t1\t2\tTRUE\tx; y\tB\n", "[2.0,1.0]",
          R"("name":"A"|"favorite":true|"compactAddressLines":["x","y"])"},
         {"csv", "\xEF\xBB\xBFName;LAT;lng;tags;CountryCode;floor;odd\r\n\"A;\"\"B\"\"\nC\";1.5;2;x; y;CH;3;\"\"\r\n",
@@ -239,7 +240,7 @@ TEST(ExchangeTest, BadInputIsNamedAndNothingOfItIsStored)
         {"geojson", collection("\"" + times(large, "x") + "\""), 0, "a text or number is too large"},
         {"geojson", collection("[" + times(large / 2, "1,") + "1]," + good), 1, "feature 1: too large"},
         {"geojson", collection(feature(R"(,"otherLocations":[{}])")), 0, "a location that is nowhere"},
-        {"jsonl", document + "\n" + document.chopped(3) + "\n\n" + document, 2, "line 2: "},
+        {"jsonl", document + "\n" + document.chopped(3) + "\n\n" + document, 2, "line 2: not JSON at byte 81: "},
         {"jsonl", R"({"complete":false,"name":"A"})", 0, "line 1: "},
         {"jsonl", times(large, "x") + "\n" + document, 1, "line 1: too large"},
         {"jsonl", R"({"complete":true,"name":"A"})", 0, "without position and address"},
@@ -262,6 +263,7 @@ TEST(ExchangeTest, BadInputIsNamedAndNothingOfItIsStored)
         {"kml", "<gpx/>", 0, "another kind of document"},
         {"kml", "<kml><Placemark><name>A</name><LineString/></Placemark></kml>", 0, "placemark 1, line 1: no point"},
         {"csv", "name,lat,lon\nA,1,2\nA,1\nA,north,2\n\xFF,1,2\nA,1,2\n", 2, "row 4: no point on the Earth"},
+        {"csv", "name,lat,lon,alt\nA,1,2,high\n", 0, "row 2: the altitude is no number"},
         {"csv", "name,lat,lon\nA" + QByteArray(1, '\0') + ",1,2\nA,1,2\n", 1, "row 2: a null character in name"},
         {"csv", "name,lat,lon\n\"A,1,2\n", 0, "not CSV in row 2: a quotation mark"},
         {"csv", "name,lat,lon\n\"" + times(large, "x") + "\",1,2\n", 0, "a field is too large"},
@@ -279,6 +281,26 @@ TEST(ExchangeTest, BadInputIsNamedAndNothingOfItIsStored)
         stored += row.imported;
         EXPECT_EQ(features(exported()).size(), stored) << what;
     }
+}
+
+TEST(ExchangeTest, AnImportEndsWhenTheServiceDoesAndKeepsWhatWasStored)
+{
+    Placesd service;
+    QProcess client;
+    client.start(QStringLiteral(PROGRAMS "/places"),
+                 {QStringLiteral("--no-start"), QStringLiteral("import"), QStringLiteral("--format"),
+                  QStringLiteral("csv"), QStringLiteral("-")});
+    client.write("name,lat,lon\nA,1,2\n" + times(64 * 1024, "\n"));
+    for (int i = 0; i < 1000 && features(exported()).isEmpty(); ++i)
+        client.waitForBytesWritten(10);
+    service.kill();
+    client.write("B,1,2\nC,1,2\n");
+    client.closeWriteChannel();
+    EXPECT_TRUE(client.waitForFinished(60000));
+    EXPECT_EQ(client.exitCode(), 69);
+    EXPECT_EQ(client.readAllStandardOutput(), "1 imported, 0 skipped, 1 failed\n");
+    service.start();
+    EXPECT_EQ(features(exported()).size(), 1);
 }
 
 TEST(ExchangeTest, AnExportIsWholeOrTheOldFileStays)

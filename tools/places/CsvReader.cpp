@@ -13,6 +13,7 @@
 
 #include <cstdlib>
 #include <csv.h>
+#include <map>
 
 namespace tool
 {
@@ -26,13 +27,20 @@ namespace
 /// Most columns of a row.
 constexpr int MAX_COLUMNS = 1000;
 
-/// The character between the fields: the one that the first line has most of.
+/// The character between the fields: the one that the first line has most of, outside quotation marks.
 unsigned char separatorOf(const QByteArray &head)
 {
-    const QByteArray line = head.left(head.indexOf('\n'));
+    std::map<char, int> counts;
+    bool isQuoted = false;
+    for (const char c : head) {
+        isQuoted ^= c == '"';
+        if (c == '\n' && !isQuoted)
+            break;
+        counts[c] += isQuoted ? 0 : 1;
+    }
     char best = ',';
     for (const char candidate : {';', '\t'}) {
-        if (line.count(candidate) > line.count(best))
+        if (counts[candidate] > counts[best])
             best = candidate;
     }
     return static_cast<unsigned char>(best);

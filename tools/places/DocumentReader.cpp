@@ -7,6 +7,7 @@
 
 #include <places/PlaceJson.h>
 
+#include <rapidjson/error/en.h>
 #include <rapidjson/reader.h>
 
 #include <cmath>
@@ -65,19 +66,16 @@ private:
 /// Follows the parser through a document up to a list or object of more than MAX_LIST_LENGTH members.
 struct ListLengths : rapidjson::BaseReaderHandler<rapidjson::UTF8<>, ListLengths>
 {
-    bool EndArray(rapidjson::SizeType count) { return isFitting = count <= MAX_LIST_LENGTH; }
-    bool EndObject(rapidjson::SizeType count) { return isFitting = count <= MAX_LIST_LENGTH; }
-
-    bool isFitting = true;
+    bool EndArray(rapidjson::SizeType count) { return count <= MAX_LIST_LENGTH; }
+    bool EndObject(rapidjson::SizeType count) { return count <= MAX_LIST_LENGTH; }
 };
 
-bool hasLongList(const QByteArray &document)
+rapidjson::ParseResult checkLists(const QByteArray &document)
 {
     constexpr unsigned FLAGS = rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag;
     rapidjson::StringStream text(document.constData());
     ListLengths lengths;
-    rapidjson::Reader().Parse<FLAGS>(text, lengths);
-    return !lengths.isFitting;
+    return rapidjson::Reader().Parse<FLAGS>(text, lengths);
 }
 
 /// True for coordinates that were given and are no point on the Earth.
@@ -126,10 +124,15 @@ QString readDocument(const QByteArray &line, Place &place)
 {
     if (static_cast<std::size_t>(line.size()) > MAX_ITEM_SIZE)
         return QStringLiteral("too large");
-    if (hasLongList(line))
+    const rapidjson::ParseResult checked = checkLists(line);
+    if (checked.Code() == rapidjson::kParseErrorTermination)
         return QStringLiteral("a list of more than %1 members").arg(MAX_LIST_LENGTH);
     QString reason;
     const std::unique_ptr<Place> read = PlaceJson::readPlace(line, nullptr, &reason);
+    if (!read && checked.IsError() && !line.contains('\0'))
+        return QStringLiteral("not JSON at byte %1: %2")
+            .arg(checked.Offset())
+            .arg(QLatin1String(rapidjson::GetParseError_En(checked.Code())));
     if (!read)
         return reason.isEmpty() ? QStringLiteral("memory does not suffice") : reason;
     for (int i = 0; i < read->locationCount(); ++i) {
