@@ -21,8 +21,8 @@ int main()
     const PlaceManager manager;
     Error::Type error = manager.addPlace(&place);
     for (const PlaceHeader *found : manager.findPlaces(QStringLiteral("old t"), &error)) {
-        std::cout << found->id() << " " << qPrintable(found->name()) << " " << qPrintable(found->mapUrl().toString())
-                  << "\n";
+        std::cout << found->id() << " " << qPrintable(found->name()) << "\n"
+                  << found->mapUrl().toEncoded().constData() << "\n";
         delete found;
     }
     return error;
