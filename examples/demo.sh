@@ -39,6 +39,9 @@ house=$("$bin/places" --json find 'lake house' | sed 's/.*"id":\([0-9]*\).*/\1/'
 run update "$house" --name 'House by the lake' --phone '+41 44 555 01 23'
 run link "$house"
 run --json find 'house lake'
+# Three searches, one after the other as one types; only the last is answered.
+printf '\n$ printf '"'%s'"' | search_box\n' 'zur\nzuri\nzurich\n'
+printf 'zur\nzuri\nzurich\n' | "$bin/search_box"
 run untag "$airport" summer
 run unfav "$airport"
 run tags

@@ -8,7 +8,7 @@
 
 #include <string>
 
-/// How a run of the client ended.
+/// How a run of a program ended.
 struct Outcome
 {
     int status;
@@ -16,16 +16,22 @@ struct Outcome
     std::string err;
 };
 
-/// Runs the client as a user would, with `input` on its standard input.
-inline Outcome places(const QStringList &arguments, const QByteArray &input = {})
+/// Runs one of our programs as a user would, with `input` on its standard input.
+inline Outcome run(const char *program, const QStringList &arguments, const QByteArray &input = {})
 {
     QProcess process;
-    process.start(QStringLiteral(PROGRAMS "/places"), arguments);
+    process.start(QStringLiteral(PROGRAMS "/") + QLatin1String(program), arguments);
     process.write(input);
     process.closeWriteChannel();
     EXPECT_TRUE(process.waitForFinished(60000));
     return {process.exitCode(), process.readAllStandardOutput().toStdString(),
             process.readAllStandardError().toStdString()};
+}
+
+/// Runs the client.
+inline Outcome places(const QStringList &arguments, const QByteArray &input = {})
+{
+    return run("places", arguments, input);
 }
 
 inline Outcome places(const char *arguments, const QByteArray &input = {})
