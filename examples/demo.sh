@@ -1,20 +1,8 @@
 #!/bin/sh
 # Shows the client and the service at work on real data, in a temporary folder that is gone afterwards.
 set -eu
-bin=$(cd "$1" && pwd)
-data=$(cd "$(dirname "$0")/data" && pwd)
-
-VELA_CHANNEL_DIR=$(mktemp -d)
-export VELA_CHANNEL_DIR
-"$bin/placesd" --database "$VELA_CHANNEL_DIR/places.db" &
-service=$!
-trap 'kill $service 2>/dev/null; wait $service 2>/dev/null; rm -rf "$VELA_CHANNEL_DIR"' EXIT
-tries=0
-until "$bin/places" --no-start tags >/dev/null 2>&1; do
-    tries=$((tries + 1))
-    [ $tries -lt 100 ] || { echo "the service does not start" >&2; exit 1; }
-    sleep 0.1
-done
+. "$(dirname "$0")/private_service.sh"
+start_service
 
 # Shows a command as one would type it, and runs it.
 run() {

@@ -7,6 +7,7 @@
 #include <QtCore/QProcess>
 #include <QtCore/QThread>
 
+#include <csignal>
 #include <cstring>
 #include <msgclient.h>
 
@@ -47,6 +48,16 @@ void Placesd::kill()
 {
     m_process->kill();
     m_process->waitForFinished();
+}
+
+void Placesd::pause()
+{
+    ::kill(static_cast<pid_t>(m_process->processId()), SIGSTOP);
+}
+
+void Placesd::resume()
+{
+    ::kill(static_cast<pid_t>(m_process->processId()), SIGCONT);
 }
 
 bool Placesd::isRunning() const

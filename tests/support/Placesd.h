@@ -21,6 +21,9 @@ public:
     void stop();
     /// Ends it as a loss of power would.
     void kill();
+    /// Has it do nothing until resume().
+    void pause();
+    void resume();
     [[nodiscard]] bool isRunning() const;
     [[nodiscard]] QString path(const char *name) const { return m_folder.filePath(QLatin1String(name)); }
 

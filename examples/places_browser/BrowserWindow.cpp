@@ -1,0 +1,274 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "BrowserWindow.h"
+
+#include "PlaceText.h"
+#include "ResultList.h"
+#include "WorldMap.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtGui/QKeyEvent>
+#include <QtWidgets/QBoxLayout>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QShortcut>
+#include <QtWidgets/QSplitter>
+#include <QtWidgets/QStatusBar>
+#include <QtWidgets/QTextBrowser>
+#include <QtWidgets/QToolButton>
+
+using namespace vela::platform::places;
+
+namespace
+{
+
+constexpr int MARGIN = 8;
+const QKeySequence TOGGLE_FAVORITE(QStringLiteral("Ctrl+D"));
+
+/// What is shown before a term is typed, and what a term is looked for in.
+const QList<SearchResultGroup::Type> STORED{SearchResultGroup::Favorites, SearchResultGroup::NonContacts,
+                                            SearchResultGroup::Contacts};
+const QList<SearchResultGroup::Type> ALL =
+    STORED + QList<SearchResultGroup::Type>{SearchResultGroup::Remote, SearchResultGroup::Addresses};
+
+/// Keys that move in the list though the user types in the field.
+bool movesInList(int key)
+{
+    return key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp || key == Qt::Key_PageDown;
+}
+
+QString countText(int places)
+{
+    return places == 1 ? QStringLiteral("1 place") : QStringLiteral("%1 places").arg(places);
+}
+
+} // namespace
+
+BrowserWindow::BrowserWindow()
+{
+    setWindowTitle(QStringLiteral("Places"));
+    auto *splitter = new QSplitter(this);
+    splitter->setChildrenCollapsible(false);
+    splitter->addWidget(makeListSide());
+    splitter->addWidget(makePlaceSide());
+    splitter->setSizes({340, 680});
+    splitter->setStretchFactor(1, 1);
+    setCentralWidget(splitter);
+    m_status = new QLabel(this);
+    m_status->setObjectName(QStringLiteral("status"));
+    m_status->setContentsMargins(MARGIN, 0, 0, 0);
+    statusBar()->addWidget(m_status, 1);
+    resize(1020, 680);
+    connectActions();
+    present({}, {});
+    search();
+}
+
+// -------------------------------------------------------------------------------------------------------- widgets
+
+QWidget *BrowserWindow::makeListSide()
+{
+    auto *side = new QWidget(this);
+    auto *layout = new QVBoxLayout(side);
+    m_term = new QLineEdit(side);
+    m_term->setObjectName(QStringLiteral("term"));
+    m_term->setPlaceholderText(QStringLiteral("Search places"));
+    m_term->setClearButtonEnabled(true);
+    m_term->installEventFilter(this);
+    m_list = new ResultList(side);
+    m_list->setObjectName(QStringLiteral("list"));
+    layout->addWidget(m_term);
+    layout->addWidget(m_list);
+    layout->setContentsMargins(MARGIN, MARGIN, 0, 0);
+    return side;
+}
+
+QWidget *BrowserWindow::makePlaceSide()
+{
+    auto *side = new QWidget(this);
+    auto *layout = new QVBoxLayout(side);
+    m_map = new WorldMap(side);
+    m_title = new QLabel(side);
+    m_title->setTextFormat(Qt::PlainText);
+    m_title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    QFont large = font();
+    large.setPointSizeF(large.pointSizeF() * 1.5);
+    large.setBold(true);
+    m_title->setFont(large);
+    m_star = new QToolButton(side);
+    m_star->setObjectName(QStringLiteral("star"));
+    m_star->setAutoRaise(true);
+    m_star->setFont(large);
+    m_text = new QTextBrowser(side);
+    m_text->setObjectName(QStringLiteral("text"));
+    m_text->setFrameShape(QFrame::NoFrame);
+    m_text->setOpenExternalLinks(true);
+    m_text->viewport()->setBackgroundRole(QPalette::Window);
+    auto *heading = new QHBoxLayout;
+    heading->addWidget(m_title, 1);
+    heading->addWidget(m_star);
+    heading->setContentsMargins(MARGIN, 0, 0, 0);
+    layout->addWidget(m_map);
+    layout->addLayout(heading);
+    layout->addWidget(m_text, 1);
+    layout->setContentsMargins(0, MARGIN, MARGIN, 0);
+    return side;
+}
+
+void BrowserWindow::connectActions()
+{
+    connect(m_term, &QLineEdit::textChanged, this, &BrowserWindow::search);
+    connect(m_term, &QLineEdit::returnPressed, m_list, &ResultList::chooseFirst);
+    connect(m_list, &ResultList::placeChosen, this, &BrowserWindow::choose);
+    connect(m_star, &QToolButton::clicked, this, &BrowserWindow::toggleFavorite);
+    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, m_term, [this] {
+        m_term->clear();
+        m_term->setFocus();
+    });
+    connect(new QShortcut(TOGGLE_FAVORITE, this), &QShortcut::activated, this, &BrowserWindow::toggleFavorite);
+    connect(&m_searches, &SearchManager::resultAvailable, this, &BrowserWindow::takeGroup);
+    connect(&m_records, &PlaceSearchManager::auxiliaryDataAvailable, this, &BrowserWindow::takeRecords);
+    connect(&m_loader, &PlaceLoader::fetched, this, &BrowserWindow::takePlace);
+    connect(&m_loader, &PlaceLoader::favoriteChanged, this, &BrowserWindow::takeFavorite);
+}
+
+bool BrowserWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::KeyPress && movesInList(static_cast<QKeyEvent *>(event)->key())) {
+        QCoreApplication::sendEvent(m_list, event);
+        return true;
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+// ------------------------------------------------------------------------------------------------------ searching
+
+void BrowserWindow::searchAndChoose(const QString &term)
+{
+    m_choosesFirst = true;
+    m_term->setText(term);
+}
+
+void BrowserWindow::search()
+{
+    const QList<SearchResultGroup::Type> &groups = m_term->text().isEmpty() ? STORED : ALL;
+    m_isSearching = true;
+    m_searchError = Error::Success;
+    m_list->setGroups(groups);
+    m_searches.search(m_term->text(), Coordinates(), ++m_searchId, groups);
+}
+
+void BrowserWindow::takeGroup(Error::Type error, const SearchResult &result, bool last)
+{
+    m_list->setGroup(result);
+    if (error != Error::Success)
+        m_searchError = error;
+    QVector<Coordinates> dots;
+    for (const AnyPlace &place : m_list->places())
+        dots.append(place->primaryCoordinates());
+    m_map->setDots(dots);
+    if (last) {
+        m_isSearching = false;
+        m_list->setEmptyText(m_term->text().isEmpty() ? QStringLiteral("Type to search.")
+                                                      : QStringLiteral("Nothing found."));
+        m_searchStatus =
+            m_searchError == Error::Success ? countText(m_list->places().size()) : errorText(m_searchError);
+        m_status->setText(m_searchStatus);
+        if (m_choosesFirst)
+            m_list->chooseFirst();
+        m_choosesFirst = false;
+    }
+    Q_EMIT progressed();
+}
+
+// ---------------------------------------------------------------------------------------------------- one place
+
+void BrowserWindow::choose(const AnyPlace &place)
+{
+    m_isLoading = true;
+    m_isFavoriteOfShown = false;
+    m_records.cancel(QVariant());
+    m_status->setText(m_searchStatus);
+    present(place, {});
+    m_loader.fetch(place);
+}
+
+void BrowserWindow::takePlace(Error::Type error, const PlaceLoader::FullPlace &place)
+{
+    if (!place) {
+        report(error);
+        return endLoading();
+    }
+    QList<AuxiliaryData> stored;
+    for (int i = 0; i < place->auxiliaryDataCount(); ++i)
+        stored.append(place->auxiliaryData(i));
+    present(place, stored);
+    AuxiliaryDataRequest request;
+    request.setPlace(place);
+    m_records.cancel(QVariant());
+    m_records.requestAuxiliaryData({request}, QVariant());
+}
+
+void BrowserWindow::takeRecords(const QList<AuxiliaryDataReply> &replies)
+{
+    const AuxiliaryDataReply &reply = replies.first();
+    if (reply.status() == Error::Success)
+        present(reply.place(), reply.data());
+    else
+        report(reply.status());
+    endLoading();
+}
+
+void BrowserWindow::toggleFavorite()
+{
+    if (!m_shown || !m_star->isEnabled())
+        return;
+    m_isLoading = true;
+    m_isFavoriteOfShown = true;
+    m_star->setEnabled(false);
+    m_loader.setFavorite(m_shown, !m_shown->isFavorite());
+}
+
+void BrowserWindow::takeFavorite(Error::Type error, const PlaceLoader::FullPlace &place)
+{
+    m_star->setEnabled(true);
+    if (error != Error::Success) {
+        report(error);
+        return m_isFavoriteOfShown ? endLoading() : void();
+    }
+    if (m_isFavoriteOfShown) {
+        m_list->setCurrentPlace(place);
+        takePlace(error, place);
+    }
+    search();
+}
+
+void BrowserWindow::present(const AnyPlace &place, const QList<AuxiliaryData> &records)
+{
+    m_shown = place;
+    m_map->mark(place ? place->primaryCoordinates() : Coordinates());
+    m_star->setVisible(place);
+    m_title->setText(place ? place->name().simplified() : QString());
+    // Set anew with every place: the palette may have changed since.
+    m_text->document()->setDefaultStyleSheet(
+        QStringLiteral(".name { color: %1; text-align: right; padding-right: 8px }")
+            .arg(palette().color(QPalette::PlaceholderText).name(QColor::HexArgb)));
+    m_text->setHtml(place ? placeText(*place, records) : QString());
+    if (!place)
+        return;
+    m_star->setText(place->isFavorite() ? QStringLiteral("★") : QStringLiteral("☆"));
+    m_star->setToolTip(
+        (place->isFavorite() ? QStringLiteral("Favourite no more (%1)") : QStringLiteral("Favourite (%1)"))
+            .arg(TOGGLE_FAVORITE.toString(QKeySequence::NativeText)));
+}
+
+void BrowserWindow::report(Error::Type error)
+{
+    m_status->setText(errorText(error));
+}
+
+void BrowserWindow::endLoading()
+{
+    m_isLoading = false;
+    Q_EMIT progressed();
+}

@@ -1,0 +1,77 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "PlaceLoader.h"
+
+#include <places/AuxiliaryDataReply.h>
+#include <places/PlaceSearchManager.h>
+#include <places/SearchManager.h>
+
+#include <QtWidgets/QMainWindow>
+
+class QLabel;
+class QLineEdit;
+class QTextBrowser;
+class QToolButton;
+class ResultList;
+class WorldMap;
+
+/// Searches places while the user types, and shows the one that is chosen. The arrow keys move in the list wherever one
+/// types, Escape clears the search, Ctrl+D makes the place a favourite or an ordinary one again.
+class BrowserWindow : public QMainWindow
+{
+    Q_OBJECT
+public:
+    BrowserWindow();
+
+    /// Types a term and chooses the first place that it finds.
+    void searchAndChoose(const QString &term);
+    /// True when nothing that was asked for is missing.
+    [[nodiscard]] bool isComplete() const { return !m_isSearching && !m_isLoading; }
+
+Q_SIGNALS:
+    /// Something that was asked for has come, or failed.
+    void progressed();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    using AnyPlace = PlaceLoader::AnyPlace;
+
+    QWidget *makeListSide();
+    QWidget *makePlaceSide();
+    void connectActions();
+    void search();
+    void takeGroup(vela::platform::places::Error::Type error, const vela::platform::places::SearchResult &result,
+                   bool last);
+    void choose(const AnyPlace &place);
+    void takePlace(vela::platform::places::Error::Type error, const PlaceLoader::FullPlace &place);
+    void takeRecords(const QList<vela::platform::places::AuxiliaryDataReply> &replies);
+    void toggleFavorite();
+    void takeFavorite(vela::platform::places::Error::Type error, const PlaceLoader::FullPlace &place);
+    void present(const AnyPlace &place, const QList<vela::platform::places::AuxiliaryData> &records);
+    void report(vela::platform::places::Error::Type error);
+    void endLoading();
+
+    vela::platform::places::SearchManager m_searches;
+    vela::platform::places::PlaceSearchManager m_records;
+    PlaceLoader m_loader;
+    AnyPlace m_shown; ///< Null while none is chosen.
+    int m_searchId = 0;
+    bool m_isSearching = false;
+    bool m_isLoading = false;
+    bool m_choosesFirst = false;
+    bool m_isFavoriteOfShown = false; ///< Whether the favourite that is being changed is still the place that is shown.
+    QString m_searchStatus;
+    vela::platform::places::Error::Type m_searchError = vela::platform::places::Error::Success;
+
+    // Owned by the window.
+    QLineEdit *m_term = nullptr;
+    ResultList *m_list = nullptr;
+    WorldMap *m_map = nullptr;
+    QLabel *m_title = nullptr;
+    QToolButton *m_star = nullptr;
+    QTextBrowser *m_text = nullptr;
+    QLabel *m_status = nullptr;
+};

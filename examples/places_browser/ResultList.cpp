@@ -1,0 +1,210 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "ResultList.h"
+
+#include <QtCore/QSignalBlocker>
+#include <QtGui/QPainter>
+#include <QtWidgets/QScrollBar>
+#include <QtWidgets/QStyledItemDelegate>
+
+#include <algorithm>
+
+using namespace vela::platform::places;
+
+namespace
+{
+
+constexpr int MARGIN = 8;
+constexpr int WHERE = Qt::UserRole;
+constexpr int IS_FAVORITE = Qt::UserRole + 1;
+
+const char *headingOf(SearchResultGroup::Type group)
+{
+    switch (group) {
+    case SearchResultGroup::Favorites:
+        return "Favourites";
+    case SearchResultGroup::NonContacts:
+        return "Saved places";
+    case SearchResultGroup::Contacts:
+        return "Contacts";
+    case SearchResultGroup::Remote:
+        return "More places";
+    case SearchResultGroup::Addresses:
+        return "By address";
+    default:
+        return "Others";
+    }
+}
+
+/// True when both are the same place, as far as one can see: one of them may have been stored since.
+bool isSame(const AbstractPlace &a, const AbstractPlace &b)
+{
+    if (a.isPersisted() && b.isPersisted())
+        return a.id() == b.id();
+    return a.name() == b.name() && a.primaryCoordinates() == b.primaryCoordinates();
+}
+
+/// Draws a place as its name over where it is, with a star for a favourite; and a heading as a line of its own.
+class PlaceDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        const int line = option.fontMetrics.height();
+        return {0, isHeading(index) ? line + 2 * MARGIN : 2 * line + MARGIN};
+    }
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        painter->save();
+        isHeading(index) ? paintHeading(*painter, option, index) : paintPlace(*painter, option, index);
+        painter->restore();
+    }
+
+private:
+    static bool isHeading(const QModelIndex &index) { return !index.flags().testFlag(Qt::ItemIsSelectable); }
+
+    static void paintHeading(QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index)
+    {
+        QFont bold = option.font;
+        bold.setBold(true);
+        painter.setFont(bold);
+        painter.setPen(option.palette.color(QPalette::Active, QPalette::PlaceholderText));
+        const QRect room = option.rect.adjusted(MARGIN, 0, -MARGIN, -MARGIN / 2);
+        painter.drawText(room, Qt::AlignLeft | Qt::AlignBottom, index.data().toString());
+    }
+
+    static void paintPlace(QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index)
+    {
+        const bool isCurrent = option.state.testFlag(QStyle::State_Selected);
+        if (isCurrent)
+            painter.fillRect(option.rect, option.palette.highlight());
+        const QColor text = option.palette.color(isCurrent ? QPalette::HighlightedText : QPalette::Text);
+        QRect room = option.rect.adjusted(2 * MARGIN, MARGIN / 2, -MARGIN, -MARGIN / 2);
+        painter.setPen(text);
+        if (index.data(IS_FAVORITE).toBool()) {
+            painter.drawText(room, Qt::AlignRight | Qt::AlignTop, QStringLiteral("\u2605"));
+            room.setRight(room.right() - 2 * MARGIN);
+        }
+        drawLine(painter, room, Qt::AlignTop, index.data().toString());
+        painter.setPen(isCurrent ? text : option.palette.color(QPalette::PlaceholderText));
+        drawLine(painter, room, Qt::AlignBottom, index.data(WHERE).toString());
+    }
+
+    static void drawLine(QPainter &painter, const QRect &room, Qt::Alignment alignment, const QString &text)
+    {
+        const QString shown = painter.fontMetrics().elidedText(text.simplified(), Qt::ElideRight, room.width());
+        painter.drawText(room, static_cast<int>(Qt::AlignLeft | alignment), shown);
+    }
+};
+
+} // namespace
+
+ResultList::ResultList(QWidget *parent)
+    : QListWidget(parent)
+{
+    setItemDelegate(new PlaceDelegate(this));
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollMode(ScrollPerPixel);
+    connect(this, &QListWidget::currentRowChanged, this, &ResultList::choose);
+}
+
+void ResultList::setGroups(const QList<Group> &groups)
+{
+    m_groups = groups;
+    rebuild();
+}
+
+void ResultList::setGroup(const SearchResult &result)
+{
+    m_found[result.source()] = result.result();
+    rebuild();
+}
+
+void ResultList::chooseFirst()
+{
+    const auto first = std::find_if(m_rows.begin(), m_rows.end(), [](const AnyPlace &place) { return place; });
+    if (first != m_rows.end())
+        setCurrentRow(static_cast<int>(first - m_rows.begin()));
+}
+
+void ResultList::setCurrentPlace(const AnyPlace &place)
+{
+    m_current = place;
+    const auto row = std::find_if(m_rows.begin(), m_rows.end(), [&](const AnyPlace &other) {
+        return other && m_current && isSame(*other, *m_current);
+    });
+    const QSignalBlocker noChoice(this);
+    setCurrentRow(row == m_rows.end() ? -1 : static_cast<int>(row - m_rows.begin()));
+}
+
+QVector<ResultList::AnyPlace> ResultList::places() const
+{
+    QVector<AnyPlace> places = m_rows;
+    places.removeAll(AnyPlace());
+    return places;
+}
+
+void ResultList::setEmptyText(const QString &text)
+{
+    m_emptyText = text;
+    viewport()->update();
+}
+
+void ResultList::paintEvent(QPaintEvent *event)
+{
+    QListWidget::paintEvent(event);
+    if (!m_rows.isEmpty())
+        return;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(viewport()->rect().adjusted(MARGIN, MARGIN, -MARGIN, -MARGIN),
+                     static_cast<int>(Qt::AlignCenter) | Qt::TextWordWrap, m_emptyText);
+}
+
+void ResultList::rebuild()
+{
+    const int scrolled = verticalScrollBar()->value();
+    {
+        const QSignalBlocker noChoice(this);
+        clear();
+    }
+    m_rows.clear();
+    for (const Group group : qAsConst(m_groups)) {
+        const int heading = m_rows.size();
+        for (const AnyPlace &place : m_found.value(group)) {
+            const auto isIt = [&](const AnyPlace &other) { return other && isSame(*other, *place); };
+            if (std::any_of(m_rows.begin(), m_rows.end(), isIt))
+                continue;
+            if (heading == m_rows.size())
+                addHeading(group);
+            addPlace(place);
+        }
+    }
+    setCurrentPlace(m_current);
+    verticalScrollBar()->setValue(scrolled);
+}
+
+void ResultList::addHeading(Group group)
+{
+    auto *item = new QListWidgetItem(QString::fromLatin1(headingOf(group)), this);
+    item->setFlags(Qt::NoItemFlags);
+    m_rows.append(AnyPlace());
+}
+
+void ResultList::addPlace(const AnyPlace &place)
+{
+    auto *item = new QListWidgetItem(place->name(), this);
+    item->setData(WHERE, place->primaryLocation());
+    item->setData(IS_FAVORITE, place->isFavorite());
+    m_rows.append(place);
+}
+
+void ResultList::choose(int row)
+{
+    m_current = m_rows.value(row);
+    if (m_current)
+        Q_EMIT placeChosen(m_current);
+}

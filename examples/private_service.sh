@@ -1,0 +1,18 @@
+# Read by a script of this folder whose first argument is the folder of the programs.
+bin=$(cd "$1" && pwd)
+data=$(cd "$(dirname "$0")/data" && pwd)
+
+# Starts a places service with these options in a temporary folder that is gone with the script.
+start_service() {
+    VELA_CHANNEL_DIR=$(mktemp -d)
+    export VELA_CHANNEL_DIR
+    "$bin/placesd" --database "$VELA_CHANNEL_DIR/places.db" "$@" &
+    service=$!
+    trap 'kill $service 2>/dev/null; wait $service 2>/dev/null; rm -rf "$VELA_CHANNEL_DIR"' EXIT
+    tries=0
+    until "$bin/places" --no-start tags >/dev/null 2>&1; do
+        tries=$((tries + 1))
+        [ $tries -lt 100 ] || { echo "the service does not start" >&2; exit 1; }
+        sleep 0.1
+    done
+}

@@ -1,0 +1,12 @@
+#!/bin/sh
+# Makes a picture of places_browser on real data: screenshot.sh FOLDER_OF_PROGRAMS PICTURE.
+set -eu
+. "$(dirname "$0")/private_service.sh"
+start_service --gazetteer "$data/cities.geojson"
+
+grep -E '"iata":"(SFO|SCQ|SAN|SDU|GES)"' "$data/airports.geojson" | sed 's/,$//' >"$VELA_CHANNEL_DIR/airports.geojsonl"
+"$bin/places" --no-start import "$VELA_CHANNEL_DIR/airports.geojsonl"
+for airport in 'san francisco' 'santiago-rosal'; do
+    "$bin/places" --no-start fav "$("$bin/places" --json find "$airport" | sed 's/.*"id":\([0-9]*\).*/\1/')"
+done
+"$bin/places_browser" -platform offscreen --search san --screenshot "$2"
