@@ -434,7 +434,7 @@ QString readFeature(const Value &feature, Place &place)
     Location location = readLocation(properties, position, memberOf(feature, "bbox"));
     if (!locates(location))
         return QStringLiteral("no point on the Earth");
-    if (textMember(properties, vocabulary::NAME).isEmpty())
+    if (textMember(properties, vocabulary::NAME).trimmed().isEmpty())
         return QStringLiteral("no name");
 
     addTexts(properties, place);

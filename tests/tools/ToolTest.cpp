@@ -11,6 +11,7 @@
 #include <QtCore/QJsonObject>
 
 using testing::HasSubstr;
+using testing::Not;
 
 namespace
 {
@@ -85,6 +86,15 @@ TEST_F(ToolTest, EveryWayOfGoingWrongHasItsStatusAndSaysWhy)
         {"show nine", 2, "nine"},
         {"near 91,0", 2, "not a position"},
         {"add X", 2, "needs a position"},
+        {"show 99999999999999999999", 2, "neither a number"},
+        {"fav 99999999999999999999", 2, "not the number of a place"},
+        {"remove 0x10", 2, "not the number of a place"},
+        {"use -1", 2, "not the number of a place"},
+        {"fav 010", 1, "place 10: there is no such place"},
+        {"find --offset -1", 2, "not a whole number from 0 to 2147483647: -1"},
+        {"find --limit 9999999999", 2, "not a whole number from 0 to 2147483647: 9999999999"},
+        {"update 1 --name \u00a0", 2, "more than blanks"},
+        {"import /", 1, "directory"},
         {"import /no/such.geojson", 1, "No such file"},
         {"fly", 2, ""},
     };
@@ -97,8 +107,78 @@ TEST_F(ToolTest, EveryWayOfGoingWrongHasItsStatusAndSaysWhy)
                                    : "")
             << row.arguments;
     }
+    EXPECT_EQ(places(QStringList{QStringLiteral("add"), QStringLiteral(" "), QStringLiteral("--at=1,2")}).status, 2);
     service.kill();
     EXPECT_EQ(places("--no-start tags").status, 69);
+}
+
+TEST_F(ToolTest, ArgumentsMayBeginWithADashAndAnOptionTakesNoMoreThanItsOwn)
+{
+    EXPECT_EQ(places("tags").out, "");
+    EXPECT_EQ(places("add --at -1,-2 -- -x").out, "1\n");
+    EXPECT_EQ(places("tag 1 -- -t").status, 0);
+    EXPECT_EQ(places("add --tag a Lake --at 1,2").out, "2\n") << "a tag, and then the name";
+    EXPECT_EQ(places("tags").out, "-t\na\n");
+    EXPECT_THAT(places("near -1,-2 -- -x").out, HasSubstr("-x"));
+}
+
+TEST_F(ToolTest, NothingThatAPlaceHoldsReachesTheTerminalAsAnOrder)
+{
+    const QString evil = QString::fromUtf8("\x1b[2J\xc2\x9b"
+                                           "31m\x07\x7f\xe2\x80\xae\xe2\x81\xa6"
+                                           "Evil");
+    EXPECT_EQ(places(QStringList{QStringLiteral("add"), evil, QStringLiteral("--at=1,2"), QStringLiteral("--tag"), evil,
+                                 QStringLiteral("--city"), evil, QStringLiteral("--description"), evil})
+                  .out,
+              "1\n");
+    const Outcome imported = places(QStringList{QStringLiteral("import"), evil});
+    const std::string shown = places("find").out + places("show 1").out + places("tags").out + imported.err;
+    EXPECT_THAT(shown, HasSubstr("Evil"));
+    for (const char *order : {"\x1b", "\xc2\x9b", "\x07", "\x7f", "\xe2\x80\xae", "\xe2\x81\xa6"})
+        EXPECT_THAT(shown, Not(HasSubstr(order)));
+}
+
+TEST_F(ToolTest, ColumnsStandUnderOneAnotherWhateverTheWidthOfTheLetters)
+{
+    for (const char *name : {"\u6771\u4eac\u99c5", "e\u0301te\u0301", "plain",
+                             "\u6771\u4eac\u6771\u4eac\u6771\u4eac\u6771\u4eac\u6771\u4eac\u6771\u4eac\u6771\u4eac"
+                             "\u6771\u4eac\u6771\u4eac\u6771\u4eac\u6771\u4eac"})
+        (void)places(QStringList{QStringLiteral("add"), QString::fromUtf8(name), QStringLiteral("--at=1,2"),
+                                 QStringLiteral("--city=Bern")});
+    // Behind the number: three letters of two columns, five with two combining ones, five, and 19 of two and an
+    // ellipsis.
+    const QString rows = QString::fromStdString(places("find").out);
+    QList<int> lengths;
+    for (const QString &row : rows.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+        lengths.append(row.indexOf(QLatin1String("Bern")));
+    EXPECT_EQ(lengths, (QList<int>{51 - 3, 51 + 2, 51, 51 - 19})) << rows.toStdString();
+}
+
+TEST_F(ToolTest, WithJsonEveryCommandThatWritesWritesJson)
+{
+    EXPECT_EQ(places("add Caf\u00e9 --at 1,2 --tag x").out, "1\n");
+    EXPECT_EQ(places("add Lake --at 1,2").out, "2\n");
+    EXPECT_THAT(json("--json link 1")[QLatin1String("url")].toString().toStdString(), HasSubstr("lat=1.0"));
+    EXPECT_EQ(json("--json find --limit 1")[QLatin1String("hasMore")], true);
+    EXPECT_EQ(json("--json find")[QLatin1String("hasMore")], false);
+    EXPECT_EQ(places("--json tags").out, "[\"x\"]\n");
+    const QJsonObject counts = json("--json import /no/such");
+    EXPECT_EQ(counts[QLatin1String("imported")], 0);
+    EXPECT_EQ(counts[QLatin1String("problems")].toArray()[0].toObject()[QLatin1String("file")],
+              QLatin1String("/no/such"));
+}
+
+TEST_F(ToolTest, OutputThatCannotBeWrittenIsAFailure)
+{
+    EXPECT_EQ(places("add Lake --at 1,2").out, "1\n");
+    for (const char *arguments : {"find", "show 1", "--json find", "export", "--help"}) {
+        QProcess process;
+        process.setStandardOutputFile(QStringLiteral("/dev/full"));
+        process.start(QStringLiteral(PROGRAMS "/places"), QString::fromLatin1(arguments).split(QLatin1Char(' ')));
+        EXPECT_TRUE(process.waitForFinished());
+        EXPECT_EQ(process.exitCode(), 1) << arguments;
+        EXPECT_NE(process.readAllStandardError(), "") << arguments;
+    }
 }
 
 TEST_F(ToolTest, ImportTakesWhatIsAPlaceAndNamesWhatIsNot)

@@ -20,7 +20,9 @@ struct Context
     std::function<ExitStatus()> run;
 };
 
-/// Gives `app` all commands. The one that the user names puts its work into `context.run`.
-void addCommands(CLI::App &app, Context &context);
+// Each gives `app` some of the commands. The one that the user names puts its work into `context.run`.
+void addChangeCommands(CLI::App &app, Context &context);
+void addFindCommands(CLI::App &app, Context &context);
+void addExchangeCommands(CLI::App &app, Context &context);
 
 } // namespace tool

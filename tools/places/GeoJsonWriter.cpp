@@ -4,16 +4,15 @@
 
 #include "ExactJson.h"
 #include "Feature.h"
+#include "JsonWriter.h"
 #include "Vocabulary.h"
 
 #include <places/Place.h>
 #include <places/PlaceHeader.h>
 
-#include <QtCore/QMap>
-#include <QtCore/QSet>
-
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
+
 
 #include <algorithm>
 #include <cmath>
@@ -28,120 +27,10 @@ using namespace vela::platform::places;
 namespace
 {
 
-/// Members that a place has nothing for, as JSON texts.
-using Foreign = QMap<QString, QByteArray>;
-
-/// Writes members that have a value and leaves out those that do not. No object gets a name twice.
-class Writer
-{
-public:
-    template <typename Body>
-    void object(Body body)
-    {
-        const QSet<QString> outer = std::exchange(m_names, {});
-        m_writer.StartObject();
-        body();
-        m_writer.EndObject();
-        m_names = outer;
-    }
-    template <typename Body>
-    void array(Body body)
-    {
-        m_writer.StartArray();
-        body();
-        m_writer.EndArray();
-    }
-    void key(const char *name) { key(QString::fromLatin1(name)); }
-    void text(const QString &text)
-    {
-        const QByteArray bytes = text.toUtf8();
-        m_writer.String(bytes.constData(), static_cast<rapidjson::SizeType>(bytes.size()));
-    }
-    void number(double value) { m_writer.Double(value); }
-    void null() { m_writer.Null(); }
-
-    void key(const QString &name)
-    {
-        m_names.insert(name);
-        const QByteArray bytes = name.toUtf8();
-        m_writer.Key(bytes.constData(), static_cast<rapidjson::SizeType>(bytes.size()));
-    }
-    void member(const QString &name, const QString &value)
-    {
-        if (value.isEmpty())
-            return;
-        key(name);
-        text(value);
-    }
-    void member(const char *name, const QString &value) { member(QString::fromLatin1(name), value); }
-    void member(const char *name, qint64 value)
-    {
-        key(name);
-        m_writer.Int64(value);
-    }
-    void member(const char *name, bool value)
-    {
-        if (!value && m_left.contains(QLatin1String(name)))
-            return;
-        key(name);
-        m_writer.Bool(value);
-    }
-    void member(const char *name, double value)
-    {
-        if (!std::isfinite(value))
-            return;
-        key(name);
-        number(value);
-    }
-    void member(const char *name, const QStringList &values)
-    {
-        if (!values.isEmpty())
-            list(name, values);
-    }
-    /// A list that is written even when it is empty.
-    template <typename Values, typename Write>
-    void list(const char *name, const Values &values, Write write)
-    {
-        if (values.isEmpty() && m_left.contains(QLatin1String(name)))
-            return;
-        key(name);
-        array([&] { std::for_each(values.begin(), values.end(), write); });
-    }
-    void list(const char *name, const QStringList &values)
-    {
-        list(name, values, [this](const QString &value) { text(value); });
-    }
-    void list(const QStringList &values)
-    {
-        array([&] {
-            for (const QString &value : values)
-                text(value);
-        });
-    }
-    void foreign(const Foreign &members)
-    {
-        for (auto member = members.begin(); member != members.end(); ++member) {
-            if (m_names.contains(member.key()))
-                continue;
-            key(member.key());
-            m_writer.RawValue(member->constData(), static_cast<std::size_t>(member->size()), rapidjson::kObjectType);
-        }
-    }
-    /// Leaves out lists without members, and what is false, where these members have the name.
-    void leaveEmptyOnesTo(const Foreign &members) { m_left = members; }
-    QByteArray result() const { return QByteArray(m_text.GetString(), static_cast<int>(m_text.GetSize())); }
-
-private:
-    rapidjson::StringBuffer m_text;
-    rapidjson::Writer<rapidjson::StringBuffer> m_writer{m_text};
-    QSet<QString> m_names; ///< Those that the object has.
-    Foreign m_left;
-};
-
 // ------------------------------------------------------------------------------------------------------- locations
 
 /// Longitude first, altitude third.
-void writePosition(Writer &out, const Coordinates &position)
+void writePosition(JsonWriter &out, const Coordinates &position)
 {
     out.key("coordinates");
     out.array([&] {
@@ -152,7 +41,7 @@ void writePosition(Writer &out, const Coordinates &position)
     });
 }
 
-void writeGeometry(Writer &out, const Coordinates &position)
+void writeGeometry(JsonWriter &out, const Coordinates &position)
 {
     out.key("geometry");
     if (!position.isValid())
@@ -164,7 +53,7 @@ void writeGeometry(Writer &out, const Coordinates &position)
 }
 
 /// The south-west corner and the north-east one.
-void writeBox(Writer &out, const BoundingBox &box)
+void writeBox(JsonWriter &out, const BoundingBox &box)
 {
     if (!box.isValid())
         return;
@@ -184,7 +73,7 @@ void writeBox(Writer &out, const BoundingBox &box)
     });
 }
 
-void writeAddress(Writer &out, const Address &address)
+void writeAddress(JsonWriter &out, const Address &address)
 {
     for (const auto &part : vocabulary::ADDRESS_TEXTS)
         out.member(part.name, (address.*part.get)());
@@ -195,7 +84,7 @@ void writeAddress(Writer &out, const Address &address)
 }
 
 /// Everything of a location but its position and box, which stand elsewhere.
-void writeLocation(Writer &out, const Location &location)
+void writeLocation(JsonWriter &out, const Location &location)
 {
     writeAddress(out, location.address());
     const Coordinates position = location.coordinates();
@@ -218,7 +107,7 @@ int shownLocation(const Place &place)
     return 0;
 }
 
-void writeOtherLocations(Writer &out, const Place &place, int shown)
+void writeOtherLocations(JsonWriter &out, const Place &place, int shown)
 {
     if (place.locationCount() < 2)
         return;
@@ -241,30 +130,16 @@ void writeOtherLocations(Writer &out, const Place &place, int shown)
 
 // --------------------------------------------------------------------------------------------------------- records
 
-void writeRecord(Writer &out, const AuxiliaryData &data)
-{
-    const QMap<QString, QString> properties = data.properties();
-    out.object([&] {
-        out.member("type", data.type());
-        out.member("externalId", data.externalId());
-        out.key("properties");
-        out.object([&] {
-            for (auto property = properties.begin(); property != properties.end(); ++property) {
-                out.key(property.key());
-                out.text(property.value());
-            }
-        });
-    });
-}
-
-void writeRecords(Writer &out, const Place &place)
+void writeRecords(JsonWriter &out, const Place &place)
 {
     QList<AuxiliaryData> records;
     for (int i = 0; i < place.auxiliaryDataCount(); ++i) {
         if (const AuxiliaryData data = place.auxiliaryData(i); !vocabulary::isForeign(data.type()))
             records.append(data);
     }
-    out.list(vocabulary::RECORDS, records, [&out](const AuxiliaryData &data) { writeRecord(out, data); });
+    out.list(vocabulary::RECORDS, records, [&out](const AuxiliaryData &data) {
+        out.object([&] { writeRecord(out, data); });
+    });
 }
 
 /// Deepest nesting of a foreign member, which stands in the properties of a feature.
@@ -320,14 +195,14 @@ Foreign foreignOf(const Place &place, const char *type, bool (*isForeign)(const 
 
 // -------------------------------------------------------------------------------------------------------- features
 
-void writeNames(Writer &out, const AbstractPlace &place)
+void writeNames(JsonWriter &out, const AbstractPlace &place)
 {
     out.member(vocabulary::NAME, place.name());
     out.member(vocabulary::DESCRIPTION, place.description());
 }
 
 /// What every list of places shows, whatever record it comes from.
-void writePrimaryValues(Writer &out, const AbstractPlace &place)
+void writePrimaryValues(JsonWriter &out, const AbstractPlace &place)
 {
     out.member(vocabulary::PHONE, place.primaryPhoneNumber());
     out.member(vocabulary::EMAIL, place.primaryEmailAddress());
@@ -345,7 +220,7 @@ QStringList tagsOf(const Place &place)
     return tags;
 }
 
-void writeProperties(Writer &out, const Place &place, int shown)
+void writeProperties(JsonWriter &out, const Place &place, int shown)
 {
     const Foreign foreign = foreignOf(place, vocabulary::FOREIGN_PROPERTIES, isForeignProperty);
     out.leaveEmptyOnesTo(foreign);
@@ -367,10 +242,32 @@ void writeProperties(Writer &out, const Place &place, int shown)
     out.foreign(foreign);
 }
 
+void writeId(JsonWriter &out, const AbstractPlace &place)
+{
+    if (place.isPersisted())
+        out.member("id", place.id());
+}
+
+/// A place with what a header knows of it.
+void writeShortFeature(JsonWriter &out, const AbstractPlace &place)
+{
+    out.object([&] {
+        out.member("type", QStringLiteral("Feature"));
+        writeId(out, place);
+        writeGeometry(out, place.primaryCoordinates());
+        out.key("properties");
+        out.object([&] {
+            writeNames(out, place);
+            writeAddress(out, place.primaryAddress());
+            writePrimaryValues(out, place);
+        });
+    });
+}
+
 template <typename Members>
 QByteArray feature(const Place &place, Members members)
 {
-    Writer out;
+    JsonWriter out;
     const int shown = shownLocation(place);
     out.object([&] {
         out.member("type", QStringLiteral("Feature"));
@@ -388,48 +285,45 @@ QByteArray feature(const Place &place, Members members)
 
 QByteArray toGeoJson(const Place &place)
 {
-    return feature(place, [&](Writer &out) {
-        if (place.isPersisted())
-            out.member("id", place.id());
-    });
+    return feature(place, [&](JsonWriter &out) { writeId(out, place); });
 }
 
 QByteArray toGeoJsonFeature(const Place &place)
 {
     return feature(place,
-                   [&](Writer &out) { out.foreign(foreignOf(place, vocabulary::FOREIGN_MEMBERS, isForeignMember)); });
+                   [&](JsonWriter &out) { out.foreign(foreignOf(place, vocabulary::FOREIGN_MEMBERS, isForeignMember)); });
 }
 
-QByteArray toGeoJson(const QList<PlaceHeader *> &places)
+QByteArray toGeoJson(const PlaceList &places, bool hasMore)
 {
-    Writer out;
-    out.object([&] {
-        out.member("type", QStringLiteral("FeatureCollection"));
-        out.key("features");
-        out.array([&] {
-            for (const PlaceHeader *place : places) {
-                out.object([&] {
-                    out.member("type", QStringLiteral("Feature"));
-                    out.member("id", place->id());
-                    writeGeometry(out, place->primaryCoordinates());
-                    out.key("properties");
-                    out.object([&] {
-                        writeNames(out, *place);
-                        writeAddress(out, place->primaryAddress());
-                        writePrimaryValues(out, *place);
-                    });
-                });
-            }
-        });
+    JsonWriter out;
+    out.object([&] { writeCollection(out, places, hasMore); });
+    return out.result();
+}
+
+void writeCollection(JsonWriter &out, const PlaceList &places, bool hasMore)
+{
+    out.member("type", QStringLiteral("FeatureCollection"));
+    out.member("hasMore", hasMore);
+    out.key("features");
+    out.array([&] {
+        for (const AbstractPlace *place : places)
+            writeShortFeature(out, *place);
     });
-    return out.result();
 }
 
-QByteArray toJson(const QStringList &texts)
+void writeRecord(JsonWriter &out, const AuxiliaryData &data)
 {
-    Writer out;
-    out.list(texts);
-    return out.result();
+    const QMap<QString, QString> properties = data.properties();
+    out.member("type", data.type());
+    out.member("externalId", data.externalId());
+    out.key("properties");
+    out.object([&] {
+        for (auto property = properties.begin(); property != properties.end(); ++property) {
+            out.key(property.key());
+            out.text(property.value());
+        }
+    });
 }
 
 } // namespace tool

@@ -4,10 +4,13 @@
 
 #include "Formats.h"
 #include "Input.h"
+#include "JsonWriter.h"
 #include "ProgressBar.h"
 
 #include <places/Place.h>
 #include <places/PlaceManager.h>
+
+#include <QtCore/QVector>
 
 namespace tool
 {
@@ -18,11 +21,32 @@ using namespace places;
 namespace
 {
 
-struct Counts
+/// Most problems that the summary for programs names. Standard error names all of them.
+constexpr int MAX_PROBLEMS = 1000;
+
+/// What became of the places of the files.
+struct Summary
 {
-    int imported = 0;
-    int skipped = 0;
-    int failed = 0;
+    struct Problem
+    {
+        QString file;
+        QString where; ///< Empty when it is about the file.
+        QString text;
+    };
+
+    /// Tells of a problem, and keeps it.
+    void complain(const Problem &problem)
+    {
+        tool::complain(problem.where.isEmpty() ? problem.file : problem.file + QStringLiteral(": ") + problem.where,
+                       problem.text);
+        if (problems.size() < MAX_PROBLEMS)
+            problems.append(problem);
+    }
+
+    qint64 imported = 0;
+    qint64 skipped = 0;
+    qint64 failed = 0;
+    QVector<Problem> problems;
 };
 
 const Format &formatOf(const QString &path, const QString &name, const Input &input)
@@ -35,57 +59,83 @@ const Format &formatOf(const QString &path, const QString &name, const Input &in
 }
 
 /// Adds the places of one file. Stops early only when the service is gone or the file cannot be read on.
-ExitStatus importFile(const QString &path, const QString &formatName, Counts &counts)
+ExitStatus importFile(const QString &path, const QString &formatName, Summary &summary)
 {
     const PlaceManager manager;
     Input input(path);
     ProgressBar bar(path);
     ExitStatus status = Done;
+    const auto complain = [&](const QString &where, const QString &problem) {
+        bar.clear();
+        summary.complain({path, where, problem});
+    };
     const auto take = [&](const ReadPlace &read) {
-        const QString where = path + QStringLiteral(": ") + read.where;
         if (!read.place) {
-            bar.clear();
-            complain(where, read.problem);
-            ++counts.skipped;
+            complain(read.where, read.problem);
+            ++summary.skipped;
             status = Failed;
             return true;
         }
         const Error::Type error = manager.addPlace(read.place);
         if (error == Error::Success) {
-            bar.show(input.progress(), ++counts.imported);
+            bar.show(input.progress(), ++summary.imported);
             return true;
         }
-        bar.clear();
-        ++counts.failed;
-        status = report(error, where);
+        complain(read.where, textOf(error));
+        ++summary.failed;
+        status = statusOf(error);
         return status != NoService;
     };
     const QString problem =
         input.problem().isEmpty() ? formatOf(path, formatName, input).read(input, take) : input.problem();
     if (problem.isEmpty())
         return status;
-    bar.clear();
-    complain(path, problem);
+    complain(QString(), problem);
     return Failed;
+}
+
+QByteArray toJson(const Summary &summary)
+{
+    JsonWriter out;
+    out.object([&] {
+        out.member("imported", summary.imported);
+        out.member("skipped", summary.skipped);
+        out.member("failed", summary.failed);
+        out.key("problems");
+        out.array([&] {
+            for (const Summary::Problem &problem : summary.problems) {
+                out.object([&] {
+                    out.member("file", problem.file);
+                    out.member("where", problem.where);
+                    out.member("problem", problem.text);
+                });
+            }
+        });
+    });
+    return out.result();
 }
 
 } // namespace
 
-ExitStatus importFiles(const QStringList &paths, const QString &format)
+ExitStatus importFiles(const QStringList &paths, const QString &format, Form form)
 {
-    Counts counts;
+    Summary summary;
     ExitStatus status = Done;
     for (const QString &path : paths) {
-        const ExitStatus outcome = importFile(path, format, counts);
+        const ExitStatus outcome = importFile(path, format, summary);
         if (outcome != Done)
             status = outcome;
         if (outcome == NoService)
             break;
     }
-    printLine(QStringLiteral("%1 imported, %2 skipped, %3 failed")
-                  .arg(counts.imported)
-                  .arg(counts.skipped)
-                  .arg(counts.failed));
+    if (form == Form::Table) {
+        printLine(QStringLiteral("%1 imported, %2 skipped, %3 failed")
+                      .arg(summary.imported)
+                      .arg(summary.skipped)
+                      .arg(summary.failed));
+    } else {
+        printJson(toJson(summary));
+    }
     return status;
 }
 

@@ -9,8 +9,8 @@ namespace tool
 {
 
 /// Adds the places of files; "-" stands for standard input. What is no place is named and left out; the counts come at
-/// the end. Failed when anything was left out.
+/// the end; as JSON with the first problems. Failed when anything was left out.
 /// @param format name of the files' format; empty to go by their extensions and contents.
-ExitStatus importFiles(const QStringList &paths, const QString &format);
+ExitStatus importFiles(const QStringList &paths, const QString &format, Form form);
 
 } // namespace tool

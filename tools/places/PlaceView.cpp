@@ -2,6 +2,7 @@
 
 #include "PlaceView.h"
 
+#include "TerminalText.h"
 #include "Vocabulary.h"
 
 #include <places/CalendarAuxiliaryData.h>
@@ -17,6 +18,7 @@
 #include <QtCore/QSet>
 #include <QtCore/QStringList>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -33,16 +35,6 @@ constexpr int NAME_WIDTH = 14;
 /// The end of the year 9999, in seconds since 1970-01-01T00:00:00 UTC. Later times are shown as numbers.
 constexpr quint64 LAST_SECOND = 253402300799;
 
-/// Control characters, which a text may hold, would confuse a terminal.
-QString printable(QString text)
-{
-    for (QChar &c : text) {
-        if (c.category() == QChar::Other_Control)
-            c = QLatin1Char(' ');
-    }
-    return text;
-}
-
 /// Fields, one a line; a value of several lines stands in one column.
 class Fields
 {
@@ -55,12 +47,12 @@ public:
     {
         if (value.isEmpty())
             return;
-        QString lead = printable(name).leftJustified(NAME_WIDTH - m_indent.size());
-        if (!lead.endsWith(QLatin1Char(' ')))
-            lead += QLatin1Char(' ');
+        QString lead = printable(name);
+        const int width = std::max(columnsOf(lead) + 1, NAME_WIDTH - m_indent.size());
+        lead = cell(lead, width);
         for (const QString &line : value.split(QLatin1Char('\n'))) {
             m_text += m_indent + lead + printable(line) + QLatin1Char('\n');
-            lead.fill(QLatin1Char(' '));
+            lead = QString(width, QLatin1Char(' '));
         }
     }
     void add(const char *name, const QString &value) { add(QString::fromLatin1(name), value); }

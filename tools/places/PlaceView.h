@@ -6,7 +6,7 @@
 namespace vela::platform::places
 {
 class Place;
-}
+} // namespace vela::platform::places
 
 namespace tool
 {

@@ -2,6 +2,8 @@
 
 #include "ProgressBar.h"
 
+#include "TerminalText.h"
+
 #include <cstdio>
 
 #include <unistd.h>
@@ -10,11 +12,11 @@ namespace tool
 {
 
 ProgressBar::ProgressBar(const QString &title)
-    : m_title(title)
+    : m_title(printable(title))
     , m_shown(::isatty(STDERR_FILENO))
 {}
 
-void ProgressBar::show(double part, int count)
+void ProgressBar::show(double part, qint64 count)
 {
     const auto now = std::chrono::steady_clock::now();
     if (!m_shown || now - m_last < std::chrono::milliseconds(100))
@@ -25,7 +27,7 @@ void ProgressBar::show(double part, int count)
         QString(static_cast<int>(part * WIDTH), QLatin1Char('#')).leftJustified(WIDTH, QLatin1Char('.'));
     const QString done =
         part > 0 ? QStringLiteral("[%1] %2 % ").arg(bar).arg(static_cast<int>(part * 100), 3) : QString();
-    std::fprintf(stderr, "\r%s: %s%d places", qUtf8Printable(m_title), qUtf8Printable(done), count);
+    std::fprintf(stderr, "\r%s: %s%lld places", qUtf8Printable(m_title), qUtf8Printable(done), count);
 }
 
 void ProgressBar::clear()

@@ -18,7 +18,7 @@ public:
     ~ProgressBar() { clear(); }
 
     /// @param part how much is done, from 0 to 1; 0 when nobody knows.
-    void show(double part, int count);
+    void show(double part, qint64 count);
     /// Makes room for a message.
     void clear();
 

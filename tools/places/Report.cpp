@@ -2,13 +2,14 @@
 
 #include "Report.h"
 
-#include "GeoJsonWriter.h"
+#include "JsonWriter.h"
 #include "PlaceView.h"
+#include "TerminalText.h"
 
 #include <places/Place.h>
-#include <places/PlaceHeader.h>
 #include <places/PlaceJson.h>
 
+#include <cerrno>
 #include <cstdio>
 
 namespace tool
@@ -20,9 +21,10 @@ namespace
 {
 
 constexpr int ID_WIDTH = 7;
+constexpr int STAR_WIDTH = 1;
 constexpr int NAME_WIDTH = 40;
 
-const char *textOf(Error::Type error)
+const char *wordsFor(Error::Type error)
 {
     switch (error) {
     case Error::Success:
@@ -66,53 +68,72 @@ const char *textOf(Error::Type error)
     return "failed";
 }
 
-/// Text cut or filled to a width. Control characters, which a place's name may hold, would confuse a terminal.
-QString cell(QString text, int width)
-{
-    for (QChar &c : text) {
-        if (c.category() == QChar::Other_Control)
-            c = QLatin1Char(' ');
-    }
-    return text.size() > width ? text.left(width - 1) + QChar(0x2026) : text.leftJustified(width);
-}
-
 } // namespace
 
 void complain(const QString &where, const QString &problem)
 {
-    std::fprintf(stderr, "places: %s: %s\n", qUtf8Printable(where), qUtf8Printable(problem));
+    std::fprintf(stderr, "places: %s: %s\n", qUtf8Printable(printable(where)), qUtf8Printable(printable(problem)));
+}
+
+QString textOf(Error::Type outcome)
+{
+    return QLatin1String(wordsFor(outcome));
+}
+
+ExitStatus statusOf(Error::Type outcome)
+{
+    if (outcome == Error::Success)
+        return Done;
+    return outcome == Error::ServiceUnavailable ? NoService : Failed;
 }
 
 ExitStatus report(Error::Type outcome, const QString &what)
 {
-    if (outcome == Error::Success)
-        return Done;
-    complain(what, QLatin1String(textOf(outcome)));
-    return outcome == Error::ServiceUnavailable ? NoService : Failed;
+    if (outcome != Error::Success)
+        complain(what, textOf(outcome));
+    return statusOf(outcome);
 }
 
 void printLine(const QString &line)
 {
-    std::printf("%s\n", qUtf8Printable(line));
+    std::printf("%s\n", qUtf8Printable(printable(line)));
+}
+
+void printJson(const QByteArray &json)
+{
+    std::printf("%s\n", json.constData());
 }
 
 void printTexts(const QStringList &texts, Form form)
 {
-    printLine(form == Form::Json ? QString::fromUtf8(toJson(texts)) : texts.join(QLatin1Char('\n')));
+    if (form == Form::Table) {
+        for (const QString &text : texts)
+            printLine(text);
+        return;
+    }
+    JsonWriter out;
+    out.list(texts);
+    printJson(out.result());
 }
 
-void printPlaces(const QList<PlaceHeader *> &found, Form form)
+QString rowOf(const AbstractPlace &place)
 {
-    if (form == Form::Json)
-        return printLine(QString::fromUtf8(toGeoJson(found)));
-    for (const PlaceHeader *place : found) {
-        printLine(QStringLiteral("%1 %2 %3 %4")
-                      .arg(place->id(), ID_WIDTH)
-                      .arg(place->isFavorite() ? QChar(0x2605) : QLatin1Char(' '))
-                      .arg(cell(place->name(), NAME_WIDTH), place->primaryLocation()));
-    }
+    const QString id = place.isPersisted() ? QString::number(place.id()) : QString();
+    const QString star = place.isFavorite() ? QString(QChar(0x2605)) : QString();
+    return id.rightJustified(ID_WIDTH) + QLatin1Char(' ') + cell(star, STAR_WIDTH) + QLatin1Char(' ')
+           + cell(place.name(), NAME_WIDTH) + QLatin1Char(' ') + printable(place.primaryLocation());
+}
+
+void printPlaces(const PlaceList &found, bool hasMore, Form form)
+{
+    if (form != Form::Table)
+        return printJson(toGeoJson(found, hasMore));
+    for (const AbstractPlace *place : found)
+        printLine(rowOf(*place));
     if (found.isEmpty())
         std::fprintf(stderr, "places: nothing found\n");
+    if (hasMore)
+        std::fprintf(stderr, "places: there are more; see --limit and --offset\n");
 }
 
 void printPlace(const Place &place, Form form)
@@ -121,10 +142,20 @@ void printPlace(const Place &place, Form form)
     case Form::Table:
         return void(std::fputs(qUtf8Printable(viewOf(place)), stdout));
     case Form::Json:
-        return printLine(QString::fromUtf8(toGeoJson(place)));
+        return printJson(toGeoJson(place));
     case Form::Document:
-        return printLine(QString::fromUtf8(PlaceJson::write(place)));
+        return printJson(PlaceJson::write(place));
     }
+}
+
+ExitStatus finishOutput()
+{
+    const bool wasWritten = std::ferror(stdout) == 0;
+    if (std::fflush(stdout) == 0 && wasWritten)
+        return Done;
+    complain(QStringLiteral("standard output"),
+             wasWritten ? qt_error_string(errno) : QStringLiteral("could not be written"));
+    return Failed;
 }
 
 } // namespace tool

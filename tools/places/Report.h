@@ -1,9 +1,11 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "GeoJsonWriter.h"
+
 #include <places/Error.h>
 
-#include <QtCore/QList>
+#include <QtCore/QByteArray>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
@@ -11,7 +13,6 @@ namespace vela::platform::places
 {
 class AbstractPlace;
 class Place;
-class PlaceHeader;
 } // namespace vela::platform::places
 
 /// What the client says, and how it ends.
@@ -20,13 +21,14 @@ namespace tool
 
 namespace places = vela::platform::places;
 
-/// Exit statuses; the last one is that of sysexits.h.
+/// Exit statuses.
 enum ExitStatus : int
 {
     Done = 0,
     Failed = 1,
     WrongUse = 2,
-    NoService = 69
+    NoService = 69,   ///< That of sysexits.h.
+    Interrupted = 128 ///< Plus the number of the signal; what a shell makes of a program that ended by one.
 };
 
 /// How results are written to standard output.
@@ -37,6 +39,9 @@ enum class Form
     Document, ///< The library's JSON document of a place.
 };
 
+/// An outcome in words, and its exit status.
+QString textOf(places::Error::Type outcome);
+ExitStatus statusOf(places::Error::Type outcome);
 /// The exit status for an outcome. A failure is told on standard error, as what became of `what`.
 ExitStatus report(places::Error::Type outcome, const QString &what);
 
@@ -44,12 +49,21 @@ ExitStatus report(places::Error::Type outcome, const QString &what);
 void complain(const QString &where, const QString &problem);
 
 /// Writes a list of places.
-void printPlaces(const QList<places::PlaceHeader *> &found, Form form);
+/// @param hasMore true when the service has more of them.
+void printPlaces(const PlaceList &found, bool hasMore, Form form);
 /// Writes a place with all it has.
 void printPlace(const places::Place &place, Form form);
 /// Writes texts, one a line or as a JSON array.
 void printTexts(const QStringList &texts, Form form);
-/// Writes one line.
+/// Writes a line for people.
 void printLine(const QString &line);
+/// Writes a JSON text.
+void printJson(const QByteArray &json);
+
+/// The line that stands for a place in a list: number, star, name, where it is.
+QString rowOf(const places::AbstractPlace &place);
+
+/// Writes out what is still to be written to standard output. Failed, and says so, when that was not possible.
+ExitStatus finishOutput();
 
 } // namespace tool

@@ -3,13 +3,43 @@
 #include "Commands.h"
 #include "ServiceStarter.h"
 
-#include <clocale>
+#include <QtCore/QCoreApplication>
 
-int main(int argc, char **argv)
+#include <clocale>
+#include <cstring>
+#include <exception>
+
+#include <langinfo.h>
+
+namespace
 {
-    std::setlocale(LC_ALL, "");
+
+using tool::ExitStatus;
+
+/// What is written is UTF-8. The plain locale knows ASCII only, and would spoil other characters of the arguments.
+void chooseCharacters()
+{
+    if (std::strcmp(::nl_langinfo(CODESET), "ANSI_X3.4-1968") == 0)
+        std::setlocale(LC_CTYPE, "C.UTF-8");
+}
+
+ExitStatus withService(const tool::Context &context, bool mayStart)
+{
+    tool::ServiceStarter service;
+    if (context.needsService && !tool::ServiceStarter::isServiceRunning()) {
+        if (!mayStart)
+            return tool::report(vela::platform::places::Error::ServiceUnavailable, QStringLiteral("--no-start"));
+        if (!service.start())
+            return tool::NoService;
+    }
+    return context.run();
+}
+
+ExitStatus run(int argc, char **argv)
+{
     CLI::App app("Keeps places: adds them, finds them, shows them.", "places");
     app.require_subcommand(1);
+    app.set_version_flag("--version", "places " PLACES_VERSION);
     app.footer("Exit status: 0 done, 1 failed, 2 wrong use, 69 no places service.");
     tool::Context context;
     bool json = false;
@@ -17,20 +47,30 @@ int main(int argc, char **argv)
     app.add_flag("--json", json, "Write GeoJSON or JSON instead of tables");
     app.add_flag("--no-start", noStart, "Do not start a places service when none is running");
     app.fallthrough();
-    tool::addCommands(app, context);
+    tool::addChangeCommands(app, context);
+    tool::addFindCommands(app, context);
+    tool::addExchangeCommands(app, context);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError &error) {
         return app.exit(error) == 0 ? tool::Done : tool::WrongUse;
     }
     context.form = json ? tool::Form::Json : tool::Form::Table;
+    return withService(context, !noStart);
+}
 
-    tool::ServiceStarter service;
-    if (context.needsService && !tool::ServiceStarter::isServiceRunning()) {
-        if (noStart)
-            return tool::report(vela::platform::places::Error::ServiceUnavailable, QStringLiteral("--no-start"));
-        if (!service.start())
-            return tool::NoService;
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    chooseCharacters();
+    ExitStatus status = tool::Failed;
+    try {
+        status = run(argc, argv);
+    } catch (const std::exception &error) {
+        tool::complain(QStringLiteral("failed"), QString::fromLocal8Bit(error.what()));
     }
-    return context.run();
+    const ExitStatus written = tool::finishOutput();
+    return status == tool::Done ? written : status;
 }

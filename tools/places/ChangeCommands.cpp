@@ -2,18 +2,13 @@
 
 #include "Commands.h"
 
-#include "Export.h"
-#include "Formats.h"
-#include "Import.h"
+#include "JsonWriter.h"
+#include "Options.h"
 #include "PlaceLink.h"
 
 #include <places/Place.h>
-#include <places/PlaceHeader.h>
 #include <places/PlaceManager.h>
 #include <places/PointOfInterestAuxiliaryData.h>
-#include <places/SearchHandle.h>
-
-#include <QtCore/QStringList>
 
 #include <memory>
 #include <optional>
@@ -28,57 +23,10 @@ using namespace places;
 namespace
 {
 
-constexpr int DEFAULT_LIMIT = 20;
-
-QString text(const std::string &bytes)
-{
-    return QString::fromLocal8Bit(bytes.data(), static_cast<int>(bytes.size()));
-}
-
-QStringList texts(const std::vector<std::string> &list)
-{
-    QStringList converted;
-    for (const std::string &bytes : list)
-        converted.append(text(bytes));
-    return converted;
-}
-
 QString nameOf(qint64 id)
 {
     return QStringLiteral("place %1").arg(id);
 }
-
-/// Owns the places of a find.
-struct Found
-{
-    Found() = default;
-    Found(const Found &) = delete;
-    Found &operator=(const Found &) = delete;
-    ~Found() { qDeleteAll(places); }
-
-    QList<PlaceHeader *> places;
-};
-
-/// The coordinates in a text "LATITUDE,LONGITUDE", in degrees; invalid when it is none.
-Coordinates parsePosition(const std::string &position)
-{
-    const QStringList parts = text(position).split(QLatin1Char(','));
-    bool isLatitude = false;
-    bool isLongitude = false;
-    if (parts.size() != 2)
-        return {};
-    const Coordinates coordinates(parts[0].trimmed().toDouble(&isLatitude), parts[1].trimmed().toDouble(&isLongitude));
-    return isLatitude && isLongitude ? coordinates : Coordinates();
-}
-
-/// Refuses, as wrong use, what is not a position.
-const CLI::Validator IsPosition(
-    [](const std::string &position) {
-        return parsePosition(position).isValid() ? std::string() : "not a position: " + position;
-    },
-    "LATITUDE,LONGITUDE");
-
-// ------------------------------------------------------------------------------------------------ adding, changing
 
 /// What the user says of a place; what is not said stays as it is.
 struct Details
@@ -101,7 +49,7 @@ struct Details
 
 void addDetailOptions(CLI::App &command, Details &details)
 {
-    command.add_option("--at", details.position, "Position in degrees")->check(IsPosition);
+    command.add_option("--at", details.position, "Position in degrees")->transform(IsPosition);
     command.add_option("--description", details.description, "Description");
     command.add_option("--label", details.label, "The address as one line");
     command.add_option("--street", details.street, "Street and house number");
@@ -113,7 +61,7 @@ void addDetailOptions(CLI::App &command, Details &details)
     command.add_option("--phone", details.phone, "Telephone number");
     command.add_option("--email", details.email, "E-mail address");
     command.add_option("--url", details.url, "Web address");
-    command.add_option("--tag", details.tags, "Tag; may be given several times");
+    addListOption(command, "--tag", details.tags, "Tag; may be given several times");
 }
 
 template <typename Object>
@@ -248,21 +196,14 @@ ExitStatus show(const QString &idOrLink, Form form)
     });
 }
 
-/// Refuses, as wrong use, what is neither the number of a place nor a link.
-const CLI::Validator IsIdOrLink(
-    [](const std::string &argument) {
-        bool isNumber = false;
-        (void)text(argument).toLongLong(&isNumber);
-        return isNumber || isLink(text(argument)) ? std::string() : "neither a number nor a link: " + argument;
-    },
-    "ID|LINK");
-
 void addShowCommand(CLI::App &app, Context &context)
 {
     const auto idOrLink = std::make_shared<std::string>();
     const auto asDocument = std::make_shared<bool>(false);
     CLI::App *command = app.add_subcommand("show", "Show a place with all it has, or what a link leads to");
-    command->add_option("PLACE", *idOrLink, "Number of the place, geo: URI or map link")->required()->check(IsIdOrLink);
+    command->add_option("PLACE", *idOrLink, "Number of the place, geo: URI or map link")
+        ->required()
+        ->transform(IsIdOrLink);
     command->add_flag("--document", *asDocument, "Write the place's JSON document");
     command->callback([&context, idOrLink, asDocument] {
         context.needsService = !isLink(text(*idOrLink));
@@ -280,14 +221,21 @@ ExitStatus unfav(Place &place)
     return Failed;
 }
 
-ExitStatus printLink(const Place &place)
+ExitStatus printLink(const Place &place, Form form)
 {
     const QUrl url = place.mapUrl();
     if (url.isEmpty()) {
         complain(nameOf(place.id()), QStringLiteral("has no position"));
         return Failed;
     }
-    printLine(QString::fromLatin1(url.toEncoded()));
+    const QString link = QString::fromLatin1(url.toEncoded());
+    if (form == Form::Table) {
+        printLine(link);
+        return Done;
+    }
+    JsonWriter out;
+    out.object([&] { out.member("url", link); });
+    printJson(out.result());
     return Done;
 }
 
@@ -297,7 +245,7 @@ CLI::App *addPlaceCommand(CLI::App &app, Context &context, const char *name, con
 {
     const auto id = std::make_shared<qint64>(-1);
     CLI::App *command = app.add_subcommand(name, description);
-    command->add_option("ID", *id, "Number of the place")->required();
+    command->add_option("ID", *id, "Number of the place")->required()->transform(IsId);
     command->callback([&context, id, work] { context.run = [id, work] { return withPlace(*id, work); }; });
     return command;
 }
@@ -308,7 +256,7 @@ void addIdsCommand(CLI::App &app, Context &context, const char *name, const char
 {
     const auto ids = std::make_shared<std::vector<qint64>>();
     CLI::App *command = app.add_subcommand(name, description);
-    command->add_option("ID", *ids, "Numbers of the places")->required();
+    command->add_option("ID", *ids, "Numbers of the places")->required()->transform(IsId);
     command->callback([&context, ids, work] { context.run = [ids, work] { return withEach(*ids, work); }; });
 }
 
@@ -319,7 +267,7 @@ void addTagCommand(CLI::App &app, Context &context, const char *name, const char
     const auto id = std::make_shared<qint64>(-1);
     const auto tags = std::make_shared<std::vector<std::string>>();
     CLI::App *command = app.add_subcommand(name, description);
-    command->add_option("ID", *id, "Number of the place")->required();
+    command->add_option("ID", *id, "Number of the place")->required()->transform(IsId);
     command->add_option("TAG", *tags, "Tags")->required();
     command->callback([&context, id, tags, change] {
         context.run = [id, tags, change] {
@@ -334,13 +282,15 @@ void addTagCommand(CLI::App &app, Context &context, const char *name, const char
     });
 }
 
-void addChangingCommands(CLI::App &app, Context &context)
+} // namespace
+
+void addChangeCommands(CLI::App &app, Context &context)
 {
     const auto details = std::make_shared<Details>();
     CLI::App *addCommand = app.add_subcommand("add", "Add a place and print its number");
     const auto nameOrLink = std::make_shared<std::string>();
-    addCommand->add_option("PLACE", *nameOrLink, "Name, geo: URI or map link")->required();
-    addCommand->add_option("--name", details->name, "Name of a place that is given by a link");
+    addCommand->add_option("PLACE", *nameOrLink, "Name, geo: URI or map link")->required()->transform(IsName);
+    addCommand->add_option("--name", details->name, "Name of a place that is given by a link")->transform(IsName);
     addDetailOptions(*addCommand, *details);
     addCommand->callback([&context, nameOrLink, details] {
         context.run = [&context, nameOrLink, details] { return add(text(*nameOrLink), *details, context.form); };
@@ -349,7 +299,7 @@ void addChangingCommands(CLI::App &app, Context &context)
     addShowCommand(app, context);
     CLI::App *updateCommand = addPlaceCommand(app, context, "update", "Change a place; what is not given stays",
                                               [details](Place &place) { return update(place, *details); });
-    updateCommand->add_option("--name", details->name, "Name");
+    updateCommand->add_option("--name", details->name, "Name")->transform(IsName);
     addDetailOptions(*updateCommand, *details);
     addIdsCommand(app, context, "remove", "Remove places", [](qint64 id) { return PlaceManager().removePlace(id); });
     addIdsCommand(app, context, "use", "Count a use of places, now",
@@ -359,164 +309,8 @@ void addChangingCommands(CLI::App &app, Context &context)
     addPlaceCommand(app, context, "unfav", "Make a favourite an ordinary place", unfav);
     addTagCommand(app, context, "tag", "Add tags to a place", &PlaceManager::addTag);
     addTagCommand(app, context, "untag", "Remove tags from a place", &PlaceManager::removeTag);
-    addPlaceCommand(app, context, "link", "Print the link that shows a place on the map web service", printLink);
-}
-
-// --------------------------------------------------------------------------------------------------------- finding
-
-struct FindOptions
-{
-    std::vector<std::string> terms;
-    std::string position;
-    std::vector<std::string> tags;
-    std::string sort = "relevance";
-    int offset = 0;
-    int limit = DEFAULT_LIMIT;
-    bool onlyMine = false;
-};
-
-SortRule sortRuleOf(const FindOptions &options)
-{
-    if (!options.position.empty())
-        return SortRule::createDistanceSortRule(parsePosition(options.position), SortOrder::Ascending);
-    if (options.sort == "name")
-        return SortRule::createSimpleSortRule(SortField::Name, SortOrder::Ascending);
-    if (options.sort == "recent")
-        return SortRule::createSimpleSortRule(SortField::LastUsedTime, SortOrder::Descending);
-    if (options.sort == "new")
-        return SortRule::createSimpleSortRule(SortField::CreationTime, SortOrder::Descending);
-    return {};
-}
-
-void addPageOptions(CLI::App &command, FindOptions &options)
-{
-    command.add_option("--offset", options.offset, "Number of results to pass over")->check(CLI::NonNegativeNumber);
-    command.add_option("--limit", options.limit, "Largest number of results")
-        ->check(CLI::NonNegativeNumber)
-        ->capture_default_str();
-}
-
-/// Runs a find and prints what it found; says when there is more.
-template <typename Find>
-ExitStatus printFound(const QString &what, Form form, Find find)
-{
-    Error::Type error = Error::Success;
-    SearchHandle handle;
-    Found found;
-    found.places = find(&error, &handle);
-    const ExitStatus status = report(error, what);
-    if (status != Done)
-        return status;
-    printPlaces(found.places, form);
-    if (form == Form::Table && handle.hasMoreData())
-        std::fprintf(stderr, "places: there are more; see --limit and --offset\n");
-    return Done;
-}
-
-ExitStatus findPlaces(const FindOptions &options, Form form)
-{
-    const PlaceManager manager;
-    const SortRule sort = sortRuleOf(options);
-    if (options.tags.empty()) {
-        return printFound(QStringLiteral("find"), form, [&](Error::Type *error, SearchHandle *handle) {
-            return manager.findPlaces(texts(options.terms).join(QLatin1Char(' ')), error, handle, sort, options.offset,
-                                      options.limit);
-        });
-    }
-    const QStringList tags = texts(options.tags);
-    return printFound(QStringLiteral("find"), form, [&](Error::Type *error, SearchHandle *handle) {
-        return manager.findPlacesByTags(tags, error, handle, sort, options.offset, options.limit);
-    });
-}
-
-void addFindingCommands(CLI::App &app, Context &context)
-{
-    const auto options = std::make_shared<FindOptions>();
-    const auto runFind = [&context, options] {
-        context.run = [&context, options] { return findPlaces(*options, context.form); };
-    };
-
-    CLI::App *find = app.add_subcommand("find", "Find places by the beginnings of words in their names");
-    CLI::Option *term = find->add_option("TERM", options->terms, "Words to look for; none for every place");
-    find->add_option("--tag", options->tags, "Places with any of these tags instead")->excludes(term);
-    find->add_option("--near", options->position, "Nearest to this position first")->check(IsPosition);
-    find->add_option("--sort", options->sort, "What comes first")
-        ->check(CLI::IsMember({"relevance", "name", "recent", "new"}))
-        ->capture_default_str();
-    addPageOptions(*find, *options);
-    find->callback(runFind);
-
-    CLI::App *near = app.add_subcommand("near", "List the places nearest to a position");
-    near->add_option("POSITION", options->position, "Position in degrees")->required()->check(IsPosition);
-    near->add_option("TERM", options->terms, "Words to look for in the names");
-    addPageOptions(*near, *options);
-    near->callback(runFind);
-
-    CLI::App *recent = app.add_subcommand("recent", "List places by their last use, latest first");
-    recent->add_flag("--mine", options->onlyMine, "Only places that this application added");
-    addPageOptions(*recent, *options);
-    recent->callback([&context, options] {
-        context.run = [&context, options] {
-            return printFound(QStringLiteral("recent"), context.form, [&](Error::Type *error, SearchHandle *handle) {
-                return PlaceManager().findRecentPlaces(error, handle, options->onlyMine, 0, options->offset,
-                                                       options->limit);
-            });
-        };
-    });
-
-    CLI::App *tags = app.add_subcommand("tags", "List the tags in use");
-    tags->callback([&context] {
-        context.run = [&context] {
-            Error::Type error = Error::Success;
-            const QStringList found = PlaceManager().getTagsInUse(&error);
-            if (error == Error::Success)
-                printTexts(found, context.form);
-            return report(error, QStringLiteral("tags"));
-        };
-    });
-}
-
-// -------------------------------------------------------------------------------------------------------- exchange
-
-/// Adds the option that names a format.
-void addFormatOption(CLI::App &command, std::string &format, bool onlyWritable)
-{
-    std::vector<std::string> names;
-    for (const QString &name : formatNames(onlyWritable))
-        names.push_back(name.toStdString());
-    command.add_option("--format", format, "Format; without it the file's extension or content tells")
-        ->check(CLI::IsMember(names));
-}
-
-void addExchangeCommands(CLI::App &app, Context &context)
-{
-    const auto format = std::make_shared<std::string>();
-    const auto files = std::make_shared<std::vector<std::string>>();
-    CLI::App *import = app.add_subcommand("import", "Add the places of GeoJSON, JSON, GPX, KML and CSV files");
-    import->add_option("FILE", *files, "Files; - for standard input")->required();
-    addFormatOption(*import, *format, false);
-    import->callback([&context, files, format] {
-        context.run = [files, format] { return importFiles(texts(*files), text(*format));
-};
-} // namespace
-);
-
-const auto file = std::make_shared<std::string>("-");
-CLI::App *exporting = app.add_subcommand("export", "Write all stored places as GeoJSON or JSON documents");
-exporting->add_option("FILE", *file, "File; - for standard output")->capture_default_str();
-addFormatOption(*exporting, *format, true);
-exporting->callback([&context, file, format] {
-    context.run = [file, format] { return exportPlaces(text(*file), text(*format)); };
-});
-} // namespace tool
-
-} // namespace
-
-void addCommands(CLI::App &app, Context &context)
-{
-    addChangingCommands(app, context);
-    addFindingCommands(app, context);
-    addExchangeCommands(app, context);
+    addPlaceCommand(app, context, "link", "Print the link that shows a place on the map web service",
+                    [&context](const Place &place) { return printLink(place, context.form); });
 }
 
 } // namespace tool

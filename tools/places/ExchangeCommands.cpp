@@ -1,0 +1,61 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "Commands.h"
+#include "Export.h"
+#include "Formats.h"
+#include "Import.h"
+#include "Options.h"
+
+#include <memory>
+
+namespace tool
+{
+
+namespace
+{
+
+/// Adds the option that names a format.
+void addFormatOption(CLI::App &command, std::string &format, bool onlyWritable)
+{
+    std::vector<std::string> names;
+    for (const QString &name : formatNames(onlyWritable))
+        names.push_back(name.toStdString());
+    command.add_option("--format", format, "Format; without it the file's extension or content tells")
+        ->check(CLI::IsMember(names));
+}
+
+void addImport(CLI::App &app, Context &context)
+{
+    const auto format = std::make_shared<std::string>();
+    const auto files = std::make_shared<std::vector<std::string>>();
+    CLI::App *import = app.add_subcommand("import", "Add the places of GeoJSON, JSON, GPX, KML and CSV files");
+    import->add_option("FILE", *files, "Files; - for standard input")->required();
+    addFormatOption(*import, *format, false);
+    import->callback([&context, files, format] {
+        context.run = [&context, files, format] { return importFiles(texts(*files), text(*format), context.form);
+};
+} // namespace
+);
+} // namespace tool
+
+void addExport(CLI::App &app, Context &context)
+{
+    const auto format = std::make_shared<std::string>();
+    const auto file = std::make_shared<std::string>("-");
+    CLI::App *command = app.add_subcommand("export", "Write all stored places as GeoJSON or JSON documents");
+    command->add_option("FILE", *file, "File; - for standard output")->capture_default_str();
+    addFormatOption(*command, *format, true);
+    command->callback([&context, file, format] {
+        context.run = [file, format] { return exportPlaces(text(*file), text(*format)); };
+    });
+}
+
+} // namespace
+
+void addExchangeCommands(CLI::App &app, Context &context)
+{
+    addImport(app, context);
+    addExport(app, context);
+}
+
+} // namespace tool

@@ -1,0 +1,142 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "Commands.h"
+#include "Options.h"
+
+#include <places/PlaceHeader.h>
+#include <places/PlaceManager.h>
+#include <places/SearchHandle.h>
+
+#include <memory>
+
+namespace tool
+{
+
+using namespace places;
+
+namespace
+{
+
+struct FindOptions
+{
+    std::vector<std::string> terms;
+    std::string position;
+    std::vector<std::string> tags;
+    std::string sort = "relevance";
+    Page page;
+};
+
+SortRule sortRuleOf(const FindOptions &options)
+{
+    if (!options.position.empty())
+        return SortRule::createDistanceSortRule(parsePosition(options.position), SortOrder::Ascending);
+    if (options.sort == "name")
+        return SortRule::createSimpleSortRule(SortField::Name, SortOrder::Ascending);
+    if (options.sort == "recent")
+        return SortRule::createSimpleSortRule(SortField::LastUsedTime, SortOrder::Descending);
+    if (options.sort == "new")
+        return SortRule::createSimpleSortRule(SortField::CreationTime, SortOrder::Descending);
+    return {};
+}
+
+/// Runs a find and prints what it found.
+template <typename Find>
+ExitStatus printFound(const char *command, Form form, Find find)
+{
+    Error::Type error = Error::Success;
+    SearchHandle handle;
+    std::vector<std::unique_ptr<PlaceHeader>> found;
+    for (PlaceHeader *place : find(&error, &handle))
+        found.emplace_back(place);
+    const ExitStatus status = report(error, QLatin1String(command));
+    if (status != Done)
+        return status;
+    PlaceList places;
+    for (const auto &place : found)
+        places.append(place.get());
+    printPlaces(places, handle.hasMoreData(), form);
+    return Done;
+}
+
+ExitStatus findPlaces(const FindOptions &options, Form form)
+{
+    return printFound("find", form, [&](Error::Type *error, SearchHandle *handle) {
+        const PlaceManager manager;
+        const SortRule sort = sortRuleOf(options);
+        const Page &page = options.page;
+        return options.tags.empty()
+                   ? manager.findPlaces(joined(options.terms), error, handle, sort, page.offset, page.limit)
+                   : manager.findPlacesByTags(texts(options.tags), error, handle, sort, page.offset, page.limit);
+    });
+}
+
+void addFind(CLI::App &app, Context &context)
+{
+    const auto options = std::make_shared<FindOptions>();
+    const auto run = [&context, options] {
+        context.run = [&context, options] { return findPlaces(*options, context.form); };
+    };
+
+    CLI::App *find = app.add_subcommand("find", "Find places by the beginnings of words in their names");
+    CLI::Option *term = find->add_option("TERM", options->terms, "Words to look for; none for every place");
+    addListOption(*find, "--tag", options->tags, "Places with this tag instead; may be given several times")
+        ->excludes(term);
+    find->add_option("--near", options->position, "Nearest to this position first")->transform(IsPosition);
+    find->add_option("--sort", options->sort, "What comes first")
+        ->check(CLI::IsMember({"relevance", "name", "recent", "new"}))
+        ->capture_default_str();
+    addPageOptions(*find, options->page);
+    find->callback(run);
+
+    CLI::App *near = app.add_subcommand("near", "List the places nearest to a position");
+    near->add_option("POSITION", options->position, "Position in degrees")->required()->transform(IsPosition);
+    near->add_option("TERM", options->terms, "Words to look for in the names");
+    addPageOptions(*near, options->page);
+    near->callback(run);
+}
+
+void addRecent(CLI::App &app, Context &context)
+{
+    struct Options
+    {
+        bool onlyMine = false;
+        Page page;
+    };
+    const auto options = std::make_shared<Options>();
+    CLI::App *recent = app.add_subcommand("recent", "List places by their last use, latest first");
+    recent->add_flag("--mine", options->onlyMine, "Only places that this application added");
+    addPageOptions(*recent, options->page);
+    recent->callback([&context, options] {
+        context.run = [&context, options] {
+            return printFound("recent", context.form, [&](Error::Type *error, SearchHandle *handle) {
+                return PlaceManager().findRecentPlaces(error, handle, options->onlyMine, 0, options->page.offset,
+                                                       options->page.limit);
+            });
+        };
+    });
+}
+
+void addTags(CLI::App &app, Context &context)
+{
+    CLI::App *tags = app.add_subcommand("tags", "List the tags in use");
+    tags->callback([&context] {
+        context.run = [&context] {
+            Error::Type error = Error::Success;
+            const QStringList found = PlaceManager().getTagsInUse(&error);
+            if (error == Error::Success)
+                printTexts(found, context.form);
+            return report(error, QStringLiteral("tags"));
+        };
+    });
+}
+
+} // namespace
+
+void addFindCommands(CLI::App &app, Context &context)
+{
+    addFind(app, context);
+    addRecent(app, context);
+    addTags(app, context);
+}
+
+} // namespace tool
