@@ -5,6 +5,7 @@
 #include "JsonWriter.h"
 #include "Options.h"
 #include "PlaceLink.h"
+#include "PlaceRecords.h"
 
 #include <places/Place.h>
 #include <places/PlaceManager.h>
@@ -198,17 +199,35 @@ ExitStatus show(const QString &idOrLink, Form form)
 
 void addShowCommand(CLI::App &app, Context &context)
 {
-    const auto idOrLink = std::make_shared<std::string>();
-    const auto asDocument = std::make_shared<bool>(false);
+    struct Options
+    {
+        std::string place;
+        bool asDocument = false;
+        bool records = false;
+        std::string type;
+        bool onlyRemote = false;
+    };
+    const auto options = std::make_shared<Options>();
     CLI::App *command = app.add_subcommand("show", "Show a place with all it has, or what a link leads to");
-    command->add_option("PLACE", *idOrLink, "Number of the place, geo: URI or map link")
+    command->add_option("PLACE", options->place, "Number of the place, geo: URI or map link")
         ->required()
         ->transform(IsIdOrLink);
-    command->add_flag("--document", *asDocument, "Write the place's JSON document");
-    command->callback([&context, idOrLink, asDocument] {
-        context.needsService = !isLink(text(*idOrLink));
-        context.run = [&context, idOrLink, asDocument] {
-            return show(text(*idOrLink), *asDocument ? Form::Document : context.form);
+    CLI::Option *document = command->add_flag("--document", options->asDocument, "Write the place's JSON document");
+    CLI::Option *aux =
+        command->add_flag("--aux", options->records, "Fetch the place's auxiliary records instead")->excludes(document);
+    command->add_option("--type", options->type, "Only records of this type, such as contact or poi")->needs(aux);
+    command->add_flag("--remote", options->onlyRemote, "Only records that a provider has to be asked for")->needs(aux);
+    command->callback([&context, options] {
+        const QString place = text(options->place);
+        context.needsService = !isLink(place);
+        context.run = [&context, options, place] {
+            if (options->records && isLink(place)) {
+                complain(place, QStringLiteral("only a stored place has records to be fetched"));
+                return WrongUse;
+            }
+            if (options->records)
+                return showRecords(place.toLongLong(), text(options->type), options->onlyRemote, context.form);
+            return show(place, options->asDocument ? Form::Document : context.form);
         };
     });
 }

@@ -6,10 +6,16 @@
 #include "Import.h"
 #include "Options.h"
 
+#include <places/InternalPlaceManager.h>
+
+#include <QtCore/QFileInfo>
+
 #include <memory>
 
 namespace tool
 {
+
+using namespace places;
 
 namespace
 {
@@ -50,12 +56,32 @@ void addExport(CLI::App &app, Context &context)
     });
 }
 
+using CopyStore = Error::Type (InternalPlaceManager::*)(const QString &) const;
+
+/// Adds a command that has the service copy its store. The service may run in another folder, so it gets an absolute
+/// path.
+void addCopyCommand(CLI::App &app, Context &context, const char *name, const char *description, CopyStore copy)
+{
+    const auto file = std::make_shared<std::string>();
+    CLI::App *command = app.add_subcommand(name, description);
+    command->add_option("FILE", *file, "File of a backup")->required();
+    command->callback([&context, file, copy] {
+        context.run = [file, copy] {
+            const QString path = QFileInfo(text(*file)).absoluteFilePath();
+            return report((InternalPlaceManager().*copy)(path), path);
+        };
+    });
+}
+
 } // namespace
 
 void addExchangeCommands(CLI::App &app, Context &context)
 {
     addImport(app, context);
     addExport(app, context);
+    addCopyCommand(app, context, "backup", "Write all that is stored to a backup file", &InternalPlaceManager::backup);
+    addCopyCommand(app, context, "restore", "Replace all that is stored by what a backup file holds",
+                   &InternalPlaceManager::restore);
 }
 
 } // namespace tool

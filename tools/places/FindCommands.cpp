@@ -1,12 +1,17 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
 #include "Commands.h"
+#include "JsonWriter.h"
 #include "Options.h"
+#include "TerminalText.h"
 
+#include <places/InternalPlaceManager.h>
 #include <places/PlaceHeader.h>
 #include <places/PlaceManager.h>
+#include <places/PlaceSearchManager.h>
 #include <places/SearchHandle.h>
 
+#include <cstdio>
 #include <memory>
 
 namespace tool
@@ -16,6 +21,9 @@ using namespace places;
 
 namespace
 {
+
+constexpr int PROVIDER_WIDTH = 20;
+constexpr int TYPES_WIDTH = 30;
 
 struct FindOptions
 {
@@ -95,22 +103,60 @@ void addFind(CLI::App &app, Context &context)
     near->callback(run);
 }
 
+ExitStatus listRecentTerms(const QString &prefix, Form form)
+{
+    Error::Type error = Error::Success;
+    const QStringList terms = InternalPlaceManager().getRecentSearchTerms(&error, prefix);
+    if (error == Error::Success)
+        printTexts(terms, form);
+    return report(error, QStringLiteral("recent"));
+}
+
 void addRecent(CLI::App &app, Context &context)
 {
     struct Options
     {
         bool onlyMine = false;
+        std::string prefix;
         Page page;
     };
     const auto options = std::make_shared<Options>();
     CLI::App *recent = app.add_subcommand("recent", "List places by their last use, latest first");
-    recent->add_flag("--mine", options->onlyMine, "Only places that this application added");
+    CLI::Option *mine = recent->add_flag("--mine", options->onlyMine, "Only places that this application added");
+    CLI::Option *terms = recent
+                             ->add_option("--terms", options->prefix,
+                                          "Terms that were searched for instead; all, or those that begin so")
+                             ->expected(0, 1)
+                             ->type_name("[PREFIX]")
+                             ->excludes(mine);
     addPageOptions(*recent, options->page);
-    recent->callback([&context, options] {
+    recent->callback([&context, options, terms] {
+        if (terms->count() > 0) {
+            context.run = [&context, options] { return listRecentTerms(text(options->prefix), context.form); };
+            return;
+        }
         context.run = [&context, options] {
             return printFound("recent", context.form, [&](Error::Type *error, SearchHandle *handle) {
                 return PlaceManager().findRecentPlaces(error, handle, options->onlyMine, 0, options->page.offset,
                                                        options->page.limit);
+            });
+        };
+    });
+}
+
+void addContacts(CLI::App &app, Context &context)
+{
+    const auto options = std::make_shared<FindOptions>();
+    CLI::App *contacts = app.add_subcommand("contacts", "List the addresses of contacts, by name");
+    contacts->add_option("TERM", options->terms, "Words to look for; none for every contact");
+    addPageOptions(*contacts, options->page);
+    contacts->callback([&context, options] {
+        context.run = [&context, options] {
+            return printFound("contacts", context.form, [&](Error::Type *error, SearchHandle *handle) {
+                return InternalPlaceManager().findContacts(
+                    error, handle, joined(options->terms),
+                    SortRule::createSimpleSortRule(SortField::Name, SortOrder::Ascending), options->page.offset,
+                    options->page.limit);
             });
         };
     });
@@ -130,13 +176,58 @@ void addTags(CLI::App &app, Context &context)
     });
 }
 
+void writeProvider(JsonWriter &out, const Provider &provider)
+{
+    out.object([&] {
+        out.member("name", provider.name());
+        out.member("url", provider.url().toString(QUrl::FullyEncoded));
+        out.member("canRequestAdditionalData", provider.canRequestAdditionalData());
+        out.list("supportedDataTypes", provider.supportedDataTypes());
+    });
+}
+
+ExitStatus listProviders(const QString &type, Form form)
+{
+    const QList<Provider> providers =
+        type.isEmpty() ? PlaceSearchManager::getSupportedProviders() : PlaceSearchManager::findProviders(type);
+    if (form != Form::Table) {
+        JsonWriter out;
+        out.array([&] {
+            for (const Provider &provider : providers)
+                writeProvider(out, provider);
+        });
+        printJson(out.result());
+        return Done;
+    }
+    if (providers.isEmpty())
+        std::fprintf(stderr, "places: nothing found\n");
+    for (const Provider &provider : providers) {
+        const QString types =
+            provider.canRequestAdditionalData() ? provider.supportedDataTypes().join(QStringLiteral(", ")) : QString();
+        printLine(cell(provider.name(), PROVIDER_WIDTH) + QLatin1Char(' ') + cell(types, TYPES_WIDTH) + QLatin1Char(' ')
+                  + provider.url().toString());
+    }
+    return Done;
+}
+
+void addProviders(CLI::App &app, Context &context)
+{
+    const auto type = std::make_shared<std::string>();
+    CLI::App *providers = app.add_subcommand("providers", "List who provides remote places and auxiliary records");
+    providers->add_option("--type", *type, "Only those that can be asked for auxiliary records of this type");
+    providers->callback(
+        [&context, type] { context.run = [&context, type] { return listProviders(text(*type), context.form); }; });
+}
+
 } // namespace
 
 void addFindCommands(CLI::App &app, Context &context)
 {
     addFind(app, context);
     addRecent(app, context);
+    addContacts(app, context);
     addTags(app, context);
+    addProviders(app, context);
 }
 
 } // namespace tool

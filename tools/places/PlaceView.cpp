@@ -389,6 +389,14 @@ void addRecord(Fields &out, const AuxiliaryData &data)
 
 } // namespace
 
+QString viewOf(const AuxiliaryData &record)
+{
+    Fields out;
+    addRecord(out, record);
+    out.add("From", record.provider().name());
+    return out.text();
+}
+
 QString viewOf(const Place &place)
 {
     Fields out;

@@ -5,6 +5,7 @@
 
 namespace vela::platform::places
 {
+class AuxiliaryData;
 class Place;
 } // namespace vela::platform::places
 
@@ -13,5 +14,7 @@ namespace tool
 
 /// A place with all it has, for people: a name and a value a line, what is not set left out, times in local time.
 QString viewOf(const vela::platform::places::Place &place);
+/// A record alone, and which provider it comes from.
+QString viewOf(const vela::platform::places::AuxiliaryData &record);
 
 } // namespace tool

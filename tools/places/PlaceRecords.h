@@ -1,0 +1,14 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Report.h"
+
+namespace tool
+{
+
+/// Fetches and shows the auxiliary records of a stored place.
+/// @param type the type of records that is wanted; empty for every type.
+/// @param onlyRemote true for those alone that a provider has to be asked for.
+ExitStatus showRecords(qint64 id, const QString &type, bool onlyRemote, Form form);
+
+} // namespace tool
