@@ -16,6 +16,8 @@ struct Context
     Form form = Form::Table;
     /// False when the chosen command gets along without a places service.
     bool needsService = true;
+    /// Set by a command that leaves threads behind which wait for the service. The process then ends without them.
+    bool leaveAtOnce = false;
     /// What the chosen command does; empty until one is chosen.
     std::function<ExitStatus()> run;
 };
@@ -23,6 +25,7 @@ struct Context
 // Each gives `app` some of the commands. The one that the user names puts its work into `context.run`.
 void addChangeCommands(CLI::App &app, Context &context);
 void addFindCommands(CLI::App &app, Context &context);
+void addSearchCommand(CLI::App &app, Context &context);
 void addExchangeCommands(CLI::App &app, Context &context);
 
 } // namespace tool

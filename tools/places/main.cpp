@@ -2,10 +2,12 @@
 
 #include "Commands.h"
 #include "ServiceStarter.h"
+#include "Signals.h"
 
 #include <QtCore/QCoreApplication>
 
 #include <clocale>
+#include <cstdlib>
 #include <cstring>
 #include <exception>
 
@@ -35,13 +37,12 @@ ExitStatus withService(const tool::Context &context, bool mayStart)
     return context.run();
 }
 
-ExitStatus run(int argc, char **argv)
+ExitStatus run(int argc, char **argv, tool::Context &context)
 {
     CLI::App app("Keeps places: adds them, finds them, shows them.", "places");
     app.require_subcommand(1);
     app.set_version_flag("--version", "places " PLACES_VERSION);
-    app.footer("Exit status: 0 done, 1 failed, 2 wrong use, 69 no places service.");
-    tool::Context context;
+    app.footer("Exit status: 0 done, 1 failed, 2 wrong use, 69 no places service, 130 interrupted.");
     bool json = false;
     bool noStart = false;
     app.add_flag("--json", json, "Write GeoJSON or JSON instead of tables");
@@ -49,6 +50,7 @@ ExitStatus run(int argc, char **argv)
     app.fallthrough();
     tool::addChangeCommands(app, context);
     tool::addFindCommands(app, context);
+    tool::addSearchCommand(app, context);
     tool::addExchangeCommands(app, context);
     try {
         app.parse(argc, argv);
@@ -65,12 +67,19 @@ int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
     chooseCharacters();
+    tool::Context context;
     ExitStatus status = tool::Failed;
     try {
-        status = run(argc, argv);
+        status = run(argc, argv, context);
     } catch (const std::exception &error) {
         tool::complain(QStringLiteral("failed"), QString::fromLocal8Bit(error.what()));
     }
     const ExitStatus written = tool::finishOutput();
-    return status == tool::Done ? written : status;
+    if (status == tool::Done)
+        status = written;
+    if (status > tool::Interrupted)
+        tool::endBySignal(status - tool::Interrupted);
+    if (context.leaveAtOnce)
+        std::quick_exit(status);
+    return status;
 }

@@ -1,0 +1,87 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "Commands.h"
+#include "Groups.h"
+#include "Options.h"
+#include "Search.h"
+#include "SearchBox.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace tool
+{
+
+using namespace places;
+
+namespace
+{
+
+std::vector<std::string> groupNames()
+{
+    std::vector<std::string> names;
+    for (const GroupNames &names_ : GROUPS)
+        names.emplace_back(names_.name);
+    return names;
+}
+
+/// The groups of these names, each once; without names what SearchManager searches by default.
+QList<SearchResultGroup::Type> groupsOf(const std::vector<std::string> &names)
+{
+    QList<SearchResultGroup::Type> groups;
+    for (const std::string &name : names) {
+        const auto found = std::find_if(std::begin(GROUPS), std::end(GROUPS),
+                                        [&](const GroupNames &each) { return each.name == name; });
+        if (found != std::end(GROUPS) && !groups.contains(found->group))
+            groups.append(found->group);
+    }
+    return groups.isEmpty() ? QList<SearchResultGroup::Type>{SearchResultGroup::Local, SearchResultGroup::Suggestions}
+                            : groups;
+}
+
+struct Arguments
+{
+    std::vector<std::string> terms;
+    std::vector<std::string> groups;
+    std::string position;
+    Page page;
+    bool withoutFavorites = false;
+    bool asYouType = false;
+};
+
+SearchOptions optionsOf(const Arguments &arguments)
+{
+    SearchOptions options;
+    options.term = joined(arguments.terms);
+    options.centre = parsePosition(arguments.position);
+    options.groups = groupsOf(arguments.groups);
+    options.limit = arguments.page.limit;
+    options.withoutFavorites = arguments.withoutFavorites;
+    return options;
+}
+
+} // namespace
+
+void addSearchCommand(CLI::App &app, Context &context)
+{
+    const auto arguments = std::make_shared<Arguments>();
+    CLI::App *command = app.add_subcommand("search", "Search groups of places at once, stored ones and others");
+    command->add_option("TERM", arguments->terms, "Words to look for");
+    addListOption(*command, "--group", arguments->groups,
+                  "Group to search; may be given several times (default: local, suggestions)")
+        ->delimiter(',')
+        ->transform(CLI::IsMember(groupNames(), CLI::ignore_case));
+    command->add_option("--near", arguments->position, "Where the user looks at the map")->transform(IsPosition);
+    addLimitOption(*command, arguments->page);
+    command->add_flag("--no-favourites", arguments->withoutFavorites, "Leave out favourites");
+    command->add_flag("--as-you-type", arguments->asYouType,
+                      "Read the term from the terminal, key by key, and show the place that is chosen");
+    command->callback([&context, arguments] {
+        context.run = [&context, arguments] {
+            const SearchOptions options = optionsOf(*arguments);
+            return arguments->asYouType ? searchAsYouType(options, context) : search(options, context.form);
+        };
+    });
+}
+
+} // namespace tool
