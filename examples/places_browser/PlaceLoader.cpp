@@ -55,8 +55,8 @@ void PlaceLoader::make(const AnyPlace &place, const Call &call, const std::funct
         Reply reply{Error::Success, {}, isWanted, answer};
         if (isWanted())
             reply.place = call(reply.error);
-        if (reply.place)
-            reply.place->moveToThread(thread());
+        if (Place *full = reply.place.data())
+            full->moveToThread(thread());
         {
             const QMutexLocker lock(&m_mutex);
             m_replies.push_back(std::move(reply));
