@@ -13,7 +13,6 @@
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
-
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -137,9 +136,8 @@ void writeRecords(JsonWriter &out, const Place &place)
         if (const AuxiliaryData data = place.auxiliaryData(i); !vocabulary::isForeign(data.type()))
             records.append(data);
     }
-    out.list(vocabulary::RECORDS, records, [&out](const AuxiliaryData &data) {
-        out.object([&] { writeRecord(out, data); });
-    });
+    out.list(vocabulary::RECORDS, records,
+             [&out](const AuxiliaryData &data) { out.object([&] { writeRecord(out, data); }); });
 }
 
 /// Deepest nesting of a foreign member, which stands in the properties of a feature.
@@ -290,8 +288,8 @@ QByteArray toGeoJson(const Place &place)
 
 QByteArray toGeoJsonFeature(const Place &place)
 {
-    return feature(place,
-                   [&](JsonWriter &out) { out.foreign(foreignOf(place, vocabulary::FOREIGN_MEMBERS, isForeignMember)); });
+    return feature(
+        place, [&](JsonWriter &out) { out.foreign(foreignOf(place, vocabulary::FOREIGN_MEMBERS, isForeignMember)); });
 }
 
 QByteArray toGeoJson(const PlaceList &places, bool hasMore)
