@@ -78,7 +78,7 @@ private:
 };
 
 /// Follows the parser through a text and hands out what may be a feature, as a text of its own: each member of a
-/// "features" at the top, or the whole when it has none.
+/// "features" at the top, or the whole when it has none or says that it is something else than a collection.
 class FeatureSplitter
 {
 public:
@@ -92,6 +92,8 @@ public:
     {}
 
     [[nodiscard]] bool isTooDeep() const { return m_depth > MAX_FILE_DEPTH; }
+    /// True when a text whose features were handed out says behind them that it is something else.
+    [[nodiscard]] bool isNoCollection() const { return m_hadFeatures && m_isOtherType; }
 
     bool Null()
     {
@@ -129,6 +131,10 @@ public:
     }
     bool String(const char *text, SizeType length, bool)
     {
+        if (m_afterTypeKey)
+            m_isOtherType = std::string(text, length) != "FeatureCollection";
+        if (isNoCollection())
+            return false;
         return value([=](auto &out) { return out.String(text, length); });
     }
     bool StartObject()
@@ -141,7 +147,7 @@ public:
     }
     bool StartArray()
     {
-        if (m_depth == 1 && m_afterFeaturesKey) {
+        if (m_depth == 1 && m_afterFeaturesKey && !m_isOtherType) {
             m_memberDepth = LIST_DEPTH;
             m_hadFeatures = true;
             m_afterFeaturesKey = false;
@@ -164,6 +170,7 @@ public:
     bool Key(const char *text, SizeType length, bool)
     {
         m_afterFeaturesKey = m_depth == 1 && std::string(text, length) == "features";
+        m_afterTypeKey = m_depth == 1 && std::string(text, length) == "type";
         write([=](auto &out) { return out.Key(text, length); });
         return true;
     }
@@ -189,6 +196,7 @@ private:
     bool value(Write writeValue)
     {
         m_afterFeaturesKey = false;
+        m_afterTypeKey = false;
         write(writeValue);
         return takeIfWhole();
     }
@@ -196,6 +204,7 @@ private:
     bool open(Write writeStart)
     {
         m_afterFeaturesKey = false;
+        m_afterTypeKey = false;
         ++m_depth;
         write(writeStart);
         return m_depth <= MAX_FILE_DEPTH;
@@ -230,7 +239,9 @@ private:
     int m_depth = 0;
     int m_memberDepth = 0;
     bool m_afterFeaturesKey = false;
+    bool m_afterTypeKey = false;
     bool m_hadFeatures = false;
+    bool m_isOtherType = false;
 };
 
 /// Makes places of the texts that may be features, and counts them.
@@ -293,7 +304,7 @@ QString readGeoJson(Input &input, const TakePlace &take)
         const rapidjson::ParseResult result = parser.Parse<FLAGS>(stream, splitter);
         if (splitter.isTooDeep())
             return problemAt("nested too deep", result.Offset());
-        if (taker.isNoGeoJson())
+        if (taker.isNoGeoJson() || splitter.isNoCollection())
             return problemAt("neither a GeoJSON FeatureCollection nor a Feature", start);
         if (result.Code() == rapidjson::kParseErrorTermination)
             return {};
