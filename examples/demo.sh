@@ -30,6 +30,7 @@ run --json find 'house lake'
 # Three searches, one after the other as one types; only the last is answered.
 printf '\n$ printf '"'%s'"' | search_box\n' 'zur\nzuri\nzurich\n'
 printf 'zur\nzuri\nzurich\n' | "$bin/search_box"
+run search zur --limit 3
 run untag "$airport" summer
 run unfav "$airport"
 run tags
