@@ -24,7 +24,7 @@ void write(const std::filesystem::path &folder, const std::string &name, const s
     std::ofstream(folder / name, std::ios::binary) << bytes;
 }
 
-/// One reply of every kind, as a service gives it.
+/// A reply of each of the records that the others are made of, as a service gives it.
 void writeReplies(const std::filesystem::path &folder)
 {
     const Fields more = {flag(true), i32(0), i32(1), i32(2), i32(1), i32(3), i32(4)};
@@ -34,27 +34,19 @@ void writeReplies(const std::filesystem::path &folder)
         int type;
         Fields body;
     } replies[] = {
-        {"added", 257, {i64(42)}},
-        {"terms", 258, texts({"café", "bar"})},
         {"records", 259, sample::auxiliaryFields()},
-        {"place", 268, sample::placeFields()},
         {"found", 269, Fields{i32(2)} + sample::headerFields() + sample::placeFields() + more},
-        {"unfav", 270, {flag(true)}},
-        {"size", 273, {i32(7)}},
         {"providers", 275, Fields{i32(1)} + sample::providerFields()},
-        {"header", 276, sample::headerFields()},
     };
     for (const auto &reply : replies)
         write(folder, reply.name, message(Fields{i32(0), i32(reply.type)} + reply.body));
 }
 
-/// One request of every kind, as the library sends it.
+/// The requests with most in them, as the library sends them.
 void writeRequests(const std::filesystem::path &folder)
 {
     Place fresh;
-    Place stored;
     sample::fill(fresh, -1);
-    sample::fill(stored, 1);
     AuxiliaryDataRequest records;
     QSharedPointer<Place> place(new Place);
     sample::fill(*place, 1);
@@ -71,20 +63,12 @@ void writeRequests(const std::filesystem::path &folder)
         std::function<bool(PlacesAPIEncoder &)> encode;
     } requests[] = {
         {"add", [&](auto &request) { return request.encodeAddPlace(fresh); }},
-        {"terms", [&](auto &request) { return request.encodeGetRecentSearchTerms("c"); }},
         {"records", [&](auto &request) { return request.encodeGetAuxiliaryData(records); }},
-        {"update", [&](auto &request) { return request.encodeUpdatePlace(stored); }},
-        {"use", [&](auto &request) { return request.encodeIncUsage(1, "café"); }},
-        {"tag", [&](auto &request) { return request.encodeAddTag(1, "beach"); }},
-        {"contact", [&](auto &request) { return request.encodeGetPlaceFromContact(1, 2, 3); }},
-        {"get", [&](auto &request) { return request.encodeGetPlace(1); }},
         {"find",
          [&](auto &request) {
              return request.encodeFindPlaces(rule, nearest, 0, 20, true, Coordinates(46.2, 6.15), -1, -1);
          }},
-        {"size", [&](auto &request) { return request.encodeFindPlacesSize(rule, Coordinates()); }},
         {"suggestion", [&](auto &request) { return request.encodeGetPlaceFromSuggestion("café", Coordinates(1, 2)); }},
-        {"header", [&](auto &request) { return request.encodeGetHeaderFromFullPlace(stored); }},
     };
     for (const auto &entry : requests) {
         PlacesAPIEncoder request;

@@ -16,7 +16,6 @@ using namespace wire;
 using find::disjoint;
 using find::findBody;
 using find::ruleOf;
-using testing::IsEmpty;
 using Rules = SearchRulePrivate;
 
 namespace
@@ -82,15 +81,6 @@ TEST_F(InternalPlaceManagerTest, EveryFindSendsItsRuleAndSetsWhereTheNextPageSta
     }
 }
 
-TEST_F(InternalPlaceManagerTest, AMixedFindGivesFullPlacesAndHeadersAsTheyCome)
-{
-    answerFind(Fields{i32(2)} + sample::headerFields(1) + sample::placeFields(2));
-    const auto found = manager.findMixedPlaces(SearchRule(), &error);
-    ASSERT_EQ(found.size(), 2);
-    EXPECT_TRUE(found[0].dynamicCast<PlaceHeader>());
-    EXPECT_TRUE(found[1].dynamicCast<Place>());
-}
-
 TEST_F(InternalPlaceManagerTest, FullPlacesGoOnBehindThoseThatCame)
 {
     answerFind(Fields{i32(1)} + sample::placeFields());
@@ -102,45 +92,4 @@ TEST_F(InternalPlaceManagerTest, FullPlacesGoOnBehindThoseThatCame)
     qDeleteAll(more);
     EXPECT_EQ(channel.body(), findBody(ruleOf(disjoint(std::make_unique<SearchRulePrivate>())), SortRule(), 11, 5,
                                        Coordinates(), false));
-}
-
-TEST_F(InternalPlaceManagerTest, FavouritesAreLeftOutOfAGroupOnDemand)
-{
-    answerFind({i32(0)});
-    EXPECT_THAT(manager.findNonFavoritePlacesByGroup(SearchResultGroup::Contacts, &error, &handle, term, 1, 2),
-                IsEmpty());
-    const SearchRule others = ruleOf(
-        disjoint(std::make_unique<AndRule>(Rules::createContactQueryRule(term), Rules::createExcludeFavoritesRule())));
-    EXPECT_EQ(channel.body(), findBody(others, SortRule(), 1, 2));
-    answerFind({i32(0)});
-    EXPECT_THAT(manager.findPlacesByGroup(SearchResultGroup::Contacts, &error, &handle, term, 1, 2), IsEmpty());
-    EXPECT_EQ(channel.body(), findBody(ruleOf(disjoint(Rules::createContactQueryRule(term))), SortRule(), 1, 2));
-
-    EXPECT_THAT(manager.findNonFavoritePlacesByGroup(SearchResultGroup::Favorites, &error), IsEmpty());
-    EXPECT_EQ(error, Error::InvalidArgument);
-    EXPECT_EQ(channel.requestCount(), 2U);
-}
-
-TEST_F(InternalPlaceManagerTest, ContactsTermsAndBackupsAreAskedForAsTheyAre)
-{
-    channel.answer(10, sample::placeFields());
-    const std::unique_ptr<Place> place(manager.getPlaceFromContact(1, -2, 3, &error));
-    ASSERT_TRUE(place);
-    EXPECT_EQ(channel.body(), message({i32(1), i32(-2), i32(3)}));
-    channel.refuse(10, 54);
-    EXPECT_EQ(manager.getPlaceFromContact(1, 2, 3, &error), nullptr);
-    EXPECT_EQ(error, Error::NotFound);
-
-    channel.answer(2, texts({"café", "cave"}));
-    EXPECT_EQ(manager.getRecentSearchTerms(&error, QStringLiteral("ca")),
-              (QStringList{QStringLiteral("café"), QStringLiteral("cave")}));
-    EXPECT_EQ(error, Error::Success);
-    EXPECT_EQ(channel.body(), message({text("ca")}));
-
-    channel.refuse(15, 68);
-    EXPECT_EQ(manager.backup(QStringLiteral("/tmp/é")), Error::BackupFailed);
-    EXPECT_EQ(channel.body(), message({text("/tmp/é")}));
-    channel.answer(16);
-    EXPECT_EQ(manager.restore(QStringLiteral("/tmp/é")), Error::Success);
-    EXPECT_EQ(channel.type(), 16);
 }

@@ -41,14 +41,3 @@ TEST(Slog, WritesWhatIsSevereEnoughUnderTheNameOfItsSet)
     EXPECT_LT(written.size(), 5000U);
     EXPECT_EQ(log(nullptr, SLOG2_INFO, "before registration"), -1);
 }
-
-TEST(Slog, ASetThatIsNoneIsRefused)
-{
-    slog2_buffer_t buffers[8] = {};
-    slog2_buffer_set_config_t config = {};
-    EXPECT_EQ(slog2_register(nullptr, buffers, 0), -1);
-    EXPECT_EQ(slog2_register(&config, buffers, 0), -1);
-    config.buffer_set_name = "set";
-    config.num_buffers = SLOG2_MAX_BUFFERS + 1;
-    EXPECT_EQ(slog2_register(&config, buffers, 0), -1);
-}

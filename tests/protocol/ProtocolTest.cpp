@@ -44,43 +44,6 @@ std::vector<int> pageOf(const std::string &body)
 
 } // namespace
 
-TEST_F(ProtocolTest, EveryOperationReservesTheRoomThatItsReplyTakes)
-{
-    QStringList texts;
-    bool flagOut = false;
-    Place *place = nullptr;
-    PlaceHeader *header = nullptr;
-    QList<Provider> providers;
-    QList<AuxiliaryData> data;
-    AuxiliaryDataRequest request;
-    request.setPlace(QSharedPointer<AbstractPlace>(new Place));
-    Error::Type error = Error::Success;
-    const std::vector<std::pair<int, std::function<void()>>> operations = {
-        {300, [&] { protocol.incrementUsage(1, "t"); }},
-        {300, [&] { protocol.addTag(1, "t"); }},
-        {300, [&] { protocol.removeTag(1, "t"); }},
-        {3000, [&] { protocol.getTagsInUse(texts, nullptr); }},
-        {100, [&] { protocol.clearRecentlyPickedPlaces(); }},
-        {100, [&] { protocol.unfav(1, flagOut); }},
-        {300, [&] { protocol.backup("/b"); }},
-        {300, [&] { protocol.restore("/b"); }},
-        {8192, [&] { protocol.getPlaceFromContact(1, 2, 3, place); }},
-        {8192, [&] { protocol.getPlaceFromSuggestion("s", Coordinates(), place); }},
-        {512, [&] { protocol.findPlacesSize(SearchRule(), nullptr, Coordinates()); }},
-        {8192, [&] { protocol.getAuxiliaryData(request, data); }},
-        {2048, [&] { protocol.getSupportedProviders(providers); }},
-        {1024, [&] { protocol.getHeaderFromFullPlace(Place(), header); }},
-        {8192, [&] { protocol.getRecentSearchTerms(texts, QStringLiteral("p")); }},
-        {3000, [&] { protocol.findNextPlaces(handle, 1, error); }},
-        {3000, [&] { protocol.findPreviousPlaces(handle, 1, 1, error); }},
-    };
-    for (const auto &operation : operations) {
-        operation.second();
-        EXPECT_EQ(channel.capacities().back(), operation.first) << channel.capacities().size();
-    }
-    EXPECT_EQ(channel.capacities().size(), operations.size());
-}
-
 TEST_F(ProtocolTest, WithoutAServiceNothingIsWritten)
 {
     channel.refuseOpen(ENOENT);
@@ -140,33 +103,10 @@ TEST_F(ProtocolTest, RepliesBecomeResults)
     EXPECT_EQ(protocol.getRecentSearchTerms(terms, QStringLiteral("ca")), Error::Success);
     EXPECT_EQ(terms, (QStringList{QStringLiteral("cafe"), QStringLiteral("café")}));
 
-    QList<Provider> providers;
-    channel.answer(19, Fields{i32(2)} + sample::providerFields("a") + sample::providerFields("b"));
-    EXPECT_EQ(protocol.getSupportedProviders(providers), Error::Success);
-    ASSERT_EQ(providers.size(), 2);
-    EXPECT_EQ(providers[0].name(), QStringLiteral("a"));
-    EXPECT_EQ(providers[1].name(), QStringLiteral("b"));
-    EXPECT_TRUE(providers[1].supportedDataTypes().contains(QStringLiteral("lbs-image")));
-
-    QList<AuxiliaryData> data;
-    AuxiliaryDataRequest request;
-    request.setPlace(QSharedPointer<AbstractPlace>(new Place));
-    channel.answer(3, sample::auxiliaryFields());
-    EXPECT_EQ(protocol.getAuxiliaryData(request, data), Error::Success);
-    ASSERT_EQ(data.size(), 1);
-    EXPECT_EQ(data[0].property(QStringLiteral("phoneNumber")), QStringLiteral("+41 22"));
-    EXPECT_EQ(data[0].provider(), sample::provider());
-
     Error::Type error = Error::Unspecified;
     channel.answer(17, {i32(138000)});
     EXPECT_EQ(protocol.findPlacesSize(SearchRule(), &error, Coordinates()), 138000U);
     EXPECT_EQ(error, Error::Success);
-
-    Place *place = nullptr;
-    channel.answer(10, sample::placeFields());
-    EXPECT_EQ(protocol.getPlaceFromContact(1, 2, 3, place), Error::Success);
-    const std::unique_ptr<Place> owned(place);
-    EXPECT_EQ(place->name(), QStringLiteral("Café"));
 }
 
 TEST_F(ProtocolTest, TheNextPageStartsWhereTheLastOneEnded)

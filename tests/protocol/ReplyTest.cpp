@@ -133,15 +133,12 @@ TEST(AReply, OfAnotherTypeIsRefused)
     bool flag = true;
     unsigned size = 7;
     QStringList texts;
-    QList<Provider> providers;
     QList<AuxiliaryData> data;
     Owned<QList<PlaceHeader *>> headers;
     EXPECT_FALSE(Reply(258, body).decoder.decodeAddPlaceResponse(id));
     EXPECT_FALSE(Reply(269, body).decoder.decodeUnfav(flag));
     EXPECT_FALSE(Reply(269, body).decoder.decodeFindPlacesSize(size));
     EXPECT_FALSE(Reply(265, body).decoder.decodeGetRecentSearchTerms(texts));
-    EXPECT_FALSE(Reply(258, body).decoder.decodeGetTagsResponse(texts));
-    EXPECT_FALSE(Reply(276, body).decoder.decodeGetProviders(providers));
     EXPECT_FALSE(Reply(275, body).decoder.decodeGetAuxiliaryData(data));
     EXPECT_FALSE(Reply(268, body).decoder.decodeFindPlaces(headers.list, nullptr));
     EXPECT_EQ(id, -7);

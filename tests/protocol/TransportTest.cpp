@@ -1,7 +1,6 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
 #include "protocol/ClientProtocol.h"
-#include "protocol/Logger.h"
 #include "protocol/PIMSession.h"
 #include "protocol/Protocol.h"
 #include "support/FakeChannel.h"
@@ -10,7 +9,6 @@
 #include <gmock/gmock.h>
 
 #include <cerrno>
-#include <thread>
 
 using namespace orix_places_protocol;
 using namespace vela::platform::places;
@@ -70,17 +68,6 @@ TEST_F(TransportTest, ARefusedOpenHasACodeOfItsOwnAndSendsNothing)
     EXPECT_THAT(channel.requests(), IsEmpty());
 }
 
-TEST_F(TransportTest, TheReplyStandsBehindItsStatus)
-{
-    channel.answer(9, {i32(42)});
-    int body = 0;
-    EXPECT_EQ(send(), ReturnCode::Success);
-    EXPECT_EQ(reply.replyType(), 265);
-    EXPECT_TRUE(reply.decode(body) && reply.testBuffer());
-    EXPECT_EQ(body, 42);
-    EXPECT_EQ(channel.openHandles(), 0);
-}
-
 TEST_F(TransportTest, AReplyThatFillsTheBufferIsTakenAtOnceAndALongerOneFetched)
 {
     const Fields body = {text(std::string(400, 'x'))};
@@ -138,22 +125,6 @@ TEST_F(TransportTest, WithoutTheInternalChannelTheExternalOneIsUsedFromThenOn)
         GTEST_SKIP() << "another test has chosen the channel already; ctest gives each a process of its own";
     send();
     EXPECT_THAT(channel.openedNames(), ElementsAre("places", "places.external", "places.external"));
-}
-
-TEST_F(TransportTest, ReturnCodesBecomePublicErrors)
-{
-    const std::vector<std::pair<int, int>> named = {{0, 0},   {50, 8},  {51, 8},  {54, 5}, {57, 10}, {59, 11},
-                                                    {60, 7},  {61, 9},  {62, 12}, {63, 6}, {64, 13}, {65, 14},
-                                                    {66, 15}, {67, 16}, {68, 17}, {69, 18}};
-    std::vector<int> expected(1001, 1);
-    for (const auto &[code, error] : named)
-        expected[static_cast<std::size_t>(code)] = error;
-    for (int code = 0; code <= 1000; ++code) {
-        Error::Type written = Error::Reserved;
-        const Error::Type mapped = Protocol::mapReturnCode(static_cast<ReturnCode>(code), &written);
-        EXPECT_EQ(mapped, expected[static_cast<std::size_t>(code)]) << code;
-        EXPECT_EQ(written, mapped);
-    }
 }
 
 TEST(PIMSession, TheKeyIsReadAtMostEveryFiveMinutes)
@@ -217,46 +188,4 @@ TEST(PIMSession, EveryRequestCarriesTheKeyAndThePerimeter)
     FakeSystem::session = nullptr;
     FakeSystem::now += 301;
     EXPECT_EQ(PIMSession::getSessionKey(), "");
-}
-
-TEST(Perimeter, NumbersWithoutAMeaningAreTheDefault)
-{
-    using vela::system::SecurityPerimeter;
-    for (const int number : {-1, 0, 3, 1000}) {
-        EXPECT_EQ(fromSystemPerimeter(static_cast<SecurityPerimeter::Type>(number)), Perimeter::Default) << number;
-        EXPECT_EQ(toSystemPerimeter(static_cast<Perimeter>(number)), SecurityPerimeter::Default) << number;
-    }
-}
-
-TEST(ALogger, RegistersOnceAndOnlyDebugOutputGoesToTheLargeBuffer)
-{
-    if (FakeSystem::registrations > 0)
-        GTEST_SKIP() << "another test has logged already; ctest gives each a process of its own";
-    FakeSystem system;
-    FakeSystem::refuseRegistration = true;
-    Logger::error("lost");
-    Logger::error("lost");
-    EXPECT_EQ(FakeSystem::registrations, 2) << "a failed registration is tried again";
-
-    FakeSystem::refuseRegistration = false;
-    FakeSystem::registrations = 0;
-    FakeSystem::messages.clear();
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 8; ++i)
-        threads.emplace_back([] { Logger::debug("from %s", "a thread"); });
-    for (std::thread &thread : threads)
-        thread.join();
-    EXPECT_EQ(FakeSystem::registrations, 1);
-    EXPECT_EQ(FakeSystem::messages.size(), 8U);
-    EXPECT_EQ(FakeSystem::registered, "places-api 5 high_rate:2 low_rate:1");
-
-    Logger::fatal("%d", 1);
-    Logger::error("%d", 2);
-    Logger::warn("%d", 3);
-    Logger::info("%d", 5);
-    Logger::debug("%d", 6);
-    for (auto message = FakeSystem::messages.begin() + 8; message != FakeSystem::messages.end(); ++message) {
-        EXPECT_EQ(message->text, std::to_string(message->severity));
-        EXPECT_EQ(message->buffer, message->severity == 6 ? "high_rate" : "low_rate");
-    }
 }

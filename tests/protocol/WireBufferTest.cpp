@@ -5,7 +5,6 @@
 #include "support/Wire.h"
 
 #include <gmock/gmock.h>
-#include <msgclient.h>
 
 #include <limits>
 
@@ -32,16 +31,6 @@ PlacesBaseDecoder &load(PlacesBaseDecoder &decoder, const std::string &bytes)
 
 } // namespace
 
-TEST(WireBuffer, AFreshMessageIsThereAndEmpty)
-{
-    const PlacesBaseEncoder encoder;
-    char *data = nullptr;
-    int length = -1;
-    EXPECT_TRUE(encoder.getData(data, length));
-    EXPECT_NE(data, nullptr);
-    EXPECT_EQ(length, 0);
-}
-
 TEST(WireBuffer, FieldsStartOnFourByteBoundariesBehindTheFill)
 {
     PlacesBaseEncoder encoder;
@@ -54,22 +43,6 @@ TEST(WireBuffer, FieldsStartOnFourByteBoundariesBehindTheFill)
     EXPECT_EQ(bytesOf(encoder),
               message({text("Basel"), i32(7), flag(true), i64(0x1122334455667788LL), flag(false), f32(1.5F)}));
     EXPECT_EQ(bytesOf(encoder).substr(9, 3), "ZZZ");
-}
-
-TEST(WireBuffer, RoomGrowsByTheShortfallAndByTwoHundredBytesAtLeast)
-{
-    const struct
-    {
-        unsigned written;
-        unsigned capacity;
-    } cases[] = {{750, 750}, {751, 950}, {949, 950}, {950, 950}, {951, 951}, {1000, 1000}};
-    for (const auto &row : cases) {
-        PlacesBaseEncoder encoder;
-        const std::string bytes(row.written, 'x');
-        encoder.encodeCharArray(bytes.data(), row.written);
-        EXPECT_EQ(encoder.capacity(), row.capacity) << row.written;
-        EXPECT_EQ(bytesOf(encoder), bytes) << row.written;
-    }
 }
 
 TEST(WireBuffer, AMessageNearTheLimitCannotBeAllocated)
@@ -172,14 +145,6 @@ TEST(WireBuffer, EveryFillByteHasToBeRight)
     }
 }
 
-TEST(WireBuffer, NotEvenAnEmptyFieldIsThereAtTheEnd)
-{
-    PlacesBaseDecoder decoder;
-    const char *bytes = nullptr;
-    EXPECT_TRUE(decoder.testBuffer());
-    EXPECT_FALSE(decoder.decodeCharArray(bytes, 0));
-}
-
 TEST(WireBuffer, AMessageBelongsToOneDecoder)
 {
     const std::string bytes = message({i32(1), i32(2)});
@@ -191,18 +156,4 @@ TEST(WireBuffer, AMessageBelongsToOneDecoder)
     EXPECT_FALSE(source.decode(value));
     EXPECT_TRUE(target.decode(value));
     EXPECT_EQ(value, 2);
-}
-
-TEST(WireBuffer, AServersMessageIsReadInPlace)
-{
-    const std::string bytes = message({text("here")});
-    const _msgserver_data record = {bytes.data(), static_cast<unsigned>(bytes.size())};
-    const _msgserver_data nothing = {nullptr, 99};
-    PlacesBaseDecoder decoder(&record);
-    unsigned length = 0;
-    const char *found = nullptr;
-    EXPECT_TRUE(decoder.decode(length) && decoder.decodeCharArray(found, length));
-    EXPECT_EQ(found, bytes.data() + 4);
-    EXPECT_EQ(PlacesBaseDecoder(&nothing).remaining(), 0U);
-    EXPECT_EQ(PlacesBaseDecoder(static_cast<const _msgserver_data *>(nullptr)).remaining(), 0U);
 }

@@ -12,7 +12,6 @@
 
 #include <QtTest/QSignalSpy>
 
-#include <cerrno>
 #include <stdexcept>
 
 using namespace vela::platform::places;
@@ -119,17 +118,6 @@ TEST_F(PlaceSearchManagerTest, AFailedRequestIsReportedWithItsPlace)
     EXPECT_EQ(replyOf(signals[1]).userDefinedValue(), QVariant(1));
 }
 
-TEST_F(PlaceSearchManagerTest, WhatIsNoRequestIsLoggedAndNotReported)
-{
-    auto internal = std::make_unique<PlaceSearchManagerPrivate>(nullptr);
-    QSignalSpy answers(internal.get(), &PlaceSearchManagerPrivate::auxiliaryDataAvailable);
-    internal->enqueue({QStringLiteral("anything")}, 1);
-    EventLoop::runOut();
-    internal.reset();
-    EXPECT_TRUE(answers.isEmpty());
-    EXPECT_EQ(FakeSystem::messages.back().text, "SearchManager::threadEntryPoint request not unsupported");
-}
-
 TEST_F(PlaceSearchManagerTest, AManagerMayBeDestroyedByASlotAndWhileItFetches)
 {
     QObject::connect(manager.get(), &PlaceSearchManager::auxiliaryDataAvailable, [this] { manager.reset(); });
@@ -145,17 +133,6 @@ TEST_F(PlaceSearchManagerTest, AManagerMayBeDestroyedByASlotAndWhileItFetches)
     EXPECT_EQ(channel.openHandles(), 0);
     EXPECT_TRUE(EventLoop::runUntil([&] { return EventLoop::threads() <= threads; }));
     EXPECT_EQ(signals.size(), 1);
-}
-
-TEST_F(PlaceSearchManagerTest, AFailedWaitIsLogged)
-{
-    manager.reset(); // its end waits too
-    FakeSystem::failingWaits = 1;
-    manager = std::make_unique<PlaceSearchManager>();
-    EXPECT_TRUE(EventLoop::runUntil([] { return FakeSystem::failingWaits == 0; }));
-    manager.reset();
-    EXPECT_EQ(FakeSystem::messages.back().text,
-              "SearchManager::dequeue cond wait failed " + std::to_string(EINVAL) + ".\n");
 }
 
 TEST_F(PlaceSearchManagerTest, ProvidersAreAskedForOnceAndFoundByTheExactType)
@@ -176,7 +153,6 @@ TEST_F(PlaceSearchManagerTest, ProvidersThatCouldNotBeAskedForAreNotAskedForAgai
 {
     channel.answerWith([](const std::string &) { return message({i32(64), i32(275)}); });
     EXPECT_THAT(PlaceSearchManager::getSupportedProviders(), IsEmpty());
-    EXPECT_EQ(FakeSystem::messages.back().text, "Provider: cannot retrieve remote providers");
     EXPECT_THAT(PlaceSearchManager::findProviders(QStringLiteral("poi")), IsEmpty());
     EXPECT_EQ(channel.requestCount(), 1U);
 }

@@ -1,10 +1,8 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
-#include "places/Place.h"
 #include "places/SearchRule.h"
 #include "places/SortRule.h"
 #include "search/SearchHandlePrivate.h"
-#include "search/SearchResultPrivate.h"
 #include "search/SearchRulePrivate.h"
 #include "search/SortRulePrivate.h"
 
@@ -86,17 +84,6 @@ TEST(ADisjointRule, SharesItsMemberWithItsClonesAndTakesNoOther)
     EXPECT_TRUE(*member == *SearchRulePrivate::createListFavoriteRule()) << "it outlives the rule it was made with";
 }
 
-TEST(AClone, IsARuleOfItsOwn)
-{
-    const SearchRule rule =
-        SearchRule::createOrRule(SearchRule::createAndRule(named("a"), SearchRule::createRecentlyPickedRule()),
-                                 SearchRule::createLastUsedTimeRule(SearchOperator::GreaterOrEqual, 7));
-    const SearchRulePrivate *node = SearchRulePrivate::privateFromPublic(rule);
-    const std::unique_ptr<SearchRulePrivate> clone(node->clone());
-    EXPECT_TRUE(*clone == *node);
-    EXPECT_NE(dynamic_cast<const OrRule &>(*clone).getRules()[0], dynamic_cast<const OrRule &>(*node).getRules()[0]);
-}
-
 TEST(ASortRule, EqualsOneOfTheSameMembersAndTheSameCentre)
 {
     const Coordinates centre(1, 2);
@@ -151,24 +138,4 @@ TEST(AHandle, ReplacesAKnownMappingAndAppendsAnyOther)
     EXPECT_THAT(state.indices(), ElementsAre(Pair(1, 1), Pair(3, 3), Pair(4, 4)));
     state.setIndexBehind(std::numeric_limits<int>::max(), 10);
     EXPECT_EQ(state.index(), std::numeric_limits<int>::max());
-}
-
-TEST(ASearchResult, SharesItsPlacesAndLosesTheWayBack)
-{
-    SearchHandle handle;
-    SearchHandlePrivate::privateFromPublic(&handle)->setIndex(30);
-    SearchHandlePrivate::privateFromPublic(&handle)->addIndexMapping(0, 1, 2);
-    SearchResult result;
-    EXPECT_EQ(result.source(), SearchResultGroup::None);
-    SearchResultPrivate &state = *SearchResultPrivate::privateFromPublic(&result);
-    state.setSource(SearchResultGroup::Contacts);
-    state.setHandle(handle);
-    state.setResult({QSharedPointer<AbstractPlace>(new Place)});
-    const SearchResult copy = result;
-    state.setSource(SearchResultGroup::None);
-    SearchHandle kept = copy.handle();
-    EXPECT_EQ(copy.source(), SearchResultGroup::Contacts);
-    EXPECT_EQ(copy.result().first(), result.result().first());
-    EXPECT_EQ(SearchHandlePrivate::privateFromPublic(&kept)->index(), 30);
-    EXPECT_THAT(SearchHandlePrivate::privateFromPublic(&kept)->indices(), IsEmpty());
 }

@@ -51,7 +51,6 @@ struct ChannelFunctions
         std::unique_lock<std::mutex> lock(current->m_mutex);
         const std::size_t number = current->m_requests.size();
         current->m_requests.push_back(request);
-        current->m_capacities.push_back(capacity);
         current->m_changed.notify_all();
         current->m_changed.wait(lock, [&] { return number < current->m_allowed; });
         if (current->m_responder)

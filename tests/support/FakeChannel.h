@@ -52,7 +52,6 @@ public:
     [[nodiscard]] int type() const;
     [[nodiscard]] int perimeter() const;
     [[nodiscard]] const std::vector<std::string> &openedNames() const { return m_openedNames; }
-    [[nodiscard]] const std::vector<int> &capacities() const { return m_capacities; }
     [[nodiscard]] int openHandles() const { return m_openHandles; }
     [[nodiscard]] int pendingFetches() const { return m_pendingFetches; }
 
@@ -70,7 +69,6 @@ private:
     std::deque<std::string> m_replies;
     std::vector<std::string> m_requests;
     std::vector<std::string> m_openedNames;
-    std::vector<int> m_capacities;
     int m_openHandles = 0;
     int m_pendingFetches = 0;
 };

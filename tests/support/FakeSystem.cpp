@@ -23,18 +23,12 @@ std::size_t FakeSystem::acceptedBytes = SIZE_MAX;
 int FakeSystem::sessionReads = 0;
 std::string FakeSystem::sessionRequest;
 std::vector<FakeSystem::Message> FakeSystem::messages;
-bool FakeSystem::refuseRegistration = false;
-int FakeSystem::registrations = 0;
-std::string FakeSystem::registered;
 std::atomic<int> FakeSystem::refusedThreads = 0;
-std::atomic<int> FakeSystem::failingWaits = 0;
 
 namespace
 {
 
 constexpr int SESSION_FD = 4711;
-const char *registeredNames[SLOG2_MAX_BUFFERS] = {};
-int registeredVerbosity = 0;
 std::mutex messagesMutex;
 
 /// True as often as the count says.
@@ -70,9 +64,7 @@ FakeSystem::~FakeSystem()
     now = -1;
     session = nullptr;
     acceptedBytes = SIZE_MAX;
-    refuseRegistration = false;
     refusedThreads = 0;
-    failingWaits = 0;
 }
 
 // Default visibility: the sanitizers' libraries call some of these too.
@@ -126,42 +118,26 @@ ssize_t __wrap_write(int fd, const void *bytes, size_t count)
 }
 
 int __real_pthread_create(pthread_t *thread, const pthread_attr_t *attributes, void *(*entry)(void *), void *argument);
-int __real_pthread_cond_wait(pthread_cond_t *condition, pthread_mutex_t *mutex);
 
 int __wrap_pthread_create(pthread_t *thread, const pthread_attr_t *attributes, void *(*entry)(void *), void *argument)
 {
     return takeOne(FakeSystem::refusedThreads) ? EAGAIN : __real_pthread_create(thread, attributes, entry, argument);
 }
 
-int __wrap_pthread_cond_wait(pthread_cond_t *condition, pthread_mutex_t *mutex)
-{
-    return takeOne(FakeSystem::failingWaits) ? EINVAL : __real_pthread_cond_wait(condition, mutex);
-}
-
 int slog2_register(const slog2_buffer_set_config_t *config, slog2_buffer_t *handles, uint32_t)
 {
-    ++FakeSystem::registrations;
-    if (FakeSystem::refuseRegistration)
-        return -1;
-    registeredVerbosity = config->verbosity_level;
-    FakeSystem::registered = config->buffer_set_name + (" " + std::to_string(registeredVerbosity));
-    for (int i = 0; i < config->num_buffers; ++i) {
-        registeredNames[i] = config->buffer_config[i].buffer_name;
-        FakeSystem::registered +=
-            std::string(" ") + registeredNames[i] + ":" + std::to_string(config->buffer_config[i].num_pages);
-        handles[i] = reinterpret_cast<slog2_buffer_t>(&registeredNames[i]);
-    }
+    for (int i = 0; i < config->num_buffers; ++i)
+        handles[i] = nullptr;
     return 0;
 }
 
-int vslog2f(slog2_buffer_t buffer, uint16_t, uint8_t severity, const char *format, va_list arguments)
+int vslog2f(slog2_buffer_t, uint16_t, uint8_t severity, const char *format, va_list arguments)
 {
     char text[512];
     std::vsnprintf(text, sizeof text, format, arguments);
     const std::lock_guard<std::mutex> lock(messagesMutex);
-    const auto name = reinterpret_cast<const char **>(buffer);
-    FakeSystem::messages.push_back({name ? *name : "", severity, text});
-    return registeredVerbosity;
+    FakeSystem::messages.push_back({severity, text});
+    return 0;
 }
 }
 #pragma GCC visibility pop

@@ -15,7 +15,6 @@ struct FakeSystem
 
     struct Message
     {
-        std::string buffer;
         int severity;
         std::string text;
     };
@@ -31,12 +30,6 @@ struct FakeSystem
     static int sessionReads;
     static std::string sessionRequest;
     static std::vector<Message> messages;
-    /// Whether registering a buffer set fails, and how often it was tried.
-    static bool refuseRegistration;
-    static int registrations;
-    /// The last buffer set: its name, its verbosity, and name and pages of each buffer.
-    static std::string registered;
-    /// Number of threads that cannot be started, and of waits for a condition that fail.
+    /// Number of threads that cannot be started.
     static std::atomic<int> refusedThreads;
-    static std::atomic<int> failingWaits;
 };

@@ -13,11 +13,10 @@
 namespace wire
 {
 
-/// One field: its bytes, and whether it starts on a four-byte boundary.
+/// One field, which starts on a four-byte boundary.
 struct Field
 {
     std::string bytes;
-    bool aligned = true;
 };
 
 template <typename T>
@@ -25,7 +24,7 @@ Field raw(T value)
 {
     std::string bytes(sizeof value, '\0');
     std::memcpy(&bytes[0], &value, sizeof value);
-    return {bytes, true};
+    return {bytes};
 }
 
 inline Field i32(int value)
@@ -46,16 +45,12 @@ inline Field f32(float value)
 }
 inline Field flag(bool value)
 {
-    return {std::string(1, value ? '\1' : '\0'), true};
-}
-inline Field byte(char value)
-{
-    return {std::string(1, value), false};
+    return {std::string(1, value ? '\1' : '\0')};
 }
 /// A string or text: its length in bytes, then the bytes.
 inline Field text(const std::string &value)
 {
-    return {raw(static_cast<unsigned>(value.size())).bytes + value, true};
+    return {raw(static_cast<unsigned>(value.size())).bytes + value};
 }
 
 /// Several fields that are always written together.
@@ -85,7 +80,7 @@ inline std::string message(const Fields &fields)
 {
     std::string bytes;
     for (const Field &field : fields) {
-        while (field.aligned && bytes.size() % 4 != 0)
+        while (bytes.size() % 4 != 0)
             bytes += 'Z';
         bytes += field.bytes;
     }
