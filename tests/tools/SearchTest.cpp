@@ -7,15 +7,9 @@
 
 #include <gmock/gmock.h>
 
-#include <QtCore/QFile>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
-
-#include <cstring>
-
-#include <sys/socket.h>
-#include <sys/un.h>
 
 using testing::HasSubstr;
 using testing::Not;
@@ -36,46 +30,14 @@ protected:
     Placesd service{sources.arguments()};
 };
 
-/// A service that takes connections and never answers.
-class MuteService
-{
-public:
-    MuteService()
-    {
-        sockaddr_un address = {};
-        address.sun_family = AF_UNIX;
-        const QByteArray path = QFile::encodeName(m_folder.filePath(QStringLiteral("places")));
-        EXPECT_LT(static_cast<std::size_t>(path.size()), sizeof address.sun_path);
-        std::memcpy(address.sun_path, path.constData(), static_cast<std::size_t>(path.size()));
-        EXPECT_EQ(::bind(m_socket, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
-        EXPECT_EQ(::listen(m_socket, 10), 0);
-        qputenv("VELA_CHANNEL_DIR", QFile::encodeName(m_folder.path()));
-    }
-    ~MuteService() { ::close(m_socket); }
-
-    /// Waits until a request has come.
-    void waitForRequest() const
-    {
-        for (;;) {
-            const int connection = ::accept(m_socket, nullptr, nullptr);
-            char byte = 0;
-            if (::read(connection, &byte, 1) == 1)
-                return; // and the connection stays as it is
-            ::close(connection);
-        }
-    }
-
-private:
-    QTemporaryDir m_folder;
-    const int m_socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-};
+constexpr char GROUPS[] = "--group=favourites,remote";
 
 /// The client, with a search as you type, on a terminal.
 class Typing : public Terminal
 {
 public:
-    explicit Typing(const char *option = "--group=local,remote")
-        : Terminal([option] { ::execl(PROGRAMS "/places", "places", "search", "--as-you-type", option, nullptr); })
+    Typing()
+        : Terminal([] { ::execl(PROGRAMS "/places", "places", "search", "--as-you-type", GROUPS, nullptr); })
     {
         EXPECT_TRUE(shows("Search:"));
     }
@@ -84,11 +46,6 @@ public:
     /// nothing new, so each has to be waited for.
     bool searches() { return shows("searching") && shows("Up and Down"); }
 };
-
-std::string afterTheScreen(const std::string &output)
-{
-    return output.substr(output.rfind("\x1b[?1049l"));
-}
 
 } // namespace
 
@@ -102,8 +59,10 @@ TEST_F(SearchTest, EachGroupComesUnderItsTitleAndOnlyThoseWithResults)
     EXPECT_THAT(found.out, Not(HasSubstr("Elsewhere")));
     EXPECT_THAT(places("search zo --no-favourites").out, Not(HasSubstr("Zoo")));
     EXPECT_THAT(places("search zz").err, HasSubstr("nothing found"));
+    const Outcome failed = places("search zo --no-favourites --group favourites,local");
+    EXPECT_THAT(failed.err, HasSubstr("favourites: "));
+    EXPECT_THAT(failed.out, HasSubstr("Zollhaus")) << "the others are still shown";
     EXPECT_THAT(places("search z --group Remote --limit 1").out, HasSubstr("Elsewhere, the first 1\n"));
-    EXPECT_EQ(places("search z --group everything").status, 2);
 }
 
 TEST_F(SearchTest, ProgramsGetOneDocumentWithTheGroupsInTheOrderTheyAskedFor)
@@ -119,71 +78,32 @@ TEST_F(SearchTest, ProgramsGetOneDocumentWithTheGroupsInTheOrderTheyAskedFor)
     EXPECT_EQ(local[QLatin1String("features")].toArray().size(), 1);
 }
 
-TEST_F(SearchTest, AGroupThatFailsIsNamedAndTheOthersAreStillShown)
+TEST_F(SearchTest, AnInterruptEndsASearchAtOnceWhateverTheServiceOwes)
 {
-    const Outcome found = places("search zo --no-favourites --group favourites,local");
-    EXPECT_EQ(found.status, 1);
-    EXPECT_THAT(found.err, HasSubstr("favourites: "));
-    EXPECT_THAT(found.out, HasSubstr("Zollhaus"));
-}
-
-TEST(SearchTestWithAMuteService, AnInterruptEndsASearchAtOnceWhateverTheServiceOwes)
-{
-    const MuteService service;
+    service.pause();
     QProcess client;
     client.start(QStringLiteral(PROGRAMS "/places"), {QStringLiteral("search"), QStringLiteral("zo")});
-    service.waitForRequest();
+    EXPECT_FALSE(client.waitForFinished(500)) << "it waits for the service";
     ::kill(static_cast<pid_t>(client.processId()), SIGINT);
     EXPECT_TRUE(client.waitForFinished(10000));
     EXPECT_EQ(client.exitStatus(), QProcess::CrashExit) << "a shell shall see that it was a signal";
     EXPECT_EQ(client.exitCode(), SIGINT);
-}
-
-TEST(SearchTestWithAMuteService, LeavingTheTerminalDoesNotWaitForTheService)
-{
-    const MuteService service;
-    Typing typing;
-    service.waitForRequest();
-    typing.type("\x1b");
-    const int status = typing.wait();
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1);
+    service.resume();
 }
 
 TEST_F(SearchTest, WhatIsTypedIsSearchedAndWhatIsChosenIsShown)
 {
     Typing typing;
     ASSERT_TRUE(typing.searches());
-    typing.type("quite wrong\x15zx\x7f\xc3"); // erased as a line and as a character, and half a letter
+    typing.type("quite wrong\x15zo\xc3"); // erased as a line, and half a letter
     ASSERT_TRUE(typing.searches());
-    typing.type("\xbcr");
+    typing.type("\xbc\x7f\x7f"); // its other half, and two letters erased
     ASSERT_TRUE(typing.searches());
-    typing.type("\r");
+    typing.type("\x1b[B\x1bOB\x1bOB\x1b[A\x1b[99~\x1bx\r"); // arrows in both spellings, and keys that mean nothing
     EXPECT_EQ(typing.wait(), 0);
-    EXPECT_THAT(afterTheScreen(typing.output()), HasSubstr("Name          Z\xc3\xbcrich\r\n"));
+    const std::string output = typing.output();
+    EXPECT_THAT(output.substr(output.rfind("\x1b[?1049l")), HasSubstr("Category      city"));
     EXPECT_TRUE(typing.isRestored());
-}
-
-TEST_F(SearchTest, ArrowsChooseAmongTheResultsOfAllGroups)
-{
-    Typing typing("--group=favourites,remote");
-    ASSERT_TRUE(typing.searches());
-    typing.type("z");
-    ASSERT_TRUE(typing.searches());
-    typing.type("\x1b[B\x1bOB\x1bOB\x1b[A\x1b[99~\x1bx"); // in both spellings, and keys that mean nothing
-    typing.type("\r");
-    EXPECT_EQ(typing.wait(), 0);
-    EXPECT_THAT(afterTheScreen(typing.output()), HasSubstr("Category      city"));
-}
-
-TEST_F(SearchTest, WideLettersTakeTwoColumnsAndANewSizeIsDrawnAtOnce)
-{
-    Typing typing;
-    ASSERT_TRUE(typing.searches());
-    typing.type("\xe6\x9d\xb1\xe4\xba\xac");
-    EXPECT_TRUE(typing.shows("\x1b[1;13H")) << "the cursor behind \"Search: \" and two wide letters";
-    EXPECT_TRUE(typing.shows("Elsewhere"));
-    typing.resize(8, 40);
-    EXPECT_TRUE(typing.shows("\x1b[8;1H")) << "the last row is now the eighth: " << typing.output();
 }
 
 TEST_F(SearchTest, EveryWayOutLeavesTheTerminalAsItWas)
@@ -193,10 +113,11 @@ TEST_F(SearchTest, EveryWayOutLeavesTheTerminalAsItWas)
         const char *keys;
         int signal; ///< Sent if not 0.
         int endsBySignal;
-    } ways[] = {{"\x1b", 0, 0}, {"\x04", 0, 0}, {"\x03", 0, SIGINT}, {"z", SIGTERM, SIGTERM}, {"z", SIGHUP, SIGHUP}};
+    } ways[] = {{"\x1b", 0, 0}, {"\x03", 0, SIGINT}, {"z", SIGTERM, SIGTERM}};
+    service.pause();
     for (const auto &way : ways) {
         Typing typing;
-        ASSERT_TRUE(typing.shows("Zoo"));
+        ASSERT_TRUE(typing.shows("searching")) << "and no way out waits for the service";
         EXPECT_FALSE(typing.isRestored()) << "or this test says nothing";
         typing.type(way.keys);
         if (way.signal != 0)
@@ -207,11 +128,16 @@ TEST_F(SearchTest, EveryWayOutLeavesTheTerminalAsItWas)
         EXPECT_TRUE(typing.isRestored());
         EXPECT_THAT(typing.output(), HasSubstr("\x1b[?1049l"));
     }
+    service.resume();
 }
 
-TEST_F(SearchTest, WithoutATerminalTypingIsRefused)
+TEST_F(SearchTest, ContactsAreListedAndProvidersAskedForWhatTheyKnowOfAPlace)
 {
-    const Outcome refused = places("search --as-you-type");
-    EXPECT_EQ(refused.status, 2);
-    EXPECT_THAT(refused.err, HasSubstr("standard input is no terminal"));
+    const std::string all = places("contacts").out;
+    EXPECT_LT(all.find("Anna"), all.find("Zoe")) << all;
+    EXPECT_THAT(places("contacts zo").out, Not(HasSubstr("Anna")));
+    EXPECT_THAT(places("--json providers").out, HasSubstr("\"supportedDataTypes\":[\"poi\"]"));
+    EXPECT_EQ(places(QStringList{QStringLiteral("import"), sources.gazetteer()}).out,
+              "3 imported, 0 skipped, 0 failed\n");
+    EXPECT_THAT(places("--json show 3 --aux --remote").out, HasSubstr("\"externalId\":\"town:1\""));
 }
