@@ -22,7 +22,6 @@
 #include <thread>
 
 using namespace wire;
-using testing::IsEmpty;
 using vela::system::channel::Descriptor;
 using namespace vela::platform::places;
 

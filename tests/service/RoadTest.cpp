@@ -168,7 +168,11 @@ TEST_F(RoadTest, EveryOperatorMeansWhatItSays)
 TEST_F(RoadTest, ResultsComeInTheOrderAskedForAndPagesFitTogether)
 {
     for (const char *name : {"delta", "Alpha", "charlie", "Bravo", "alpha"})
-        add(name);
+        add(name, [name](Place &place) {
+            Location location;
+            location.setCoordinates(Coordinates(name[0] == 'd' ? 10 : 20, 0));
+            place.replaceLocation(0, location);
+        });
     manager.usePlace(3);
     manager.usePlace(3);
     manager.usePlace(1);
@@ -178,6 +182,8 @@ TEST_F(RoadTest, ResultsComeInTheOrderAskedForAndPagesFitTogether)
     EXPECT_THAT(sorted(SortRule()), ElementsAre("charlie", "delta", "Alpha", "Bravo", "alpha"));
     EXPECT_THAT(sorted(SortRule::createSimpleSortRule(SortField::Name, SortOrder::Ascending)),
                 ElementsAre("Alpha", "alpha", "Bravo", "charlie", "delta"));
+    EXPECT_THAT(sorted(SortRule::createDistanceSortRule(Coordinates(11, 0), SortOrder::Ascending)),
+                ElementsAre("delta", "Alpha", "charlie", "Bravo", "alpha"));
 
     SearchHandle handle;
     std::vector<std::string> all = names(manager.findPlaces(QString(), &error, &handle, SortRule(), 0, 2));

@@ -161,7 +161,7 @@ TEST(ExchangeTest, EveryFormatBecomesPlaces)
          "[2.0,1.0]", R"("name":"real")"},
         {"geojsonl",
          R"({"type":"Feature","geometry":{"type":"Point","coordinates":[2,1]},"properties":{"name":42,"kind":"large_airport","iata":"BRN"}})",
-         "[2.0,1.0]", R"("name":"42"|"aliases":["BRN"]|"tags":["lbs-airport"])"},
+         "[2.0,1.0]", R"("name":"42"|"aliases":["BRN"]|"tags":["large_airport","lbs-airport"])"},
         {"tsv", "name\tlat\tlon\tfavorite\tcompactAddressLines\tname\nA\t1\t2\tTRUE\tx; y\tB\n", "[2.0,1.0]",
          R"("name":"A"|"favorite":true|"compactAddressLines":["x","y"])"},
         {"csv", "\xEF\xBB\xBFName;LAT;lng;tags;CountryCode;floor;odd\r\n\"A;\"\"B\"\"\nC\";1.5;2;\"x; y\";CH;3;+\r\n",
@@ -261,7 +261,7 @@ TEST(ExchangeTest, AnImportEndsWhenTheServiceDoesAndKeepsWhatWasStored)
     EXPECT_EQ(features(exported()).size(), 1);
 }
 
-TEST(ExchangeTest, AnExportIsWholeOrTheOldFileStays)
+TEST(ExchangeTest, AnExportCanBeImportedAndGoesIntoAPipe)
 {
     const Placesd service;
     EXPECT_EQ(exported(), "{\"type\":\"FeatureCollection\",\"features\":[\n\n]}\n");
