@@ -199,10 +199,10 @@ void BrowserWindow::takePlace(Error::Type error, const PlaceLoader::FullPlace &p
         report(error);
         return endLoading();
     }
-    QList<AuxiliaryData> stored;
+    m_ownRecords.clear();
     for (int i = 0; i < place->auxiliaryDataCount(); ++i)
-        stored.append(place->auxiliaryData(i));
-    present(place, stored);
+        m_ownRecords.append(place->auxiliaryData(i));
+    present(place, m_ownRecords);
     AuxiliaryDataRequest request;
     request.setPlace(place);
     m_records.cancel(QVariant());
@@ -212,9 +212,13 @@ void BrowserWindow::takePlace(Error::Type error, const PlaceLoader::FullPlace &p
 void BrowserWindow::takeRecords(const QList<AuxiliaryDataReply> &replies)
 {
     const AuxiliaryDataReply &reply = replies.first();
-    if (reply.status() == Error::Success)
-        present(reply.place(), reply.data());
-    else
+    QList<AuxiliaryData> records = m_ownRecords;
+    for (const AuxiliaryData &record : reply.data()) {
+        if (!records.contains(record))
+            records.append(record);
+    }
+    present(reply.place(), records);
+    if (reply.status() != Error::Success)
         report(reply.status());
     endLoading();
 }

@@ -57,7 +57,8 @@ private:
     vela::platform::places::SearchManager m_searches;
     vela::platform::places::PlaceSearchManager m_records;
     PlaceLoader m_loader;
-    AnyPlace m_shown; ///< Null while none is chosen.
+    AnyPlace m_shown;                                          ///< Null while none is chosen.
+    QList<vela::platform::places::AuxiliaryData> m_ownRecords; ///< Those that came with the place.
     int m_searchId = 0;
     bool m_isSearching = false;
     bool m_isLoading = false;

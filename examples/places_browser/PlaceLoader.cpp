@@ -55,14 +55,19 @@ void PlaceLoader::make(const AnyPlace &place, const Call &call, const std::funct
         Reply reply{Error::Success, {}, isWanted, answer};
         if (isWanted())
             reply.place = call(reply.error);
-        if (Place *full = reply.place.data())
-            full->moveToThread(thread());
-        {
-            const QMutexLocker lock(&m_mutex);
-            m_replies.push_back(std::move(reply));
-        }
-        Q_EMIT replied();
+        if (reply.place)
+            reply.place->moveToThread(thread());
+        giveReply(std::move(reply));
     });
+}
+
+void PlaceLoader::giveReply(Reply reply)
+{
+    {
+        const QMutexLocker lock(&m_mutex);
+        m_replies.push_back(std::move(reply));
+    }
+    Q_EMIT replied();
 }
 
 void PlaceLoader::takeReply()

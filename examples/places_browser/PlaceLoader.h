@@ -58,6 +58,7 @@ private:
 
     /// Has `call` made on the thread if it is wanted then, and its result sent by `answer` if it still is.
     void make(const AnyPlace &place, const Call &call, const std::function<bool()> &isWanted, Answer answer);
+    void giveReply(Reply reply);
     void takeReply();
 
     /// The places of the calls that are not answered yet: none of them may end on the other thread.

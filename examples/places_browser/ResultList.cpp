@@ -41,7 +41,8 @@ bool isSame(const AbstractPlace &a, const AbstractPlace &b)
 {
     if (a.isPersisted() && b.isPersisted())
         return a.id() == b.id();
-    return a.name() == b.name() && a.primaryCoordinates() == b.primaryCoordinates();
+    return a.name() == b.name() && a.primaryLocation() == b.primaryLocation()
+           && a.primaryCoordinates() == b.primaryCoordinates();
 }
 
 /// Draws a place as its name over where it is, with a star for a favourite; and a heading as a line of its own.

@@ -11,6 +11,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QtCore/QFile>
 #include <QtCore/QThread>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
@@ -30,18 +31,29 @@ namespace
 
 constexpr int PATIENCE = 30000; // milliseconds
 
+/// Somebody with two addresses that no gazetteer knows.
+const QByteArray CARD = "BEGIN:VCARD\nVERSION:3.0\nFN:Anna Muster\nTEL;TYPE=CELL:079\n"
+                        "ADR;TYPE=HOME:;;Seeweg 1;Nirgendwo;;;\nADR;TYPE=WORK:;;Talweg 2;Nirgendwo;;;\nEND:VCARD\n";
+
 /// The window, used through its keys and read as a user reads it.
 class BrowserTest : public testing::Test
 {
 protected:
     BrowserTest()
-        : service(sampleGazetteer())
+        : service(sampleGazetteer() + contacts())
         , window(std::make_unique<BrowserWindow>())
     {
         window->show();
         window->activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
         settle();
+    }
+
+    QStringList contacts()
+    {
+        QFile file(cards.filePath(QStringLiteral("anna.vcf")));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(CARD) == CARD.size());
+        return {QStringLiteral("--contacts"), cards.path()};
     }
 
     template <typename Widget>
@@ -82,6 +94,7 @@ protected:
     std::string status() { return widget<QLabel>("status")->text().toStdString(); }
     bool starIsFull() { return widget<QToolButton>("star")->text() == QStringLiteral("★"); }
 
+    QTemporaryDir cards;
     Placesd service;
     std::unique_ptr<BrowserWindow> window;
 };
@@ -111,6 +124,15 @@ TEST_F(BrowserTest, WhatIsTypedIsFoundAndWhatIsChosenIsShownAndMadeAFavourite)
     EXPECT_FALSE(starIsFull());
     type("xyz");
     EXPECT_EQ(rows(), "");
+}
+
+TEST_F(BrowserTest, AContactStandsThereWithEachAddressAndIsShownWithItsRecord)
+{
+    EXPECT_EQ(rows(), "# Contacts\nAnna Muster\nAnna Muster");
+    press(Qt::Key_Down);
+    press(Qt::Key_Down);
+    EXPECT_THAT(text(), HasSubstr("Talweg 2"));
+    EXPECT_THAT(text(), HasSubstr("079"));
 }
 
 TEST_F(BrowserTest, ClosingWhileTheServiceIsSlowLosesNoFavourite)
