@@ -8,6 +8,8 @@
 #include "Server.h"
 #include "SessionObject.h"
 
+#include <QtCore/QThread>
+
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
@@ -133,6 +135,8 @@ int run(int argc, char **argv, Settings settings)
     const sigset_t signals = stopSignals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     ::umask(0077);
+    // Qt takes the first thread that asks it for the main one, and keeps that one's data when the thread ends.
+    QThread::currentThread();
     try {
         if (const auto folder = fs::path(settings.database).parent_path(); !folder.empty())
             fs::create_directories(folder);
