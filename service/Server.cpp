@@ -76,7 +76,12 @@ public:
     void shutDown() { ::shutdown(fd(), SHUT_RDWR); }
 
     /// How epoll is to be told that the connection is watched: the first time as a new one.
-    int watchOperation() { return std::exchange(m_isWatched, true) ? EPOLL_CTL_MOD : EPOLL_CTL_ADD; }
+    int watchOperation()
+    {
+        const int operation = std::exchange(m_isWatched, true) ? EPOLL_CTL_MOD : EPOLL_CTL_ADD;
+        m_turns.fetch_add(1, std::memory_order_release);
+        return operation;
+    }
 
     /// What epoll is to watch for. A connection that waits for its turn can as a rule be written to, and so gets it
     /// when those have had theirs that are before it.
@@ -96,6 +101,7 @@ public:
     /// waits for.
     Wish advance(Service &service)
     {
+        [[maybe_unused]] const unsigned int turns = m_turns.load(std::memory_order_acquire);
         for (int steps = 0; steps < limits::REQUESTS_PER_TURN;) {
             if (!flush())
                 return errno == EAGAIN ? Wish::Write : Wish::Close;
@@ -247,6 +253,8 @@ private:
     std::uint32_t m_toDiscard = 0;
     std::optional<Deadline> m_deadline; ///< Of the request that is passed on; unset when none is.
     bool m_isWatched = false;
+    /// The thread that epoll wakes sees all that the one before has done; this says so to the language, too.
+    std::atomic<unsigned int> m_turns = 0;
     std::atomic<Clock::time_point> m_lastActivity{Clock::now()};
 };
 
