@@ -251,21 +251,6 @@ void addRecords(const Value &properties, Place &place)
     }
 }
 
-/// The place's record of points of interest, a new one if it has none, after `change`.
-template <typename Change>
-void changePointOfInterest(Place &place, Change change)
-{
-    int index = 0;
-    while (index < place.auxiliaryDataCount()
-           && place.auxiliaryData(index).type() != AuxiliaryData::TypePointOfInterest)
-        ++index;
-    if (index == place.auxiliaryDataCount())
-        place.addAuxiliaryData(PointOfInterestAuxiliaryData());
-    PointOfInterestAuxiliaryData poi(place.auxiliaryData(index));
-    change(poi);
-    place.replaceAuxiliaryData(index, poi);
-}
-
 /// Sets what the records do not say already: whoever edits an exported file edits these.
 void setContactDetails(const Value &properties, Place &place)
 {
@@ -417,6 +402,19 @@ bool isForeignMember(const QString &name, const Value &value)
     if (name == QLatin1String("bbox"))
         return !value.IsNull() && !readBox(&value).isValid();
     return name != QLatin1String("type") && name != QLatin1String("geometry") && name != QLatin1String("properties");
+}
+
+void changePointOfInterest(Place &place, const std::function<void(PointOfInterestAuxiliaryData &)> &change)
+{
+    int index = 0;
+    while (index < place.auxiliaryDataCount()
+           && place.auxiliaryData(index).type() != AuxiliaryData::TypePointOfInterest)
+        ++index;
+    if (index == place.auxiliaryDataCount())
+        place.addAuxiliaryData(PointOfInterestAuxiliaryData());
+    PointOfInterestAuxiliaryData poi(place.auxiliaryData(index));
+    change(poi);
+    place.replaceAuxiliaryData(index, poi);
 }
 
 QString readFeature(const Value &feature, Place &place)

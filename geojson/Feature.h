@@ -4,6 +4,7 @@
 #include <QtCore/QSet>
 #include <QtCore/QString>
 
+#include <functional>
 #include <optional>
 
 #include <rapidjson/document.h>
@@ -11,7 +12,8 @@
 namespace vela::platform::places
 {
 class Place;
-}
+class PointOfInterestAuxiliaryData;
+} // namespace vela::platform::places
 
 namespace geojson
 {
@@ -30,6 +32,10 @@ std::optional<float> toAccuracy(double metres);
 /// unknown name, and one of a known name that is not of its kind.
 bool isForeignProperty(const QString &name, const rapidjson::Value &value);
 bool isForeignMember(const QString &name, const rapidjson::Value &value);
+
+/// Changes the place's record of points of interest, a new one if it has none.
+void changePointOfInterest(vela::platform::places::Place &place,
+                           const std::function<void(vela::platform::places::PointOfInterestAuxiliaryData &)> &change);
 
 /// Fills a new place from a GeoJSON feature, whose nesting is at most MAX_DEPTH. Returns why it is no place, and the
 /// place is then of no use; empty when it is one.

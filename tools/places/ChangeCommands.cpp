@@ -2,6 +2,7 @@
 
 #include "Commands.h"
 
+#include "Feature.h"
 #include "JsonWriter.h"
 #include "Options.h"
 #include "PlaceLink.h"
@@ -96,18 +97,12 @@ void applyContactDetails(Place &place, const Details &details)
 {
     if (!details.phone && !details.email && !details.url)
         return;
-    int index = 0;
-    while (index < place.auxiliaryDataCount()
-           && place.auxiliaryData(index).type() != AuxiliaryData::TypePointOfInterest)
-        ++index;
-    if (index == place.auxiliaryDataCount())
-        place.addAuxiliaryData(PointOfInterestAuxiliaryData());
-    PointOfInterestAuxiliaryData poi(place.auxiliaryData(index));
-    set(poi, &PointOfInterestAuxiliaryData::setPhoneNumber, details.phone);
-    set(poi, &PointOfInterestAuxiliaryData::setEmailAddress, details.email);
-    if (details.url)
-        poi.setUrl(QUrl(text(*details.url)));
-    place.replaceAuxiliaryData(index, poi);
+    geojson::changePointOfInterest(place, [&](PointOfInterestAuxiliaryData &poi) {
+        set(poi, &PointOfInterestAuxiliaryData::setPhoneNumber, details.phone);
+        set(poi, &PointOfInterestAuxiliaryData::setEmailAddress, details.email);
+        if (details.url)
+            poi.setUrl(QUrl(text(*details.url)));
+    });
 }
 
 void apply(Place &place, const Details &details)
