@@ -1,7 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
 #include "protocol/PlacesAPIDecoder.h"
-#include "Service.h"
+#include "requests/Service.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,8 +1,8 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
-#include "ContactPlaces.h"
 #include "places/Place.h"
-#include "VCardFile.h"
+#include "sources/ContactPlaces.h"
+#include "sources/VCardFile.h"
 
 #include <QtCore/QBuffer>
 

@@ -3,7 +3,7 @@
 #include "Channel.h"
 #include "manager/PlaceManagerPrivate.h"
 #include "places/PlaceManager.h"
-#include "Sql.h"
+#include "store/Sql.h"
 #include "support/Placesd.h"
 #include "support/SamplePlace.h"
 

@@ -2,7 +2,7 @@
 
 #include "auxdata/AuxiliaryDataPrivate.h"
 #include "places/Place.h"
-#include "Program.h"
+#include "server/Program.h"
 #include "support/SamplePlace.h"
 
 #include <stdexcept>

@@ -1,0 +1,159 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "server/Program.h"
+
+#include "protocol/ProtocolTypes.h"
+#include "server/Server.h"
+#include "server/SessionObject.h"
+#include "sources/ContactBook.h"
+#include "sources/Gazetteer.h"
+
+#include <QtCore/QThread>
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <systemd/sd-daemon.h>
+
+namespace placesd
+{
+
+using orix_places_protocol::ProtocolNames;
+using vela::system::channel::Descriptor;
+namespace fs = std::filesystem;
+
+namespace
+{
+
+constexpr unsigned int OWNER_ONLY = 0600;
+constexpr unsigned int EVERYBODY = 0666;
+/// Time between two looks for idle connections.
+constexpr timespec SWEEP_INTERVAL = {5, 0};
+
+std::string defaultDatabase()
+{
+    if (const char *data = std::getenv("XDG_DATA_HOME"); data && *data)
+        return std::string(data) + "/vela/places.db";
+    const char *home = std::getenv("HOME");
+    return std::string(home ? home : "") + "/.local/share/vela/places.db";
+}
+
+/// The sockets that systemd opened for this process, by their names; empty when it opened none.
+std::vector<Server::Listener> inheritedListeners()
+{
+    char **names = nullptr;
+    const int count = sd_listen_fds_with_names(0, &names);
+    std::vector<Server::Listener> listeners;
+    for (int i = 0; i < count; ++i) {
+        const bool external = std::string(names[i]) == ProtocolNames::external;
+        const int socket = SD_LISTEN_FDS_START + i;
+        ::fcntl(socket, F_SETFL, ::fcntl(socket, F_GETFL) | O_NONBLOCK);
+        listeners.push_back({Descriptor(socket), external, {}});
+        std::free(names[i]); // NOLINT(cppcoreguidelines-no-malloc): systemd's allocation
+    }
+    std::free(names); // NOLINT(cppcoreguidelines-no-malloc)
+    return listeners;
+}
+
+std::vector<Server::Listener> ownListeners()
+{
+    std::vector<Server::Listener> listeners;
+    listeners.push_back(listenOn(ProtocolNames::internal, false, OWNER_ONLY));
+    listeners.push_back(listenOn(ProtocolNames::external, true, EVERYBODY));
+    return listeners;
+}
+
+sigset_t stopSignals()
+{
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGTERM);
+    sigaddset(&signals, SIGINT);
+    return signals;
+}
+
+void serve(Settings settings, const std::string &ppsRoot)
+{
+    // Before anything that another service would notice: its sockets, and the key that its clients have.
+    const Descriptor lock = takeChannelFolder();
+    if (!ppsRoot.empty())
+        settings.sessionKey = publishSessionKey(ppsRoot);
+    std::vector<Server::Listener> listeners = inheritedListeners();
+    if (listeners.empty())
+        listeners = ownListeners();
+    Server server(std::move(listeners), std::move(settings));
+    sd_notify(0, "READY=1");
+    const sigset_t signals = stopSignals();
+    while (sigtimedwait(&signals, nullptr, &SWEEP_INTERVAL) < 0)
+        server.dropIdleConnections();
+    sd_notify(0, "STOPPING=1");
+}
+
+/// The sample data where it was installed with this program; empty where it was not.
+std::vector<std::string> sampleData()
+{
+    std::error_code unknown;
+    const fs::path program = fs::read_symlink("/proc/self/exe", unknown);
+    const fs::path folder = program.parent_path().parent_path() / PLACES_DATA_FOLDER;
+    std::vector<std::string> files;
+    for (const char *name : {"cities.geojson", "airports.geojson"}) {
+        if (fs::exists(folder / name, unknown))
+            files.push_back((folder / name).string());
+    }
+    return files;
+}
+
+} // namespace
+
+int run(int argc, char **argv, Settings settings)
+{
+    CLI::App app("A places service: keeps places in an SQLite file and answers for them on the channels \"places\" and "
+                 "\"places.external\".",
+                 "placesd");
+    settings.database = defaultDatabase();
+    std::string ppsRoot;
+    std::vector<std::string> gazetteer = sampleData();
+    std::string contacts;
+    app.add_option("--database", settings.database, "File that holds the places; made when it is not there")
+        ->capture_default_str();
+    app.add_option("--pps-root", ppsRoot, "Folder to write a session object to; its key is then asked for");
+    app.add_option("--gazetteer", gazetteer, "GeoJSON files of places to be found that are not stored; '' for none")
+        ->capture_default_str();
+    app.add_option("--contacts", contacts, "Folder of vCard files, whose addresses are places");
+    app.set_version_flag("--version", PLACES_VERSION);
+    CLI11_PARSE(app, argc, argv);
+    gazetteer.erase(std::remove(gazetteer.begin(), gazetteer.end(), std::string()), gazetteer.end());
+
+    // Threads inherit the mask, so the signals come to nobody but the wait in serve().
+    const sigset_t signals = stopSignals();
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    ::umask(0077);
+    // Qt takes the first thread that asks it for the main one, and keeps that one's data when the thread ends.
+    QThread::currentThread();
+    try {
+        if (const auto folder = fs::path(settings.database).parent_path(); !folder.empty())
+            fs::create_directories(folder);
+        Gazetteer *geocoder = nullptr;
+        if (!gazetteer.empty()) {
+            auto provider = std::make_unique<Gazetteer>(gazetteer, settings.database + "-gazetteer");
+            geocoder = provider.get();
+            settings.providers.insert(settings.providers.begin(), std::move(provider));
+        }
+        if (!contacts.empty())
+            settings.contacts = std::make_unique<ContactBook>(contacts, geocoder);
+        serve(std::move(settings), ppsRoot);
+        return EXIT_SUCCESS;
+    } catch (const std::exception &error) {
+        std::cerr << "placesd: " << error.what() << "\n";
+        return EXIT_FAILURE;
+    }
+}
+
+} // namespace placesd

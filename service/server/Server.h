@@ -1,0 +1,80 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Channel.h"
+#include "requests/Service.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <unordered_map>
+#include <vector>
+
+namespace placesd
+{
+
+/// Serves the two channels with a fixed pool of threads. Any thread takes any connection that has something to do, so a
+/// client that is slow, or silent, holds up nobody. What may take long is passed on to threads of its own, so that it
+/// holds up nothing but its like.
+class Server
+{
+public:
+    struct Listener
+    {
+        vela::system::channel::Descriptor socket;
+        bool external = false;
+        std::string path; ///< Of the socket, which is removed at the end; empty for one that somebody else made.
+    };
+    /// Starts serving. Throws std::system_error or SQLite::Exception when it cannot.
+    Server(std::vector<Listener> listeners, Settings settings);
+    /// Finishes the requests at hand and stops.
+    ~Server();
+    Server(const Server &) = delete;
+    Server &operator=(const Server &) = delete;
+
+    /// Ends the connections that have done nothing for too long. To be called now and then.
+    void dropIdleConnections();
+
+private:
+    class Connection;
+    using Descriptor = vela::system::channel::Descriptor;
+
+    void work(Service &service);
+    void workOnWhatTakesLong(Service &service);
+    void accept(const Listener &listener, Service &service);
+    void serve(Connection &connection, Service &service);
+    void passOn(Connection &connection);
+    void close(Connection &connection);
+    void watch(int fd, unsigned int events, void *what);
+
+    std::vector<Listener> m_listeners;
+    Descriptor m_epoll;
+    Descriptor m_stopEvent;
+    Shared m_shared;
+    std::vector<std::unique_ptr<Service>> m_services;
+
+    std::mutex m_connectionsMutex;
+    // Guarded by the mutex; a connection itself belongs to the thread that its event went to.
+    std::unordered_map<Connection *, std::unique_ptr<Connection>> m_connections;
+
+    std::mutex m_waitingMutex;
+    std::condition_variable m_waitingChanged;
+    // Guarded by the mutex: what waits for a thread that may take long. Nobody else touches these connections.
+    std::deque<Connection *> m_waiting;
+    bool m_stopping = false;
+
+    std::vector<std::thread> m_threads;
+};
+
+/// Opens the channel `name` for serving. Throws std::system_error when it cannot.
+Server::Listener listenOn(const std::string &name, bool external, unsigned int mode);
+
+/// Makes the channel folder and takes it for this process; nobody else serves its channels while the result is open.
+/// Throws std::system_error when another process has it, std::runtime_error when others could put sockets there.
+vela::system::channel::Descriptor takeChannelFolder();
+
+} // namespace placesd

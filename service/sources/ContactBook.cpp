@@ -1,0 +1,267 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "sources/ContactBook.h"
+
+#include "Limits.h"
+#include "Log.h"
+#include "places/AuxiliaryData.h"
+#include "places/Place.h"
+#include "sources/Gazetteer.h"
+#include "sources/VCardFile.h"
+#include "store/TextKeys.h"
+
+#include <QtCore/QFile>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <kcontacts/addressee.h>
+#include <kcontacts/vcardconverter.h>
+#include <limits>
+
+#include <sys/inotify.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace placesd
+{
+
+using namespace vela::platform::places;
+namespace fs = std::filesystem;
+
+namespace
+{
+
+/// 32-bit FNV-1a, made positive: a number for a text that is the same at every start.
+int hashOf(const QByteArray &text)
+{
+    std::uint32_t hash = 2166136261U;
+    for (const char c : text)
+        hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
+    return static_cast<int>(hash & 0x7fffffffU);
+}
+
+bool isVCardFile(const fs::directory_entry &entry)
+{
+    std::error_code ignored;
+    const std::string extension = entry.path().extension().string();
+    return (extension == ".vcf" || extension == ".vcard") && entry.is_regular_file(ignored);
+}
+
+/// Tells of a file by its inode number: names of files may be names of people.
+void report(const fs::path &path, const VCardFaults &faults, int unusable)
+{
+    struct stat status = {};
+    ::stat(path.c_str(), &status);
+    const auto inode = static_cast<unsigned long long>(status.st_ino);
+    if (faults.cut > 0)
+        logError("contacts: file with inode %llu: %d cards are cut; what stands there was read", inode, faults.cut);
+    if (faults.tooLong > 0)
+        logError("contacts: file with inode %llu: %d cards are too long and were left out", inode, faults.tooLong);
+    if (!faults.hasEnded)
+        logError("contacts: file with inode %llu: too long; only its beginning was read", inode);
+    if (unusable > 0)
+        logError("contacts: file with inode %llu: %d cards have no name or cannot be read, and were left out", inode,
+                 unusable);
+}
+
+} // namespace
+
+ContactBook::ContactBook(std::string folder, Gazetteer *gazetteer)
+    : m_folder(std::move(folder))
+    , m_gazetteer(gazetteer)
+    , m_firstReader([this] {
+        const std::lock_guard<std::mutex> lock(m_reading);
+        readChanges();
+    })
+{}
+
+ContactBook::~ContactBook()
+{
+    m_stopping = true;
+    m_firstReader.join();
+}
+
+bool ContactBook::isRead() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_entries != nullptr;
+}
+
+std::optional<std::vector<FoundPlace>> ContactBook::find(const QString &term, bool onlyRooms, Deadline deadline)
+{
+    const Snapshot all = entries(deadline);
+    if (!all)
+        return {};
+    const QString key = searchKey(term);
+    const QStringList wanted = words(key);
+    std::vector<FoundPlace> found;
+    for (const Entry &entry : *all) {
+        // A term without words is looked for as it is.
+        const bool fits = wanted.isEmpty() ? entry.key.contains(key) : startWords(entry.words, wanted);
+        if (fits && (entry.isRoom || !onlyRooms))
+            found.push_back(entry.place);
+    }
+    return found;
+}
+
+FoundPlace ContactBook::place(const QString &externalId, Deadline deadline)
+{
+    const Snapshot all = entries(deadline);
+    if (!all)
+        return nullptr;
+    const bool isAny = externalId.endsWith(QLatin1String(",0"));
+    const QString start = isAny ? externalId.chopped(1) : externalId;
+    const auto found = std::find_if(all->begin(), all->end(), [&](const Entry &entry) {
+        return isAny ? entry.externalId.startsWith(start) : entry.externalId == start;
+    });
+    return found == all->end() ? nullptr : found->place;
+}
+
+/// What is known of the contacts, after a look for changes.
+ContactBook::Snapshot ContactBook::entries(Deadline deadline)
+{
+    // While somebody reads, everybody else goes by what was there before.
+    if (const std::unique_lock<std::mutex> turn(m_reading, std::try_to_lock); turn)
+        readChanges();
+    std::unique_lock<std::mutex> lock(m_mutex);
+    m_isThere.wait_until(lock, deadline, [this] { return m_entries != nullptr; });
+    return m_entries;
+}
+
+void ContactBook::readChanges()
+{
+    if (!hasChanged())
+        return;
+    auto fresh = std::make_shared<Entries>();
+    try {
+        m_files = readFolder();
+    } catch (const fs::filesystem_error &error) {
+        if (!m_isMissing)
+            logError("contacts: %s", error.what());
+        m_isMissing = true;
+        m_files.clear();
+    }
+    for (const auto &file : m_files)
+        fresh->insert(fresh->end(), file.second.entries.begin(), file.second.entries.end());
+    std::stable_sort(fresh->begin(), fresh->end(),
+                     [](const Entry &a, const Entry &b) { return a.sortKey < b.sortKey; });
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_entries = std::move(fresh);
+    }
+    m_isThere.notify_all();
+}
+
+/// Whether the folder may have changed since it was read. A folder that is not there is looked for each time.
+bool ContactBook::hasChanged()
+{
+    const bool canGeocode = m_gazetteer && m_gazetteer->isReady();
+    bool changed = canGeocode != m_isGeocoded;
+    if (changed)
+        m_files.clear();
+    m_isGeocoded = canGeocode;
+
+    if (!m_changes.isOpen()) {
+        constexpr unsigned int CHANGES =
+            IN_CLOSE_WRITE | IN_MOVE | IN_DELETE | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
+        m_changes.reset(::inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
+        if (::inotify_add_watch(m_changes.get(), m_folder.c_str(), CHANGES) < 0)
+            m_changes.reset();
+        return true;
+    }
+    alignas(inotify_event) std::array<char, 4096> events = {};
+    for (ssize_t size = 0; (size = ::read(m_changes.get(), events.data(), events.size())) > 0;) {
+        changed = true;
+        for (ssize_t at = 0; at < size;) {
+            inotify_event event = {};
+            std::memcpy(&event, events.data() + at, sizeof event);
+            at += static_cast<ssize_t>(sizeof event) + static_cast<ssize_t>(event.len);
+            // The folder itself is gone, or another one now; the next look watches what is there then.
+            if (event.mask & (IN_DELETE_SELF | IN_MOVE_SELF | IN_IGNORED)) {
+                m_changes.reset();
+                return true;
+            }
+        }
+    }
+    return changed;
+}
+
+ContactBook::Entry ContactBook::entryFor(const FoundPlace &place, bool isRoom)
+{
+    const QString key = searchKey(place->name());
+    Entry entry{place, place->auxiliaryData(0).externalId(), sortKey(place->name()), key, words(key), isRoom};
+    entry.words.sort();
+    return entry;
+}
+
+std::map<std::string, ContactBook::File> ContactBook::readFolder()
+{
+    std::map<std::string, File> files;
+    const fs::directory_iterator folder(m_folder);
+    m_isMissing = false;
+    std::size_t count = 0;
+    for (const fs::directory_entry &entry : folder) {
+        if (m_stopping)
+            break;
+        if (!isVCardFile(entry))
+            continue;
+        const auto known = m_files.find(entry.path().string());
+        std::error_code ignored;
+        const bool isSame = known != m_files.end() && known->second.size == entry.file_size(ignored)
+                            && known->second.time == entry.last_write_time(ignored);
+        File file = isSame ? std::move(known->second) : readFile(entry);
+        count += file.entries.size();
+        if (count > limits::CONTACT_PLACES) {
+            logError("contacts: more than %zu places; the rest was left out", limits::CONTACT_PLACES);
+            break;
+        }
+        files.emplace(entry.path().string(), std::move(file));
+    }
+    return files;
+}
+
+ContactBook::File ContactBook::readFile(const fs::directory_entry &entry)
+{
+    std::error_code ignored;
+    File file;
+    file.size = entry.file_size(ignored);
+    file.time = entry.last_write_time(ignored);
+    QFile cards(QString::fromLocal8Bit(entry.path().c_str()));
+    if (!cards.open(QIODevice::ReadOnly)) {
+        logError("contacts: a file cannot be read: %s", qUtf8Printable(cards.errorString()));
+        return file;
+    }
+    const Geocode geocode = [this](const Address &address) {
+        return m_isGeocoded ? m_gazetteer->geocode(address, Clock::now() + limits::GEOCODING_TIME) : Coordinates();
+    };
+    const KContacts::VCardConverter converter;
+    int number = 0;
+    int unusable = 0;
+    const VCardFaults faults = readVCards(cards, [&](const QByteArray &card) {
+        const KContacts::Addressee contact = converter.parseVCard(card);
+        // A card that does not name itself is known by where it stands.
+        const QByteArray key = hasProperty(card, "UID")
+                                   ? contact.uid().toUtf8()
+                                   : QByteArray(entry.path().filename().c_str()) + '#' + QByteArray::number(number);
+        ++number;
+        if (contact.realName().isEmpty() && contact.organization().isEmpty() && contact.nickName().isEmpty())
+            ++unusable;
+        for (const FoundPlace &place : placesOf(contact, idFor(key), geocode))
+            file.entries.push_back(entryFor(place, isRoom(contact)));
+    });
+    report(entry.path(), faults, unusable);
+    return file;
+}
+
+/// The number of a contact: as far as possible one that follows from the contact alone.
+int ContactBook::idFor(const QByteArray &key)
+{
+    int id = hashOf(key);
+    for (auto taken = m_ids.find(id); taken != m_ids.end() && taken->second != key; taken = m_ids.find(id))
+        id = id < std::numeric_limits<int>::max() ? id + 1 : 1;
+    m_ids.emplace(id, key);
+    return id;
+}
+
+} // namespace placesd

@@ -1,0 +1,201 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "store/Backup.h"
+
+#include "Channel.h"
+#include "Log.h"
+#include "store/Store.h"
+
+#include <SQLiteCpp/Backup.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <functional>
+#include <stdexcept>
+#include <system_error>
+
+#include <fcntl.h>
+#include <sqlite3.h>
+#include <unistd.h>
+
+namespace placesd
+{
+
+using orix_places_protocol::ReturnCode;
+using vela::system::channel::Descriptor;
+namespace fs = std::filesystem;
+
+namespace
+{
+
+/// Pages copied between two looks at the clock.
+constexpr int PAGES_PER_STEP = 1000;
+
+[[noreturn]] void fail(const char *what)
+{
+    throw std::system_error(errno, std::generic_category(), what);
+}
+
+/// A database file that is gone, with all that SQLite puts beside it, unless it was moved to where it belongs.
+class TemporaryDatabase
+{
+public:
+    explicit TemporaryDatabase(std::string path)
+        : m_path(std::move(path))
+    {}
+    TemporaryDatabase(const TemporaryDatabase &) = delete;
+    TemporaryDatabase &operator=(const TemporaryDatabase &) = delete;
+    ~TemporaryDatabase() { remove(); }
+
+    [[nodiscard]] const std::string &path() const { return m_path; }
+
+    void remove() const
+    {
+        for (const char *suffix : {"", "-wal", "-shm", "-journal"})
+            ::unlink((m_path + suffix).c_str());
+    }
+
+private:
+    const std::string m_path;
+};
+
+/// Makes an empty file of a name that nothing has, beside `path`.
+std::string makeFileBeside(const std::string &path)
+{
+    std::string name = path + ".XXXXXX";
+    const Descriptor file(::mkstemp(name.data()));
+    if (!file.isOpen())
+        fail("cannot write there");
+    return name;
+}
+
+void sync(const std::string &path)
+{
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!file.isOpen() || ::fsync(file.get()) != 0)
+        fail("cannot be brought to the disk");
+}
+
+bool isDatabase(const std::string &path)
+{
+    constexpr char MAGIC[] = "SQLite format 3";
+    std::array<char, sizeof MAGIC> start = {};
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    return file.isOpen() && fs::is_regular_file(path)
+           && ::read(file.get(), start.data(), start.size()) == static_cast<ssize_t>(start.size())
+           && std::memcmp(start.data(), MAGIC, sizeof MAGIC) == 0;
+}
+
+void copy(SQLite::Database &to, SQLite::Database &from, Deadline deadline)
+{
+    SQLite::Backup backup(to, from);
+    for (int result = SQLITE_OK; result != SQLITE_DONE;) {
+        result = backup.executeStep(PAGES_PER_STEP);
+        if (result == SQLITE_BUSY || result == SQLITE_LOCKED)
+            throw SQLite::Exception("another program is at work on it", result);
+        if (hasPassed(deadline))
+            throw SQLite::Exception("copying took too long", SQLITE_INTERRUPT);
+    }
+}
+
+/// Runs a copy; whatever it throws is a failure of that kind, or a lack of time.
+ReturnCode attempt(const char *what, const std::string &path, ReturnCode failure, const std::function<void()> &run)
+{
+    try {
+        run();
+        return ReturnCode::Success;
+    } catch (const SQLite::Exception &error) {
+        logError("%s %s failed: %s", what, path.c_str(), error.what());
+        return error.getErrorCode() == SQLITE_INTERRUPT ? ReturnCode::TookTooLong : failure;
+    } catch (const std::exception &error) {
+        logError("%s %s failed: %s", what, path.c_str(), error.what());
+        return failure;
+    }
+}
+
+} // namespace
+
+BackupKeeper::BackupKeeper(std::string database, std::timed_mutex &writeLock)
+    : m_database(std::move(database))
+    , m_writeLock(writeLock)
+{}
+
+ReturnCode BackupKeeper::backUp(const std::string &path, Deadline deadline)
+{
+    const std::unique_lock<std::mutex> turn(m_copying, std::try_to_lock);
+    if (!turn)
+        return ReturnCode::Busy;
+    return attempt("backup to", path, ReturnCode::BackupFailed, [&] { writeCopy(path, deadline); });
+}
+
+ReturnCode BackupKeeper::restore(const std::string &path, Deadline deadline)
+{
+    const std::unique_lock<std::mutex> turn(m_copying, std::try_to_lock);
+    if (!turn)
+        return ReturnCode::Busy;
+    return attempt("restore from", path, ReturnCode::RestoreFailed, [&] { swapIn(path, deadline); });
+}
+
+void BackupKeeper::requireUsablePath(const std::string &path) const
+{
+    // The client's folder is not the service's, so a relative path would be another file than was meant.
+    if (path.empty() || path.front() != '/' || path.find('\0') != std::string::npos)
+        throw std::invalid_argument("the path is not absolute");
+    std::error_code ignored;
+    if (fs::equivalent(path, m_database, ignored))
+        throw std::invalid_argument("that is the database itself");
+}
+
+void BackupKeeper::writeCopy(const std::string &path, Deadline deadline) const
+{
+    requireUsablePath(path);
+    if (fs::exists(path) && !isDatabase(path))
+        throw std::invalid_argument("something else is there");
+    const TemporaryDatabase fresh(makeFileBeside(path));
+    {
+        SQLite::Database live(m_database, SQLite::OPEN_READONLY);
+        SQLite::Database target(fresh.path(), SQLite::OPEN_READWRITE);
+        // What is read once stays as it is while others write; else each write would start the copy anew.
+        SQLite::Transaction snapshot(live);
+        live.execAndGet("SELECT count(*) FROM sqlite_master");
+        copy(target, live, deadline);
+        // One file that holds everything.
+        target.exec("PRAGMA journal_mode = DELETE");
+    }
+    sync(fresh.path());
+    if (std::rename(fresh.path().c_str(), path.c_str()) != 0)
+        fail("cannot be put in place");
+    sync(fs::path(path).parent_path());
+}
+
+void BackupKeeper::swapIn(const std::string &path, Deadline deadline) const
+{
+    requireUsablePath(path);
+    if (!isDatabase(path))
+        throw std::invalid_argument("no database is there");
+    // Checked is a copy that nobody else can change, and that is what is swapped in.
+    const TemporaryDatabase candidate(m_database + "-restore");
+    candidate.remove();
+    {
+        SQLite::Database source(path, SQLite::OPEN_READONLY);
+        SQLite::Database target(candidate.path(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+        copy(target, source, deadline);
+        Store::requirePlaces(target);
+    }
+    std::timed_mutex unshared;
+    Store checked(candidate.path(), unshared);
+    checked.startRequest(deadline);
+    checked.requireSoundness();
+
+    const std::unique_lock<std::timed_mutex> lock(m_writeLock, deadline);
+    if (!lock)
+        throw std::runtime_error("other writers took too long");
+    Store live(m_database, unshared);
+    checked.keepIdsOf(live);
+    checked.copyOver(live);
+}
+
+} // namespace placesd

@@ -1,0 +1,74 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "store/Records.h"
+
+#include "model/PlacePrivate.h"
+#include "protocol/PlacesAPIDecoder.h"
+#include "protocol/PlacesAPIEncoder.h"
+
+#include <sqlite3.h>
+#include <SQLiteCpp/Exception.h>
+
+namespace placesd
+{
+
+using namespace vela::platform::places;
+using orix_places_protocol::PlacesAPIDecoder;
+using orix_places_protocol::PlacesAPIEncoder;
+
+namespace
+{
+
+std::string messageOf(const PlacesAPIEncoder &encoder)
+{
+    char *data = nullptr;
+    int length = 0;
+    encoder.getData(data, length);
+    return std::string(data, static_cast<std::size_t>(length));
+}
+
+/// The object that a record becomes, read with `decode`.
+template <typename Object>
+std::unique_ptr<Object> decodeWith(bool (PlacesAPIDecoder::*decode)(Object *&), const std::string &record)
+{
+    PlacesAPIDecoder decoder(record.data(), static_cast<unsigned int>(record.size()));
+    Object *decoded = nullptr;
+    if (!(decoder.*decode)(decoded))
+        throw SQLite::Exception("a stored place cannot be read", SQLITE_CORRUPT);
+    return std::unique_ptr<Object>(decoded);
+}
+
+} // namespace
+
+std::string fullRecordOf(const Place &place)
+{
+    PlacesAPIEncoder encoder;
+    encoder.encodePlace(place);
+    return messageOf(encoder);
+}
+
+std::string headerOf(const Place &place)
+{
+    PlacesAPIEncoder encoder;
+    encoder.encodePlaceHeader(place);
+    return messageOf(encoder);
+}
+
+std::unique_ptr<Place> decodePlace(const std::string &record)
+{
+    return decodeWith(&PlacesAPIDecoder::serviceDecodePlace, record);
+}
+
+std::unique_ptr<PlaceHeader> decodeHeader(const std::string &record)
+{
+    return decodeWith(&PlacesAPIDecoder::decodePlaceHeader, record);
+}
+
+std::unique_ptr<Place> copyOf(const Place &place)
+{
+    auto copy = std::make_unique<Place>();
+    *PlacePrivate::privateFromPublic(copy.get()) = *PlacePrivate::privateFromPublic(&place);
+    return copy;
+}
+
+} // namespace placesd
