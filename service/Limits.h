@@ -12,6 +12,8 @@ namespace placesd::limits
 constexpr std::size_t REQUEST_SIZE = 4 * 1024 * 1024;
 /// Longest reply, in bytes.
 constexpr std::size_t REPLY_SIZE = 64 * 1024 * 1024;
+/// Longest record of a stored place, in bytes: what a request can carry, and what the service adds to it.
+constexpr std::size_t RECORD_SIZE = 2 * REQUEST_SIZE;
 /// Most connections open at once.
 constexpr int CONNECTIONS = 256;
 /// Requests of one connection that are answered before others have their turn.

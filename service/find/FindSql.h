@@ -1,87 +1,66 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "find/Query.h"
-
-#include <QtCore/QVariant>
-
-#include <string>
-#include <vector>
-
-namespace placesd
+/// Every statement of the finds. Those that select places give all columns of the table `place`. Each can be pasted
+/// into the sqlite3 shell.
+namespace placesd::find_sql
 {
 
-/// Where a find looks. Places that are not stored stand, for the length of a find, in the candidates' tables, and with
-/// them which leaf of the rule found which place, stored or not.
-enum class Scope
-{
-    Stored,         ///< Among the stored places only.
-    WithCandidates, ///< Among those and the candidates.
-    MoreCandidates  ///< The same, but for what is found without the providers: it came with their first candidates.
-};
+// Along an order, ties by id in its direction.
+constexpr char BY_ID[] = "SELECT * FROM place ORDER BY id";
+constexpr char BY_ID_DOWN[] = "SELECT * FROM place ORDER BY id DESC";
+constexpr char BY_RELEVANCE[] = "SELECT * FROM place INDEXED BY place_by_relevance ORDER BY usage_count, last_used, id";
+constexpr char BY_RELEVANCE_DOWN[] =
+    "SELECT * FROM place INDEXED BY place_by_relevance ORDER BY usage_count DESC, last_used DESC, id DESC";
+constexpr char BY_NAME[] = "SELECT * FROM place INDEXED BY place_by_name ORDER BY sort_key, id";
+constexpr char BY_NAME_DOWN[] = "SELECT * FROM place INDEXED BY place_by_name ORDER BY sort_key DESC, id DESC";
+constexpr char BY_USE[] = "SELECT * FROM place INDEXED BY place_by_use ORDER BY last_used, id";
+constexpr char BY_USE_DOWN[] = "SELECT * FROM place INDEXED BY place_by_use ORDER BY last_used DESC, id DESC";
+constexpr char BY_CREATION[] = "SELECT * FROM place INDEXED BY place_by_creation ORDER BY created, id";
+constexpr char BY_CREATION_DOWN[] = "SELECT * FROM place INDEXED BY place_by_creation ORDER BY created DESC, id DESC";
+constexpr char BY_UPDATE[] = "SELECT * FROM place INDEXED BY place_by_update ORDER BY updated, id";
+constexpr char BY_UPDATE_DOWN[] = "SELECT * FROM place INDEXED BY place_by_update ORDER BY updated DESC, id DESC";
+constexpr char BY_COUNT[] = "SELECT * FROM place INDEXED BY place_by_count ORDER BY usage_count, id";
+constexpr char BY_COUNT_DOWN[] = "SELECT * FROM place INDEXED BY place_by_count ORDER BY usage_count DESC, id DESC";
+/// Nearest first, within NEAREST_SLACK.
+constexpr char NEAREST[] = "SELECT place.* FROM position CROSS JOIN place ON place.id = position.id"
+                           " WHERE position.id MATCH nearest(?1, ?2)";
+/// The places without a position.
+constexpr char NOWHERE[] = "SELECT * FROM place INDEXED BY place_nowhere WHERE latitude IS NULL ORDER BY id";
+constexpr char NOWHERE_DOWN[] = "SELECT * FROM place INDEXED BY place_nowhere WHERE latitude IS NULL ORDER BY id DESC";
 
-/// Puts a query into one SQL statement. Terms are always bound, never part of the text.
-class FindSql
-{
-public:
-    /// @param query its rule has its sources numbered.
-    /// @param external whether the query came by the external channel, which sees no contacts and no recent places.
-    FindSql(const Query &query, bool external, Scope scope = Scope::Stored);
+// From the index of a condition. Statements that end with ?LIMIT count no further than that.
+constexpr char OF_ID[] = "SELECT * FROM place WHERE id = ?1";
+constexpr char WITH_WORDS[] = "SELECT place.* FROM name_index CROSS JOIN place ON place.id = name_index.rowid"
+                              " WHERE name_index MATCH ?1";
+constexpr char COUNT_WITH_WORDS[] = "SELECT count(*) FROM name_index WHERE name_index MATCH ?1";
+constexpr char COUNT_SOME_WITH_WORDS[] =
+    "SELECT count(*) FROM (SELECT 1 FROM name_index WHERE name_index MATCH ?1 LIMIT ?2)";
+/// Names, as keys, from ?1 on and before ?2.
+constexpr char OF_NAMES[] = "SELECT * FROM place INDEXED BY place_by_key WHERE name_key >= ?1 AND name_key < ?2";
+constexpr char COUNT_SOME_OF_NAMES[] = "SELECT count(*) FROM (SELECT 1 FROM place INDEXED BY place_by_key WHERE "
+                                       "name_key >= ?1 AND name_key < ?2 LIMIT ?3)";
+constexpr char OF_FACET[] = "SELECT place.* FROM place_of_facet f CROSS JOIN place ON place.id = f.place"
+                            " WHERE f.facet = ?1 ORDER BY f.usage_count, f.last_used, f.place";
+constexpr char OF_FACET_DOWN[] = "SELECT place.* FROM place_of_facet f CROSS JOIN place ON place.id = f.place"
+                                 " WHERE f.facet = ?1 ORDER BY f.usage_count DESC, f.last_used DESC, f.place DESC";
+/// Used from ?1 to ?2.
+constexpr char USED_BETWEEN[] = "SELECT * FROM place INDEXED BY place_by_use WHERE last_used BETWEEN ?1 AND ?2"
+                                " ORDER BY last_used, id";
+constexpr char USED_BETWEEN_DOWN[] = "SELECT * FROM place INDEXED BY place_by_use WHERE last_used BETWEEN ?1 AND ?2"
+                                     " ORDER BY last_used DESC, id DESC";
+constexpr char COUNT_SOME_USED_BETWEEN[] = "SELECT count(*) FROM (SELECT 1 FROM place INDEXED BY place_by_use"
+                                           " WHERE last_used BETWEEN ?1 AND ?2 LIMIT ?3)";
+constexpr char IN_BUCKET[] = "SELECT * FROM place INDEXED BY bucket_by_use WHERE mask & 1 ORDER BY last_used, id";
+constexpr char IN_BUCKET_DOWN[] =
+    "SELECT * FROM place INDEXED BY bucket_by_use WHERE mask & 1 ORDER BY last_used DESC, id DESC";
+constexpr char FAVORITES[] = "SELECT * FROM place INDEXED BY favorite_by_name WHERE favorite ORDER BY sort_key, id";
+constexpr char FAVORITES_DOWN[] =
+    "SELECT * FROM place INDEXED BY favorite_by_name WHERE favorite ORDER BY sort_key DESC, id DESC";
+/// Places with a property of this key whose value, as far as the index keeps it, is from ?2 on and before ?3.
+constexpr char WITH_PROPERTY[] = "SELECT place.* FROM property CROSS JOIN place ON place.id = property.place"
+                                 " WHERE property.key = ?1 AND property.value >= ?2 AND property.value < ?3";
+constexpr char COUNT_SOME_WITH_PROPERTY[] =
+    "SELECT count(*) FROM (SELECT 1 FROM property WHERE key = ?1 AND value >= ?2 AND value < ?3 LIMIT ?4)";
 
-    /// False for a rule or sort rule with a number that has no meaning.
-    [[nodiscard]] bool isUnderstood() const { return m_understood; }
-    /// Whether candidates are looked at by what is known of them beside their names.
-    [[nodiscard]] bool needsParts() const { return m_needsParts; }
-
-    /// Selects each place of the page and one more: among the stored places their record (full or header, as the query
-    /// asks), else their id.
-    [[nodiscard]] std::string selectPage() const;
-    /// Selects the number of places that the query finds.
-    [[nodiscard]] std::string selectCount() const;
-    /// What to bind, by position; the page takes sortBindings(), its length and its offset behind
-    /// these.
-    [[nodiscard]] const std::vector<QVariant> &bindings() const { return m_bindings; }
-    [[nodiscard]] const std::vector<QVariant> &sortBindings() const { return m_sortBindings; }
-
-private:
-    /// What the conditions that are being written are about.
-    enum class Among
-    {
-        StoredPlaces,
-        Candidates
-    };
-
-    std::string conditionOfMore(const Rule &rule, Among among);
-    std::string rankedCondition(const Rule &rule, Among among, std::string &rank);
-    std::string condition(const Rule &rule);
-    std::string connective(const Rule &rule, const char *link, const char *ofNone);
-    std::string leaf(const Rule &rule);
-    std::string sourceLeaf(const Rule &rule);
-    std::string partsOf(const char *table, const std::string &condition, bool present = true);
-    std::string nameCondition(int op, const QString &term);
-    std::string foldedText(const std::string &column, int op, const QString &term);
-    std::string exactText(const std::string &column, int op, const QString &term);
-    std::string text(const std::string &column, int op, const QString &term);
-    std::string number(const std::string &column, int op, int value);
-    std::string sortTerms(const Sort &sort);
-    std::string bind(const QVariant &value);
-    std::string notUnderstood();
-    [[nodiscard]] std::string foundPlaces() const;
-
-    const bool m_external;
-    const bool m_headerOnly;
-    const Scope m_scope;
-    Among m_among = Among::StoredPlaces;
-    bool m_withoutProviders = false; ///< The conditions being written are about what is found without them.
-    bool m_understood = true;
-    bool m_needsParts = false;
-    std::vector<QVariant> m_bindings;
-    std::vector<QVariant> m_sortBindings;
-    std::string m_rank;
-    std::string m_condition;
-    std::string m_candidateRank;
-    std::string m_candidateCondition;
-    std::string m_order;
-};
-
-} // namespace placesd
+} // namespace placesd::find_sql

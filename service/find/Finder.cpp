@@ -2,13 +2,20 @@
 
 #include "find/Finder.h"
 
+#include "find/Leaves.h"
 #include "find/Sources.h"
 #include "Limits.h"
+#include "Log.h"
 #include "model/InternalTags.h"
 #include "places/Place.h"
 #include "places/SortRule.h"
+#include "store/Records.h"
+#include "store/Store.h"
 
 #include <algorithm>
+#include <limits>
+
+#include <sqlite3.h>
 
 namespace placesd
 {
@@ -31,11 +38,6 @@ SearchOrder orderFor(const Sort &sort)
     return SearchOrder::Relevance;
 }
 
-Scope scopeOf(int batch)
-{
-    return batch == 0 ? Scope::WithCandidates : Scope::MoreCandidates;
-}
-
 /// A term that was searched for, as a result.
 FoundPlace placeOf(const QString &term)
 {
@@ -47,20 +49,33 @@ FoundPlace placeOf(const QString &term)
     return place;
 }
 
+/// The searches that a rule puts one after the other; a rule that does not is one search.
+std::vector<const Rule *> concatenated(const Rule &rule)
+{
+    if (!joinsSearches(rule) || rule.kind != SearchRuleKind::And)
+        return {&rule};
+    std::vector<const Rule *> searches;
+    for (const Rule &member : rule.members)
+        searches.push_back(&member);
+    return searches;
+}
+
 } // namespace
 
-Finder::Finder(Store &store, PlaceSources sources, Query query, bool external, Deadline deadline)
+Finder::Finder(Store &store, PlaceSources sources, Query query, bool external, Deadline deadline, Plan plan)
     : m_store(store)
     , m_from(sources)
     , m_query(std::move(query))
     , m_external(external)
     , m_deadline(deadline)
+    , m_plan(plan)
+    , m_order(m_query.sort)
     , m_sources(numberSources(m_query.rule))
 {
     for (const Rule *leaf : m_sources) {
         const std::optional<SearchKind> kind = providerSearchOf(*leaf);
         if (kind && !m_from.providers.isEmpty())
-            m_searches.push_back({leaf->source, searchFor(*leaf, *kind)});
+            m_asks.push_back({leaf->source, searchFor(*leaf, *kind)});
     }
 }
 
@@ -75,38 +90,6 @@ bool Finder::takesLong() const
     return asksProviders() || std::any_of(m_sources.begin(), m_sources.end(), [this](const Rule *leaf) {
                return asksContacts(*leaf) && !m_from.contacts->isRead();
            });
-}
-
-Finder::ReturnCode Finder::fetchLocal()
-{
-    if (m_sources.size() > limits::RULE_SOURCES)
-        return ReturnCode::LimitExceeded;
-    for (const Rule *leaf : m_sources) {
-        const SourceKind kind = sourceKindOf(*leaf);
-        if (kind == SourceKind::SearchTerms && !m_external)
-            takeLocal(*leaf, searchTerms(leaf->text));
-        if (!asksContacts(*leaf))
-            continue;
-        const auto found = m_from.contacts->find(leaf->text, kind == SourceKind::MeetingRooms, m_deadline);
-        if (!found)
-            return ReturnCode::TookTooLong;
-        takeLocal(*leaf, *found);
-    }
-    return ReturnCode::Success;
-}
-
-void Finder::takeLocal(const Rule &leaf, const std::vector<FoundPlace> &places)
-{
-    for (const FoundPlace &place : places)
-        m_local.push_back({leaf.source, place});
-}
-
-std::vector<FoundPlace> Finder::searchTerms(const QString &prefix)
-{
-    std::vector<FoundPlace> places;
-    for (const QString &term : m_store.recentTerms(prefix))
-        places.push_back(placeOf(term));
-    return places;
 }
 
 ProviderSearch Finder::searchFor(const Rule &leaf, SearchKind kind) const
@@ -127,92 +110,187 @@ ProviderSearch Finder::searchFor(const Rule &leaf, SearchKind kind) const
 /// Batches can follow one another when only one leaf asks for them, and nothing has to stand behind all of them.
 bool Finder::canBeBatched() const
 {
-    const Rule &rule = m_query.rule;
-    if (m_searches.size() != 1)
-        return false;
-    const bool concatenates = joinsSearches(rule) && rule.kind == SearchRuleKind::And;
-    return !concatenates || std::none_of(rule.members.begin(), rule.members.end() - 1, placesd::asksProviders);
+    const std::vector<const Rule *> searches = concatenated(m_query.rule);
+    return m_asks.size() == 1 && std::none_of(searches.begin(), searches.end() - 1, [](const Rule *rule) {
+               return placesd::asksProviders(*rule);
+           });
 }
+
+// ------------------------------------------------------------------------------------------------- making searches
+
+Finder::ReturnCode Finder::makeSearches(bool isFirstBatch)
+{
+    if (m_sources.size() > limits::RULE_SOURCES)
+        return ReturnCode::LimitExceeded;
+    m_searches.clear();
+    m_candidates = std::make_unique<Candidates>(m_store);
+    RuleCompiler compiler(m_store, *m_candidates, m_external);
+    const std::vector<const Rule *> rules = concatenated(m_query.rule);
+    for (std::size_t i = 0; i < rules.size(); ++i)
+        m_searches.push_back({rules[i], conditionOf(compiler, rules, i, isFirstBatch), hasSource(*rules[i]), false});
+    return compiler.isUnderstood() && m_order.isUnderstood() ? ReturnCode::Success : ReturnCode::NotUnderstood;
+}
+
+/// A place that several searches find belongs to the first one. Behind the first batch there is only what the
+/// providers found, and nothing that came with the first batch.
+ConditionPtr Finder::conditionOf(RuleCompiler &compiler, const std::vector<const Rule *> &rules, std::size_t index,
+                                 bool isFirstBatch) const
+{
+    Conditions conditions;
+    conditions.push_back(compiler.compileSearch(*rules[index]));
+    for (std::size_t i = 0; i < index; ++i)
+        conditions.push_back(std::make_unique<Not>(compiler.compileSearch(*rules[i])));
+    if (!isFirstBatch) {
+        conditions.push_back(std::make_unique<FoundCondition>(*m_candidates, FoundCondition::ANY));
+        conditions.push_back(std::make_unique<Not>(compiler.compileWithoutProviders(m_query.rule)));
+    }
+    // The external channel knows only what was saved.
+    if (m_external)
+        conditions.push_back(std::make_unique<SavedCondition>());
+    return conditions.size() == 1 ? std::move(conditions.front()) : std::make_unique<AllOf>(std::move(conditions));
+}
+
+std::vector<FoundPlace> Finder::localPlaces(const Rule &leaf, ReturnCode &code)
+{
+    std::vector<FoundPlace> places;
+    const SourceKind kind = sourceKindOf(leaf);
+    if (kind == SourceKind::SearchTerms && !m_external) {
+        for (const QString &term : m_store.recentTerms(leaf.text))
+            places.push_back(placeOf(term));
+    }
+    if (asksContacts(leaf)) {
+        auto found = m_from.contacts->find(leaf.text, kind == SourceKind::MeetingRooms, m_deadline);
+        if (found)
+            return std::move(*found);
+        code = ReturnCode::TookTooLong;
+    }
+    return places;
+}
+
+Finder::ReturnCode Finder::fetchLocal(const Rule &rule)
+{
+    ReturnCode code = ReturnCode::Success;
+    if (rule.source != Rule::NO_SOURCE) {
+        for (const FoundPlace &place : localPlaces(rule, code))
+            m_candidates->add(rule.source, place);
+    }
+    for (const Rule &member : rule.members) {
+        if (code == ReturnCode::Success)
+            code = fetchLocal(member);
+    }
+    return code;
+}
+
+Finder::ReturnCode Finder::fetchLocal(Search &search)
+{
+    if (std::exchange(search.isFetched, true))
+        return ReturnCode::Success;
+    return fetchLocal(*search.rule);
+}
+
+// -------------------------------------------------------------------------------------------------------- finding
 
 Finder::ReturnCode Finder::find(Page &page)
 {
-    if (const ReturnCode code = fetchLocal(); code != ReturnCode::Success)
-        return code;
-    return looksAtCandidates() ? findAmongAll(page) : findStored(page);
+    return asksProviders() ? findByBatches(page) : findWithoutProviders(page);
 }
 
-Finder::ReturnCode Finder::findStored(Page &page)
+Finder::ReturnCode Finder::findWithoutProviders(Page &page)
 {
-    const FindSql find(m_query, m_external);
-    if (!find.isUnderstood())
-        return ReturnCode::NotUnderstood;
-    page.records = m_store.find(find, m_query.count + 1, m_query.offset);
-    page.hasMore = page.records.size() > static_cast<std::size_t>(m_query.count);
-    if (page.hasMore)
-        page.records.pop_back();
+    const auto snapshot = m_store.snapshot();
+    if (const ReturnCode code = makeSearches(true); code != ReturnCode::Success)
+        return code;
+    std::vector<qint64> ids;
+    const auto wanted = static_cast<std::size_t>(m_query.count);
+    if (const ReturnCode code = collect(static_cast<std::size_t>(m_query.offset), wanted + 1, ids);
+        code != ReturnCode::Success)
+        return code;
+    page.hasMore = ids.size() > wanted;
+    ids.resize(std::min(ids.size(), wanted));
+    for (const qint64 id : ids) {
+        if (std::string record = recordOf(id); !record.empty())
+            page.records.push_back(std::move(record));
+    }
     page.cursors.resize(page.records.size());
     return ReturnCode::Success;
 }
 
-Finder::ReturnCode Finder::findAmongAll(Page &page)
+Finder::ReturnCode Finder::findByBatches(Page &page)
 {
     const int size = canBeBatched() ? limits::PROVIDER_BATCH : limits::PROVIDER_RESULTS_AT_ONCE;
     const int lastBatch = canBeBatched() ? limits::PROVIDER_RESULTS / size - 1 : 0;
-    const bool hasCursor = asksProviders() && m_query.providerPrimaryIndex >= 0;
+    const bool hasCursor = m_query.providerPrimaryIndex >= 0;
     Cursor cursor{0, m_query.offset};
     if (hasCursor)
         cursor = {m_query.providerPrimaryIndex, std::max(0, m_query.providerSecondaryIndex)};
-    if (!FindSql(m_query, m_external, scopeOf(cursor.batch)).isUnderstood())
-        return ReturnCode::NotUnderstood;
+    if (const ReturnCode code = makeSearches(cursor.batch == 0); code != ReturnCode::Success)
+        return code;
 
     for (; cursor.batch <= lastBatch; ++cursor.batch) {
-        if (const ReturnCode code = fetch(cursor.batch, size); code != ReturnCode::Success) {
+        bool isComplete = false;
+        ReturnCode code = fetch(cursor.batch, size);
+        if (code != ReturnCode::Success) {
             // What was found already is not lost; the next page fails.
             page.hasMore = true;
             page.next = {cursor.batch, 0};
             return page.records.empty() ? code : ReturnCode::Success;
         }
-        if (takeBatch(page, cursor) || !m_hasMoreBatches)
+        const auto snapshot = m_store.snapshot();
+        code = takeBatch(page, cursor, isComplete);
+        if (code != ReturnCode::Success)
+            return code;
+        if (isComplete || !m_hasMoreBatches)
             break;
         // A place in the whole list may be far behind this batch; a cursor is a place in its own.
-        const FindSql find(m_query, m_external, scopeOf(cursor.batch));
+        qint64 passed = cursor.position;
         const bool isBehind = !hasCursor && page.records.empty() && cursor.position > 0;
-        cursor.position = isBehind ? cursor.position - m_store.count(find, m_candidates) : 0;
+        if (isBehind)
+            code = countAll(passed);
+        if (code != ReturnCode::Success)
+            return code;
+        cursor.position = static_cast<int>(cursor.position - std::min<qint64>(passed, cursor.position));
     }
-    if (asksProviders())
-        page.next = cursor;
+    page.next = cursor;
     return ReturnCode::Success;
 }
 
-bool Finder::takeBatch(Page &page, Cursor &cursor)
+Finder::ReturnCode Finder::takeBatch(Page &page, Cursor &cursor, bool &isComplete)
 {
     const auto wanted = static_cast<std::size_t>(m_query.count);
-    const FindSql find(m_query, m_external, scopeOf(cursor.batch));
-    const auto missing = static_cast<int>(wanted - page.records.size());
-    for (std::string &record : m_store.find(find, m_candidates, m_query.headerOnly, missing + 1, cursor.position)) {
-        if (page.records.size() == wanted) {
-            page.hasMore = true;
-            return true;
+    std::vector<qint64> ids;
+    const ReturnCode code = collect(static_cast<std::size_t>(cursor.position), wanted - page.records.size() + 1, ids);
+    for (const qint64 id : ids) {
+        isComplete = page.records.size() == wanted;
+        page.hasMore = isComplete;
+        if (isComplete)
+            break;
+        if (std::string record = recordOf(id); !record.empty()) {
+            page.records.push_back(std::move(record));
+            page.cursors.push_back(cursor);
         }
-        page.records.push_back(std::move(record));
-        page.cursors.push_back(asksProviders() ? cursor : Cursor());
         ++cursor.position;
     }
-    return false;
+    return code;
 }
 
 Finder::ReturnCode Finder::fetch(int batch, int size)
 {
-    m_candidates = m_local;
+    if (const ReturnCode code = makeSearches(batch == 0); code != ReturnCode::Success)
+        return code;
+    // What is found without the providers comes first, and has the same ids with every batch.
+    for (Search &search : m_searches) {
+        if (const ReturnCode code = fetchLocal(search); code != ReturnCode::Success)
+            return code;
+    }
     m_hasMoreBatches = false;
     ReturnCode failure = ReturnCode::Success;
-    bool hasAnswer = m_searches.empty();
-    for (Search &search : m_searches) {
-        search.search.position = batch * size;
-        search.search.count = size;
-        const ProvidersAnswer answer = m_from.providers.search(search.search);
+    bool hasAnswer = false;
+    for (Ask &ask : m_asks) {
+        ask.search.position = batch * size;
+        ask.search.count = size;
+        const ProvidersAnswer answer = m_from.providers.search(ask.search);
         for (const FoundPlace &place : answer.places)
-            m_candidates.push_back({search.source, place});
+            m_candidates->add(ask.source, place);
         m_hasMoreBatches = m_hasMoreBatches || answer.hasMore;
         hasAnswer = hasAnswer || answer.code == ReturnCode::Success;
         if (failure == ReturnCode::Success)
@@ -221,21 +299,91 @@ Finder::ReturnCode Finder::fetch(int batch, int size)
     return hasAnswer || !needsProviders(m_query.rule) ? ReturnCode::Success : failure;
 }
 
+Finder::ReturnCode Finder::collect(std::size_t offset, std::size_t count, std::vector<qint64> &ids)
+{
+    for (Search &search : m_searches) {
+        if (const ReturnCode code = fetchLocal(search); code != ReturnCode::Success)
+            return code;
+        const std::vector<Hit> hits = hitsOf(search, offset + count - ids.size());
+        for (std::size_t i = offset; i < hits.size(); ++i)
+            ids.push_back(hits[i].id);
+        offset -= std::min(offset, hits.size());
+        if (ids.size() == count)
+            break;
+    }
+    return ReturnCode::Success;
+}
+
+std::vector<Hit> Finder::hitsOf(const Search &search, std::size_t wanted)
+{
+    const std::vector<Hit> others = candidateHits(search);
+    std::vector<Hit> stored = StoredSearch(m_store, *search.condition, m_order, m_plan).first(wanted, !others.empty());
+    if (others.empty())
+        return stored;
+    std::vector<Hit> all;
+    std::merge(std::make_move_iterator(stored.begin()), std::make_move_iterator(stored.end()), others.begin(),
+               others.end(), std::back_inserter(all),
+               [this](const Hit &a, const Hit &b) { return m_order(a.key, b.key); });
+    all.resize(std::min(all.size(), wanted));
+    return all;
+}
+
+/// The candidates that a search finds, in order. They belong to searches that asked for some.
+std::vector<Hit> Finder::candidateHits(const Search &search) const
+{
+    std::vector<Hit> hits;
+    if (!search.takesCandidates)
+        return hits;
+    for (const CandidateRow &row : m_candidates->rows()) {
+        if (search.condition->test(row))
+            hits.push_back({row.id(), m_order.keyOf(row)});
+    }
+    std::sort(hits.begin(), hits.end(), [this](const Hit &a, const Hit &b) { return m_order(a.key, b.key); });
+    return hits;
+}
+
+std::string Finder::recordOf(qint64 id)
+{
+    if (const CandidateRow *row = m_candidates->row(id))
+        return m_query.headerOnly ? headerOf(*row->place()) : fullRecordOf(*row->place());
+    try {
+        return m_store.storedRecord(id, m_query.headerOnly);
+    } catch (const SQLite::Exception &error) {
+        if (error.getErrorCode() != SQLITE_CORRUPT)
+            throw;
+        logError("place %lld: %s", static_cast<long long>(id), error.what());
+        return {};
+    }
+}
+
+// ------------------------------------------------------------------------------------------------------- counting
+
 Finder::ReturnCode Finder::count(int &count)
 {
-    if (const ReturnCode code = fetchLocal(); code != ReturnCode::Success)
+    ReturnCode code = ReturnCode::Success;
+    if (asksProviders())
+        code = fetch(0, canBeBatched() ? limits::PROVIDER_RESULTS : limits::PROVIDER_RESULTS_AT_ONCE);
+    else
+        code = makeSearches(true);
+    if (code != ReturnCode::Success)
         return code;
-    const FindSql find(m_query, m_external, looksAtCandidates() ? Scope::WithCandidates : Scope::Stored);
-    if (!find.isUnderstood())
-        return ReturnCode::NotUnderstood;
-    if (!looksAtCandidates()) {
-        count = m_store.count(find);
-        return ReturnCode::Success;
-    }
-    const ReturnCode code = fetch(0, canBeBatched() ? limits::PROVIDER_RESULTS : limits::PROVIDER_RESULTS_AT_ONCE);
-    if (code == ReturnCode::Success)
-        count = m_store.count(find, m_candidates);
+    const auto snapshot = m_store.snapshot();
+    qint64 all = 0;
+    code = countAll(all);
+    count = static_cast<int>(std::min<qint64>(all, std::numeric_limits<int>::max()));
     return code;
+}
+
+Finder::ReturnCode Finder::countAll(qint64 &count)
+{
+    count = 0;
+    for (Search &search : m_searches) {
+        if (const ReturnCode code = fetchLocal(search); code != ReturnCode::Success)
+            return code;
+        count += StoredSearch(m_store, *search.condition, m_order).count();
+        count += static_cast<qint64>(candidateHits(search).size());
+    }
+    return ReturnCode::Success;
 }
 
 } // namespace placesd

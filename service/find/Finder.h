@@ -1,10 +1,13 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "find/FindSql.h"
+#include "Deadline.h"
+#include "find/Candidates.h"
+#include "find/Order.h"
+#include "find/RuleCompiler.h"
+#include "find/StoredSearch.h"
 #include "sources/ContactBook.h"
 #include "sources/Providers.h"
-#include "store/Store.h"
 
 #include <string>
 #include <vector>
@@ -35,58 +38,80 @@ struct PlaceSources
     ContactBook *contacts = nullptr; ///< Null where there are none.
 };
 
-/// Carries out one find. What is stored and what is not stand on the same pages: places that are not stored become
-/// candidates, and one statement looks among both. Providers give theirs by batches, in an order of their own, so a
-/// page may take several; the first batch comes with all that is found without the providers.
+/// Carries out one find: one or several searches, one after the other until the page is full. What is stored and what
+/// is not stand on the same pages, merged in order. Providers give their places by batches, in an order of their own,
+/// so a page may take several; the first batch comes with all that is found without the providers.
 class Finder
 {
 public:
-    Finder(Store &store, PlaceSources sources, Query query, bool external, Deadline deadline);
+    using ReturnCode = orix_places_protocol::ReturnCode;
+
+    Finder(Store &store, PlaceSources sources, Query query, bool external, Deadline deadline, Plan plan = Plan::Best);
 
     /// Whether a provider has to be asked, or the contacts waited for.
     [[nodiscard]] bool takesLong() const;
 
     /// Code 66 when the query holds a number that has no meaning; the providers' code when nothing can be found without
     /// them and none answers.
-    orix_places_protocol::ReturnCode find(Page &page);
-    orix_places_protocol::ReturnCode count(int &count);
+    ReturnCode find(Page &page);
+    ReturnCode count(int &count);
 
 private:
-    using ReturnCode = orix_places_protocol::ReturnCode;
     /// What a leaf asks the providers.
-    struct Search
+    struct Ask
     {
         int source = Rule::NO_SOURCE;
         ProviderSearch search;
     };
+    /// A search of its own: what no search before it finds.
+    struct Search
+    {
+        const Rule *rule;
+        ConditionPtr condition;
+        bool takesCandidates = false;
+        bool isFetched = false; ///< Whether what is not stored, but found without the providers, was fetched.
+    };
 
-    [[nodiscard]] bool asksProviders() const { return !m_searches.empty(); }
+    [[nodiscard]] bool asksProviders() const { return !m_asks.empty(); }
     [[nodiscard]] bool asksContacts(const Rule &leaf) const;
-    /// Fetches what is found without the providers, but is not stored.
-    ReturnCode fetchLocal();
-    void takeLocal(const Rule &leaf, const std::vector<FoundPlace> &places);
-    [[nodiscard]] std::vector<FoundPlace> searchTerms(const QString &prefix);
     [[nodiscard]] ProviderSearch searchFor(const Rule &leaf, SearchKind kind) const;
     [[nodiscard]] bool canBeBatched() const;
-    [[nodiscard]] bool looksAtCandidates() const { return !m_local.empty() || !m_searches.empty(); }
 
-    ReturnCode findStored(Page &page);
-    ReturnCode findAmongAll(Page &page);
-    /// Asks for a batch and puts it where the store looks, with what is found without the providers.
+    /// Makes the searches for the first batch, or for one of those behind it.
+    ReturnCode makeSearches(bool isFirstBatch);
+    ConditionPtr conditionOf(RuleCompiler &compiler, const std::vector<const Rule *> &rules, std::size_t index,
+                             bool isFirstBatch) const;
+    /// Fetches what a rule finds that is not stored, without the providers.
+    ReturnCode fetchLocal(const Rule &rule);
+    ReturnCode fetchLocal(Search &search);
+    std::vector<FoundPlace> localPlaces(const Rule &leaf, ReturnCode &code);
+
+    ReturnCode findWithoutProviders(Page &page);
+    ReturnCode findByBatches(Page &page);
+    /// Asks for a batch of the providers' places.
     ReturnCode fetch(int batch, int size);
     /// Adds to the page what the batch gives from a position on; true when the page is complete.
-    bool takeBatch(Page &page, Cursor &cursor);
+    ReturnCode takeBatch(Page &page, Cursor &cursor, bool &isComplete);
+
+    /// The places at some positions of what all searches give, one search after the other.
+    ReturnCode collect(std::size_t offset, std::size_t count, std::vector<qint64> &ids);
+    std::vector<Hit> hitsOf(const Search &search, std::size_t wanted);
+    std::vector<Hit> candidateHits(const Search &search) const;
+    ReturnCode countAll(qint64 &count);
+    /// The record of a place that was found; empty, and a message in the log, for one that cannot be read.
+    std::string recordOf(qint64 id);
 
     Store &m_store;
     const PlaceSources m_from;
     Query m_query;
     const bool m_external;
     const Deadline m_deadline;
+    const Plan m_plan;
+    const Order m_order;
     std::vector<const Rule *> m_sources; ///< Leaves of the query's rule.
-    std::vector<Candidate> m_local;
+    std::vector<Ask> m_asks;
+    std::unique_ptr<Candidates> m_candidates; ///< Before the searches: their conditions look at it.
     std::vector<Search> m_searches;
-    // The batch that was fetched last.
-    std::vector<Candidate> m_candidates;
     bool m_hasMoreBatches = false;
 };
 

@@ -195,6 +195,7 @@ void BackupKeeper::swapIn(const std::string &path, Deadline deadline) const
         throw std::runtime_error("other writers took too long");
     Store live(m_database, unshared);
     checked.keepIdsOf(live);
+    checked.packLike(live);
     checked.copyOver(live);
 }
 

@@ -40,8 +40,12 @@ void distanceFunction(sqlite3_context *context, int count, sqlite3_value **argum
 
 void bindValue(SQLite::Statement &statement, int index, const QVariant &value)
 {
-    if (value.type() == QVariant::String)
+    if (!value.isValid())
+        statement.bind(index);
+    else if (value.type() == QVariant::String)
         statement.bind(index, utf8(value.toString()));
+    else if (value.type() == QVariant::ByteArray)
+        statement.bind(index, value.toByteArray().toStdString());
     else if (value.type() == QVariant::Double)
         statement.bind(index, value.toDouble());
     else

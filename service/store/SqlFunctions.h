@@ -26,7 +26,7 @@ std::string utf8(const QString &text);
 std::string blobOf(const SQLite::Column &column);
 void bindBlob(SQLite::Statement &statement, int index, const std::string &bytes);
 
-/// Binds values from a position on; returns the position behind them.
+/// Binds values, bytes as text and NULL for an invalid one, from a position on; returns the position behind them.
 int bindAll(SQLite::Statement &statement, const std::vector<QVariant> &values, int from);
 
 /// Resets a statement at the end of a scope, so that it holds no lock.

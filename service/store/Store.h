@@ -2,17 +2,17 @@
 #pragma once
 
 #include "Deadline.h"
-#include "find/Query.h"
-#include "sources/PlaceProvider.h"
+#include "store/Facets.h"
+#include "store/RecordCompressor.h"
+#include "store/StatementPool.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <vela/system/SecurityPerimeter.h>
 
 #include <QtCore/QStringList>
+#include <QtCore/QVariant>
 
-#include <cstdint>
 #include <functional>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -21,21 +21,12 @@
 
 namespace vela::platform::places
 {
-class AuxiliaryData;
 class Place;
+class PlacePrivate;
 } // namespace vela::platform::places
 
 namespace placesd
 {
-
-class FindSql;
-
-/// A place that is not stored, and the number of the leaf of the search rule that found it.
-struct Candidate
-{
-    int source = Rule::NO_SOURCE;
-    FoundPlace place;
-};
 
 /// One connection to the database of places. It belongs to one thread at a time; writers take turns by the lock that
 /// all connections share. Every function may throw SQLite::Exception, and a write that throws has changed nothing.
@@ -55,7 +46,7 @@ public:
 
     /// Stores a new place and gives it and its parts their ids.
     void insert(vela::platform::places::Place &place);
-    /// Stores a place in the stead of `before`, which has the same id; new parts get ids.
+    /// Stores a place in place of `before`, which has the same id; new parts get ids.
     void update(vela::platform::places::Place &place, const vela::platform::places::Place &before);
     /// False when there is no such place.
     bool remove(qint64 id);
@@ -72,6 +63,8 @@ public:
 
     /// The stored place; null when there is none.
     std::unique_ptr<vela::platform::places::Place> place(qint64 id);
+    /// The same; null, and a message in the log, also for a place that cannot be read.
+    std::unique_ptr<vela::platform::places::Place> readablePlace(qint64 id);
     /// The record of a place, as it goes into a reply; empty when there is no such place.
     std::string storedRecord(qint64 id, bool headerOnly);
     QStringList tags();
@@ -87,7 +80,9 @@ public:
     void requireSoundness();
     /// Lets nothing that is stored from now on have an id that was in use in `other`.
     void keepIdsOf(Store &other);
-    /// Puts everything that is stored here in the stead of what is stored in `other`, as one write.
+    /// Packs all records as those of `other` are: the dictionary of a database in use never changes.
+    void packLike(Store &other);
+    /// Replaces everything that is stored in `other` by what is stored here, as one write.
     void copyOver(Store &other);
 
     /// The stored place that a candidate is; -1 for none. A suggestion is none, whatever it leads to.
@@ -95,37 +90,48 @@ public:
     /// The id of the stored place that has a record of this type and external id; -1 when there is none.
     qint64 idOf(const QString &externalId, const QString &type);
 
-    /// The records of the places that a find among the stored places gives, from a position on.
-    std::vector<std::string> find(const FindSql &find, int count, int offset);
-    int count(const FindSql &find);
-    /// The same among the stored places and these candidates. A candidate that is stored is that stored place.
-    std::vector<std::string> find(const FindSql &find, const std::vector<Candidate> &candidates, bool headerOnly,
-                                  int count, int offset);
-    int count(const FindSql &find, const std::vector<Candidate> &candidates);
+    // For finds.
+
+    /// One state of the database for several statements, until the result ends.
+    std::unique_ptr<SQLite::Transaction> snapshot();
+    StatementPool &statements() { return m_statements; }
+    Facets &facets() { return m_facets; }
+    /// The number of stored places that have any of these bits in their persistence mask. Reads no place.
+    qint64 placeCount(int persistenceBits);
 
 private:
     void migrate();
-    /// A prepared statement, ready to be bound; it is kept for the next time.
-    SQLite::Statement &statement(const std::string &sql);
-    static void bindPlace(SQLite::Statement &statement, const vela::platform::places::Place &place);
-    static void forgetForeignIds(vela::platform::places::Place &place, const vela::platform::places::Place &before);
-    void writeParts(vela::platform::places::Place &place);
-    void writeAllAnew();
-    /// Null, and a message in the log, for a place that cannot be read.
-    std::unique_ptr<vela::platform::places::Place> readablePlace(qint64 id);
-    void stage(const std::vector<Candidate> &candidates, bool withParts);
-    qint64 stageNew(const FoundPlace &candidate, bool withParts);
-    void stageParts(const vela::platform::places::Place &place, qint64 id);
-    SQLite::Statement &bindPage(const FindSql &find, int count, int offset);
-    [[nodiscard]] std::string candidateRecord(qint64 id, bool headerOnly) const;
-    void writeAuxiliary(vela::platform::places::AuxiliaryData &record, int64_t place);
-    void writeRecords(const vela::platform::places::Place &place);
+    void makeTables();
+    void moveFromOldVersion();
+    void moveOldPlaces();
+    void keepUnreadable(SQLite::Statement &old);
+    void openRecords();
+    std::string dictionary();
+
+    struct Ids
+    {
+        qint64 place;
+        qint64 location;
+        qint64 auxiliary;
+    };
+    Ids takeIds(int places, int locations, int records);
+    void giveIds(vela::platform::places::Place &place, bool isNew);
+    /// Writes the row of a place, by INSERT_PLACE or UPDATE_PLACE, and all that goes with it.
+    void put(const vela::platform::places::Place &place, const char *sql);
+    void putRow(const vela::platform::places::PlacePrivate &place, const std::string &facets, const char *sql);
+    void putRecords(qint64 id, const std::string &fullRecord, const std::string &header);
+    /// Deletes what a place is found by besides its row. @param place null for one that cannot be read.
+    void deleteEntries(qint64 id, const vela::platform::places::Place *place);
+    std::string unpack(const SQLite::Column &column);
+    /// Executes a named statement with values bound to it.
+    int execute(const char *sql, const std::vector<QVariant> &values);
     static int interruptLate(void *store);
 
     SQLite::Database m_database;
     std::timed_mutex &m_writeLock;
-    std::map<std::string, std::unique_ptr<SQLite::Statement>> m_statements;
-    std::vector<FoundPlace> m_staged; ///< Candidates that are not stored, by their ids in the candidates' table.
+    StatementPool m_statements;
+    Facets m_facets;
+    std::unique_ptr<RecordCompressor> m_records;
     Deadline m_deadline = Deadline::max();
 };
 

@@ -2,6 +2,8 @@
 
 #include "store/TextKeys.h"
 
+#include "places/SearchOperator.h"
+
 #include <QtCore/QVector>
 
 #include <algorithm>
@@ -9,6 +11,8 @@
 
 namespace placesd
 {
+
+using vela::platform::places::SearchOperator;
 
 namespace
 {
@@ -27,6 +31,40 @@ bool isPartOfWord(uint code)
     const QChar::Category category = QChar::category(code);
     return QChar::isLetterOrNumber(code) || QChar::isMark(code) || category == QChar::Other_PrivateUse
            || category == QChar::Symbol_Other;
+}
+
+bool startsWith(std::string_view text, std::string_view start)
+{
+    return text.compare(0, start.size(), start) == 0;
+}
+
+bool endsWith(std::string_view text, std::string_view end)
+{
+    return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+/// The code point at `position` of valid UTF-8, and the position behind it.
+uint codePointAt(std::string_view text, std::size_t &position)
+{
+    const auto byte = [&](std::size_t at) {
+        return at < text.size() ? static_cast<unsigned char>(text[at]) : static_cast<unsigned char>(0);
+    };
+    const uint first = byte(position);
+    const std::size_t length = first < 0x80 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+    uint code = length == 1 ? first : first & (0x7FU >> length);
+    for (std::size_t i = 1; i < length; ++i)
+        code = (code << 6) | (byte(position + i) & 0x3FU);
+    position += length;
+    return code;
+}
+
+bool isPartOfWordAt(std::string_view text, std::size_t &position)
+{
+    const char c = text[position];
+    if (static_cast<unsigned char>(c) >= 0x80)
+        return isPartOfWord(codePointAt(text, position));
+    ++position;
+    return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z');
 }
 
 } // namespace
@@ -84,6 +122,61 @@ bool containsWords(const QString &text, const QString &term)
     QStringList there = words(text);
     there.sort();
     return startWords(there, wanted);
+}
+
+TextTest::TextTest(int op, const QString &term)
+    : m_op(op)
+    , m_term(term.toStdString())
+{
+    if (op != SearchOperator::Contains)
+        return;
+    for (const QString &word : words(term))
+        m_words.push_back(word.toStdString());
+}
+
+bool TextTest::isUnderstood() const
+{
+    return m_op >= SearchOperator::Equals && m_op <= SearchOperator::EndsWith;
+}
+
+bool TextTest::operator()(std::string_view text) const
+{
+    switch (m_op) {
+    case SearchOperator::Equals:
+        return text == m_term;
+    case SearchOperator::NotEqual:
+        return text != m_term;
+    case SearchOperator::GreaterOrEqual:
+        return text >= m_term;
+    case SearchOperator::LessOrEqual:
+        return text <= m_term;
+    case SearchOperator::StartsWith:
+        return startsWith(text, m_term);
+    case SearchOperator::Contains:
+        return containsWords(text);
+    case SearchOperator::EndsWith:
+        return endsWith(text, m_term);
+    default:
+        return false;
+    }
+}
+
+/// Looks at each start of a word for the words that were not found yet; no memory is taken.
+bool TextTest::containsWords(std::string_view text) const
+{
+    if (m_words.empty())
+        return text.find(m_term) != std::string_view::npos;
+    return std::all_of(m_words.begin(), m_words.end(), [text](const std::string &wanted) {
+        bool isWithinWord = false;
+        for (std::size_t position = 0; position < text.size();) {
+            const std::size_t start = position;
+            const bool isPart = isPartOfWordAt(text, position);
+            if (isPart && !isWithinWord && startsWith(text.substr(start), wanted))
+                return true;
+            isWithinWord = isPart;
+        }
+        return false;
+    });
 }
 
 } // namespace placesd

@@ -103,8 +103,8 @@ TEST_F(BackupTest, AFailedOneChangesNothing)
     };
     edited("newer", "PRAGMA user_version = 99");
     edited("foreign", "DROP TABLE search_term");
-    edited("trap", "CREATE TRIGGER trap AFTER DELETE ON place BEGIN DELETE FROM tag; END");
-    edited("unreadable", "UPDATE place SET full_record = x'00'");
+    edited("trap", "CREATE TRIGGER trap AFTER DELETE ON place BEGIN DELETE FROM facet; END");
+    edited("unreadable", "UPDATE record SET full_record = x'00'");
 
     for (const char *name : {"none", "text", "cut", "torn", "newer", "foreign", "trap", "unreadable", "places.db", "."})
         EXPECT_EQ(protocol.restore(path(name)), Error::RestoreFailed) << name;

@@ -3,7 +3,7 @@
 #include "Channel.h"
 #include "manager/PlaceManagerPrivate.h"
 #include "places/PlaceManager.h"
-#include "store/Sql.h"
+#include "store/OldSchemas.h"
 #include "support/Placesd.h"
 #include "support/SamplePlace.h"
 
@@ -287,7 +287,7 @@ TEST(AService, FindsThePlacesOfAnOlderDatabase)
         QFile::remove(QString::fromStdString(old + end));
     {
         SQLite::Database database(old, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-        database.exec(placesd::sql::SCHEMA_1);
+        database.exec(placesd::old_schemas::VERSION_1);
         for (const qint64 id : {1, 2}) {
             const std::string record = id == 1 ? message(sample::placeFields(1, "")) : "nonsense";
             SQLite::Statement row(database, "INSERT INTO place VALUES (?1, 'Ｃafé', 'ｃafe', 'café', 'app', 2, 3, 0, 0,"

@@ -271,19 +271,6 @@ TEST_F(GuideTest, ResultsAreConcatenatedOrMergedAndStandOnce)
     EXPECT_EQ(names(group(Group::PointsOfInterest, "bar")), (Names{"bar 000", "bar 001", "bar 002"}));
 }
 
-TEST_F(GuideTest, AnOlderDatabaseKnowsItsPlacesAgainToo)
-{
-    const qint64 id = store(*group(Group::PointsOfInterest, "bar")[1]);
-    service.kill();
-    SQLite::Database(service.path("places.db").toStdString(), SQLite::OPEN_READWRITE)
-        .exec("DROP INDEX auxiliary_by_external_id; ALTER TABLE auxiliary DROP COLUMN external_id;"
-              "ALTER TABLE auxiliary DROP COLUMN provider; PRAGMA user_version = 1");
-    service.start();
-    const auto found = group(Group::PointsOfInterest, "bar");
-    ASSERT_EQ(found.size(), 3);
-    EXPECT_EQ(found[0]->id(), id);
-}
-
 TEST_F(GuideTest, AFailingProviderTakesNothingFromTheOthers)
 {
     for (const char *name : {"fail here", "throw here", "stuck here"}) {

@@ -1,0 +1,273 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "find/Leaves.h"
+
+#include "find/Candidates.h"
+#include "find/FindSql.h"
+#include "model/PlacePrivate.h"
+#include "places/SearchOperator.h"
+#include "store/IndexEntries.h"
+#include "store/SqlFunctions.h"
+#include "store/Store.h"
+
+#include <algorithm>
+
+namespace placesd
+{
+
+using vela::platform::places::PlacePrivate;
+using vela::platform::places::SearchOperator;
+namespace sql = find_sql;
+
+namespace
+{
+
+/// Keys of properties that are looked for one by one.
+constexpr std::size_t MOST_KEYS = 64;
+
+/// The first number that a statement selects.
+qint64 numberOf(Store &store, const char *sql, const std::vector<QVariant> &bindings)
+{
+    const auto row = store.statements().take(sql);
+    bindAll(*row, bindings, 1);
+    return row->executeStep() ? row->getColumn(0).getInt64() : 0;
+}
+
+/// One of two statements, by the direction of an order.
+const char *directed(const Order &order, const char *up, const char *down)
+{
+    return order.first().isDescending ? down : up;
+}
+
+std::unique_ptr<RowSource> rowsOf(Store &store, const char *sql, const std::vector<QVariant> &bindings = {})
+{
+    return std::make_unique<StatementSource>(store, sql, bindings);
+}
+
+/// The texts that an operator can find, from the first on and before the second, as bytes; the second is empty where
+/// nothing is behind them. 0xFF is no byte of UTF-8, so it is behind all that starts with what stands before it.
+struct Range
+{
+    QByteArray from;
+    QByteArray to = QByteArrayLiteral("\xFF");
+};
+
+Range rangeOf(const TextTest &test, const QByteArray &term)
+{
+    switch (test.op()) {
+    case SearchOperator::Equals:
+        return {term, term + '\0'};
+    case SearchOperator::StartsWith:
+        return {term, term + '\xFF'};
+    case SearchOperator::GreaterOrEqual:
+        return {term};
+    case SearchOperator::LessOrEqual:
+        return {{}, term + '\0'};
+    default:
+        return {};
+    }
+}
+
+bool isRange(const TextTest &test)
+{
+    return test.op() == SearchOperator::Equals || test.op() == SearchOperator::StartsWith
+           || test.op() == SearchOperator::GreaterOrEqual || test.op() == SearchOperator::LessOrEqual;
+}
+
+} // namespace
+
+// ----------------------------------------------------------------------------------------------------------- names
+
+NameCondition::NameCondition(int op, const QString &term)
+    : m_test(op, searchKey(term))
+{
+    if (op == SearchOperator::Contains)
+        m_match = matchExpression(term);
+}
+
+bool NameCondition::hasSource() const
+{
+    return !m_match.isEmpty() || isRange(m_test);
+}
+
+Condition::Source NameCondition::source(Store &store, const Order &, qint64 limit) const
+{
+    if (!m_match.isEmpty())
+        return {rowsOf(store, sql::WITH_WORDS, {m_match}),
+                numberOf(store, sql::COUNT_SOME_WITH_WORDS, {m_match, limit})};
+    const Range names = rangeOf(m_test, QByteArray::fromStdString(m_test.term()));
+    return {rowsOf(store, sql::OF_NAMES, {names.from, names.to}),
+            numberOf(store, sql::COUNT_SOME_OF_NAMES, {names.from, names.to, limit})};
+}
+
+std::optional<qint64> NameCondition::count(Store &store) const
+{
+    if (m_match.isEmpty())
+        return {};
+    return numberOf(store, sql::COUNT_WITH_WORDS, {m_match});
+}
+
+// ------------------------------------------------------------------------------------------------------------ uses
+
+bool UseCondition::test(const PlaceRow &row) const
+{
+    return row.lastUsedTime() >= m_from && row.lastUsedTime() <= m_to;
+}
+
+Condition::Source UseCondition::source(Store &store, const Order &order, qint64 limit) const
+{
+    return {sortedSource(store, order), numberOf(store, sql::COUNT_SOME_USED_BETWEEN, {m_from, m_to, limit})};
+}
+
+bool UseCondition::hasSortedSource(const Order &order) const
+{
+    return order.first().by == Order::By::LastUse;
+}
+
+std::unique_ptr<RowSource> UseCondition::sortedSource(Store &store, const Order &order) const
+{
+    return rowsOf(store, directed(order, sql::USED_BETWEEN, sql::USED_BETWEEN_DOWN), {m_from, m_to});
+}
+
+// ---------------------------------------------------------------------------------------------------------- facets
+
+bool FacetCondition::hasSource() const
+{
+    return m_test.numbers.size() <= MOST_KEYS;
+}
+
+Condition::Source FacetCondition::source(Store &store, const Order &, qint64 limit) const
+{
+    std::vector<std::unique_ptr<RowSource>> sources;
+    qint64 length = 0;
+    for (const qint64 number : m_test.numbers) {
+        sources.push_back(rowsOf(store, sql::OF_FACET, {number}));
+        length += store.facets().count(number);
+    }
+    if (sources.size() == 1)
+        return {std::move(sources.front()), std::min(length, limit)};
+    return {std::make_unique<ChainedSource>(std::move(sources)), std::min(length, limit)};
+}
+
+bool FacetCondition::hasSortedSource(const Order &order) const
+{
+    const bool isSingle = m_test.numbers.size() == 1;
+    return order.first().by == Order::By::Relevance && hasSource() && (isSingle || order.isSortedByFirst());
+}
+
+std::unique_ptr<RowSource> FacetCondition::sortedSource(Store &store, const Order &order) const
+{
+    std::vector<std::unique_ptr<RowSource>> sources;
+    for (const qint64 number : m_test.numbers)
+        sources.push_back(rowsOf(store, directed(order, sql::OF_FACET, sql::OF_FACET_DOWN), {number}));
+    if (sources.size() == 1)
+        return std::move(sources.front());
+    return std::make_unique<MergedSource>(std::move(sources), order);
+}
+
+std::optional<qint64> FacetCondition::count(Store &store) const
+{
+    if (m_test.numbers.size() > 1)
+        return {};
+    return m_test.numbers.empty() ? 0 : store.facets().count(m_test.numbers.front());
+}
+
+// ------------------------------------------------------------------------------------------------------ properties
+
+PropertyCondition::PropertyCondition(PropertyTest test, std::vector<qint64> keys)
+    : m_test(std::move(test))
+    , m_keys(std::move(keys))
+{}
+
+bool PropertyCondition::hasSource() const
+{
+    return m_keys.size() <= MOST_KEYS;
+}
+
+Condition::Source PropertyCondition::source(Store &store, const Order &, qint64 limit) const
+{
+    Range values;
+    if (m_test.value)
+        values = rangeOf(*m_test.value, propertyPrefix(QString::fromStdString(m_test.value->term())).toUtf8());
+    std::vector<std::unique_ptr<RowSource>> sources;
+    qint64 length = 0;
+    for (const qint64 key : m_keys) {
+        sources.push_back(rowsOf(store, sql::WITH_PROPERTY, {key, values.from, values.to}));
+        length += numberOf(store, sql::COUNT_SOME_WITH_PROPERTY, {key, values.from, values.to, limit - length});
+    }
+    // A place may have several such properties.
+    return {std::make_unique<ChainedSource>(std::move(sources)), length};
+}
+
+// ---------------------------------------------------------------------------------- the recent bucket, favourites
+
+bool BucketCondition::test(const PlaceRow &row) const
+{
+    return (row.persistenceMask() & PlacePrivate::InRecentBucket) != 0;
+}
+
+Condition::Source BucketCondition::source(Store &store, const Order &order, qint64 limit) const
+{
+    return {sortedSource(store, order), std::min(limit, *count(store))};
+}
+
+bool BucketCondition::hasSortedSource(const Order &order) const
+{
+    return order.first().by == Order::By::LastUse;
+}
+
+std::unique_ptr<RowSource> BucketCondition::sortedSource(Store &store, const Order &order) const
+{
+    return rowsOf(store, directed(order, sql::IN_BUCKET, sql::IN_BUCKET_DOWN));
+}
+
+std::optional<qint64> BucketCondition::count(Store &store) const
+{
+    return store.placeCount(PlacePrivate::InRecentBucket);
+}
+
+Condition::Source FavoriteCondition::source(Store &store, const Order &order, qint64 limit) const
+{
+    return {sortedSource(store, order), std::min(limit, *count(store))};
+}
+
+bool FavoriteCondition::hasSortedSource(const Order &order) const
+{
+    return order.first().by == Order::By::Name;
+}
+
+std::unique_ptr<RowSource> FavoriteCondition::sortedSource(Store &store, const Order &order) const
+{
+    return rowsOf(store, directed(order, sql::FAVORITES, sql::FAVORITES_DOWN));
+}
+
+std::optional<qint64> FavoriteCondition::count(Store &store) const
+{
+    return store.facets().count(m_test.kind, m_test.text.term());
+}
+
+bool SavedCondition::test(const PlaceRow &row) const
+{
+    return (row.persistenceMask() & PlacePrivate::ExplicitlySaved) != 0;
+}
+
+std::optional<qint64> SavedCondition::count(Store &store) const
+{
+    return store.placeCount(PlacePrivate::ExplicitlySaved);
+}
+
+// ----------------------------------------------------------------------------------------------- what sources gave
+
+bool FoundCondition::test(const PlaceRow &row) const
+{
+    return m_source == ANY ? m_candidates.wasFound(row.id()) : m_candidates.wasFoundBy(m_source, row.id());
+}
+
+Condition::Source FoundCondition::source(Store &store, const Order &, qint64 limit) const
+{
+    std::vector<qint64> ids = m_candidates.storedIds(m_source);
+    const auto length = static_cast<qint64>(ids.size());
+    return {std::make_unique<IdSource>(store, std::move(ids)), std::min(limit, length)};
+}
+
+} // namespace placesd

@@ -1,0 +1,150 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "find/Condition.h"
+
+#include <QtCore/QString>
+
+#include <limits>
+
+/// The conditions of the leaves of a rule, each with the index that serves it.
+namespace placesd
+{
+
+class Candidates;
+
+/// By the name, without case and accents.
+class NameCondition : public Condition
+{
+public:
+    NameCondition(int op, const QString &term);
+    [[nodiscard]] bool test(const PlaceRow &row) const override { return m_test(row.nameKey()); }
+    [[nodiscard]] bool hasSource() const override;
+    [[nodiscard]] Source source(Store &store, const Order &order, qint64 limit) const override;
+    [[nodiscard]] std::optional<qint64> count(Store &store) const override;
+
+private:
+    const TextTest m_test;
+    QString m_match; ///< Expression for the full-text index; empty where it does not serve.
+};
+
+/// By the time of the last use: from one time to another, both included.
+class UseCondition : public Condition
+{
+public:
+    UseCondition(qint64 from, qint64 to)
+        : m_from(from)
+        , m_to(to)
+    {}
+    [[nodiscard]] bool test(const PlaceRow &row) const override;
+    [[nodiscard]] bool hasSource() const override { return true; }
+    [[nodiscard]] Source source(Store &store, const Order &order, qint64 limit) const override;
+    [[nodiscard]] bool hasSortedSource(const Order &order) const override;
+    [[nodiscard]] std::unique_ptr<RowSource> sortedSource(Store &store, const Order &order) const override;
+
+private:
+    const qint64 m_from;
+    const qint64 m_to;
+};
+
+/// By an owner, a tag, a type or a quality.
+class FacetCondition : public Condition
+{
+public:
+    explicit FacetCondition(FacetTest test)
+        : m_test(std::move(test))
+    {}
+    [[nodiscard]] bool test(const PlaceRow &row) const override { return row.passes(m_test); }
+    [[nodiscard]] bool hasSource() const override;
+    [[nodiscard]] Source source(Store &store, const Order &order, qint64 limit) const override;
+    [[nodiscard]] bool hasSortedSource(const Order &order) const override;
+    [[nodiscard]] std::unique_ptr<RowSource> sortedSource(Store &store, const Order &order) const override;
+    [[nodiscard]] std::optional<qint64> count(Store &store) const override;
+
+private:
+    const FacetTest m_test;
+};
+
+/// By a property of an auxiliary record.
+class PropertyCondition : public Condition
+{
+public:
+    /// @param keys numbers of the keys that pass; too many are not looked for.
+    PropertyCondition(PropertyTest test, std::vector<qint64> keys);
+    [[nodiscard]] bool test(const PlaceRow &row) const override { return row.passes(m_test); }
+    /// The whole record is read.
+    [[nodiscard]] int cost() const override { return 10; }
+    [[nodiscard]] bool hasSource() const override;
+    [[nodiscard]] Source source(Store &store, const Order &order, qint64 limit) const override;
+
+private:
+    const PropertyTest m_test;
+    const std::vector<qint64> m_keys;
+};
+
+/// The stored places in the recent bucket.
+class BucketCondition : public Condition
+{
+public:
+    [[nodiscard]] bool test(const PlaceRow &row) const override;
+    [[nodiscard]] bool hasSource() const override { return true; }
+    [[nodiscard]] Source source(Store &store, const Order &order, qint64 limit) const override;
+    [[nodiscard]] bool hasSortedSource(const Order &order) const override;
+    [[nodiscard]] std::unique_ptr<RowSource> sortedSource(Store &store, const Order &order) const override;
+    [[nodiscard]] std::optional<qint64> count(Store &store) const override;
+};
+
+/// The stored places that are favourites.
+class FavoriteCondition : public Condition
+{
+public:
+    explicit FavoriteCondition(FacetTest test)
+        : m_test(std::move(test))
+    {}
+    [[nodiscard]] bool test(const PlaceRow &row) const override { return row.isStored() && row.passes(m_test); }
+    [[nodiscard]] bool hasSource() const override { return true; }
+    [[nodiscard]] Source source(Store &store, const Order &order, qint64 limit) const override;
+    [[nodiscard]] bool hasSortedSource(const Order &order) const override;
+    [[nodiscard]] std::unique_ptr<RowSource> sortedSource(Store &store, const Order &order) const override;
+    [[nodiscard]] std::optional<qint64> count(Store &store) const override;
+
+private:
+    const FacetTest m_test;
+};
+
+/// The stored places that were saved.
+class SavedCondition : public Condition
+{
+public:
+    [[nodiscard]] bool test(const PlaceRow &row) const override;
+    [[nodiscard]] std::optional<qint64> count(Store &store) const override;
+};
+
+/// Stored places only.
+class StoredCondition : public Condition
+{
+public:
+    [[nodiscard]] bool test(const PlaceRow &row) const override { return row.isStored(); }
+    [[nodiscard]] bool passesAllStored() const override { return true; }
+};
+
+/// What a source gave for a leaf of the rule, or for any of them.
+class FoundCondition : public Condition
+{
+public:
+    static constexpr int ANY = -1;
+    /// @param candidates outlives the condition.
+    FoundCondition(const Candidates &candidates, int source)
+        : m_candidates(candidates)
+        , m_source(source)
+    {}
+    [[nodiscard]] bool test(const PlaceRow &row) const override;
+    [[nodiscard]] bool hasSource() const override { return true; }
+    [[nodiscard]] Source source(Store &store, const Order &order, qint64 limit) const override;
+
+private:
+    const Candidates &m_candidates;
+    const int m_source;
+};
+
+} // namespace placesd

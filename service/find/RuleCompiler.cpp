@@ -1,0 +1,213 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "find/RuleCompiler.h"
+
+#include "find/Leaves.h"
+#include "find/Sources.h"
+#include "places/AuxiliaryData.h"
+#include "places/SearchOperator.h"
+#include "places/Tags.h"
+#include "search/SearchRulePrivate.h"
+#include "store/Store.h"
+
+#include <limits>
+
+namespace placesd
+{
+
+using orix_places_protocol::SearchRuleKind;
+using vela::platform::places::AuxiliaryData;
+using vela::platform::places::SearchOperator;
+using Field = vela::platform::places::SearchRulePrivate::Field;
+namespace Tags = vela::platform::places::Tags;
+
+namespace
+{
+
+template <typename... Members>
+Conditions list(Members... members)
+{
+    Conditions conditions;
+    (conditions.push_back(std::move(members)), ...);
+    return conditions;
+}
+
+} // namespace
+
+ConditionPtr RuleCompiler::notUnderstood()
+{
+    m_isUnderstood = false;
+    return nothing();
+}
+
+ConditionPtr RuleCompiler::compileWithoutProviders(const Rule &rule)
+{
+    m_withoutProviders = true;
+    ConditionPtr condition = compileSearch(rule);
+    m_withoutProviders = false;
+    return condition;
+}
+
+ConditionPtr RuleCompiler::compileSearch(const Rule &rule)
+{
+    if (joinsSearches(rule)) {
+        Conditions searches;
+        for (const Rule &member : rule.members)
+            searches.push_back(compileSearch(member));
+        return std::make_unique<AnyOf>(std::move(searches));
+    }
+    if (hasSource(rule))
+        return compile(rule);
+    return std::make_unique<AllOf>(list(compile(rule), ConditionPtr(new StoredCondition)));
+}
+
+ConditionPtr RuleCompiler::compile(const Rule &rule)
+{
+    switch (rule.kind) {
+    case SearchRuleKind::Abstract:
+        return everything();
+    case SearchRuleKind::And:
+    case SearchRuleKind::Disjoint:
+    case SearchRuleKind::Or:
+        return connective(rule);
+    case SearchRuleKind::Nullary:
+    case SearchRuleKind::UnaryInt:
+    case SearchRuleKind::UnaryString:
+        return leaf(rule);
+    }
+    return notUnderstood();
+}
+
+ConditionPtr RuleCompiler::connective(const Rule &rule)
+{
+    // Pairs of an auxiliary key and value are about one and the same property.
+    if (rule.kind == SearchRuleKind::And && rule.members.size() == 2 && rule.members[0].field == Field::AuxiliaryKey
+        && rule.members[1].field == Field::AuxiliaryValue)
+        return property(&rule.members[0], &rule.members[1]);
+    Conditions members;
+    for (const Rule &member : rule.members)
+        members.push_back(compile(member));
+    if (members.size() == 1)
+        return std::move(members.front());
+    if (rule.kind == SearchRuleKind::Or)
+        return std::make_unique<AnyOf>(std::move(members));
+    return std::make_unique<AllOf>(std::move(members));
+}
+
+ConditionPtr RuleCompiler::leaf(const Rule &rule)
+{
+    switch (rule.field) {
+    case Field::AuxiliaryKey:
+        return property(&rule, nullptr);
+    case Field::AuxiliaryValue:
+        return property(nullptr, &rule);
+    case Field::LastUsedTime:
+        return use(rule.op, rule.value);
+    case Field::Name:
+        return name(rule.op, rule.text);
+    case Field::Owner:
+    case Field::MyPlaces:
+        return facet(FacetKind::Owner, rule.op, rule.text);
+    case Field::Tag:
+        return part(FacetKind::Tag, rule);
+    case Field::Type:
+        return part(FacetKind::Type, rule);
+    case Field::RecentlyPicked:
+        return m_external ? nothing() : std::make_unique<BucketCondition>();
+    case Field::ExcludeFavorites:
+        return std::make_unique<Not>(favorite());
+    case Field::ListFavorite:
+        return favorite();
+    case Field::NonContact:
+        return std::make_unique<Not>(facet(FacetKind::Type, SearchOperator::Equals, AuxiliaryData::TypeContact));
+    default:
+        return rule.source == Rule::NO_SOURCE ? notUnderstood() : sourceLeaf(rule);
+    }
+}
+
+/// A leaf that finds what is not stored finds a stored place too when that is what it found; and some look among the
+/// stored places on their own account.
+ConditionPtr RuleCompiler::sourceLeaf(const Rule &rule)
+{
+    const SourceKind kind = sourceKindOf(rule);
+    if (m_external && kind != SourceKind::Provider)
+        return nothing();
+    const bool isLeftOut = m_withoutProviders && kind == SourceKind::Provider;
+    ConditionPtr found = isLeftOut ? nothing() : std::make_unique<FoundCondition>(m_candidates, rule.source);
+    if (kind == SourceKind::Provider || kind == SourceKind::SearchTerms)
+        return found;
+    ConditionPtr ofKind = kind == SourceKind::Contacts
+                              ? facet(FacetKind::Type, SearchOperator::Equals, AuxiliaryData::TypeContact)
+                              : facet(FacetKind::Quality, SearchOperator::Equals, QLatin1String(ROOM));
+    ConditionPtr stored = std::make_unique<AllOf>(
+        list(std::move(ofKind), name(SearchOperator::Contains, rule.text), ConditionPtr(new StoredCondition)));
+    return std::make_unique<AnyOf>(list(std::move(stored), std::move(found)));
+}
+
+ConditionPtr RuleCompiler::facet(FacetKind kind, int op, const QString &text)
+{
+    FacetTest test{kind, TextTest(op, text), {}};
+    if (!test.text.isUnderstood())
+        return notUnderstood();
+    test.numbers = m_store.facets().find(kind, test.text);
+    return std::make_unique<FacetCondition>(std::move(test));
+}
+
+/// A place has several tags and types; "not equal" holds where none of them is equal.
+ConditionPtr RuleCompiler::part(FacetKind kind, const Rule &rule)
+{
+    if (rule.op == SearchOperator::NotEqual)
+        return std::make_unique<Not>(facet(kind, SearchOperator::Equals, rule.text));
+    return facet(kind, rule.op, rule.text);
+}
+
+ConditionPtr RuleCompiler::favorite()
+{
+    FacetTest test{FacetKind::Tag, TextTest(SearchOperator::Equals, Tags::Favorite), {}};
+    test.numbers = m_store.facets().find(test.kind, test.text);
+    return std::make_unique<FavoriteCondition>(std::move(test));
+}
+
+ConditionPtr RuleCompiler::property(const Rule *key, const Rule *value)
+{
+    PropertyTest test;
+    if (key)
+        test.key.emplace(key->op, searchKey(key->text));
+    if (value)
+        test.value.emplace(value->op, searchKey(value->text));
+    if ((key && !test.key->isUnderstood()) || (value && !test.value->isUnderstood()))
+        return notUnderstood();
+    const TextTest any(SearchOperator::StartsWith, QString());
+    return std::make_unique<PropertyCondition>(test,
+                                               m_store.facets().find(FacetKind::PropertyKey, key ? *test.key : any));
+}
+
+ConditionPtr RuleCompiler::use(int op, int time)
+{
+    // A time is an unsigned number in the place of a signed one.
+    const auto at = static_cast<qint64>(static_cast<unsigned int>(time));
+    constexpr qint64 FIRST = std::numeric_limits<qint64>::min();
+    constexpr qint64 LAST = std::numeric_limits<qint64>::max();
+    switch (op) {
+    case SearchOperator::Equals:
+        return std::make_unique<UseCondition>(at, at);
+    case SearchOperator::NotEqual:
+        return std::make_unique<Not>(std::make_unique<UseCondition>(at, at));
+    case SearchOperator::GreaterOrEqual:
+        return std::make_unique<UseCondition>(at, LAST);
+    case SearchOperator::LessOrEqual:
+        return std::make_unique<UseCondition>(FIRST, at);
+    default:
+        return notUnderstood();
+    }
+}
+
+ConditionPtr RuleCompiler::name(int op, const QString &term)
+{
+    if (op == SearchOperator::Contains && term.isEmpty())
+        return everything();
+    auto condition = std::make_unique<NameCondition>(op, term);
+    return TextTest(op, {}).isUnderstood() ? ConditionPtr(std::move(condition)) : notUnderstood();
+}
+
+} // namespace placesd

@@ -1,0 +1,105 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "find/StoredSearch.h"
+
+#include "find/FindSql.h"
+#include "find/PlanRun.h"
+#include "store/Nearest.h"
+#include "store/Store.h"
+
+#include <limits>
+
+namespace placesd
+{
+
+using vela::platform::places::Coordinates;
+namespace sql = find_sql;
+
+namespace
+{
+
+/// A condition's index that gives no more rows than this is read whole: the other plan cannot save much.
+constexpr qint64 FEW_ROWS = 1024;
+/// Rows of the first turn when two plans take turns; each pair of turns is twice as long as the one before, so that the
+/// plan that is worse never takes more than twice what the better one does.
+constexpr qint64 FIRST_TURN = 2048;
+/// A row that an index of a condition leads to lies anywhere; along an order they lie closer. In rows of the latter.
+constexpr qint64 SCATTERED_ROW = 2;
+
+/// The statements along the orders, by Order::By but for distances.
+struct Scan
+{
+    const char *up;
+    const char *down;
+};
+constexpr Scan SCANS[] = {
+    {sql::BY_ID, sql::BY_ID_DOWN},               // Id
+    {sql::BY_RELEVANCE, sql::BY_RELEVANCE_DOWN}, // Relevance
+    {sql::BY_NAME, sql::BY_NAME_DOWN},           // Name
+    {sql::BY_USE, sql::BY_USE_DOWN},             // LastUse
+    {sql::BY_CREATION, sql::BY_CREATION_DOWN},   // Creation
+    {sql::BY_UPDATE, sql::BY_UPDATE_DOWN},       // Update
+    {sql::BY_COUNT, sql::BY_COUNT_DOWN},         // UsageCount
+};
+
+} // namespace
+
+std::unique_ptr<RowSource> StoredSearch::alongOrder()
+{
+    const Order::Criterion &first = m_order.first();
+    if (first.by != Order::By::Distance) {
+        const Scan &scan = SCANS[static_cast<std::size_t>(first.by)];
+        return std::make_unique<StatementSource>(m_store, first.isDescending ? scan.down : scan.up);
+    }
+    const Coordinates start = first.isDescending ? antipodeOf(first.centre) : first.centre;
+    std::vector<std::unique_ptr<RowSource>> sources;
+    sources.push_back(std::make_unique<StatementSource>(m_store, sql::NEAREST,
+                                                        std::vector<QVariant>{start.latitude(), start.longitude()}));
+    sources.push_back(
+        std::make_unique<StatementSource>(m_store, first.isDescending ? sql::NOWHERE_DOWN : sql::NOWHERE));
+    return std::make_unique<ChainedSource>(std::move(sources), ChainedSource::Overlap::None);
+}
+
+std::unique_ptr<RowSource> StoredSearch::inOrder()
+{
+    return m_condition.hasSortedSource(m_order) ? m_condition.sortedSource(m_store, m_order) : alongOrder();
+}
+
+std::vector<Hit> StoredSearch::first(std::size_t wanted, bool withKeys)
+{
+    Condition::Source source;
+    if (m_plan != Plan::ByOrder && m_condition.hasSource())
+        source = m_condition.source(m_store, m_order, FEW_ROWS);
+    if (!source.rows) {
+        ByOrder run(m_condition, m_order, inOrder(), wanted, withKeys);
+        run.advance(std::numeric_limits<qint64>::max());
+        return run.takeHits();
+    }
+    ByCondition byCondition(m_condition, m_order, std::move(source.rows), wanted, withKeys);
+    if (m_plan == Plan::ByCondition || source.length < FEW_ROWS) {
+        byCondition.advance(std::numeric_limits<qint64>::max());
+        return byCondition.takeHits();
+    }
+    ByOrder byOrder(m_condition, m_order, inOrder(), wanted, withKeys);
+    for (qint64 turn = FIRST_TURN;; turn *= 2) {
+        if (byOrder.advance(turn))
+            return byOrder.takeHits();
+        if (byCondition.advance(turn / SCATTERED_ROW))
+            return byCondition.takeHits();
+    }
+}
+
+qint64 StoredSearch::count()
+{
+    if (const std::optional<qint64> known = m_condition.count(m_store))
+        return *known;
+    const std::unique_ptr<RowSource> source = m_condition.hasSource()
+                                                  ? m_condition.source(m_store, m_order, FEW_ROWS).rows
+                                                  : std::make_unique<StatementSource>(m_store, sql::BY_ID);
+    qint64 count = 0;
+    while (const PlaceRow *row = source->next())
+        count += m_condition.test(*row) ? 1 : 0;
+    return count;
+}
+
+} // namespace placesd

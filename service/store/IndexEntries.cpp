@@ -1,0 +1,81 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "store/IndexEntries.h"
+
+#include "model/PlacePrivate.h"
+#include "places/AuxiliaryData.h"
+
+#include <QtCore/QSet>
+
+namespace placesd
+{
+
+using namespace vela::platform::places;
+
+namespace
+{
+
+constexpr int PREFIX_LENGTH = 64; // UTF-16 units
+
+bool canBeRoom(const AuxiliaryData &record)
+{
+    return record.type() == AuxiliaryData::TypeContact || record.type() == AuxiliaryData::TypeCalendar;
+}
+
+void addRecord(IndexEntries &entries, const AuxiliaryData &record, QSet<QString> &types, QSet<QString> &keys,
+               bool &isRoom)
+{
+    types.insert(record.type());
+    if (!record.externalId().isEmpty())
+        entries.origins.push_back({record.externalId(), record.type(), keyOf(record.provider())});
+    const QMap<QString, QString> properties = record.properties();
+    for (auto property = properties.begin(); property != properties.end(); ++property) {
+        const QString key = searchKey(property.key());
+        const QString value = searchKey(property.value());
+        keys.insert(key);
+        entries.properties.push_back({key, propertyPrefix(value)});
+        isRoom = isRoom || (canBeRoom(record) && key == QLatin1String("kind") && value == QLatin1String(ROOM));
+    }
+}
+
+} // namespace
+
+QString propertyPrefix(const QString &value)
+{
+    const bool isCut = value.size() > PREFIX_LENGTH;
+    const bool splitsPair = isCut && value.at(PREFIX_LENGTH - 1).isHighSurrogate();
+    return isCut ? value.left(splitsPair ? PREFIX_LENGTH - 1 : PREFIX_LENGTH) : value;
+}
+
+QString keyOf(const Provider &provider)
+{
+    return provider.isValid() ? provider.name() + QLatin1Char(' ') + provider.url().toString() : QString();
+}
+
+IndexEntries IndexEntries::of(const PlacePrivate &place)
+{
+    IndexEntries entries;
+    QSet<QString> types;
+    QSet<QString> keys;
+    QSet<QString> tags;
+    bool isRoom = false;
+    for (const AuxiliaryData &record : place.auxiliaryData())
+        addRecord(entries, record, types, keys, isRoom);
+    for (const QString &tag : place.tags())
+        tags.insert(tag);
+
+    const auto addAll = [&entries](FacetKind kind, const QSet<QString> &texts) {
+        for (const QString &text : texts)
+            entries.facets.push_back({kind, text});
+    };
+    addAll(FacetKind::Owner, {place.owner()});
+    addAll(FacetKind::Persistence, {QString::number(place.persistenceMask())});
+    addAll(FacetKind::Tag, tags);
+    addAll(FacetKind::Type, types);
+    addAll(FacetKind::PropertyKey, keys);
+    if (isRoom)
+        addAll(FacetKind::Quality, {QLatin1String(ROOM)});
+    return entries;
+}
+
+} // namespace placesd

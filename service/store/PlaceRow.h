@@ -1,0 +1,64 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "places/Coordinates.h"
+#include "store/Facets.h"
+#include "store/TextKeys.h"
+
+#include <QtCore/QList>
+
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace vela::platform::places
+{
+class AuxiliaryData;
+}
+
+namespace placesd
+{
+
+/// Whether a place has a facet, by its text, or by its number where the numbers are known.
+struct FacetTest
+{
+    FacetKind kind;
+    TextTest text;
+    std::vector<qint64> numbers; ///< Of all stored facets of this kind that pass the text's test; sorted.
+};
+
+/// Whether a record of a place has a property whose key and value, without case and accents, pass both tests.
+struct PropertyTest
+{
+    std::optional<TextTest> key;   ///< Unset: any.
+    std::optional<TextTest> value; ///< Unset: any.
+
+    [[nodiscard]] bool operator()(const QList<vela::platform::places::AuxiliaryData> &records) const;
+};
+
+/// What a find looks at of a place. Texts are UTF-8 and valid until the next row is read. Times are seconds since
+/// 1970-01-01T00:00:00 UTC.
+class PlaceRow
+{
+public:
+    PlaceRow() = default;
+    PlaceRow(const PlaceRow &) = delete;
+    PlaceRow &operator=(const PlaceRow &) = delete;
+    virtual ~PlaceRow() = default;
+
+    [[nodiscard]] virtual qint64 id() const = 0;
+    [[nodiscard]] virtual bool isStored() const = 0;
+    [[nodiscard]] virtual std::string_view nameKey() const = 0; ///< Without case and accents.
+    [[nodiscard]] virtual std::string_view sortKey() const = 0; ///< Without case.
+    [[nodiscard]] virtual int persistenceMask() const = 0;
+    [[nodiscard]] virtual qint64 usageCount() const = 0;
+    [[nodiscard]] virtual qint64 lastUsedTime() const = 0;
+    [[nodiscard]] virtual qint64 creationTime() const = 0;
+    [[nodiscard]] virtual qint64 updateTime() const = 0;
+    /// Of the first location that has a position; invalid when none has.
+    [[nodiscard]] virtual vela::platform::places::Coordinates position() const = 0;
+    [[nodiscard]] virtual bool passes(const FacetTest &test) const = 0;
+    [[nodiscard]] virtual bool passes(const PropertyTest &test) const = 0;
+};
+
+} // namespace placesd

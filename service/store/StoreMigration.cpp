@@ -1,0 +1,234 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+// The part of Store that makes its tables, brings those of earlier versions up to date, checks and replaces them.
+
+#include "store/Store.h"
+
+#include "places/Place.h"
+#include "places/PlaceHeader.h"
+#include "store/OldSchemas.h"
+#include "store/Records.h"
+#include "store/Sql.h"
+#include "store/SqlFunctions.h"
+
+#include <sqlite3.h>
+#include <SQLiteCpp/Backup.h>
+
+#include <stdexcept>
+#include <vector>
+
+namespace placesd
+{
+
+using vela::platform::places::Place;
+using vela::platform::places::PlaceHeader;
+
+namespace
+{
+
+constexpr int SCHEMA_VERSION = 3;
+
+int versionOf(SQLite::Database &database)
+{
+    return database.execAndGet("PRAGMA user_version").getInt();
+}
+
+/// How the tables, indexes and triggers of a database were made.
+std::vector<std::string> tablesOf(SQLite::Database &database)
+{
+    std::vector<std::string> tables;
+    SQLite::Statement row(database, sql::SELECT_TABLES);
+    while (row.executeStep())
+        tables.push_back(row.getColumn(0).getString());
+    return tables;
+}
+
+/// Makes the tables that a database of a version has.
+void makeTablesOf(int version, SQLite::Database &database)
+{
+    if (version == SCHEMA_VERSION)
+        return static_cast<void>(database.exec(sql::SCHEMA));
+    database.exec(old_schemas::VERSION_1);
+    if (version == 2)
+        database.exec(old_schemas::VERSION_2);
+}
+
+void require(bool isSound)
+{
+    if (!isSound)
+        throw std::runtime_error("it is damaged");
+}
+
+} // namespace
+
+void Store::migrate()
+{
+    const int found = versionOf(m_database);
+    if (found == SCHEMA_VERSION)
+        return;
+    {
+        // Another process may be about it as well: what has to be done is known only when nobody else can write.
+        SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
+        const int version = versionOf(m_database);
+        if (version > SCHEMA_VERSION)
+            throw SQLite::Exception("the database was made by a newer placesd", SQLITE_CANTOPEN);
+        if (version == 0)
+            makeTables();
+        else if (version < SCHEMA_VERSION)
+            moveFromOldVersion();
+        transaction.commit();
+    }
+    if (found != 0)
+        m_database.exec("VACUUM"); // gives the space of the old tables back
+}
+
+void Store::makeTables()
+{
+    m_database.exec(sql::SCHEMA);
+    const auto row = m_statements.take(sql::INSERT_DICTIONARY);
+    bindBlob(*row, 1, RecordCompressor::makeDictionary());
+    row->exec();
+}
+
+/// Versions 1 and 2 keep places as the same records; all else is made anew from them.
+void Store::moveFromOldVersion()
+{
+    std::vector<qint64> highest;
+    for (const char *table : {"place", "location", "auxiliary"}) {
+        SQLite::Statement row(m_database, old_schemas::SELECT_HIGHEST_ID);
+        row.bind(1, table);
+        row.executeStep();
+        highest.push_back(row.getColumn(0).getInt64());
+    }
+    m_database.exec(old_schemas::SET_ASIDE);
+    makeTables();
+    openRecords();
+    execute(sql::RAISE_LAST_IDS, {highest[0], highest[1], highest[2]});
+    moveOldPlaces();
+    SQLite::Statement term(m_database, old_schemas::SELECT_TERMS);
+    while (term.executeStep())
+        rememberTerm(QString::fromStdString(term.getColumn(0).getString()));
+    term.reset();
+    m_database.exec(old_schemas::DROP_OLD);
+}
+
+void Store::moveOldPlaces()
+{
+    SQLite::Statement old(m_database, old_schemas::SELECT_PLACES);
+    while (old.executeStep()) {
+        std::unique_ptr<Place> place;
+        try {
+            place = decodePlace(blobOf(old.getColumn(1)));
+        } catch (const SQLite::Exception &) {
+            keepUnreadable(old);
+            continue;
+        }
+        put(*place, sql::INSERT_PLACE);
+    }
+}
+
+/// A place that cannot be read stays as it is, and can be removed.
+void Store::keepUnreadable(SQLite::Statement &old)
+{
+    const auto id = static_cast<qint64>(old.getColumn(0).getInt64());
+    const std::vector<qint64> numbers = {
+        m_facets.add({FacetKind::Owner, QString::fromStdString(old.getColumn(5).getString())}),
+        m_facets.add({FacetKind::Persistence, QString::number(old.getColumn(7).getInt())})};
+    execute(sql::INSERT_PLACE_OF_FACET,
+            {numbers[0], qint64{old.getColumn(8).getInt64()}, qint64{old.getColumn(9).getInt64()}, id});
+    const auto row = m_statements.take(sql::INSERT_PLACE);
+    const auto copy = [&](int index, int column) {
+        const SQLite::Column value = old.getColumn(column);
+        if (value.isNull())
+            row->bind(index);
+        else if (value.isFloat())
+            row->bind(index, value.getDouble());
+        else if (value.isText())
+            row->bind(index, value.getString());
+        else
+            row->bind(index, value.getInt64());
+    };
+    copy(1, 3);
+    copy(2, 4);
+    row->bind(3, 0);
+    for (int column = 6; column < 14; ++column)
+        copy(column - 2, column);
+    bindBlob(*row, 12, FacetNumbers::pack(numbers));
+    row->bind(13, static_cast<int64_t>(id));
+    row->exec();
+    putRecords(id, blobOf(old.getColumn(1)), blobOf(old.getColumn(2)));
+}
+
+void Store::requirePlaces(SQLite::Database &database)
+{
+    const int version = versionOf(database);
+    if (version < 1 || version > SCHEMA_VERSION)
+        throw std::runtime_error("another program made it, or a newer placesd");
+    SQLite::Database model(":memory:", SQLite::OPEN_READWRITE);
+    makeTablesOf(version, model);
+    if (tablesOf(database) != tablesOf(model))
+        throw std::runtime_error("it is no database of places");
+}
+
+void Store::requireSoundness()
+{
+    require(m_database.execAndGet("PRAGMA integrity_check(1)").getString() == "ok");
+    require(m_database.execAndGet("SELECT rtreecheck('position')").getString() == "ok");
+    m_database.exec(sql::CHECK_NAME_INDEX);
+    require(m_database.execAndGet(sql::COUNT_PLACES_WITHOUT_RECORD).getInt() == 0);
+    const auto row = m_statements.take(sql::SELECT_RECORDS);
+    while (row->executeStep()) {
+        const std::unique_ptr<Place> place = decodePlace(unpack(row->getColumn(1)));
+        const std::unique_ptr<PlaceHeader> header = decodeHeader(unpack(row->getColumn(2)));
+        require(place->id() == row->getColumn(0).getInt64() && header->id() == place->id());
+    }
+}
+
+void Store::keepIdsOf(Store &other)
+{
+    write([&] {
+        const auto row = other.m_statements.take(sql::SELECT_LAST_IDS);
+        row->executeStep();
+        execute(sql::RAISE_LAST_IDS, {qint64{row->getColumn(0).getInt64()}, qint64{row->getColumn(1).getInt64()},
+                                      qint64{row->getColumn(2).getInt64()}});
+        return true;
+    });
+}
+
+void Store::packLike(Store &other)
+{
+    const std::string wanted = other.dictionary();
+    if (wanted == dictionary())
+        return;
+    write([&] {
+        RecordCompressor packer(wanted);
+        std::vector<qint64> ids;
+        {
+            const auto row = m_statements.take(sql::SELECT_RECORDS);
+            while (row->executeStep())
+                ids.push_back(row->getColumn(0).getInt64());
+        }
+        for (const qint64 id : ids) {
+            const auto row = m_statements.take(sql::UPDATE_RECORDS);
+            row->bind(1, static_cast<int64_t>(id));
+            bindBlob(*row, 2, packer.pack(storedRecord(id, false)));
+            bindBlob(*row, 3, packer.pack(storedRecord(id, true)));
+            row->exec();
+        }
+        const auto put = m_statements.take(sql::UPDATE_DICTIONARY);
+        bindBlob(*put, 1, wanted);
+        put->exec();
+        return true;
+    });
+    openRecords();
+}
+
+void Store::copyOver(Store &other)
+{
+    SQLite::Backup backup(other.m_database, m_database);
+    const int result = backup.executeStep(-1);
+    if (result != SQLITE_DONE)
+        throw SQLite::Exception("the database is locked", result);
+}
+
+} // namespace placesd
