@@ -1,0 +1,22 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Question.h"
+
+namespace bench
+{
+
+/// Throughput and latency of eight concurrent readers.
+struct ReadersOutcome
+{
+    Answers reads;
+    double readsPerSecond = 0;
+    double writesPerSecond = 0; ///< 0 without a writer.
+};
+
+/// Eight threads fetch places by id and find the recent ones, in turn, for a few seconds.
+/// @param places ids of the selected service's places are 1 to this.
+/// @param withWriter whether one more thread counts uses of places meanwhile.
+ReadersOutcome readConcurrently(int places, bool withWriter);
+
+} // namespace bench

@@ -1,0 +1,89 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <places/Coordinates.h>
+
+#include <QtCore/QHash>
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace vela::platform::places
+{
+class Place;
+}
+
+namespace bench
+{
+
+// Owners, tags and types of made places, by how many places have them.
+constexpr char FREQUENT_OWNER[] = "org.example.maps";  ///< Of 60 %.
+constexpr char MIDDLE_OWNER[] = "org.example.travel";  ///< Of 1 %.
+constexpr char RARE_OWNER[] = "org.example.collector"; ///< Of 0.01 %.
+constexpr char FREQUENT_TAG[] = "holiday";             ///< Of 10 %.
+constexpr char MIDDLE_TAG[] = "work";                  ///< Of 1 %.
+constexpr char RARE_TAG[] = "treasure";                ///< Of 0.01 %.
+
+/// Makes places like those of an import and a year of use. The same seed makes the same places.
+class PlaceMaker
+{
+public:
+    /// Changes whenever other places are made.
+    static constexpr int VERSION = 1;
+
+    struct MadePlace
+    {
+        std::string feature; ///< What was imported: a GeoJSON feature of about 215 bytes.
+        std::unique_ptr<vela::platform::places::Place> place;
+    };
+
+    explicit PlaceMaker(std::uint64_t seed = 1);
+
+    MadePlace next();
+    /// A word of a real name.
+    const QString &word();
+    /// A real city, and where it is.
+    struct City
+    {
+        QString name;
+        QString region;
+        QString country;
+        vela::platform::places::Coordinates position;
+    };
+    const City &city();
+    /// An even number from 0 up to, but not including, `end`.
+    std::uint64_t below(std::uint64_t end) { return next64() % end; }
+
+private:
+    std::uint64_t next64();
+    double fraction() { return static_cast<double>(next64() >> 11) * 0x1p-53; }
+    template <typename List>
+    auto &oneOf(const List &list)
+    {
+        return list[static_cast<typename List::size_type>(below(static_cast<std::uint64_t>(list.size())))];
+    }
+    void readNames(const char *file, bool areCities);
+    QString name();
+    QString uniqueName();
+    double nearby(double degrees);
+    std::string feature(const QString &id, const QString &name);
+    void addUse(vela::platform::places::Place &place);
+    void addTags(vela::platform::places::Place &place);
+    void addContact(vela::platform::places::Place &place) const;
+    QString owner();
+
+    std::uint64_t m_state;
+    std::uint64_t m_made = 0;
+    std::vector<City> m_cities;
+    QStringList m_words;         ///< Words that do not start with "s", as often as they occur.
+    QStringList m_rarities;      ///< The same, each once.
+    QStringList m_sWords;        ///< Words that start with "s" but not with "san".
+    QStringList m_sanWords;      ///< Words that start with "san".
+    QHash<QString, int> m_names; ///< How often a name was made.
+};
+
+} // namespace bench

@@ -1,0 +1,230 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "Postgres.h"
+
+#include "model/PlacePrivate.h"
+#include "PlaceMaker.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QProcess>
+
+#include <algorithm>
+#include <fstream>
+#include <iostream>
+
+#include <pwd.h>
+#include <unistd.h>
+
+namespace bench
+{
+
+using vela::platform::places::Place;
+using vela::platform::places::PlacePrivate;
+
+namespace
+{
+
+constexpr int ROUNDS = 15;
+/// Longest time for filling the server, and for all questions.
+constexpr int TIMEOUT_MS = 8 * 60 * 1000;
+constexpr std::uint64_t SEED = 5;
+/// The user that the server runs as where this process is root, for it refuses to be root.
+constexpr char SERVER_USER[] = "postgres";
+
+constexpr char TABLES[] = R"sql(
+CREATE TABLE place(
+    id int PRIMARY KEY, name text, owner text, mask int, usage_count int, last_used bigint, created bigint,
+    updated bigint, latitude float8, longitude float8, feature text,
+    words tsvector GENERATED ALWAYS AS (to_tsvector('simple', name)) STORED);
+CREATE TABLE tag(tag text, place int, PRIMARY KEY(tag, place));
+)sql";
+constexpr char POSITION_ON_EARTH[] = R"sql(
+CREATE EXTENSION postgis;
+ALTER TABLE place ADD position geography GENERATED ALWAYS AS
+    (ST_SetSRID(ST_MakePoint(longitude, latitude), 4326)::geography) STORED;
+)sql";
+constexpr char POSITION_IN_PLANE[] = R"sql(
+ALTER TABLE place ADD position point GENERATED ALWAYS AS (point(longitude, latitude)) STORED;
+)sql";
+constexpr char INDEXES[] = R"sql(
+CREATE INDEX ON place(usage_count DESC, last_used DESC, id DESC);
+CREATE INDEX ON place(last_used DESC, id DESC);
+CREATE INDEX ON place(last_used DESC, id DESC) WHERE mask & 1 = 1;
+CREATE INDEX ON place(lower(name), id);
+CREATE INDEX ON place(created);
+CREATE INDEX ON place(updated);
+CREATE INDEX ON place(owner);
+CREATE INDEX ON place USING gin(words);
+CREATE INDEX ON place USING gist(position);
+VACUUM ANALYZE;
+)sql";
+
+/// The folder of the newest server's programs; empty where there is none.
+QString serverPrograms()
+{
+    const QDir versions(QStringLiteral("/usr/lib/postgresql"));
+    for (const QString &version : versions.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name | QDir::Reversed)) {
+        const QString folder = versions.filePath(version) + QStringLiteral("/bin/");
+        if (QFile::exists(folder + QStringLiteral("pg_ctl")))
+            return folder;
+    }
+    return {};
+}
+
+void replaceAll(std::string &text, const std::string &name, const std::string &value)
+{
+    for (auto at = text.find(name); at != std::string::npos; at = text.find(name, at + value.size()))
+        text.replace(at, name.size(), value);
+}
+
+/// A row of places and its tags, as COPY reads them.
+void writeRow(int id, const PlaceMaker::MadePlace &made, std::ostream &places, std::ostream &tags)
+{
+    const PlacePrivate &data = *PlacePrivate::privateFromPublic(made.place.get());
+    const auto position = data.primaryCoordinates();
+    places << id << '\t' << data.name().toStdString() << '\t' << data.owner().toStdString() << '\t'
+           << data.persistenceMask() << '\t' << data.usageCount() << '\t' << data.lastUsedTime() << '\t'
+           << data.createdTime() << '\t' << data.updatedTime() << '\t' << position.latitude() << '\t'
+           << position.longitude() << '\t' << made.feature << '\n';
+    for (const QString &tag : data.tags())
+        tags << tag.toStdString() << '\t' << id << '\n';
+}
+
+/// The median of what psql timed: the statements in turn, round by round, of which the first only warms up.
+OtherMedians mediansOf(const QByteArray &output, const std::vector<std::string> &names)
+{
+    std::vector<std::vector<double>> times(names.size());
+    std::size_t next = 0;
+    for (const QByteArray &line : output.split('\n')) {
+        if (line.startsWith("Time: ") && next++ >= names.size())
+            times[(next - 1) % names.size()].push_back(line.split(' ').at(1).toDouble() * 1000);
+    }
+    OtherMedians medians;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        std::sort(times[i].begin(), times[i].end());
+        medians[names[i]] = Answers{0, times[i]}.median();
+    }
+    return medians;
+}
+
+} // namespace
+
+Postgres::Postgres(int places)
+    : m_places(places)
+    , m_programs(serverPrograms())
+{
+    if (m_programs.isEmpty() || !start()) {
+        std::cerr << "PostgreSQL is not installed, or does not start: no column for it\n";
+        return;
+    }
+    std::ofstream(file("available.sql")) << "\\t\nSELECT name FROM pg_available_extensions WHERE name = 'postgis'";
+    m_isOnEarth = runScript("available.sql").contains("postgis");
+    if (!m_isOnEarth)
+        std::cerr << "PostGIS is not installed: PostgreSQL's distances are those of the plane of degrees\n";
+    std::cerr << "filling PostgreSQL with " << m_places << " places\n";
+    writePlaces();
+    m_isFilled = runScript("fill.sql").contains("filled");
+}
+
+Postgres::~Postgres()
+{
+    if (!m_programs.isEmpty())
+        runServer("pg_ctl", {QStringLiteral("stop"), QStringLiteral("-m"), QStringLiteral("immediate")});
+}
+
+std::string Postgres::file(const char *name) const
+{
+    return m_folder.filePath(QLatin1String(name)).toStdString();
+}
+
+bool Postgres::runServer(const char *program, QStringList arguments) const
+{
+    arguments = QStringList{m_programs + QLatin1String(program), QStringLiteral("-D"),
+                            m_folder.filePath(QStringLiteral("data"))}
+                + arguments;
+    if (::geteuid() == 0)
+        arguments = QStringList{QStringLiteral("runuser"), QStringLiteral("-u"), QLatin1String(SERVER_USER),
+                                QStringLiteral("--")}
+                    + arguments;
+    QProcess process;
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(m_folder.filePath(QStringLiteral("errors")), QIODevice::Append);
+    process.setWorkingDirectory(m_folder.path());
+    process.start(arguments.takeFirst(), arguments);
+    return process.waitForFinished(TIMEOUT_MS) && process.exitStatus() == QProcess::NormalExit
+           && process.exitCode() == 0;
+}
+
+bool Postgres::start() const
+{
+    if (const passwd *user = ::getpwnam(SERVER_USER); user && ::geteuid() == 0) {
+        if (::chown(m_folder.path().toLocal8Bit().constData(), user->pw_uid, user->pw_gid) != 0)
+            return false;
+    }
+    const QString options = QStringLiteral("-c listen_addresses='' -k %1").arg(m_folder.path());
+    return runServer("initdb",
+                     {QStringLiteral("-U"), QLatin1String(SERVER_USER), QStringLiteral("-A"), QStringLiteral("trust"),
+                      QStringLiteral("-E"), QStringLiteral("UTF8"), QStringLiteral("--locale=C.UTF-8")})
+           && runServer("pg_ctl", {QStringLiteral("start"), QStringLiteral("-w"), QStringLiteral("-o"), options,
+                                   QStringLiteral("-l"), m_folder.filePath(QStringLiteral("log"))});
+}
+
+QByteArray Postgres::runScript(const char *name) const
+{
+    QProcess psql;
+    psql.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    psql.start(QStringLiteral("psql"),
+               {QStringLiteral("-X"), QStringLiteral("-q"), QStringLiteral("-h"), m_folder.path(), QStringLiteral("-U"),
+                QLatin1String(SERVER_USER), QStringLiteral("-f"), QString::fromStdString(file(name))});
+    return psql.waitForFinished(TIMEOUT_MS) && psql.exitCode() == 0 ? psql.readAllStandardOutput() : QByteArray();
+}
+
+void Postgres::writePlaces() const
+{
+    std::ofstream places(file("places"));
+    std::ofstream tags(file("tags"));
+    places.precision(8);
+    PlaceMaker maker;
+    for (int id = 1; id <= m_places; ++id)
+        writeRow(id, maker.next(), places, tags);
+    std::ofstream(file("fill.sql")) << "\\set ON_ERROR_STOP on\n"
+                                    << TABLES << "\\copy place(id, name, owner, mask, usage_count, last_used, created,"
+                                    << " updated, latitude, longitude, feature) FROM '" << file("places") << "'\n"
+                                    << "\\copy tag FROM '" << file("tags") << "'\n"
+                                    << (m_isOnEarth ? POSITION_ON_EARTH : POSITION_IN_PLANE) << INDEXES
+                                    << "\\echo filled\n";
+}
+
+OtherMedians Postgres::medians(const std::vector<Question> &questions) const
+{
+    if (!m_isFilled)
+        return {};
+    PlaceMaker maker(SEED);
+    std::vector<std::string> names;
+    std::ofstream script(file("questions.sql"));
+    script << "SET statement_timeout = '5s';\n\\o /dev/null\n\\timing on\n";
+    for (int round = 0; round <= ROUNDS; ++round) {
+        for (const Question &question : questions) {
+            if (question.sql.empty())
+                continue;
+            script << statement(question, maker) << ";\n";
+            if (round == 0)
+                names.push_back(question.name);
+        }
+    }
+    script.close();
+    return mediansOf(runScript("questions.sql"), names);
+}
+
+std::string Postgres::statement(const Question &question, PlaceMaker &maker) const
+{
+    const auto position = maker.city().position;
+    const std::string degrees = std::to_string(position.longitude()) + "," + std::to_string(position.latitude());
+    std::string sql = question.sql;
+    replaceAll(sql, ":centre",
+               m_isOnEarth ? "ST_SetSRID(ST_MakePoint(" + degrees + "), 4326)::geography" : "point(" + degrees + ")");
+    replaceAll(sql, ":id", std::to_string(1 + maker.below(static_cast<std::uint64_t>(m_places))));
+    return sql;
+}
+
+} // namespace bench

@@ -1,0 +1,59 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "BareFetch.h"
+#include "PlaceMaker.h"
+#include "Question.h"
+#include "ServedStore.h"
+
+#include <places/InternalPlaceManager.h>
+#include <places/Place.h>
+#include <places/PlaceManager.h>
+
+namespace bench
+{
+
+/// The questions that a client puts to a store, through the library. The service of the store is the selected one
+/// whenever one is asked.
+class Questions
+{
+public:
+    explicit Questions(const ServedStore &store);
+    Questions(const Questions &) = delete;
+    Questions &operator=(const Questions &) = delete;
+
+    /// The same for every store. They refer to this object.
+    [[nodiscard]] const std::vector<Question> &all() const { return m_questions; }
+
+private:
+    using Rule = vela::platform::places::SearchRule;
+    using Sort = vela::platform::places::SortRule;
+
+    void addFetches();
+    void addOrders();
+    void addNames();
+    void addGroups();
+    void addKinds();
+    void addFarPages();
+    void addWrites();
+    void add(std::string name, Limit limit, std::function<int()> ask, std::string sql = {});
+    /// Adds a find of the first page, or of a later one.
+    void addFind(std::string name, Limit limit, const Rule &rule, const Sort &sort, std::string sql, int offset = 0);
+    /// Adds finds of a rule by distance from a centre that changes with every find.
+    void addNear(std::string name, Limit limit, const Rule &rule, vela::platform::places::SortOrder::Type order,
+                 std::string sql);
+    void addGroup(vela::platform::places::SearchResultGroup::Type group, const char *term, Limit limit,
+                  std::string sql = {});
+    qint64 someId();
+    const vela::platform::places::Coordinates &someCentre();
+
+    const qint64 m_places;
+    PlaceMaker m_maker;
+    BareFetch m_bare;
+    const vela::platform::places::PlaceManager m_manager;
+    const vela::platform::places::InternalPlaceManager m_internal;
+    const std::unique_ptr<vela::platform::places::Place> m_stored; ///< To be looked for, and updated.
+    std::vector<Question> m_questions;
+};
+
+} // namespace bench
