@@ -11,7 +11,10 @@
 #include "model/ProviderData.h"
 #include "places/PointOfInterestAuxiliaryData.h"
 #include "places/Tags.h"
+#include "places/Utilities.h"
+#include "sources/GazetteerQuestions.h"
 #include "sources/GazetteerSql.h"
+#include "store/Nearest.h"
 #include "store/Records.h"
 #include "store/SqlFunctions.h"
 #include "store/TextKeys.h"
@@ -40,12 +43,13 @@ namespace
 {
 
 /// Grows with every change of the tables, so that an index of another version is not taken for one of this.
-constexpr int INDEX_VERSION = 1;
+constexpr int INDEX_VERSION = 2;
 /// What the external id of a category starts with.
 constexpr char CATEGORY_PREFIX[] = "category:";
 /// How far apart two places of one name may be that are held to be the same, in metres.
 constexpr double SAME_PLACE_RADIUS = 500;
 constexpr int STEPS_PER_CHECK = 10000;
+constexpr qint64 NO_ID = -1;
 
 /// "large airport" for "large_airport".
 QString readable(const QString &category)
@@ -58,59 +62,19 @@ QString textAt(const SQLite::Column &column)
     return QString::fromStdString(column.getString());
 }
 
-void bindPosition(SQLite::Statement &statement, int index, const Coordinates &position)
+/// The first result; NO_ID when there is none.
+qint64 firstId(TierQuestion question)
 {
-    if (!position.isValid())
-        return;
-    statement.bind(index, position.latitude());
-    statement.bind(index + 1, position.longitude());
+    const std::vector<int64_t> ids = TierSearch(std::move(question)).page(0, 1);
+    return ids.empty() ? NO_ID : ids.front();
 }
 
-/// The first id that a statement selects; -1 when there is none.
-qint64 firstId(SQLite::Statement &statement)
+/// The place of an external id; NO_ID when there is none.
+qint64 idOf(SQLite::Database &database, const QString &externalId)
 {
-    return statement.executeStep() ? statement.getColumn(0).getInt64() : -1;
-}
-
-/// The columns that a search looks at.
-const char *columnsOf(SearchKind kind)
-{
-    switch (kind) {
-    case SearchKind::Address:
-        return "name address";
-    case SearchKind::Category:
-        return "kind";
-    case SearchKind::CategoryOrName:
-        return "name alias kind";
-    default:
-        return "name alias";
-    }
-}
-
-/// What columns have to match; empty when the term has no words.
-QString matchExpressionOf(const ProviderSearch &search, const char *columns)
-{
-    const QString starts = matchExpression(search.term);
-    return starts.isEmpty() ? QString() : QStringLiteral("{%1} : (%2)").arg(QLatin1String(columns), starts);
-}
-
-const char *orderOf(const ProviderSearch &search)
-{
-    switch (search.order) {
-    case SearchOrder::Name:
-        return sql::BY_NAME;
-    case SearchOrder::NameBackwards:
-        return sql::BY_NAME_BACKWARDS;
-    case SearchOrder::NearFirst:
-        return sql::NEAR_FIRST;
-    case SearchOrder::FarFirst:
-        return sql::FAR_FIRST;
-    case SearchOrder::Relevance:
-        break;
-    }
-    if (!words(search.term).isEmpty())
-        return sql::BY_RELEVANCE;
-    return search.centre.isValid() ? sql::NEAR_FIRST : sql::BY_WEIGHT;
+    SQLite::Statement row(database, sql::SELECT_BY_EXTERNAL_ID);
+    row.bind(1, utf8(externalId));
+    return row.executeStep() ? row.getColumn(0).getInt64() : NO_ID;
 }
 
 /// What kind of suggestion a place of a category is.
@@ -155,8 +119,20 @@ AuxiliaryData gatherDetails(PlacePrivate &place, const QString &substituteId)
     return poi;
 }
 
-/// Adds a place to those that were taken from the files.
-void take(SQLite::Statement &row, Place &place, const QString &substituteId)
+/// Statements that add a place to those that were taken from the files.
+struct Take
+{
+    explicit Take(SQLite::Database &database)
+        : record(database, sql::TAKE_RECORD)
+        , keys(database, sql::TAKE)
+    {}
+
+    SQLite::Statement record;
+    SQLite::Statement keys;
+};
+
+/// @param number of the place, among all of all files.
+void take(Take &statements, qint64 number, Place &place, const QString &substituteId)
 {
     PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
     const AuxiliaryData details = gatherDetails(data, substituteId);
@@ -164,17 +140,20 @@ void take(SQLite::Statement &row, Place &place, const QString &substituteId)
     const QStringList parts = {address.street(),     address.city(),    address.region(),
                                address.postalCode(), address.country(), address.isoAlpha2CountryCode()};
     const QStringList aliases = data.aliases() + QStringList{details.property(QStringLiteral("keywords"))};
+    const QString kind = PointOfInterestAuxiliaryData(details).category();
     const Coordinates position = data.primaryCoordinates();
-    bindAll(row,
-            {details.externalId(), searchKey(data.name()), sortKey(data.name()),
-             searchKey(aliases.join(QLatin1Char(' '))), PointOfInterestAuxiliaryData(details).category(),
-             searchKey(parts.join(QLatin1Char(' '))), searchKey(address.region()), searchKey(address.country()),
-             address.isoAlpha2CountryCode(), position.latitude(), position.longitude(),
-             details.property(QStringLiteral("population")).toDouble()},
+    bindAll(statements.keys,
+            {number, position.latitude(), position.longitude(), searchKey(data.name()), sortKey(data.name()), kind,
+             searchKey(kind), searchKey(aliases.join(QLatin1Char(' '))), searchKey(parts.join(QLatin1Char(' '))),
+             details.externalId(), searchKey(address.region()), searchKey(address.country()),
+             address.isoAlpha2CountryCode(), details.property(QStringLiteral("population")).toDouble()},
             1);
-    bindBlob(row, 13, fullRecordOf(place));
-    row.exec();
-    row.reset();
+    statements.keys.exec();
+    statements.keys.reset();
+    statements.record.bind(1, static_cast<int64_t>(number));
+    bindBlob(statements.record, 2, fullRecordOf(place));
+    statements.record.exec();
+    statements.record.reset();
 }
 
 } // namespace
@@ -182,7 +161,7 @@ void take(SQLite::Statement &row, Place &place, const QString &substituteId)
 Gazetteer::Connection::Connection(const std::string &path)
     : database(path, SQLite::OPEN_READONLY | SQLite::OPEN_NOMUTEX)
 {
-    registerFunctions(database);
+    registerNearest(database);
     const auto isLate = [](void *connection) -> int {
         return hasPassed(static_cast<Connection *>(connection)->deadline);
     };
@@ -295,8 +274,7 @@ void Gazetteer::build()
         SQLite::Database database(fresh, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
         const auto isStopping = [](void *stopping) -> int { return *static_cast<std::atomic<bool> *>(stopping); };
         sqlite3_progress_handler(database.getHandle(), STEPS_PER_CHECK, isStopping, &m_stopping);
-        // It is made anew whenever it is not whole, so nothing has to be safe on the way.
-        database.exec("PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF");
+        database.exec(sql::BUILD_SETTINGS);
         database.exec(sql::SCHEMA);
         SQLite::Transaction transaction(database);
         // Taken before they are read: a file that changes meanwhile is read again at the next start.
@@ -316,7 +294,8 @@ void Gazetteer::build()
 
 void Gazetteer::readFile(const std::string &path, SQLite::Database &database)
 {
-    SQLite::Statement row(database, sql::TAKE);
+    Take statements(database);
+    qint64 last = database.execAndGet(sql::SELECT_LAST_RECORD).getInt64();
     const QString name = QString::fromStdString(fs::path(path).filename().string());
     geojson::Input input(QString::fromLocal8Bit(path.c_str()));
     int count = 0;
@@ -324,7 +303,7 @@ void Gazetteer::readFile(const std::string &path, SQLite::Database &database)
     const QString problem = geojson::readGeoJson(input, [&](const geojson::ReadPlace &read) {
         ++count;
         if (read.place && read.place->hasCoordinates())
-            take(row, *read.place, QStringLiteral("%1#%2").arg(name).arg(count));
+            take(statements, ++last, *read.place, QStringLiteral("%1#%2").arg(name).arg(count));
         else
             ++skipped;
         return !m_stopping;
@@ -387,20 +366,13 @@ ProviderAnswer Gazetteer::search(const ProviderSearch &search)
 
 void Gazetteer::findPlaces(SQLite::Database &database, const ProviderSearch &search, ProviderAnswer &answer)
 {
-    const QString match = matchExpressionOf(search, columnsOf(search.kind));
-    const bool byDistance = search.order == SearchOrder::NearFirst || search.order == SearchOrder::FarFirst;
-    SQLite::Statement row(database,
-                          std::string(match.isEmpty() ? sql::ALL : sql::MATCHES) + orderOf(search) + sql::PAGE);
-    row.bind(1, utf8(match));
-    row.bind(2, utf8(searchKey(search.term)));
-    row.bind(3, utf8(matchExpressionOf(search, "name")));
-    bindPosition(row, 4, byDistance ? search.orderCentre : search.centre);
-    row.bind(6, search.count + 1);
-    row.bind(7, search.position);
+    std::vector<int64_t> ids = TierSearch(questionOf(database, search)).page(search.position, search.count + 1);
+    answer.hasMore = ids.size() > static_cast<std::size_t>(search.count);
+    if (answer.hasMore)
+        ids.pop_back();
     SQLite::Statement record(database, sql::SELECT_RECORD);
-    for (int i = 0; i < search.count && row.executeStep(); ++i)
-        answer.places.push_back(placeOf(record, row.getColumn(0).getInt64(), search));
-    answer.hasMore = !row.isDone() && row.executeStep();
+    for (const int64_t id : ids)
+        answer.places.push_back(placeOf(record, id, search));
 }
 
 FoundPlace Gazetteer::placeAt(SQLite::Database &database, qint64 id) const
@@ -459,12 +431,11 @@ FoundPlace Gazetteer::suggestCategory(const QString &category) const
 ProviderAnswer Gazetteer::resolve(const QString &externalId, const Coordinates &centre, Deadline deadline)
 {
     return ask<ProviderAnswer>(deadline, [&](SQLite::Database &database, ProviderAnswer &answer) {
-        const bool isCategory = externalId.startsWith(QLatin1String(CATEGORY_PREFIX));
-        SQLite::Statement row(database, isCategory ? sql::SELECT_BY_KIND : sql::SELECT_BY_EXTERNAL_ID);
-        row.bind(1, utf8(isCategory ? externalId.mid(QLatin1String(CATEGORY_PREFIX).size()) : externalId));
-        if (isCategory)
-            bindPosition(row, 2, centre);
-        if (const qint64 id = firstId(row); id >= 0)
+        const QLatin1String prefix(CATEGORY_PREFIX);
+        const qint64 id = externalId.startsWith(prefix)
+                              ? firstId(questionOfKind(database, externalId.mid(prefix.size()), centre))
+                              : idOf(database, externalId);
+        if (id != NO_ID)
             answer.places.push_back(placeAt(database, id));
     });
 }
@@ -473,14 +444,17 @@ AuxiliaryAnswer Gazetteer::auxiliaryData(const PlaceIdentity &place, Deadline de
 {
     return ask<AuxiliaryAnswer>(deadline, [&](SQLite::Database &database, AuxiliaryAnswer &answer) {
         const bool byPosition = place.externalId.isEmpty();
-        SQLite::Statement row(database, byPosition ? sql::SELECT_BY_POSITION : sql::SELECT_BY_EXTERNAL_ID);
-        row.bind(1, utf8(byPosition ? searchKey(place.name) : place.externalId));
-        if (byPosition) {
-            bindPosition(row, 2, place.coordinates);
-            row.bind(4, SAME_PLACE_RADIUS);
-        }
-        if (const qint64 id = firstId(row); id >= 0)
-            answer.records = PlacePrivate::privateFromPublic(placeAt(database, id).get())->auxiliaryData();
+        if (byPosition && !place.coordinates.isValid())
+            return;
+        const qint64 id = byPosition ? firstId(questionOfName(database, place.name, place.coordinates))
+                                     : idOf(database, place.externalId);
+        if (id == NO_ID)
+            return;
+        const FoundPlace found = placeAt(database, id);
+        const PlacePrivate &data = *PlacePrivate::privateFromPublic(found.get());
+        if (!byPosition
+            || Utilities::calculateDistanceInMeter(data.primaryCoordinates(), place.coordinates) < SAME_PLACE_RADIUS)
+            answer.records = data.auxiliaryData();
     });
 }
 

@@ -5,82 +5,91 @@
 namespace placesd::gazetteer_sql
 {
 
-/// Numbers of the places follow their weight: the best known comes first.
+/// An index that is not whole is made anew, so nothing has to be safe on the way. The cache bounds the memory of the
+/// pages, and of each sorter, in KiB.
+constexpr char BUILD_SETTINGS[] = "PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF; PRAGMA cache_size = -32768";
+
+/// Ids of the places follow their weight: the best known comes first. What searches look at is apart from the records,
+/// so that testing a place reads a short row.
 constexpr char SCHEMA[] = R"sql(
 CREATE TABLE made_of(files TEXT NOT NULL);      -- the files as they were when they were read
+CREATE TABLE category(id INTEGER PRIMARY KEY, kind TEXT NOT NULL UNIQUE);
 CREATE TABLE feature(
     id           INTEGER PRIMARY KEY,
-    external_id  TEXT NOT NULL,
+    latitude     REAL NOT NULL,
+    longitude    REAL NOT NULL,
+    category     INTEGER NOT NULL REFERENCES category(id),
     name_key     TEXT NOT NULL,                 -- without case and accents, as the other keys
     sort_key     TEXT NOT NULL,
-    kind         TEXT NOT NULL,
+    kind_key     TEXT NOT NULL,
+    alias_key    TEXT NOT NULL,
+    address_key  TEXT NOT NULL,
+    external_id  TEXT NOT NULL,
     region_key   TEXT NOT NULL,
     country_key  TEXT NOT NULL,
     country_code TEXT NOT NULL,
-    latitude     REAL NOT NULL,
-    longitude    REAL NOT NULL,
-    record       BLOB NOT NULL
+    record       INTEGER NOT NULL REFERENCES record(id)
 );
-CREATE TABLE category(kind TEXT PRIMARY KEY) WITHOUT ROWID;
+CREATE TABLE record(id INTEGER PRIMARY KEY, record BLOB NOT NULL);     -- in the order of the files
+CREATE VIRTUAL TABLE position USING rtree(id, south, north, west, east);
 CREATE VIRTUAL TABLE words USING fts5(
     name, alias, kind, address, content='', prefix='1 2 3',  -- all of them search keys
     tokenize="unicode61 remove_diacritics 0 categories 'L* N* M* Co So'");
 CREATE TEMP TABLE taken(
-    external_id, name_key, sort_key, alias, kind, address, region_key, country_key, country_code, latitude,
-    longitude, weight, record);
+    record INTEGER PRIMARY KEY, latitude, longitude, name_key, sort_key, kind, kind_key, alias_key, address_key,
+    external_id, region_key, country_key, country_code, weight);
 )sql";
 
-constexpr char TAKE[] = "INSERT INTO taken VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13)";
+constexpr char TAKE[] = "INSERT INTO temp.taken VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14)";
+constexpr char TAKE_RECORD[] = "INSERT INTO record(id, record) VALUES (?1, ?2)";
+
+constexpr char SELECT_LAST_RECORD[] = "SELECT ifnull(max(id), 0) FROM record";
 
 constexpr char FINISH[] = R"sql(
-CREATE TEMP TABLE ranked AS SELECT rowid AS number FROM taken ORDER BY weight DESC, rowid;
-INSERT INTO feature SELECT r.rowid, t.external_id, t.name_key, t.sort_key, t.kind, t.region_key, t.country_key,
-        t.country_code, t.latitude, t.longitude, t.record
-    FROM ranked r JOIN taken t ON t.rowid = r.number ORDER BY r.rowid;
-INSERT INTO words(rowid, name, alias, kind, address) SELECT r.rowid, t.name_key, t.alias, t.kind, t.address
-    FROM ranked r JOIN taken t ON t.rowid = r.number ORDER BY r.rowid;
-INSERT INTO category SELECT DISTINCT kind FROM feature WHERE kind <> '';
+INSERT INTO category(kind) SELECT DISTINCT kind FROM temp.taken;
+INSERT INTO feature SELECT NULL, t.latitude, t.longitude, c.id, t.name_key, t.sort_key, t.kind_key, t.alias_key,
+        t.address_key, t.external_id, t.region_key, t.country_key, t.country_code, t.record
+    FROM temp.taken t JOIN category c ON c.kind = t.kind ORDER BY t.weight DESC, t.record;
+DROP TABLE temp.taken;
+INSERT INTO words(rowid, name, alias, kind, address)
+    SELECT id, name_key, alias_key, kind_key, address_key FROM feature ORDER BY id;
+INSERT INTO position SELECT id, latitude, latitude, longitude, longitude FROM feature;
 CREATE INDEX feature_by_external_id ON feature(external_id);
 CREATE INDEX feature_by_name ON feature(name_key);
-CREATE INDEX feature_by_kind ON feature(kind);
-DROP TABLE temp.ranked;
-DROP TABLE temp.taken;
+CREATE INDEX feature_by_sort_key ON feature(sort_key);
+CREATE INDEX feature_by_category ON feature(category);
 ANALYZE;
 )sql";
 
 constexpr char REMEMBER_FILES[] = "INSERT INTO made_of(files) VALUES (?1)";
 constexpr char SELECT_FILES[] = "SELECT files FROM made_of";
 
-constexpr char SELECT_CATEGORIES[] = "SELECT kind FROM category ORDER BY kind";
-constexpr char SELECT_RECORD[] = "SELECT record, name_key FROM feature WHERE id = ?1";
+constexpr char SELECT_CATEGORIES[] = "SELECT kind FROM category WHERE kind <> '' ORDER BY kind";
+constexpr char SELECT_RECORD[] =
+    "SELECT r.record, f.name_key FROM feature f JOIN record r ON r.id = f.record WHERE f.id = ?1";
 constexpr char SELECT_BY_EXTERNAL_ID[] = "SELECT id FROM feature WHERE external_id = ?1 ORDER BY id LIMIT 1";
-constexpr char SELECT_BY_KIND[] = "SELECT id FROM feature f WHERE kind = ?1"
-                                  " ORDER BY distance(f.latitude, f.longitude, ?2, ?3), id LIMIT 1";
-/// The one of this name that is less than so many metres away.
-constexpr char SELECT_BY_POSITION[] = "SELECT id FROM feature f WHERE name_key = ?1"
-                                      " AND distance(f.latitude, f.longitude, ?2, ?3) < ?4 ORDER BY"
-                                      " distance(f.latitude, f.longitude, ?2, ?3), id LIMIT 1";
 /// Cities of a name in a country, if that is given; those in the region come first. Two are enough to know that there
 /// are several.
 constexpr char SELECT_CITY[] =
     "SELECT latitude, longitude, region_key = ?3 AS fits FROM feature WHERE name_key = ?1 AND ((?2 = '' AND ?4 = '')"
     " OR (?2 <> '' AND country_key = ?2) OR (?4 <> '' AND country_code = ?4)) ORDER BY fits DESC, id LIMIT 2";
 
-// A search: what is looked at, and in which order. ?1 is the expression to match, ?2 the key of the term, ?3 the
-// expression that names match, ?4 and ?5 the centre, or NULL, ?6 and ?7 the page.
-constexpr char ALL[] = "SELECT f.id FROM feature f";
-constexpr char MATCHES[] = "SELECT f.id FROM words JOIN feature f ON f.id = words.rowid WHERE words MATCH ?1";
-/// Those of just that name come first, then those whose name starts so, then those whose name has the words; of these
-/// the nearest, or else the best known.
-constexpr char BY_RELEVANCE[] =
-    " ORDER BY CASE WHEN f.name_key = ?2 THEN 0 WHEN substr(f.name_key, 1, length(?2)) = ?2 THEN 1"
-    " WHEN f.id IN (SELECT rowid FROM words WHERE words MATCH ?3) THEN 2 ELSE 3 END,"
-    " distance(f.latitude, f.longitude, ?4, ?5), f.id";
-constexpr char BY_WEIGHT[] = " ORDER BY f.id";
-constexpr char BY_NAME[] = " ORDER BY f.sort_key, f.id";
-constexpr char BY_NAME_BACKWARDS[] = " ORDER BY f.sort_key DESC, f.id";
-constexpr char NEAR_FIRST[] = " ORDER BY distance(f.latitude, f.longitude, ?4, ?5), f.id";
-constexpr char FAR_FIRST[] = " ORDER BY distance(f.latitude, f.longitude, ?4, ?5) DESC, f.id";
-constexpr char PAGE[] = " LIMIT ?6 OFFSET ?7";
+// A search reads ROWS of one of the following. CROSS JOIN and INDEXED BY keep the order that is named.
+constexpr char ROWS[] = "SELECT f.id, f.latitude, f.longitude, f.category, f.name_key, f.sort_key, f.kind_key,"
+                        " f.alias_key, f.address_key ";
+
+// In an order.
+constexpr char BY_WEIGHT[] = "FROM feature f ORDER BY f.id";
+constexpr char MATCHES_BY_WEIGHT[] =
+    "FROM words CROSS JOIN feature f ON f.id = words.rowid WHERE words MATCH ?1 ORDER BY words.rowid";
+constexpr char BY_NAME[] = "FROM feature f INDEXED BY feature_by_sort_key ORDER BY f.sort_key, f.id";
+constexpr char BY_NAME_BACKWARDS[] = "FROM feature f INDEXED BY feature_by_sort_key ORDER BY f.sort_key DESC, f.id";
+constexpr char BY_DISTANCE[] = "FROM position p CROSS JOIN feature f ON f.id = p.id WHERE p.id MATCH nearest(?1, ?2)";
+
+// In any order.
+constexpr char NAMED[] = "FROM feature f INDEXED BY feature_by_name WHERE f.name_key = ?1";
+constexpr char NAMES_BETWEEN[] = "FROM feature f INDEXED BY feature_by_name WHERE f.name_key >= ?1 AND f.name_key < ?2";
+constexpr char OF_CATEGORY[] = "FROM feature f INDEXED BY feature_by_category WHERE f.category = ?1";
+constexpr char SELECT_CATEGORY[] = "SELECT id FROM category WHERE kind = ?1";
 
 } // namespace placesd::gazetteer_sql

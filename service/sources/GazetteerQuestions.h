@@ -1,0 +1,23 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "sources/TierSearch.h"
+
+/// What is asked of the gazetteer's index, as questions for a TierSearch. A question uses the connection as long as it
+/// lives. Throws SQLite::Exception.
+namespace placesd
+{
+
+/// The places that a search finds. By relevance, those of just the name of the term come first, then those whose name
+/// starts with the term, then those whose name has its words, then the rest. An empty term finds every place.
+TierQuestion questionOf(SQLite::Database &database, const ProviderSearch &search);
+
+/// The places of a category, nearest first.
+TierQuestion questionOfKind(SQLite::Database &database, const QString &kind,
+                            const vela::platform::places::Coordinates &centre);
+
+/// The places of just this name, nearest first.
+TierQuestion questionOfName(SQLite::Database &database, const QString &name,
+                            const vela::platform::places::Coordinates &centre);
+
+} // namespace placesd

@@ -1,0 +1,214 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "sources/Gazetteer.h"
+#include "places/Place.h"
+#include "places/Utilities.h"
+#include "store/TextKeys.h"
+
+#include <gmock/gmock.h>
+
+#include <QtCore/QFile>
+#include <QtCore/QTemporaryDir>
+
+#include <algorithm>
+#include <random>
+#include <tuple>
+
+using namespace placesd;
+using namespace vela::platform::places;
+
+namespace
+{
+
+constexpr int FEATURES = 1200;
+const QStringList KINDS = {QStringLiteral("large_airport"), QStringLiteral("café_bar"), QStringLiteral("san_park")};
+/// In the middle of places, far from most of them at the 180th meridian, and unknown.
+const Coordinates CENTRES[] = {{47.37, 8.54}, {-20, 180}, {}};
+
+struct Feature
+{
+    QString id, name, kind;
+    QStringList nameWords, aliasWords, kindWords, addressWords; // sorted
+    Coordinates position;
+    int weight;
+};
+
+QStringList sortedWords(const QString &text)
+{
+    QStringList found = words(searchKey(text));
+    found.sort();
+    return found;
+}
+
+/// Seeded features with many of one name, weight and position, and the file of them.
+std::vector<Feature> makeFeatures(QFile &file)
+{
+    const QStringList names = {QStringLiteral("San Jose"), QStringLiteral("Santa Ana"), QStringLiteral("Zürich"),
+                               QStringLiteral("Isan"),     QStringLiteral("Old San"),   QStringLiteral("Air")};
+    const QStringList ends = {QString(), QStringLiteral(" Airport"), QStringLiteral("-Station 7"),
+                              QStringLiteral(" s")};
+    const QStringList codes = {QStringLiteral("SAN"), QStringLiteral("AIR"), QStringLiteral("XYZ")};
+    std::mt19937 random(5);
+    const auto pick = [&random](const QStringList &list) {
+        return list[static_cast<int>(random() % unsigned(list.size()))];
+    };
+    const auto around = [&random](double middle, double most) {
+        return std::max(-180., std::min(180., middle + std::uniform_real_distribution<double>(-most, most)(random)));
+    };
+    std::vector<Feature> features;
+    QStringList texts;
+    for (int i = 0; i < FEATURES; ++i) {
+        const double spread = i % 5 == 0 ? 0 : i % 5 == 1 ? 60 : .001;
+        const Coordinates &near = CENTRES[i % 2];
+        const QString name = pick(names) + pick(ends), kind = pick(KINDS), code = pick(codes), city = pick(names);
+        const Coordinates position(around(near.latitude(), spread / 2), around(near.longitude(), spread));
+        features.push_back({QString::number(i), name, kind, sortedWords(name), sortedWords(code), sortedWords(kind),
+                            sortedWords(city + QStringLiteral(" Santa Land SL")), position, int(random() % 40)});
+        texts.append(QStringLiteral(R"({"type":"Feature","id":"%1","geometry":{"type":"Point","coordinates":[%2,%3]},)"
+                                    R"("properties":{"name":"%4","kind":"%5","iata":"%6","city":"%7","population":%8,)"
+                                    R"("region":"Santa","country":"Land","countryCode":"SL"}})")
+                         .arg(QString::number(i), QString::number(position.longitude(), 'g', 17),
+                              QString::number(position.latitude(), 'g', 17), name, kind, code, city)
+                         .arg(features.back().weight));
+    }
+    file.open(QIODevice::WriteOnly);
+    file.write(R"({"type":"FeatureCollection","features":[)" + texts.join(QLatin1Char(',')).toUtf8() + "]}");
+    file.close();
+    return features;
+}
+
+bool isFound(const Feature &feature, SearchKind kind, const QStringList &wanted)
+{
+    return std::all_of(wanted.begin(), wanted.end(), [&](const QString &word) {
+        const bool byName = kind != SearchKind::Category;
+        const bool byKind = kind == SearchKind::Category || kind == SearchKind::CategoryOrName;
+        return (byName && startWords(feature.nameWords, {word})) || (byKind && startWords(feature.kindWords, {word}))
+               || (kind == SearchKind::Address ? startWords(feature.addressWords, {word})
+                                               : byName && startWords(feature.aliasWords, {word}));
+    });
+}
+
+int tierOf(const Feature &feature, const QString &key)
+{
+    const QString name = searchKey(feature.name);
+    return name == key ? 0 : name.startsWith(key) ? 1 : startWords(feature.nameWords, words(key)) ? 2 : 3;
+}
+
+/// External ids of all that a search finds.
+QStringList rankAll(std::vector<Feature> features, const ProviderSearch &search)
+{
+    QStringList ids;
+    const QString key = searchKey(search.term);
+    for (const QString &kind : {KINDS[1], KINDS[0], KINDS[2]}) { // sorted
+        if (search.kind == SearchKind::Suggestion && startWords(sortedWords(kind), words(key)))
+            ids.append(QStringLiteral("category:") + kind);
+    }
+    std::stable_sort(features.begin(), features.end(), [](auto &a, auto &b) { return a.weight > b.weight; });
+    std::vector<std::tuple<int, double, QString, int>> ranks;
+    for (std::size_t i = 0; i < features.size(); ++i) {
+        const bool isByRelevance = search.order == SearchOrder::Relevance;
+        const Coordinates &centre = isByRelevance ? search.centre : search.orderCentre;
+        const bool isByName = search.order == SearchOrder::Name || search.order == SearchOrder::NameBackwards;
+        const double distance =
+            isByName || !centre.isValid() ? 0 : Utilities::calculateDistanceInMeter(features[i].position, centre);
+        if (isFound(features[i], search.kind, words(key)))
+            ranks.emplace_back(isByRelevance && !key.isEmpty() ? tierOf(features[i], key) : 0,
+                               search.order == SearchOrder::FarFirst ? -distance : distance,
+                               isByName ? sortKey(features[i].name) : QString(), static_cast<int>(i));
+    }
+    std::stable_sort(ranks.begin(), ranks.end(), [&search](auto a, auto b) {
+        if (search.order == SearchOrder::NameBackwards)
+            std::swap(std::get<2>(a), std::get<2>(b));
+        return a < b;
+    });
+    for (const auto &rank : ranks)
+        ids.append(features[static_cast<std::size_t>(std::get<3>(rank))].id);
+    return ids;
+}
+
+QStringList idsOf(const std::vector<FoundPlace> &places)
+{
+    QStringList ids;
+    for (const FoundPlace &place : places)
+        ids.append(place->auxiliaryData(0).externalId());
+    return ids;
+}
+
+struct Index
+{
+    QTemporaryDir folder;
+    QFile file{folder.filePath(QStringLiteral("features.geojson"))};
+    std::vector<Feature> features = makeFeatures(file);
+    Gazetteer gazetteer{{file.fileName().toStdString()}, folder.filePath(QStringLiteral("index")).toStdString()};
+};
+
+} // namespace
+
+TEST(GazetteerSearch, GivesEveryPageOfEveryOrderAsRankingEveryFeatureDoes)
+{
+    Index index;
+    for (const SearchKind kind : {SearchKind::Address, SearchKind::Name, SearchKind::Category,
+                                  SearchKind::CategoryOrName, SearchKind::Suggestion}) {
+        for (const char *term : {"", "s", "san", "san airport", "ZÜRICH", "zurich-station", "santa land", "cafe"}) {
+            for (int variant = 0; variant < 15; ++variant) {
+                ProviderSearch search;
+                search.kind = kind;
+                search.term = QString::fromUtf8(term);
+                search.order = static_cast<SearchOrder>(variant / 3);
+                search.centre = search.orderCentre = CENTRES[variant % 3];
+                const QStringList all = search.term.isEmpty() && kind == SearchKind::Suggestion
+                                            ? QStringList()
+                                            : rankAll(index.features, search);
+                for (const auto &[position, count] : {std::pair(0, 7), std::pair(5, 150), std::pair(1150, 100)}) {
+                    search.position = position;
+                    search.count = count;
+                    const ProviderAnswer answer = index.gazetteer.search(search);
+                    EXPECT_EQ(idsOf(answer.places), all.mid(position, count))
+                        << int(kind) << " '" << term << "' " << variant << " " << position;
+                    EXPECT_EQ(answer.hasMore, position + count < all.size());
+                }
+            }
+        }
+    }
+}
+
+TEST(GazetteerSearch, GivesTheNearestOfACategoryAndTheOneOfANameThatIsThere)
+{
+    Index index;
+    ProviderSearch nearest;
+    for (const Coordinates &centre : CENTRES) {
+        nearest.centre = centre;
+        for (const QString &kind : KINDS) {
+            std::vector<Feature> same = index.features;
+            same.erase(std::remove_if(same.begin(), same.end(), [&](auto &f) { return f.kind != kind; }), same.end());
+            EXPECT_EQ(
+                idsOf(index.gazetteer.resolve(QStringLiteral("category:") + kind, centre, Deadline::max()).places),
+                QStringList(rankAll(same, nearest)[0]));
+        }
+    }
+    for (const Feature &feature : {index.features[1], index.features[7]}) {
+        for (const double north : {0.004, 0.005}) {
+            const Coordinates position(feature.position.latitude() + north, feature.position.longitude());
+            const auto found = index.gazetteer.auxiliaryData({{}, feature.name, position}, Deadline::max()).records;
+            EXPECT_EQ(found.size(), north < 0.0045 ? 1 : 0) << "445 metres, 556 metres";
+        }
+    }
+}
+
+TEST(GazetteerSearch, EndsWhenItsTimeIsUpWhateverItsPlan)
+{
+    Index index;
+    ProviderSearch search;
+    search.count = 1;
+    ASSERT_EQ(index.gazetteer.search(search).places.size(), 1U) << "waits for the index";
+    search.position = FEATURES;
+    search.deadline = Clock::now();
+    for (const char *term : {"", "s"}) {
+        for (int variant = 0; variant < 15; ++variant) {
+            search.term = QLatin1String(term);
+            search.order = static_cast<SearchOrder>(variant / 3);
+            search.centre = search.orderCentre = CENTRES[variant % 3];
+            EXPECT_EQ(index.gazetteer.search(search).code, orix_places_protocol::TookTooLong) << term << variant;
+        }
+    }
+}
