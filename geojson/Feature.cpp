@@ -16,6 +16,7 @@
 #include <functional>
 #include <limits>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 namespace geojson
@@ -38,8 +39,10 @@ const Value *memberOf(const Value &object, const char *name)
 {
     if (!object.IsObject())
         return nullptr;
+    const std::string_view wanted(name);
     for (auto member = object.MemberEnd(); member != object.MemberBegin();) {
-        if ((--member)->name == name)
+        --member;
+        if (std::string_view(member->name.GetString(), member->name.GetStringLength()) == wanted)
             return &member->value;
     }
     return nullptr;
