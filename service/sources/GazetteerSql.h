@@ -7,7 +7,7 @@ namespace placesd::gazetteer_sql
 
 /// An index that is not whole is made anew, so nothing has to be safe on the way. The cache bounds the memory of the
 /// pages, and of each sorter, in KiB.
-constexpr char BUILD_SETTINGS[] = "PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF; PRAGMA cache_size = -32768";
+constexpr char BUILD_SETTINGS[] = "PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF; PRAGMA cache_size = -16384";
 
 /// Ids of the places follow their weight: the best known comes first. What searches look at is apart from the records,
 /// so that testing a place reads a short row.
