@@ -14,11 +14,9 @@ namespace placesd
 namespace
 {
 
-/// Rows of the walk's first turn.
+/// Rows of the first turn of each plan.
 constexpr int FIRST_TURN = 64;
-/// Candidates that are ranked for one row of the walk, which costs more because it jumps about in the index.
-constexpr int CANDIDATES_PER_ROW = 2;
-constexpr int LONGEST_TURN = std::numeric_limits<int>::max() / 2 / CANDIDATES_PER_ROW;
+constexpr int LONGEST_TURN = std::numeric_limits<int>::max() / 2;
 
 } // namespace
 
@@ -45,7 +43,7 @@ TierSearch::Results TierSearch::fill(int tier, std::size_t wanted)
     const StatementPtr candidates = m_question.candidates ? m_question.candidates(tier) : nullptr;
     Results best;
     for (int turn = FIRST_TURN;; turn = std::min(2 * turn, LONGEST_TURN)) {
-        if (candidates && rank(tier, *candidates, turn * CANDIDATES_PER_ROW, wanted, best)) {
+        if (candidates && rank(tier, *candidates, turn, wanted, best)) {
             std::sort_heap(best.begin(), best.end(), m_question.order);
             return best;
         }
