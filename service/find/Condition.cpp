@@ -46,6 +46,13 @@ std::optional<qint64> Condition::count(Store &) const
 
 // ---------------------------------------------------------------------------------------------------------- AllOf
 
+AllOf::AllOf(Conditions members)
+    : m_members(std::move(members))
+{
+    std::stable_sort(m_members.begin(), m_members.end(),
+                     [](const ConditionPtr &a, const ConditionPtr &b) { return a->cost() < b->cost(); });
+}
+
 bool AllOf::test(const PlaceRow &row) const
 {
     return std::all_of(m_members.begin(), m_members.end(),

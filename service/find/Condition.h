@@ -21,7 +21,7 @@ public:
     virtual ~Condition() = default;
 
     [[nodiscard]] virtual bool test(const PlaceRow &row) const = 0;
-    /// How much longer a test takes than reading a row, in rows.
+    /// How much longer a test takes than reading the name of a place, in names.
     [[nodiscard]] virtual int cost() const { return 0; }
 
     /// Whether an index gives all stored places that pass, and not all stored places.
@@ -52,9 +52,7 @@ using Conditions = std::vector<ConditionPtr>;
 class AllOf : public Condition
 {
 public:
-    explicit AllOf(Conditions members)
-        : m_members(std::move(members))
-    {}
+    explicit AllOf(Conditions members);
     [[nodiscard]] bool test(const PlaceRow &row) const override;
     [[nodiscard]] int cost() const override;
     [[nodiscard]] bool hasSource() const override;
@@ -67,7 +65,7 @@ public:
 private:
     [[nodiscard]] const Condition *sorted(const Order &order) const;
 
-    const Conditions m_members;
+    Conditions m_members; ///< What takes less to test comes first.
 };
 
 /// Passes where any member does; without members, never.

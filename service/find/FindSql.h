@@ -9,11 +9,13 @@ namespace placesd::find_sql
 // Along an order, ties by id in its direction.
 constexpr char BY_ID[] = "SELECT * FROM place ORDER BY id";
 constexpr char BY_ID_DOWN[] = "SELECT * FROM place ORDER BY id DESC";
-constexpr char BY_RELEVANCE[] = "SELECT * FROM place INDEXED BY place_by_relevance ORDER BY usage_count, last_used, id";
+constexpr char BY_RELEVANCE[] =
+    "SELECT id, name_key FROM place INDEXED BY place_by_relevance ORDER BY usage_count, last_used, id";
 constexpr char BY_RELEVANCE_DOWN[] =
-    "SELECT * FROM place INDEXED BY place_by_relevance ORDER BY usage_count DESC, last_used DESC, id DESC";
-constexpr char BY_NAME[] = "SELECT * FROM place INDEXED BY place_by_name ORDER BY sort_key, id";
-constexpr char BY_NAME_DOWN[] = "SELECT * FROM place INDEXED BY place_by_name ORDER BY sort_key DESC, id DESC";
+    "SELECT id, name_key FROM place INDEXED BY place_by_relevance ORDER BY usage_count DESC, last_used DESC, id DESC";
+constexpr char BY_NAME[] = "SELECT id, name_key FROM place INDEXED BY place_by_name ORDER BY sort_key, id";
+constexpr char BY_NAME_DOWN[] =
+    "SELECT id, name_key FROM place INDEXED BY place_by_name ORDER BY sort_key DESC, id DESC";
 constexpr char BY_USE[] = "SELECT * FROM place INDEXED BY place_by_use ORDER BY last_used, id";
 constexpr char BY_USE_DOWN[] = "SELECT * FROM place INDEXED BY place_by_use ORDER BY last_used DESC, id DESC";
 constexpr char BY_CREATION[] = "SELECT * FROM place INDEXED BY place_by_creation ORDER BY created, id";
@@ -30,7 +32,6 @@ constexpr char NOWHERE[] = "SELECT * FROM place INDEXED BY place_nowhere WHERE l
 constexpr char NOWHERE_DOWN[] = "SELECT * FROM place INDEXED BY place_nowhere WHERE latitude IS NULL ORDER BY id DESC";
 
 // From the index of a condition. Statements that end with ?LIMIT count no further than that.
-constexpr char OF_ID[] = "SELECT * FROM place WHERE id = ?1";
 constexpr char WITH_WORDS[] = "SELECT place.* FROM name_index CROSS JOIN place ON place.id = name_index.rowid"
                               " WHERE name_index MATCH ?1";
 constexpr char COUNT_WITH_WORDS[] = "SELECT count(*) FROM name_index WHERE name_index MATCH ?1";
@@ -51,12 +52,14 @@ constexpr char USED_BETWEEN_DOWN[] = "SELECT * FROM place INDEXED BY place_by_us
                                      " ORDER BY last_used DESC, id DESC";
 constexpr char COUNT_SOME_USED_BETWEEN[] = "SELECT count(*) FROM (SELECT 1 FROM place INDEXED BY place_by_use"
                                            " WHERE last_used BETWEEN ?1 AND ?2 LIMIT ?3)";
-constexpr char IN_BUCKET[] = "SELECT * FROM place INDEXED BY bucket_by_use WHERE mask & 1 ORDER BY last_used, id";
+constexpr char IN_BUCKET[] =
+    "SELECT id, name_key FROM place INDEXED BY bucket_by_use WHERE mask & 1 ORDER BY last_used, id";
 constexpr char IN_BUCKET_DOWN[] =
-    "SELECT * FROM place INDEXED BY bucket_by_use WHERE mask & 1 ORDER BY last_used DESC, id DESC";
-constexpr char FAVORITES[] = "SELECT * FROM place INDEXED BY favorite_by_name WHERE favorite ORDER BY sort_key, id";
+    "SELECT id, name_key FROM place INDEXED BY bucket_by_use WHERE mask & 1 ORDER BY last_used DESC, id DESC";
+constexpr char FAVORITES[] =
+    "SELECT id, name_key FROM place INDEXED BY favorite_by_name WHERE favorite ORDER BY sort_key, id";
 constexpr char FAVORITES_DOWN[] =
-    "SELECT * FROM place INDEXED BY favorite_by_name WHERE favorite ORDER BY sort_key DESC, id DESC";
+    "SELECT id, name_key FROM place INDEXED BY favorite_by_name WHERE favorite ORDER BY sort_key DESC, id DESC";
 /// Places with a property of this key whose value, as far as the index keeps it, is from ?2 on and before ?3.
 constexpr char WITH_PROPERTY[] = "SELECT place.* FROM property CROSS JOIN place ON place.id = property.place"
                                  " WHERE property.key = ?1 AND property.value >= ?2 AND property.value < ?3";

@@ -218,7 +218,7 @@ bool BucketCondition::hasSortedSource(const Order &order) const
 
 std::unique_ptr<RowSource> BucketCondition::sortedSource(Store &store, const Order &order) const
 {
-    return rowsOf(store, directed(order, sql::IN_BUCKET, sql::IN_BUCKET_DOWN));
+    return std::make_unique<NameSource>(store, directed(order, sql::IN_BUCKET, sql::IN_BUCKET_DOWN));
 }
 
 std::optional<qint64> BucketCondition::count(Store &store) const
@@ -226,24 +226,16 @@ std::optional<qint64> BucketCondition::count(Store &store) const
     return store.placeCount(PlacePrivate::InRecentBucket);
 }
 
-Condition::Source FavoriteCondition::source(Store &store, const Order &order, qint64 limit) const
-{
-    return {sortedSource(store, order), std::min(limit, *count(store))};
-}
-
 bool FavoriteCondition::hasSortedSource(const Order &order) const
 {
-    return order.first().by == Order::By::Name;
+    return order.first().by == Order::By::Name || FacetCondition::hasSortedSource(order);
 }
 
 std::unique_ptr<RowSource> FavoriteCondition::sortedSource(Store &store, const Order &order) const
 {
-    return rowsOf(store, directed(order, sql::FAVORITES, sql::FAVORITES_DOWN));
-}
-
-std::optional<qint64> FavoriteCondition::count(Store &store) const
-{
-    return store.facets().count(m_test.kind, m_test.text.term());
+    if (order.first().by != Order::By::Name)
+        return FacetCondition::sortedSource(store, order);
+    return std::make_unique<NameSource>(store, directed(order, sql::FAVORITES, sql::FAVORITES_DOWN));
 }
 
 bool SavedCondition::test(const PlaceRow &row) const

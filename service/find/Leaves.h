@@ -37,6 +37,7 @@ public:
         , m_to(to)
     {}
     [[nodiscard]] bool test(const PlaceRow &row) const override;
+    [[nodiscard]] int cost() const override { return 1; }
     [[nodiscard]] bool hasSource() const override { return true; }
     [[nodiscard]] Source source(Store &store, const Order &order, qint64 limit) const override;
     [[nodiscard]] bool hasSortedSource(const Order &order) const override;
@@ -55,6 +56,7 @@ public:
         : m_test(std::move(test))
     {}
     [[nodiscard]] bool test(const PlaceRow &row) const override { return row.passes(m_test); }
+    [[nodiscard]] int cost() const override { return 1; }
     [[nodiscard]] bool hasSource() const override;
     [[nodiscard]] Source source(Store &store, const Order &order, qint64 limit) const override;
     [[nodiscard]] bool hasSortedSource(const Order &order) const override;
@@ -87,6 +89,7 @@ class BucketCondition : public Condition
 {
 public:
     [[nodiscard]] bool test(const PlaceRow &row) const override;
+    [[nodiscard]] int cost() const override { return 1; }
     [[nodiscard]] bool hasSource() const override { return true; }
     [[nodiscard]] Source source(Store &store, const Order &order, qint64 limit) const override;
     [[nodiscard]] bool hasSortedSource(const Order &order) const override;
@@ -94,22 +97,13 @@ public:
     [[nodiscard]] std::optional<qint64> count(Store &store) const override;
 };
 
-/// The stored places that are favourites.
-class FavoriteCondition : public Condition
+/// By the tag of favourites, which has an index by name.
+class FavoriteCondition : public FacetCondition
 {
 public:
-    explicit FavoriteCondition(FacetTest test)
-        : m_test(std::move(test))
-    {}
-    [[nodiscard]] bool test(const PlaceRow &row) const override { return row.isStored() && row.passes(m_test); }
-    [[nodiscard]] bool hasSource() const override { return true; }
-    [[nodiscard]] Source source(Store &store, const Order &order, qint64 limit) const override;
+    using FacetCondition::FacetCondition;
     [[nodiscard]] bool hasSortedSource(const Order &order) const override;
     [[nodiscard]] std::unique_ptr<RowSource> sortedSource(Store &store, const Order &order) const override;
-    [[nodiscard]] std::optional<qint64> count(Store &store) const override;
-
-private:
-    const FacetTest m_test;
 };
 
 /// The stored places that were saved.
@@ -117,6 +111,7 @@ class SavedCondition : public Condition
 {
 public:
     [[nodiscard]] bool test(const PlaceRow &row) const override;
+    [[nodiscard]] int cost() const override { return 1; }
     [[nodiscard]] std::optional<qint64> count(Store &store) const override;
 };
 

@@ -2,8 +2,8 @@
 
 #include "find/RowSource.h"
 
-#include "find/FindSql.h"
 #include "model/PlaceId.h"
+#include "store/Sql.h"
 #include "store/SqlFunctions.h"
 #include "store/Store.h"
 
@@ -24,8 +24,19 @@ const PlaceRow *StatementSource::next()
     return !m_statement->isDone() && m_statement->executeStep() ? &m_row : nullptr;
 }
 
+NameSource::NameSource(Store &store, const char *sql)
+    : m_statement(store.statements().take(sql))
+    , m_row(store, *m_statement)
+{}
+
+const PlaceRow *NameSource::next()
+{
+    m_row.forget();
+    return !m_statement->isDone() && m_statement->executeStep() ? &m_row : nullptr;
+}
+
 IdSource::IdSource(Store &store, std::vector<qint64> ids)
-    : m_statement(store.statements().take(find_sql::OF_ID))
+    : m_statement(store.statements().take(sql::SELECT_ROW))
     , m_row(store, *m_statement)
     , m_ids(std::move(ids))
 {}

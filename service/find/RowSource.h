@@ -2,6 +2,7 @@
 #pragma once
 
 #include "find/Order.h"
+#include "store/LazyRow.h"
 #include "store/StoredRow.h"
 
 #include <QtCore/QVariant>
@@ -39,6 +40,20 @@ public:
 private:
     StatementPool::Lease m_statement;
     StoredRow m_row;
+};
+
+/// The rows of a statement that selects ids and keys of names, which are enough for many conditions. The rest of a row
+/// is fetched when it is asked for.
+class NameSource : public RowSource
+{
+public:
+    /// @param sql a named statement without parameters.
+    NameSource(Store &store, const char *sql);
+    const PlaceRow *next() override;
+
+private:
+    StatementPool::Lease m_statement;
+    LazyRow m_row;
 };
 
 /// Places by their ids; those that are not stored are left out.

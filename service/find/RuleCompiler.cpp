@@ -150,6 +150,8 @@ ConditionPtr RuleCompiler::facet(FacetKind kind, int op, const QString &text)
     if (!test.text.isUnderstood())
         return notUnderstood();
     test.numbers = m_store.facets().find(kind, test.text);
+    if (kind == FacetKind::Tag && op == SearchOperator::Equals && text == Tags::Favorite)
+        return std::make_unique<FavoriteCondition>(std::move(test));
     return std::make_unique<FacetCondition>(std::move(test));
 }
 
@@ -161,11 +163,11 @@ ConditionPtr RuleCompiler::part(FacetKind kind, const Rule &rule)
     return facet(kind, rule.op, rule.text);
 }
 
+/// Only what is stored is a favourite, whatever its tags are.
 ConditionPtr RuleCompiler::favorite()
 {
-    FacetTest test{FacetKind::Tag, TextTest(SearchOperator::Equals, Tags::Favorite), {}};
-    test.numbers = m_store.facets().find(test.kind, test.text);
-    return std::make_unique<FavoriteCondition>(std::move(test));
+    return std::make_unique<AllOf>(
+        list(facet(FacetKind::Tag, SearchOperator::Equals, Tags::Favorite), ConditionPtr(new StoredCondition)));
 }
 
 ConditionPtr RuleCompiler::property(const Rule *key, const Rule *value)

@@ -31,15 +31,16 @@ struct Scan
 {
     const char *up;
     const char *down;
+    bool givesNames; ///< Whether the statements select names only.
 };
 constexpr Scan SCANS[] = {
-    {sql::BY_ID, sql::BY_ID_DOWN},               // Id
-    {sql::BY_RELEVANCE, sql::BY_RELEVANCE_DOWN}, // Relevance
-    {sql::BY_NAME, sql::BY_NAME_DOWN},           // Name
-    {sql::BY_USE, sql::BY_USE_DOWN},             // LastUse
-    {sql::BY_CREATION, sql::BY_CREATION_DOWN},   // Creation
-    {sql::BY_UPDATE, sql::BY_UPDATE_DOWN},       // Update
-    {sql::BY_COUNT, sql::BY_COUNT_DOWN},         // UsageCount
+    {sql::BY_ID, sql::BY_ID_DOWN, false},              // Id
+    {sql::BY_RELEVANCE, sql::BY_RELEVANCE_DOWN, true}, // Relevance
+    {sql::BY_NAME, sql::BY_NAME_DOWN, true},           // Name
+    {sql::BY_USE, sql::BY_USE_DOWN, false},            // LastUse
+    {sql::BY_CREATION, sql::BY_CREATION_DOWN, false},  // Creation
+    {sql::BY_UPDATE, sql::BY_UPDATE_DOWN, false},      // Update
+    {sql::BY_COUNT, sql::BY_COUNT_DOWN, false},        // UsageCount
 };
 
 } // namespace
@@ -49,7 +50,10 @@ std::unique_ptr<RowSource> StoredSearch::alongOrder()
     const Order::Criterion &first = m_order.first();
     if (first.by != Order::By::Distance) {
         const Scan &scan = SCANS[static_cast<std::size_t>(first.by)];
-        return std::make_unique<StatementSource>(m_store, first.isDescending ? scan.down : scan.up);
+        const char *statement = first.isDescending ? scan.down : scan.up;
+        if (scan.givesNames)
+            return std::make_unique<NameSource>(m_store, statement);
+        return std::make_unique<StatementSource>(m_store, statement);
     }
     const Coordinates start = first.isDescending ? antipodeOf(first.centre) : first.centre;
     std::vector<std::unique_ptr<RowSource>> sources;

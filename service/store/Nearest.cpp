@@ -28,33 +28,44 @@ class Walk
 {
 public:
     explicit Walk(const Coordinates &centre)
-        : m_centre(centre)
+        : m_latitude(centre.latitude())
+        , m_longitude(centre.longitude())
         , m_sine(std::sin(qDegreesToRadians(centre.latitude())))
         , m_cosine(std::cos(qDegreesToRadians(centre.latitude())))
     {}
 
-    /// Metres from the centre to the nearest point of a box; NaN when a corner is. West is at most east.
-    double distanceTo(double south, double north, double west, double east)
+    /// How far the nearest point of a box is from the centre, as the haversine of the angle: it grows with the distance
+    /// and takes no inverse function. NaN when a corner is. West is at most east.
+    [[nodiscard]] double haversineTo(double south, double north, double west, double east) const
     {
+        // The box of a position is no larger than what rounding makes it.
+        if (north - south < POINT_SIZE && east - west < POINT_SIZE)
+            return haversineTo((south + north) / 2, m_longitude - (west + east) / 2);
         const double width = east - west;
-        double fromWest = std::remainder(m_centre.longitude() - west, 360);
+        double fromWest = std::remainder(m_longitude - west, 360);
         if (fromWest < 0)
             fromWest += 360;
-        if (fromWest <= width) {
-            m_nearest.setLongitude(m_centre.longitude());
-            // In a damaged table south may be above north.
-            m_nearest.setLatitude(std::max(south, std::min(m_centre.latitude(), north)));
-        } else {
-            // At any latitude the distance grows with the difference of longitude, so the nearer edge is enough.
-            const bool isWestNearer = 360 - fromWest < fromWest - width;
-            const double difference = isWestNearer ? 360 - fromWest : fromWest - width;
-            m_nearest.setLongitude(isWestNearer ? west : east);
-            m_nearest.setLatitude(nearestLatitude(qDegreesToRadians(difference), south, north));
-        }
-        return Utilities::calculateDistanceInMeter(m_centre, m_nearest);
+        // In a damaged table south may be above north.
+        if (fromWest <= width)
+            return haversineTo(std::max(south, std::min(m_latitude, north)), 0);
+        // At any latitude the distance grows with the difference of longitude, so the nearer edge is enough.
+        const double difference = std::min(360 - fromWest, fromWest - width);
+        return haversineTo(nearestLatitude(qDegreesToRadians(difference), south, north), difference);
     }
 
 private:
+    static constexpr double POINT_SIZE = 1e-4; // degrees; 32-bit floats are 1.5e-5 apart at most
+
+    [[nodiscard]] double haversineTo(double latitude, double longitudes) const
+    {
+        const auto haversine = [](double degrees) {
+            const double sine = std::sin(qDegreesToRadians(degrees) / 2);
+            return sine * sine;
+        };
+        return haversine(latitude - m_latitude)
+               + m_cosine * std::cos(qDegreesToRadians(latitude)) * haversine(longitudes);
+    }
+
     /// Latitude of the nearest point between two latitudes of a meridian. By the spherical law of cosines, with the
     /// centre's latitude c and the difference of longitude l, the distance d to the latitude p is
     ///     cos d = sin c sin p + cos c cos p cos l = A cos(p - q),  q = atan2(sin c, cos c cos l),  A >= 0.
@@ -67,10 +78,10 @@ private:
         return closeness(south) > closeness(north) ? south : north;
     }
 
-    const Coordinates m_centre;
+    const double m_latitude;
+    const double m_longitude;
     const double m_sine;
     const double m_cosine;
-    Coordinates m_nearest; // kept, so that no cell costs an allocation
 };
 
 void deleteWalk(void *walk)
@@ -89,10 +100,10 @@ int scoreCell(sqlite3_rtree_query_info *cell)
         cell->xDelUser = deleteWalk;
     }
     const double *box = cell->aCoord;
-    const double distance = static_cast<Walk *>(cell->pUser)->distanceTo(box[0], box[1], box[2], box[3]);
+    const double score = static_cast<Walk *>(cell->pUser)->haversineTo(box[0], box[1], box[2], box[3]);
     cell->eWithin = FULLY_WITHIN;
     // Never less than the parent's, and never NaN where the box of a damaged table is.
-    cell->rScore = distance > cell->rParentScore ? distance : cell->rParentScore;
+    cell->rScore = score > cell->rParentScore ? score : cell->rParentScore;
     return SQLITE_OK;
 }
 

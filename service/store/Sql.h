@@ -24,16 +24,17 @@ CREATE TABLE place(
     longitude   REAL,
     facets      BLOB    NOT NULL                -- numbers of the facets, packed
 );
--- Each index ends with the id, so that it serves an order together with its ties, in both directions.
+-- Each index ends with the id, so that it serves an order together with its ties, in both directions. Along some of
+-- them names are looked for, and so they hold the names.
 CREATE INDEX place_by_key       ON place(name_key);
-CREATE INDEX place_by_name      ON place(sort_key);
-CREATE INDEX place_by_relevance ON place(usage_count, last_used);
+CREATE INDEX place_by_name      ON place(sort_key, id, name_key);
+CREATE INDEX place_by_relevance ON place(usage_count, last_used, id, name_key);
 CREATE INDEX place_by_count     ON place(usage_count);
 CREATE INDEX place_by_use       ON place(last_used);
 CREATE INDEX place_by_creation  ON place(created);
 CREATE INDEX place_by_update    ON place(updated);
-CREATE INDEX bucket_by_use      ON place(last_used) WHERE mask & 1;
-CREATE INDEX favorite_by_name   ON place(sort_key) WHERE favorite;
+CREATE INDEX bucket_by_use      ON place(last_used, id, name_key) WHERE mask & 1;
+CREATE INDEX favorite_by_name   ON place(sort_key, id, name_key) WHERE favorite;
 CREATE INDEX place_nowhere      ON place(latitude) WHERE latitude IS NULL;
 
 CREATE TABLE record(
