@@ -3,6 +3,7 @@
 #include "find/Candidates.h"
 
 #include "find/Leaves.h"
+#include "model/InternalTags.h"
 #include "model/PlaceId.h"
 #include "model/PlacePrivate.h"
 #include "store/IndexEntries.h"
@@ -20,25 +21,28 @@ namespace
 
 /// Ids from here on are those of candidates: behind every stored place.
 constexpr qint64 FIRST_CANDIDATE = qint64{1} << 62;
-
-/// What a candidate is known by when it is found twice; empty when nothing tells.
-QString sourceOf(const Place &place)
-{
-    const auto &records = PlacePrivate::privateFromPublic(&place)->auxiliaryData();
-    if (records.isEmpty() || records.first().externalId().isEmpty())
-        return {};
-    const AuxiliaryData &record = records.first();
-    return QStringList{record.type(), keyOf(record.provider()), record.externalId()}.join(QLatin1Char('\n'));
-}
+constexpr qint64 NONE = PlaceId::UNDEFINED_PERSISTED_ID;
 
 } // namespace
 
 CandidateRow::CandidateRow(FoundPlace place, qint64 id)
     : m_place(std::move(place))
     , m_id(id)
-    , m_nameKey(searchKey(m_place->name()).toStdString())
-    , m_sortKey(placesd::sortKey(m_place->name()).toStdString())
 {}
+
+std::string_view CandidateRow::nameKey() const
+{
+    if (!m_nameKey)
+        m_nameKey = searchKey(m_place->name()).toStdString();
+    return *m_nameKey;
+}
+
+std::string_view CandidateRow::sortKey() const
+{
+    if (!m_sortKey)
+        m_sortKey = placesd::sortKey(m_place->name()).toStdString();
+    return *m_sortKey;
+}
 
 Coordinates CandidateRow::position() const
 {
@@ -67,19 +71,39 @@ bool CandidateRow::passes(const PropertyTest &test) const
     return test(PlacePrivate::privateFromPublic(m_place.get())->auxiliaryData());
 }
 
-void Candidates::add(int source, const FoundPlace &place)
+void Candidates::add(int source, const std::vector<FoundPlace> &places)
 {
-    const QString known = sourceOf(*place);
-    qint64 id = m_store.storedIdOf(*place);
-    if (id == PlaceId::UNDEFINED_PERSISTED_ID)
-        id = m_known.value(known, PlaceId::UNDEFINED_PERSISTED_ID);
-    if (id == PlaceId::UNDEFINED_PERSISTED_ID) {
+    for (const FoundPlace &place : places)
+        add(source, place, places.size());
+}
+
+void Candidates::add(int source, const FoundPlace &place, std::size_t expected)
+{
+    const auto &records = PlacePrivate::privateFromPublic(place.get())->auxiliaryData();
+    const QString key = records.isEmpty() ? QString() : originKey(records.first());
+    qint64 id = storedIdOf(place, key, expected);
+    if (id == NONE)
+        id = m_known.value(key, NONE);
+    if (id == NONE) {
         id = FIRST_CANDIDATE + static_cast<qint64>(m_rows.size());
         m_rows.emplace_back(place, id);
     }
-    if (!known.isEmpty())
-        m_known.insert(known, id);
+    if (!key.isEmpty())
+        m_known.insert(key, id);
     m_found[source].insert(id);
+}
+
+/// Where fewer places of the type are stored than candidates are expected, one statement fetches them all.
+qint64 Candidates::storedIdOf(const FoundPlace &place, const QString &key, std::size_t expected)
+{
+    const PlacePrivate &data = *PlacePrivate::privateFromPublic(place.get());
+    if (key.isEmpty() || data.hasTag(QLatin1String(InternalTags::Suggestion)))
+        return NONE;
+    const QString type = data.auxiliaryData().first().type();
+    auto stored = m_stored.find(type);
+    if (stored == m_stored.end())
+        stored = m_stored.emplace(type, m_store.storedOrigins(type, static_cast<qint64>(expected))).first;
+    return stored->second ? stored->second->value(key, NONE) : m_store.storedIdOf(*place);
 }
 
 const CandidateRow *Candidates::row(qint64 id) const

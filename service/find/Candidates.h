@@ -8,6 +8,7 @@
 
 #include <deque>
 #include <map>
+#include <optional>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -27,8 +28,8 @@ public:
 
     [[nodiscard]] qint64 id() const override { return m_id; }
     [[nodiscard]] bool isStored() const override { return false; }
-    [[nodiscard]] std::string_view nameKey() const override { return m_nameKey; }
-    [[nodiscard]] std::string_view sortKey() const override { return m_sortKey; }
+    [[nodiscard]] std::string_view nameKey() const override;
+    [[nodiscard]] std::string_view sortKey() const override;
     [[nodiscard]] int persistenceMask() const override { return 0; }
     [[nodiscard]] qint64 usageCount() const override { return 0; }
     [[nodiscard]] qint64 lastUsedTime() const override { return 0; }
@@ -41,8 +42,9 @@ public:
 private:
     const FoundPlace m_place;
     const qint64 m_id;
-    const std::string m_nameKey;
-    const std::string m_sortKey;
+    // Made when they are asked for.
+    mutable std::optional<std::string> m_nameKey;
+    mutable std::optional<std::string> m_sortKey;
 };
 
 /// What the sources gave for the leaves of a rule. A candidate that is stored is that stored place; any other gets an
@@ -55,7 +57,7 @@ public:
     {}
 
     /// Adds what a source gave for a leaf.
-    void add(int source, const FoundPlace &place);
+    void add(int source, const std::vector<FoundPlace> &places);
     [[nodiscard]] const std::deque<CandidateRow> &rows() const { return m_rows; }
     /// The candidate of an id; null for a stored place.
     [[nodiscard]] const CandidateRow *row(qint64 id) const;
@@ -66,9 +68,15 @@ public:
     [[nodiscard]] std::vector<qint64> storedIds(int source) const;
 
 private:
+    /// The id of the stored place that a candidate is; -1 for none.
+    qint64 storedIdOf(const FoundPlace &place, const QString &key, std::size_t expected);
+    void add(int source, const FoundPlace &place, std::size_t expected);
+
     Store &m_store;
     std::deque<CandidateRow> m_rows;
     QHash<QString, qint64> m_known; ///< Ids by what a place is known by at its source.
+    /// The stored places of a type, where they are few, by the same.
+    std::map<QString, std::optional<QHash<QString, qint64>>> m_stored;
     std::map<int, std::unordered_set<qint64>> m_found;
 };
 

@@ -13,17 +13,6 @@ namespace placesd
 
 using vela::platform::places::PlacePrivate;
 
-namespace
-{
-
-int totalCost(const Conditions &members)
-{
-    return std::accumulate(members.begin(), members.end(), 0,
-                           [](int sum, const ConditionPtr &member) { return sum + member->cost(); });
-}
-
-} // namespace
-
 Condition::Source Condition::source(Store &, const Order &, qint64) const
 {
     return {};
@@ -59,9 +48,10 @@ bool AllOf::test(const PlaceRow &row) const
                        [&row](const ConditionPtr &member) { return member->test(row); });
 }
 
+/// Most places do not pass the first test.
 int AllOf::cost() const
 {
-    return totalCost(m_members);
+    return m_members.empty() ? 0 : m_members.front()->cost();
 }
 
 bool AllOf::hasSource() const
@@ -130,7 +120,8 @@ bool AnyOf::test(const PlaceRow &row) const
 
 int AnyOf::cost() const
 {
-    return totalCost(m_members);
+    return std::accumulate(m_members.begin(), m_members.end(), 0,
+                           [](int sum, const ConditionPtr &member) { return sum + member->cost(); });
 }
 
 bool AnyOf::hasSource() const

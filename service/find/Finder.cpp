@@ -170,10 +170,8 @@ std::vector<FoundPlace> Finder::localPlaces(const Rule &leaf, ReturnCode &code)
 Finder::ReturnCode Finder::fetchLocal(const Rule &rule)
 {
     ReturnCode code = ReturnCode::Success;
-    if (rule.source != Rule::NO_SOURCE) {
-        for (const FoundPlace &place : localPlaces(rule, code))
-            m_candidates->add(rule.source, place);
-    }
+    if (rule.source != Rule::NO_SOURCE)
+        m_candidates->add(rule.source, localPlaces(rule, code));
     for (const Rule &member : rule.members) {
         if (code == ReturnCode::Success)
             code = fetchLocal(member);
@@ -289,8 +287,7 @@ Finder::ReturnCode Finder::fetch(int batch, int size)
         ask.search.position = batch * size;
         ask.search.count = size;
         const ProvidersAnswer answer = m_from.providers.search(ask.search);
-        for (const FoundPlace &place : answer.places)
-            m_candidates->add(ask.source, place);
+        m_candidates->add(ask.source, answer.places);
         m_hasMoreBatches = m_hasMoreBatches || answer.hasMore;
         hasAnswer = hasAnswer || answer.code == ReturnCode::Success;
         if (failure == ReturnCode::Success)

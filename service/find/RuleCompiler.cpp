@@ -140,7 +140,7 @@ ConditionPtr RuleCompiler::sourceLeaf(const Rule &rule)
                               ? facet(FacetKind::Type, SearchOperator::Equals, AuxiliaryData::TypeContact)
                               : facet(FacetKind::Quality, SearchOperator::Equals, QLatin1String(ROOM));
     ConditionPtr stored = std::make_unique<AllOf>(
-        list(std::move(ofKind), name(SearchOperator::Contains, rule.text), ConditionPtr(new StoredCondition)));
+        list(ConditionPtr(new StoredCondition), name(SearchOperator::Contains, rule.text), std::move(ofKind)));
     return std::make_unique<AnyOf>(list(std::move(stored), std::move(found)));
 }
 

@@ -52,6 +52,17 @@ QString keyOf(const Provider &provider)
     return provider.isValid() ? provider.name() + QLatin1Char(' ') + provider.url().toString() : QString();
 }
 
+QString originKey(const QString &type, const QString &provider, const QString &externalId)
+{
+    return type + QLatin1Char('\n') + provider + QLatin1Char('\n') + externalId;
+}
+
+QString originKey(const AuxiliaryData &record)
+{
+    return record.externalId().isEmpty() ? QString()
+                                         : originKey(record.type(), keyOf(record.provider()), record.externalId());
+}
+
 IndexEntries IndexEntries::of(const PlacePrivate &place)
 {
     IndexEntries entries;

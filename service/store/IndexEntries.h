@@ -9,6 +9,7 @@
 
 namespace vela::platform::places
 {
+class AuxiliaryData;
 class PlacePrivate;
 class Provider;
 } // namespace vela::platform::places
@@ -46,5 +47,9 @@ QString propertyPrefix(const QString &value);
 
 /// Name and URL of a provider, which identify it; empty for none.
 QString keyOf(const vela::platform::places::Provider &provider);
+
+/// What a record is known by among all sources; empty for one without an external id.
+QString originKey(const vela::platform::places::AuxiliaryData &record);
+QString originKey(const QString &type, const QString &provider, const QString &externalId);
 
 } // namespace placesd

@@ -33,8 +33,8 @@ CREATE INDEX place_by_count     ON place(usage_count);
 CREATE INDEX place_by_use       ON place(last_used);
 CREATE INDEX place_by_creation  ON place(created);
 CREATE INDEX place_by_update    ON place(updated);
-CREATE INDEX bucket_by_use      ON place(last_used, id, name_key) WHERE mask & 1;
-CREATE INDEX favorite_by_name   ON place(sort_key, id, name_key) WHERE favorite;
+CREATE INDEX bucket_by_use      ON place(last_used, id, name_key, mask) WHERE mask & 1;
+CREATE INDEX favorite_by_name   ON place(sort_key, id, name_key, favorite) WHERE favorite;
 CREATE INDEX place_nowhere      ON place(latitude) WHERE latitude IS NULL;
 
 CREATE TABLE record(
@@ -70,11 +70,11 @@ CREATE TABLE property(
 ) WITHOUT ROWID;
 
 CREATE TABLE origin(                            -- what a record is known by at its source
-    external_id TEXT    NOT NULL,
     type        TEXT    NOT NULL,
+    external_id TEXT    NOT NULL,
     provider    TEXT    NOT NULL,               -- name and URL
     place       INTEGER NOT NULL,
-    PRIMARY KEY(external_id, type, provider, place)
+    PRIMARY KEY(type, external_id, provider, place)
 ) WITHOUT ROWID;
 
 CREATE TABLE search_term(
@@ -173,6 +173,7 @@ constexpr char SELECT_BY_EXTERNAL_ID[] =
     "SELECT min(place) FROM origin WHERE external_id = ?1 AND type = ?2 HAVING count(*) > 0";
 constexpr char SELECT_BY_SOURCE[] =
     "SELECT place FROM origin WHERE external_id = ?1 AND type = ?2 AND provider = ?3 ORDER BY place LIMIT 1";
+constexpr char SELECT_ORIGINS[] = "SELECT provider, external_id, place FROM origin WHERE type = ?1 ORDER BY place DESC";
 
 // Search terms.
 constexpr char REMEMBER_TERM[] = "INSERT OR REPLACE INTO search_term(term, key, used)"

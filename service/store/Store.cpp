@@ -18,7 +18,6 @@
 #include "store/StoredRow.h"
 #include "store/TextKeys.h"
 
-#include <QtCore/QHash>
 #include <QtCore/QSet>
 
 #include <algorithm>
@@ -374,6 +373,23 @@ qint64 Store::storedIdOf(const Place &candidate)
     const auto row = m_statements.take(sql::SELECT_BY_SOURCE);
     bindAll(*row, {record.externalId(), record.type(), keyOf(record.provider())}, 1);
     return row->executeStep() ? row->getColumn(0).getInt64() : NO_ID;
+}
+
+std::optional<QHash<QString, qint64>> Store::storedOrigins(const QString &type, qint64 most)
+{
+    QHash<QString, qint64> places;
+    const qint64 count = m_facets.count(FacetKind::Type, utf8(type));
+    if (count > most)
+        return {};
+    if (count == 0)
+        return places;
+    const auto row = m_statements.take(sql::SELECT_ORIGINS);
+    bindAll(*row, {type}, 1);
+    const auto text = [&row](int column) { return QString::fromStdString(row->getColumn(column).getString()); };
+    // Of several places with the same record the oldest one is it, and comes last.
+    while (row->executeStep())
+        places.insert(originKey(type, text(0), text(1)), row->getColumn(2).getInt64());
+    return places;
 }
 
 qint64 Store::idOf(const QString &externalId, const QString &type)

@@ -9,6 +9,7 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <vela/system/SecurityPerimeter.h>
 
+#include <QtCore/QHash>
 #include <QtCore/QStringList>
 #include <QtCore/QVariant>
 
@@ -87,6 +88,9 @@ public:
 
     /// The stored place that a candidate is; -1 for none. A suggestion is none, whatever it leads to.
     qint64 storedIdOf(const vela::platform::places::Place &candidate);
+    /// The stored places of a type by the keys of their records, see originKey(); unset when there are more than
+    /// `most`.
+    std::optional<QHash<QString, qint64>> storedOrigins(const QString &type, qint64 most);
     /// The id of the stored place that has a record of this type and external id; -1 when there is none.
     qint64 idOf(const QString &externalId, const QString &type);
 
