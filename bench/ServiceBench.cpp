@@ -1,6 +1,8 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
+#include "service/OneProcessor.h"
 #include "service/Report.h"
+#include "service/Rounds.h"
 #include "service/SourceFiles.h"
 
 #include <CLI/CLI.hpp>
@@ -24,29 +26,59 @@ constexpr int CONTACTS = 500;
 /// Smallest store that growth is measured from: below it, what is the same for every store counts for too much.
 constexpr int GROWTH_FROM = 138000;
 
-void run(const std::vector<int> &counts, bool withPostgres, bool asMarkdown)
+/// What the services find beside the stored places.
+struct SourceFolder
 {
-    const QString stores = QStringLiteral(STORES);
-    QDir().mkpath(stores);
-    const QTemporaryDir sources;
-    const QString gazetteer = sources.filePath(QStringLiteral("gazetteer.geojson"));
-    const QString contacts = sources.filePath(QStringLiteral("contacts"));
-    writeGazetteer(gazetteer, GAZETTEER_PLACES);
-    writeContacts(contacts, CONTACTS);
-
-    std::vector<AskedStore> asked;
-    for (const int count : counts) {
-        auto served = std::make_unique<ServedStore>(makeStore(stores, count), gazetteer, contacts);
-        auto questions = std::make_unique<Questions>(*served);
-        asked.push_back({std::move(served), std::move(questions)});
+    SourceFolder()
+    {
+        writeGazetteer(gazetteer, GAZETTEER_PLACES);
+        writeContacts(contacts, CONTACTS);
     }
-    ask(asked);
-    for (std::size_t i = 0; i < asked.size(); ++i) {
-        OtherMedians other;
+
+    const QTemporaryDir folder;
+    const QString gazetteer = folder.filePath(QStringLiteral("gazetteer.geojson"));
+    const QString contacts = folder.filePath(QStringLiteral("contacts"));
+};
+
+std::vector<AskedStore> makeStores(const std::vector<int> &counts)
+{
+    const QString folder = QStringLiteral(STORES);
+    QDir().mkpath(folder);
+    std::vector<AskedStore> stores;
+    for (const int count : counts)
+        stores.push_back({makeStore(folder, count)});
+    return stores;
+}
+
+void askQuestions(std::vector<AskedStore> &stores, const SourceFolder &sources, bool withPostgres)
+{
+    const OneProcessor oneProcessor;
+    for (AskedStore &store : stores) {
+        store.served = std::make_unique<ServedStore>(store.made, sources.gazetteer, sources.contacts);
+        store.questions = std::make_unique<Questions>(*store.served);
+    }
+    ask(stores);
+    for (AskedStore &store : stores) {
         if (withPostgres)
-            other = Postgres(counts[i]).medians(asked[i].questions->all());
-        const bool growsFrom = i > 0 && counts[i - 1] >= GROWTH_FROM;
-        printReport(asked[i], growsFrom ? &asked[i - 1] : nullptr, other, asMarkdown);
+            store.other = Postgres(store.made.places).medians(store.questions->all());
+    }
+}
+
+/// Uses a new service, which may run on all processors.
+void measureReaders(AskedStore &store, const SourceFolder &sources)
+{
+    const ServedStore served(store.made, sources.gazetteer, sources.contacts);
+    served.select();
+    store.readersAlone = readConcurrently(store.made.places, false);
+    store.readersBesideWriter = readConcurrently(store.made.places, true);
+}
+
+void print(const std::vector<AskedStore> &stores, bool asMarkdown)
+{
+    const AskedStore *smaller = nullptr;
+    for (const AskedStore &store : stores) {
+        printReport(store, smaller, asMarkdown);
+        smaller = store.made.places >= GROWTH_FROM ? &store : nullptr;
     }
 }
 
@@ -69,6 +101,11 @@ int main(int argc, char **argv)
     app.add_flag("--markdown", asMarkdown, "Print the tables as Markdown");
     CLI11_PARSE(app, argc, argv);
     std::sort(counts.begin(), counts.end());
-    run(counts, withPostgres, asMarkdown);
+    std::vector<AskedStore> stores = makeStores(counts);
+    const SourceFolder sources;
+    askQuestions(stores, sources, withPostgres);
+    for (AskedStore &store : stores)
+        measureReaders(store, sources);
+    print(stores, asMarkdown);
     return EXIT_SUCCESS;
 }

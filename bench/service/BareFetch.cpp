@@ -22,10 +22,9 @@ std::string framed(const std::string &message)
     return std::string(reinterpret_cast<const char *>(&length), sizeof length) + message;
 }
 
-/// Starts a server that can be reached in the folder of channels as it was before.
-std::unique_ptr<FixedServer> serverBesideService(const std::string &reply)
+/// Starts a server whose channel is beside the others of a folder; that folder stays the selected one.
+std::unique_ptr<FixedServer> serverIn(const std::string &folder, const std::string &reply)
 {
-    const std::string folder = std::getenv("VELA_CHANNEL_DIR");
     auto server = std::make_unique<FixedServer>(framed(reply));
     ::setenv("VELA_CHANNEL_DIR", folder.c_str(), 1);
     if (::symlink(server->address().sun_path, (folder + "/" + CHANNEL).c_str()) != 0)
@@ -35,11 +34,10 @@ std::unique_ptr<FixedServer> serverBesideService(const std::string &reply)
 
 } // namespace
 
-BareFetch::BareFetch(std::string request, const std::string &reply)
+BareFetch::BareFetch(std::string request, const std::string &reply, const std::string &folder)
     : m_request(std::move(request))
-    , m_server(serverBesideService(reply))
-    , m_database(std::string(std::getenv("VELA_CHANNEL_DIR")) + "/bare.db",
-                 SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE)
+    , m_server(serverIn(folder, reply))
+    , m_database(folder + "/bare.db", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE)
 {
     m_database.exec("CREATE TABLE bare(id INTEGER PRIMARY KEY, record BLOB)");
     SQLite::Transaction transaction(m_database);
@@ -70,7 +68,7 @@ bool BareFetch::readRow(std::int64_t number)
 {
     m_row->reset();
     m_row->bind(1, 1 + number % ROWS);
-    return m_row->executeStep() && m_row->getColumn(0).getString().size() > 0;
+    return m_row->executeStep() && !m_row->getColumn(0).getString().empty();
 }
 
 } // namespace bench

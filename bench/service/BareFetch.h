@@ -17,7 +17,8 @@ class BareFetch
 public:
     /// @param request what asks for the place.
     /// @param reply what the service answers.
-    BareFetch(std::string request, const std::string &reply);
+    /// @param folder the selected folder of channels, which takes the server's and the table.
+    BareFetch(std::string request, const std::string &reply, const std::string &folder);
 
     /// Both false on a failure.
     bool exchange();

@@ -38,7 +38,7 @@ constexpr std::uint64_t OWN_TAG_COUNT = 300;
 constexpr std::uint64_t OTHER_OWNERS = 20;
 
 constexpr quint64 NOW = 1767225600; ///< When the last place was used, in seconds since 1970-01-01T00:00:00 UTC.
-constexpr quint64 YEAR = 365 * 24 * 3600;
+constexpr quint64 YEAR = quint64{365} * 24 * 3600;
 /// Most degrees between a place and its city.
 constexpr double CITY_RADIUS = 0.3;
 constexpr double LAST_LATITUDE = 89.9;

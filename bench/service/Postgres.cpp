@@ -18,7 +18,6 @@
 namespace bench
 {
 
-using vela::platform::places::Place;
 using vela::platform::places::PlacePrivate;
 
 namespace
@@ -64,7 +63,7 @@ QString serverPrograms()
 {
     const QDir versions(QStringLiteral("/usr/lib/postgresql"));
     for (const QString &version : versions.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name | QDir::Reversed)) {
-        const QString folder = versions.filePath(version) + QStringLiteral("/bin/");
+        QString folder = versions.filePath(version) + QStringLiteral("/bin/");
         if (QFile::exists(folder + QStringLiteral("pg_ctl")))
             return folder;
     }

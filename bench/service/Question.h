@@ -1,6 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cmath>
 #include <functional>
 #include <string>
 #include <vector>
@@ -26,7 +27,8 @@ struct Question
     std::string sql = {};
 };
 
-// Rows that others are measured against.
+// Baselines, which come first among the questions.
+constexpr std::size_t BASELINES = 3;
 constexpr char FETCH[] = "fetch by id";
 constexpr char BARE_CHANNEL[] = "bare channel exchange of the same sizes";
 constexpr char BARE_ROW[] = "bare SQLite row of the same size";
@@ -40,7 +42,8 @@ struct Answers
     /// The time that this share of the answers took at most; 0 without answers.
     [[nodiscard]] double quantile(double share) const
     {
-        return times.empty() ? 0 : times[static_cast<std::size_t>(share * static_cast<double>(times.size() - 1) + 0.5)];
+        const double last = static_cast<double>(times.size()) - 1;
+        return times.empty() ? 0 : times[static_cast<std::size_t>(std::lround(share * last))];
     }
     [[nodiscard]] double median() const { return quantile(0.5); }
 };

@@ -89,7 +89,7 @@ const ServedStore &selected(const ServedStore &store)
 Questions::Questions(const ServedStore &store)
     : m_places(selected(store).made().places)
     , m_maker(SEED)
-    , m_bare(requestFor(1), Placesd::exchange(requestFor(1)))
+    , m_bare(requestFor(1), Placesd::exchange(requestFor(1)), store.path("").toStdString())
     , m_stored(m_manager.getPlace(m_places / 2))
 {
     addFetches();

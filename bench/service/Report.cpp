@@ -2,7 +2,6 @@
 
 #include "Report.h"
 
-#include "ConcurrentReaders.h"
 #include "Table.h"
 
 #include <algorithm>
@@ -51,19 +50,19 @@ Table::Cells cells(const Question &question, const Answers &answers, double fetc
             above ? "above" : ""};
 }
 
-void printQuestions(const AskedStore &store, const AskedStore *smaller, const OtherMedians &other, bool asMarkdown)
+void printQuestions(const AskedStore &store, const AskedStore *smaller, bool asMarkdown)
 {
     Table::Cells head{"what", "median", "95 %", "asked", "found", "ratio", "limit", "growth", "limit", ""};
-    if (!other.empty())
+    if (!store.other.empty())
         head.push_back("PostgreSQL");
     Table table(std::move(head));
     const double fetch = answersTo(store, FETCH).median();
     const std::vector<Question> &questions = store.questions->all();
     for (std::size_t i = 0; i < questions.size(); ++i) {
         Table::Cells row = cells(questions[i], store.answers[i], fetch, smaller ? &smaller->answers[i] : nullptr);
-        const auto median = other.find(questions[i].name);
-        if (!other.empty())
-            row.push_back(median == other.end() ? "-" : timeText(median->second));
+        const auto median = store.other.find(questions[i].name);
+        if (!store.other.empty())
+            row.push_back(median == store.other.end() ? "-" : timeText(median->second));
         table.add(std::move(row));
     }
     table.print(asMarkdown);
@@ -71,7 +70,7 @@ void printQuestions(const AskedStore &store, const AskedStore *smaller, const Ot
 
 void printFigures(const AskedStore &store, bool asMarkdown)
 {
-    const MadeStore &made = store.served->made();
+    const MadeStore &made = store.made;
     const double bare = answersTo(store, BARE_CHANNEL).median() + answersTo(store, BARE_ROW).median();
     const double ratio = answersTo(store, FETCH).median() / bare;
     Table table({"what", "value", "limit", ""});
@@ -85,9 +84,8 @@ void printFigures(const AskedStore &store, bool asMarkdown)
 
 void printReaders(const AskedStore &store, bool asMarkdown)
 {
-    store.served->select();
-    const ReadersOutcome alone = readConcurrently(store.served->made().places, false);
-    const ReadersOutcome together = readConcurrently(store.served->made().places, true);
+    const ReadersOutcome &alone = store.readersAlone;
+    const ReadersOutcome &together = store.readersBesideWriter;
     Table table({"eight readers", "reads/s", "median", "95 %", "writes/s"});
     const auto add = [&table](const char *name, const ReadersOutcome &outcome) {
         table.add({name, numberText(outcome.readsPerSecond, 0), timeText(outcome.reads.median()),
@@ -103,10 +101,10 @@ void printReaders(const AskedStore &store, bool asMarkdown)
 
 } // namespace
 
-void printReport(const AskedStore &store, const AskedStore *smaller, const OtherMedians &other, bool asMarkdown)
+void printReport(const AskedStore &store, const AskedStore *smaller, bool asMarkdown)
 {
-    std::printf(asMarkdown ? "### %d places\n\n" : "== %d places\n\n", store.served->made().places);
-    printQuestions(store, smaller, other, asMarkdown);
+    std::printf(asMarkdown ? "### %d places\n\n" : "== %d places\n\n", store.made.places);
+    printQuestions(store, smaller, asMarkdown);
     printFigures(store, asMarkdown);
     printReaders(store, asMarkdown);
 }

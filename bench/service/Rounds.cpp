@@ -19,6 +19,8 @@ constexpr int BURST = 20;
 constexpr double BURST_TIME = 10e3; // microseconds
 /// Time after which a question is left out of the other rounds.
 constexpr double QUESTION_TIME = 15e6; // microseconds
+/// Questions between two times that the baselines are asked: every ratio depends on them.
+constexpr std::size_t BASELINE_INTERVAL = 8;
 
 void askOnce(const Question &question, Answers &answers)
 {
@@ -41,6 +43,20 @@ void askInRound(const Question &question, Answers &answers)
     }
 }
 
+void askRound(AskedStore &store)
+{
+    const std::vector<Question> &questions = store.questions->all();
+    const auto askRange = [&](std::size_t from, std::size_t to) {
+        for (std::size_t i = from; i < to; ++i)
+            askInRound(questions[i], store.answers[i]);
+    };
+    store.served->select();
+    for (std::size_t from = BASELINES; from < questions.size(); from += BASELINE_INTERVAL) {
+        askRange(0, BASELINES);
+        askRange(from, std::min(from + BASELINE_INTERVAL, questions.size()));
+    }
+}
+
 /// Asks every question once, before anything counts: caches fill, and sources are read.
 void warmUp(AskedStore &store)
 {
@@ -60,12 +76,8 @@ void ask(std::vector<AskedStore> &stores)
         warmUp(store);
     for (int round = 0; round < ROUNDS; ++round) {
         std::cerr << "\rround " << round + 1 << " of " << ROUNDS << std::flush;
-        for (AskedStore &store : stores) {
-            store.served->select();
-            const std::vector<Question> &questions = store.questions->all();
-            for (std::size_t i = 0; i < questions.size(); ++i)
-                askInRound(questions[i], store.answers[i]);
-        }
+        for (AskedStore &store : stores)
+            askRound(store);
     }
     std::cerr << "\n";
     for (AskedStore &store : stores) {
