@@ -89,6 +89,8 @@ private:
     using Operation = ReturnCode (Service::*)(Request &, Encoder &);
     struct Entry;
     static const Entry *entryOf(int type);
+    /// Says that a request takes a service that may wait. It is no answer.
+    static constexpr auto FOR_THE_PATIENT = static_cast<ReturnCode>(-1);
 
     ReturnCode perform(Request &request, Encoder &reply);
 
@@ -125,6 +127,8 @@ private:
     /// Whether a request may see or change a stored place.
     ReturnCode permitPlace(qint64 id, const Request &request);
     ReturnCode encodeStored(qint64 id, const Request &request, Encoder &reply);
+    /// Puts a stored record into a reply as it is.
+    static bool encodeRecord(Encoder &reply, const std::string &record);
     /// Changes a stored place in one transaction. When `change` fails nothing is stored.
     using Change = std::function<ReturnCode(Place &)>;
     ReturnCode change(qint64 id, const Request &request, const Change &change);

@@ -7,11 +7,9 @@
 #include "protocol/ProtocolTypes.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <optional>
 #include <system_error>
 
 #include <fcntl.h>
@@ -33,7 +31,6 @@ using orix_places_protocol::ReturnCode;
 namespace
 {
 
-constexpr std::size_t READ_SIZE = 64 * 1024;
 /// A client sends its request right after it connects; waiting this long for it saves a turn through epoll.
 constexpr int FIRST_REQUEST_WAIT_MS = 1;
 
@@ -42,221 +39,7 @@ constexpr int FIRST_REQUEST_WAIT_MS = 1;
     throw std::system_error(errno, std::generic_category(), what);
 }
 
-bool isTrusted(int socket)
-{
-    ucred peer = {};
-    socklen_t size = sizeof peer;
-    return ::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0
-           && (peer.uid == 0 || peer.uid == ::geteuid());
-}
-
 } // namespace
-
-/// One client. Its bytes are taken as they come; memory follows what has arrived, not what was announced.
-class Server::Connection
-{
-public:
-    enum class Wish
-    {
-        Read,
-        Write,
-        Turn,   ///< Others come first; there is more to do.
-        PassOn, ///< Somebody who may wait has to go on with it.
-        Close
-    };
-
-    Connection(Descriptor socket, bool external)
-        : m_socket(std::move(socket))
-        , m_caller{external, isTrusted(m_socket.get())}
-    {}
-
-    [[nodiscard]] int fd() const { return m_socket.get(); }
-    [[nodiscard]] Clock::time_point lastActivity() const { return m_lastActivity.load(); }
-    /// Ends the connection; whoever serves it sees the end of the stream.
-    void shutDown() { ::shutdown(fd(), SHUT_RDWR); }
-
-    /// How epoll is to be told that the connection is watched: the first time as a new one.
-    int watchOperation()
-    {
-        const int operation = std::exchange(m_isWatched, true) ? EPOLL_CTL_MOD : EPOLL_CTL_ADD;
-        m_turns.fetch_add(1, std::memory_order_release);
-        return operation;
-    }
-
-    /// What epoll is to watch for. A connection that waits for its turn can as a rule be written to, and so gets it
-    /// when those have had theirs that are before it.
-    static unsigned int eventsFor(Wish wish)
-    {
-        switch (wish) {
-        case Wish::Write:
-            return EPOLLOUT;
-        case Wish::Turn:
-            return EPOLLIN | EPOLLOUT;
-        default:
-            return EPOLLIN;
-        }
-    }
-
-    /// Reads, answers and writes as far as it goes without waiting, for a few requests at the most. Returns what it
-    /// waits for.
-    Wish advance(Service &service)
-    {
-        [[maybe_unused]] const unsigned int turns = m_turns.load(std::memory_order_acquire);
-        for (int steps = 0; steps < limits::REQUESTS_PER_TURN;) {
-            if (!flush())
-                return errno == EAGAIN ? Wish::Write : Wish::Close;
-            if (takeRequest(service)) {
-                ++steps;
-                continue;
-            }
-            if (m_deadline)
-                return Wish::PassOn;
-            if (const ssize_t received = receive(); received == 0 || (received < 0 && errno != EAGAIN))
-                return Wish::Close;
-            else if (received < 0)
-                return Wish::Read;
-        }
-        return flush() || errno == EAGAIN ? Wish::Turn : Wish::Close;
-    }
-
-    /// Answers the first request, whatever it is, with a code.
-    void refuse(ReturnCode code)
-    {
-        receive();
-        queueStatus(code);
-        flush();
-    }
-
-private:
-    ssize_t receive()
-    {
-        std::array<char, READ_SIZE> bytes; // NOLINT(cppcoreguidelines-pro-type-member-init): filled by recv
-        ssize_t received = 0;
-        do {
-            received = ::recv(fd(), bytes.data(), bytes.size(), MSG_DONTWAIT);
-        } while (received < 0 && errno == EINTR);
-        if (received > 0) {
-            m_incoming.erase(m_incoming.begin(), m_incoming.begin() + static_cast<std::ptrdiff_t>(m_taken));
-            m_taken = 0;
-            m_incoming.insert(m_incoming.end(), bytes.data(), bytes.data() + received);
-        }
-        return received;
-    }
-
-    /// Does the next thing with what has arrived; false when it takes more to have arrived.
-    bool takeRequest(Service &service)
-    {
-        if (m_toDiscard > 0)
-            return discard();
-        std::uint32_t length = 0;
-        if (arrived() < sizeof length)
-            return false;
-        std::memcpy(&length, next(), sizeof length);
-        if (length > limits::REQUEST_SIZE) {
-            consume(sizeof length);
-            m_toDiscard = length;
-            return true;
-        }
-        const std::size_t whole = sizeof length + length;
-        if (arrived() < whole)
-            return false;
-        // A request that was passed on has kept its time.
-        const Deadline deadline = m_deadline.value_or(Clock::now() + service.requestTime());
-        const auto reply = service.answer(next() + sizeof length, length, m_caller, deadline);
-        if (!reply) {
-            m_deadline = deadline;
-            return false;
-        }
-        m_deadline.reset();
-        m_lastActivity = Clock::now();
-        consume(whole);
-        queue(*reply);
-        return true;
-    }
-
-    /// Lets a request pass that is too long to be kept, and says so behind it.
-    bool discard()
-    {
-        const std::size_t passing = std::min<std::size_t>(m_toDiscard, arrived());
-        consume(passing);
-        m_toDiscard -= static_cast<std::uint32_t>(passing);
-        if (m_toDiscard > 0)
-            return false;
-        queueStatus(ReturnCode::LimitExceeded);
-        return true;
-    }
-
-    [[nodiscard]] std::size_t arrived() const { return m_incoming.size() - m_taken; }
-    [[nodiscard]] const char *next() const { return m_incoming.data() + m_taken; }
-
-    void consume(std::size_t count)
-    {
-        m_taken += count;
-        if (arrived() == 0) {
-            empty(m_incoming);
-            m_taken = 0;
-        }
-    }
-
-    /// A long message does not keep its memory for as long as the connection lasts.
-    static void empty(std::vector<char> &bytes)
-    {
-        bytes.clear();
-        if (bytes.capacity() > READ_SIZE)
-            bytes.shrink_to_fit();
-    }
-
-    void queueStatus(ReturnCode code)
-    {
-        orix_places_protocol::PlacesAPIEncoder reply;
-        reply.encode(static_cast<int>(code));
-        reply.encode(orix_places_protocol::REPLY_OFFSET);
-        queue(reply);
-    }
-
-    void queue(const orix_places_protocol::PlacesAPIEncoder &reply)
-    {
-        char *data = nullptr;
-        int length = 0;
-        reply.getData(data, length);
-        const auto size = static_cast<std::uint32_t>(length);
-        m_outgoing.resize(sizeof size + size);
-        std::memcpy(m_outgoing.data(), &size, sizeof size);
-        std::memcpy(m_outgoing.data() + sizeof size, data, size);
-        m_sent = 0;
-    }
-
-    /// True when everything is written; else errno says why not.
-    bool flush()
-    {
-        while (m_sent < m_outgoing.size()) {
-            const ssize_t sent =
-                ::send(fd(), m_outgoing.data() + m_sent, m_outgoing.size() - m_sent, MSG_DONTWAIT | MSG_NOSIGNAL);
-            if (sent < 0 && errno == EINTR)
-                continue;
-            if (sent < 0)
-                return false;
-            m_sent += static_cast<std::size_t>(sent);
-            m_lastActivity = Clock::now();
-        }
-        empty(m_outgoing);
-        m_sent = 0;
-        return true;
-    }
-
-    Descriptor m_socket;
-    const Caller m_caller;
-    std::vector<char> m_incoming;
-    std::size_t m_taken = 0; ///< How much of what has arrived is done with.
-    std::vector<char> m_outgoing;
-    std::size_t m_sent = 0;
-    std::uint32_t m_toDiscard = 0;
-    std::optional<Deadline> m_deadline; ///< Of the request that is passed on; unset when none is.
-    bool m_isWatched = false;
-    /// The thread that epoll wakes sees all that the one before has done; this says so to the language, too.
-    std::atomic<unsigned int> m_turns = 0;
-    std::atomic<Clock::time_point> m_lastActivity{Clock::now()};
-};
 
 Server::Server(std::vector<Listener> listeners, Settings settings)
     : m_listeners(std::move(listeners))

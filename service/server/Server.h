@@ -2,9 +2,8 @@
 #pragma once
 
 #include "Channel.h"
-#include "requests/Service.h"
+#include "server/Connection.h"
 
-#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <memory>
@@ -40,7 +39,6 @@ public:
     void dropIdleConnections();
 
 private:
-    class Connection;
     using Descriptor = vela::system::channel::Descriptor;
 
     void work(Service &service);

@@ -1,0 +1,35 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#pragma once
+
+#include "protocol/ProtocolTypes.h"
+
+#include <vela/system/SecurityPerimeter.h>
+
+#include <QtCore/QtGlobal>
+
+namespace vela::platform::places
+{
+class PlacePrivate;
+}
+
+/// What a place must be to be stored.
+namespace placesd
+{
+
+/// Seconds since 1970-01-01T00:00:00 UTC.
+quint64 now();
+
+/// Whether a place can be stored: Success, LimitExceeded or PlaceNotAcceptable.
+orix_places_protocol::ReturnCode accept(const vela::platform::places::PlacePrivate &place);
+
+/// Removes what is not stored with a place: records that are not persistable, and locations that say nothing. Such a
+/// location would be counted in the stored record but not written, and the record could not be read again.
+void dropWhatIsNotStored(vela::platform::places::PlacePrivate &place);
+
+/// Success when a request that names a perimeter may use a place of the perimeter `own`; else NotPermitted. The default
+/// perimeter names none.
+orix_places_protocol::ReturnCode permit(orix_places_protocol::Perimeter named,
+                                        vela::system::SecurityPerimeter::Type own);
+
+} // namespace placesd
