@@ -22,10 +22,12 @@ constexpr int REQUESTS_PER_TURN = 16;
 constexpr std::chrono::seconds CONNECTION_IDLE{60};
 /// Longest time from the arrival of a request to its answer.
 constexpr std::chrono::seconds REQUEST_TIME{20};
-/// Threads that answer requests from the store alone.
-constexpr int THREADS = 4;
-/// Threads for what may take long: providers, backup and restore.
-constexpr int WAITING_THREADS = 8;
+/// Threads that answer requests from the store alone, without writing to it.
+constexpr int FAST_THREADS = 4;
+/// Threads for slow requests: providers, backup and restore.
+constexpr int SLOW_THREADS = 8;
+/// Most requests that share one transaction.
+constexpr std::size_t WRITES_PER_COMMIT = 64;
 
 /// Deepest nesting of a search rule.
 constexpr int RULE_DEPTH = 16;

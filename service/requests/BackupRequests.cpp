@@ -7,13 +7,13 @@ namespace placesd
 
 using namespace orix_places_protocol;
 
-ReturnCode Service::backUp(Request &request, Encoder &)
+Service::Outcome Service::backUp(Request &request, Encoder &)
 {
     std::string path;
     return request.reader.readPath(path) ? m_shared.backups.backUp(path, request.deadline) : request.reader.problem();
 }
 
-ReturnCode Service::restore(Request &request, Encoder &)
+Service::Outcome Service::restore(Request &request, Encoder &)
 {
     std::string path;
     return request.reader.readPath(path) ? m_shared.backups.restore(path, request.deadline) : request.reader.problem();

@@ -9,7 +9,7 @@ namespace placesd
 
 using namespace orix_places_protocol;
 
-ReturnCode Service::findPlaces(Request &request, Encoder &reply)
+Service::Outcome Service::findPlaces(Request &request, Encoder &reply)
 {
     Query query;
     if (!request.reader.readQuery(query))
@@ -19,8 +19,8 @@ ReturnCode Service::findPlaces(Request &request, Encoder &reply)
     const int offset = query.offset;
     const PlaceSources sources{m_shared.providers, m_shared.contacts.get()};
     Finder finder(m_store, sources, std::move(query), request.caller.external, request.deadline);
-    if (finder.takesLong() && m_patience == Patience::AnswersAtOnce)
-        return FOR_THE_PATIENT;
+    if (finder.takesLong() && m_pool != Pool::Slow)
+        return Pool::Slow;
     Page page;
     if (const ReturnCode code = finder.find(page); code != ReturnCode::Success)
         return code;
@@ -49,22 +49,22 @@ ReturnCode Service::findPlaces(Request &request, Encoder &reply)
     return ReturnCode::Success;
 }
 
-ReturnCode Service::findPlacesSize(Request &request, Encoder &reply)
+Service::Outcome Service::findPlacesSize(Request &request, Encoder &reply)
 {
     Query query;
     if (!request.reader.readQuery(query))
         return request.reader.problem();
     const PlaceSources sources{m_shared.providers, m_shared.contacts.get()};
     Finder finder(m_store, sources, std::move(query), request.caller.external, request.deadline);
-    if (finder.takesLong() && m_patience == Patience::AnswersAtOnce)
-        return FOR_THE_PATIENT;
+    if (finder.takesLong() && m_pool != Pool::Slow)
+        return Pool::Slow;
     int count = 0;
     const ReturnCode code = finder.count(count);
     reply.encode(count);
     return code;
 }
 
-ReturnCode Service::getRecentSearchTerms(Request &request, Encoder &reply)
+Service::Outcome Service::getRecentSearchTerms(Request &request, Encoder &reply)
 {
     QString prefix;
     if (!request.reader.readTermPrefix(prefix))

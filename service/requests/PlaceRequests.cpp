@@ -15,7 +15,7 @@ using vela::platform::places::PlaceId;
 using vela::platform::places::PlacePrivate;
 namespace Tags = vela::platform::places::Tags;
 
-ReturnCode Service::addPlace(Request &request, Encoder &reply)
+Service::Outcome Service::addPlace(Request &request, Encoder &reply)
 {
     std::unique_ptr<Place> place;
     if (!request.reader.readPlace(place))
@@ -45,7 +45,7 @@ ReturnCode Service::addPlace(Request &request, Encoder &reply)
     return ReturnCode::Success;
 }
 
-ReturnCode Service::updatePlace(Request &request, Encoder &)
+Service::Outcome Service::updatePlace(Request &request, Encoder &)
 {
     std::unique_ptr<Place> place;
     if (!request.reader.readPlace(place))
@@ -69,7 +69,7 @@ ReturnCode Service::updatePlace(Request &request, Encoder &)
     });
 }
 
-ReturnCode Service::removePlace(Request &request, Encoder &)
+Service::Outcome Service::removePlace(Request &request, Encoder &)
 {
     qint64 id = -1;
     if (!request.reader.readId(id))
@@ -83,7 +83,7 @@ ReturnCode Service::removePlace(Request &request, Encoder &)
     return code;
 }
 
-ReturnCode Service::incrementUsage(Request &request, Encoder &)
+Service::Outcome Service::incrementUsage(Request &request, Encoder &)
 {
     qint64 id = -1;
     QString searchTerm;
@@ -99,7 +99,7 @@ ReturnCode Service::incrementUsage(Request &request, Encoder &)
     });
 }
 
-ReturnCode Service::unfav(Request &request, Encoder &reply)
+Service::Outcome Service::unfav(Request &request, Encoder &reply)
 {
     qint64 id = -1;
     if (!request.reader.readId(id))
@@ -115,13 +115,13 @@ ReturnCode Service::unfav(Request &request, Encoder &reply)
     });
 }
 
-ReturnCode Service::clearRecentlyPicked(Request &, Encoder &)
+Service::Outcome Service::clearRecentlyPicked(Request &, Encoder &)
 {
     m_store.write([this] { return m_store.clearRecentBucket(), true; });
     return ReturnCode::Success;
 }
 
-ReturnCode Service::getPlace(Request &request, Encoder &reply)
+Service::Outcome Service::getPlace(Request &request, Encoder &reply)
 {
     qint64 id = -1;
     QString externalId;
@@ -129,17 +129,18 @@ ReturnCode Service::getPlace(Request &request, Encoder &reply)
     QString searchTerm;
     if (!request.reader.readGetPlace(id, externalId, type, searchTerm))
         return request.reader.problem();
-    ReturnCode code = ReturnCode::Success;
-    if (id == PlaceId::UNDEFINED_PERSISTED_ID)
-        code = answerWith(externalId, type, Coordinates(), request, reply);
-    else
-        code = encodeStored(id, request, reply);
-    if (code == ReturnCode::Success && !searchTerm.isEmpty())
-        m_store.write([&] { return m_store.rememberTerm(searchTerm), true; });
-    return code;
+    const Outcome outcome = id == PlaceId::UNDEFINED_PERSISTED_ID
+                                ? answerWith(externalId, type, Coordinates(), request, reply)
+                                : encodeStored(id, request, reply);
+    if (outcome != Outcome(ReturnCode::Success) || searchTerm.isEmpty())
+        return outcome;
+    if (m_pool == Pool::Fast)
+        return Pool::Writer;
+    m_store.write([&] { return m_store.rememberTerm(searchTerm), true; });
+    return outcome;
 }
 
-ReturnCode Service::getHeader(Request &request, Encoder &reply)
+Service::Outcome Service::getHeader(Request &request, Encoder &reply)
 {
     std::unique_ptr<Place> place;
     if (!request.reader.readPlace(place))

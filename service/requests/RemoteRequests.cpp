@@ -44,18 +44,18 @@ PlaceIdentity identityFor(const PlaceProvider &provider, const AuxiliaryQuery &q
 
 } // namespace
 
-ReturnCode Service::getPlaceFromSuggestion(Request &request, Encoder &reply)
+Service::Outcome Service::getPlaceFromSuggestion(Request &request, Encoder &reply)
 {
     QString text;
     Coordinates centre;
     if (!request.reader.readSuggestion(text, centre))
         return request.reader.problem();
-    if (m_patience == Patience::AnswersAtOnce)
-        return FOR_THE_PATIENT;
+    if (m_pool != Pool::Slow)
+        return Pool::Slow;
     for (const QString &type : {AuxiliaryData::TypePointOfInterest, AuxiliaryData::TypeContact}) {
-        const ReturnCode code = answerWith(text, type, centre, request, reply);
-        if (code != ReturnCode::NoSuchPlace)
-            return code;
+        const Outcome outcome = answerWith(text, type, centre, request, reply);
+        if (outcome != Outcome(ReturnCode::NoSuchPlace))
+            return outcome;
     }
     // No id: what a provider would give first for such a text.
     ProviderSearch search;
@@ -66,7 +66,7 @@ ReturnCode Service::getPlaceFromSuggestion(Request &request, Encoder &reply)
     return answerWith(m_shared.providers.search(search), request, reply);
 }
 
-ReturnCode Service::getPlaceFromContact(Request &request, Encoder &reply)
+Service::Outcome Service::getPlaceFromContact(Request &request, Encoder &reply)
 {
     int account = 0;
     int contact = 0;
@@ -77,8 +77,8 @@ ReturnCode Service::getPlaceFromContact(Request &request, Encoder &reply)
     return answerWith(externalId, AuxiliaryData::TypeContact, Coordinates(), request, reply);
 }
 
-ReturnCode Service::answerWith(const QString &externalId, const QString &type, const Coordinates &centre,
-                               Request &request, Encoder &reply)
+Service::Outcome Service::answerWith(const QString &externalId, const QString &type, const Coordinates &centre,
+                                     Request &request, Encoder &reply)
 {
     if (externalId.isEmpty())
         return ReturnCode::NoSuchPlace;
@@ -88,16 +88,17 @@ ReturnCode Service::answerWith(const QString &externalId, const QString &type, c
         return request.caller.external ? ReturnCode::NoSuchPlace : answerWithContact(externalId, request, reply);
     if (m_shared.providers.isEmpty())
         return ReturnCode::NoSuchPlace;
-    if (m_patience == Patience::AnswersAtOnce)
-        return FOR_THE_PATIENT;
+    if (m_pool != Pool::Slow)
+        return Pool::Slow;
     return answerWith(m_shared.providers.resolve(externalId, centre, request.deadline), request, reply);
 }
 
-ReturnCode Service::answerWithContact(const QString &externalId, Request &request, Encoder &reply)
+Service::Outcome Service::answerWithContact(const QString &externalId, Request &request, Encoder &reply)
 {
     ContactBook *contacts = m_shared.contacts.get();
-    if (contacts && !contacts->isRead() && m_patience == Patience::AnswersAtOnce)
-        return FOR_THE_PATIENT;
+    const bool mayRead = m_pool == Pool::Slow || (m_pool == Pool::Fast && contacts && contacts->isRead());
+    if (contacts && !mayRead)
+        return Pool::Slow;
     ProvidersAnswer answer;
     if (const FoundPlace place = contacts ? contacts->place(externalId, request.deadline) : nullptr)
         answer.places.push_back(place);
@@ -115,7 +116,7 @@ ReturnCode Service::answerWith(const ProvidersAnswer &answer, const Request &req
     return ReturnCode::Success;
 }
 
-ReturnCode Service::getAuxiliaryData(Request &request, Encoder &reply)
+Service::Outcome Service::getAuxiliaryData(Request &request, Encoder &reply)
 {
     AuxiliaryQuery query;
     if (!request.reader.readAuxiliaryQuery(query))
@@ -132,8 +133,8 @@ ReturnCode Service::getAuxiliaryData(Request &request, Encoder &reply)
                      [&query](const AuxiliaryData &record) { return isWanted(record, query); });
     }
     if (!m_shared.providers.thatGive(query.type, query.provider).empty()) {
-        if (m_patience == Patience::AnswersAtOnce)
-            return FOR_THE_PATIENT;
+        if (m_pool != Pool::Slow)
+            return Pool::Slow;
         const ReturnCode code = addRemoteData(query, place.get(), request.deadline, found);
         if (code != ReturnCode::Success && found.isEmpty())
             return code;
@@ -164,7 +165,7 @@ ReturnCode Service::addRemoteData(const AuxiliaryQuery &query, const Place *plac
     return failure;
 }
 
-ReturnCode Service::getProviders(Request &, Encoder &reply)
+Service::Outcome Service::getProviders(Request &, Encoder &reply)
 {
     const QList<Provider> providers = m_shared.providers.descriptions();
     reply.encode(providers.size());

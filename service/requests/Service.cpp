@@ -41,37 +41,37 @@ std::unique_ptr<PlacesAPIEncoder> status(ReturnCode code, int requestType)
 
 } // namespace
 
-/// What the service does for a type of request, whether it does it for every application, and whether it always takes
-/// long.
+/// What the service does for a type of request, whether it does it for every application, and the pool that such a
+/// request always needs. An operation can ask for another pool itself.
 struct Service::Entry
 {
     MessageType type;
     Operation operation;
     bool external;
-    bool takesLong = false;
+    Pool pool = Pool::Fast;
 };
 
 const Service::Entry *Service::entryOf(int type)
 {
     static constexpr std::array<Entry, 20> ENTRIES = {{
-        {MessageType::AddPlace, &Service::addPlace, true},
+        {MessageType::AddPlace, &Service::addPlace, true, Pool::Writer},
         {MessageType::GetRecentSearchTerms, &Service::getRecentSearchTerms, false},
         {MessageType::GetAuxiliaryData, &Service::getAuxiliaryData, true},
-        {MessageType::RemovePlace, &Service::removePlace, true},
-        {MessageType::UpdatePlace, &Service::updatePlace, true},
-        {MessageType::IncrementUsage, &Service::incrementUsage, true},
-        {MessageType::AddTag, &Service::addTag, true},
-        {MessageType::RemoveTag, &Service::removeTag, true},
+        {MessageType::RemovePlace, &Service::removePlace, true, Pool::Writer},
+        {MessageType::UpdatePlace, &Service::updatePlace, true, Pool::Writer},
+        {MessageType::IncrementUsage, &Service::incrementUsage, true, Pool::Writer},
+        {MessageType::AddTag, &Service::addTag, true, Pool::Writer},
+        {MessageType::RemoveTag, &Service::removeTag, true, Pool::Writer},
         {MessageType::GetTags, &Service::getTags, true},
         {MessageType::GetPlaceFromContact, &Service::getPlaceFromContact, false},
-        {MessageType::RemoveRecentlyPickedPlaces, &Service::clearRecentlyPicked, false},
+        {MessageType::RemoveRecentlyPickedPlaces, &Service::clearRecentlyPicked, false, Pool::Writer},
         {MessageType::GetPlace, &Service::getPlace, true},
         {MessageType::FindPlaces, &Service::findPlaces, true},
-        {MessageType::Unfav, &Service::unfav, true},
-        {MessageType::Backup, &Service::backUp, false, true},
-        {MessageType::Restore, &Service::restore, false, true},
+        {MessageType::Unfav, &Service::unfav, true, Pool::Writer},
+        {MessageType::Backup, &Service::backUp, false, Pool::Slow},
+        {MessageType::Restore, &Service::restore, false, Pool::Slow},
         {MessageType::FindPlacesSize, &Service::findPlacesSize, true},
-        {MessageType::GetPlaceFromSuggestion, &Service::getPlaceFromSuggestion, true},
+        {MessageType::GetPlaceFromSuggestion, &Service::getPlaceFromSuggestion, true, Pool::Slow},
         {MessageType::GetProviders, &Service::getProviders, true},
         {MessageType::GetHeaderFromFullPlace, &Service::getHeader, true},
     }};
@@ -79,38 +79,57 @@ const Service::Entry *Service::entryOf(int type)
     return known ? &ENTRIES[static_cast<std::size_t>(type - 1)] : nullptr;
 }
 
-Service::Service(Shared &shared, Patience patience)
+Service::Service(Shared &shared, Pool pool)
     : m_shared(shared)
-    , m_patience(patience)
+    , m_pool(pool)
     , m_store(shared.database, shared.writeLock)
 {}
 
-std::unique_ptr<PlacesAPIEncoder> Service::answer(const char *bytes, unsigned int length, const Caller &caller,
-                                                  Deadline deadline)
+Answer Service::answer(const char *bytes, unsigned int length, const Caller &caller, Deadline deadline)
 {
     const _msgserver_data message = {bytes, length};
     Request request{RequestReader(&message), {}, caller, deadline};
     if (!request.reader.readHead(request.head))
-        return status(ReturnCode::TransportFailed, 0);
+        return {status(ReturnCode::TransportFailed, 0), m_pool};
 
     const int type = request.head.type;
     auto reply = status(ReturnCode::Success, type);
-    ReturnCode code = ReturnCode::Success;
+    Outcome outcome = ReturnCode::TookTooLong;
     try {
         m_store.startRequest(deadline);
-        code = perform(request, *reply);
+        if (!hasPassed(deadline))
+            outcome = perform(request, *reply);
     } catch (const SQLite::Exception &error) {
-        code = codeOf(error);
+        outcome = codeOf(error);
         logError("request of type %d failed: %s", type, error.what());
     } catch (const std::bad_alloc &) {
-        code = ReturnCode::LimitExceeded;
+        outcome = ReturnCode::LimitExceeded;
     }
-    if (code == FOR_THE_PATIENT)
-        return nullptr;
-    return code == ReturnCode::Success ? std::move(reply) : status(code, type);
+    if (const Pool *pool = std::get_if<Pool>(&outcome))
+        return {nullptr, *pool};
+    if (outcome != Outcome(ReturnCode::Success))
+        reply = status(std::get<ReturnCode>(outcome), type);
+    return {std::move(reply), m_pool};
 }
 
-ReturnCode Service::perform(Request &request, Encoder &reply)
+bool Service::writeTogether(Deadline deadline, const std::function<bool()> &answerNext)
+{
+    try {
+        m_store.startRequest(deadline);
+        return m_store.write([&] {
+            while (m_store.isWriting() && answerNext()) {
+            }
+            // The commit is not part of any one request.
+            m_store.startRequest(Deadline::max());
+            return m_store.isWriting();
+        });
+    } catch (const std::exception &error) {
+        logError("requests in one transaction failed and run again, one by one: %s", error.what());
+        return false;
+    }
+}
+
+Service::Outcome Service::perform(Request &request, Encoder &reply)
 {
     const Entry *entry = entryOf(request.head.type);
     if (!entry)
@@ -119,8 +138,8 @@ ReturnCode Service::perform(Request &request, Encoder &reply)
     const std::string &key = m_shared.sessionKey;
     if (!permitted || (!key.empty() && request.head.sessionKey != key))
         return ReturnCode::NotPermitted;
-    if (entry->takesLong && m_patience == Patience::AnswersAtOnce)
-        return FOR_THE_PATIENT;
+    if (entry->pool != Pool::Fast && m_pool == Pool::Fast)
+        return entry->pool;
     return (this->*entry->operation)(request, reply);
 }
 

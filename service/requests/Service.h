@@ -12,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <variant>
 
 namespace placesd
 {
@@ -53,25 +54,39 @@ struct Shared
     BackupKeeper backups{database, writeLock};
 };
 
-/// Whether a service does what may take long, or leaves it to another.
-enum class Patience
+/// The thread pools that run requests.
+enum class Pool
 {
-    AnswersAtOnce,
-    MayWait
+    Fast,  ///< Requests that read the store.
+    Slow,  ///< All requests, also those that wait for providers or copy the database.
+    Writer ///< Requests that write and never wait for a provider. One thread.
+};
+
+/// A reply, or the pool that has to run the request in place of the one that tried.
+struct Answer
+{
+    std::unique_ptr<orix_places_protocol::PlacesAPIEncoder> reply; ///< Null when `pool` has to run the request.
+    Pool pool;
 };
 
 /// Answers requests, one after the other, on one connection to the store.
 class Service
 {
 public:
-    Service(Shared &shared, Patience patience);
+    /// @param pool the pool whose threads use this service.
+    Service(Shared &shared, Pool pool);
 
     /// Longest time from a request's arrival to its answer.
     [[nodiscard]] std::chrono::milliseconds requestTime() const { return m_shared.requestTime; }
 
-    /// The reply to a request, whatever that is; null when it takes a service that may wait.
-    std::unique_ptr<orix_places_protocol::PlacesAPIEncoder> answer(const char *request, unsigned int length,
-                                                                   const Caller &caller, Deadline deadline);
+    /// Runs a request. One whose deadline has passed gets code 65.
+    Answer answer(const char *request, unsigned int length, const Caller &caller, Deadline deadline);
+
+    /// Runs several requests in one transaction, each in a savepoint of its own: calls `answerNext`, which calls
+    /// answer(), until it returns false. True when all of it is on the disk. Otherwise nothing of it is stored, none of
+    /// the answers holds, and the requests can be run again.
+    /// @param deadline longest wait for other writers.
+    bool writeTogether(Deadline deadline, const std::function<bool()> &answerNext);
 
 private:
     using Encoder = orix_places_protocol::PlacesAPIEncoder;
@@ -86,39 +101,39 @@ private:
         Caller caller;
         Deadline deadline;
     };
-    using Operation = ReturnCode (Service::*)(Request &, Encoder &);
+    /// A code, or the pool that has to run the request.
+    using Outcome = std::variant<ReturnCode, Pool>;
+    using Operation = Outcome (Service::*)(Request &, Encoder &);
     struct Entry;
     static const Entry *entryOf(int type);
-    /// Says that a request takes a service that may wait. It is no answer.
-    static constexpr auto FOR_THE_PATIENT = static_cast<ReturnCode>(-1);
 
-    ReturnCode perform(Request &request, Encoder &reply);
+    Outcome perform(Request &request, Encoder &reply);
 
-    ReturnCode addPlace(Request &request, Encoder &reply);
-    ReturnCode getRecentSearchTerms(Request &request, Encoder &reply);
-    ReturnCode getAuxiliaryData(Request &request, Encoder &reply);
-    ReturnCode removePlace(Request &request, Encoder &reply);
-    ReturnCode updatePlace(Request &request, Encoder &reply);
-    ReturnCode incrementUsage(Request &request, Encoder &reply);
-    ReturnCode addTag(Request &request, Encoder &reply);
-    ReturnCode removeTag(Request &request, Encoder &reply);
-    ReturnCode getTags(Request &request, Encoder &reply);
-    ReturnCode getPlaceFromContact(Request &request, Encoder &reply);
-    ReturnCode clearRecentlyPicked(Request &request, Encoder &reply);
-    ReturnCode getPlace(Request &request, Encoder &reply);
-    ReturnCode getPlaceFromSuggestion(Request &request, Encoder &reply);
-    ReturnCode findPlaces(Request &request, Encoder &reply);
-    ReturnCode unfav(Request &request, Encoder &reply);
-    ReturnCode backUp(Request &request, Encoder &reply);
-    ReturnCode restore(Request &request, Encoder &reply);
-    ReturnCode findPlacesSize(Request &request, Encoder &reply);
-    ReturnCode getProviders(Request &request, Encoder &reply);
-    ReturnCode getHeader(Request &request, Encoder &reply);
+    Outcome addPlace(Request &request, Encoder &reply);
+    Outcome getRecentSearchTerms(Request &request, Encoder &reply);
+    Outcome getAuxiliaryData(Request &request, Encoder &reply);
+    Outcome removePlace(Request &request, Encoder &reply);
+    Outcome updatePlace(Request &request, Encoder &reply);
+    Outcome incrementUsage(Request &request, Encoder &reply);
+    Outcome addTag(Request &request, Encoder &reply);
+    Outcome removeTag(Request &request, Encoder &reply);
+    Outcome getTags(Request &request, Encoder &reply);
+    Outcome getPlaceFromContact(Request &request, Encoder &reply);
+    Outcome clearRecentlyPicked(Request &request, Encoder &reply);
+    Outcome getPlace(Request &request, Encoder &reply);
+    Outcome getPlaceFromSuggestion(Request &request, Encoder &reply);
+    Outcome findPlaces(Request &request, Encoder &reply);
+    Outcome unfav(Request &request, Encoder &reply);
+    Outcome backUp(Request &request, Encoder &reply);
+    Outcome restore(Request &request, Encoder &reply);
+    Outcome findPlacesSize(Request &request, Encoder &reply);
+    Outcome getProviders(Request &request, Encoder &reply);
+    Outcome getHeader(Request &request, Encoder &reply);
 
     /// Answers with the place that an external id stands for, stored or not.
-    ReturnCode answerWith(const QString &externalId, const QString &type, const Coordinates &centre, Request &request,
-                          Encoder &reply);
-    ReturnCode answerWithContact(const QString &externalId, Request &request, Encoder &reply);
+    Outcome answerWith(const QString &externalId, const QString &type, const Coordinates &centre, Request &request,
+                       Encoder &reply);
+    Outcome answerWithContact(const QString &externalId, Request &request, Encoder &reply);
     /// Answers with the only place of a provider's answer, or with the stored place that it is.
     ReturnCode answerWith(const ProvidersAnswer &answer, const Request &request, Encoder &reply);
     ReturnCode addRemoteData(const AuxiliaryQuery &query, const Place *place, Deadline deadline,
@@ -135,7 +150,7 @@ private:
     ReturnCode changeTag(Request &request, bool add);
 
     Shared &m_shared;
-    const Patience m_patience;
+    const Pool m_pool;
     Store m_store;
 };
 

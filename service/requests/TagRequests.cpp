@@ -10,12 +10,12 @@ namespace placesd
 using namespace orix_places_protocol;
 using vela::platform::places::PlacePrivate;
 
-ReturnCode Service::addTag(Request &request, Encoder &)
+Service::Outcome Service::addTag(Request &request, Encoder &)
 {
     return changeTag(request, true);
 }
 
-ReturnCode Service::removeTag(Request &request, Encoder &)
+Service::Outcome Service::removeTag(Request &request, Encoder &)
 {
     return changeTag(request, false);
 }
@@ -34,7 +34,7 @@ ReturnCode Service::changeTag(Request &request, bool add)
     });
 }
 
-ReturnCode Service::getTags(Request &, Encoder &reply)
+Service::Outcome Service::getTags(Request &, Encoder &reply)
 {
     reply.encodeQStringList(m_store.tags());
     return ReturnCode::Success;

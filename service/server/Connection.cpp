@@ -17,6 +17,7 @@
 namespace placesd
 {
 
+using orix_places_protocol::PlacesAPIEncoder;
 using orix_places_protocol::ReturnCode;
 using vela::system::channel::Descriptor;
 
@@ -118,30 +119,61 @@ bool Connection::takeRequest(Service &service)
 {
     if (m_toDiscard > 0)
         return discard();
-    std::uint32_t length = 0;
-    if (arrived() < sizeof length)
+    if (arrived() < sizeof(std::uint32_t))
         return false;
-    std::memcpy(&length, next(), sizeof length);
+    const std::uint32_t length = firstLength();
     if (length > limits::REQUEST_SIZE) {
         consume(sizeof length);
         m_toDiscard = length;
         return true;
     }
-    const std::size_t whole = sizeof length + length;
-    if (arrived() < whole)
+    if (arrived() < sizeof length + length)
         return false;
-    // A request that was passed on has kept its time.
-    const Deadline deadline = m_deadline.value_or(Clock::now() + service.requestTime());
-    const auto reply = service.answer(next() + sizeof length, length, m_caller, deadline);
-    if (!reply) {
-        m_deadline = deadline;
-        return false;
-    }
+    const auto reply = runFirst(service);
+    if (reply)
+        finishFirst(*reply);
+    return reply != nullptr;
+}
+
+std::unique_ptr<PlacesAPIEncoder> Connection::runFirst(Service &service)
+{
+    // A request that is passed on keeps its deadline.
+    if (!m_deadline)
+        m_deadline = Clock::now() + service.requestTime();
+    Answer answer = service.answer(next() + sizeof(std::uint32_t), firstLength(), m_caller, *m_deadline);
+    m_pool = answer.pool;
+    return std::move(answer.reply);
+}
+
+void Connection::finishFirst(const PlacesAPIEncoder &reply)
+{
     m_deadline.reset();
     m_lastActivity = Clock::now();
-    consume(whole);
-    queue(*reply);
-    return true;
+    consume(sizeof(std::uint32_t) + firstLength());
+    queue(reply);
+}
+
+void Connection::answerFirst(Service &service)
+{
+    m_kept = runFirst(service);
+}
+
+Connection::Wish Connection::sendKept()
+{
+    if (!m_kept)
+        return Wish::PassOn;
+    finishFirst(*m_kept);
+    m_kept.reset();
+    if (!flush())
+        return errno == EAGAIN ? Wish::Write : Wish::Close;
+    return arrived() > 0 ? Wish::Turn : Wish::Read;
+}
+
+std::uint32_t Connection::firstLength() const
+{
+    std::uint32_t length = 0;
+    std::memcpy(&length, next(), sizeof length);
+    return length;
 }
 
 bool Connection::discard()
@@ -166,13 +198,13 @@ void Connection::consume(std::size_t count)
 
 void Connection::queueStatus(ReturnCode code)
 {
-    orix_places_protocol::PlacesAPIEncoder reply;
+    PlacesAPIEncoder reply;
     reply.encode(static_cast<int>(code));
     reply.encode(orix_places_protocol::REPLY_OFFSET);
     queue(reply);
 }
 
-void Connection::queue(const orix_places_protocol::PlacesAPIEncoder &reply)
+void Connection::queue(const PlacesAPIEncoder &reply)
 {
     char *data = nullptr;
     int length = 0;

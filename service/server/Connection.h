@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -24,7 +25,7 @@ public:
         Read,
         Write,
         Turn,   ///< Others come first; there is more to do.
-        PassOn, ///< Somebody who may wait has to go on with it.
+        PassOn, ///< Another pool has to run the first request.
         Close
     };
 
@@ -44,6 +45,15 @@ public:
     /// Reads, answers and writes as far as it goes without waiting, for a few requests at the most. Returns what it
     /// waits for.
     Wish advance(Service &service);
+    /// The pool that has to run the first request, after Wish::PassOn.
+    [[nodiscard]] Pool pool() const { return m_pool; }
+
+    /// When the first request, which was passed on, has to be answered.
+    [[nodiscard]] Deadline deadline() const { return *m_deadline; }
+    /// Runs the first request, which was passed on, and keeps its reply back. Can be called again, to run it anew.
+    void answerFirst(Service &service);
+    /// Sends the reply that was kept back, as far as it goes without waiting. Returns what the connection waits for.
+    Wish sendKept();
     /// Answers the first request, whatever it is, with a code.
     void refuse(orix_places_protocol::ReturnCode code);
 
@@ -51,9 +61,15 @@ private:
     ssize_t receive();
     /// Does the next thing with what has arrived; false when it takes more to have arrived.
     bool takeRequest(Service &service);
+    /// Runs the first request, which is whole.
+    std::unique_ptr<orix_places_protocol::PlacesAPIEncoder> runFirst(Service &service);
+    /// Puts the reply to the first request behind it.
+    void finishFirst(const orix_places_protocol::PlacesAPIEncoder &reply);
     /// Lets a request pass that is too long to be kept, and says so behind it.
     bool discard();
 
+    /// Length of the first request without its head; it has arrived.
+    [[nodiscard]] std::uint32_t firstLength() const;
     [[nodiscard]] std::size_t arrived() const { return m_incoming.size() - m_taken; }
     [[nodiscard]] const char *next() const { return m_incoming.data() + m_taken; }
     void consume(std::size_t count);
@@ -71,6 +87,8 @@ private:
     std::size_t m_sent = 0;
     std::uint32_t m_toDiscard = 0;
     std::optional<Deadline> m_deadline; ///< Of the request that is passed on; unset when none is.
+    Pool m_pool = Pool::Fast;           ///< Which has to run the request that is passed on.
+    std::unique_ptr<orix_places_protocol::PlacesAPIEncoder> m_kept; ///< Reply that is kept back.
     bool m_isWatched = false;
     /// The thread that epoll wakes sees all that the one before has done; this says so to the language, too.
     std::atomic<unsigned int> m_turns = 0;

@@ -19,6 +19,7 @@
 #include <iostream>
 
 #include <fcntl.h>
+#include <sqlite3.h>
 #include <sys/stat.h>
 #include <systemd/sd-daemon.h>
 
@@ -135,6 +136,8 @@ int run(int argc, char **argv, Settings settings)
     const sigset_t signals = stopSignals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     ::umask(0077);
+    // SQLite would count its memory under a lock that all threads share. Nothing reads the count.
+    sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
     // Qt takes the first thread that asks it for the main one, and keeps that one's data when the thread ends.
     QThread::currentThread();
     try {

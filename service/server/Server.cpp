@@ -39,6 +39,17 @@ constexpr int FIRST_REQUEST_WAIT_MS = 1;
     throw std::system_error(errno, std::generic_category(), what);
 }
 
+/// Runs the first requests of connections in one transaction and keeps their replies back. False when none of it is
+/// stored.
+bool answerTogether(const std::vector<Connection *> &group, Service &service)
+{
+    auto next = group.begin();
+    return service.writeTogether(group.front()->deadline(), [&] {
+        (*next)->answerFirst(service);
+        return ++next != group.end();
+    });
+}
+
 } // namespace
 
 Server::Server(std::vector<Listener> listeners, Settings settings)
@@ -52,27 +63,32 @@ Server::Server(std::vector<Listener> listeners, Settings settings)
     watch(m_stopEvent.get(), EPOLLIN, this);
     for (Listener &listener : m_listeners)
         watch(listener.socket.get(), EPOLLIN | EPOLLEXCLUSIVE, &listener);
-    // All of them before the first thread: whoever fails here leaves none behind.
-    for (int i = 0; i < limits::THREADS + limits::WAITING_THREADS; ++i) {
-        const Patience patience = i < limits::THREADS ? Patience::AnswersAtOnce : Patience::MayWait;
-        m_services.push_back(std::make_unique<Service>(m_shared, patience));
+    constexpr struct
+    {
+        Pool pool;
+        int threads;
+        void (Server::*run)(Service &);
+    } POOLS[] = {{Pool::Fast, limits::FAST_THREADS, &Server::runFastRequests},
+                 {Pool::Slow, limits::SLOW_THREADS, &Server::runSlowRequests},
+                 {Pool::Writer, 1, &Server::runWrites}};
+    // All services before the first thread: a failure here leaves no thread behind.
+    std::vector<void (Server::*)(Service &)> loops;
+    for (const auto &each : POOLS) {
+        for (int i = 0; i < each.threads; ++i) {
+            m_services.push_back(std::make_unique<Service>(m_shared, each.pool));
+            loops.push_back(each.run);
+        }
     }
-    for (std::size_t i = 0; i < m_services.size(); ++i) {
-        Service &service = *m_services[i];
-        const auto loop = i < limits::THREADS ? &Server::work : &Server::workOnWhatTakesLong;
-        m_threads.emplace_back([this, loop, &service] { (this->*loop)(service); });
-    }
+    for (std::size_t i = 0; i < m_services.size(); ++i)
+        m_threads.emplace_back([this, loop = loops[i], &service = *m_services[i]] { (this->*loop)(service); });
 }
 
 Server::~Server()
 {
     const std::uint64_t one = 1;
     [[maybe_unused]] const ssize_t written = ::write(m_stopEvent.get(), &one, sizeof one);
-    {
-        const std::lock_guard<std::mutex> lock(m_waitingMutex);
-        m_stopping = true;
-    }
-    m_waitingChanged.notify_all();
+    m_slowRequests.stop();
+    m_writes.stop();
     for (std::thread &thread : m_threads)
         thread.join();
     for (const Listener &listener : m_listeners)
@@ -88,7 +104,7 @@ void Server::watch(int fd, unsigned int events, void *what)
         fail("cannot watch a socket");
 }
 
-void Server::work(Service &service)
+void Server::runFastRequests(Service &service)
 {
     for (;;) {
         epoll_event event = {};
@@ -105,27 +121,32 @@ void Server::work(Service &service)
     }
 }
 
-void Server::workOnWhatTakesLong(Service &service)
+void Server::runSlowRequests(Service &service)
 {
     for (;;) {
-        std::unique_lock<std::mutex> lock(m_waitingMutex);
-        m_waitingChanged.wait(lock, [this] { return m_stopping || !m_waiting.empty(); });
-        if (m_stopping)
+        const std::vector<Connection *> next = m_slowRequests.pop(1);
+        if (next.empty())
             return;
-        Connection &connection = *m_waiting.front();
-        m_waiting.pop_front();
-        lock.unlock();
-        serve(connection, service);
+        serve(*next.front(), service);
     }
 }
 
-void Server::passOn(Connection &connection)
+void Server::runWrites(Service &service)
 {
-    {
-        const std::lock_guard<std::mutex> lock(m_waitingMutex);
-        m_waiting.push_back(&connection);
+    for (;;) {
+        const std::vector<Connection *> group = m_writes.pop(limits::WRITES_PER_COMMIT);
+        if (group.empty())
+            return;
+        // When the common transaction fails, each request runs in one of its own: a failure reaches only its client.
+        const bool isAnswered = group.size() > 1 && answerTogether(group, service);
+        for (Connection *connection : group) {
+            handOn(*connection, [&] {
+                if (!isAnswered)
+                    connection->answerFirst(service);
+                return connection->sendKept();
+            });
+        }
     }
-    m_waitingChanged.notify_one();
 }
 
 void Server::accept(const Listener &listener, Service &service)
@@ -150,14 +171,19 @@ void Server::accept(const Listener &listener, Service &service)
 
 void Server::serve(Connection &connection, Service &service)
 {
+    handOn(connection, [&] { return connection.advance(service); });
+}
+
+void Server::handOn(Connection &connection, const std::function<Connection::Wish()> &step)
+{
     Connection::Wish wish = Connection::Wish::Close;
     try {
-        wish = connection.advance(service);
+        wish = step();
     } catch (const std::exception &error) {
         logError("a connection was dropped: %s", error.what());
     }
     if (wish == Connection::Wish::PassOn)
-        return passOn(connection);
+        return (connection.pool() == Pool::Writer ? m_writes : m_slowRequests).push(connection);
     epoll_event event = {};
     event.events = EPOLLONESHOT | Connection::eventsFor(wish);
     event.data.ptr = &connection;

@@ -3,9 +3,9 @@
 
 #include "Channel.h"
 #include "server/Connection.h"
+#include "server/ConnectionQueue.h"
 
-#include <condition_variable>
-#include <deque>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -16,9 +16,10 @@
 namespace placesd
 {
 
-/// Serves the two channels with a fixed pool of threads. Any thread takes any connection that has something to do, so a
-/// client that is slow, or silent, holds up nobody. What may take long is passed on to threads of its own, so that it
-/// holds up nothing but its like.
+/// Serves the two channels with three thread pools. Any fast thread takes any connection that has something to do, so a
+/// client that is slow or silent delays no other. Slow requests are passed on to a pool of their own, so they only
+/// delay each other. Requests that write are passed on to the writer thread; those that wait at the same time share one
+/// transaction.
 class Server
 {
 public:
@@ -41,11 +42,13 @@ public:
 private:
     using Descriptor = vela::system::channel::Descriptor;
 
-    void work(Service &service);
-    void workOnWhatTakesLong(Service &service);
+    void runFastRequests(Service &service);
+    void runSlowRequests(Service &service);
+    void runWrites(Service &service);
     void accept(const Listener &listener, Service &service);
     void serve(Connection &connection, Service &service);
-    void passOn(Connection &connection);
+    /// Runs a step of a connection; then closes it, passes it on or has epoll watch it, as the result says.
+    void handOn(Connection &connection, const std::function<Connection::Wish()> &step);
     void close(Connection &connection);
     void watch(int fd, unsigned int events, void *what);
 
@@ -59,11 +62,8 @@ private:
     // Guarded by the mutex; a connection itself belongs to the thread that its event went to.
     std::unordered_map<Connection *, std::unique_ptr<Connection>> m_connections;
 
-    std::mutex m_waitingMutex;
-    std::condition_variable m_waitingChanged;
-    // Guarded by the mutex: what waits for a thread that may take long. Nobody else touches these connections.
-    std::deque<Connection *> m_waiting;
-    bool m_stopping = false;
+    ConnectionQueue m_slowRequests;
+    ConnectionQueue m_writes;
 
     std::vector<std::thread> m_threads;
 };

@@ -23,6 +23,7 @@
 #include <algorithm>
 
 #include <sqlite3.h>
+#include <SQLiteCpp/Savepoint.h>
 
 namespace placesd
 {
@@ -118,8 +119,20 @@ int Store::execute(const char *sql, const std::vector<QVariant> &values)
     return row->exec();
 }
 
+bool Store::isWriting() const
+{
+    return sqlite3_get_autocommit(m_database.getHandle()) == 0;
+}
+
 bool Store::write(const std::function<bool()> &work)
 {
+    if (isWriting()) {
+        SQLite::Savepoint part(m_database, "part");
+        const bool isDone = work();
+        if (isDone)
+            part.release();
+        return isDone;
+    }
     const std::unique_lock<std::timed_mutex> lock(m_writeLock, m_deadline);
     if (!lock)
         throw SQLite::Exception("other writers took too long", SQLITE_BUSY);

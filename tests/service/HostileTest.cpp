@@ -191,6 +191,41 @@ TEST(AService, IsNotHeldUpByBusyClientsAndEndsAmongThem)
         client.join();
 }
 
+TEST(AService, AnswersAConnectionInOrderAndDelaysNoOther)
+{
+    Placesd service;
+    ASSERT_EQ(Placesd::code(ADD), 0);
+    const struct
+    {
+        std::string request;
+        int type;
+    } requests[] = {{ADD, 1},
+                    {TAGS, 9},
+                    {message(head(12) + Fields{i64(1), text(""), text(""), text("cafe")}), 12},
+                    {message(head(7) + Fields{i64(1), text("beach")}), 7}};
+    constexpr unsigned COUNT = 1200; // whose replies no socket buffer holds
+    const auto deadline = vela::system::channel::Clock::now() + std::chrono::seconds(30);
+    const Descriptor socket = connectTo(service.path("places").toStdString());
+    std::thread sender([&] {
+        for (unsigned i = 0; i < COUNT; ++i) {
+            const std::string &bytes = requests[i % std::size(requests)].request;
+            EXPECT_TRUE(vela::system::channel::sendMessage(socket.get(), bytes.data(),
+                                                           static_cast<std::uint32_t>(bytes.size()), deadline));
+        }
+    });
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    EXPECT_EQ(Placesd::code(ADD), 0) << "while one client takes none of its replies";
+    for (unsigned i = 0; i < COUNT; ++i) {
+        std::uint32_t length = 0;
+        EXPECT_TRUE(vela::system::channel::receiveAll(socket.get(), &length, sizeof length, deadline));
+        std::vector<int> reply(length / sizeof(int) + 2);
+        EXPECT_TRUE(vela::system::channel::receiveAll(socket.get(), reply.data(), length, deadline));
+        EXPECT_EQ(reply[0], 0) << i;
+        EXPECT_EQ(reply[1], 256 + requests[i % std::size(requests)].type) << i;
+    }
+    sender.join();
+}
+
 TEST(AService, SaysThatItIsBusyWhenTooManyAreConnected)
 {
     Placesd service;
