@@ -258,16 +258,16 @@ public:
     bool take(const char *text, const char *problem, bool isMember)
     {
         ExactDocument feature;
-        Place place;
+        auto place = std::make_unique<Place>();
         QString why = QLatin1String(problem);
         const bool isWhole = !problem && !feature.read(text).IsError();
         m_noGeoJson = m_count == 0 && !isMember && isWhole && !isFeature(feature);
         if (m_noGeoJson)
             return false;
         if (!problem)
-            why = isWhole ? readFeature(feature, place) : QStringLiteral("a number is too large");
+            why = isWhole ? readFeature(feature, *place) : QStringLiteral("a number is too large");
         const QString where = QStringLiteral("feature %1").arg(++m_count);
-        return m_take({where, why.isEmpty() ? &place : nullptr, why});
+        return m_take({where, why.isEmpty() ? std::move(place) : nullptr, why});
     }
 
 private:

@@ -159,10 +159,10 @@ private:
 
     void takePlace()
     {
-        Place place;
-        const QString problem = readRow(place);
+        auto place = std::make_unique<Place>();
+        const QString problem = readRow(*place);
         const QString where = QStringLiteral("row %1").arg(m_row);
-        m_ended = !m_take({where, problem.isEmpty() ? &place : nullptr, problem});
+        m_ended = !m_take({where, problem.isEmpty() ? std::move(place) : nullptr, problem});
     }
 
     QString readRow(Place &place) const

@@ -154,9 +154,9 @@ QString readDocuments(Input &input, const TakePlace &take)
     for (int number = 1; lines.next(line); ++number) {
         if (line.trimmed().isEmpty())
             continue;
-        Place place;
-        const QString problem = readDocument(line, place);
-        if (!take({QStringLiteral("line %1").arg(number), problem.isEmpty() ? &place : nullptr, problem}))
+        auto place = std::make_unique<Place>();
+        const QString problem = readDocument(line, *place);
+        if (!take({QStringLiteral("line %1").arg(number), problem.isEmpty() ? std::move(place) : nullptr, problem}))
             return {};
     }
     return input.problem();

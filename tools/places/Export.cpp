@@ -28,7 +28,7 @@ namespace
 constexpr int PAGE_SIZE = 1000;
 
 /// An order that nothing but a use of a place changes, and that new places take in the order they were added: pages
-/// neither overlap nor leave gaps, and an export of an import has the order of its file.
+/// neither overlap nor leave gaps.
 SortRule exportOrder()
 {
     return SortRule::createSimpleSortRule(SortField::LastUsedTime, SortOrder::Ascending);

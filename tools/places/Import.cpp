@@ -5,12 +5,14 @@
 #include "Formats.h"
 #include "Input.h"
 #include "JsonWriter.h"
+#include "PlaceAdder.h"
 #include "ProgressBar.h"
 
 #include <places/Place.h>
-#include <places/PlaceManager.h>
 
 #include <QtCore/QVector>
+
+#include <algorithm>
 
 namespace tool
 {
@@ -61,7 +63,6 @@ const Format &formatOf(const QString &path, const QString &name, const Input &in
 /// Adds the places of one file. Stops early only when the service is gone or the file cannot be read on.
 ExitStatus importFile(const QString &path, const QString &formatName, Summary &summary)
 {
-    const PlaceManager manager;
     Input input(path);
     ProgressBar bar(path);
     ExitStatus status = Done;
@@ -69,26 +70,29 @@ ExitStatus importFile(const QString &path, const QString &formatName, Summary &s
         bar.clear();
         summary.complain({path, where, problem});
     };
-    const auto take = [&](const ReadPlace &read) {
+    PlaceAdder adder([&](const ReadPlace &read, Error::Type outcome) {
+        // The import ends with the first place for which there is no service. Others were in flight by then.
+        const bool isLeftOut = status == NoService && (!read.place || statusOf(outcome) == NoService);
+        if (isLeftOut)
+            return false;
         if (!read.place) {
             complain(read.where, read.problem);
             ++summary.skipped;
-            status = Failed;
-            return true;
-        }
-        const Error::Type error = manager.addPlace(read.place);
-        if (error == Error::Success) {
+            status = std::max(status, Failed);
+        } else if (outcome == Error::Success) {
             bar.show(input.progress(), ++summary.imported);
-            return true;
+        } else {
+            complain(read.where, textOf(outcome));
+            ++summary.failed;
+            status = std::max(status, statusOf(outcome));
         }
-        complain(read.where, textOf(error));
-        ++summary.failed;
-        status = statusOf(error);
         return status != NoService;
-    };
+    });
+    const auto take = [&](ReadPlace read) { return adder.add(std::move(read)); };
     const QString problem =
         input.problem().isEmpty() ? formatOf(path, formatName, input).read(input, take) : input.problem();
-    if (problem.isEmpty())
+    adder.finish();
+    if (problem.isEmpty() || status == NoService)
         return status;
     complain(QString(), problem);
     return Failed;

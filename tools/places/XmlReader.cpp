@@ -250,19 +250,19 @@ private:
 
     bool handOut()
     {
-        Place place;
+        auto place = std::make_unique<Place>();
         QString problem = QLatin1String(m_problemOfPlace);
         if (!m_problemOfPlace) {
             TextFeature feature;
             m_format.fill(m_fields, feature);
-            problem = feature.read(place);
+            problem = feature.read(*place);
         }
         m_fields.clear();
         m_size = 0;
         m_problemOfPlace = nullptr;
         const QString where =
             QStringLiteral("%1 %2, line %3").arg(QLatin1String(m_format.unit)).arg(++m_count).arg(m_line);
-        m_ended = !m_take({where, problem.isEmpty() ? &place : nullptr, problem});
+        m_ended = !m_take({where, problem.isEmpty() ? std::move(place) : nullptr, problem});
         return true;
     }
 
