@@ -34,15 +34,13 @@ void addImport(CLI::App &app, Context &context)
 {
     const auto format = std::make_shared<std::string>();
     const auto files = std::make_shared<std::vector<std::string>>();
-    CLI::App *import = app.add_subcommand("import", "Add the places of GeoJSON, JSON, GPX, KML and CSV files");
-    import->add_option("FILE", *files, "Files; - for standard input")->required();
-    addFormatOption(*import, *format, false);
-    import->callback([&context, files, format] {
-        context.run = [&context, files, format] { return importFiles(texts(*files), text(*format), context.form);
-};
-} // namespace
-);
-} // namespace tool
+    CLI::App *command = app.add_subcommand("import", "Add the places of GeoJSON, JSON, GPX, KML and CSV files");
+    command->add_option("FILE", *files, "Files; - for standard input")->required();
+    addFormatOption(*command, *format, false);
+    command->callback([&context, files, format] {
+        context.run = [&context, files, format] { return importFiles(texts(*files), text(*format), context.form); };
+    });
+}
 
 void addExport(CLI::App &app, Context &context)
 {

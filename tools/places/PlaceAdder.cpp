@@ -16,9 +16,9 @@ namespace
 {
 
 /// Additions in flight.
-constexpr std::size_t THREADS = 32;
+constexpr std::size_t THREADS = 48;
 /// Most members of the file that are read and not settled. More than the threads, so that none waits for the reader.
-constexpr std::size_t QUEUE_LENGTH = 128;
+constexpr std::size_t QUEUE_LENGTH = 192;
 
 } // namespace
 
