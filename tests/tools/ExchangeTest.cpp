@@ -289,6 +289,8 @@ TEST(ExchangeTest, AnImportEndsWhenTheServiceDoesAndKeepsWhatWasStored)
     client.write("name,lat,lon\nA,1,2\n" + times(64 * 1024, "\n"));
     for (int i = 0; i < 1000 && features(exported()).isEmpty(); ++i)
         client.waitForBytesWritten(10);
+    // Writes are answered in their order, so the addition is answered too.
+    EXPECT_EQ(places("use 1").status, 0);
     service.kill();
     client.write("B,1,2\nC,1,2\n");
     client.closeWriteChannel();
