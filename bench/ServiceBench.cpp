@@ -45,6 +45,7 @@ std::vector<AskedStore> makeStores(const std::vector<int> &counts)
     const QString folder = QStringLiteral(STORES);
     QDir().mkpath(folder);
     std::vector<AskedStore> stores;
+    stores.reserve(counts.size());
     for (const int count : counts)
         stores.push_back({makeStore(folder, count)});
     return stores;
@@ -60,7 +61,7 @@ void askQuestions(std::vector<AskedStore> &stores, const SourceFolder &sources, 
     ask(stores);
     for (AskedStore &store : stores) {
         if (withPostgres)
-            store.other = Postgres(store.made.places).medians(store.questions->all());
+            store.other = Postgres(store.made.places).medians();
     }
 }
 

@@ -4,11 +4,14 @@
 
 #include "model/PlacePrivate.h"
 #include "PlaceMaker.h"
+#include "PostgresSql.h"
+#include "Question.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QProcess>
 
 #include <algorithm>
+#include <array>
 #include <fstream>
 #include <iostream>
 
@@ -29,34 +32,6 @@ constexpr int TIMEOUT_MS = 8 * 60 * 1000;
 constexpr std::uint64_t SEED = 5;
 /// The user that the server runs as where this process is root, for it refuses to be root.
 constexpr char SERVER_USER[] = "postgres";
-
-constexpr char TABLES[] = R"sql(
-CREATE TABLE place(
-    id int PRIMARY KEY, name text, owner text, mask int, usage_count int, last_used bigint, created bigint,
-    updated bigint, latitude float8, longitude float8, feature text,
-    words tsvector GENERATED ALWAYS AS (to_tsvector('simple', name)) STORED);
-CREATE TABLE tag(tag text, place int, PRIMARY KEY(tag, place));
-)sql";
-constexpr char POSITION_ON_EARTH[] = R"sql(
-CREATE EXTENSION postgis;
-ALTER TABLE place ADD position geography GENERATED ALWAYS AS
-    (ST_SetSRID(ST_MakePoint(longitude, latitude), 4326)::geography) STORED;
-)sql";
-constexpr char POSITION_IN_PLANE[] = R"sql(
-ALTER TABLE place ADD position point GENERATED ALWAYS AS (point(longitude, latitude)) STORED;
-)sql";
-constexpr char INDEXES[] = R"sql(
-CREATE INDEX ON place(usage_count DESC, last_used DESC, id DESC);
-CREATE INDEX ON place(last_used DESC, id DESC);
-CREATE INDEX ON place(last_used DESC, id DESC) WHERE mask & 1 = 1;
-CREATE INDEX ON place(lower(name), id);
-CREATE INDEX ON place(created);
-CREATE INDEX ON place(updated);
-CREATE INDEX ON place(owner);
-CREATE INDEX ON place USING gin(words);
-CREATE INDEX ON place USING gist(position);
-VACUUM ANALYZE;
-)sql";
 
 /// The folder of the newest server's programs; empty where there is none.
 QString serverPrograms()
@@ -90,18 +65,19 @@ void writeRow(int id, const PlaceMaker::MadePlace &made, std::ostream &places, s
 }
 
 /// The median of what psql timed: the statements in turn, round by round, of which the first only warms up.
-OtherMedians mediansOf(const QByteArray &output, const std::vector<std::string> &names)
+OtherMedians mediansOf(const QByteArray &output)
 {
-    std::vector<std::vector<double>> times(names.size());
+    constexpr std::size_t COUNT = std::size(sql::STATEMENTS);
+    std::array<std::vector<double>, COUNT> times;
     std::size_t next = 0;
     for (const QByteArray &line : output.split('\n')) {
-        if (line.startsWith("Time: ") && next++ >= names.size())
-            times[(next - 1) % names.size()].push_back(line.split(' ').at(1).toDouble() * 1000);
+        if (line.startsWith("Time: ") && next++ >= COUNT)
+            times[(next - 1) % COUNT].push_back(line.split(' ').at(1).toDouble() * 1000);
     }
     OtherMedians medians;
-    for (std::size_t i = 0; i < names.size(); ++i) {
+    for (std::size_t i = 0; i < COUNT; ++i) {
         std::sort(times[i].begin(), times[i].end());
-        medians[names[i]] = Answers{0, times[i]}.median();
+        medians[sql::STATEMENTS[i].question] = Answers{0, times[i]}.median();
     }
     return medians;
 }
@@ -187,43 +163,37 @@ void Postgres::writePlaces() const
     for (int id = 1; id <= m_places; ++id)
         writeRow(id, maker.next(), places, tags);
     std::ofstream(file("fill.sql")) << "\\set ON_ERROR_STOP on\n"
-                                    << TABLES << "\\copy place(id, name, owner, mask, usage_count, last_used, created,"
+                                    << sql::TABLES
+                                    << "\\copy place(id, name, owner, mask, usage_count, last_used, created,"
                                     << " updated, latitude, longitude, feature) FROM '" << file("places") << "'\n"
                                     << "\\copy tag FROM '" << file("tags") << "'\n"
-                                    << (m_isOnEarth ? POSITION_ON_EARTH : POSITION_IN_PLANE) << INDEXES
+                                    << (m_isOnEarth ? sql::POSITION_ON_EARTH : sql::POSITION_IN_PLANE) << sql::INDEXES
                                     << "\\echo filled\n";
 }
 
-OtherMedians Postgres::medians(const std::vector<Question> &questions) const
+OtherMedians Postgres::medians() const
 {
     if (!m_isFilled)
         return {};
     PlaceMaker maker(SEED);
-    std::vector<std::string> names;
     std::ofstream script(file("questions.sql"));
     script << "SET statement_timeout = '5s';\n\\o /dev/null\n\\timing on\n";
     for (int round = 0; round <= ROUNDS; ++round) {
-        for (const Question &question : questions) {
-            if (question.sql.empty())
-                continue;
-            script << statement(question, maker) << ";\n";
-            if (round == 0)
-                names.push_back(question.name);
-        }
+        for (const sql::Statement &statement : sql::STATEMENTS)
+            script << withValues(statement.text, maker) << ";\n";
     }
     script.close();
-    return mediansOf(runScript("questions.sql"), names);
+    return mediansOf(runScript("questions.sql"));
 }
 
-std::string Postgres::statement(const Question &question, PlaceMaker &maker) const
+std::string Postgres::withValues(std::string statement, PlaceMaker &maker) const
 {
     const auto position = maker.city().position;
     const std::string degrees = std::to_string(position.longitude()) + "," + std::to_string(position.latitude());
-    std::string sql = question.sql;
-    replaceAll(sql, ":centre",
+    replaceAll(statement, ":centre",
                m_isOnEarth ? "ST_SetSRID(ST_MakePoint(" + degrees + "), 4326)::geography" : "point(" + degrees + ")");
-    replaceAll(sql, ":id", std::to_string(1 + maker.below(static_cast<std::uint64_t>(m_places))));
-    return sql;
+    replaceAll(statement, ":id", std::to_string(1 + maker.below(static_cast<std::uint64_t>(m_places))));
+    return statement;
 }
 
 } // namespace bench

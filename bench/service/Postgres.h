@@ -1,12 +1,11 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "Question.h"
-
 #include <QtCore/QStringList>
 #include <QtCore/QTemporaryDir>
 
 #include <map>
+#include <string>
 
 namespace bench
 {
@@ -27,8 +26,8 @@ public:
     Postgres(const Postgres &) = delete;
     Postgres &operator=(const Postgres &) = delete;
 
-    /// Puts the questions that have SQL, round by round, over one connection that stays open.
-    [[nodiscard]] OtherMedians medians(const std::vector<Question> &questions) const;
+    /// Puts the questions that are alike there, round by round, over one connection that stays open.
+    [[nodiscard]] OtherMedians medians() const;
 
 private:
     /// Runs one of the server's programs on its data folder; as another user where this process is root.
@@ -40,7 +39,8 @@ private:
     void writePlaces() const;
     /// Path in the temporary folder.
     [[nodiscard]] std::string file(const char *name) const;
-    [[nodiscard]] std::string statement(const Question &question, PlaceMaker &maker) const;
+    /// A statement with the position of some city and the id of some place.
+    [[nodiscard]] std::string withValues(std::string statement, PlaceMaker &maker) const;
 
     const int m_places;
     const QTemporaryDir m_folder;

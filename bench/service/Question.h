@@ -23,8 +23,6 @@ struct Question
     Limit limit;
     /// Asks once. Returns how many results came, or a negative number for a failure.
     std::function<int()> ask;
-    /// The same in PostgreSQL, with `:centre` for a position and `:id` for a place; empty where there is nothing alike.
-    std::string sql = {};
 };
 
 // Baselines, which come first among the questions.

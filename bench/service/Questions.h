@@ -36,14 +36,12 @@ private:
     void addKinds();
     void addFarPages();
     void addWrites();
-    void add(std::string name, Limit limit, std::function<int()> ask, std::string sql = {});
+    void add(std::string name, Limit limit, std::function<int()> ask);
     /// Adds a find of the first page, or of a later one.
-    void addFind(std::string name, Limit limit, const Rule &rule, const Sort &sort, std::string sql, int offset = 0);
+    void addFind(std::string name, Limit limit, const Rule &rule, const Sort &sort, int offset = 0);
     /// Adds finds of a rule by distance from a centre that changes with every find.
-    void addNear(std::string name, Limit limit, const Rule &rule, vela::platform::places::SortOrder::Type order,
-                 std::string sql);
-    void addGroup(vela::platform::places::SearchResultGroup::Type group, const char *term, Limit limit,
-                  std::string sql = {});
+    void addNear(std::string name, Limit limit, const Rule &rule, vela::platform::places::SortOrder::Type order);
+    void addGroup(vela::platform::places::SearchResultGroup::Type group, const char *term, Limit limit);
     qint64 someId();
     const vela::platform::places::Coordinates &someCentre();
 
