@@ -77,8 +77,8 @@ TEST_F(WriteTest, AFailedWriteReachesOnlyItsOwnClient)
     // the whole transaction.
     for (const char *how : {"FAIL", "ABORT", "ROLLBACK"}) {
         const std::string name = how;
-        outside.exec("CREATE TRIGGER on_" + name + " AFTER INSERT ON place WHEN new.name = '" + name
-                     + "' BEGIN SELECT RAISE(" + name + ", 'as told'); END");
+        outside.exec("CREATE TRIGGER on_" + name + " AFTER INSERT ON place WHEN new.sort_key = lower('" + name
+                     + "') BEGIN SELECT RAISE(" + name + ", 'as told'); END");
     }
     const struct
     {
