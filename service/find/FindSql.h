@@ -60,6 +60,13 @@ constexpr char FAVORITES[] =
     "SELECT id, name_key FROM place INDEXED BY favorite_by_name WHERE favorite ORDER BY sort_key, id";
 constexpr char FAVORITES_DOWN[] =
     "SELECT id, name_key FROM place INDEXED BY favorite_by_name WHERE favorite ORDER BY sort_key DESC, id DESC";
+constexpr char CONTACTS[] =
+    "SELECT id, name_key FROM place INDEXED BY contact_by_name WHERE contact ORDER BY sort_key, id";
+constexpr char CONTACTS_DOWN[] =
+    "SELECT id, name_key FROM place INDEXED BY contact_by_name WHERE contact ORDER BY sort_key DESC, id DESC";
+constexpr char ROOMS[] = "SELECT id, name_key FROM place INDEXED BY room_by_name WHERE room ORDER BY sort_key, id";
+constexpr char ROOMS_DOWN[] =
+    "SELECT id, name_key FROM place INDEXED BY room_by_name WHERE room ORDER BY sort_key DESC, id DESC";
 /// Places with a property of this key whose value, as far as the index keeps it, is from ?2 on and before ?3.
 constexpr char WITH_PROPERTY[] = "SELECT place.* FROM property CROSS JOIN place ON place.id = property.place"
                                  " WHERE property.key = ?1 AND property.value >= ?2 AND property.value < ?3";

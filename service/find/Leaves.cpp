@@ -5,19 +5,24 @@
 #include "find/Candidates.h"
 #include "find/FindSql.h"
 #include "model/PlacePrivate.h"
+#include "places/AuxiliaryData.h"
 #include "places/SearchOperator.h"
+#include "places/Tags.h"
 #include "store/IndexEntries.h"
 #include "store/SqlFunctions.h"
 #include "store/Store.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace placesd
 {
 
+using vela::platform::places::AuxiliaryData;
 using vela::platform::places::PlacePrivate;
 using vela::platform::places::SearchOperator;
 namespace sql = find_sql;
+namespace Tags = vela::platform::places::Tags;
 
 namespace
 {
@@ -131,6 +136,29 @@ std::unique_ptr<RowSource> UseCondition::sortedSource(Store &store, const Order 
 
 // ---------------------------------------------------------------------------------------------------------- facets
 
+/// The statements that give the places of a facet by name.
+struct FacetCondition::ByName
+{
+    FacetKind kind;
+    QString text;
+    const char *up;
+    const char *down;
+};
+
+const FacetCondition::ByName *FacetCondition::byNameOf(const FacetTest &test)
+{
+    static const ByName LISTS[] = {
+        {FacetKind::Tag, Tags::Favorite, sql::FAVORITES, sql::FAVORITES_DOWN},
+        {FacetKind::Type, AuxiliaryData::TypeContact, sql::CONTACTS, sql::CONTACTS_DOWN},
+        {FacetKind::Quality, QLatin1String(ROOM), sql::ROOMS, sql::ROOMS_DOWN},
+    };
+    const auto found = std::find_if(std::begin(LISTS), std::end(LISTS), [&test](const ByName &list) {
+        return test.kind == list.kind && test.text.op() == SearchOperator::Equals
+               && test.text.term() == list.text.toStdString();
+    });
+    return found == std::end(LISTS) ? nullptr : found;
+}
+
 bool FacetCondition::hasSource() const
 {
     return m_test.numbers.size() <= MOST_KEYS;
@@ -151,12 +179,16 @@ Condition::Source FacetCondition::source(Store &store, const Order &, qint64 lim
 
 bool FacetCondition::hasSortedSource(const Order &order) const
 {
+    if (m_byName && order.first().by == Order::By::Name)
+        return true;
     const bool isSingle = m_test.numbers.size() == 1;
     return order.first().by == Order::By::Relevance && hasSource() && (isSingle || order.isSortedByFirst());
 }
 
 std::unique_ptr<RowSource> FacetCondition::sortedSource(Store &store, const Order &order) const
 {
+    if (order.first().by == Order::By::Name)
+        return std::make_unique<NameSource>(store, directed(order, m_byName->up, m_byName->down));
     std::vector<std::unique_ptr<RowSource>> sources;
     for (const qint64 number : m_test.numbers)
         sources.push_back(rowsOf(store, directed(order, sql::OF_FACET, sql::OF_FACET_DOWN), {number}));
@@ -226,18 +258,6 @@ std::optional<qint64> BucketCondition::count(Store &store) const
     return store.placeCount(PlacePrivate::InRecentBucket);
 }
 
-bool FavoriteCondition::hasSortedSource(const Order &order) const
-{
-    return order.first().by == Order::By::Name || FacetCondition::hasSortedSource(order);
-}
-
-std::unique_ptr<RowSource> FavoriteCondition::sortedSource(Store &store, const Order &order) const
-{
-    if (order.first().by != Order::By::Name)
-        return FacetCondition::sortedSource(store, order);
-    return std::make_unique<NameSource>(store, directed(order, sql::FAVORITES, sql::FAVORITES_DOWN));
-}
-
 bool SavedCondition::test(const PlaceRow &row) const
 {
     return (row.persistenceMask() & PlacePrivate::ExplicitlySaved) != 0;
@@ -260,6 +280,25 @@ Condition::Source FoundCondition::source(Store &store, const Order &, qint64 lim
     std::vector<qint64> ids = m_candidates.storedIds(m_source);
     const auto length = static_cast<qint64>(ids.size());
     return {std::make_unique<IdSource>(store, std::move(ids)), std::min(limit, length)};
+}
+
+/// A few places can be sorted here.
+bool FoundCondition::hasSortedSource(const Order &order) const
+{
+    return order.isSortedByFirst() && m_candidates.storedIds(m_source).size() <= MOST_KEYS;
+}
+
+std::unique_ptr<RowSource> FoundCondition::sortedSource(Store &store, const Order &order) const
+{
+    IdSource rows(store, m_candidates.storedIds(m_source));
+    std::vector<Order::Key> keys;
+    while (const PlaceRow *row = rows.next())
+        keys.push_back(order.keyOf(*row));
+    std::sort(keys.begin(), keys.end(), order);
+    std::vector<qint64> ids;
+    for (const Order::Key &key : keys)
+        ids.push_back(key.id);
+    return std::make_unique<IdSource>(store, std::move(ids));
 }
 
 } // namespace placesd

@@ -48,12 +48,14 @@ private:
     const qint64 m_to;
 };
 
-/// By an owner, a tag, a type or a quality.
+/// By an owner, a tag, a type or a quality. The places of a facet are listed by relevance; favourites, contacts and
+/// rooms by name, too.
 class FacetCondition : public Condition
 {
 public:
     explicit FacetCondition(FacetTest test)
         : m_test(std::move(test))
+        , m_byName(byNameOf(m_test))
     {}
     [[nodiscard]] bool test(const PlaceRow &row) const override { return row.passes(m_test); }
     [[nodiscard]] int cost() const override { return 1; }
@@ -64,7 +66,11 @@ public:
     [[nodiscard]] std::optional<qint64> count(Store &store) const override;
 
 private:
+    struct ByName;
+    static const ByName *byNameOf(const FacetTest &test);
+
     const FacetTest m_test;
+    const ByName *const m_byName; ///< Null where there is no such list.
 };
 
 /// By a property of an auxiliary record.
@@ -75,7 +81,7 @@ public:
     PropertyCondition(PropertyTest test, std::vector<qint64> keys);
     [[nodiscard]] bool test(const PlaceRow &row) const override { return row.passes(m_test); }
     /// The whole record is read.
-    [[nodiscard]] int cost() const override { return 10; }
+    [[nodiscard]] int cost() const override { return 10 * RowSource::WHOLE_ROW; }
     [[nodiscard]] bool hasSource() const override;
     [[nodiscard]] Source source(Store &store, const Order &order, qint64 limit) const override;
 
@@ -95,15 +101,6 @@ public:
     [[nodiscard]] bool hasSortedSource(const Order &order) const override;
     [[nodiscard]] std::unique_ptr<RowSource> sortedSource(Store &store, const Order &order) const override;
     [[nodiscard]] std::optional<qint64> count(Store &store) const override;
-};
-
-/// By the tag of favourites, which has an index by name.
-class FavoriteCondition : public FacetCondition
-{
-public:
-    using FacetCondition::FacetCondition;
-    [[nodiscard]] bool hasSortedSource(const Order &order) const override;
-    [[nodiscard]] std::unique_ptr<RowSource> sortedSource(Store &store, const Order &order) const override;
 };
 
 /// The stored places that were saved.
@@ -136,6 +133,8 @@ public:
     [[nodiscard]] bool test(const PlaceRow &row) const override;
     [[nodiscard]] bool hasSource() const override { return true; }
     [[nodiscard]] Source source(Store &store, const Order &order, qint64 limit) const override;
+    [[nodiscard]] bool hasSortedSource(const Order &order) const override;
+    [[nodiscard]] std::unique_ptr<RowSource> sortedSource(Store &store, const Order &order) const override;
 
 private:
     const Candidates &m_candidates;

@@ -17,10 +17,10 @@ PlanRun::PlanRun(const Condition &condition, const Order &order, std::unique_ptr
     , m_source(std::move(source))
 {}
 
-bool PlanRun::advance(qint64 rows)
+bool PlanRun::advance(qint64 budget)
 {
-    const qint64 cost = 1 + m_condition.cost();
-    for (; !m_isDone && rows > 0; rows -= cost)
+    const int cost = m_source->cost() + m_condition.cost();
+    for (; !m_isDone && budget > 0; budget -= cost)
         m_isDone = take(m_source->next());
     return m_isDone;
 }

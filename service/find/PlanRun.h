@@ -19,8 +19,8 @@ public:
     PlanRun(const PlanRun &) = delete;
     PlanRun &operator=(const PlanRun &) = delete;
 
-    /// Goes on for about so many rows. True once all hits are there.
-    bool advance(qint64 rows);
+    /// Goes on until that costs so much, see RowSource::cost(). True once all hits are there.
+    bool advance(qint64 budget);
     /// The hits, in order. Once only, and after the last advance().
     virtual std::vector<Hit> takeHits() = 0;
 

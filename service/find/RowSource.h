@@ -27,6 +27,11 @@ public:
 
     /// The next place, valid until the call after; null at the end.
     virtual const PlaceRow *next() = 0;
+    /// How long that takes: 1 for a name in an index.
+    [[nodiscard]] virtual int cost() const { return WHOLE_ROW; }
+
+    /// A row that lies anywhere in the table, or in the R*Tree.
+    static constexpr int WHOLE_ROW = 5;
 };
 
 /// The rows of a statement that selects places.
@@ -50,6 +55,7 @@ public:
     /// @param sql a named statement without parameters.
     NameSource(Store &store, const char *sql);
     const PlaceRow *next() override;
+    [[nodiscard]] int cost() const override { return 1; }
 
 private:
     StatementPool::Lease m_statement;

@@ -150,8 +150,6 @@ ConditionPtr RuleCompiler::facet(FacetKind kind, int op, const QString &text)
     if (!test.text.isUnderstood())
         return notUnderstood();
     test.numbers = m_store.facets().find(kind, test.text);
-    if (kind == FacetKind::Tag && op == SearchOperator::Equals && text == Tags::Favorite)
-        return std::make_unique<FavoriteCondition>(std::move(test));
     return std::make_unique<FacetCondition>(std::move(test));
 }
 

@@ -7,6 +7,7 @@
 #include "store/Nearest.h"
 #include "store/Store.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace placesd
@@ -18,13 +19,12 @@ namespace sql = find_sql;
 namespace
 {
 
-/// A condition's index that gives no more rows than this is read whole: the other plan cannot save much.
+/// A condition's index that gives no more rows than this is read whole: no other plan can save much.
 constexpr qint64 FEW_ROWS = 1024;
-/// Rows of the first turn when two plans take turns; each pair of turns is twice as long as the one before, so that the
-/// plan that is worse never takes more than twice what the better one does.
-constexpr qint64 FIRST_TURN = 2048;
-/// A row that an index of a condition leads to lies anywhere; along an order they lie closer. In rows of the latter.
-constexpr qint64 SCATTERED_ROW = 2;
+/// What the first turn may cost when two plans take turns. Each pair of turns is twice as long as the one before, so
+/// the plan that is worse never takes more than twice what the better one does.
+constexpr qint64 FIRST_TURN = 8192;
+constexpr qint64 WITHOUT_LIMIT = std::numeric_limits<qint64>::max();
 
 /// The statements along the orders, by Order::By but for distances.
 struct Scan
@@ -76,19 +76,21 @@ std::vector<Hit> StoredSearch::first(std::size_t wanted, bool withKeys)
         source = m_condition.source(m_store, m_order, FEW_ROWS);
     if (!source.rows) {
         ByOrder run(m_condition, m_order, inOrder(), wanted, withKeys);
-        run.advance(std::numeric_limits<qint64>::max());
+        run.advance(WITHOUT_LIMIT);
         return run.takeHits();
     }
     ByCondition byCondition(m_condition, m_order, std::move(source.rows), wanted, withKeys);
-    if (m_plan == Plan::ByCondition || source.length < FEW_ROWS) {
-        byCondition.advance(std::numeric_limits<qint64>::max());
+    const bool isOnlyPlan =
+        m_plan == Plan::ByCondition || (source.length < FEW_ROWS && !m_condition.hasSortedSource(m_order));
+    if (isOnlyPlan) {
+        byCondition.advance(WITHOUT_LIMIT);
         return byCondition.takeHits();
     }
     ByOrder byOrder(m_condition, m_order, inOrder(), wanted, withKeys);
-    for (qint64 turn = FIRST_TURN;; turn *= 2) {
+    for (qint64 turn = std::min(FIRST_TURN, source.length * RowSource::WHOLE_ROW + 1);; turn *= 2) {
         if (byOrder.advance(turn))
             return byOrder.takeHits();
-        if (byCondition.advance(turn / SCATTERED_ROW))
+        if (byCondition.advance(turn))
             return byCondition.takeHits();
     }
 }

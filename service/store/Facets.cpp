@@ -119,10 +119,10 @@ qint64 Facets::count(FacetKind kind, const std::string &text)
 QStringList Facets::texts(FacetKind kind)
 {
     QStringList texts;
-    const auto row = m_statements.take(sql::SELECT_FACETS);
+    const auto row = m_statements.take(sql::SELECT_TEXTS);
     row->bind(1, static_cast<int>(kind));
     while (row->executeStep())
-        texts.append(QString::fromStdString(row->getColumn(1).getString()));
+        texts.append(QString::fromStdString(row->getColumn(0).getString()));
     return texts;
 }
 

@@ -22,8 +22,7 @@ bool canBeRoom(const AuxiliaryData &record)
     return record.type() == AuxiliaryData::TypeContact || record.type() == AuxiliaryData::TypeCalendar;
 }
 
-void addRecord(IndexEntries &entries, const AuxiliaryData &record, QSet<QString> &types, QSet<QString> &keys,
-               bool &isRoom)
+void addRecord(IndexEntries &entries, const AuxiliaryData &record, QSet<QString> &types, QSet<QString> &keys)
 {
     types.insert(record.type());
     if (!record.externalId().isEmpty())
@@ -34,7 +33,8 @@ void addRecord(IndexEntries &entries, const AuxiliaryData &record, QSet<QString>
         const QString value = searchKey(property.value());
         keys.insert(key);
         entries.properties.push_back({key, propertyPrefix(value)});
-        isRoom = isRoom || (canBeRoom(record) && key == QLatin1String("kind") && value == QLatin1String(ROOM));
+        entries.isRoom =
+            entries.isRoom || (canBeRoom(record) && key == QLatin1String("kind") && value == QLatin1String(ROOM));
     }
 }
 
@@ -69,9 +69,8 @@ IndexEntries IndexEntries::of(const PlacePrivate &place)
     QSet<QString> types;
     QSet<QString> keys;
     QSet<QString> tags;
-    bool isRoom = false;
     for (const AuxiliaryData &record : place.auxiliaryData())
-        addRecord(entries, record, types, keys, isRoom);
+        addRecord(entries, record, types, keys);
     for (const QString &tag : place.tags())
         tags.insert(tag);
 
@@ -84,7 +83,7 @@ IndexEntries IndexEntries::of(const PlacePrivate &place)
     addAll(FacetKind::Tag, tags);
     addAll(FacetKind::Type, types);
     addAll(FacetKind::PropertyKey, keys);
-    if (isRoom)
+    if (entries.isRoom)
         addAll(FacetKind::Quality, {QLatin1String(ROOM)});
     return entries;
 }

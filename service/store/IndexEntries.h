@@ -37,6 +37,7 @@ struct IndexEntries
     std::vector<Facet> facets; ///< Each once.
     std::vector<Property> properties;
     std::vector<Origin> origins;
+    bool isRoom = false;
 
     static IndexEntries of(const vela::platform::places::PlacePrivate &place);
 };

@@ -13,7 +13,9 @@ CREATE TABLE place(
     id          INTEGER PRIMARY KEY,
     name_key    TEXT    NOT NULL,               -- without case and accents
     sort_key    TEXT    NOT NULL,               -- without case
-    favorite    INTEGER NOT NULL,
+    favorite    INTEGER NOT NULL,               -- 0 or 1, as the two below
+    contact     INTEGER NOT NULL,
+    room        INTEGER NOT NULL,
     perimeter   INTEGER NOT NULL,
     mask        INTEGER NOT NULL,               -- 1 in the recent bucket, 2 saved
     usage_count INTEGER NOT NULL,
@@ -35,6 +37,8 @@ CREATE INDEX place_by_creation  ON place(created);
 CREATE INDEX place_by_update    ON place(updated);
 CREATE INDEX bucket_by_use      ON place(last_used, id, name_key, mask) WHERE mask & 1;
 CREATE INDEX favorite_by_name   ON place(sort_key, id, name_key, favorite) WHERE favorite;
+CREATE INDEX contact_by_name    ON place(sort_key, id, name_key, contact) WHERE contact;
+CREATE INDEX room_by_name       ON place(sort_key, id, name_key, room) WHERE room;
 CREATE INDEX place_nowhere      ON place(latitude) WHERE latitude IS NULL;
 
 CREATE TABLE record(
@@ -125,8 +129,9 @@ constexpr char INSERT_PLACE[] =
     "latitude,"
     " longitude, facets, id) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13)";
 constexpr char UPDATE_PLACE[] =
-    "UPDATE place SET name_key = ?1, sort_key = ?2, favorite = ?3, perimeter = ?4, mask = ?5, usage_count = ?6,"
-    " last_used = ?7, created = ?8, updated = ?9, latitude = ?10, longitude = ?11, facets = ?12 WHERE id = ?13";
+    "UPDATE place SET name_key = ?1, sort_key = ?2, favorite = ?3, contact = ?4, room = ?5, perimeter = ?6, mask = ?7,"
+    " usage_count = ?8, last_used = ?9, created = ?10, updated = ?11, latitude = ?12, longitude = ?13, facets = ?14"
+    " WHERE id = ?15";
 constexpr char DELETE_PLACE[] = "DELETE FROM place WHERE id = ?1";
 constexpr char SELECT_ROW[] = "SELECT * FROM place WHERE id = ?1";
 constexpr char SELECT_STANDING[] = "SELECT perimeter, mask FROM place WHERE id = ?1";
@@ -155,6 +160,7 @@ constexpr char RELEASE_FACET[] = "UPDATE facet SET places = places - 1 WHERE id 
 constexpr char DELETE_UNUSED_FACET[] = "DELETE FROM facet WHERE id = ?1 AND places <= 0";
 constexpr char SELECT_FACET[] = "SELECT id, text, places FROM facet WHERE kind = ?1 AND text = ?2";
 constexpr char SELECT_FACETS[] = "SELECT id, text, places FROM facet WHERE kind = ?1 ORDER BY text";
+constexpr char SELECT_TEXTS[] = "SELECT text FROM facet WHERE kind = ?1 ORDER BY text";
 constexpr char COUNT_OF_FACET[] = "SELECT places FROM facet WHERE id = ?1";
 constexpr char INSERT_PLACE_OF_FACET[] =
     "INSERT INTO place_of_facet(facet, usage_count, last_used, place) VALUES (?1, ?2, ?3, ?4)";

@@ -209,7 +209,7 @@ void Store::put(const Place &place, const char *sql)
         if (facet.kind == FacetKind::PropertyKey)
             keys.insert(facet.text, number);
     }
-    putRow(data, FacetNumbers::pack(numbers), sql);
+    putRow(data, entries.isRoom, FacetNumbers::pack(numbers), sql);
     for (const IndexEntries::Property &property : entries.properties)
         execute(sql::INSERT_PROPERTY, {keys.value(property.key), property.value, place.id()});
     for (const IndexEntries::Origin &origin : entries.origins)
@@ -217,20 +217,20 @@ void Store::put(const Place &place, const char *sql)
     putRecords(place.id(), fullRecordOf(place), headerOf(place));
 }
 
-void Store::putRow(const PlacePrivate &place, const std::string &facets, const char *sql)
+void Store::putRow(const PlacePrivate &place, bool isRoom, const std::string &facets, const char *sql)
 {
     const Coordinates position = place.primaryCoordinates();
     const bool isSomewhere = position.isValid();
     const auto row = m_statements.take(sql);
     bindAll(*row,
             {searchKey(place.name()), sortKey(place.name()), place.hasTag(Tags::Favorite),
-             static_cast<int>(place.securityPerimeter()), place.persistenceMask(), place.usageCount(),
-             place.lastUsedTime(), place.createdTime(), place.updatedTime(),
-             isSomewhere ? QVariant(position.latitude()) : QVariant(),
+             place.hasAuxiliaryData(AuxiliaryData::TypeContact), isRoom, static_cast<int>(place.securityPerimeter()),
+             place.persistenceMask(), place.usageCount(), place.lastUsedTime(), place.createdTime(),
+             place.updatedTime(), isSomewhere ? QVariant(position.latitude()) : QVariant(),
              isSomewhere ? QVariant(position.longitude()) : QVariant()},
             1);
-    bindBlob(*row, 12, facets);
-    row->bind(13, static_cast<int64_t>(place.id()));
+    bindBlob(*row, 14, facets);
+    row->bind(15, static_cast<int64_t>(place.id()));
     row->exec();
 }
 

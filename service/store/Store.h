@@ -124,7 +124,8 @@ private:
     void giveIds(vela::platform::places::Place &place, bool isNew);
     /// Writes the row of a place, by INSERT_PLACE or UPDATE_PLACE, and all that goes with it.
     void put(const vela::platform::places::Place &place, const char *sql);
-    void putRow(const vela::platform::places::PlacePrivate &place, const std::string &facets, const char *sql);
+    void putRow(const vela::platform::places::PlacePrivate &place, bool isRoom, const std::string &facets,
+                const char *sql);
     void putRecords(qint64 id, const std::string &fullRecord, const std::string &header);
     /// Deletes what a place is found by besides its row. @param place null for one that cannot be read.
     void deleteEntries(qint64 id, const vela::platform::places::Place *place);

@@ -150,11 +150,12 @@ void Store::keepUnreadable(SQLite::Statement &old)
     };
     copy(1, 3);
     copy(2, 4);
-    row->bind(3, 0);
+    for (const int flag : {3, 4, 5})
+        row->bind(flag, 0);
     for (int column = 6; column < 14; ++column)
-        copy(column - 2, column);
-    bindBlob(*row, 12, FacetNumbers::pack(numbers));
-    row->bind(13, static_cast<int64_t>(id));
+        copy(column, column);
+    bindBlob(*row, 14, FacetNumbers::pack(numbers));
+    row->bind(15, static_cast<int64_t>(id));
     row->exec();
     putRecords(id, blobOf(old.getColumn(1)), blobOf(old.getColumn(2)));
 }

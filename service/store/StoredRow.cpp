@@ -18,6 +18,8 @@ enum StoredRow::Column : int
     NameKey,
     SortKey,
     Favorite,
+    Contact,
+    Room,
     SecurityPerimeter,
     Mask,
     UsageCount,
