@@ -24,7 +24,7 @@ public:
     {
         Read,
         Write,
-        Turn,   ///< Others come first; there is more to do.
+        Turn,   ///< More has arrived; other connections come first.
         PassOn, ///< Another pool has to run the first request.
         Close
     };
@@ -33,16 +33,16 @@ public:
 
     [[nodiscard]] int fd() const { return m_socket.get(); }
     [[nodiscard]] Clock::time_point lastActivity() const { return m_lastActivity.load(); }
-    /// Ends the connection; whoever serves it sees the end of the stream.
+    /// Ends the connection; the thread that serves it sees the end of the stream.
     void shutDown();
 
-    /// How epoll is to be told that the connection is watched: the first time as a new one.
+    /// The operation that has epoll watch the connection: EPOLL_CTL_ADD the first time, then EPOLL_CTL_MOD.
     int watchOperation();
-    /// What epoll is to watch for. A connection that waits for its turn can as a rule be written to, and so gets it
-    /// when those have had theirs that are before it.
+    /// The events that epoll watches for. A connection that waits for its turn can nearly always be written to, so
+    /// epoll reports it at once, behind those that are ready already.
     static unsigned int eventsFor(Wish wish);
 
-    /// Reads, answers and writes as far as it goes without waiting, for a few requests at the most. Returns what it
+    /// Reads, answers and writes a few requests at most, as far as it goes without waiting. Returns what the connection
     /// waits for.
     Wish advance(Service &service);
     /// The pool that has to run the first request, after Wish::PassOn.
@@ -54,18 +54,18 @@ public:
     void answerFirst(Service &service);
     /// Sends the reply that was kept back, as far as it goes without waiting. Returns what the connection waits for.
     Wish sendKept();
-    /// Answers the first request, whatever it is, with a code.
+    /// Answers the first request with a code, without looking at it.
     void refuse(orix_places_protocol::ReturnCode code);
 
 private:
     ssize_t receive();
-    /// Does the next thing with what has arrived; false when it takes more to have arrived.
+    /// Answers or discards the first request; false when more of it has to arrive, or another pool has to run it.
     bool takeRequest(Service &service);
     /// Runs the first request, which is whole.
     std::unique_ptr<orix_places_protocol::PlacesAPIEncoder> runFirst(Service &service);
     /// Puts the reply to the first request behind it.
     void finishFirst(const orix_places_protocol::PlacesAPIEncoder &reply);
-    /// Lets a request pass that is too long to be kept, and says so behind it.
+    /// Discards a request that is too long to be kept, and answers it once it has passed.
     bool discard();
 
     /// Length of the first request without its head; it has arrived.
@@ -82,7 +82,7 @@ private:
     vela::system::channel::Descriptor m_socket;
     const Caller m_caller;
     std::vector<char> m_incoming;
-    std::size_t m_taken = 0; ///< How much of what has arrived is done with.
+    std::size_t m_taken = 0; ///< Bytes of m_incoming that are done with.
     std::vector<char> m_outgoing;
     std::size_t m_sent = 0;
     std::uint32_t m_toDiscard = 0;
@@ -90,7 +90,7 @@ private:
     Pool m_pool = Pool::Fast;           ///< Which has to run the request that is passed on.
     std::unique_ptr<orix_places_protocol::PlacesAPIEncoder> m_kept; ///< Reply that is kept back.
     bool m_isWatched = false;
-    /// The thread that epoll wakes sees all that the one before has done; this says so to the language, too.
+    /// Orders the work of two threads one after the other. epoll does so too, but the memory model does not know it.
     std::atomic<unsigned int> m_turns = 0;
     std::atomic<Clock::time_point> m_lastActivity{Clock::now()};
 };

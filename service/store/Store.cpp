@@ -121,7 +121,7 @@ int Store::execute(const char *sql, const std::vector<QVariant> &values)
 
 bool Store::isWriting() const
 {
-    return sqlite3_get_autocommit(m_database.getHandle()) == 0;
+    return sqlite3_txn_state(m_database.getHandle(), "main") == SQLITE_TXN_WRITE;
 }
 
 bool Store::write(const std::function<bool()> &work)

@@ -44,7 +44,7 @@ public:
     /// Runs `work` as one transaction, which is on the disk when this returns. A false result, like an exception, takes
     /// everything back. Within the work of another write, `work` runs in a savepoint of that transaction.
     bool write(const std::function<bool()> &work);
-    /// Whether a transaction is open. A grave error, such as a full disk, ends it within the work of a write.
+    /// Whether a write is under way. A grave error, such as a full disk, ends its transaction before its work is done.
     [[nodiscard]] bool isWriting() const;
 
     /// Stores a new place and gives it and its parts their ids.

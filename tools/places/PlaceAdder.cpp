@@ -4,6 +4,7 @@
 
 #include <places/PlaceManager.h>
 
+#include <system_error>
 #include <utility>
 
 namespace tool
@@ -56,8 +57,19 @@ bool PlaceAdder::add(ReadPlace read)
         return true;
     m_isWork.notify_one();
     if (m_threads.size() < THREADS)
-        m_threads.emplace_back([this] { run(); });
+        startThread();
     return true;
+}
+
+/// Fewer threads do as well, as long as there is one.
+void PlaceAdder::startThread()
+{
+    try {
+        m_threads.emplace_back([this] { run(); });
+    } catch (const std::system_error &) {
+        if (m_threads.empty())
+            throw;
+    }
 }
 
 void PlaceAdder::finish()

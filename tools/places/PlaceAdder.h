@@ -45,6 +45,7 @@ private:
         bool isDone = false;
     };
 
+    void startThread();
     void run();
     /// Settles members from the front of the queue until at most `most` are left, and all that are done.
     void settleUntil(std::size_t most);
