@@ -96,8 +96,9 @@ Service::Outcome Service::answerWith(const QString &externalId, const QString &t
 Service::Outcome Service::answerWithContact(const QString &externalId, Request &request, Encoder &reply)
 {
     ContactBook *contacts = m_shared.contacts.get();
-    const bool mayRead = m_pool == Pool::Slow || (m_pool == Pool::Fast && contacts && contacts->isRead());
-    if (contacts && !mayRead)
+    // A look for changes may read files, and the writer never waits for that.
+    const bool isSlow = contacts && (m_pool == Pool::Writer || (m_pool == Pool::Fast && !contacts->isRead()));
+    if (isSlow)
         return Pool::Slow;
     ProvidersAnswer answer;
     if (const FoundPlace place = contacts ? contacts->place(externalId, request.deadline) : nullptr)
