@@ -121,6 +121,7 @@ PRAGMA synchronous = FULL;
 PRAGMA foreign_keys = ON;
 PRAGMA cache_size = -16384;
 PRAGMA temp_store = MEMORY;
+PRAGMA wal_autocheckpoint = 8000;           -- pages, 32 MB
 )sql";
 
 // Places.
