@@ -53,6 +53,16 @@ void makeTablesOf(int version, SQLite::Database &database)
         database.exec(old_schemas::VERSION_2);
 }
 
+bool isHeader(const std::string &record)
+{
+    try {
+        decodeHeader(record);
+        return true;
+    } catch (const SQLite::Exception &) {
+        return false;
+    }
+}
+
 void require(bool isSound)
 {
     if (!isSound)
@@ -157,7 +167,13 @@ void Store::keepUnreadable(SQLite::Statement &old)
     bindBlob(*row, 14, FacetNumbers::pack(numbers));
     row->bind(15, static_cast<int64_t>(id));
     row->exec();
-    putRecords(id, blobOf(old.getColumn(1)), blobOf(old.getColumn(2)));
+    // What is not packed cannot be unpacked: it never gets into a reply.
+    const std::string header = blobOf(old.getColumn(2));
+    const auto records = m_statements.take(sql::PUT_RECORDS);
+    records->bind(1, static_cast<int64_t>(id));
+    bindBlob(*records, 2, blobOf(old.getColumn(1)));
+    bindBlob(*records, 3, isHeader(header) ? m_records->pack(header) : header);
+    records->exec();
 }
 
 void Store::requirePlaces(SQLite::Database &database)
