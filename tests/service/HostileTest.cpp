@@ -3,7 +3,6 @@
 #include "Channel.h"
 #include "manager/PlaceManagerPrivate.h"
 #include "places/PlaceManager.h"
-#include "store/OldSchemas.h"
 #include "support/Placesd.h"
 #include "support/SamplePlace.h"
 
@@ -310,29 +309,4 @@ TEST(AService, LeavesAloneWhatIsAnothersOrNewerThanItself)
     const QString newer = service.path("newer.db");
     SQLite::Database(newer.toStdString(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE).exec("PRAGMA user_version=99");
     EXPECT_EQ(start(newer), 1);
-}
-
-/// A database of the first version, in which words were folded otherwise, and a place in it that cannot be read.
-TEST(AService, FindsThePlacesOfAnOlderDatabase)
-{
-    Placesd service;
-    service.kill();
-    const std::string old = service.path("places.db").toStdString();
-    for (const char *end : {"", "-wal", "-shm"})
-        QFile::remove(QString::fromStdString(old + end));
-    {
-        SQLite::Database database(old, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-        database.exec(placesd::old_schemas::VERSION_1);
-        for (const qint64 id : {1, 2}) {
-            const std::string record = id == 1 ? message(sample::placeFields(1, "")) : "nonsense";
-            SQLite::Statement row(database, "INSERT INTO place VALUES (?1, 'Ｃafé', 'ｃafe', 'café', 'app', 2, 3, 0, 0,"
-                                            " 1, 1, 46.2, 6.15, ?2, ?2)");
-            row.bind(1, static_cast<int64_t>(id));
-            row.bind(2, record.data(), static_cast<int>(record.size()));
-            row.exec();
-        }
-    }
-    service.start();
-    EXPECT_EQ(found(find(5, 0, rule(13, 4, 7, "cafe", 0))), 1);
-    EXPECT_EQ(Placesd::code(message(head(4) + Fields{i64(2)})), 0) << "what cannot be read can be removed";
 }

@@ -1,0 +1,149 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "places/PlaceHeader.h"
+#include "places/PlaceManager.h"
+#include "protocol/Protocol.h"
+#include "store/Records.h"
+#include "store/Store.h"
+#include "support/Placesd.h"
+#include "support/SamplePlace.h"
+
+#include <gmock/gmock.h>
+
+#include <QtCore/QFile>
+
+using namespace vela::platform::places;
+using placesd::fullRecordOf;
+using testing::ElementsAre;
+
+namespace
+{
+
+/// A database that the placesd of an earlier version made within one second.
+struct OldDatabase
+{
+    const char *name;
+    int version;
+    quint64 time; ///< Of everything that the service did.
+};
+
+// Ids of places in it. Those between them, and the last one, were removed.
+constexpr qint64 FULL = 1;
+constexpr qint64 CONTACT = 3;
+constexpr qint64 USED = 4;
+constexpr qint64 UNREADABLE = 5;
+constexpr qint64 RECENT = 6;
+constexpr qint64 HIGHEST = 7;
+
+/// The place that was stored with an id. Its location and its record have that id, too.
+std::unique_ptr<Place> placeOf(qint64 id, quint64 time)
+{
+    auto place = std::make_unique<Place>();
+    PlacePrivate &data = *PlacePrivate::privateFromPublic(place.get());
+    sample::fill(*place, id);
+    data.setSearchTerm(QString());
+    data.setCreatedTime(time);
+    data.setUpdatedTime(time);
+    if (id != FULL) {
+        const char *names[] = {"", "", "Gone", "Ｃafé Zoë", "Zürich", "Broken", "Cafeteria", "Last"};
+        data.setName(QString::fromUtf8(names[id]));
+        data.setOwner(QString());
+        data.m_tags = QStringList{QStringLiteral("beach")};
+        data.m_locations[0].setCoordinates(Coordinates(46.2 + static_cast<double>(id), 6.15));
+        data.m_auxiliaryData[0] = AuxiliaryData(id == CONTACT ? AuxiliaryData::TypeContact : QStringLiteral("x-other"));
+        data.m_auxiliaryData[0].setExternalId(QStringLiteral("1,5,0"));
+        data.m_auxiliaryData[0].addProperty(QStringLiteral("Überzug"), QString(200, QLatin1Char('x')));
+    }
+    if (id == RECENT) {
+        data.setPersistenceMask(PlacePrivate::InRecentBucket);
+        data.m_locations[0].setCoordinates(Coordinates());
+    }
+    if (id == USED) {
+        data.incrementUsageCount();
+        data.setLastUsedTime(time);
+    }
+    LocationPrivate::privateFromPublic(&data.m_locations[0])->setId(id);
+    AuxiliaryDataPrivate::fromPublic(data.m_auxiliaryData[0])->setId(id);
+    return place;
+}
+
+class MigrationTest : public testing::TestWithParam<OldDatabase>
+{
+protected:
+    /// Copies the old database. What the service made there is gone.
+    QString put(const char *name) const
+    {
+        for (const char *end : {"", "-wal", "-shm"})
+            QFile::remove(service.path(name) + QLatin1String(end));
+        const QString old = QStringLiteral(SOURCES "/tests/service/data/") + QLatin1String(GetParam().name);
+        EXPECT_TRUE(QFile::copy(old, service.path(name)));
+        return service.path(name);
+    }
+    template <typename List>
+    static std::vector<qint64> ids(const List &places)
+    {
+        std::vector<qint64> ids;
+        for (const auto *place : places)
+            ids.push_back(place->id());
+        qDeleteAll(places);
+        return ids;
+    }
+    Error::Type error = Error::Success;
+    void expectPlacesAndTerms()
+    {
+        for (const qint64 id : {FULL, CONTACT, USED, RECENT}) {
+            const std::unique_ptr<Place> place(manager.getPlace(id));
+            ASSERT_TRUE(place) << id;
+            EXPECT_EQ(fullRecordOf(*place), fullRecordOf(*placeOf(id, GetParam().time))) << id;
+        }
+        const SortRule near = SortRule::createDistanceSortRule(Coordinates(50, 6), SortOrder::Ascending);
+        EXPECT_THAT(ids(manager.findPlaces(QStringLiteral("cafe"), nullptr, nullptr, near)),
+                    ElementsAre(CONTACT, FULL, RECENT));
+        EXPECT_THAT(ids(manager.findPlacesByTags({QStringLiteral("beach")}, nullptr, nullptr, near)),
+                    ElementsAre(USED, CONTACT, RECENT));
+        EXPECT_THAT(ids(manager.findPlacesByTypes({AuxiliaryData::TypeContact})), ElementsAre(CONTACT));
+        EXPECT_THAT(ids(manager.findPlacesByOwners({QStringLiteral("app")})), ElementsAre(FULL));
+        EXPECT_THAT(ids(manager.findRecentPlaces(&error)), ElementsAre(USED, RECENT, CONTACT, FULL));
+        EXPECT_EQ(error, Error::Success);
+        QStringList terms;
+        EXPECT_EQ(protocol.getRecentSearchTerms(terms, QString()), Error::Success);
+        EXPECT_THAT(terms, ElementsAre(QString::fromUtf8("Zürich"), QStringLiteral("lake")));
+    }
+
+    Placesd service{{QStringLiteral("--gazetteer"), QString()}};
+    PlaceManager manager;
+    Protocol protocol;
+};
+
+} // namespace
+
+TEST_P(MigrationTest, KeepsEverythingAndTheUnreadableCanBeRemoved)
+{
+    service.kill();
+    const QString database = put("places.db");
+    service.start();
+    expectPlacesAndTerms();
+    EXPECT_EQ(manager.removePlace(UNREADABLE), Error::Success);
+    const std::unique_ptr<Place> added = placeOf(PlaceId::UNDEFINED_PERSISTED_ID, 0);
+    EXPECT_EQ(manager.addPlace(added.get()), Error::Success);
+    EXPECT_EQ(added->id(), HIGHEST + 1) << "no id comes back as another place's";
+    service.stop();
+    SQLite::Database migrated(database.toStdString());
+    EXPECT_NO_THROW(placesd::Store::requirePlaces(migrated));
+    EXPECT_EQ(migrated.execAndGet("PRAGMA user_version").getInt(), 3);
+}
+
+TEST_P(MigrationTest, ABackupOfAnEarlierVersionIsRestored)
+{
+    const QString backup = put("old.db");
+    EXPECT_EQ(protocol.restore(backup.toStdString()), Error::RestoreFailed) << "a place cannot be read";
+    SQLite::Database(backup.toStdString(), SQLite::OPEN_READWRITE)
+        .exec("DELETE FROM place WHERE id = 5; PRAGMA page_size = 4096; VACUUM");
+    ASSERT_EQ(protocol.restore(backup.toStdString()), Error::Success);
+    expectPlacesAndTerms();
+}
+
+INSTANTIATE_TEST_SUITE_P(Versions, MigrationTest,
+                         testing::Values(OldDatabase{"version-1.db", 1, 1795575373},
+                                         OldDatabase{"version-2.db", 2, 1795575374}),
+                         [](const auto &row) { return "From" + std::to_string(row.param.version); });
