@@ -260,7 +260,7 @@ std::optional<qint64> BucketCondition::count(Store &store) const
 
 bool SavedCondition::test(const PlaceRow &row) const
 {
-    return (row.persistenceMask() & PlacePrivate::ExplicitlySaved) != 0;
+    return !row.isStored() || (row.persistenceMask() & PlacePrivate::ExplicitlySaved) != 0;
 }
 
 std::optional<qint64> SavedCondition::count(Store &store) const

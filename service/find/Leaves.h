@@ -103,7 +103,7 @@ public:
     [[nodiscard]] std::optional<qint64> count(Store &store) const override;
 };
 
-/// The stored places that were saved.
+/// The stored places that were saved, and all that is not stored.
 class SavedCondition : public Condition
 {
 public:
