@@ -270,6 +270,13 @@ std::optional<qint64> SavedCondition::count(Store &store) const
 
 // ----------------------------------------------------------------------------------------------- what sources gave
 
+bool OwnCondition::test(const PlaceRow &row) const
+{
+    return row.isStored() || std::any_of(m_sources.begin(), m_sources.end(), [&](int source) {
+               return m_candidates.wasFoundBy(source, row.id());
+           });
+}
+
 bool FoundCondition::test(const PlaceRow &row) const
 {
     return m_source == ANY ? m_candidates.wasFound(row.id()) : m_candidates.wasFoundBy(m_source, row.id());

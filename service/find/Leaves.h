@@ -120,6 +120,23 @@ public:
     [[nodiscard]] bool passesAllStored() const override { return true; }
 };
 
+/// What a search looks at: stored places, and what was given for the leaves of its own rule.
+class OwnCondition : public Condition
+{
+public:
+    /// @param candidates outlives the condition. @param sources numbers of the leaves.
+    OwnCondition(const Candidates &candidates, std::vector<int> sources)
+        : m_candidates(candidates)
+        , m_sources(std::move(sources))
+    {}
+    [[nodiscard]] bool test(const PlaceRow &row) const override;
+    [[nodiscard]] bool passesAllStored() const override { return true; }
+
+private:
+    const Candidates &m_candidates;
+    const std::vector<int> m_sources;
+};
+
 /// What a source gave for a leaf of the rule, or for any of them.
 class FoundCondition : public Condition
 {

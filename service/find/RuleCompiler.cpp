@@ -56,9 +56,20 @@ ConditionPtr RuleCompiler::compileSearch(const Rule &rule)
             searches.push_back(compileSearch(member));
         return std::make_unique<AnyOf>(std::move(searches));
     }
-    if (hasSource(rule))
-        return compile(rule);
-    return std::make_unique<AllOf>(list(compile(rule), ConditionPtr(new StoredCondition)));
+    std::vector<int> sources;
+    addSources(rule, sources);
+    return std::make_unique<AllOf>(
+        list(compile(rule), ConditionPtr(new OwnCondition(m_candidates, std::move(sources)))));
+}
+
+/// Adds the numbers of the leaves that give candidates.
+void RuleCompiler::addSources(const Rule &rule, std::vector<int> &sources) const
+{
+    const bool isLeftOut = m_withoutProviders && sourceKindOf(rule) == SourceKind::Provider;
+    if (rule.source != Rule::NO_SOURCE && !isLeftOut)
+        sources.push_back(rule.source);
+    for (const Rule &member : rule.members)
+        addSources(member, sources);
 }
 
 ConditionPtr RuleCompiler::compile(const Rule &rule)

@@ -26,12 +26,13 @@ public:
     [[nodiscard]] bool isUnderstood() const { return m_isUnderstood; }
 
     /// What a rule, or a search that it joins with others, finds. Its sources are numbered. Candidates belong to the
-    /// searches that ask for some.
+    /// searches whose leaves gave them.
     ConditionPtr compileSearch(const Rule &rule);
     /// What it finds without the providers.
     ConditionPtr compileWithoutProviders(const Rule &rule);
 
 private:
+    void addSources(const Rule &rule, std::vector<int> &sources) const;
     ConditionPtr compile(const Rule &rule);
     ConditionPtr connective(const Rule &rule);
     ConditionPtr leaf(const Rule &rule);
