@@ -23,6 +23,14 @@ namespace
 constexpr qint64 FIRST_CANDIDATE = qint64{1} << 62;
 constexpr qint64 NONE = PlaceId::UNDEFINED_PERSISTED_ID;
 
+/// What a candidate is known by when it is found twice; empty when nothing tells.
+QString keyOf(const PlacePrivate &place)
+{
+    if (place.isRecentSearchTerm())
+        return place.name();
+    return place.auxiliaryData().isEmpty() ? QString() : originKey(place.auxiliaryData().first());
+}
+
 } // namespace
 
 CandidateRow::CandidateRow(FoundPlace place, qint64 id)
@@ -79,8 +87,7 @@ void Candidates::add(int source, const std::vector<FoundPlace> &places)
 
 void Candidates::add(int source, const FoundPlace &place, std::size_t expected)
 {
-    const auto &records = PlacePrivate::privateFromPublic(place.get())->auxiliaryData();
-    const QString key = records.isEmpty() ? QString() : originKey(records.first());
+    const QString key = keyOf(*PlacePrivate::privateFromPublic(place.get()));
     qint64 id = storedIdOf(place, key, expected);
     if (id == NONE)
         id = m_known.value(key, NONE);
@@ -97,7 +104,7 @@ void Candidates::add(int source, const FoundPlace &place, std::size_t expected)
 qint64 Candidates::storedIdOf(const FoundPlace &place, const QString &key, std::size_t expected)
 {
     const PlacePrivate &data = *PlacePrivate::privateFromPublic(place.get());
-    if (key.isEmpty() || data.hasTag(QLatin1String(InternalTags::Suggestion)))
+    if (key.isEmpty() || data.auxiliaryData().isEmpty() || data.hasTag(QLatin1String(InternalTags::Suggestion)))
         return NONE;
     const QString type = data.auxiliaryData().first().type();
     auto stored = m_stored.find(type);

@@ -126,9 +126,9 @@ PRAGMA wal_autocheckpoint = 8000;           -- pages, 32 MB
 
 // Places.
 constexpr char INSERT_PLACE[] =
-    "INSERT INTO place(name_key, sort_key, favorite, perimeter, mask, usage_count, last_used, created, updated, "
-    "latitude,"
-    " longitude, facets, id) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13)";
+    "INSERT INTO place(name_key, sort_key, favorite, contact, room, perimeter, mask, usage_count, last_used, created,"
+    " updated, latitude, longitude, facets, id)"
+    " VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15)";
 constexpr char UPDATE_PLACE[] =
     "UPDATE place SET name_key = ?1, sort_key = ?2, favorite = ?3, contact = ?4, room = ?5, perimeter = ?6, mask = ?7,"
     " usage_count = ?8, last_used = ?9, created = ?10, updated = ?11, latitude = ?12, longitude = ?13, facets = ?14"
