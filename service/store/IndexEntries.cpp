@@ -15,7 +15,7 @@ using namespace vela::platform::places;
 namespace
 {
 
-constexpr int PREFIX_LENGTH = 64; // UTF-16 units
+constexpr int PREFIX_LENGTH = 64; // code points
 
 bool canBeRoom(const AuxiliaryData &record)
 {
@@ -40,11 +40,13 @@ void addRecord(IndexEntries &entries, const AuxiliaryData &record, QSet<QString>
 
 } // namespace
 
+/// Cut by code points: two texts compare as their prefixes do, unless these are equal.
 QString propertyPrefix(const QString &value)
 {
-    const bool isCut = value.size() > PREFIX_LENGTH;
-    const bool splitsPair = isCut && value.at(PREFIX_LENGTH - 1).isHighSurrogate();
-    return isCut ? value.left(splitsPair ? PREFIX_LENGTH - 1 : PREFIX_LENGTH) : value;
+    int end = 0;
+    for (int i = 0; i < PREFIX_LENGTH && end < value.size(); ++i)
+        end += value.at(end).isHighSurrogate() ? 2 : 1;
+    return value.left(end);
 }
 
 QString keyOf(const Provider &provider)
