@@ -25,12 +25,15 @@ bool isAccent(QChar c)
            || (code >= 0x1DC0 && code <= 0x1DFF);
 }
 
-/// The categories that the full-text index takes for parts of words: L*, N*, M*, Co and So.
+/// What the full-text index takes for parts of words: the categories L*, N*, M*, Co and So, and all that Unicode 6.1,
+/// which it goes by, did not know. U+166D was punctuation then.
 bool isPartOfWord(uint code)
 {
     const QChar::Category category = QChar::category(code);
-    return QChar::isLetterOrNumber(code) || QChar::isMark(code) || category == QChar::Other_PrivateUse
-           || category == QChar::Symbol_Other;
+    const bool isOfKind = QChar::isLetterOrNumber(code) || QChar::isMark(code) || category == QChar::Other_PrivateUse
+                          || category == QChar::Symbol_Other;
+    const bool isUnknown = category == QChar::Other_NotAssigned || QChar::unicodeVersion(code) > QChar::Unicode_6_1;
+    return (isOfKind && code != 0x166D) || isUnknown;
 }
 
 bool startsWith(std::string_view text, std::string_view start)
