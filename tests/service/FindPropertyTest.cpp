@@ -37,7 +37,7 @@ QStringList list(const char *texts)
 
 const QStringList WORDS =
     list("cafe|Café|CAFÉ|ｃafé|caf|Straße|STRASSE|Zürich|zu|z||İzmir|izmir|東京|東|कि|क|한국|하|ﬁn|🍕|"
-         "🥲|a🥲b|σίσυφος|Σίσυφοσ|--|\"|*|l'eau|100%|9|y\xCC\x88|ø|a|b|𝔸")
+         "🥲|a🥲b|σίσυφος|Σίσυφοσ|--|\"|*|l'eau|100%|9|y\xCC\x88|ø|a|b|𝔸|b🏽a")
     << QString(QChar(0)) + QLatin1Char('x');
 const QStringList TAGS = list("beach|beach|Beach|bé ach") << Tags::Favorite;
 const QStringList TYPES = list("Poi|") << AuxiliaryData::TypeContact << AuxiliaryData::TypeCalendar
@@ -254,7 +254,8 @@ const QString &folded(const QString &text)
 
 QStringList splitWords(const QString &text)
 {
-    static const QRegularExpression between(QStringLiteral("[^\\p{L}\\p{N}\\p{M}\\p{Co}\\p{So}]+"));
+    static const QRegularExpression between(
+        QStringLiteral("[^\\p{L}\\p{N}\\p{M}\\p{Co}\\p{So}\\x{1F3FB}-\\x{1F3FF}]+"));
     return text.split(between, Qt::SkipEmptyParts);
 }
 
