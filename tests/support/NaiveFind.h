@@ -1,0 +1,332 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "places/SearchOperator.h"
+#include "places/SortRule.h"
+#include "places/Utilities.h"
+#include "store/Records.h"
+#include "store/TextKeys.h"
+#include "support/RandomFind.h"
+
+#include <QtCore/QHash>
+#include <QtCore/QRegularExpression>
+
+#include <algorithm>
+#include <optional>
+#include <set>
+
+/// What a find has to give, by a look at every place in memory. Written apart from the service's finds on purpose.
+namespace finds
+{
+
+/// What a function makes of a text; one function for each type.
+template <typename Value>
+const Value &cached(const QString &text, Value (*make)(const QString &))
+{
+    static QHash<QString, Value> known;
+    const auto found = known.constFind(text);
+    return found != known.constEnd() ? *found : *known.insert(text, make(text));
+}
+
+inline const QString &folded(const QString &text)
+{
+    return cached(text, searchKey);
+}
+
+inline QStringList splitWords(const QString &text)
+{
+    static const QRegularExpression between(
+        QStringLiteral("[^\\p{L}\\p{N}\\p{M}\\p{Co}\\p{So}\\x{1F3FB}-\\x{1F3FF}]+"));
+    return text.split(between, Qt::SkipEmptyParts);
+}
+
+inline bool passes(const QString &text, int op, const QString &term)
+{
+    const QByteArray a = text.toUtf8();
+    const QByteArray b = term.toUtf8();
+    const QStringList &there = cached(text, splitWords);
+    const QStringList &wanted = cached(term, splitWords);
+    const auto startsAWord = [&](const QString &start) {
+        return std::any_of(there.begin(), there.end(), [&](const QString &word) { return word.startsWith(start); });
+    };
+    const bool results[] = {
+        a == b,          a != b,
+        a >= b,          a <= b,
+        a.startsWith(b), wanted.isEmpty() ? a.contains(b) : std::all_of(wanted.begin(), wanted.end(), startsAWord),
+        a.endsWith(b)};
+    return results[op - SearchOperator::Equals];
+}
+
+struct Subject
+{
+    FoundPlace given;
+    FoundPlace seen; ///< The same, without ids and uses where it is not stored.
+    bool isStored = true;
+    qint64 number = 0; ///< The id, or where it came among those that are not stored.
+    int batch = 0;     ///< Of the providers.
+    std::set<const Rule *> foundBy = {};
+
+    const PlacePrivate &data() const { return *PlacePrivate::privateFromPublic(seen.get()); }
+};
+
+inline bool hasProperty(const PlacePrivate &place, const Rule *key, const Rule *value, const QStringList &types = TYPES)
+{
+    const auto isFound = [&](const QMap<QString, QString> &properties, const QString &own) {
+        return (!key || passes(folded(own), key->op, folded(key->text)))
+               && (!value || passes(folded(properties[own]), value->op, folded(value->text)));
+    };
+    return std::any_of(place.auxiliaryData().begin(), place.auxiliaryData().end(), [&](const AuxiliaryData &record) {
+        const QMap<QString, QString> all = record.properties();
+        return types.contains(record.type())
+               && std::any_of(all.keyBegin(), all.keyEnd(), [&](const QString &own) { return isFound(all, own); });
+    });
+}
+
+inline Rule equals(const char *text)
+{
+    Rule rule;
+    rule.op = SearchOperator::Equals;
+    rule.text = QLatin1String(text);
+    return rule;
+}
+
+template <typename Node, typename Take>
+inline void eachLeaf(const Node &node, const Take &take)
+{
+    if (node.members.empty())
+        take(node);
+    for (const Node &member : node.members)
+        eachLeaf(member, take);
+}
+
+/// What is stored, and where other places come from.
+struct Model
+{
+    std::map<qint64, FoundPlace> stored;
+    std::vector<FoundPlace> terms; ///< Newest first.
+    const Guide *guide = nullptr;
+};
+
+/// A look at every place for one query.
+class Look
+{
+public:
+    Look(const Model &model, const Query &query, bool external);
+    std::vector<FoundPlace> find();
+
+private:
+    static QString originOf(const AuxiliaryData &record)
+    {
+        return record.externalId().isEmpty() ? QString() : record.type() + QLatin1Char(' ') + record.externalId();
+    }
+    void addGiven(const Rule &leaf, const FoundPlace &place, int batch);
+    bool isGiven(const Rule &leaf, const Subject &subject) const
+    {
+        return subject.foundBy.count(&leaf) > 0 && (subject.batch == m_batch || !providerSearchOf(leaf));
+    }
+    bool isGivenByAny(const Rule &rule, const Subject &subject) const
+    {
+        return isGiven(rule, subject) || std::any_of(rule.members.begin(), rule.members.end(), [&](const Rule &member) {
+                   return isGivenByAny(member, subject);
+               });
+    }
+    bool holds(const Rule &rule, const Subject &subject) const
+    {
+        const auto &members = rule.members;
+        const auto isHeld = [&](const Rule &member) { return holds(member, subject); };
+        if (rule.kind == Kind::Or)
+            return std::any_of(members.begin(), members.end(), isHeld);
+        if (rule.kind == Kind::And && members.size() == 2 && members[0].field == Field::AuxiliaryKey
+            && members[1].field == Field::AuxiliaryValue)
+            return hasProperty(subject.data(), &members[0], &members[1]);
+        return rule.kind == Kind::UnaryString ? holdsLeaf(rule, subject)
+                                              : std::all_of(members.begin(), members.end(), isHeld);
+    }
+    bool holdsLeaf(const Rule &rule, const Subject &subject) const
+    {
+        const PlacePrivate &data = subject.data();
+        static const Rule kind = equals("kind");
+        static const Rule room = equals(ROOM);
+        const quint64 used = data.lastUsedTime();
+        const quint64 time = static_cast<unsigned>(rule.value);
+        const bool uses[] = {used == time, used != time, used >= time, used <= time};
+        const bool isOwn = subject.isStored && !m_external;
+        const bool isNamed = passes(folded(data.name()), SearchOperator::Contains, folded(rule.text));
+        const auto isText = [&](const QString &text) { return passes(text, rule.op, rule.text); };
+        const auto isType = [&](const AuxiliaryData &record) { return isText(record.type()); };
+        const bool isNot = rule.op == SearchOperator::NotEqual;
+        switch (rule.field) {
+        case Field::AuxiliaryKey:
+            return hasProperty(data, &rule, nullptr);
+        case Field::AuxiliaryValue:
+            return hasProperty(data, nullptr, &rule);
+        case Field::LastUsedTime:
+            return uses[rule.op - SearchOperator::Equals];
+        case Field::Name:
+            return passes(folded(data.name()), rule.op, folded(rule.text));
+        case Field::Owner:
+        case Field::MyPlaces:
+            return isText(data.owner());
+        case Field::Tag:
+            return isNot ? !data.hasTag(rule.text) : std::any_of(data.tags().begin(), data.tags().end(), isText);
+        case Field::Type:
+            return isNot ? !data.hasAuxiliaryData(rule.text)
+                         : std::any_of(data.auxiliaryData().begin(), data.auxiliaryData().end(), isType);
+        case Field::RecentlyPicked:
+            return isOwn && data.isInRecentBucket();
+        case Field::ListFavorite:
+        case Field::ExcludeFavorites:
+            return (subject.isStored && data.hasTag(Tags::Favorite)) == (rule.field == Field::ListFavorite);
+        case Field::NonContact:
+            return !data.hasAuxiliaryData(AuxiliaryData::TypeContact);
+        case Field::ContactQuery:
+            return isOwn && isNamed && data.hasAuxiliaryData(AuxiliaryData::TypeContact);
+        case Field::MeetingRoom:
+            return isOwn && isNamed
+                   && hasProperty(data, &kind, &room, {AuxiliaryData::TypeContact, AuxiliaryData::TypeCalendar});
+        default:
+            return isGiven(rule, subject);
+        }
+    }
+    bool isFoundBy(const Rule &search, const Subject &subject) const
+    {
+        const auto isFound = [&](const Rule &member) { return isFoundBy(member, subject); };
+        if (joinsSearches(search))
+            return std::any_of(search.members.begin(), search.members.end(), isFound);
+        return (subject.isStored ? !m_external || subject.data().isExplicitlySaved() : isGivenByAny(search, subject))
+               && holds(search, subject);
+    }
+
+    const Query &m_query;
+    const bool m_external;
+    int m_batch = 0;
+    std::vector<Subject> m_subjects;
+    QHash<QString, std::size_t> m_known; ///< Positions among the subjects, by what a place is known by at its source.
+};
+
+inline Look::Look(const Model &model, const Query &query, bool external)
+    : m_query(query)
+    , m_external(external)
+{
+    for (const auto &[id, place] : model.stored) {
+        for (const AuxiliaryData &record : PlacePrivate::privateFromPublic(place.get())->auxiliaryData()) {
+            if (!m_known.contains(originOf(record)))
+                m_known.insert(originOf(record), m_subjects.size());
+        }
+        m_subjects.push_back({place, place, true, id});
+    }
+    m_known.remove(QString());
+    std::vector<const Rule *> asking;
+    eachLeaf(query.rule, [&](const Rule &leaf) {
+        if (providerSearchOf(leaf))
+            asking.push_back(&leaf);
+        for (const FoundPlace &term : model.terms) {
+            if (leaf.field == Field::RecentSearchTerms && !external
+                && folded(term->name()).startsWith(folded(leaf.text)))
+                addGiven(leaf, term, 0);
+        }
+    });
+    // Batches follow one another when nothing has to stand behind all of them.
+    const bool isChain = joinsSearches(query.rule) && query.rule.kind == Kind::And;
+    const bool hasBatches = asking.size() == 1 && (!isChain || asksProviders(query.rule.members.back()));
+    for (const Rule *leaf : asking) {
+        int count = 0;
+        for (const FoundPlace &place : model.guide ? model.guide->results(leaf->text) : std::vector<FoundPlace>())
+            addGiven(*leaf, place, hasBatches ? count++ / limits::PROVIDER_BATCH : 0);
+    }
+}
+
+inline void Look::addGiven(const Rule &leaf, const FoundPlace &place, int batch)
+{
+    const std::shared_ptr<Place> seen = copyOf(*place);
+    PlacePrivate &data = *PlacePrivate::privateFromPublic(seen.get());
+    data.clearPersistedStates();
+    data.setOwner(QString());
+    data.setLastUsedTime(0);
+    QString origin = data.hasAuxiliaryData() ? originOf(data.auxiliaryData(0)) : data.name();
+    if (data.hasTag(QLatin1String(InternalTags::Suggestion)))
+        origin.prepend(QLatin1Char('?'));
+    if (!m_known.contains(origin)) {
+        m_known.insert(origin, m_subjects.size());
+        m_subjects.push_back({place, seen, false, static_cast<qint64>(m_subjects.size())});
+    }
+    Subject &subject = m_subjects[m_known[origin]];
+    subject.foundBy.insert(&leaf);
+    subject.batch = batch;
+}
+
+inline bool sorts(const Sort &sort)
+{
+    return sort.kind == SortKind::Simple
+           || (sort.kind == SortKind::Distance && Coordinates(sort.latitude, sort.longitude).isValid());
+}
+
+/// A number or text to sort by; what has none comes last.
+inline std::optional<std::pair<double, QByteArray>> valueOf(const Sort &sort, const PlacePrivate &place)
+{
+    const Coordinates position = place.primaryCoordinates();
+    if (sort.kind == SortKind::Distance && !position.isValid())
+        return {};
+    if (sort.kind == SortKind::Distance)
+        return {{Utilities::calculateDistanceInMeter(position, {sort.latitude, sort.longitude}), {}}};
+    if (sort.field == SortField::Name)
+        return {{0, sortKey(place.name()).toUtf8()}};
+    const auto count = static_cast<quint64>(place.usageCount());
+    const quint64 numbers[] = {
+        (count << 40) + place.lastUsedTime(), 0, place.lastUsedTime(), place.createdTime(), place.updatedTime(), count};
+    return {{static_cast<double>(numbers[sort.field]), {}}};
+}
+
+/// The last criterion first, each time keeping what is equal as it was.
+inline void sortBy(const Sort &sort, std::vector<const Subject *> &subjects)
+{
+    for (auto member = sort.members.rbegin(); member != sort.members.rend(); ++member)
+        sortBy(*member, subjects);
+    if (!sorts(sort))
+        return;
+    std::map<const Subject *, std::optional<std::pair<double, QByteArray>>> values;
+    for (const Subject *subject : subjects)
+        values[subject] = valueOf(sort, subject->data());
+    std::stable_sort(subjects.begin(), subjects.end(), [&](const Subject *a, const Subject *b) {
+        if (!values[a] || !values[b])
+            return values[a].has_value() && !values[b];
+        return sort.order == SortOrder::Descending ? values[b] < values[a] : values[a] < values[b];
+    });
+}
+
+inline std::vector<FoundPlace> Look::find()
+{
+    const bool isChain = joinsSearches(m_query.rule) && m_query.rule.kind == Kind::And;
+    std::vector<const Rule *> searches;
+    for (const Rule &member : m_query.rule.members)
+        searches.push_back(&member);
+    if (!isChain)
+        searches = {&m_query.rule};
+    const Sort *first = nullptr;
+    eachLeaf(m_query.sort, [&first](const Sort &sort) { first = !first && sorts(sort) ? &sort : first; });
+    const bool isDown = (first ? first : &m_query.sort)->order == SortOrder::Descending;
+    const auto isBefore = [isDown](const Subject *a, const Subject *b) {
+        if (a->isStored != b->isStored)
+            return a->isStored;
+        return a->isStored && isDown ? b->number < a->number : a->number < b->number;
+    };
+
+    std::vector<FoundPlace> found;
+    std::set<const Subject *> known;
+    for (; m_batch < 3; ++m_batch) {
+        for (const Rule *search : searches) {
+            std::vector<const Subject *> hits;
+            for (const Subject &subject : m_subjects) {
+                if (isFoundBy(*search, subject) && known.insert(&subject).second)
+                    hits.push_back(&subject);
+            }
+            std::sort(hits.begin(), hits.end(), isBefore);
+            sortBy(m_query.sort, hits);
+            for (const Subject *subject : hits)
+                found.push_back(subject->given);
+        }
+    }
+    return found;
+}
+
+} // namespace finds
