@@ -103,8 +103,9 @@ void Candidates::add(int source, const FoundPlace &place, std::size_t expected)
 /// Where fewer places of the type are stored than candidates are expected, one statement fetches them all.
 qint64 Candidates::storedIdOf(const FoundPlace &place, const QString &key, std::size_t expected)
 {
+    static const QString SUGGESTION = QLatin1String(InternalTags::Suggestion);
     const PlacePrivate &data = *PlacePrivate::privateFromPublic(place.get());
-    if (key.isEmpty() || data.auxiliaryData().isEmpty() || data.hasTag(QLatin1String(InternalTags::Suggestion)))
+    if (key.isEmpty() || data.auxiliaryData().isEmpty() || data.hasTag(SUGGESTION))
         return NONE;
     const QString type = data.auxiliaryData().first().type();
     auto stored = m_stored.find(type);

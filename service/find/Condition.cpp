@@ -60,11 +60,12 @@ bool AllOf::hasSource() const
                        [](const ConditionPtr &member) { return member->hasSource(); });
 }
 
-/// The shortest source of a member.
+/// The shortest source of a member. What takes longest to test is asked first: it is names that have to be counted.
 Condition::Source AllOf::source(Store &store, const Order &order, qint64 limit) const
 {
     Source best;
-    for (const ConditionPtr &member : m_members) {
+    for (auto position = m_members.rbegin(); position != m_members.rend(); ++position) {
+        const ConditionPtr &member = *position;
         if (!member->hasSource())
             continue;
         Source next = member->source(store, order, best.rows ? best.length : limit);

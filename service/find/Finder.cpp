@@ -313,7 +313,11 @@ Finder::ReturnCode Finder::collect(std::size_t offset, std::size_t count, std::v
 
 std::vector<Hit> Finder::hitsOf(const Search &search, std::size_t wanted)
 {
-    const std::vector<Hit> others = candidateHits(search);
+    std::vector<Hit> others = candidateHits(search);
+    const std::size_t first = std::min(others.size(), wanted);
+    std::partial_sort(others.begin(), others.begin() + static_cast<std::ptrdiff_t>(first), others.end(),
+                      [this](const Hit &a, const Hit &b) { return m_order(a.key, b.key); });
+    others.resize(first);
     std::vector<Hit> stored = StoredSearch(m_store, *search.condition, m_order, m_plan).first(wanted, !others.empty());
     if (others.empty())
         return stored;
@@ -325,7 +329,7 @@ std::vector<Hit> Finder::hitsOf(const Search &search, std::size_t wanted)
     return all;
 }
 
-/// The candidates that a search finds, in order. They belong to searches that asked for some.
+/// The candidates that a search finds. They belong to searches that asked for some.
 std::vector<Hit> Finder::candidateHits(const Search &search) const
 {
     std::vector<Hit> hits;
@@ -335,7 +339,6 @@ std::vector<Hit> Finder::candidateHits(const Search &search) const
         if (search.condition->test(row))
             hits.push_back({row.id(), m_order.keyOf(row)});
     }
-    std::sort(hits.begin(), hits.end(), [this](const Hit &a, const Hit &b) { return m_order(a.key, b.key); });
     return hits;
 }
 

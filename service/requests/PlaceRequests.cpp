@@ -152,10 +152,14 @@ Service::Outcome Service::getHeader(Request &request, Encoder &reply)
 ReturnCode Service::permitPlace(qint64 id, const Request &request)
 {
     const std::optional<Store::Standing> standing = m_store.standingOf(id);
+    return standing ? permitPlace(*standing, request) : ReturnCode::NoSuchPlace;
+}
+
+ReturnCode Service::permitPlace(const Store::Standing &standing, const Request &request)
+{
     // The external channel knows only what was saved.
-    const bool isKnown =
-        standing && (!request.caller.external || (standing->persistenceMask & PlacePrivate::ExplicitlySaved) != 0);
-    return isKnown ? permit(request.head.perimeter, standing->perimeter) : ReturnCode::NoSuchPlace;
+    const bool isKnown = !request.caller.external || (standing.persistenceMask & PlacePrivate::ExplicitlySaved) != 0;
+    return isKnown ? permit(request.head.perimeter, standing.perimeter) : ReturnCode::NoSuchPlace;
 }
 
 ReturnCode Service::change(qint64 id, const Request &request, const Change &change)
@@ -177,10 +181,13 @@ ReturnCode Service::change(qint64 id, const Request &request, const Change &chan
 
 ReturnCode Service::encodeStored(qint64 id, const Request &request, Encoder &reply)
 {
-    if (const ReturnCode problem = permitPlace(id, request); problem != ReturnCode::Success)
-        return problem;
-    encodeRecord(reply, m_store.storedRecord(id, false));
-    return ReturnCode::Success;
+    const std::optional<Store::StoredPlace> place = m_store.storedPlace(id);
+    if (!place)
+        return ReturnCode::NoSuchPlace;
+    const ReturnCode code = permitPlace(place->standing, request);
+    if (code == ReturnCode::Success)
+        encodeRecord(reply, place->fullRecord);
+    return code;
 }
 
 bool Service::encodeRecord(Encoder &reply, const std::string &record)

@@ -141,6 +141,7 @@ private:
 
     /// Whether a request may see or change a stored place.
     ReturnCode permitPlace(qint64 id, const Request &request);
+    static ReturnCode permitPlace(const Store::Standing &standing, const Request &request);
     ReturnCode encodeStored(qint64 id, const Request &request, Encoder &reply);
     /// Puts a stored record into a reply as it is.
     static bool encodeRecord(Encoder &reply, const std::string &record);

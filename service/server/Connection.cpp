@@ -85,6 +85,9 @@ Connection::Wish Connection::advance(Service &service)
         }
         if (m_deadline)
             return Wish::PassOn;
+        // Most clients close after one answer: epoll tells of that as of another request.
+        if (steps > 0 && arrived() == 0)
+            return Wish::Read;
         if (const ssize_t received = receive(); received == 0 || (received < 0 && errno != EAGAIN))
             return Wish::Close;
         else if (received < 0)

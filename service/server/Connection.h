@@ -42,6 +42,8 @@ public:
     /// epoll reports it at once, behind those that are ready already.
     static unsigned int eventsFor(Wish wish);
 
+    /// Reads what has arrived; false where that is nothing.
+    bool hasInput() { return receive() > 0; }
     /// Reads, answers and writes a few requests at most, as far as it goes without waiting. Returns what the connection
     /// waits for.
     Wish advance(Service &service);

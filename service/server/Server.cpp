@@ -161,8 +161,10 @@ void Server::accept(const Listener &listener, Service &service)
         if (m_connections.size() < limits::CONNECTIONS)
             m_connections.emplace(connection, std::move(owned));
     }
-    pollfd first = {connection->fd(), POLLIN, 0};
-    ::poll(&first, 1, FIRST_REQUEST_WAIT_MS);
+    if (!connection->hasInput()) {
+        pollfd first = {connection->fd(), POLLIN, 0};
+        ::poll(&first, 1, FIRST_REQUEST_WAIT_MS);
+    }
     if (owned)
         owned->refuse(ReturnCode::Busy);
     else

@@ -97,9 +97,10 @@ std::optional<std::vector<FoundPlace>> ContactBook::find(const QString &term, bo
     const QStringList wanted = words(key);
     std::vector<FoundPlace> found;
     for (const Entry &entry : *all) {
+        if (onlyRooms && !entry.isRoom)
+            continue;
         // A term without words is looked for as it is.
-        const bool fits = wanted.isEmpty() ? entry.key.contains(key) : startWords(entry.words, wanted);
-        if (fits && (entry.isRoom || !onlyRooms))
+        if (wanted.isEmpty() ? entry.key.contains(key) : startWords(entry.words, wanted))
             found.push_back(entry.place);
     }
     return found;

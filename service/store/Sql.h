@@ -136,6 +136,8 @@ constexpr char UPDATE_PLACE[] =
 constexpr char DELETE_PLACE[] = "DELETE FROM place WHERE id = ?1";
 constexpr char SELECT_ROW[] = "SELECT * FROM place WHERE id = ?1";
 constexpr char SELECT_STANDING[] = "SELECT perimeter, mask FROM place WHERE id = ?1";
+constexpr char SELECT_STANDING_AND_RECORD[] =
+    "SELECT perimeter, mask, full_record FROM place JOIN record ON record.place = place.id WHERE place.id = ?1";
 constexpr char SELECT_RECENT_BUCKET[] = "SELECT id FROM place WHERE mask & 1";
 
 constexpr char PUT_RECORDS[] = "INSERT OR REPLACE INTO record(place, full_record, header) VALUES (?1, ?2, ?3)";

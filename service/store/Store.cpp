@@ -64,6 +64,12 @@ void forgetForeignIds(Place &place, const Place &before)
     }
 }
 
+/// Perimeter and mask, the first columns of a row.
+Store::Standing standingIn(SQLite::Statement &row)
+{
+    return {static_cast<vela::system::SecurityPerimeter::Type>(row.getColumn(0).getInt()), row.getColumn(1).getInt()};
+}
+
 template <typename List>
 int countWithoutId(const List &parts)
 {
@@ -291,11 +297,19 @@ void Store::clearRecentBucket()
 std::optional<Store::Standing> Store::standingOf(qint64 id)
 {
     const auto row = m_statements.take(sql::SELECT_STANDING);
-    bindAll(*row, {id}, 1);
+    row->bind(1, static_cast<int64_t>(id));
     if (!row->executeStep())
         return std::nullopt;
-    return Standing{static_cast<vela::system::SecurityPerimeter::Type>(row->getColumn(0).getInt()),
-                    row->getColumn(1).getInt()};
+    return standingIn(*row);
+}
+
+std::optional<Store::StoredPlace> Store::storedPlace(qint64 id)
+{
+    const auto row = m_statements.take(sql::SELECT_STANDING_AND_RECORD);
+    row->bind(1, static_cast<int64_t>(id));
+    if (!row->executeStep())
+        return std::nullopt;
+    return StoredPlace{standingIn(*row), unpack(row->getColumn(2))};
 }
 
 std::string Store::unpack(const SQLite::Column &column)
@@ -307,7 +321,7 @@ std::string Store::unpack(const SQLite::Column &column)
 std::string Store::storedRecord(qint64 id, bool headerOnly)
 {
     const auto row = m_statements.take(headerOnly ? sql::SELECT_HEADER : sql::SELECT_FULL_RECORD);
-    bindAll(*row, {id}, 1);
+    row->bind(1, static_cast<int64_t>(id));
     return row->executeStep() ? unpack(row->getColumn(0)) : std::string();
 }
 

@@ -63,6 +63,13 @@ public:
         int persistenceMask;
     };
     std::optional<Standing> standingOf(qint64 id);
+    /// A stored place as it is sent, and who may see it.
+    struct StoredPlace
+    {
+        Standing standing;
+        std::string fullRecord;
+    };
+    std::optional<StoredPlace> storedPlace(qint64 id);
 
     /// The stored place; null when there is none.
     std::unique_ptr<vela::platform::places::Place> place(qint64 id);
