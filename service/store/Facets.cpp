@@ -70,7 +70,7 @@ bool FacetNumbers::containAny(std::string_view packed, const std::vector<qint64>
 qint64 Facets::add(const Facet &facet)
 {
     const auto row = m_statements.take(sql::ADD_FACET);
-    bindAll(*row, {static_cast<int>(facet.kind), facet.text}, 1);
+    bindEach(*row, static_cast<int>(facet.kind), facet.text);
     row->executeStep();
     return row->getColumn(0).getInt64();
 }
@@ -79,7 +79,7 @@ void Facets::release(qint64 number)
 {
     for (const char *sql : {sql::RELEASE_FACET, sql::DELETE_UNUSED_FACET}) {
         const auto row = m_statements.take(sql);
-        bindAll(*row, {number}, 1);
+        bindEach(*row, number);
         row->exec();
     }
 }
@@ -104,7 +104,7 @@ std::vector<qint64> Facets::find(FacetKind kind, const TextTest &test)
 qint64 Facets::count(qint64 number)
 {
     const auto row = m_statements.take(sql::COUNT_OF_FACET);
-    bindAll(*row, {number}, 1);
+    bindEach(*row, number);
     return row->executeStep() ? row->getColumn(0).getInt64() : 0;
 }
 

@@ -86,6 +86,29 @@ void bindBlob(SQLite::Statement &statement, int index, const std::string &bytes)
     statement.bind(index, bytes.data(), static_cast<int>(bytes.size()));
 }
 
+void bindOne(SQLite::Statement &statement, int index, qint64 value)
+{
+    statement.bind(index, static_cast<int64_t>(value));
+}
+
+void bindOne(SQLite::Statement &statement, int index, int value)
+{
+    statement.bind(index, value);
+}
+
+void bindOne(SQLite::Statement &statement, int index, const QString &value)
+{
+    statement.bind(index, utf8(value));
+}
+
+void bindOne(SQLite::Statement &statement, int index, const std::optional<double> &value)
+{
+    if (value)
+        statement.bind(index, *value);
+    else
+        statement.bind(index);
+}
+
 int bindAll(SQLite::Statement &statement, const std::vector<QVariant> &values, int from)
 {
     for (const QVariant &value : values)

@@ -7,6 +7,7 @@
 #include <QtCore/QStringList>
 #include <QtCore/QVariant>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,20 @@ QString matchExpression(const QString &term);
 std::string utf8(const QString &text);
 std::string blobOf(const SQLite::Column &column);
 void bindBlob(SQLite::Statement &statement, int index, const std::string &bytes);
+
+void bindOne(SQLite::Statement &statement, int index, qint64 value);
+void bindOne(SQLite::Statement &statement, int index, int value);
+void bindOne(SQLite::Statement &statement, int index, const QString &value);
+/// NULL where there is none.
+void bindOne(SQLite::Statement &statement, int index, const std::optional<double> &value);
+
+/// Binds values of these types to the parameters of a statement, in their order.
+template <typename... Values>
+void bindEach(SQLite::Statement &statement, const Values &...values)
+{
+    int index = 0;
+    (bindOne(statement, ++index, values), ...);
+}
 
 /// Binds values, bytes as text and NULL for an invalid one, from a position on; returns the position behind them.
 int bindAll(SQLite::Statement &statement, const std::vector<QVariant> &values, int from);

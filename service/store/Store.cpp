@@ -118,13 +118,6 @@ std::string Store::dictionary()
     return row->executeStep() ? blobOf(row->getColumn(0)) : std::string();
 }
 
-int Store::execute(const char *sql, const std::vector<QVariant> &values)
-{
-    const auto row = m_statements.take(sql);
-    bindAll(*row, values, 1);
-    return row->exec();
-}
-
 bool Store::isWriting() const
 {
     return sqlite3_txn_state(m_database.getHandle(), "main") == SQLITE_TXN_WRITE;
@@ -169,13 +162,13 @@ void Store::update(Place &place, const Place &before)
 bool Store::remove(qint64 id)
 {
     deleteEntries(id, readablePlace(id).get());
-    return execute(sql::DELETE_PLACE, {id}) > 0;
+    return execute(sql::DELETE_PLACE, id) > 0;
 }
 
 Store::Ids Store::takeIds(int places, int locations, int records)
 {
     const auto row = m_statements.take(sql::TAKE_IDS);
-    bindAll(*row, {places, locations, records}, 1);
+    bindEach(*row, places, locations, records);
     row->executeStep();
     return {row->getColumn(0).getInt64(), row->getColumn(1).getInt64(), row->getColumn(2).getInt64()};
 }
@@ -211,15 +204,16 @@ void Store::put(const Place &place, const char *sql)
         const qint64 number = m_facets.add(facet);
         numbers.push_back(number);
         if (isListed(facet.kind))
-            execute(sql::INSERT_PLACE_OF_FACET, {number, data.usageCount(), data.lastUsedTime(), place.id()});
+            execute(sql::INSERT_PLACE_OF_FACET, number, data.usageCount(), static_cast<qint64>(data.lastUsedTime()),
+                    place.id());
         if (facet.kind == FacetKind::PropertyKey)
             keys.insert(facet.text, number);
     }
     putRow(data, entries.isRoom, FacetNumbers::pack(numbers), sql);
     for (const IndexEntries::Property &property : entries.properties)
-        execute(sql::INSERT_PROPERTY, {keys.value(property.key), property.value, place.id()});
+        execute(sql::INSERT_PROPERTY, keys.value(property.key), property.value, place.id());
     for (const IndexEntries::Origin &origin : entries.origins)
-        execute(sql::INSERT_ORIGIN, {origin.externalId, origin.type, origin.provider, place.id()});
+        execute(sql::INSERT_ORIGIN, origin.externalId, origin.type, origin.provider, place.id());
     putRecords(place.id(), fullRecordOf(place), headerOf(place));
 }
 
@@ -228,13 +222,13 @@ void Store::putRow(const PlacePrivate &place, bool isRoom, const std::string &fa
     const Coordinates position = place.primaryCoordinates();
     const bool isSomewhere = position.isValid();
     const auto row = m_statements.take(sql);
-    bindAll(*row,
-            {searchKey(place.name()), sortKey(place.name()), place.hasTag(Tags::Favorite),
-             place.hasAuxiliaryData(AuxiliaryData::TypeContact), isRoom, static_cast<int>(place.securityPerimeter()),
-             place.persistenceMask(), place.usageCount(), place.lastUsedTime(), place.createdTime(),
-             place.updatedTime(), isSomewhere ? QVariant(position.latitude()) : QVariant(),
-             isSomewhere ? QVariant(position.longitude()) : QVariant()},
-            1);
+    bindEach(*row, searchKey(place.name()), sortKey(place.name()), int{place.hasTag(Tags::Favorite)},
+             int{place.hasAuxiliaryData(AuxiliaryData::TypeContact)}, int{isRoom},
+             static_cast<int>(place.securityPerimeter()), place.persistenceMask(), place.usageCount(),
+             static_cast<qint64>(place.lastUsedTime()), static_cast<qint64>(place.createdTime()),
+             static_cast<qint64>(place.updatedTime()),
+             isSomewhere ? std::optional<double>(position.latitude()) : std::nullopt,
+             isSomewhere ? std::optional<double>(position.longitude()) : std::nullopt);
     bindBlob(*row, 14, facets);
     row->bind(15, static_cast<int64_t>(place.id()));
     row->exec();
@@ -254,20 +248,20 @@ void Store::deleteEntries(qint64 id, const Place *place)
     if (place) {
         const IndexEntries entries = IndexEntries::of(*PlacePrivate::privateFromPublic(place));
         for (const IndexEntries::Property &property : entries.properties)
-            execute(sql::DELETE_PROPERTY, {property.key, property.value, id});
+            execute(sql::DELETE_PROPERTY, property.key, property.value, id);
         for (const IndexEntries::Origin &origin : entries.origins)
-            execute(sql::DELETE_ORIGIN, {origin.externalId, origin.type, origin.provider, id});
+            execute(sql::DELETE_ORIGIN, origin.externalId, origin.type, origin.provider, id);
     } else {
-        execute(sql::DELETE_PROPERTIES_OF_PLACE, {id});
-        execute(sql::DELETE_ORIGINS_OF_PLACE, {id});
+        execute(sql::DELETE_PROPERTIES_OF_PLACE, id);
+        execute(sql::DELETE_ORIGINS_OF_PLACE, id);
     }
     const auto statement = m_statements.take(sql::SELECT_ROW);
-    bindAll(*statement, {id}, 1);
+    bindEach(*statement, id);
     if (!statement->executeStep())
         return;
     const StoredRow row(*this, *statement);
     for (const qint64 number : FacetNumbers::unpack(row.facets())) {
-        execute(sql::DELETE_PLACE_OF_FACET, {number, row.usageCount(), row.lastUsedTime(), id});
+        execute(sql::DELETE_PLACE_OF_FACET, number, row.usageCount(), row.lastUsedTime(), id);
         m_facets.release(number);
     }
 }
@@ -371,8 +365,8 @@ void Store::rememberTerm(const QString &term)
 {
     if (term.isEmpty())
         return;
-    execute(sql::REMEMBER_TERM, {term, searchKey(term)});
-    execute(sql::FORGET_OLD_TERMS, {limits::SEARCH_TERMS});
+    execute(sql::REMEMBER_TERM, term, searchKey(term));
+    execute(sql::FORGET_OLD_TERMS, limits::SEARCH_TERMS);
 }
 
 QStringList Store::recentTerms(const QString &prefix)
@@ -398,7 +392,7 @@ qint64 Store::storedIdOf(const Place &candidate)
     if (record.externalId().isEmpty())
         return NO_ID;
     const auto row = m_statements.take(sql::SELECT_BY_SOURCE);
-    bindAll(*row, {record.externalId(), record.type(), keyOf(record.provider())}, 1);
+    bindEach(*row, record.externalId(), record.type(), keyOf(record.provider()));
     return row->executeStep() ? row->getColumn(0).getInt64() : NO_ID;
 }
 
@@ -411,7 +405,7 @@ std::optional<QHash<QString, qint64>> Store::storedOrigins(const QString &type, 
     if (count == 0)
         return places;
     const auto row = m_statements.take(sql::SELECT_ORIGINS);
-    bindAll(*row, {type}, 1);
+    bindEach(*row, type);
     const auto text = [&row](int column) { return QString::fromStdString(row->getColumn(column).getString()); };
     // Of several places with the same record the oldest one is it, and comes last.
     while (row->executeStep())
@@ -422,7 +416,7 @@ std::optional<QHash<QString, qint64>> Store::storedOrigins(const QString &type, 
 qint64 Store::idOf(const QString &externalId, const QString &type)
 {
     const auto row = m_statements.take(sql::SELECT_BY_EXTERNAL_ID);
-    bindAll(*row, {externalId, type}, 1);
+    bindEach(*row, externalId, type);
     return row->executeStep() ? row->getColumn(0).getInt64() : NO_ID;
 }
 

@@ -4,6 +4,7 @@
 #include "Deadline.h"
 #include "store/Facets.h"
 #include "store/RecordCompressor.h"
+#include "store/SqlFunctions.h"
 #include "store/StatementPool.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
@@ -11,7 +12,6 @@
 
 #include <QtCore/QHash>
 #include <QtCore/QStringList>
-#include <QtCore/QVariant>
 
 #include <functional>
 #include <memory>
@@ -138,7 +138,13 @@ private:
     void deleteEntries(qint64 id, const vela::platform::places::Place *place);
     std::string unpack(const SQLite::Column &column);
     /// Executes a named statement with values bound to it.
-    int execute(const char *sql, const std::vector<QVariant> &values);
+    template <typename... Values>
+    int execute(const char *sql, const Values &...values)
+    {
+        const auto row = m_statements.take(sql);
+        bindEach(*row, values...);
+        return row->exec();
+    }
     static int interruptLate(void *store);
 
     SQLite::Database m_database;

@@ -113,7 +113,7 @@ void Store::moveFromOldVersion()
     m_database.exec(old_schemas::SET_ASIDE);
     makeTables();
     openRecords();
-    execute(sql::RAISE_LAST_IDS, {highest[0], highest[1], highest[2]});
+    execute(sql::RAISE_LAST_IDS, highest[0], highest[1], highest[2]);
     moveOldPlaces();
     SQLite::Statement term(m_database, old_schemas::SELECT_TERMS);
     while (term.executeStep())
@@ -144,8 +144,8 @@ void Store::keepUnreadable(SQLite::Statement &old)
     const std::vector<qint64> numbers = {
         m_facets.add({FacetKind::Owner, QString::fromStdString(old.getColumn(5).getString())}),
         m_facets.add({FacetKind::Persistence, QString::number(old.getColumn(7).getInt())})};
-    execute(sql::INSERT_PLACE_OF_FACET,
-            {numbers[0], qint64{old.getColumn(8).getInt64()}, qint64{old.getColumn(9).getInt64()}, id});
+    execute(sql::INSERT_PLACE_OF_FACET, numbers[0], qint64{old.getColumn(8).getInt64()},
+            qint64{old.getColumn(9).getInt64()}, id);
     const auto row = m_statements.take(sql::INSERT_PLACE);
     const auto copy = [&](int index, int column) {
         const SQLite::Column value = old.getColumn(column);
@@ -206,8 +206,8 @@ void Store::keepIdsOf(Store &other)
     write([&] {
         const auto row = other.m_statements.take(sql::SELECT_LAST_IDS);
         row->executeStep();
-        execute(sql::RAISE_LAST_IDS, {qint64{row->getColumn(0).getInt64()}, qint64{row->getColumn(1).getInt64()},
-                                      qint64{row->getColumn(2).getInt64()}});
+        execute(sql::RAISE_LAST_IDS, qint64{row->getColumn(0).getInt64()}, qint64{row->getColumn(1).getInt64()},
+                qint64{row->getColumn(2).getInt64()});
         return true;
     });
 }
