@@ -27,7 +27,7 @@ constexpr int FAST_THREADS = 4;
 /// Threads for slow requests: providers, backup and restore.
 constexpr int SLOW_THREADS = 8;
 /// Most requests that share one transaction.
-constexpr std::size_t WRITES_PER_COMMIT = 24;
+constexpr std::size_t WRITES_PER_COMMIT = 40;
 
 /// Deepest nesting of a search rule.
 constexpr int RULE_DEPTH = 16;

@@ -161,12 +161,14 @@ void Connection::answerFirst(Service &service)
     m_kept = runFirst(service);
 }
 
-Connection::Wish Connection::sendKept()
+Connection::Wish Connection::releaseKept(Sender sender)
 {
     if (!m_kept)
         return Wish::PassOn;
     finishFirst(*m_kept);
     m_kept.reset();
+    if (sender == Sender::NextThread)
+        return Wish::Write;
     if (!flush())
         return errno == EAGAIN ? Wish::Write : Wish::Close;
     return arrived() > 0 ? Wish::Turn : Wish::Read;

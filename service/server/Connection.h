@@ -54,8 +54,13 @@ public:
     [[nodiscard]] Deadline deadline() const { return *m_deadline; }
     /// Runs the first request, which was passed on, and keeps its reply back. Can be called again, to run it anew.
     void answerFirst(Service &service);
-    /// Sends the reply that was kept back, as far as it goes without waiting. Returns what the connection waits for.
-    Wish sendKept();
+    enum class Sender
+    {
+        ThisThread, ///< As far as it goes without waiting.
+        NextThread  ///< The one that epoll gives the connection to.
+    };
+    /// Lets the reply that was kept back be sent. Returns what the connection waits for.
+    Wish releaseKept(Sender sender);
     /// Answers the first request with a code, without looking at it.
     void refuse(orix_places_protocol::ReturnCode code);
 

@@ -139,11 +139,13 @@ void Server::runWrites(Service &service)
             return;
         // When the common transaction fails, each request runs in one of its own: a failure reaches only its client.
         const bool isAnswered = group.size() > 1 && answerTogether(group, service);
+        // While others wait to write, the fast threads have time to send.
+        const auto sender = isAnswered ? Connection::Sender::NextThread : Connection::Sender::ThisThread;
         for (Connection *connection : group) {
             handOn(*connection, [&] {
                 if (!isAnswered)
                     connection->answerFirst(service);
-                return connection->sendKept();
+                return connection->releaseKept(sender);
             });
         }
     }

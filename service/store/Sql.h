@@ -124,6 +124,11 @@ PRAGMA temp_store = MEMORY;
 PRAGMA wal_autocheckpoint = 8000;           -- pages, 32 MB
 )sql";
 
+// Parts of a transaction.
+constexpr char SAVEPOINT[] = "SAVEPOINT part";
+constexpr char ROLLBACK_TO_SAVEPOINT[] = "ROLLBACK TO part";
+constexpr char RELEASE_SAVEPOINT[] = "RELEASE part";
+
 // Places.
 constexpr char INSERT_PLACE[] =
     "INSERT INTO place(name_key, sort_key, favorite, contact, room, perimeter, mask, usage_count, last_used, created,"

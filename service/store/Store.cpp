@@ -23,7 +23,6 @@
 #include <algorithm>
 
 #include <sqlite3.h>
-#include <SQLiteCpp/Savepoint.h>
 
 namespace placesd
 {
@@ -63,6 +62,37 @@ void forgetForeignIds(Place &place, const Place &before)
             AuxiliaryDataPrivate::fromPublic(record)->setId(NO_ID);
     }
 }
+
+/// Part of a transaction: what is done in it is taken back, unless it is kept. Its statements are prepared once.
+class Savepoint
+{
+public:
+    explicit Savepoint(StatementPool &statements)
+        : m_statements(statements)
+    {
+        m_statements.take(sql::SAVEPOINT)->exec();
+    }
+    Savepoint(const Savepoint &) = delete;
+    Savepoint &operator=(const Savepoint &) = delete;
+    ~Savepoint()
+    {
+        if (m_isKept)
+            return;
+        // A grave error has ended the whole transaction already.
+        for (const char *sql : {sql::ROLLBACK_TO_SAVEPOINT, sql::RELEASE_SAVEPOINT})
+            m_statements.take(sql)->tryExecuteStep();
+    }
+
+    void keep()
+    {
+        m_statements.take(sql::RELEASE_SAVEPOINT)->exec();
+        m_isKept = true;
+    }
+
+private:
+    StatementPool &m_statements;
+    bool m_isKept = false;
+};
 
 /// Perimeter and mask, the first columns of a row.
 Store::Standing standingIn(SQLite::Statement &row)
@@ -126,10 +156,10 @@ bool Store::isWriting() const
 bool Store::write(const std::function<bool()> &work)
 {
     if (isWriting()) {
-        SQLite::Savepoint part(m_database, "part");
+        Savepoint part(m_statements);
         const bool isDone = work();
         if (isDone)
-            part.release();
+            part.keep();
         return isDone;
     }
     const std::unique_lock<std::timed_mutex> lock(m_writeLock, m_deadline);
