@@ -19,9 +19,10 @@ PlanRun::PlanRun(const Condition &condition, const Order &order, std::unique_ptr
 
 bool PlanRun::advance(qint64 budget)
 {
-    const int cost = m_source->cost() + m_condition.cost();
-    for (; !m_isDone && budget > 0; budget -= cost)
+    while (!m_isDone && budget > 0) {
         m_isDone = take(m_source->next());
+        budget -= m_source->cost() + m_condition.cost();
+    }
     return m_isDone;
 }
 

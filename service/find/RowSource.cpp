@@ -63,6 +63,11 @@ const PlaceRow *ChainedSource::next()
     return nullptr;
 }
 
+int ChainedSource::cost() const
+{
+    return m_current < m_sources.size() ? m_sources[m_current]->cost() : 1;
+}
+
 MergedSource::MergedSource(std::vector<std::unique_ptr<RowSource>> sources, const Order &order)
     : m_order(order)
     , m_given(PlaceId::UNDEFINED_PERSISTED_ID)

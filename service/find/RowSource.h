@@ -90,6 +90,7 @@ public:
         , m_overlap(overlap)
     {}
     const PlaceRow *next() override;
+    [[nodiscard]] int cost() const override;
 
 private:
     const std::vector<std::unique_ptr<RowSource>> m_sources;

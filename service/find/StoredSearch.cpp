@@ -20,7 +20,7 @@ namespace
 {
 
 /// A condition's index that gives no more rows than this is read whole: no other plan can save much.
-constexpr qint64 FEW_ROWS = 1024;
+constexpr qint64 FEW_ROWS = 512;
 /// What the first turn may cost when two plans take turns. Each pair of turns is twice as long as the one before, so
 /// the plan that is worse never takes more than twice what the better one does.
 constexpr qint64 FIRST_TURN = 8192;
@@ -79,6 +79,7 @@ std::vector<Hit> StoredSearch::first(std::size_t wanted, bool withKeys)
         run.advance(WITHOUT_LIMIT);
         return run.takeHits();
     }
+    const qint64 wholeCost = source.length * source.rows->cost();
     ByCondition byCondition(m_condition, m_order, std::move(source.rows), wanted, withKeys);
     const bool isOnlyPlan =
         m_plan == Plan::ByCondition || (source.length < FEW_ROWS && !m_condition.hasSortedSource(m_order));
@@ -87,7 +88,7 @@ std::vector<Hit> StoredSearch::first(std::size_t wanted, bool withKeys)
         return byCondition.takeHits();
     }
     ByOrder byOrder(m_condition, m_order, inOrder(), wanted, withKeys);
-    for (qint64 turn = std::min(FIRST_TURN, source.length * RowSource::WHOLE_ROW + 1);; turn *= 2) {
+    for (qint64 turn = std::min(FIRST_TURN, wholeCost + 1);; turn *= 2) {
         if (byOrder.advance(turn))
             return byOrder.takeHits();
         if (byCondition.advance(turn))

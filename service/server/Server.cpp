@@ -212,7 +212,7 @@ void Server::dropIdleConnections()
     }
 }
 
-/// In a folder that others may write to, anybody could put a socket in the stead of ours.
+/// In a folder that others may write to, anybody could replace the sockets.
 static void requireOwn(const std::filesystem::path &folder)
 {
     struct stat status = {};

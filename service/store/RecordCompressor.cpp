@@ -87,7 +87,7 @@ std::string RecordCompressor::makeDictionary()
     fillSample(place, "geonames:1234567",
                {QStringLiteral("category"), QStringLiteral("kind"), QStringLiteral("city"), QStringLiteral("airport"),
                 QStringLiteral("population"), QStringLiteral("url"), QStringLiteral("phone")});
-    // What stands last is found by the shortest references.
+    // References to the end of the dictionary are the shortest, so the most frequent record comes last.
     return fullRecordOf(contact) + headerOf(place) + fullRecordOf(place);
 }
 

@@ -89,7 +89,7 @@ void Store::migrate()
         transaction.commit();
     }
     if (found != 0)
-        m_database.exec("VACUUM"); // gives the space of the old tables back
+        m_database.tryExec("VACUUM"); // gives the space of the old tables back, if there is room to do so
 }
 
 void Store::makeTables()

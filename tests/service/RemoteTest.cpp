@@ -246,31 +246,6 @@ TEST_F(GuideTest, PagesFitTogetherForwardsAndBackwards)
     }
 }
 
-TEST_F(GuideTest, ResultsAreConcatenatedOrMergedAndStandOnce)
-{
-    const auto found = group(Group::PointsOfInterest, "bar", 9);
-    ASSERT_EQ(names(found), (Names{"bar 000", "bar 001", "bar 002"}));
-    const qint64 id = store(*found[2]);
-    const auto remote = [] { return std::make_unique<DisjointRule>(Rules::createPOINameRule(QStringLiteral("bar"))); };
-    const auto local = [] {
-        return std::make_unique<DisjointRule>(Rules::createNameRule(SearchOperator::Contains, QStringLiteral("bar")));
-    };
-    const auto found2 = [&](Rules::Node node) {
-        handle = SearchHandle();
-        const auto places = findMixed(toRule(std::move(node)));
-        Names result = names(places);
-        qDeleteAll(places);
-        return result;
-    };
-    EXPECT_THAT(found2(std::make_unique<OrRule>(remote(), local())), ElementsAre("bar 002", "bar 000", "bar 001"));
-    EXPECT_THAT(found2(std::make_unique<AndRule>(Rules::createPOINameRule(QStringLiteral("bar")),
-                                                 Rules::createExcludeFavoritesRule())),
-                ElementsAre("bar 000", "bar 001"))
-        << "a favourite is a stored place";
-    EXPECT_EQ(manager.removePlace(id), Error::Success);
-    EXPECT_EQ(names(group(Group::PointsOfInterest, "bar")), (Names{"bar 000", "bar 001", "bar 002"}));
-}
-
 TEST_F(GuideTest, AFailingProviderTakesNothingFromTheOthers)
 {
     for (const char *name : {"fail here", "throw here", "stuck here"}) {

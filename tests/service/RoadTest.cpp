@@ -121,51 +121,6 @@ TEST_F(RoadTest, NamesAreFoundByTheBeginningsOfTheirWords)
     EXPECT_EQ(names(manager.findPlaces(QString())).size(), 6U);
 }
 
-TEST_F(RoadTest, EveryOperatorMeansWhatItSays)
-{
-    add("Café Rouge", [](Place &place) {
-        place.addTag(QStringLiteral("Red"));
-        AuxiliaryData poi(AuxiliaryData::TypePointOfInterest);
-        poi.addProperty(QStringLiteral("cuisine"), QStringLiteral("French food"));
-        poi.addProperty(QStringLiteral("stars"), QStringLiteral("none"));
-        place.addAuxiliaryData(poi);
-    });
-    add("cafe");
-    using S = SearchRule;
-    const auto name = [](int op, const char *text) {
-        return S::createNameRule(static_cast<SearchOperator::Type>(op), QString::fromUtf8(text));
-    };
-    const auto pair = [](const char *key, const char *value) {
-        return S::createAuxiliaryPairRule(QLatin1String(key), SearchOperator::Contains, QString::fromUtf8(value));
-    };
-    const struct
-    {
-        SearchRule rule;
-        unsigned count;
-    } cases[] = {
-        {S(), 2},
-        {name(2, "CAFÉ"), 1},
-        {name(4, "cafe r"), 1},
-        {name(6, "café"), 2},
-        {name(7, "rou"), 1},
-        {name(8, "ROUGE"), 1},
-        {S::createTagRule(SearchOperator::Equals, QStringLiteral("red")), 0},
-        {S::createTagRule(SearchOperator::NotEqual, QStringLiteral("Red")), 1},
-        {S::createTypeRule(SearchOperator::Equals, QStringLiteral("poi")), 1},
-        {S::createAuxiliaryValueRule(SearchOperator::StartsWith, QStringLiteral("french")), 1},
-        {pair("stars", "french"), 0},
-        {S::createLastUsedTimeRule(SearchOperator::GreaterOrEqual, 0xFFFFFFFFU), 0},
-        {S::createAndRule(name(6, "cafe"), name(8, "rouge")), 1},
-        {S::createOrRule(name(8, "rouge"), name(2, "cafe")), 2},
-    };
-    for (std::size_t i = 0; i < std::size(cases); ++i) {
-        EXPECT_EQ(count(cases[i].rule), cases[i].count) << i;
-        EXPECT_EQ(error, Error::Success) << i;
-    }
-    EXPECT_EQ(count(name(99, "x")), 0U);
-    EXPECT_EQ(error, Error::NotUnderstood);
-}
-
 TEST_F(RoadTest, ResultsComeInTheOrderAskedForAndPagesFitTogether)
 {
     for (const char *name : {"delta", "Alpha", "charlie", "Bravo", "alpha"})
