@@ -160,7 +160,11 @@ ConditionPtr RuleCompiler::facet(FacetKind kind, int op, const QString &text)
     FacetTest test{kind, TextTest(op, text), {}};
     if (!test.text.isUnderstood())
         return notUnderstood();
-    test.numbers = m_store.facets().find(kind, test.text);
+    // A rule names few facets, and searches that leave out one another's places name them several times.
+    auto &numbers = m_numbers[{kind, op, text}];
+    if (!numbers)
+        numbers = m_store.facets().find(kind, test.text);
+    test.numbers = *numbers;
     return std::make_unique<FacetCondition>(std::move(test));
 }
 

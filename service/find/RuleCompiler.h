@@ -4,6 +4,11 @@
 #include "find/Condition.h"
 #include "find/Query.h"
 
+#include <map>
+#include <optional>
+#include <tuple>
+#include <vector>
+
 namespace placesd
 {
 
@@ -50,6 +55,7 @@ private:
     const bool m_external;
     bool m_withoutProviders = false;
     bool m_isUnderstood = true;
+    std::map<std::tuple<FacetKind, int, QString>, std::optional<std::vector<qint64>>> m_numbers; ///< Of facets.
 };
 
 } // namespace placesd

@@ -79,16 +79,17 @@ std::vector<Hit> StoredSearch::first(std::size_t wanted, bool withKeys)
         run.advance(WITHOUT_LIMIT);
         return run.takeHits();
     }
-    const qint64 wholeCost = source.length * source.rows->cost();
+    // A list that is shorter than a turn is read before that turn has ended.
+    const bool isShort = source.length < FEW_ROWS;
+    const qint64 firstTurn = isShort ? std::min(FIRST_TURN, source.length * source.rows->cost() + 1) : FIRST_TURN;
     ByCondition byCondition(m_condition, m_order, std::move(source.rows), wanted, withKeys);
-    const bool isOnlyPlan =
-        m_plan == Plan::ByCondition || (source.length < FEW_ROWS && !m_condition.hasSortedSource(m_order));
+    const bool isOnlyPlan = m_plan == Plan::ByCondition || (isShort && !m_condition.hasSortedSource(m_order));
     if (isOnlyPlan) {
         byCondition.advance(WITHOUT_LIMIT);
         return byCondition.takeHits();
     }
     ByOrder byOrder(m_condition, m_order, inOrder(), wanted, withKeys);
-    for (qint64 turn = std::min(FIRST_TURN, wholeCost + 1);; turn *= 2) {
+    for (qint64 turn = firstTurn;; turn *= 2) {
         if (byOrder.advance(turn))
             return byOrder.takeHits();
         if (byCondition.advance(turn))
