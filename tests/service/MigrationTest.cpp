@@ -124,7 +124,8 @@ TEST_P(MigrationTest, KeepsEverythingAndTheUnreadableCanBeRemoved)
     service.start();
     expectPlacesAndTerms();
     EXPECT_EQ(manager.removePlace(UNREADABLE), Error::Success);
-    const std::unique_ptr<Place> added = placeOf(PlaceId::UNDEFINED_PERSISTED_ID, 0);
+    const std::unique_ptr<Place> added = placeOf(HIGHEST, 0);
+    PlacePrivate::privateFromPublic(added.get())->setId(PlaceId::UNDEFINED_PERSISTED_ID);
     EXPECT_EQ(manager.addPlace(added.get()), Error::Success);
     EXPECT_EQ(added->id(), HIGHEST + 1) << "no id comes back as another place's";
     service.stop();
