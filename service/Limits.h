@@ -33,6 +33,8 @@ constexpr std::size_t WRITES_PER_COMMIT = 40;
 constexpr int RULE_DEPTH = 16;
 /// Most nodes of a search or sort rule.
 constexpr int RULE_COUNT = 500;
+/// Most criteria that one find sorts by.
+constexpr std::size_t SORT_CRITERIA = 16;
 /// Most places in one reply.
 constexpr int PAGE_SIZE = 10000;
 /// Most locations, auxiliary records, tags or aliases of a place, and properties of a record.

@@ -116,7 +116,9 @@ qint64 Candidates::storedIdOf(const FoundPlace &place, const QString &key, std::
 
 const CandidateRow *Candidates::row(qint64 id) const
 {
-    return id < FIRST_CANDIDATE ? nullptr : &m_rows[static_cast<std::size_t>(id - FIRST_CANDIDATE)];
+    const qint64 position = id - FIRST_CANDIDATE;
+    const bool isCandidate = position >= 0 && position < static_cast<qint64>(m_rows.size());
+    return isCandidate ? &m_rows[static_cast<std::size_t>(position)] : nullptr;
 }
 
 bool Candidates::wasFound(qint64 id) const

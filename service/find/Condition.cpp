@@ -13,6 +13,14 @@ namespace placesd
 
 using vela::platform::places::PlacePrivate;
 
+namespace
+{
+
+/// Indexes that one condition reads from: each is an open statement.
+constexpr std::size_t MOST_SOURCES = 64;
+
+} // namespace
+
 Condition::Source Condition::source(Store &, const Order &, qint64) const
 {
     return {};
@@ -127,8 +135,9 @@ int AnyOf::cost() const
 
 bool AnyOf::hasSource() const
 {
-    return std::all_of(m_members.begin(), m_members.end(),
-                       [](const ConditionPtr &member) { return member->hasSource(); });
+    return m_members.size() <= MOST_SOURCES
+           && std::all_of(m_members.begin(), m_members.end(),
+                          [](const ConditionPtr &member) { return member->hasSource(); });
 }
 
 Condition::Source AnyOf::source(Store &store, const Order &order, qint64 limit) const
@@ -145,7 +154,7 @@ Condition::Source AnyOf::source(Store &store, const Order &order, qint64 limit) 
 
 bool AnyOf::hasSortedSource(const Order &order) const
 {
-    return order.isSortedByFirst() && !m_members.empty()
+    return order.isSortedByFirst() && !m_members.empty() && m_members.size() <= MOST_SOURCES
            && std::all_of(m_members.begin(), m_members.end(),
                           [&order](const ConditionPtr &member) { return member->hasSortedSource(order); });
 }

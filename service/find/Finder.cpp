@@ -120,7 +120,7 @@ bool Finder::canBeBatched() const
 
 Finder::ReturnCode Finder::makeSearches(bool isFirstBatch)
 {
-    if (m_sources.size() > limits::RULE_SOURCES)
+    if (m_sources.size() > limits::RULE_SOURCES || m_order.criteria() > limits::SORT_CRITERIA)
         return ReturnCode::LimitExceeded;
     m_searches.clear();
     m_candidates = std::make_unique<Candidates>(m_store);
@@ -226,7 +226,7 @@ Finder::ReturnCode Finder::findByBatches(Page &page)
 
     for (; cursor.batch <= lastBatch; ++cursor.batch) {
         bool isComplete = false;
-        ReturnCode code = fetch(cursor.batch, size);
+        ReturnCode code = ask(cursor.batch, size);
         if (code != ReturnCode::Success) {
             // What was found already is not lost; the next page fails.
             page.hasMore = true;
@@ -234,7 +234,9 @@ Finder::ReturnCode Finder::findByBatches(Page &page)
             return page.records.empty() ? code : ReturnCode::Success;
         }
         const auto snapshot = m_store.snapshot();
-        code = takeBatch(page, cursor, isComplete);
+        code = takeAnswers(cursor.batch);
+        if (code == ReturnCode::Success)
+            code = takeBatch(page, cursor, isComplete);
         if (code != ReturnCode::Success)
             return code;
         if (isComplete || !m_hasMoreBatches)
@@ -271,7 +273,27 @@ Finder::ReturnCode Finder::takeBatch(Page &page, Cursor &cursor, bool &isComplet
     return code;
 }
 
-Finder::ReturnCode Finder::fetch(int batch, int size)
+/// The providers are asked before the store is looked at: nothing waits for them with the store's state in hand.
+Finder::ReturnCode Finder::ask(int batch, int size)
+{
+    m_answers.clear();
+    m_hasMoreBatches = false;
+    ReturnCode failure = ReturnCode::Success;
+    bool hasAnswer = false;
+    for (Ask &ask : m_asks) {
+        ask.search.position = batch * size;
+        ask.search.count = size;
+        m_answers.push_back(m_from.providers.search(ask.search));
+        const ProvidersAnswer &answer = m_answers.back();
+        m_hasMoreBatches = m_hasMoreBatches || answer.hasMore;
+        hasAnswer = hasAnswer || answer.code == ReturnCode::Success;
+        if (failure == ReturnCode::Success)
+            failure = answer.code;
+    }
+    return hasAnswer || !needsProviders(m_query.rule) ? ReturnCode::Success : failure;
+}
+
+Finder::ReturnCode Finder::takeAnswers(int batch)
 {
     if (const ReturnCode code = makeSearches(batch == 0); code != ReturnCode::Success)
         return code;
@@ -280,20 +302,9 @@ Finder::ReturnCode Finder::fetch(int batch, int size)
         if (const ReturnCode code = fetchLocal(search); code != ReturnCode::Success)
             return code;
     }
-    m_hasMoreBatches = false;
-    ReturnCode failure = ReturnCode::Success;
-    bool hasAnswer = false;
-    for (Ask &ask : m_asks) {
-        ask.search.position = batch * size;
-        ask.search.count = size;
-        const ProvidersAnswer answer = m_from.providers.search(ask.search);
-        m_candidates->add(ask.source, answer.places);
-        m_hasMoreBatches = m_hasMoreBatches || answer.hasMore;
-        hasAnswer = hasAnswer || answer.code == ReturnCode::Success;
-        if (failure == ReturnCode::Success)
-            failure = answer.code;
-    }
-    return hasAnswer || !needsProviders(m_query.rule) ? ReturnCode::Success : failure;
+    for (std::size_t i = 0; i < m_asks.size(); ++i)
+        m_candidates->add(m_asks[i].source, m_answers[i].places);
+    return ReturnCode::Success;
 }
 
 Finder::ReturnCode Finder::collect(std::size_t offset, std::size_t count, std::vector<qint64> &ids)
@@ -335,7 +346,10 @@ std::vector<Hit> Finder::candidateHits(const Search &search) const
     std::vector<Hit> hits;
     if (!search.takesCandidates)
         return hits;
+    int rows = 1;
     for (const CandidateRow &row : m_candidates->rows()) {
+        if (rows++ % ROWS_PER_CHECK == 0)
+            m_store.requireTime();
         if (search.condition->test(row))
             hits.push_back({row.id(), m_order.keyOf(row)});
     }
@@ -362,14 +376,14 @@ Finder::ReturnCode Finder::count(int &count)
 {
     ReturnCode code = ReturnCode::Success;
     if (asksProviders())
-        code = fetch(0, canBeBatched() ? limits::PROVIDER_RESULTS : limits::PROVIDER_RESULTS_AT_ONCE);
-    else
-        code = makeSearches(true);
+        code = ask(0, canBeBatched() ? limits::PROVIDER_RESULTS : limits::PROVIDER_RESULTS_AT_ONCE);
     if (code != ReturnCode::Success)
         return code;
     const auto snapshot = m_store.snapshot();
+    code = asksProviders() ? takeAnswers(0) : makeSearches(true);
     qint64 all = 0;
-    code = countAll(all);
+    if (code == ReturnCode::Success)
+        code = countAll(all);
     count = static_cast<int>(std::min<qint64>(all, std::numeric_limits<int>::max()));
     return code;
 }

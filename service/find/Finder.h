@@ -89,7 +89,9 @@ private:
     ReturnCode findWithoutProviders(Page &page);
     ReturnCode findByBatches(Page &page);
     /// Asks for a batch of the providers' places.
-    ReturnCode fetch(int batch, int size);
+    ReturnCode ask(int batch, int size);
+    /// Makes the searches for the batch, and candidates of all that was found for them.
+    ReturnCode takeAnswers(int batch);
     /// Adds to the page what the batch gives from a position on; true when the page is complete.
     ReturnCode takeBatch(Page &page, Cursor &cursor, bool &isComplete);
 
@@ -112,6 +114,7 @@ private:
     std::vector<Ask> m_asks;
     std::unique_ptr<Candidates> m_candidates; ///< Before the searches: their conditions look at it.
     std::vector<Search> m_searches;
+    std::vector<ProvidersAnswer> m_answers; ///< To each of m_asks.
     bool m_hasMoreBatches = false;
 };
 

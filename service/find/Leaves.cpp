@@ -28,7 +28,7 @@ namespace
 {
 
 /// Keys of properties that are looked for one by one.
-constexpr std::size_t MOST_KEYS = 64;
+constexpr std::size_t MOST_KEYS = 16;
 
 /// The first number that a statement selects.
 qint64 numberOf(Store &store, const char *sql, const std::vector<QVariant> &bindings)
@@ -161,7 +161,7 @@ const FacetCondition::ByName *FacetCondition::byNameOf(const FacetTest &test)
 
 bool FacetCondition::hasSource() const
 {
-    return m_test.numbers.size() <= MOST_KEYS;
+    return m_test.numbers->size() <= MOST_KEYS;
 }
 
 Condition::Source FacetCondition::source(Store &store, const Order &, qint64 limit) const
@@ -171,7 +171,7 @@ Condition::Source FacetCondition::source(Store &store, const Order &, qint64 lim
         return {std::make_unique<NameSource>(store, m_byName->up), std::min(limit, *count(store))};
     std::vector<std::unique_ptr<RowSource>> sources;
     qint64 length = 0;
-    for (const qint64 number : m_test.numbers) {
+    for (const qint64 number : *m_test.numbers) {
         sources.push_back(rowsOf(store, sql::OF_FACET, {number}));
         length += store.facets().count(number);
     }
@@ -184,7 +184,7 @@ bool FacetCondition::hasSortedSource(const Order &order) const
 {
     if (m_byName && order.first().by == Order::By::Name)
         return true;
-    const bool isSingle = m_test.numbers.size() == 1;
+    const bool isSingle = m_test.numbers->size() == 1;
     return order.first().by == Order::By::Relevance && hasSource() && (isSingle || order.isSortedByFirst());
 }
 
@@ -193,7 +193,7 @@ std::unique_ptr<RowSource> FacetCondition::sortedSource(Store &store, const Orde
     if (order.first().by == Order::By::Name)
         return std::make_unique<NameSource>(store, directed(order, m_byName->up, m_byName->down));
     std::vector<std::unique_ptr<RowSource>> sources;
-    for (const qint64 number : m_test.numbers)
+    for (const qint64 number : *m_test.numbers)
         sources.push_back(rowsOf(store, directed(order, sql::OF_FACET, sql::OF_FACET_DOWN), {number}));
     if (sources.size() == 1)
         return std::move(sources.front());
@@ -202,21 +202,21 @@ std::unique_ptr<RowSource> FacetCondition::sortedSource(Store &store, const Orde
 
 std::optional<qint64> FacetCondition::count(Store &store) const
 {
-    if (m_test.numbers.size() > 1)
+    if (m_test.numbers->size() > 1)
         return {};
-    return m_test.numbers.empty() ? 0 : store.facets().count(m_test.numbers.front());
+    return m_test.numbers->empty() ? 0 : store.facets().count(m_test.numbers->front());
 }
 
 // ------------------------------------------------------------------------------------------------------ properties
 
-PropertyCondition::PropertyCondition(PropertyTest test, std::vector<qint64> keys)
+PropertyCondition::PropertyCondition(PropertyTest test, std::shared_ptr<const std::vector<qint64>> keys)
     : m_test(std::move(test))
     , m_keys(std::move(keys))
 {}
 
 bool PropertyCondition::hasSource() const
 {
-    return m_keys.size() <= MOST_KEYS;
+    return m_keys->size() <= MOST_KEYS;
 }
 
 Condition::Source PropertyCondition::source(Store &store, const Order &, qint64 limit) const
@@ -226,7 +226,7 @@ Condition::Source PropertyCondition::source(Store &store, const Order &, qint64 
         values = rangeOf(*m_test.value, propertyPrefix(QString::fromStdString(m_test.value->term())).toUtf8());
     std::vector<std::unique_ptr<RowSource>> sources;
     qint64 length = 0;
-    for (const qint64 key : m_keys) {
+    for (const qint64 key : *m_keys) {
         sources.push_back(rowsOf(store, sql::WITH_PROPERTY, {key, values.from, values.to}));
         length += numberOf(store, sql::COUNT_SOME_WITH_PROPERTY, {key, values.from, values.to, limit - length});
     }

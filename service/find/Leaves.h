@@ -78,7 +78,7 @@ class PropertyCondition : public Condition
 {
 public:
     /// @param keys numbers of the keys that pass; too many are not looked for.
-    PropertyCondition(PropertyTest test, std::vector<qint64> keys);
+    PropertyCondition(PropertyTest test, std::shared_ptr<const std::vector<qint64>> keys);
     [[nodiscard]] bool test(const PlaceRow &row) const override { return row.passes(m_test); }
     /// The whole record is read.
     [[nodiscard]] int cost() const override { return 10 * RowSource::WHOLE_ROW; }
@@ -87,7 +87,7 @@ public:
 
 private:
     const PropertyTest m_test;
-    const std::vector<qint64> m_keys;
+    const std::shared_ptr<const std::vector<qint64>> m_keys;
 };
 
 /// The stored places in the recent bucket.

@@ -7,6 +7,8 @@
 #include "store/Nearest.h"
 #include "store/PlaceRow.h"
 
+#include <algorithm>
+
 namespace placesd
 {
 
@@ -89,7 +91,12 @@ void Order::add(const Sort &sort)
         m_isUnderstood = false;
         return;
     }
-    m_criteria.push_back(criterion);
+    // Places that a criterion does not tell apart are not told apart by the same one again.
+    const bool isRepeated = std::any_of(m_criteria.begin(), m_criteria.end(), [&criterion](const Criterion &each) {
+        return each.by == criterion.by && (criterion.by != By::Distance || each.centre == criterion.centre);
+    });
+    if (!isRepeated)
+        m_criteria.push_back(criterion);
 }
 
 void Order::appendValues(const Criterion &criterion, const PlaceRow &row, std::vector<Key::Value> &values)

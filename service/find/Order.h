@@ -54,6 +54,7 @@ public:
     /// False for a sort rule with a number that has no meaning.
     [[nodiscard]] bool isUnderstood() const { return m_isUnderstood; }
 
+    [[nodiscard]] std::size_t criteria() const { return m_criteria.size(); }
     /// The criterion that comes first; by id where there is none.
     [[nodiscard]] const Criterion &first() const { return m_criteria.front(); }
     /// Whether places that are sorted by the first criterion and by id are sorted.

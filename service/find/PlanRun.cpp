@@ -2,24 +2,30 @@
 
 #include "find/PlanRun.h"
 
+#include "store/Store.h"
+
 #include <algorithm>
 #include <utility>
 
 namespace placesd
 {
 
-PlanRun::PlanRun(const Condition &condition, const Order &order, std::unique_ptr<RowSource> source, std::size_t wanted,
-                 bool withKeys)
+PlanRun::PlanRun(const Store &store, const Condition &condition, const Order &order, std::unique_ptr<RowSource> source,
+                 std::size_t wanted, bool withKeys)
     : m_condition(condition)
     , m_order(order)
     , m_wanted(wanted)
     , m_withKeys(withKeys)
+    , m_store(store)
     , m_source(std::move(source))
 {}
 
 bool PlanRun::advance(qint64 budget)
 {
-    while (!m_isDone && budget > 0) {
+    for (int rows = 1; !m_isDone && budget > 0; ++rows) {
+        // Tests are not steps of SQLite's, which looks at the clock by itself.
+        if (rows % ROWS_PER_CHECK == 0)
+            m_store.requireTime();
         m_isDone = take(m_source->next());
         budget -= m_source->cost() + m_condition.cost();
     }

@@ -13,8 +13,9 @@ namespace placesd
 class PlanRun
 {
 public:
-    PlanRun(const Condition &condition, const Order &order, std::unique_ptr<RowSource> source, std::size_t wanted,
-            bool withKeys);
+    /// @param store whose deadline interrupts the run.
+    PlanRun(const Store &store, const Condition &condition, const Order &order, std::unique_ptr<RowSource> source,
+            std::size_t wanted, bool withKeys);
     virtual ~PlanRun() = default;
     PlanRun(const PlanRun &) = delete;
     PlanRun &operator=(const PlanRun &) = delete;
@@ -36,6 +37,7 @@ protected:
     const bool m_withKeys;
 
 private:
+    const Store &m_store;
     const std::unique_ptr<RowSource> m_source;
     bool m_isDone = false;
 };

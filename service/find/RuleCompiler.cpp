@@ -155,16 +155,21 @@ ConditionPtr RuleCompiler::sourceLeaf(const Rule &rule)
     return std::make_unique<AnyOf>(list(std::move(stored), std::move(found)));
 }
 
+/// A rule names few facets, and searches that leave out one another's places name them several times.
+std::shared_ptr<const std::vector<qint64>> RuleCompiler::numbersOf(FacetKind kind, const TextTest &text)
+{
+    auto &numbers = m_numbers[{kind, text.op(), text.term()}];
+    if (!numbers)
+        numbers = std::make_shared<const std::vector<qint64>>(m_store.facets().find(kind, text));
+    return numbers;
+}
+
 ConditionPtr RuleCompiler::facet(FacetKind kind, int op, const QString &text)
 {
     FacetTest test{kind, TextTest(op, text), {}};
     if (!test.text.isUnderstood())
         return notUnderstood();
-    // A rule names few facets, and searches that leave out one another's places name them several times.
-    auto &numbers = m_numbers[{kind, op, text}];
-    if (!numbers)
-        numbers = m_store.facets().find(kind, test.text);
-    test.numbers = *numbers;
+    test.numbers = numbersOf(kind, test.text);
     return std::make_unique<FacetCondition>(std::move(test));
 }
 
@@ -193,8 +198,7 @@ ConditionPtr RuleCompiler::property(const Rule *key, const Rule *value)
     if ((key && !test.key->isUnderstood()) || (value && !test.value->isUnderstood()))
         return notUnderstood();
     const TextTest any(SearchOperator::StartsWith, QString());
-    return std::make_unique<PropertyCondition>(test,
-                                               m_store.facets().find(FacetKind::PropertyKey, key ? *test.key : any));
+    return std::make_unique<PropertyCondition>(test, numbersOf(FacetKind::PropertyKey, key ? *test.key : any));
 }
 
 ConditionPtr RuleCompiler::use(int op, int time)

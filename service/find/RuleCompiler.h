@@ -5,7 +5,8 @@
 #include "find/Query.h"
 
 #include <map>
-#include <optional>
+#include <memory>
+#include <string>
 #include <tuple>
 #include <vector>
 
@@ -42,6 +43,7 @@ private:
     ConditionPtr connective(const Rule &rule);
     ConditionPtr leaf(const Rule &rule);
     ConditionPtr sourceLeaf(const Rule &rule);
+    std::shared_ptr<const std::vector<qint64>> numbersOf(FacetKind kind, const TextTest &text);
     ConditionPtr facet(FacetKind kind, int op, const QString &text);
     ConditionPtr part(FacetKind kind, const Rule &rule);
     ConditionPtr favorite();
@@ -55,7 +57,7 @@ private:
     const bool m_external;
     bool m_withoutProviders = false;
     bool m_isUnderstood = true;
-    std::map<std::tuple<FacetKind, int, QString>, std::optional<std::vector<qint64>>> m_numbers; ///< Of facets.
+    std::map<std::tuple<FacetKind, int, std::string>, std::shared_ptr<const std::vector<qint64>>> m_numbers;
 };
 
 } // namespace placesd

@@ -75,20 +75,21 @@ std::vector<Hit> StoredSearch::first(std::size_t wanted, bool withKeys)
     if (m_plan != Plan::ByOrder && m_condition.hasSource())
         source = m_condition.source(m_store, m_order, FEW_ROWS);
     if (!source.rows) {
-        ByOrder run(m_condition, m_order, inOrder(), wanted, withKeys);
+        ByOrder run(m_store, m_condition, m_order, inOrder(), wanted, withKeys);
         run.advance(WITHOUT_LIMIT);
         return run.takeHits();
     }
-    // A list that is shorter than a turn is read before that turn has ended.
+    // A list that is read before a turn has ended makes it shorter.
     const bool isShort = source.length < FEW_ROWS;
-    const qint64 firstTurn = isShort ? std::min(FIRST_TURN, source.length * source.rows->cost() + 1) : FIRST_TURN;
-    ByCondition byCondition(m_condition, m_order, std::move(source.rows), wanted, withKeys);
+    const qint64 listCost = source.length * (source.rows->cost() + m_condition.cost());
+    const qint64 firstTurn = isShort ? std::min(FIRST_TURN, listCost + 1) : FIRST_TURN;
+    ByCondition byCondition(m_store, m_condition, m_order, std::move(source.rows), wanted, withKeys);
     const bool isOnlyPlan = m_plan == Plan::ByCondition || (isShort && !m_condition.hasSortedSource(m_order));
     if (isOnlyPlan) {
         byCondition.advance(WITHOUT_LIMIT);
         return byCondition.takeHits();
     }
-    ByOrder byOrder(m_condition, m_order, inOrder(), wanted, withKeys);
+    ByOrder byOrder(m_store, m_condition, m_order, inOrder(), wanted, withKeys);
     for (qint64 turn = firstTurn;; turn *= 2) {
         if (byOrder.advance(turn))
             return byOrder.takeHits();
@@ -105,8 +106,12 @@ qint64 StoredSearch::count()
                                                   ? m_condition.source(m_store, m_order, FEW_ROWS).rows
                                                   : std::make_unique<StatementSource>(m_store, sql::BY_ID);
     qint64 count = 0;
-    while (const PlaceRow *row = source->next())
+    int rows = 1;
+    for (const PlaceRow *row = source->next(); row; row = source->next(), ++rows) {
+        if (rows % ROWS_PER_CHECK == 0)
+            m_store.requireTime();
         count += m_condition.test(*row) ? 1 : 0;
+    }
     return count;
 }
 

@@ -17,6 +17,9 @@ enum class Plan
     ByOrder      ///< Along an index that is in order, row by row, until there are enough.
 };
 
+/// Places that are tested between two looks at the clock.
+constexpr int ROWS_PER_CHECK = 16;
+
 /// A place that was found.
 struct Hit
 {

@@ -186,16 +186,16 @@ void BackupKeeper::swapIn(const std::string &path, Deadline deadline) const
         Store::requirePlaces(target);
     }
     std::timed_mutex unshared;
-    Store checked(candidate.path(), unshared);
-    checked.startRequest(deadline);
+    Store checked(candidate.path(), unshared, deadline);
     checked.requireSoundness();
 
+    std::timed_mutex unlocked;
+    Store live(m_database, unlocked);
+    checked.packLike(live);
     const std::unique_lock<std::timed_mutex> lock(m_writeLock, deadline);
     if (!lock)
         throw std::runtime_error("other writers took too long");
-    Store live(m_database, unshared);
     checked.keepIdsOf(live);
-    checked.packLike(live);
     checked.copyOver(live);
 }
 

@@ -7,6 +7,7 @@
 #include "store/SqlFunctions.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace placesd
 {
@@ -19,6 +20,13 @@ namespace
 constexpr unsigned int BITS = 7;
 constexpr unsigned int MORE = 1U << BITS;
 constexpr unsigned int LONGEST = 63;
+
+/// A number of places. A file that was not made here may hold any number.
+qint64 bounded(const SQLite::Column &count)
+{
+    constexpr int64_t MOST = std::numeric_limits<int>::max();
+    return std::clamp(count.getInt64(), int64_t{0}, MOST);
+}
 
 /// Reads the next number; false at the end, or where there is none.
 bool takeNumber(std::string_view packed, std::size_t &position, qint64 &number)
@@ -105,7 +113,7 @@ qint64 Facets::count(qint64 number)
 {
     const auto row = m_statements.take(sql::COUNT_OF_FACET);
     bindEach(*row, number);
-    return row->executeStep() ? row->getColumn(0).getInt64() : 0;
+    return row->executeStep() ? bounded(row->getColumn(0)) : 0;
 }
 
 qint64 Facets::count(FacetKind kind, const std::string &text)
@@ -113,7 +121,7 @@ qint64 Facets::count(FacetKind kind, const std::string &text)
     const auto row = m_statements.take(sql::SELECT_FACET);
     row->bind(1, static_cast<int>(kind));
     row->bind(2, text);
-    return row->executeStep() ? row->getColumn(2).getInt64() : 0;
+    return row->executeStep() ? bounded(row->getColumn(2)) : 0;
 }
 
 QStringList Facets::texts(FacetKind kind)

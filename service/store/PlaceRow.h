@@ -7,6 +7,7 @@
 
 #include <QtCore/QList>
 
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -24,7 +25,7 @@ struct FacetTest
 {
     FacetKind kind;
     TextTest text;
-    std::vector<qint64> numbers; ///< Of all stored facets of this kind that pass the text's test; sorted.
+    std::shared_ptr<const std::vector<qint64>> numbers; ///< Of all stored facets that pass the text's test; sorted.
 };
 
 /// Whether a record of a place has a property whose key and value, without case and accents, pass both tests.

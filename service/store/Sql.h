@@ -151,7 +151,7 @@ constexpr char SELECT_HEADER[] = "SELECT header FROM record WHERE place = ?1";
 constexpr char SELECT_RECORDS[] = "SELECT place, full_record, header FROM record";
 constexpr char UPDATE_RECORDS[] = "UPDATE record SET full_record = ?2, header = ?3 WHERE place = ?1";
 constexpr char INSERT_DICTIONARY[] = "INSERT INTO dictionary(bytes) VALUES (?1)";
-constexpr char UPDATE_DICTIONARY[] = "UPDATE dictionary SET bytes = ?1";
+constexpr char DELETE_DICTIONARY[] = "DELETE FROM dictionary";
 constexpr char SELECT_DICTIONARY[] = "SELECT bytes FROM dictionary";
 
 /// Takes as many ids as are bound; gives the last of each.
@@ -205,5 +205,12 @@ constexpr char SELECT_TABLES[] =
 /// Fails when the index of the names is not that of the places.
 constexpr char CHECK_NAME_INDEX[] = "INSERT INTO name_index(name_index, rank) VALUES ('integrity-check', 1)";
 constexpr char COUNT_PLACES_WITHOUT_RECORD[] = "SELECT count(*) FROM place WHERE id NOT IN (SELECT place FROM record)";
+constexpr char COUNT_WRONG_FACETS[] =
+    "SELECT count(*) FROM facet WHERE id < 1 OR places NOT BETWEEN 1 AND (SELECT count(*) FROM place)";
+/// Ids from 2^62 on are those of what is not stored; those of stored places have been given.
+constexpr char COUNT_WRONG_IDS[] =
+    "SELECT (SELECT count(*) FROM place WHERE id < 1 OR id > (SELECT place FROM last_id))"
+    " + (SELECT count(*) FROM last_id WHERE max(place, location, auxiliary) >= 1 << 61"
+    " OR min(place, location, auxiliary) < 0)";
 
 } // namespace placesd::sql

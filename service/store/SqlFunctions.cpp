@@ -2,41 +2,13 @@
 
 #include "store/SqlFunctions.h"
 
-#include "places/Coordinates.h"
-#include "places/Utilities.h"
 #include "store/TextKeys.h"
-
-#include <sqlite3.h>
 
 namespace placesd
 {
 
-using vela::platform::places::Coordinates;
-using vela::platform::places::Utilities;
-
 namespace
 {
-
-QString textOf(sqlite3_value *value)
-{
-    return QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_value_text(value)), sqlite3_value_bytes(value));
-}
-
-void containsWordsFunction(sqlite3_context *context, int, sqlite3_value **arguments)
-{
-    sqlite3_result_int(context, containsWords(textOf(arguments[0]), textOf(arguments[1])));
-}
-
-void distanceFunction(sqlite3_context *context, int count, sqlite3_value **arguments)
-{
-    for (int i = 0; i < count; ++i) {
-        if (sqlite3_value_type(arguments[i]) == SQLITE_NULL)
-            return sqlite3_result_null(context);
-    }
-    const Coordinates a(sqlite3_value_double(arguments[0]), sqlite3_value_double(arguments[1]));
-    const Coordinates b(sqlite3_value_double(arguments[2]), sqlite3_value_double(arguments[3]));
-    sqlite3_result_double(context, Utilities::calculateDistanceInMeter(a, b));
-}
 
 void bindValue(SQLite::Statement &statement, int index, const QVariant &value)
 {
@@ -53,14 +25,6 @@ void bindValue(SQLite::Statement &statement, int index, const QVariant &value)
 }
 
 } // namespace
-
-void registerFunctions(SQLite::Database &database)
-{
-    constexpr int FLAGS = SQLITE_UTF8 | SQLITE_DETERMINISTIC;
-    sqlite3 *handle = database.getHandle();
-    sqlite3_create_function(handle, "contains_words", 2, FLAGS, nullptr, containsWordsFunction, nullptr, nullptr);
-    sqlite3_create_function(handle, "distance", 4, FLAGS, nullptr, distanceFunction, nullptr, nullptr);
-}
 
 QString matchExpression(const QString &term)
 {

@@ -15,11 +15,6 @@
 namespace placesd
 {
 
-/// Adds to a connection:
-/// - contains_words(text, term): whether every word of the term starts a word of the text;
-/// - distance(latitude, longitude, latitude, longitude): metres; NULL where one of them is.
-void registerFunctions(SQLite::Database &database);
-
 /// A term for the full-text index: the beginnings of words, all of which must occur. Empty for no words.
 QString matchExpression(const QString &term);
 
@@ -43,12 +38,5 @@ void bindEach(SQLite::Statement &statement, const Values &...values)
 
 /// Binds values, bytes as text and NULL for an invalid one, from a position on; returns the position behind them.
 int bindAll(SQLite::Statement &statement, const std::vector<QVariant> &values, int from);
-
-/// Resets a statement at the end of a scope, so that it holds no lock.
-struct Finish
-{
-    SQLite::Statement &statement;
-    ~Finish() { statement.tryReset(); }
-};
 
 } // namespace placesd

@@ -16,6 +16,8 @@ constexpr std::size_t KEPT_OF_ONE_TEXT = 8;
 StatementPool::Lease StatementPool::take(const char *sql)
 {
     Idle &idle = m_idle[sql];
+    // A statement that comes back finds room: a destructor takes no memory.
+    idle.reserve(KEPT_OF_ONE_TEXT);
     if (idle.empty())
         return {idle, std::make_unique<SQLite::Statement>(m_database, sql)};
     Lease lease(idle, std::move(idle.back()));

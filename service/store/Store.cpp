@@ -38,9 +38,10 @@ constexpr qint64 NO_ID = PlaceId::UNDEFINED_PERSISTED_ID;
 constexpr int STEPS_PER_CHECK = 10000;
 /// Longest wait for a writer in another process.
 constexpr int BUSY_TIMEOUT_MS = 5000;
-/// What is read of the database without a system call: all of it, where the address space has room.
+/// What each connection reads of the database without a system call: most databases whole, where the address space has
+/// room for all connections.
 constexpr const char *MAP_DATABASE =
-    sizeof(void *) >= 8 ? "PRAGMA mmap_size = 2147418112" : "PRAGMA mmap_size = 268435456";
+    sizeof(void *) >= 8 ? "PRAGMA mmap_size = 2147418112" : "PRAGMA mmap_size = 16777216";
 
 /// Parts keep an id that they have had in the stored place, once each; every other one is to get a new id.
 void forgetForeignIds(Place &place, const Place &before)
@@ -63,14 +64,16 @@ void forgetForeignIds(Place &place, const Place &before)
     }
 }
 
-/// Part of a transaction: what is done in it is taken back, unless it is kept. Its statements are prepared once.
+/// Part of a transaction: what is done in it is taken back, unless it is kept. Its statements are prepared once, and
+/// before they are needed.
 class Savepoint
 {
 public:
     explicit Savepoint(StatementPool &statements)
-        : m_statements(statements)
+        : m_rollback(statements.take(sql::ROLLBACK_TO_SAVEPOINT))
+        , m_release(statements.take(sql::RELEASE_SAVEPOINT))
     {
-        m_statements.take(sql::SAVEPOINT)->exec();
+        statements.take(sql::SAVEPOINT)->exec();
     }
     Savepoint(const Savepoint &) = delete;
     Savepoint &operator=(const Savepoint &) = delete;
@@ -79,18 +82,19 @@ public:
         if (m_isKept)
             return;
         // A grave error has ended the whole transaction already.
-        for (const char *sql : {sql::ROLLBACK_TO_SAVEPOINT, sql::RELEASE_SAVEPOINT})
-            m_statements.take(sql)->tryExecuteStep();
+        m_rollback->tryExecuteStep();
+        m_release->tryExecuteStep();
     }
 
     void keep()
     {
-        m_statements.take(sql::RELEASE_SAVEPOINT)->exec();
         m_isKept = true;
+        m_release->exec();
     }
 
 private:
-    StatementPool &m_statements;
+    StatementPool::Lease m_rollback;
+    StatementPool::Lease m_release;
     bool m_isKept = false;
 };
 
@@ -109,11 +113,12 @@ int countWithoutId(const List &parts)
 
 } // namespace
 
-Store::Store(const std::string &path, std::timed_mutex &writeLock)
+Store::Store(const std::string &path, std::timed_mutex &writeLock, Deadline deadline)
     : m_database(path, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_NOMUTEX, BUSY_TIMEOUT_MS)
     , m_writeLock(writeLock)
     , m_statements(m_database)
     , m_facets(m_statements)
+    , m_deadline(deadline)
 {
     m_database.exec(sql::CONNECTION_SETTINGS);
     m_database.exec(MAP_DATABASE);
@@ -129,6 +134,12 @@ Store::~Store() = default;
 void Store::startRequest(Deadline deadline)
 {
     m_deadline = deadline;
+}
+
+void Store::requireTime() const
+{
+    if (hasPassed(m_deadline))
+        throw SQLite::Exception("the request took too long", SQLITE_INTERRUPT);
 }
 
 int Store::interruptLate(void *store)
@@ -375,11 +386,9 @@ QStringList Store::tags()
 qint64 Store::placeCount(int persistenceBits)
 {
     qint64 count = 0;
-    const auto row = m_statements.take(sql::SELECT_FACETS);
-    row->bind(1, static_cast<int>(FacetKind::Persistence));
-    while (row->executeStep()) {
-        if ((QString::fromStdString(row->getColumn(1).getString()).toInt() & persistenceBits) != 0)
-            count += row->getColumn(2).getInt64();
+    for (const QString &mask : m_facets.texts(FacetKind::Persistence)) {
+        if ((mask.toInt() & persistenceBits) != 0)
+            count += m_facets.count(FacetKind::Persistence, utf8(mask));
     }
     return count;
 }

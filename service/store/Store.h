@@ -35,11 +35,14 @@ class Store
 {
 public:
     /// Opens the database, making it or bringing its schema up to date if need be.
-    Store(const std::string &path, std::timed_mutex &writeLock);
+    /// @param deadline of that.
+    Store(const std::string &path, std::timed_mutex &writeLock, Deadline deadline = Deadline::max());
     ~Store();
 
     /// Work that goes on past the deadline is interrupted.
     void startRequest(Deadline deadline);
+    /// Throws SQLite::Exception (interrupt) once the deadline has passed: for work between two statements.
+    void requireTime() const;
 
     /// Runs `work` as one transaction, which is on the disk when this returns. A false result, like an exception, takes
     /// everything back. Within the work of another write, `work` runs in a savepoint of that transaction.
@@ -152,7 +155,7 @@ private:
     StatementPool m_statements;
     Facets m_facets;
     std::unique_ptr<RecordCompressor> m_records;
-    Deadline m_deadline = Deadline::max();
+    Deadline m_deadline;
 };
 
 } // namespace placesd

@@ -137,7 +137,8 @@ void Store::moveOldPlaces()
     }
 }
 
-/// A place that cannot be read stays as it is, and can be removed.
+/// A place that cannot be read keeps its record and its row, and can be removed. What its tags and records were is in
+/// the record alone.
 void Store::keepUnreadable(SQLite::Statement &old)
 {
     const auto id = static_cast<qint64>(old.getColumn(0).getInt64());
@@ -192,7 +193,10 @@ void Store::requireSoundness()
     require(m_database.execAndGet("PRAGMA integrity_check(1)").getString() == "ok");
     require(m_database.execAndGet("SELECT rtreecheck('position')").getString() == "ok");
     m_database.exec(sql::CHECK_NAME_INDEX);
-    require(m_database.execAndGet(sql::COUNT_PLACES_WITHOUT_RECORD).getInt() == 0);
+    for (const char *faults : {sql::COUNT_PLACES_WITHOUT_RECORD, sql::COUNT_WRONG_FACETS, sql::COUNT_WRONG_IDS})
+        require(m_database.execAndGet(faults).getInt() == 0);
+    require(m_database.execAndGet("SELECT count(*) FROM dictionary").getInt() == 1);
+    require(m_database.execAndGet("SELECT count(*) FROM last_id").getInt() == 1);
     const auto row = m_statements.take(sql::SELECT_RECORDS);
     while (row->executeStep()) {
         const std::unique_ptr<Place> place = decodePlace(unpack(row->getColumn(1)));
@@ -232,7 +236,8 @@ void Store::packLike(Store &other)
             bindBlob(*row, 3, packer.pack(storedRecord(id, true)));
             row->exec();
         }
-        const auto put = m_statements.take(sql::UPDATE_DICTIONARY);
+        execute(sql::DELETE_DICTIONARY);
+        const auto put = m_statements.take(sql::INSERT_DICTIONARY);
         bindBlob(*put, 1, wanted);
         put->exec();
         return true;

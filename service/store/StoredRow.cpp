@@ -98,7 +98,7 @@ std::string_view StoredRow::facets() const
 
 bool StoredRow::passes(const FacetTest &test) const
 {
-    return !test.numbers.empty() && FacetNumbers::containAny(facets(), test.numbers);
+    return !test.numbers->empty() && FacetNumbers::containAny(facets(), *test.numbers);
 }
 
 bool StoredRow::passes(const PropertyTest &test) const

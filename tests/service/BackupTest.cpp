@@ -104,9 +104,13 @@ TEST_F(BackupTest, AFailedOneChangesNothing)
     edited("newer", "PRAGMA user_version = 99");
     edited("foreign", "DROP TABLE search_term");
     edited("trap", "CREATE TRIGGER trap AFTER DELETE ON place BEGIN DELETE FROM facet; END");
+    edited("uncounted", "UPDATE facet SET places = -1 WHERE kind = 1");
+    edited("undefined", "DELETE FROM dictionary");
+    edited("reused", "UPDATE last_id SET place = 0");
     edited("unreadable", "UPDATE record SET full_record = x'00'");
 
-    for (const char *name : {"none", "text", "cut", "torn", "newer", "foreign", "trap", "unreadable", "places.db", "."})
+    for (const char *name : {"none", "text", "cut", "torn", "newer", "foreign", "trap", "uncounted", "undefined",
+                             "reused", "unreadable", "places.db", "."})
         EXPECT_EQ(protocol.restore(path(name)), Error::RestoreFailed) << name;
     for (const char *name : {"none/copy.db", "text", "places.db", "."})
         EXPECT_EQ(protocol.backup(path(name)), Error::BackupFailed) << name;
