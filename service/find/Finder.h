@@ -92,7 +92,7 @@ private:
     ReturnCode ask(int batch, int size);
     /// Makes the searches for the batch, and candidates of all that was found for them.
     ReturnCode takeAnswers(int batch);
-    /// Adds to the page what the batch gives from a position on; true when the page is complete.
+    /// Adds to the page what the batch gives from the cursor on, and moves the cursor behind it.
     ReturnCode takeBatch(Page &page, Cursor &cursor, bool &isComplete);
 
     /// The places at some positions of what all searches give, one search after the other.

@@ -5,8 +5,6 @@
 
 #include <QtCore/QString>
 
-#include <limits>
-
 /// The conditions of the leaves of a rule, each with the index that serves it.
 namespace placesd
 {

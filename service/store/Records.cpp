@@ -2,7 +2,6 @@
 
 #include "store/Records.h"
 
-#include "model/PlacePrivate.h"
 #include "protocol/PlacesAPIDecoder.h"
 #include "protocol/PlacesAPIEncoder.h"
 
@@ -62,13 +61,6 @@ std::unique_ptr<Place> decodePlace(const std::string &record)
 std::unique_ptr<PlaceHeader> decodeHeader(const std::string &record)
 {
     return decodeWith(&PlacesAPIDecoder::decodePlaceHeader, record);
-}
-
-std::unique_ptr<Place> copyOf(const Place &place)
-{
-    auto copy = std::make_unique<Place>();
-    *PlacePrivate::privateFromPublic(copy.get()) = *PlacePrivate::privateFromPublic(&place);
-    return copy;
 }
 
 } // namespace placesd

@@ -18,7 +18,4 @@ std::string headerOf(const vela::platform::places::Place &place);
 std::unique_ptr<vela::platform::places::Place> decodePlace(const std::string &record);
 std::unique_ptr<vela::platform::places::PlaceHeader> decodeHeader(const std::string &record);
 
-/// A copy that can be changed.
-std::unique_ptr<vela::platform::places::Place> copyOf(const vela::platform::places::Place &place);
-
 } // namespace placesd

@@ -238,8 +238,9 @@ inline Look::Look(const Model &model, const Query &query, bool external)
 
 inline void Look::addGiven(const Rule &leaf, const FoundPlace &place, int batch)
 {
-    const std::shared_ptr<Place> seen = copyOf(*place);
+    const auto seen = std::make_shared<Place>();
     PlacePrivate &data = *PlacePrivate::privateFromPublic(seen.get());
+    data = *PlacePrivate::privateFromPublic(place.get());
     data.clearPersistedStates();
     data.setOwner(QString());
     data.setLastUsedTime(0);
