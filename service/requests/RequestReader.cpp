@@ -6,7 +6,7 @@
 #include "Limits.h"
 #include "places/Place.h"
 #include "places/SearchOperator.h"
-#include "store/TextKeys.h"
+#include "text/TextKeys.h"
 
 namespace placesd
 {

@@ -8,7 +8,7 @@
 #include "places/Place.h"
 #include "sources/Gazetteer.h"
 #include "sources/VCardFile.h"
-#include "store/TextKeys.h"
+#include "text/TextKeys.h"
 
 #include <QtCore/QFile>
 

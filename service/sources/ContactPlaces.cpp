@@ -6,7 +6,7 @@
 #include "Limits.h"
 #include "places/Place.h"
 #include "places/Tags.h"
-#include "store/TextKeys.h"
+#include "text/TextKeys.h"
 
 #include <QtCore/QHash>
 #include <QtCore/QLocale>

@@ -17,7 +17,7 @@
 #include "store/Nearest.h"
 #include "store/Records.h"
 #include "store/SqlFunctions.h"
-#include "store/TextKeys.h"
+#include "text/TextKeys.h"
 #include "Vocabulary.h"
 
 #include <QtCore/QJsonArray>

@@ -6,7 +6,7 @@
 #include "sources/IndexRow.h"
 #include "store/Nearest.h"
 #include "store/SqlFunctions.h"
-#include "store/TextKeys.h"
+#include "text/TextKeys.h"
 
 #include <algorithm>
 #include <string_view>

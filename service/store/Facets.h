@@ -2,7 +2,7 @@
 #pragma once
 
 #include "store/StatementPool.h"
-#include "store/TextKeys.h"
+#include "text/TextKeys.h"
 
 #include <QtCore/QString>
 

@@ -3,7 +3,7 @@
 
 #include "places/Coordinates.h"
 #include "store/Facets.h"
-#include "store/TextKeys.h"
+#include "text/TextKeys.h"
 
 #include <QtCore/QList>
 

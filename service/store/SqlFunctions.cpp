@@ -2,7 +2,7 @@
 
 #include "store/SqlFunctions.h"
 
-#include "store/TextKeys.h"
+#include "text/TextKeys.h"
 
 namespace placesd
 {

@@ -16,7 +16,7 @@
 #include "store/Sql.h"
 #include "store/SqlFunctions.h"
 #include "store/StoredRow.h"
-#include "store/TextKeys.h"
+#include "text/TextKeys.h"
 
 #include <QtCore/QSet>
 

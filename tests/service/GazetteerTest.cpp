@@ -3,7 +3,7 @@
 #include "sources/Gazetteer.h"
 #include "places/Place.h"
 #include "places/Utilities.h"
-#include "store/TextKeys.h"
+#include "text/TextKeys.h"
 
 #include <gmock/gmock.h>
 

@@ -1,7 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
 #include "store/Sql.h"
-#include "store/TextKeys.h"
+#include "text/TextKeys.h"
 
 #include <gmock/gmock.h>
 

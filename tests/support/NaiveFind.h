@@ -5,8 +5,8 @@
 #include "places/SortRule.h"
 #include "places/Utilities.h"
 #include "store/Records.h"
-#include "store/TextKeys.h"
 #include "support/RandomFind.h"
+#include "text/TextKeys.h"
 
 #include <QtCore/QHash>
 #include <QtCore/QRegularExpression>

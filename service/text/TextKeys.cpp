@@ -1,6 +1,6 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
-#include "store/TextKeys.h"
+#include "text/TextKeys.h"
 
 #include "places/SearchOperator.h"
 
