@@ -43,6 +43,8 @@ constexpr int LIST_LENGTH = 1000;
 constexpr int TEXT_LENGTH = 4096;
 /// Most words of a term whose words are searched for.
 constexpr int TERM_WORDS = 64;
+/// Most letters of a typed word that is corrected.
+constexpr int CORRECTED_LETTERS = 63;
 /// Most leaves of a rule that find what is not stored.
 constexpr std::size_t RULE_SOURCES = 8;
 /// Results that a provider is asked for at once.

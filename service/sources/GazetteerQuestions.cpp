@@ -7,6 +7,7 @@
 #include "store/Nearest.h"
 #include "store/SqlFunctions.h"
 #include "text/TextKeys.h"
+#include "text/Utf8.h"
 
 #include <algorithm>
 #include <string_view>
@@ -73,16 +74,11 @@ std::string endOfStarts(std::string text)
     return text;
 }
 
-bool startsWith(std::string_view text, std::string_view start)
-{
-    return text.substr(0, start.size()) == start;
-}
-
 /// True when the last character of a text that is not empty belongs to a word.
 bool endsInWord(std::string_view text)
 {
     std::size_t last = text.size() - 1;
-    while (last > 0 && (static_cast<unsigned char>(text[last]) & 0xC0U) == 0x80U)
+    while (last > 0 && isContinuation(text[last]))
         --last;
     const QString character = QString::fromUtf8(&text[last], static_cast<int>(text.size() - last));
     return character.size() == 1 && character[0].unicode() < 0x80 ? character[0].isLetterOrNumber()

@@ -1,0 +1,199 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "text/WordTrie.h"
+
+#include "text/Utf8.h"
+
+#include <algorithm>
+
+namespace placesd
+{
+
+namespace
+{
+
+// The first byte of a node. The length of its label follows where it does not fit, then the label, then the size of the
+// children where there are any.
+constexpr unsigned IS_WORD = 0x80;
+constexpr unsigned HAS_CHILDREN = 0x40;
+constexpr unsigned LENGTH_BITS = 0x3F;
+
+/// Reads a number of seven bits a byte, the lowest first.
+std::size_t takeNumber(const char *&bytes)
+{
+    std::size_t number = 0;
+    for (unsigned shift = 0;; shift += 7) {
+        const auto byte = static_cast<unsigned char>(*bytes++);
+        number |= static_cast<std::size_t>(byte & 0x7FU) << shift;
+        if (byte < 0x80)
+            return number;
+    }
+}
+
+/// Length of the common beginning of two words, in whole code points.
+std::size_t sharedLength(std::string_view one, std::string_view other)
+{
+    const std::size_t most = std::min(one.size(), other.size());
+    std::size_t length = 0;
+    while (length < most && one[length] == other[length])
+        ++length;
+    while (length > 0 && length < one.size() && isContinuation(one[length]))
+        --length;
+    return length;
+}
+
+/// Writes the nodes from the last byte to the first, because a node is known only when its children are written.
+class Builder
+{
+public:
+    /// @param word sorts before the words that were added so far. It must live as long as the builder.
+    void add(std::string_view word)
+    {
+        close(sharedLength(m_word, word));
+        if (m_open.back().depth == word.size())
+            m_open.back().isWord = true;
+        else
+            m_open.push_back({word.size(), m_bytes.size(), true});
+        m_word = word;
+    }
+
+    std::string finish()
+    {
+        close(0);
+        std::reverse(m_bytes.begin(), m_bytes.end());
+        m_bytes.shrink_to_fit();
+        return std::move(m_bytes);
+    }
+
+private:
+    /// A node on the path of the last word.
+    struct Open
+    {
+        std::size_t depth; ///< Where its label ends in the word.
+        std::size_t start; ///< Where its children start in the buffer.
+        bool isWord;
+    };
+
+    /// Writes the nodes of the last word below `depth`. A node then ends at `depth`.
+    void close(std::size_t depth)
+    {
+        while (m_open.back().depth > depth) {
+            const Open node = m_open.back();
+            m_open.pop_back();
+            const std::size_t parent = std::max(depth, m_open.back().depth);
+            if (parent > m_open.back().depth)
+                m_open.push_back({parent, node.start, false});
+            write(node, m_word.substr(parent, node.depth - parent));
+        }
+    }
+
+    void write(const Open &node, std::string_view label)
+    {
+        const std::size_t children = m_bytes.size() - node.start;
+        if (children > 0)
+            putNumber(children);
+        m_bytes.append(label.rbegin(), label.rend());
+        const auto length = static_cast<unsigned>(std::min<std::size_t>(label.size(), LENGTH_BITS));
+        if (length == LENGTH_BITS)
+            putNumber(label.size() - length);
+        m_bytes.push_back(
+            static_cast<char>(length | (node.isWord ? IS_WORD : 0U) | (children > 0 ? HAS_CHILDREN : 0U)));
+    }
+
+    void putNumber(std::size_t number)
+    {
+        std::string bytes;
+        for (; number >= 0x80; number >>= 7)
+            bytes.push_back(static_cast<char>((number & 0x7FU) | 0x80U));
+        bytes.push_back(static_cast<char>(number));
+        m_bytes.append(bytes.rbegin(), bytes.rend());
+    }
+
+    std::string m_bytes; ///< Of the nodes that are closed, the last byte first.
+    std::vector<Open> m_open{{0, 0, false}};
+    std::string_view m_word; ///< The last one.
+};
+
+} // namespace
+
+WordTrie::WordTrie(const std::vector<std::string> &words)
+    : m_size(words.size())
+{
+    Builder builder;
+    std::for_each(words.rbegin(), words.rend(), [&builder](const std::string &word) { builder.add(word); });
+    m_nodes = builder.finish();
+}
+
+WordTrie::Node WordTrie::take(std::string_view &siblings)
+{
+    const char *next = siblings.data();
+    const unsigned first = static_cast<unsigned char>(*next++);
+    std::size_t length = first & LENGTH_BITS;
+    if (length == LENGTH_BITS)
+        length += takeNumber(next);
+    Node node;
+    node.isWord = (first & IS_WORD) != 0;
+    node.label = {next, length};
+    next += length;
+    if (first & HAS_CHILDREN) {
+        const std::size_t size = takeNumber(next);
+        node.children = {next, size};
+        next += size;
+    }
+    siblings.remove_prefix(static_cast<std::size_t>(next - siblings.data()));
+    return node;
+}
+
+bool WordTrie::contains(std::string_view word) const
+{
+    for (std::string_view siblings = m_nodes; !siblings.empty();) {
+        const Node node = take(siblings);
+        if (!startsWith(word, node.label))
+            continue;
+        word.remove_prefix(node.label.size());
+        if (word.empty())
+            return node.isWord;
+        siblings = node.children;
+    }
+    return false;
+}
+
+bool WordTrie::hasPrefix(std::string_view start) const
+{
+    for (std::string_view siblings = m_nodes; !siblings.empty();) {
+        const Node node = take(siblings);
+        if (startsWith(node.label, start))
+            return true;
+        if (!startsWith(start, node.label))
+            continue;
+        start.remove_prefix(node.label.size());
+        siblings = node.children;
+    }
+    return false;
+}
+
+void WordTrie::appendTo(std::vector<std::string> &words) const
+{
+    struct Level
+    {
+        std::string_view siblings;
+        std::size_t depth; ///< Length of what their labels continue.
+    };
+    std::vector<Level> levels{{m_nodes, 0}};
+    std::string word;
+    while (!levels.empty()) {
+        Level &level = levels.back();
+        if (level.siblings.empty()) {
+            levels.pop_back();
+            continue;
+        }
+        const Node node = take(level.siblings);
+        word.resize(level.depth);
+        word += node.label;
+        if (node.isWord)
+            words.push_back(word);
+        levels.push_back({node.children, word.size()});
+    }
+}
+
+} // namespace placesd

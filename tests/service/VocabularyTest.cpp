@@ -1,0 +1,209 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "text/Vocabulary.h"
+
+#include <gmock/gmock.h>
+
+#include <QtCore/QString>
+
+#include <algorithm>
+#include <ostream>
+#include <random>
+#include <set>
+#include <tuple>
+
+namespace placesd
+{
+
+bool operator==(const Correction &one, const Correction &other)
+{
+    return std::tie(one.word, one.edits, one.isPrefix) == std::tie(other.word, other.edits, other.isPrefix);
+}
+
+std::ostream &operator<<(std::ostream &stream, const Correction &correction)
+{
+    return stream << correction.word << " " << correction.edits << (correction.isPrefix ? "*" : "");
+}
+
+} // namespace placesd
+
+namespace
+{
+
+using placesd::Correction;
+using placesd::mostEdits;
+using placesd::Vocabulary;
+
+std::string utf8(const std::u32string &text)
+{
+    return QString::fromStdU32String(text).toStdString();
+}
+
+/// The textbook's table of distances.
+int distance(const std::u32string &one, const std::u32string &other)
+{
+    std::vector<std::vector<int>> edits(one.size() + 1, std::vector<int>(other.size() + 1));
+    for (std::size_t i = 0; i <= one.size(); ++i) {
+        for (std::size_t j = 0; j <= other.size(); ++j) {
+            int &here = edits[i][j] = static_cast<int>(std::max(i, j));
+            if (i == 0 || j == 0)
+                continue;
+            here = std::min(
+                {edits[i - 1][j] + 1, edits[i][j - 1] + 1, edits[i - 1][j - 1] + (one[i - 1] == other[j - 1] ? 0 : 1)});
+            if (i > 1 && j > 1 && one[i - 1] == other[j - 2] && one[i - 2] == other[j - 1])
+                here = std::min(here, edits[i - 2][j - 2] + 1);
+        }
+    }
+    return edits[one.size()][other.size()];
+}
+
+/// True when a shorter beginning needs no more edits.
+bool hasBetterStart(const std::u32string &typed, const std::u32string &start, int edits)
+{
+    for (std::size_t size = 1; size < start.size(); ++size) {
+        if (distance(typed, start.substr(0, size)) <= edits)
+            return true;
+    }
+    return false;
+}
+
+/// Compares the typed word with every word, or with every beginning of a word.
+std::vector<Correction> correctionsByScan(const std::set<std::u32string> &words, const std::u32string &typed,
+                                          bool asPrefix, std::size_t limit)
+{
+    std::set<std::u32string> candidates = words;
+    for (const std::u32string &word : words) {
+        for (std::size_t size = 1; asPrefix && size < word.size(); ++size)
+            candidates.insert(word.substr(0, size));
+    }
+    std::vector<std::tuple<int, bool, std::size_t, std::string>> found;
+    for (const std::u32string &candidate : candidates) {
+        const int edits = distance(typed, candidate);
+        if (edits >= 1 && edits <= mostEdits(utf8(typed)) && !(asPrefix && hasBetterStart(typed, candidate, edits)))
+            found.emplace_back(edits, candidate[0] != typed[0], candidate.size(), utf8(candidate));
+    }
+    std::sort(found.begin(), found.end());
+    found.resize(std::min(found.size(), limit));
+    std::vector<Correction> corrections;
+    for (const auto &each : found)
+        corrections.push_back({std::get<3>(each), std::get<0>(each), asPrefix});
+    return corrections;
+}
+
+/// Few letters, so that many words are near each other; letters of one to three bytes, two of them with the same first
+/// byte and two with the same last one.
+std::u32string randomWord(std::mt19937 &random, std::size_t least, std::size_t most)
+{
+    static const std::u32string LETTERS = U"aaabéñũạ";
+    std::u32string word(least + random() % (most - least + 1), U' ');
+    std::generate(word.begin(), word.end(), [&random] { return LETTERS[random() % LETTERS.size()]; });
+    return word;
+}
+
+/// A word with up to three slips.
+std::u32string slip(std::u32string word, std::mt19937 &random)
+{
+    for (std::size_t slips = random() % 4; slips > 0 && word.size() > 1; --slips) {
+        const std::size_t place = 1 + random() % (word.size() - 1);
+        const std::size_t added = random() % 2;
+        if (random() % 3 == 0)
+            std::swap(word[place - 1], word[place]);
+        else
+            word.replace(place - random() % 2, random() % 2, randomWord(random, added, added));
+    }
+    return word;
+}
+
+/// Words in batches of all sizes, so that there are tries of all sizes and merges of them.
+std::set<std::u32string> fill(Vocabulary &vocabulary, std::mt19937 &random)
+{
+    std::set<std::u32string> words;
+    for (int batch = 0; batch < 40; ++batch) {
+        std::vector<std::string> added{"q1b", "qqqq2", "qb東", ""};
+        for (std::size_t i = random() % (batch % 10 == 0 ? 100 : 4) + 1; i > 0; --i) {
+            const std::u32string word = randomWord(random, 2, 10);
+            words.insert(word);
+            added.insert(added.end(), 1 + i % 2, utf8(word));
+        }
+        vocabulary.add(added);
+    }
+    return words;
+}
+
+} // namespace
+
+TEST(Vocabulary, CorrectsLikeAComparisonWithEveryWord)
+{
+    std::mt19937 random(7); // NOLINT: the same words in every run
+    std::size_t corrected = 0;
+    for (int round = 0; round < 12; ++round) {
+        Vocabulary vocabulary;
+        const std::set<std::u32string> words = fill(vocabulary, random);
+        EXPECT_EQ(vocabulary.size(), words.size() + 3);
+        for (int i = 0; i < 60; ++i) {
+            const std::u32string typed =
+                slip(*std::next(words.begin(), static_cast<int>(random() % words.size())), random);
+            const bool asPrefix = i % 2 == 0;
+            const std::size_t limit = i % 3 == 0 ? 1000 : random() % 6;
+            const auto expected = correctionsByScan(words, typed, asPrefix, limit);
+            corrected += expected.size();
+            ASSERT_EQ(vocabulary.corrections(utf8(typed), asPrefix, limit), expected) << utf8(typed);
+            const std::u32string start = typed.substr(0, 3);
+            const auto startsSo = [&](const auto &word) { return word.compare(0, start.size(), start) == 0; };
+            EXPECT_EQ(vocabulary.hasPrefix(utf8(start)), std::any_of(words.begin(), words.end(), startsSo));
+            EXPECT_EQ(vocabulary.contains(utf8(typed)), words.count(typed) == 1);
+        }
+        for (const std::u32string &word : words)
+            EXPECT_TRUE(vocabulary.contains(utf8(word))) << utf8(word);
+        EXPECT_TRUE(vocabulary.contains("q1b") && vocabulary.hasPrefix("qqq") && vocabulary.contains("qb東"));
+        EXPECT_FALSE(vocabulary.contains("") || vocabulary.contains("aaaa1"));
+    }
+    EXPECT_GT(corrected, 500U);
+}
+
+TEST(Vocabulary, CorrectsOnlyWordsOfEnoughLettersAndNothingElse)
+{
+    const std::string combined = "Zu\xCC\x88rich";
+    const struct
+    {
+        std::string typed;
+        int edits;
+    } cases[] = {
+        {"", 0},
+        {"bar", 0},
+        {"bern", 1},
+        {"жжж", 0},
+        {"жжжж", 1},
+        {"lucerne", 1},
+        {"lausanne", 2},
+        {"москвааа", 2},
+        {"bern3", 0},
+        {"lausanne٣", 0},
+        {"tokyo東", 0},
+        {"ひらがなひらがな", 0},
+        {"서울특별시", 0},
+        {"กรุงเทพ", 0},
+        {"bern😀", 0},
+        {"bern�", 0},
+        {"bern\xC3", 0},
+        {"\xF8\x80\xFF\xED\xA0\x80", 0},
+        {combined, 0},
+        {"o'hare", 0},
+        {std::string(63, 'a'), 2},
+        {std::string(64, 'a'), 0},
+        {std::string(5000, 'a'), 0},
+    };
+    Vocabulary vocabulary;
+    vocabulary.add({std::string(5000, 'a'), std::string(65, 'a'), "\xC3", "bern\xC3", "ber", "berna", "bernb"});
+    EXPECT_EQ(vocabulary.size(), 5U) << "what is not UTF-8 is left out";
+    for (const auto &[typed, edits] : cases) {
+        EXPECT_EQ(mostEdits(typed), edits) << typed;
+        for (const bool asPrefix : {false, true})
+            EXPECT_TRUE(edits > 0 || vocabulary.corrections(typed, asPrefix, 9).empty()) << typed;
+    }
+    EXPECT_THAT(vocabulary.corrections(std::string(63, 'a'), false, 9),
+                testing::ElementsAre(Correction{std::string(65, 'a'), 2, false}));
+    EXPECT_THAT(vocabulary.corrections("bern", false, 9),
+                testing::ElementsAre(Correction{"ber", 1, false}, Correction{"berna", 1, false},
+                                     Correction{"bernb", 1, false}));
+}
