@@ -45,6 +45,13 @@ constexpr int TEXT_LENGTH = 4096;
 constexpr int TERM_WORDS = 64;
 /// Most letters of a typed word that is corrected.
 constexpr int CORRECTED_LETTERS = 63;
+/// Most corrections of a word that a search tries, and most combinations of those of several words.
+constexpr std::size_t CORRECTIONS_OF_WORD = 48;
+constexpr std::size_t CORRECTED_WORDINGS = 16;
+/// Edits that a search tries beyond those that each word needs on its own.
+constexpr int MORE_EDITS = 2;
+/// Most words of a term of which a search leaves some out.
+constexpr std::size_t WORDS_IN_TURN = 8;
 /// Most leaves of a rule that find what is not stored.
 constexpr std::size_t RULE_SOURCES = 8;
 /// Results that a provider is asked for at once.

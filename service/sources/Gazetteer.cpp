@@ -43,13 +43,15 @@ namespace
 {
 
 /// Grows with every change of the tables, so that an index of another version is not taken for one of this.
-constexpr int INDEX_VERSION = 2;
+constexpr int INDEX_VERSION = 3;
 /// What the external id of a category starts with.
 constexpr char CATEGORY_PREFIX[] = "category:";
 /// How far apart two places of one name may be that are held to be the same, in metres.
 constexpr double SAME_PLACE_RADIUS = 500;
 constexpr int STEPS_PER_CHECK = 10000;
 constexpr qint64 NO_ID = -1;
+/// A word that more places have is not rare.
+constexpr int COUNTED_PLACES = 20000;
 
 /// "large airport" for "large_airport".
 QString readable(const QString &category)
@@ -119,6 +121,39 @@ AuxiliaryData gatherDetails(PlacePrivate &place, const QString &substituteId)
     return poi;
 }
 
+/// Names of a place besides its own, by the keys of OpenStreetMap: https://wiki.openstreetmap.org/wiki/Names.
+QStringList otherNames(const AuxiliaryData &details)
+{
+    static const QStringList KEYS = {QStringLiteral("alt_name"),      QStringLiteral("int_name"),
+                                     QStringLiteral("official_name"), QStringLiteral("short_name"),
+                                     QStringLiteral("loc_name"),      QStringLiteral("old_name")};
+    QStringList names;
+    const QMap<QString, QString> properties = details.properties();
+    for (auto property = properties.begin(); property != properties.end(); ++property) {
+        if (!property.key().startsWith(QLatin1String("name:")) && !KEYS.contains(property.key()))
+            continue;
+        for (const QString &name : property.value().split(QLatin1Char(';'), Qt::SkipEmptyParts))
+            names.append(name.trimmed());
+    }
+    names.removeDuplicates();
+    return names;
+}
+
+/// The name by which a place was found, where that is not its own; else empty.
+QString nameFound(const PlacePrivate &place, const Reading &reading)
+{
+    const auto isIn = [&reading](const QString &text) {
+        const std::string key = utf8(indexKey(text));
+        return std::any_of(reading.wordings.begin(), reading.wordings.end(),
+                           [&key](const Wording &wording) { return !wording.isEmpty() && wording.isIn(key); });
+    };
+    if (reading.wordings.empty() || place.aliases().isEmpty() || isIn(place.name()))
+        return {};
+    const QStringList names = place.aliases();
+    const auto found = std::find_if(names.begin(), names.end(), isIn);
+    return found == names.end() ? QString() : *found;
+}
+
 /// Statements that add a place to those that were taken from the files.
 struct Take
 {
@@ -140,11 +175,17 @@ void take(Take &statements, qint64 number, Place &place, const QString &substitu
     const QStringList parts = {address.street(),     address.city(),    address.region(),
                                address.postalCode(), address.country(), address.isoAlpha2CountryCode()};
     const QStringList aliases = data.aliases() + QStringList{details.property(QStringLiteral("keywords"))};
+    const QStringList names = otherNames(details);
+    const std::string allNames = utf8(indexKey(QStringList{data.name()} + names));
+    const std::string_view otherKeys = std::string_view(allNames).substr(searchKeyIn(allNames).size());
+    for (const QString &name : names)
+        data.addAlias(name);
     const QString kind = PointOfInterestAuxiliaryData(details).category();
     const Coordinates position = data.primaryCoordinates();
     bindAll(statements.keys,
-            {number, position.latitude(), position.longitude(), searchKey(data.name()), sortKey(data.name()), kind,
-             searchKey(kind), searchKey(aliases.join(QLatin1Char(' '))), searchKey(parts.join(QLatin1Char(' '))),
+            {number, position.latitude(), position.longitude(), searchKey(data.name()),
+             QString::fromUtf8(otherKeys.data(), static_cast<int>(otherKeys.size())), sortKey(data.name()), kind,
+             indexKey(kind), indexKey(aliases.join(QLatin1Char(' '))), indexKey(parts.join(QLatin1Char(' '))),
              details.externalId(), searchKey(address.region()), searchKey(address.country()),
              address.isoAlpha2CountryCode(), details.property(QStringLiteral("population")).toDouble()},
             1);
@@ -231,6 +272,7 @@ void Gazetteer::prepare()
     try {
         if (!isUpToDate())
             build();
+        readVocabulary();
     } catch (const std::exception &error) {
         if (!m_stopping)
             logError("the gazetteer cannot be read: %s", error.what());
@@ -243,10 +285,20 @@ void Gazetteer::prepare()
     m_stateChanged.notify_all();
 }
 
+void Gazetteer::readVocabulary()
+{
+    SQLite::Database index(m_index, SQLite::OPEN_READONLY);
+    SQLite::Statement row(index, sql::SELECT_VOCABULARY);
+    std::vector<std::string> words;
+    while (row.executeStep() && !m_stopping)
+        words.push_back(row.getColumn(0).getString());
+    m_vocabulary.add(std::move(words));
+}
+
 /// Every file with its size and time of change.
 std::string Gazetteer::filesAsTheyAre() const
 {
-    std::string files = std::to_string(INDEX_VERSION);
+    std::string files = std::to_string(INDEX_VERSION) + " " + keyVersion();
     for (const std::string &path : m_files) {
         std::error_code ignored;
         const auto time = fs::last_write_time(path, ignored).time_since_epoch().count();
@@ -346,7 +398,7 @@ ProviderAnswer Gazetteer::search(const ProviderSearch &search)
 {
     return ask<ProviderAnswer>(search.deadline, [&](SQLite::Database &database, ProviderAnswer &answer) {
         const bool suggests = search.kind == SearchKind::Suggestion || search.kind == SearchKind::CategorySuggestion;
-        const bool isEmpty = words(searchKey(search.term)).isEmpty();
+        const bool isEmpty = Wording::of(search.term).isEmpty();
         if (isEmpty && (search.kind == SearchKind::Suggestion || !search.term.isEmpty()))
             return;
         // Completions among the categories come before those among the places.
@@ -366,22 +418,33 @@ ProviderAnswer Gazetteer::search(const ProviderSearch &search)
 
 void Gazetteer::findPlaces(SQLite::Database &database, const ProviderSearch &search, ProviderAnswer &answer)
 {
-    std::vector<int64_t> ids = TierSearch(questionOf(database, search)).page(search.position, search.count + 1);
+    const Reading reading = readingFor(database, search);
+    std::vector<int64_t> ids =
+        TierSearch(questionOf(database, search, reading)).page(search.position, search.count + 1);
     answer.hasMore = ids.size() > static_cast<std::size_t>(search.count);
     if (answer.hasMore)
         ids.pop_back();
     SQLite::Statement record(database, sql::SELECT_RECORD);
     for (const int64_t id : ids)
-        answer.places.push_back(placeOf(record, id, search));
+        answer.places.push_back(placeOf(record, id, search, reading));
+}
+
+Reading Gazetteer::readingFor(SQLite::Database &database, const ProviderSearch &search) const
+{
+    return chooseReading(Wording::of(search.term),
+                         {m_vocabulary,
+                          [&](const Reading &reading) { return countOf(database, search, reading, 1) > 0; },
+                          [&](const Reading &reading) { return countOf(database, search, reading, COUNTED_PLACES); }});
 }
 
 FoundPlace Gazetteer::placeAt(SQLite::Database &database, qint64 id) const
 {
     SQLite::Statement record(database, sql::SELECT_RECORD);
-    return placeOf(record, id, {});
+    return placeOf(record, id, {}, {});
 }
 
-FoundPlace Gazetteer::placeOf(SQLite::Statement &row, qint64 id, const ProviderSearch &search) const
+FoundPlace Gazetteer::placeOf(SQLite::Statement &row, qint64 id, const ProviderSearch &search,
+                              const Reading &reading) const
 {
     row.reset();
     row.bind(1, static_cast<int64_t>(id));
@@ -392,6 +455,8 @@ FoundPlace Gazetteer::placeOf(SQLite::Statement &row, qint64 id, const ProviderS
     data.setCertainty(isExact ? SearchResultCertainty::Exact : SearchResultCertainty::Likely);
     data.setSource(search.kind == SearchKind::Address ? AbstractPlace::SourceGeocodeService
                                                       : AbstractPlace::SourcePointOfInterestService);
+    if (data.description().isEmpty())
+        data.setDescription(nameFound(data, reading));
     if (search.kind == SearchKind::Suggestion) {
         data.addTag(QLatin1String(InternalTags::Suggestion));
         data.addTag(suggestionTag(*place));
@@ -404,10 +469,11 @@ FoundPlace Gazetteer::placeOf(SQLite::Statement &row, qint64 id, const ProviderS
 QStringList Gazetteer::categories(SQLite::Database &database, const QString &term)
 {
     QStringList found;
+    const Wording wording = Wording::of(term);
     SQLite::Statement row(database, sql::SELECT_CATEGORIES);
     while (row.executeStep()) {
         const QString category = textAt(row.getColumn(0));
-        if (containsWords(searchKey(readable(category)), searchKey(term)))
+        if (wording.isEmpty() || wording.isIn(utf8(indexKey(readable(category)))))
             found.append(category);
     }
     return found;

@@ -2,6 +2,8 @@
 #pragma once
 
 #include "sources/PlaceProvider.h"
+#include "text/Vocabulary.h"
+#include "text/Wording.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
@@ -68,16 +70,21 @@ private:
     template <typename Answer>
     Answer ask(Deadline deadline, const std::function<void(SQLite::Database &, Answer &)> &ask);
     void findPlaces(SQLite::Database &database, const ProviderSearch &search, ProviderAnswer &answer);
+    /// How the term of a search is read: the same for each page of it.
+    Reading readingFor(SQLite::Database &database, const ProviderSearch &search) const;
+    void readVocabulary();
     /// Names of the categories that have a word starting with each word of the term.
     static QStringList categories(SQLite::Database &database, const QString &term);
     [[nodiscard]] FoundPlace placeAt(SQLite::Database &database, qint64 id) const;
     /// @param row selects records by ids.
-    FoundPlace placeOf(SQLite::Statement &row, qint64 id, const ProviderSearch &search) const;
+    FoundPlace placeOf(SQLite::Statement &row, qint64 id, const ProviderSearch &search, const Reading &reading) const;
     [[nodiscard]] FoundPlace suggestCategory(const QString &category) const;
 
     const std::vector<std::string> m_files;
     const std::string m_index;
     std::atomic<bool> m_stopping = false;
+
+    Vocabulary m_vocabulary; ///< Of the index; does not change once that is ready.
 
     std::mutex m_mutex;
     std::condition_variable m_stateChanged;

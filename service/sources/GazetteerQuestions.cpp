@@ -74,50 +74,29 @@ std::string endOfStarts(std::string text)
     return text;
 }
 
-/// True when the last character of a text that is not empty belongs to a word.
-bool endsInWord(std::string_view text)
-{
-    std::size_t last = text.size() - 1;
-    while (last > 0 && isContinuation(text[last]))
-        --last;
-    const QString character = QString::fromUtf8(&text[last], static_cast<int>(text.size() - last));
-    return character.size() == 1 && character[0].unicode() < 0x80 ? character[0].isLetterOrNumber()
-                                                                  : !words(character).isEmpty();
-}
-
-/// A term, and what a search looks at for it.
+/// A reading of a term, and what a search looks at for it.
 class Term
 {
 public:
-    explicit Term(const ProviderSearch &search)
+    Term(const ProviderSearch &search, const Reading &reading)
         : m_kind(search.kind)
         , m_key(utf8(searchKey(search.term)))
-        , m_matchExpression(matchExpression(search.term))
-    {
-        for (const QString &word : words(searchKey(search.term)))
-            m_words.push_back(utf8(word));
-    }
+        , m_reading(reading)
+    {}
 
     [[nodiscard]] const std::string &key() const { return m_key; }
-    [[nodiscard]] bool isEmpty() const { return m_words.empty(); }
+    [[nodiscard]] bool isEmpty() const { return m_reading.wordings.empty() || m_reading.wordings.front().isEmpty(); }
 
     /// Expression for the full-text index that finds every result.
-    [[nodiscard]] std::string matches() const
-    {
-        return utf8(QStringLiteral("{%1} : (%2)").arg(columns(), m_matchExpression));
-    }
-    /// The same for the results whose name has the words.
-    [[nodiscard]] std::string nameMatches() const
-    {
-        return utf8(QStringLiteral("({%1} : (%2)) AND ({name} : (%2))").arg(columns(), m_matchExpression));
-    }
+    [[nodiscard]] std::string matches() const { return "{" + columns() + "} : (" + m_reading.expression() + ")"; }
+    /// The same for the results whose names have the words.
+    [[nodiscard]] std::string nameMatches() const { return "{name} : (" + m_reading.expression() + ")"; }
 
     [[nodiscard]] bool isIn(const IndexRow &row) const
     {
-        return std::all_of(m_words.begin(), m_words.end(), [&](const std::string &word) {
-            return (looksAtName() && startsAWord(row.name, word)) || (looksAtAlias() && startsAWord(row.alias, word))
-                   || (looksAtKind() && startsAWord(row.kind, word))
-                   || (m_kind == SearchKind::Address && startsAWord(row.address, word));
+        return passes([&](const Spelling &word) {
+            return (looksAtName() && isInNames(row, word)) || (looksAtKind() && has(row.kind, word))
+                   || (looksAtRest() && (has(row.alias, word) || has(row.address, word)));
         });
     }
     [[nodiscard]] Tier tierOf(const IndexRow &row) const
@@ -128,44 +107,36 @@ public:
             return SameName;
         if (startsWith(row.name, m_key))
             return NameStarts;
-        const auto isInName = [&row](const std::string &word) { return startsAWord(row.name, word); };
-        return std::all_of(m_words.begin(), m_words.end(), isInName) ? NameHasWords : Fits;
+        return passes([&row](const Spelling &word) { return isInNames(row, word); }) ? NameHasWords : Fits;
     }
 
 private:
     [[nodiscard]] bool looksAtName() const { return m_kind != SearchKind::Category; }
-    [[nodiscard]] bool looksAtAlias() const { return looksAtName() && m_kind != SearchKind::Address; }
     [[nodiscard]] bool looksAtKind() const
     {
-        return m_kind == SearchKind::Category || m_kind == SearchKind::CategoryOrName;
+        return m_kind == SearchKind::Category || m_kind == SearchKind::CategoryOrName || !m_reading.inNames;
     }
+    [[nodiscard]] bool looksAtRest() const { return m_kind != SearchKind::Category && !m_reading.inNames; }
     /// Columns of the full-text index that a search looks at.
-    [[nodiscard]] QString columns() const
+    [[nodiscard]] std::string columns() const
     {
-        QStringList columns;
-        if (looksAtName())
-            columns.append(QStringLiteral("name"));
-        if (looksAtAlias())
-            columns.append(QStringLiteral("alias"));
-        if (looksAtKind())
-            columns.append(QStringLiteral("kind"));
-        if (m_kind == SearchKind::Address)
-            columns.append(QStringLiteral("address"));
-        return columns.join(QLatin1Char(' '));
+        return std::string(looksAtName() ? "name " : "") + (looksAtKind() ? "kind " : "")
+               + (looksAtRest() ? "alias address" : "");
     }
-    static bool startsAWord(std::string_view text, std::string_view start)
+    [[nodiscard]] bool passes(const std::function<bool(const Spelling &)> &hasWord) const
     {
-        for (auto at = text.find(start); at != std::string_view::npos; at = text.find(start, at + 1)) {
-            if (at == 0 || !endsInWord(text.substr(0, at)))
-                return true;
-        }
-        return false;
+        return std::any_of(m_reading.wordings.begin(), m_reading.wordings.end(),
+                           [&hasWord](const Wording &wording) { return wording.passes(hasWord); });
+    }
+    static bool has(std::string_view key, const Spelling &word) { return hasWord(key, word.text, word.isWhole); }
+    static bool isInNames(const IndexRow &row, const Spelling &word)
+    {
+        return has(row.name, word) || has(row.otherNames, word);
     }
 
     SearchKind m_kind;
     std::string m_key;
-    QString m_matchExpression;
-    std::vector<std::string> m_words;
+    Reading m_reading;
 };
 
 /// Selects every result in an order, and maybe others.
@@ -198,11 +169,20 @@ StatementPtr candidatesOf(SQLite::Database &database, const Term &term, int tier
 
 } // namespace
 
-TierQuestion questionOf(SQLite::Database &database, const ProviderSearch &search)
+int64_t countOf(SQLite::Database &database, const ProviderSearch &search, const Reading &reading, int limit)
+{
+    SQLite::Statement row(database, sql::COUNT_SOME);
+    row.bind(1, Term(search, reading).matches());
+    row.bind(2, limit);
+    row.executeStep();
+    return row.getColumn(0).getInt64();
+}
+
+TierQuestion questionOf(SQLite::Database &database, const ProviderSearch &search, const Reading &reading)
 {
     const bool isByRelevance = search.order == SearchOrder::Relevance;
     const ResultOrder order(search.order, isByRelevance ? search.centre : search.orderCentre);
-    const Term term(search);
+    const Term term(search, reading);
     TierQuestion question{Fits, Fits, order, nullptr, walkOf(database, term, order), nullptr};
     if (!term.isEmpty())
         question.candidates = [&database, term](int tier) { return candidatesOf(database, term, tier); };

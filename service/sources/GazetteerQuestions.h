@@ -2,15 +2,20 @@
 #pragma once
 
 #include "sources/TierSearch.h"
+#include "text/Wording.h"
 
 /// What is asked of the gazetteer's index, as questions for a TierSearch. A question uses the connection as long as it
 /// lives. Throws SQLite::Exception.
 namespace placesd
 {
 
-/// The places that a search finds. By relevance, those of just the name of the term come first, then those whose name
-/// starts with the term, then those whose name has its words, then the rest. An empty term finds every place.
-TierQuestion questionOf(SQLite::Database &database, const ProviderSearch &search);
+/// The places that a search finds by a reading of its term. By relevance, those of just the name of the term come
+/// first, then those whose name starts with the term, then those whose names have its words, then the rest. A reading
+/// without words finds every place.
+TierQuestion questionOf(SQLite::Database &database, const ProviderSearch &search, const Reading &reading);
+
+/// The number of places that have the words of a reading, counted no further than `limit`.
+int64_t countOf(SQLite::Database &database, const ProviderSearch &search, const Reading &reading, int limit);
 
 /// The places of a category, nearest first.
 TierQuestion questionOfKind(SQLite::Database &database, const QString &kind,

@@ -19,9 +19,10 @@ CREATE TABLE feature(
     latitude     REAL NOT NULL,
     longitude    REAL NOT NULL,
     category     INTEGER NOT NULL REFERENCES category(id),
-    name_key     TEXT NOT NULL,                 -- without case and accents, as the other keys
+    name_key     TEXT NOT NULL,                 -- without case and accents
+    other_names  TEXT NOT NULL,                 -- names in other languages, and other spellings of all names
     sort_key     TEXT NOT NULL,
-    kind_key     TEXT NOT NULL,
+    kind_key     TEXT NOT NULL,                 -- index keys, as the two below
     alias_key    TEXT NOT NULL,
     address_key  TEXT NOT NULL,
     external_id  TEXT NOT NULL,
@@ -33,26 +34,28 @@ CREATE TABLE feature(
 CREATE TABLE record(id INTEGER PRIMARY KEY, record BLOB NOT NULL);     -- in the order of the files
 CREATE VIRTUAL TABLE position USING rtree(id, south, north, west, east);
 CREATE VIRTUAL TABLE words USING fts5(
-    name, alias, kind, address, content='', prefix='1 2 3',  -- all of them search keys
+    name, alias, kind, address, content='', prefix='1 2 3',
     tokenize="unicode61 remove_diacritics 0 categories 'L* N* M* Co So'");
+CREATE VIRTUAL TABLE vocabulary USING fts5vocab('words', 'row');
 CREATE TEMP TABLE taken(
-    record INTEGER PRIMARY KEY, latitude, longitude, name_key, sort_key, kind, kind_key, alias_key, address_key,
+    record INTEGER PRIMARY KEY, latitude, longitude, name_key, other_names, sort_key, kind, kind_key, alias_key, address_key,
     external_id, region_key, country_key, country_code, weight);
 )sql";
 
-constexpr char TAKE[] = "INSERT INTO temp.taken VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14)";
+constexpr char TAKE[] =
+    "INSERT INTO temp.taken VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15)";
 constexpr char TAKE_RECORD[] = "INSERT INTO record(id, record) VALUES (?1, ?2)";
 
 constexpr char SELECT_LAST_RECORD[] = "SELECT ifnull(max(id), 0) FROM record";
 
 constexpr char FINISH[] = R"sql(
 INSERT INTO category(kind) SELECT DISTINCT kind FROM temp.taken;
-INSERT INTO feature SELECT NULL, t.latitude, t.longitude, c.id, t.name_key, t.sort_key, t.kind_key, t.alias_key,
+INSERT INTO feature SELECT NULL, t.latitude, t.longitude, c.id, t.name_key, t.other_names, t.sort_key, t.kind_key, t.alias_key,
         t.address_key, t.external_id, t.region_key, t.country_key, t.country_code, t.record
     FROM temp.taken t JOIN category c ON c.kind = t.kind ORDER BY t.weight DESC, t.record;
 DROP TABLE temp.taken;
 INSERT INTO words(rowid, name, alias, kind, address)
-    SELECT id, name_key, alias_key, kind_key, address_key FROM feature ORDER BY id;
+    SELECT id, name_key || ' ' || other_names, alias_key, kind_key, address_key FROM feature ORDER BY id;
 INSERT INTO position SELECT id, latitude, latitude, longitude, longitude FROM feature;
 CREATE INDEX feature_by_external_id ON feature(external_id);
 CREATE INDEX feature_by_name ON feature(name_key);
@@ -64,6 +67,8 @@ ANALYZE;
 constexpr char REMEMBER_FILES[] = "INSERT INTO made_of(files) VALUES (?1)";
 constexpr char SELECT_FILES[] = "SELECT files FROM made_of";
 
+constexpr char SELECT_VOCABULARY[] = "SELECT term FROM vocabulary";
+constexpr char COUNT_SOME[] = "SELECT count(*) FROM (SELECT 1 FROM words WHERE words MATCH ?1 LIMIT ?2)";
 constexpr char SELECT_CATEGORIES[] = "SELECT kind FROM category WHERE kind <> '' ORDER BY kind";
 constexpr char SELECT_RECORD[] =
     "SELECT r.record, f.name_key FROM feature f JOIN record r ON r.id = f.record WHERE f.id = ?1";
@@ -76,7 +81,7 @@ constexpr char SELECT_CITY[] =
 
 // A search reads ROWS of one of the following. CROSS JOIN and INDEXED BY keep the order that is named.
 constexpr char ROWS[] = "SELECT f.id, f.latitude, f.longitude, f.category, f.name_key, f.sort_key, f.kind_key,"
-                        " f.alias_key, f.address_key ";
+                        " f.alias_key, f.address_key, f.other_names ";
 
 // In an order.
 constexpr char BY_WEIGHT[] = "FROM feature f ORDER BY f.id";

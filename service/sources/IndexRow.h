@@ -9,7 +9,7 @@ namespace placesd
 {
 
 /// What searches look at in a row of the gazetteer's index: the columns of gazetteer_sql::ROWS, in their order. The
-/// texts are UTF-8 search keys, valid until the next step of the statement.
+/// texts are keys in UTF-8, valid until the next step of the statement.
 struct IndexRow
 {
     /// @param statement stands on a row.
@@ -23,6 +23,7 @@ struct IndexRow
         , kind(textOf(statement.getColumn(6)))
         , alias(textOf(statement.getColumn(7)))
         , address(textOf(statement.getColumn(8)))
+        , otherNames(textOf(statement.getColumn(9)))
     {}
 
     int64_t id;
@@ -34,6 +35,7 @@ struct IndexRow
     std::string_view kind;
     std::string_view alias;
     std::string_view address;
+    std::string_view otherNames; ///< In other languages, and other spellings.
 
 private:
     static std::string_view textOf(const SQLite::Column &column)

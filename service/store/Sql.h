@@ -177,6 +177,8 @@ constexpr char DELETE_PLACE_OF_FACET[] =
 constexpr char INSERT_PROPERTY[] = "INSERT OR IGNORE INTO property(key, value, place) VALUES (?1, ?2, ?3)";
 constexpr char DELETE_PROPERTY[] = "DELETE FROM property WHERE key IN (SELECT id FROM facet WHERE kind = 6 AND text = "
                                    "?1) AND value = ?2 AND place = ?3";
+constexpr char DELETE_PROPERTIES[] = "DELETE FROM property";
+constexpr char SELECT_PLACE_IDS[] = "SELECT id FROM place";
 constexpr char DELETE_PROPERTIES_OF_PLACE[] = "DELETE FROM property WHERE place = ?1";
 constexpr char INSERT_ORIGIN[] =
     "INSERT OR IGNORE INTO origin(external_id, type, provider, place) VALUES (?1, ?2, ?3, ?4)";

@@ -120,6 +120,7 @@ private:
     void makeTables();
     void moveFromOldVersion();
     void moveOldPlaces();
+    void remakeKeys();
     void keepUnreadable(SQLite::Statement &old);
     void openRecords();
     std::string dictionary();

@@ -10,11 +10,14 @@
 #include "store/Records.h"
 #include "store/Sql.h"
 #include "store/SqlFunctions.h"
+#include "text/TextKeys.h"
 
 #include <sqlite3.h>
 #include <SQLiteCpp/Backup.h>
 
+#include <functional>
 #include <stdexcept>
+#include <string>
 #include <vector>
 
 namespace placesd
@@ -31,6 +34,17 @@ constexpr int SCHEMA_VERSION = 3;
 int versionOf(SQLite::Database &database)
 {
     return database.execAndGet("PRAGMA user_version").getInt();
+}
+
+/// What tells by which rules the keys of a database were made: kept as its application id, which starts as 0.
+int keyNumber()
+{
+    return static_cast<int>(std::hash<std::string>()(keyVersion()) & 0x7FFFFFFFU) | 1;
+}
+
+int keyNumberOf(SQLite::Database &database)
+{
+    return database.execAndGet("PRAGMA application_id").getInt();
 }
 
 /// How the tables, indexes and triggers of a database were made.
@@ -74,7 +88,7 @@ void require(bool isSound)
 void Store::migrate()
 {
     const int found = versionOf(m_database);
-    if (found == SCHEMA_VERSION)
+    if (found == SCHEMA_VERSION && keyNumberOf(m_database) == keyNumber())
         return;
     {
         // Another process may be about it as well: what has to be done is known only when nobody else can write.
@@ -86,9 +100,12 @@ void Store::migrate()
             makeTables();
         else if (version < SCHEMA_VERSION)
             moveFromOldVersion();
+        else if (keyNumberOf(m_database) != keyNumber())
+            remakeKeys();
+        m_database.exec("PRAGMA application_id = " + std::to_string(keyNumber()));
         transaction.commit();
     }
-    if (found != 0)
+    if (found != 0 && found != SCHEMA_VERSION)
         m_database.tryExec("VACUUM"); // gives the space of the old tables back, if there is room to do so
 }
 
@@ -98,6 +115,29 @@ void Store::makeTables()
     const auto row = m_statements.take(sql::INSERT_DICTIONARY);
     bindBlob(*row, 1, RecordCompressor::makeDictionary());
     row->exec();
+}
+
+/// Keys were made by other rules, or by other Unicode data: what places are found by is made anew from their records.
+void Store::remakeKeys()
+{
+    openRecords();
+    execute(sql::DELETE_PROPERTIES);
+    std::vector<qint64> ids;
+    {
+        const auto row = m_statements.take(sql::SELECT_PLACE_IDS);
+        while (row->executeStep())
+            ids.push_back(row->getColumn(0).getInt64());
+    }
+    for (const qint64 id : ids) {
+        const std::unique_ptr<Place> place = readablePlace(id);
+        if (!place)
+            continue;
+        deleteEntries(id, place.get());
+        put(*place, sql::UPDATE_PLACE);
+    }
+    QStringList terms = recentTerms(QString());
+    while (!terms.isEmpty())
+        rememberTerm(terms.takeLast());
 }
 
 /// Versions 1 and 2 keep places as the same records; all else is made anew from them.

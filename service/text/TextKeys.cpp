@@ -3,12 +3,15 @@
 #include "text/TextKeys.h"
 
 #include "places/SearchOperator.h"
-#include "text/Utf8.h"
+#include "text/Folding.h"
+#include "text/Spellings.h"
 
 #include <QtCore/QVector>
 
+#include <unicode/uscript.h>
+#include <unicode/uvernum.h>
+
 #include <algorithm>
-#include <utility>
 
 namespace placesd
 {
@@ -17,14 +20,6 @@ using vela::platform::places::SearchOperator;
 
 namespace
 {
-
-/// Combining marks that are accents: the blocks "Combining Diacritical Marks", with Extended and Supplement.
-bool isAccent(QChar c)
-{
-    const ushort code = c.unicode();
-    return (code >= 0x0300 && code <= 0x036F) || (code >= 0x1AB0 && code <= 0x1AFF)
-           || (code >= 0x1DC0 && code <= 0x1DFF);
-}
 
 /// What the full-text index takes for parts of words: the categories L*, N*, M*, Co and So, and all that Unicode 6.1,
 /// which it goes by, did not know. U+166D was punctuation then.
@@ -37,32 +32,56 @@ bool isPartOfWord(uint code)
     return (isOfKind && code != 0x166D) || isUnknown;
 }
 
+bool startsWith(std::string_view text, std::string_view start)
+{
+    return text.compare(0, start.size(), start) == 0;
+}
+
 bool endsWith(std::string_view text, std::string_view end)
 {
     return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
 
-bool isPartOfWordAt(std::string_view text, std::size_t &position)
+/// The code point at `position` of valid UTF-8.
+uint codePointAt(std::string_view text, std::size_t position)
+{
+    const auto byte = [&](std::size_t at) {
+        return at < text.size() ? static_cast<unsigned char>(text[at]) : static_cast<unsigned char>(0);
+    };
+    const uint first = byte(position);
+    const std::size_t length = first < 0x80 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+    uint code = length == 1 ? first : first & (0x7FU >> length);
+    for (std::size_t i = 1; i < length; ++i)
+        code = (code << 6) | (byte(position + i) & 0x3FU);
+    return code;
+}
+
+/// Where the character begins that a byte of valid UTF-8 belongs to.
+std::size_t startOfCharacter(std::string_view text, std::size_t position)
+{
+    while (position > 0 && (static_cast<unsigned char>(text[position]) & 0xC0U) == 0x80U)
+        --position;
+    return position;
+}
+
+bool isPartOfWordAt(std::string_view text, std::size_t position)
 {
     const char c = text[position];
     if (static_cast<unsigned char>(c) >= 0x80)
         return isPartOfWord(codePointAt(text, position));
-    ++position;
     return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z');
 }
 
 } // namespace
 
+std::string keyVersion()
+{
+    return "1 ICU " U_ICU_VERSION;
+}
+
 QString searchKey(const QString &text)
 {
-    QString key;
-    for (const QChar c : text.normalized(QString::NormalizationForm_KD)) {
-        if (!isAccent(c))
-            key.append(c);
-    }
-    key = key.toCaseFolded();
-    key.replace(QChar(0x00DF), QLatin1String("ss"));
-    return key.normalized(QString::NormalizationForm_C);
+    return withoutAccents(caseFolded(text));
 }
 
 QString sortKey(const QString &text)
@@ -90,6 +109,47 @@ QStringList words(const QString &text)
     return found;
 }
 
+QString indexKey(const QString &text)
+{
+    return indexKey(QStringList{text});
+}
+
+QString indexKey(const QStringList &texts)
+{
+    QStringList others;
+    for (int i = 0; i < texts.size(); ++i) {
+        if (i > 0)
+            others.append(searchKey(texts[i]));
+        for (const SpelledWord &word : spelledWords(texts[i]))
+            others += word.others + word.pieces;
+    }
+    others.removeDuplicates();
+    const QString key = texts.isEmpty() ? QString() : searchKey(texts.first());
+    return others.isEmpty() ? key : key + QLatin1Char(KEY_END) + others.join(QLatin1Char(' '));
+}
+
+std::string_view searchKeyIn(std::string_view indexKey)
+{
+    return indexKey.substr(0, indexKey.find(KEY_END));
+}
+
+bool isUnspaced(uint code)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    switch (uscript_getScript(static_cast<UChar32>(code), &status)) {
+    case USCRIPT_HAN:
+    case USCRIPT_HIRAGANA:
+    case USCRIPT_KATAKANA:
+    case USCRIPT_THAI:
+    case USCRIPT_LAO:
+    case USCRIPT_KHMER:
+    case USCRIPT_MYANMAR:
+        return true;
+    default:
+        return code == 0x30FC; // lengthens the vowel of a kana
+    }
+}
+
 bool startWords(const QStringList &there, const QStringList &wanted)
 {
     return std::all_of(wanted.begin(), wanted.end(), [&there](const QString &start) {
@@ -98,14 +158,15 @@ bool startWords(const QStringList &there, const QStringList &wanted)
     });
 }
 
-bool containsWords(const QString &text, const QString &term)
+bool hasWord(std::string_view key, std::string_view start, bool isWhole)
 {
-    const QStringList wanted = words(term);
-    if (wanted.isEmpty())
-        return text.contains(term);
-    QStringList there = words(text);
-    there.sort();
-    return startWords(there, wanted);
+    for (auto at = key.find(start); at != std::string_view::npos; at = key.find(start, at + 1)) {
+        const bool isStart = at == 0 || !isPartOfWordAt(key, startOfCharacter(key, at - 1));
+        const std::size_t end = at + start.size();
+        if (isStart && (!isWhole || end == key.size() || !isPartOfWordAt(key, end)))
+            return true;
+    }
+    return false;
 }
 
 TextTest::TextTest(int op, const QString &term)
@@ -145,22 +206,12 @@ bool TextTest::operator()(std::string_view text) const
     }
 }
 
-/// Looks at each start of a word for the words that were not found yet; no memory is taken.
 bool TextTest::containsWords(std::string_view text) const
 {
     if (m_words.empty())
         return text.find(m_term) != std::string_view::npos;
-    return std::all_of(m_words.begin(), m_words.end(), [text](const std::string &wanted) {
-        bool isWithinWord = false;
-        for (std::size_t position = 0; position < text.size();) {
-            const std::size_t start = position;
-            const bool isPart = isPartOfWordAt(text, position);
-            if (isPart && !isWithinWord && startsWith(text.substr(start), wanted))
-                return true;
-            isWithinWord = isPart;
-        }
-        return false;
-    });
+    return std::all_of(m_words.begin(), m_words.end(),
+                       [text](const std::string &wanted) { return hasWord(text, wanted); });
 }
 
 } // namespace placesd

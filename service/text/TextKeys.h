@@ -8,26 +8,45 @@
 #include <string_view>
 #include <vector>
 
-/// The forms in which texts are compared, searched and sorted. The full-text index holds search keys and takes for a
-/// word what words() takes for one, so that every operator sees a name alike.
+/// The forms in which texts are compared, searched and sorted. The full-text indexes hold keys and take for a word what
+/// words() takes for one, so that every operator sees a name alike.
 namespace placesd
 {
 
-/// Without case and accents: what two texts have in common that are the same to whoever searches. Signs that are no
-/// accents, such as the vowels of many scripts, stay.
+/// Version of the rules by which keys are made, with that of the Unicode data behind them. Keys of another version
+/// are not those that are made now.
+std::string keyVersion();
+
+/// Without case and accents, Latin letters as ASCII ("Łódź" as "lodz"): what two texts have in common that are the same
+/// to whoever searches. Signs that are no accents, such as the vowels of many scripts, stay.
 QString searchKey(const QString &text);
 
 /// Without case: what names are sorted by, whatever the locale.
 QString sortKey(const QString &text);
 
+/// Ends the search key in an index key.
+constexpr char KEY_END = '\x1F';
+/// What a full-text index holds of a text: its search key and, behind KEY_END if there are any, other spellings of its
+/// words. These are umlauts as two letters ("glueck" for "Glück"), words without their apostrophes ("ohare" for
+/// "O'Hare"), words of other scripts in Latin letters ("moskva" for "Москва"), and the pairs of characters of scripts
+/// that are written without spaces.
+QString indexKey(const QString &text);
+/// The same for several texts of one place. The search key is that of the first.
+QString indexKey(const QStringList &texts);
+/// The search key in an index key.
+std::string_view searchKeyIn(std::string_view indexKey);
+
 /// The words of a text, each once: runs of letters, digits, marks and pictographs.
 QStringList words(const QString &text);
+
+/// Whether a code point belongs to a script that is written without spaces between words.
+bool isUnspaced(uint code);
 
 /// True when every word of `wanted` starts one of `there`, which are sorted.
 bool startWords(const QStringList &there, const QStringList &wanted);
 
-/// True when every word of `term` starts a word of `text`; where the term has no words, when it occurs in the text.
-bool containsWords(const QString &text, const QString &term);
+/// True when `start` starts a word of `key`, which is a key in valid UTF-8, or is a whole word of it.
+bool hasWord(std::string_view key, std::string_view start, bool isWhole = false);
 
 /// Whether a text, in UTF-8, fulfils a condition of a search rule. Made once for a rule, asked for each place.
 class TextTest

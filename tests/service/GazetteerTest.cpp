@@ -77,21 +77,21 @@ std::vector<Feature> makeFeatures(QFile &file)
     return features;
 }
 
-bool isFound(const Feature &feature, SearchKind kind, const QStringList &wanted)
+bool isFound(const Feature &feature, SearchKind kind, const QStringList &wanted, bool inNames)
 {
+    const bool byName = kind != SearchKind::Category;
+    const bool byKind = kind == SearchKind::Category || kind == SearchKind::CategoryOrName || !inNames;
     return std::all_of(wanted.begin(), wanted.end(), [&](const QString &word) {
-        const bool byName = kind != SearchKind::Category;
-        const bool byKind = kind == SearchKind::Category || kind == SearchKind::CategoryOrName;
         return (byName && startWords(feature.nameWords, {word})) || (byKind && startWords(feature.kindWords, {word}))
-               || (kind == SearchKind::Address ? startWords(feature.addressWords, {word})
-                                               : byName && startWords(feature.aliasWords, {word}));
+               || (byName && !inNames
+                   && (startWords(feature.addressWords, {word}) || startWords(feature.aliasWords, {word})));
     });
 }
 
-int tierOf(const Feature &feature, const QString &key)
+int tierOf(const Feature &feature, const QString &key, const QStringList &wanted)
 {
     const QString name = searchKey(feature.name);
-    return name == key ? 0 : name.startsWith(key) ? 1 : startWords(feature.nameWords, words(key)) ? 2 : 3;
+    return name == key ? 0 : name.startsWith(key) ? 1 : startWords(feature.nameWords, wanted) ? 2 : 3;
 }
 
 /// External ids of all that a search finds.
@@ -104,6 +104,17 @@ QStringList rankAll(std::vector<Feature> features, const ProviderSearch &search)
             ids.append(QStringLiteral("category:") + kind);
     }
     std::stable_sort(features.begin(), features.end(), [](auto &a, auto &b) { return a.weight > b.weight; });
+    const auto count = [&](const QStringList &wanted, bool inNames) {
+        return std::count_if(features.begin(), features.end(),
+                             [&](const Feature &feature) { return isFound(feature, search.kind, wanted, inNames); });
+    };
+    QStringList wanted = words(key);
+    const bool inNames = count(wanted, true) > 0;
+    // No term here has more than two words: where no place has both, the rare one of them has to do.
+    if (wanted.size() > 1 && !inNames && count(wanted, false) == 0) {
+        const auto a = count(wanted.mid(0, 1), false), b = count(wanted.mid(1), false);
+        wanted = b == 0 || (a > 0 && a <= b) ? wanted.mid(0, 1) : wanted.mid(1);
+    }
     std::vector<std::tuple<int, double, QString, int>> ranks;
     for (std::size_t i = 0; i < features.size(); ++i) {
         const bool isByRelevance = search.order == SearchOrder::Relevance;
@@ -111,8 +122,8 @@ QStringList rankAll(std::vector<Feature> features, const ProviderSearch &search)
         const bool isByName = search.order == SearchOrder::Name || search.order == SearchOrder::NameBackwards;
         const double distance =
             isByName || !centre.isValid() ? 0 : Utilities::calculateDistanceInMeter(features[i].position, centre);
-        if (isFound(features[i], search.kind, words(key)))
-            ranks.emplace_back(isByRelevance && !key.isEmpty() ? tierOf(features[i], key) : 0,
+        if (isFound(features[i], search.kind, wanted, inNames))
+            ranks.emplace_back(isByRelevance && !key.isEmpty() ? tierOf(features[i], key, wanted) : 0,
                                search.order == SearchOrder::FarFirst ? -distance : distance,
                                isByName ? sortKey(features[i].name) : QString(), static_cast<int>(i));
     }
@@ -209,6 +220,72 @@ TEST(GazetteerSearch, EndsWhenItsTimeIsUpWhateverItsPlan)
             search.order = static_cast<SearchOrder>(variant / 3);
             search.centre = search.orderCentre = CENTRES[variant % 3];
             EXPECT_EQ(index.gazetteer.search(search).code, orix_places_protocol::TookTooLong) << term << variant;
+        }
+    }
+}
+
+TEST(GazetteerSearch, FindsWhatWasMeant)
+{
+    QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("features.geojson")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    QStringList features;
+    const auto add = [&features](const char *id, const char *name, const char *more) {
+        features.append(
+            QStringLiteral(R"({"type":"Feature","id":"%1","geometry":{"type":"Point","coordinates":[8,47]},)"
+                           R"("properties":{"name":"%2"%3}})")
+                .arg(QLatin1String(id), QString::fromUtf8(name), QString::fromUtf8(more)));
+    };
+    add("munich", "München", R"(,"name:en":"Munich","alt_name":"Minga;Monaco","country":"Germany")");
+    add("moscow", "Москва", "");
+    add("tower", "東京タワー", "");
+    add("lodz", "Łódź", "");
+    add("tromso", "Tromsø", "");
+    add("gluck", "Glück", "");
+    add("ohare", "Chicago O'Hare Airport", "");
+    add("cozumel", "Cozumel Airport", "");
+    add("norfolk", "Norfolk International Airport", "");
+    add("zurich", "Zürich Airport", "");
+    add("offenbach", "Offenbach", "");
+    add("gate", "Gate 1234567", "");
+    file.write("{\"type\":\"FeatureCollection\",\"features\":[" + features.join(QLatin1Char(',')).toUtf8() + "]}");
+    file.close();
+    Gazetteer gazetteer({file.fileName().toStdString()}, folder.filePath(QStringLiteral("index")).toStdString());
+    const QString emoji = QString::fromUtf8("\xF0\x9F\x98\x80").repeated(1000);
+    const struct
+    {
+        QString term;
+        QStringList found;
+    } cases[] = {
+        {QStringLiteral("munich"), {QStringLiteral("munich")}},
+        {QStringLiteral("minga germany"), {QStringLiteral("munich")}},
+        {QStringLiteral("muenchen"), {QStringLiteral("munich")}},
+        {QStringLiteral("moskva"), {QStringLiteral("moscow")}},
+        {QStringLiteral("タワー"), {QStringLiteral("tower")}},
+        {QStringLiteral("Lodz"), {QStringLiteral("lodz")}},
+        {QStringLiteral("TROMSO"), {QStringLiteral("tromso")}},
+        {QStringLiteral("glueck"), {QStringLiteral("gluck")}},
+        {QStringLiteral("Gluck"), {QStringLiteral("gluck")}},
+        {QStringLiteral("ohare"), {QStringLiteral("ohare")}},
+        {QStringLiteral("zuirch airprot"), {QStringLiteral("zurich")}},
+        {QStringLiteral("cozumel international airport"), {QStringLiteral("cozumel")}},
+        {QStringLiteral("Offenbach am Main"), {QStringLiteral("offenbach")}},
+        {QStringLiteral("gate 1234568"), {QStringLiteral("gate")}}, // half of the words, and no digit is corrected
+        {QStringLiteral("1234568"), {}},
+        {QStringLiteral("x"), {}},
+        {QString(4096, QLatin1Char('x')), {}},
+        {emoji, {}},
+        {QString(100, QChar(0xD800)), {}},
+    };
+    for (const auto &row : cases) {
+        ProviderSearch search;
+        search.term = row.term;
+        search.count = 20;
+        const ProviderAnswer answer = gazetteer.search(search);
+        EXPECT_EQ(answer.code, orix_places_protocol::Success);
+        EXPECT_EQ(idsOf(answer.places), row.found) << row.term.left(40).toStdString();
+        if (row.term == QLatin1String("munich")) {
+            EXPECT_EQ(answer.places.at(0)->description(), QStringLiteral("Munich"));
         }
     }
 }

@@ -1,0 +1,238 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "text/Wording.h"
+
+#include "Limits.h"
+#include "text/Spellings.h"
+#include "text/TextKeys.h"
+#include "text/Vocabulary.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace placesd
+{
+
+namespace
+{
+
+std::string joined(const std::vector<std::string> &parts, const char *separator)
+{
+    std::string text;
+    for (const std::string &part : parts)
+        text += (text.empty() ? "" : separator) + part;
+    return text;
+}
+
+std::string expressionOf(const Wording::Word &word)
+{
+    std::vector<std::string> spellings;
+    for (const Spelling &spelling : word)
+        spellings.push_back('"' + spelling.text + (spelling.isWhole ? "\"" : "\"*"));
+    return '(' + joined(spellings, " OR ") + ')';
+}
+
+/// The typed words with their corrections, and which of them a reading has to use.
+class Corrector
+{
+public:
+    Corrector(const Wording &typed, const Vocabulary &vocabulary)
+        : m_typed(typed.words())
+    {
+        for (std::size_t i = 0; i < m_typed.size(); ++i) {
+            const std::string &word = m_typed[i].front().text;
+            const bool isLast = i + 1 == m_typed.size();
+            std::vector<Correction> corrections = vocabulary.corrections(word, isLast, limits::CORRECTIONS_OF_WORD);
+            const bool isKnown = std::any_of(m_typed[i].begin(), m_typed[i].end(), [&](const Spelling &spelling) {
+                return vocabulary.hasPrefix(spelling.text);
+            });
+            m_least.push_back(isKnown || corrections.empty() ? 0 : corrections.front().edits);
+            m_most.push_back(corrections.empty() ? 0 : corrections.back().edits);
+            m_corrections.push_back(std::move(corrections));
+        }
+    }
+
+    /// The fewest edits by which each word is one of the vocabulary, taken together.
+    [[nodiscard]] int least() const { return std::accumulate(m_least.begin(), m_least.end(), 0); }
+    [[nodiscard]] int most() const { return std::accumulate(m_most.begin(), m_most.end(), 0); }
+
+    /// The wordings by so many edits, the first of them only where there are many.
+    [[nodiscard]] std::vector<Wording> wordings(int edits) const
+    {
+        std::vector<Wording> found;
+        std::vector<int> levels = m_least;
+        addWordings(0, edits - least(), levels, found);
+        return found;
+    }
+
+    /// The words, each corrected where it is not in the vocabulary.
+    [[nodiscard]] Wording known() const { return wording(m_least); }
+
+private:
+    void addWordings(std::size_t word, int edits, std::vector<int> &levels, std::vector<Wording> &found) const
+    {
+        if (found.size() == limits::CORRECTED_WORDINGS)
+            return;
+        if (edits == 0)
+            return found.push_back(wording(levels));
+        if (word == levels.size())
+            return;
+        const int room = std::min(edits, m_most[word] - m_least[word]);
+        for (int more = std::max(0, room); more >= 0; --more) {
+            levels[word] += more;
+            addWordings(word + 1, edits - more, levels, found);
+            levels[word] -= more;
+        }
+    }
+
+    [[nodiscard]] Wording wording(const std::vector<int> &levels) const
+    {
+        std::vector<Wording::Word> words = m_typed;
+        for (std::size_t i = 0; i < words.size(); ++i) {
+            for (const Correction &correction : m_corrections[i]) {
+                if (correction.edits <= levels[i])
+                    words[i].push_back({correction.word, !correction.isPrefix, correction.edits});
+            }
+        }
+        return Wording(std::move(words));
+    }
+
+    const std::vector<Wording::Word> &m_typed;
+    std::vector<std::vector<Correction>> m_corrections;
+    std::vector<int> m_least;
+    std::vector<int> m_most;
+};
+
+/// Takes one word after the other, as long as something is found by all that were taken. What is taken first stays.
+std::vector<std::size_t> takeWords(const std::vector<Wording::Word> &words, const std::vector<std::size_t> &order,
+                                   const std::function<bool(const std::vector<std::size_t> &)> &finds)
+{
+    std::vector<std::size_t> taken;
+    for (const std::size_t word : order) {
+        taken.push_back(word);
+        if (taken.size() == words.size() || !finds(taken))
+            taken.pop_back();
+    }
+    return taken;
+}
+
+/// Short words such as "am" and "de" tell little.
+bool isShort(const Wording::Word &word)
+{
+    const std::string &text = word.front().text;
+    return text.size() <= 2;
+}
+
+Reading readingOf(const std::vector<Wording::Word> &words, const std::vector<std::size_t> &numbers)
+{
+    std::vector<Wording::Word> chosen;
+    for (const std::size_t number : numbers)
+        chosen.push_back(words[number]);
+    return {{Wording(std::move(chosen))}, false};
+}
+
+/// Words that occur, the rare ones first.
+std::vector<std::size_t> byRarity(const std::vector<Wording::Word> &words, const std::vector<std::size_t> &numbers,
+                                  const ReadingSearch &search)
+{
+    std::vector<std::pair<int64_t, std::size_t>> frequencies;
+    for (const std::size_t number : numbers) {
+        if (const int64_t frequency = search.frequency(readingOf(words, {number})); frequency > 0)
+            frequencies.emplace_back(frequency, number);
+    }
+    std::sort(frequencies.begin(), frequencies.end());
+    std::vector<std::size_t> order;
+    for (const auto &[frequency, number] : frequencies)
+        order.push_back(number);
+    return order;
+}
+
+/// The reading by the larger part of the words; without wordings where none finds anything.
+Reading mostWords(const std::vector<Wording::Word> &words, const ReadingSearch &search)
+{
+    std::vector<std::size_t> telling;
+    for (std::size_t i = 0; i < words.size() && telling.size() < limits::WORDS_IN_TURN; ++i) {
+        if (!isShort(words[i]))
+            telling.push_back(i);
+    }
+    const std::size_t needed = (telling.size() + 1) / 2;
+    std::vector<std::size_t> order = byRarity(words, telling, search);
+    for (; !order.empty() && order.size() >= needed; order.erase(order.begin())) {
+        const auto taken = takeWords(words, order, [&](const std::vector<std::size_t> &numbers) {
+            return search.finds(readingOf(words, numbers));
+        });
+        if (!taken.empty() && taken.size() >= needed)
+            return readingOf(words, taken);
+    }
+    return {};
+}
+
+} // namespace
+
+Wording Wording::of(const QString &term)
+{
+    std::vector<Word> words;
+    const auto add = [&words](const QString &key, const QStringList &others) {
+        Word word{{key.toStdString()}};
+        for (const QString &other : others)
+            word.push_back({other.toStdString()});
+        const auto isSame = [&word](const Word &known) { return known.front().text == word.front().text; };
+        if (std::none_of(words.begin(), words.end(), isSame))
+            words.push_back(std::move(word));
+    };
+    for (const SpelledWord &word : spelledWords(term)) {
+        for (const QString &piece : word.pieces)
+            add(piece, {});
+        if (word.pieces.isEmpty() && !word.key.isEmpty())
+            add(word.key, word.others);
+    }
+    return Wording(std::move(words));
+}
+
+bool Wording::passes(const std::function<bool(const Spelling &)> &hasWord) const
+{
+    return std::all_of(m_words.begin(), m_words.end(),
+                       [&hasWord](const Word &word) { return std::any_of(word.begin(), word.end(), hasWord); });
+}
+
+bool Wording::isIn(std::string_view key) const
+{
+    return passes([key](const Spelling &spelling) { return hasWord(key, spelling.text, spelling.isWhole); });
+}
+
+std::string Wording::expression() const
+{
+    std::vector<std::string> words;
+    for (const Word &word : m_words)
+        words.push_back(expressionOf(word));
+    return '(' + joined(words, " AND ") + ')';
+}
+
+std::string Reading::expression() const
+{
+    std::vector<std::string> texts;
+    for (const Wording &wording : wordings)
+        texts.push_back(wording.expression());
+    return joined(texts, " OR ");
+}
+
+Reading chooseReading(const Wording &typed, const ReadingSearch &search)
+{
+    const Reading inNames{{typed}, true};
+    const Reading inTexts{{typed}, false};
+    if (typed.isEmpty() || search.finds(inNames))
+        return inNames;
+    if (search.finds(inTexts))
+        return inTexts;
+    const Corrector corrector(typed, search.vocabulary);
+    const int most = std::min(corrector.most(), corrector.least() + limits::MORE_EDITS);
+    for (int edits = std::max(1, corrector.least()); edits <= most; ++edits) {
+        const Reading corrected{corrector.wordings(edits), false};
+        if (!corrected.wordings.empty() && search.finds(corrected))
+            return corrected;
+    }
+    const Reading some = mostWords(corrector.known().words(), search);
+    return some.wordings.empty() ? inNames : some;
+}
+
+} // namespace placesd
