@@ -1,6 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
 #include "support/Client.h"
+#include "support/Gazetteer.h"
 #include "support/Placesd.h"
 #include "support/Sources.h"
 #include "support/Terminal.h"
@@ -30,14 +31,30 @@ protected:
     Placesd service{sources.arguments()};
 };
 
-constexpr char GROUPS[] = "--group=favourites,remote";
+/// Real places to find, and three that are stored.
+class SampleSearchTest : public testing::Test
+{
+protected:
+    SampleSearchTest()
+    {
+        (void)places("add HeathrowShed --at 1,2");
+        (void)places("add Qqq1 --at 1,2");
+        (void)places("add Qqq2 --at 1,2 --description Other");
+    }
+
+    Placesd service{sampleGazetteer()};
+};
 
 /// The client, with a search as you type, on a terminal.
 class Typing : public Terminal
 {
 public:
-    Typing()
-        : Terminal([] { ::execl(PROGRAMS "/places", "places", "search", "--as-you-type", GROUPS, nullptr); })
+    explicit Typing(const char *groups = "--group=favourites,remote", const char *kind = "xterm",
+                    const char *centre = "--near=47.37,8.54")
+        : Terminal([=] {
+            ::setenv("TERM", kind, 1);
+            ::execl(PROGRAMS "/places", "places", "search", "--as-you-type", groups, centre, nullptr);
+        })
     {
         EXPECT_TRUE(shows("Search:"));
     }
@@ -126,9 +143,102 @@ TEST_F(SearchTest, EveryWayOutLeavesTheTerminalAsItWas)
         EXPECT_EQ(WIFSIGNALED(status) ? WTERMSIG(status) : 0, way.endsBySignal);
         EXPECT_TRUE(way.endsBySignal != 0 || WEXITSTATUS(status) == 1) << "nothing was chosen";
         EXPECT_TRUE(typing.isRestored());
+        EXPECT_THAT(typing.output(), HasSubstr("\x1b[?2004l\x1b")) << "no shell shall see how a paste is marked";
         EXPECT_THAT(typing.output(), HasSubstr("\x1b[?1049l"));
     }
     service.resume();
+}
+
+TEST_F(SampleSearchTest, EnterChoosesFromTheAnswerToWhatWasTypedAndNothingElse)
+{
+    const struct
+    {
+        const char *how;
+        const char *keys;
+        const char *chosen;
+    } rows[] = {
+        {"a burst, and a later answer that comes first", "heathrow\r", "London Heathrow Airport"},
+        {"moves wait as well", "qqq\x1b[B\r", "Qqq2"},
+        {"a paste", "\x1b[200~\tlondon\r\nheathrow\n\x1b[201~\r", "London Heathrow Airport"},
+        {"in the line", "qqeathro\x01\x1b[3~\x06\x7fh\x05w\r", "London Heathrow Airport"},
+        {"arrows",
+         "hethrow\x1b[H\x1b[C\x1bOC\x1b[C\x02"
+         "a\x1b[F\r",
+         "London Heathrow Airport"},
+        {"clusters",
+         "he\xcc\x81x\x1b[D\x7f"
+         "eathrow\x1b[3~\r",
+         "London Heathrow Airport"},
+        {"one character off the line", "a \xe4\xb8\x96\xe7\x95\x8c\x01\x17\x1b[4~\x17\x15heathrow\r",
+         "London Heathrow Airport"},
+    };
+    for (const auto &row : rows) {
+        Typing typing("--group=suggestions,local");
+        ASSERT_TRUE(typing.searches()) << row.how;
+        typing.type(row.keys);
+        EXPECT_EQ(typing.wait(), 0) << row.how;
+        EXPECT_THAT(typing.output(), HasSubstr(std::string("Name          ") + row.chosen + "\r\n")) << row.how;
+    }
+}
+
+TEST_F(SampleSearchTest, TypingOnCancelsAnEnterThatWaits)
+{
+    Typing typing("--group=suggestions");
+    service.pause();
+    typing.type("heathrow\r");
+    ASSERT_TRUE(typing.shows("Enter waits"));
+    typing.type("x");
+    service.resume();
+    ASSERT_TRUE(typing.shows("nothing found"));
+    typing.type("\x7f");
+    ASSERT_TRUE(typing.searches());
+    typing.type("\r");
+    EXPECT_EQ(typing.wait(), 0);
+}
+
+TEST_F(SampleSearchTest, ACategoryLeadsToItsPlacesNearTheCentreAndBack)
+{
+    Typing typing("--group=category-suggestions", "xterm", "--near=51.47,-0.45");
+    typing.type("large\r");
+    ASSERT_TRUE(typing.shows("goes"));
+    typing.type("\x0c");
+    EXPECT_TRUE(typing.shows("Category: large airport near 51.47,-0.45"));
+    typing.type("\x1b");
+    ASSERT_TRUE(typing.shows("leaves"));
+    typing.type("\x0c");
+    EXPECT_TRUE(typing.shows("Search: large")) << "back at the text";
+    EXPECT_TRUE(typing.shows("category"));
+    typing.type("\r\r"); // the category, and the first place of it
+    EXPECT_EQ(typing.wait(), 0);
+    EXPECT_THAT(typing.output(), HasSubstr("Name          London Heathrow Airport"));
+}
+
+TEST_F(SampleSearchTest, PlacesOfOneNameCanBeToldApartInFortyColumns)
+{
+    Typing typing("--group=remote");
+    typing.resize(20, 40);
+    ASSERT_TRUE(typing.searches());
+    typing.type("springfield");
+    ASSERT_TRUE(typing.searches());
+    for (const char *region : {"Missouri", "Massachusetts", "Illinois", "Oregon", "Ohio"})
+        EXPECT_THAT(typing.output(), HasSubstr(region));
+}
+
+TEST_F(SampleSearchTest, ATerminalWithoutACursorIsServedByLines)
+{
+    Typing typing("--group=local,suggestions", "dumb");
+    typing.type("heathrow\n");
+    EXPECT_TRUE(typing.shows("   2  London Heathrow Airport"));
+    typing.type("qqq\n");
+    EXPECT_TRUE(typing.shows("   2  Qqq2 (Other)"));
+    typing.type("2\n");
+    EXPECT_EQ(typing.wait(), 0);
+    EXPECT_THAT(typing.output(), HasSubstr("Name          Qqq2\r\n"));
+    EXPECT_THAT(typing.output(), Not(HasSubstr("\x1b")));
+
+    const QByteArray lines("99\n\nheathrow\n\n");
+    EXPECT_THAT(places("--json search --as-you-type", lines).out, HasSubstr("HeathrowShed")) << "no terminal at all";
+    EXPECT_EQ(places("search --as-you-type", "heathrow").status, 1) << "the end of the input chooses nothing";
 }
 
 TEST_F(SearchTest, ContactsAreListedAndProvidersAskedForWhatTheyKnowOfAPlace)

@@ -74,7 +74,7 @@ TEST_F(ToolTest, EveryWayOfGoingWrongHasItsStatusAndSaysWhy)
         {"import /no/such.geojson", 1, "No such file"},
         {"fly", 2, ""},
         {"search z --group everything", 2, "everything"},
-        {"search --as-you-type", 2, "standard input is no terminal"},
+        {"search --as-you-type", 1, "Search: "},
         {"show 99 --aux", 1, "place 99"},
         {"restore nothing.db", 1, "/nothing.db"},
     };

@@ -47,9 +47,9 @@ SortRule sortRuleOf(const FindOptions &options)
     return {};
 }
 
-/// Runs a find and prints what it found.
+/// Runs a find and prints what it found, with distances from `centre` if that is valid.
 template <typename Find>
-ExitStatus printFound(const char *command, Form form, Find find)
+ExitStatus printFound(const char *command, Form form, Find find, const Coordinates &centre = Coordinates())
 {
     Error::Type error = Error::Success;
     SearchHandle handle;
@@ -62,20 +62,21 @@ ExitStatus printFound(const char *command, Form form, Find find)
     PlaceList places;
     for (const auto &place : found)
         places.append(place.get());
-    printPlaces(places, handle.hasMoreData(), form);
+    printPlaces(places, handle.hasMoreData(), form, centre);
     return Done;
 }
 
 ExitStatus findPlaces(const FindOptions &options, Form form)
 {
-    return printFound("find", form, [&](Error::Type *error, SearchHandle *handle) {
+    const auto find = [&](Error::Type *error, SearchHandle *handle) {
         const PlaceManager manager;
         const SortRule sort = sortRuleOf(options);
         const Page &page = options.page;
         return options.tags.empty()
                    ? manager.findPlaces(joined(options.terms), error, handle, sort, page.offset, page.limit)
                    : manager.findPlacesByTags(texts(options.tags), error, handle, sort, page.offset, page.limit);
-    });
+    };
+    return printFound("find", form, find, parsePosition(options.position));
 }
 
 void addFind(CLI::App &app, Context &context)

@@ -3,6 +3,7 @@
 #include "Report.h"
 
 #include "JsonWriter.h"
+#include "PlaceRows.h"
 #include "PlaceView.h"
 #include "TerminalText.h"
 
@@ -12,6 +13,9 @@
 #include <cerrno>
 #include <cstdio>
 
+#include <sys/ioctl.h>
+#include <unistd.h>
+
 namespace tool
 {
 
@@ -19,10 +23,6 @@ using namespace places;
 
 namespace
 {
-
-constexpr int ID_WIDTH = 7;
-constexpr int STAR_WIDTH = 1;
-constexpr int NAME_WIDTH = 40;
 
 const char *wordsFor(Error::Type error)
 {
@@ -116,20 +116,23 @@ void printTexts(const QStringList &texts, Form form)
     printJson(out.result());
 }
 
-QString rowOf(const AbstractPlace &place)
+int terminalColumns(int descriptor)
 {
-    const QString id = place.isPersisted() ? QString::number(place.id()) : QString();
-    const QString star = place.isFavorite() ? QString(QChar(0x2605)) : QString();
-    return id.rightJustified(ID_WIDTH) + QLatin1Char(' ') + cell(star, STAR_WIDTH) + QLatin1Char(' ')
-           + cell(place.name(), NAME_WIDTH) + QLatin1Char(' ') + printable(place.primaryLocation());
+    struct winsize size = {};
+    return ::isatty(descriptor) && ::ioctl(descriptor, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
-void printPlaces(const PlaceList &found, bool hasMore, Form form)
+void printRows(const PlaceList &found, const Coordinates &centre)
+{
+    for (const QString &row : rowsOf(found, {centre, terminalColumns(STDOUT_FILENO)}))
+        printLine(row);
+}
+
+void printPlaces(const PlaceList &found, bool hasMore, Form form, const Coordinates &centre)
 {
     if (form != Form::Table)
         return printJson(toGeoJson(found, hasMore));
-    for (const AbstractPlace *place : found)
-        printLine(rowOf(*place));
+    printRows(found, centre);
     if (found.isEmpty())
         std::fprintf(stderr, "places: nothing found\n");
     if (hasMore)

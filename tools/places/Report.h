@@ -3,6 +3,7 @@
 
 #include "GeoJsonWriter.h"
 
+#include <places/Coordinates.h>
 #include <places/Error.h>
 
 #include <QtCore/QByteArray>
@@ -50,7 +51,10 @@ void complain(const QString &where, const QString &problem);
 
 /// Writes a list of places.
 /// @param hasMore true when the service has more of them.
-void printPlaces(const PlaceList &found, bool hasMore, Form form);
+/// @param centre where distances are measured from; not valid for none.
+void printPlaces(const PlaceList &found, bool hasMore, Form form, const places::Coordinates &centre);
+/// Writes places as rows, as wide as the terminal is.
+void printRows(const PlaceList &found, const places::Coordinates &centre);
 /// Writes a place with all it has.
 void printPlace(const places::Place &place, Form form);
 /// Writes texts, one a line or as a JSON array.
@@ -60,8 +64,8 @@ void printLine(const QString &line);
 /// Writes a JSON text.
 void printJson(const QByteArray &json);
 
-/// The line that stands for a place in a list: number, star, name, where it is.
-QString rowOf(const places::AbstractPlace &place);
+/// The columns of the terminal that a file is; 0 when it is none.
+int terminalColumns(int descriptor);
 
 /// Writes out what is still to be written to standard output. Failed, and says so, when that was not possible.
 ExitStatus finishOutput();

@@ -2,15 +2,18 @@
 
 #include "Screen.h"
 
+#include "Signals.h"
 #include "TerminalText.h"
 
 #include <clocale>
-#include <cstdio>
+#include <cstring>
 #include <exception>
+#include <utility>
 
 #define NCURSES_NOMACROS
 #include <curses.h>
 #include <sys/ioctl.h>
+#include <termcap.h>
 #include <unistd.h>
 
 namespace tool
@@ -21,22 +24,35 @@ namespace
 
 /// How long the bytes of one key may lie apart, in milliseconds. Only then it is clear that Escape was pressed alone.
 constexpr int ESCAPE_DELAY = 50;
+/// The same in a pasted text, where no key is pressed and the mark of its end must not be missed.
+constexpr int PASTE_ESCAPE_DELAY = 1000;
+
+// Bracketed paste. Terminals that do not have it ignore these.
+constexpr char PASTE_ON[] = "\x1B[?2004h";
+constexpr char PASTE_OFF[] = "\x1B[?2004l";
+constexpr int PASTE_BEGIN = KEY_MAX + 1;
+constexpr int PASTE_END = KEY_MAX + 2;
 
 SCREEN *current = nullptr;
+int descriptor = -1; // of its output
 std::terminate_handler previousTerminate = nullptr;
 
-void restore()
+/// Writes past curses, which keeps nothing that is not shown yet between two calls.
+void send(const char *sequence)
 {
-    if (!current)
-        return;
+    // Nothing can be done about a terminal that is gone.
+    [[maybe_unused]] const ssize_t written = ::write(descriptor, sequence, std::strlen(sequence));
+}
+
+void leaveScreen()
+{
+    send(PASTE_OFF);
     ::endwin();
-    ::delscreen(current);
-    current = nullptr;
 }
 
 void restoreAndTerminate()
 {
-    ::endwin();
+    leaveScreen();
     previousTerminate();
 }
 
@@ -47,6 +63,13 @@ std::FILE *outputTerminal()
             return file;
     }
     return nullptr;
+}
+
+/// True when the terminal is of a known kind that can move its cursor.
+bool movesCursor()
+{
+    const QByteArray kind = qgetenv("TERM");
+    return ::tgetent(nullptr, kind.constData()) == 1 && ::tgetstr("cm", nullptr) != nullptr;
 }
 
 attr_t attributesOf(Style style)
@@ -64,16 +87,17 @@ attr_t attributesOf(Style style)
     return A_NORMAL;
 }
 
-/// Arrow keys as terminals send them that were not told how to, or do not listen.
+/// Keys as terminals send them that were not told how to, or do not listen; and the marks of a pasted text.
 constexpr struct
 {
     const char *bytes;
     int code;
 } PLAIN_KEYS[] = {
-    {"\x1B[A", KEY_UP},
-    {"\x1B[B", KEY_DOWN},
-    {"\x1BOA", KEY_UP},
-    {"\x1BOB", KEY_DOWN},
+    {"\x1B[A", KEY_UP},       {"\x1B[B", KEY_DOWN},  {"\x1BOA", KEY_UP},    {"\x1BOB", KEY_DOWN},
+    {"\x1B[C", KEY_RIGHT},    {"\x1BOC", KEY_RIGHT}, {"\x1B[D", KEY_LEFT},  {"\x1BOD", KEY_LEFT},
+    {"\x1B[H", KEY_HOME},     {"\x1BOH", KEY_HOME},  {"\x1B[1~", KEY_HOME}, {"\x1B[F", KEY_END},
+    {"\x1BOF", KEY_END},      {"\x1B[4~", KEY_END},  {"\x1B[3~", KEY_DC},   {"\x1B[200~", PASTE_BEGIN},
+    {"\x1B[201~", PASTE_END},
 };
 
 constexpr int ESCAPE = 0x1B;
@@ -96,6 +120,15 @@ Key::Type keyType(int code)
         {control('N'), Key::Down},
         {KEY_PPAGE, Key::PageUp},
         {KEY_NPAGE, Key::PageDown},
+        {KEY_LEFT, Key::Left},
+        {control('B'), Key::Left},
+        {KEY_RIGHT, Key::Right},
+        {control('F'), Key::Right},
+        {KEY_HOME, Key::Home},
+        {control('A'), Key::Home},
+        {KEY_END, Key::End},
+        {control('E'), Key::End},
+        {KEY_DC, Key::Delete},
         {KEY_ENTER, Key::Enter},
         {'\r', Key::Enter},
         {'\n', Key::Enter},
@@ -133,15 +166,11 @@ bool isAlone()
 
 Screen::Screen()
 {
-    std::FILE *output = outputTerminal();
-    if (!::isatty(STDIN_FILENO))
-        m_problem = QStringLiteral("standard input is no terminal");
-    else if (!output)
-        m_problem = QStringLiteral("there is no terminal to write to");
-    else if (current = ::newterm(nullptr, output, stdin); !current)
-        m_problem = QStringLiteral("the kind of terminal is not known (TERM=%1)").arg(qEnvironmentVariable("TERM"));
-    if (!m_problem.isEmpty())
+    std::FILE *output = ::isatty(STDIN_FILENO) ? outputTerminal() : nullptr;
+    if (!output || !movesCursor() || !(current = ::newterm(nullptr, output, stdin)))
         return;
+    m_output = output;
+    descriptor = ::fileno(output);
     previousTerminate = std::set_terminate(restoreAndTerminate);
     m_decoder.reset(QTextCodec::codecForName("UTF-8")->makeDecoder(QTextCodec::IgnoreHeader));
     ::cbreak();
@@ -152,13 +181,16 @@ Screen::Screen()
     ::set_escdelay(ESCAPE_DELAY);
     for (const auto &key : PLAIN_KEYS)
         ::define_key(key.bytes, key.code);
+    send(PASTE_ON);
 }
 
 Screen::~Screen()
 {
-    if (!current)
+    if (!isUsable())
         return;
-    restore();
+    leaveScreen();
+    ::delscreen(current);
+    current = nullptr;
     std::set_terminate(previousTerminate);
 }
 
@@ -179,20 +211,60 @@ void Screen::resize()
         ::resizeterm(size.ws_row, size.ws_col);
 }
 
+void Screen::suspend()
+{
+    leaveScreen();
+    stopBySignal(SIGTSTP);
+    send(PASTE_ON);
+    resize(); // it may have changed meanwhile
+    redraw();
+}
+
 std::optional<Key> Screen::nextKey()
 {
     for (int code = ::wgetch(stdscr); code != ERR; code = ::wgetch(stdscr)) {
-        if (code == ESCAPE)
-            return Key{isAlone() ? Key::Leave : Key::Other, {}};
-        const Key::Type type = keyType(code);
-        if (type != Key::Text)
-            return Key{type, {}};
-        // The bytes of a character may come one by one.
-        const char byte = static_cast<char>(code);
-        if (const QString text = m_decoder->toUnicode(&byte, 1); !text.isEmpty())
-            return Key{Key::Text, text};
+        if (const std::optional<Key> key = m_isPasting ? pastedKeyOf(code) : keyOf(code))
+            return key;
     }
     return std::nullopt;
+}
+
+std::optional<Key> Screen::keyOf(int code)
+{
+    if (code == ESCAPE)
+        return Key{isAlone() ? Key::Leave : Key::Other, {}};
+    if (code == PASTE_BEGIN)
+        setPasting(true);
+    const Key::Type type = keyType(code);
+    if (type != Key::Text)
+        return Key{type, {}};
+    // The bytes of a character may come one by one.
+    const char byte = static_cast<char>(code);
+    const QString text = m_decoder->toUnicode(&byte, 1);
+    return text.isEmpty() ? std::nullopt : std::make_optional(Key{Key::Text, text});
+}
+
+std::optional<Key> Screen::pastedKeyOf(int code)
+{
+    if (code == PASTE_END)
+        setPasting(false);
+    if (code > 0xFF)
+        return std::nullopt;
+    if (code < ' ' || code == '\x7F') {
+        m_isBlankPasted = true;
+        return std::nullopt;
+    }
+    std::optional<Key> key = keyOf(code);
+    if (key && std::exchange(m_isBlankPasted, false))
+        key->text.prepend(QLatin1Char(' '));
+    return key;
+}
+
+void Screen::setPasting(bool isPasting)
+{
+    m_isPasting = isPasting;
+    m_isBlankPasted = false;
+    ::set_escdelay(isPasting ? PASTE_ESCAPE_DELAY : ESCAPE_DELAY);
 }
 
 void Screen::clear()

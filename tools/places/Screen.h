@@ -4,6 +4,7 @@
 #include <QtCore/QString>
 #include <QtCore/QTextCodec>
 
+#include <cstdio>
 #include <memory>
 #include <optional>
 
@@ -15,13 +16,18 @@ struct Key
 {
     enum Type
     {
-        Text, ///< A character, in `text`.
+        Text, ///< A character, in `text`, or a piece of a pasted text.
         Up,
         Down,
         PageUp,
         PageDown,
+        Left,
+        Right,
+        Home,
+        End,
         Enter,
         Backspace,
+        Delete,
         EraseWord,
         EraseLine,
         Redraw,
@@ -42,8 +48,12 @@ enum class Style
 };
 
 /// The terminal as something to draw on: that of standard input, drawn on by standard output or, when that goes
-/// elsewhere, by standard error. One at a time. Its end brings the terminal back to how it was; so does an exception
-/// that nobody catches. Whoever may be ended by a signal sees to it (Signals) that this object is destroyed first.
+/// elsewhere, by standard error. One at a time. The destructor restores the terminal; so does an exception that is not
+/// caught. A signal that ends the process has to be handled (Signals) so that this object is destroyed first.
+///
+/// Pasted text comes as text where the terminal marks it (bracketed paste): control characters in it, such as ends of
+/// lines, become one blank, and those at its end are dropped. So a paste never presses Enter, as in a shell. Where the
+/// terminal does not mark it, a paste is a burst of keys.
 class Screen
 {
 public:
@@ -52,13 +62,16 @@ public:
     Screen &operator=(const Screen &) = delete;
     ~Screen();
 
-    /// Why there is nothing to draw on; empty when there is. Then nothing else may be called.
-    [[nodiscard]] QString problem() const { return m_problem; }
+    /// False when there is no terminal, or none that can move its cursor. Then nothing else may be called.
+    [[nodiscard]] bool isUsable() const { return m_output != nullptr; }
 
     [[nodiscard]] int rows() const;
     [[nodiscard]] int columns() const;
     /// Asks the terminal for its size, which has changed.
     void resize();
+
+    /// Leaves the terminal to the shell until the process is continued; for SIGTSTP.
+    void suspend();
 
     /// The next key, if one was pressed.
     std::optional<Key> nextKey();
@@ -73,8 +86,15 @@ public:
     void redraw();
 
 private:
-    QString m_problem;
+    /// The key of a code of the terminal, if it is a whole one.
+    std::optional<Key> keyOf(int code);
+    std::optional<Key> pastedKeyOf(int code);
+    void setPasting(bool isPasting);
+
+    std::FILE *m_output = nullptr;
     std::unique_ptr<QTextDecoder> m_decoder;
+    bool m_isPasting = false;
+    bool m_isBlankPasted = false; ///< Control characters were pasted; a blank stands for them if text follows.
 };
 
 } // namespace tool

@@ -22,14 +22,6 @@ using namespace places;
 namespace
 {
 
-PlaceList placesOf(const SearchResult &result)
-{
-    PlaceList places;
-    for (const QSharedPointer<AbstractPlace> &place : result.result())
-        places.append(place.get());
-    return places;
-}
-
 /// Takes the groups of one search as they come.
 class GroupPrinter
 {
@@ -73,8 +65,7 @@ private:
         if (m_count > 0)
             printLine(QString());
         printLine(titleOf(result));
-        for (const AbstractPlace *place : places)
-            printLine(rowOf(*place));
+        printRows(places, m_options.centre);
         std::fflush(stdout); // the next group may take long
         m_count += places.size();
     }
@@ -122,6 +113,14 @@ void startSearch(SearchManager &manager, const SearchOptions &options, const QSt
 {
     const auto start = options.withoutFavorites ? &SearchManager::searchNonFavorite : &SearchManager::search;
     (manager.*start)(term, options.centre, searchId, options.groups, 0, options.limit);
+}
+
+PlaceList placesOf(const SearchResult &result)
+{
+    PlaceList places;
+    for (const QSharedPointer<AbstractPlace> &place : result.result())
+        places.append(place.get());
+    return places;
 }
 
 QString titleOf(const SearchResult &result)

@@ -3,6 +3,9 @@
 #include "SearchBox.h"
 
 #include "Commands.h"
+#include "LineEditor.h"
+#include "LineSearch.h"
+#include "PlaceRows.h"
 #include "Screen.h"
 #include "Signals.h"
 #include "TerminalText.h"
@@ -11,10 +14,10 @@
 #include <places/Place.h>
 
 #include <QtCore/QEventLoop>
-#include <QtCore/QTextBoundaryFinder>
 #include <QtCore/QVector>
 
 #include <algorithm>
+#include <map>
 #include <memory>
 
 #include <sys/ioctl.h>
@@ -28,124 +31,16 @@ using namespace places;
 namespace
 {
 
-using PlacePointer = QSharedPointer<AbstractPlace>;
-
-/// A search term among the results: a name without a place. Whoever chooses it wants to search for it.
-bool isTerm(const AbstractPlace &place)
-{
-    return !place.isPersisted() && !place.hasPhysicalLocation() && !place.hasAuxiliaryData();
-}
-
-/// What was found in each group, and which of the places is chosen. Results of the search before stay to be seen until
-/// those of the new one arrive, but cannot be chosen.
-class ResultList
-{
-public:
-    struct Line
-    {
-        QString text;
-        Style style = Style::Plain;
-    };
-
-    explicit ResultList(const QList<SearchResultGroup::Type> &groups)
-    {
-        for (const SearchResultGroup::Type group : groups)
-            m_groups.append({group, {}, Error::Success, false});
-    }
-
-    void startSearch()
-    {
-        for (Group &group : m_groups)
-            group.isFresh = false;
-        m_chosen.reset();
-    }
-
-    void take(Error::Type error, const SearchResult &result)
-    {
-        for (Group &group : m_groups) {
-            if (group.group == result.source())
-                group = {group.group, result, error, true};
-        }
-    }
-
-    /// The chosen place: the first one unless the user chose another; null when there is none.
-    [[nodiscard]] PlacePointer chosen() const
-    {
-        const QVector<PlacePointer> places = choices();
-        return m_chosen || places.isEmpty() ? m_chosen : places.first();
-    }
-
-    /// Chooses the place so many rows further down, or as far as it goes.
-    void move(int rows)
-    {
-        const QVector<PlacePointer> places = choices();
-        if (!places.isEmpty())
-            m_chosen = places[qBound(0, places.indexOf(chosen()) + rows, places.size() - 1)];
-    }
-
-    /// The lines to be seen in a window of so many rows, so that the chosen place is among them.
-    [[nodiscard]] QVector<Line> lines(int height)
-    {
-        QVector<Line> lines;
-        int chosenLine = 0;
-        for (const Group &group : qAsConst(m_groups))
-            addLines(group, lines, chosenLine);
-        m_top = qBound(std::max(0, chosenLine - height + 1), m_top, chosenLine);
-        if (chosenLine < height)
-            m_top = 0; // with the title above
-        return lines.mid(m_top, height);
-    }
-
-private:
-    struct Group
-    {
-        SearchResultGroup::Type group = SearchResultGroup::None;
-        SearchResult result;
-        Error::Type error = Error::Success;
-        bool isFresh = false;
-    };
-
-    [[nodiscard]] QVector<PlacePointer> choices() const
-    {
-        QVector<PlacePointer> places;
-        for (const Group &group : m_groups) {
-            if (group.isFresh)
-                places += group.result.result().toVector();
-        }
-        return places;
-    }
-
-    void addLines(const Group &group, QVector<Line> &lines, int &chosenLine) const
-    {
-        const QList<PlacePointer> places = group.result.result();
-        if (places.isEmpty() && group.error == Error::Success)
-            return;
-        lines.append({titleOf(group.result), group.isFresh ? Style::Title : Style::Faint});
-        if (group.error != Error::Success)
-            lines.append({QStringLiteral("  ") + textOf(group.error), Style::Faint});
-        const PlacePointer marked = chosen();
-        for (const PlacePointer &place : places) {
-            if (place == marked)
-                chosenLine = lines.size();
-            const Style style = place == marked ? Style::Chosen : Style::Plain;
-            lines.append({rowOf(*place), group.isFresh ? style : Style::Faint});
-        }
-    }
-
-    QVector<Group> m_groups;
-    PlacePointer m_chosen; // null until the user moves
-    int m_top = 0;
-};
+using PlacePointer = ResultList::PlacePointer;
 
 /// The line that the user edits, and below it what is found.
 class SearchBox
 {
 public:
     SearchBox(const SearchOptions &options, Screen &screen)
-        : m_options(options)
-        , m_screen(screen)
-        , m_text(options.term)
-        , m_results(options.groups)
+        : m_screen(screen)
+        , m_search(options, [this] { takeAnswer(); })
+        , m_line(options.term)
     {}
 
     /// Lets the user type. Done when a place was chosen.
@@ -153,18 +48,9 @@ public:
     {
         const QSocketNotifier keys(STDIN_FILENO, QSocketNotifier::Read);
         QObject::connect(&keys, &QSocketNotifier::activated, &m_loop, [this] { takeKeys(); });
-        QObject::connect(m_manager.get(), &SearchManager::resultAvailable, &m_loop,
-                         [this](Error::Type error, const SearchResult &result, bool last) {
-                             m_results.take(error, result);
-                             m_isSearching = !last;
-                             draw();
-                         });
-        startSearch();
+        m_search.searchTerm(m_line.text());
         draw();
-        const auto status = static_cast<ExitStatus>(m_loop.exec());
-        // Its end would wait for what the service still owes. Nobody wants that any more.
-        QObject::disconnect(m_manager.release(), nullptr, &m_loop, nullptr);
-        return status;
+        return static_cast<ExitStatus>(m_loop.exec());
     }
 
     /// The place that was chosen; null when none was.
@@ -173,9 +59,12 @@ public:
 private:
     void takeSignal(int signal)
     {
-        if (signal != SIGWINCH)
+        if (signal == SIGTSTP)
+            m_screen.suspend();
+        else if (signal == SIGWINCH)
+            m_screen.resize();
+        else
             return end(static_cast<ExitStatus>(Interrupted + signal));
-        m_screen.resize();
         draw();
     }
 
@@ -185,78 +74,128 @@ private:
         int waiting = 0;
         if (::ioctl(STDIN_FILENO, FIONREAD, &waiting) != 0 || waiting == 0)
             return end(Failed); // the terminal is gone
-        const QString before = m_text;
         for (std::optional<Key> key = m_screen.nextKey(); key && !m_isOver; key = m_screen.nextKey())
             take(*key);
         if (m_isOver)
             return;
-        if (m_text != before)
-            startSearch();
+        if (m_isEdited)
+            m_search.searchTerm(m_line.text());
+        m_isEdited = false;
         draw();
     }
 
     void take(const Key &key)
     {
-        switch (key.type) {
-        case Key::Text:
-            m_text += key.text;
-            break;
-        case Key::Backspace:
-            eraseCharacter();
-            break;
-        case Key::EraseWord:
-            while (m_text.endsWith(QLatin1Char(' ')))
-                m_text.chop(1);
-            m_text.truncate(m_text.lastIndexOf(QLatin1Char(' ')) + 1);
-            break;
-        case Key::EraseLine:
-            m_text.clear();
-            break;
+        if (!takeEdit(key) && !takeCursor(key.type))
+            takeCommand(key.type);
+    }
+
+    /// Changes the line. What was found before the change is no answer to the new line.
+    bool takeEdit(const Key &key)
+    {
+        static const std::map<Key::Type, void (LineEditor::*)()> ERASERS{
+            {Key::Backspace, &LineEditor::eraseLeft},
+            {Key::Delete, &LineEditor::eraseRight},
+            {Key::EraseWord, &LineEditor::eraseWord},
+            {Key::EraseLine, &LineEditor::eraseToStart},
+        };
+        const auto eraser = ERASERS.find(key.type);
+        if (key.type != Key::Text && eraser == ERASERS.end())
+            return false;
+        const QString before = m_line.text();
+        if (key.type == Key::Text)
+            m_line.insert(key.text);
+        else if (m_search.category().isEmpty())
+            (m_line.*eraser->second)();
+        if (m_line.text() != before || !m_search.category().isEmpty())
+            invalidate();
+        return true;
+    }
+
+    /// Moves the cursor in the line.
+    bool takeCursor(Key::Type key)
+    {
+        static const std::map<Key::Type, void (LineEditor::*)()> MOVES{
+            {Key::Left, &LineEditor::moveLeft},
+            {Key::Right, &LineEditor::moveRight},
+            {Key::Home, &LineEditor::moveToStart},
+            {Key::End, &LineEditor::moveToEnd},
+        };
+        const auto move = MOVES.find(key);
+        if (move == MOVES.end())
+            return false;
+        (m_line.*move->second)();
+        return true;
+    }
+
+    void takeCommand(Key::Type key)
+    {
+        switch (key) {
         case Key::Up:
-            m_results.move(-1);
-            break;
+            return move(-1);
         case Key::Down:
-            m_results.move(1);
-            break;
+            return move(1);
         case Key::PageUp:
-            m_results.move(-listHeight());
-            break;
+            return move(-listHeight());
         case Key::PageDown:
-            m_results.move(listHeight());
-            break;
+            return move(listHeight());
         case Key::Enter:
-            choose();
-            break;
+            m_isEnterWaiting = true;
+            return choose();
         case Key::Redraw:
-            m_screen.redraw();
-            break;
+            return m_screen.redraw();
         case Key::Leave:
-            end(Failed);
-            break;
-        case Key::Other:
-            break;
+            return m_search.category().isEmpty() ? end(Failed) : invalidate();
+        default:
+            return;
         }
     }
 
-    /// Erases what the user sees as one character, accents and all.
-    void eraseCharacter()
+    /// Has the line searched for once the keys that are there are taken. Keys that wait for an answer are forgotten.
+    void invalidate()
     {
-        QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, m_text);
-        finder.toEnd();
-        m_text.truncate(std::max(0, finder.toPreviousBoundary()));
+        m_search.results().makeStale();
+        m_isEdited = true;
+        m_isEnterWaiting = false;
+        m_waitingRows = 0;
     }
 
+    void move(int rows)
+    {
+        if (!m_search.results().move(rows))
+            m_waitingRows += rows;
+    }
+
+    void takeAnswer()
+    {
+        ResultList &results = m_search.results();
+        if (m_waitingRows != 0 && results.isFirstKnown() && results.move(m_waitingRows))
+            m_waitingRows = 0;
+        if (m_isEnterWaiting)
+            choose();
+        if (!m_search.isSearching())
+            m_isEnterWaiting = false; // nothing was found
+        if (!m_isOver)
+            draw();
+    }
+
+    /// Chooses if it is known what. Else an answer is outstanding, and will choose.
     void choose()
     {
-        const PlacePointer place = m_results.chosen();
+        const PlacePointer place = m_search.results().chosen();
         if (!place)
             return;
-        if (isTerm(*place)) {
-            m_text = place->name();
-            return;
+        m_isEnterWaiting = false;
+        switch (kindOf(*place)) {
+        case ResultKind::Place:
+            m_chosen = place;
+            return end(Done);
+        case ResultKind::Term:
+            m_line.setText(place->name());
+            return m_search.searchTerm(place->name());
+        case ResultKind::Category:
+            return m_search.searchCategory(place->name());
         }
-        m_chosen = place;
-        end(Done);
     }
 
     void end(ExitStatus status)
@@ -265,50 +204,92 @@ private:
         m_loop.exit(status);
     }
 
-    void startSearch()
-    {
-        m_isSearching = true;
-        m_results.startSearch();
-        tool::startSearch(*m_manager, m_options, m_text, ++m_searchId);
-    }
-
     [[nodiscard]] int listHeight() const { return std::max(1, m_screen.rows() - 2); }
 
     void draw()
     {
         m_screen.clear();
-        const QString prompt = QStringLiteral("Search: ");
-        QString shown = printable(m_text);
-        while (columnsOf(prompt + shown) >= m_screen.columns() && !shown.isEmpty())
-            shown.remove(0, 1);
-        m_screen.write(0, prompt + shown, Style::Plain);
-        int row = 1;
-        for (const ResultList::Line &line : m_results.lines(listHeight()))
-            m_screen.write(row++, line.text, line.style);
+        const bool isCategory = !m_search.category().isEmpty();
+        const QString prompt = isCategory ? QStringLiteral("Category: ") : QStringLiteral("Search: ");
+        const LineEditor::View line =
+            isCategory ? LineEditor(m_search.categoryTitle()).view(lineWidth(prompt)) : m_line.view(lineWidth(prompt));
+        m_screen.write(0, prompt + line.text, Style::Plain);
+        drawList();
         m_screen.write(m_screen.rows() - 1, hint(), Style::Faint);
-        m_screen.show(0, columnsOf(prompt + shown));
+        m_screen.show(0, columnsOf(prompt) + line.cursor);
+    }
+
+    [[nodiscard]] int lineWidth(const QString &prompt) const
+    {
+        return std::max(1, m_screen.columns() - columnsOf(prompt));
+    }
+
+    /// Draws as many lines as there is room for, so that the chosen place is among them.
+    void drawList()
+    {
+        QVector<Line> lines;
+        int chosenLine = 0;
+        for (const ResultList::Group &group : m_search.results().groups())
+            addLines(group, lines, chosenLine);
+        const int height = listHeight();
+        m_top = qBound(std::max(0, chosenLine - height + 1), m_top, chosenLine);
+        if (chosenLine < height)
+            m_top = 0; // with the title above
+        int row = 1;
+        for (const Line &line : lines.mid(m_top, height))
+            m_screen.write(row++, line.text, line.style);
+    }
+
+    struct Line
+    {
+        QString text;
+        Style style = Style::Plain;
+    };
+
+    void addLines(const ResultList::Group &group, QVector<Line> &lines, int &chosenLine) const
+    {
+        const PlaceList places = placesOf(group.result);
+        if (places.isEmpty() && group.error == Error::Success)
+            return;
+        lines.append({titleOf(group.result), group.isFresh ? Style::Title : Style::Faint});
+        if (group.error != Error::Success)
+            lines.append({QStringLiteral("  ") + textOf(group.error), Style::Faint});
+        const PlacePointer chosen = m_search.results().chosen();
+        const QStringList rows = rowsOf(places, {m_search.options().centre, m_screen.columns(), false});
+        for (int i = 0; i < rows.size(); ++i) {
+            const bool isChosen = places[i] == chosen.data();
+            if (isChosen)
+                chosenLine = lines.size();
+            const Style style = isChosen ? Style::Chosen : Style::Plain;
+            lines.append({rows[i], group.isFresh ? style : Style::Faint});
+        }
     }
 
     [[nodiscard]] QString hint() const
     {
-        if (m_isSearching)
+        if (m_search.isSearching() && m_isEnterWaiting)
+            return QStringLiteral("searching ... Enter waits for the answer");
+        if (m_search.isSearching())
             return QStringLiteral("searching ...");
-        return m_results.chosen() ? QStringLiteral("Up and Down choose, Enter shows, Escape leaves")
-                                  : QStringLiteral("nothing found");
+        if (!m_search.results().chosen())
+            return m_search.problem().isEmpty() ? QStringLiteral("nothing found") : m_search.problem();
+        return m_search.category().isEmpty() ? QStringLiteral("Up and Down choose, Enter shows, Escape leaves")
+                                             : QStringLiteral("Up and Down choose, Enter shows, Escape goes back");
     }
 
-    const SearchOptions &m_options;
     Screen &m_screen;
-    // Before the manager, whose threads are not to take signals.
-    const Signals m_signals{{SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGWINCH}, [this](int signal) { takeSignal(signal); }};
-    std::unique_ptr<SearchManager> m_manager = std::make_unique<SearchManager>();
+    // Before the search, whose threads must not take signals.
+    const Signals m_signals{{SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGWINCH, SIGTSTP},
+                            [this](int signal) { takeSignal(signal); }};
+    LiveSearch m_search;
     QEventLoop m_loop;
-    QString m_text;
-    ResultList m_results;
+    LineEditor m_line;
+    bool m_isEdited = false;       ///< Since it was searched for.
+    bool m_isEnterWaiting = false; ///< Enter was pressed before it was known what it chooses.
+    int m_waitingRows = 0;         ///< Moves that were made before there was a place to move to.
+    int m_top = 0;                 ///< First line of the list that is shown.
     PlacePointer m_chosen;
     bool m_isOver = false;
-    int m_searchId = 0;
-    bool m_isSearching = false;
 };
 
 ExitStatus show(const AbstractPlace &chosen, Form form)
@@ -326,15 +307,16 @@ ExitStatus searchAsYouType(const SearchOptions &options, Context &context)
 {
     PlacePointer chosen;
     ExitStatus status = Done;
+    const auto choose = [&](auto &&search) {
+        status = search.run();
+        chosen = search.chosen();
+    };
     {
         Screen screen;
-        if (!screen.problem().isEmpty()) {
-            complain(QStringLiteral("--as-you-type"), screen.problem());
-            return WrongUse;
-        }
-        SearchBox box(options, screen);
-        status = box.run();
-        chosen = box.chosen();
+        if (screen.isUsable())
+            choose(SearchBox(options, screen));
+        else
+            choose(LineSearch(options));
     }
     context.leaveAtOnce = true;
     return status == Done ? show(*chosen, context.form) : status;

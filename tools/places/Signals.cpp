@@ -49,6 +49,19 @@ Signals::~Signals()
     ::pthread_sigmask(SIG_SETMASK, &m_before, nullptr);
 }
 
+void stopBySignal(int signal)
+{
+    sigset_t set;
+    sigset_t before;
+    sigemptyset(&set);
+    sigaddset(&set, signal);
+    const auto handler = std::signal(signal, SIG_DFL);
+    std::raise(signal);
+    ::pthread_sigmask(SIG_UNBLOCK, &set, &before); // where it stops
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    std::signal(signal, handler);
+}
+
 void endBySignal(int signal)
 {
     std::signal(signal, SIG_DFL);

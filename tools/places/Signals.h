@@ -30,6 +30,9 @@ private:
     std::unique_ptr<QSocketNotifier> m_notifier;
 };
 
+/// Stops the process as a signal stops it that nobody handles, until it is continued.
+void stopBySignal(int signal);
+
 /// Ends the process as a signal would have ended it, so that whoever started it can tell.
 [[noreturn]] void endBySignal(int signal);
 
