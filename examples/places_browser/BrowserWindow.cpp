@@ -4,6 +4,7 @@
 
 #include "PlaceText.h"
 #include "ResultList.h"
+#include "RowText.h"
 #include "WorldMap.h"
 
 #include <QtCore/QCoreApplication>
@@ -17,6 +18,8 @@
 #include <QtWidgets/QTextBrowser>
 #include <QtWidgets/QToolButton>
 
+#include <chrono>
+
 using namespace vela::platform::places;
 
 namespace
@@ -29,7 +32,19 @@ const QKeySequence TOGGLE_FAVORITE(QStringLiteral("Ctrl+D"));
 const QList<SearchResultGroup::Type> STORED{SearchResultGroup::Favorites, SearchResultGroup::NonContacts,
                                             SearchResultGroup::Contacts};
 const QList<SearchResultGroup::Type> ALL =
-    STORED + QList<SearchResultGroup::Type>{SearchResultGroup::Remote, SearchResultGroup::Addresses};
+    STORED
+    + QList<SearchResultGroup::Type>{SearchResultGroup::CategorySuggestions, SearchResultGroup::Remote,
+                                     SearchResultGroup::Addresses};
+
+/// Time until a search is repeated that the service could not answer.
+constexpr std::chrono::seconds RETRY_INTERVAL(2);
+
+/// True when the same search may succeed later.
+bool isPassing(Error::Type error)
+{
+    return error == Error::ServiceUnavailable || error == Error::CommunicationFailed || error == Error::Busy
+           || error == Error::TimedOut;
+}
 
 /// Keys that move in the list though the user types in the field.
 bool movesInList(int key)
@@ -117,12 +132,16 @@ QWidget *BrowserWindow::makePlaceSide()
 
 void BrowserWindow::connectActions()
 {
-    connect(m_term, &QLineEdit::textChanged, this, &BrowserWindow::search);
-    connect(m_term, &QLineEdit::returnPressed, m_list, &ResultList::chooseFirst);
+    m_retry.setSingleShot(true);
+    m_retry.setInterval(RETRY_INTERVAL);
+    connect(&m_retry, &QTimer::timeout, this, &BrowserWindow::search);
+    connect(m_term, &QLineEdit::textChanged, this, &BrowserWindow::edit);
+    connect(m_term, &QLineEdit::returnPressed, this, &BrowserWindow::pressReturn);
     connect(m_list, &ResultList::placeChosen, this, &BrowserWindow::choose);
+    connect(m_list, &ResultList::categoryChosen, this, &BrowserWindow::searchCategory);
     connect(m_star, &QToolButton::clicked, this, &BrowserWindow::toggleFavorite);
     connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, m_term, [this] {
-        m_term->clear();
+        m_category.isEmpty() ? m_term->clear() : edit();
         m_term->setFocus();
     });
     connect(new QShortcut(TOGGLE_FAVORITE, this), &QShortcut::activated, this, &BrowserWindow::toggleFavorite);
@@ -143,19 +162,48 @@ bool BrowserWindow::eventFilter(QObject *watched, QEvent *event)
 
 // ------------------------------------------------------------------------------------------------------ searching
 
+void BrowserWindow::setCentre(const Coordinates &centre)
+{
+    m_centre = centre;
+    m_list->setCentre(centre);
+    search();
+}
+
 void BrowserWindow::searchAndChoose(const QString &term)
 {
-    m_choosesFirst = true;
     m_term->setText(term);
+    pressReturn();
+}
+
+void BrowserWindow::edit()
+{
+    m_isReturnWaiting = false;
+    m_category.clear();
+    search();
+}
+
+void BrowserWindow::pressReturn()
+{
+    m_isReturnWaiting = !m_list->activate();
+}
+
+void BrowserWindow::searchCategory(const QString &category)
+{
+    m_category = category;
+    search();
 }
 
 void BrowserWindow::search()
 {
-    const QList<SearchResultGroup::Type> &groups = m_term->text().isEmpty() ? STORED : ALL;
+    m_retry.stop();
     m_isSearching = true;
     m_searchError = Error::Success;
-    m_list->setGroups(groups);
-    m_searches.search(m_term->text(), Coordinates(), ++m_searchId, groups);
+    const bool isCategory = !m_category.isEmpty();
+    const QList<SearchResultGroup::Type> stored = m_term->text().isEmpty() ? STORED : ALL;
+    const QList<SearchResultGroup::Type> groups =
+        isCategory ? QList<SearchResultGroup::Type>{SearchResultGroup::Categories} : stored;
+    m_list->setGroups(groups, m_category);
+    m_searches.search(isCategory ? m_category : m_term->text(), m_centre, ++m_searchId, groups);
 }
 
 void BrowserWindow::takeGroup(Error::Type error, const SearchResult &result, bool last)
@@ -167,29 +215,45 @@ void BrowserWindow::takeGroup(Error::Type error, const SearchResult &result, boo
     for (const AnyPlace &place : m_list->places())
         dots.append(place->primaryCoordinates());
     m_map->setDots(dots);
-    if (last) {
-        m_isSearching = false;
+    m_isSearching = !last;
+    if (last)
+        finishSearch();
+    if (m_isReturnWaiting)
+        pressReturn();
+    Q_EMIT progressed();
+}
+
+void BrowserWindow::finishSearch()
+{
+    m_searchStatus = m_searchError == Error::Success ? countText(m_list->places().size()) : errorText(m_searchError);
+    m_status->setText(m_searchStatus);
+    if (isPassing(m_searchError)) {
+        m_list->setEmptyText(m_searchStatus + QStringLiteral(" Trying again ..."));
+        m_retry.start();
+    } else if (m_searchError != Error::Success) {
+        m_list->setEmptyText(m_searchStatus);
+    } else {
         m_list->setEmptyText(m_term->text().isEmpty() ? QStringLiteral("Type to search.")
                                                       : QStringLiteral("Nothing found."));
-        m_searchStatus =
-            m_searchError == Error::Success ? countText(m_list->places().size()) : errorText(m_searchError);
-        m_status->setText(m_searchStatus);
-        if (m_choosesFirst)
-            m_list->chooseFirst();
-        m_choosesFirst = false;
     }
-    Q_EMIT progressed();
 }
 
 // ---------------------------------------------------------------------------------------------------- one place
 
 void BrowserWindow::choose(const AnyPlace &place)
 {
-    m_isLoading = true;
+    m_isReturnWaiting = false;
     m_isFavoriteOfShown = false;
     m_records.cancel(QVariant());
     m_status->setText(m_searchStatus);
     present(place, {});
+    if (isCategory(*place)) {
+        m_loader.dropFetch();
+        m_star->hide();
+        m_status->setText(QStringLiteral("Return shows the places of this category."));
+        return endLoading();
+    }
+    m_isLoading = true;
     m_loader.fetch(place);
 }
 
@@ -225,7 +289,7 @@ void BrowserWindow::takeRecords(const QList<AuxiliaryDataReply> &replies)
 
 void BrowserWindow::toggleFavorite()
 {
-    if (!m_shown || !m_star->isEnabled())
+    if (!m_shown || isCategory(*m_shown) || !m_star->isEnabled())
         return;
     m_isLoading = true;
     m_isFavoriteOfShown = true;

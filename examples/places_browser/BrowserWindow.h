@@ -7,6 +7,7 @@
 #include <places/PlaceSearchManager.h>
 #include <places/SearchManager.h>
 
+#include <QtCore/QTimer>
 #include <QtWidgets/QMainWindow>
 
 class QLabel;
@@ -17,13 +18,17 @@ class ResultList;
 class WorldMap;
 
 /// Searches places while the user types, and shows the one that is chosen. The arrow keys move in the list wherever one
-/// types, Escape clears the search, Ctrl+D makes the place a favourite or an ordinary one again.
+/// types. Return acts on the current place, else on the first one, once the answer to what was typed is there; on a
+/// category it shows the places of it. Escape leaves the category or clears the search, Ctrl+D makes the place a
+/// favourite or an ordinary one again. While the service cannot be reached, the search is repeated every two seconds.
 class BrowserWindow : public QMainWindow
 {
     Q_OBJECT
 public:
     BrowserWindow();
 
+    /// Searches near a position from now on, and shows distances from it.
+    void setCentre(const vela::platform::places::Coordinates &centre);
     /// Types a term and chooses the first place that it finds.
     void searchAndChoose(const QString &term);
     /// True when nothing that was asked for is missing.
@@ -42,7 +47,12 @@ private:
     QWidget *makeListSide();
     QWidget *makePlaceSide();
     void connectActions();
+    /// The user has changed the term.
+    void edit();
+    void pressReturn();
+    void searchCategory(const QString &category);
     void search();
+    void finishSearch();
     void takeGroup(vela::platform::places::Error::Type error, const vela::platform::places::SearchResult &result,
                    bool last);
     void choose(const AnyPlace &place);
@@ -59,10 +69,13 @@ private:
     PlaceLoader m_loader;
     AnyPlace m_shown;                                          ///< Null while none is chosen.
     QList<vela::platform::places::AuxiliaryData> m_ownRecords; ///< Those that came with the place.
+    QString m_category; ///< Whose places are searched for; empty when it is the term.
+    vela::platform::places::Coordinates m_centre;
+    QTimer m_retry;
     int m_searchId = 0;
     bool m_isSearching = false;
     bool m_isLoading = false;
-    bool m_choosesFirst = false;
+    bool m_isReturnWaiting = false;   ///< Return was pressed before it was known what it acts on.
     bool m_isFavoriteOfShown = false; ///< Whether the favourite that is being changed is still the place that is shown.
     QString m_searchStatus;
     vela::platform::places::Error::Type m_searchError = vela::platform::places::Error::Success;

@@ -19,7 +19,7 @@ PlaceLoader::PlaceLoader()
 
 PlaceLoader::~PlaceLoader()
 {
-    ++m_lastFetch;
+    dropFetch();
     // Behind what was asked for before: no favourite is lost.
     Q_EMIT toThread([this] { m_thread.quit(); });
     m_thread.wait();

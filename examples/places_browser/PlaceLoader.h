@@ -31,6 +31,8 @@ public:
 
     /// Fetches a place in full. Answered by fetched(), unless another fetch is asked for before.
     void fetch(const AnyPlace &place);
+    /// Has the last fetch not answered.
+    void dropFetch() { ++m_lastFetch; }
     /// Makes a place a favourite, storing it if need be, or an ordinary one again. Answered by favoriteChanged().
     void setFavorite(const AnyPlace &place, bool isFavorite);
 

@@ -256,7 +256,7 @@ QString errorText(Error::Type error)
         return QStringLiteral("A provider of places failed.");
     case Error::Busy:
     case Error::TimedOut:
-        return QStringLiteral("The places service has too much to do. Try again.");
+        return QStringLiteral("The places service has too much to do.");
     default:
         return QStringLiteral("The places service refused this (error %1).").arg(error);
     }

@@ -2,7 +2,10 @@
 
 #include "ResultList.h"
 
+#include "RowText.h"
+
 #include <QtCore/QSignalBlocker>
+#include <QtCore/QTimer>
 #include <QtGui/QPainter>
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QStyledItemDelegate>
@@ -17,6 +20,7 @@ namespace
 constexpr int MARGIN = 8;
 constexpr int WHERE = Qt::UserRole;
 constexpr int IS_FAVORITE = Qt::UserRole + 1;
+constexpr int DISTANCE = Qt::UserRole + 2;
 
 const char *headingOf(SearchResultGroup::Type group)
 {
@@ -27,6 +31,8 @@ const char *headingOf(SearchResultGroup::Type group)
         return "Saved places";
     case SearchResultGroup::Contacts:
         return "Contacts";
+    case SearchResultGroup::CategorySuggestions:
+        return "Categories";
     case SearchResultGroup::Remote:
         return "More places";
     case SearchResultGroup::Addresses:
@@ -91,6 +97,10 @@ private:
         }
         drawLine(painter, room, Qt::AlignTop, index.data().toString());
         painter.setPen(isCurrent ? text : option.palette.color(QPalette::PlaceholderText));
+        const QString distance = index.data(DISTANCE).toString();
+        painter.drawText(room, Qt::AlignRight | Qt::AlignBottom, distance);
+        if (!distance.isEmpty())
+            room.setRight(room.right() - option.fontMetrics.horizontalAdvance(distance) - MARGIN);
         drawLine(painter, room, Qt::AlignBottom, index.data(WHERE).toString());
     }
 
@@ -110,25 +120,76 @@ ResultList::ResultList(QWidget *parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollMode(ScrollPerPixel);
     connect(this, &QListWidget::currentRowChanged, this, &ResultList::choose);
+    // Behind the click, which still needs the item.
+    const auto activateLater = [this](QListWidgetItem *item) {
+        QTimer::singleShot(0, this, [this, place = m_rows.value(row(item))] { activatePlace(place); });
+    };
+    connect(this, &QListWidget::itemClicked, this, activateLater);
+    connect(this, &QListWidget::itemActivated, this, activateLater);
 }
 
-void ResultList::setGroups(const QList<Group> &groups)
+void ResultList::setGroups(const QList<Group> &groups, const QString &category)
 {
+    if (category != m_category)
+        m_found.remove(SearchResultGroup::Categories);
     m_groups = groups;
+    m_category = category;
+    for (Found &found : m_found)
+        found.isFresh = false;
     rebuild();
 }
 
 void ResultList::setGroup(const SearchResult &result)
 {
-    m_found[result.source()] = result.result();
+    m_found[result.source()] = {result.result(), result.handle().hasMoreData(), true};
     rebuild();
 }
 
-void ResultList::chooseFirst()
+bool ResultList::activate()
+{
+    const int row = currentRow();
+    const bool isCurrent = row >= 0 && isFresh(m_rows[row]);
+    // The current place may still be among the answers that are outstanding.
+    if (!isCurrent && (m_current ? !isComplete() : !isFirstKnown()))
+        return false;
+    if (!isCurrent)
+        setCurrentRow(firstRow());
+    activatePlace(m_current);
+    return true;
+}
+
+void ResultList::activatePlace(const AnyPlace &place)
+{
+    if (place && isCategory(*place))
+        Q_EMIT categoryChosen(place->name());
+}
+
+int ResultList::firstRow() const
 {
     const auto first = std::find_if(m_rows.begin(), m_rows.end(), [](const AnyPlace &place) { return place; });
-    if (first != m_rows.end())
-        setCurrentRow(static_cast<int>(first - m_rows.begin()));
+    return first == m_rows.end() ? -1 : static_cast<int>(first - m_rows.begin());
+}
+
+bool ResultList::isFresh(const AnyPlace &place) const
+{
+    return std::any_of(m_groups.begin(), m_groups.end(), [&](Group group) {
+        const Found found = m_found.value(group);
+        return found.isFresh && found.places.contains(place);
+    });
+}
+
+bool ResultList::isFirstKnown() const
+{
+    const auto decides = std::find_if(m_groups.begin(), m_groups.end(), [this](Group group) {
+        const Found found = m_found.value(group);
+        return !found.isFresh || !found.places.isEmpty();
+    });
+    return decides == m_groups.end() || m_found.value(*decides).isFresh;
+}
+
+bool ResultList::isComplete() const
+{
+    return std::all_of(m_groups.begin(), m_groups.end(), [this](Group group) { return m_found.value(group).isFresh; });
 }
 
 void ResultList::setCurrentPlace(const AnyPlace &place)
@@ -175,7 +236,7 @@ void ResultList::rebuild()
     m_rows.clear();
     for (const Group group : qAsConst(m_groups)) {
         const int heading = m_rows.size();
-        for (const AnyPlace &place : m_found.value(group)) {
+        for (const AnyPlace &place : m_found.value(group).places) {
             const auto isIt = [&](const AnyPlace &other) { return other && isSame(*other, *place); };
             if (std::any_of(m_rows.begin(), m_rows.end(), isIt))
                 continue;
@@ -190,15 +251,21 @@ void ResultList::rebuild()
 
 void ResultList::addHeading(Group group)
 {
-    auto *item = new QListWidgetItem(QString::fromLatin1(headingOf(group)), this);
+    const Found found = m_found.value(group);
+    QString heading = group == SearchResultGroup::Categories ? QStringLiteral("Category: %1").arg(m_category)
+                                                             : QString::fromLatin1(headingOf(group));
+    if (found.hasMore)
+        heading += QStringLiteral(", the first %1").arg(found.places.size());
+    auto *item = new QListWidgetItem(heading, this);
     item->setFlags(Qt::NoItemFlags);
     m_rows.append(AnyPlace());
 }
 
 void ResultList::addPlace(const AnyPlace &place)
 {
-    auto *item = new QListWidgetItem(place->name(), this);
-    item->setData(WHERE, place->primaryLocation());
+    auto *item = new QListWidgetItem(nameText(*place), this);
+    item->setData(WHERE, whereText(*place));
+    item->setData(DISTANCE, distanceText(*place, m_centre));
     item->setData(IS_FAVORITE, place->isFavorite());
     m_rows.append(place);
 }

@@ -10,6 +10,22 @@
 
 #include <cstdio>
 
+namespace
+{
+
+using vela::platform::places::Coordinates;
+
+/// The position of a text "LATITUDE,LONGITUDE"; not valid when it is none.
+Coordinates positionOf(const QString &text)
+{
+    const QStringList parts = text.split(QLatin1Char(','));
+    bool isNumber[2] = {false, false};
+    const Coordinates position(parts.value(0).toDouble(&isNumber[0]), parts.value(1).toDouble(&isNumber[1]));
+    return parts.size() == 2 && isNumber[0] && isNumber[1] ? position : Coordinates();
+}
+
+} // namespace
+
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
@@ -19,12 +35,22 @@ int main(int argc, char **argv)
     options.addOptions({
         {QStringLiteral("search"), QStringLiteral("Search for <term> and show the first place found."),
          QStringLiteral("term")},
+        {QStringLiteral("near"), QStringLiteral("Search near <position>, in degrees, and show distances from there."),
+         QStringLiteral("latitude,longitude")},
         {QStringLiteral("screenshot"),
          QStringLiteral("Save a picture of the window to <file> when it is filled, and end."), QStringLiteral("file")},
     });
     options.process(application);
 
+    const Coordinates centre = positionOf(options.value(QStringLiteral("near")));
+    if (options.isSet(QStringLiteral("near")) && !centre.isValid()) {
+        std::fprintf(stderr, "not a position: %s\n", qPrintable(options.value(QStringLiteral("near"))));
+        return 2;
+    }
+
     BrowserWindow window;
+    if (centre.isValid())
+        window.setCentre(centre);
     if (options.isSet(QStringLiteral("search")))
         window.searchAndChoose(options.value(QStringLiteral("search")));
     window.show();

@@ -150,7 +150,7 @@ TEST_F(BrowserTest, ClosingWhileTheServiceIsSlowLosesNoFavourite)
     EXPECT_THAT(places("search winter --group favourites").out, HasSubstr("Winterthur"));
 }
 
-TEST_F(BrowserTest, ErrorsStandInTheStatusLineUntilTheServiceIsBack)
+TEST_F(BrowserTest, WithoutAServiceTheWindowSaysSoAndRecoversByItself)
 {
     type("winterthur");
     press(Qt::Key_Return);
@@ -160,10 +160,51 @@ TEST_F(BrowserTest, ErrorsStandInTheStatusLineUntilTheServiceIsBack)
     EXPECT_FALSE(starIsFull());
     type(" ");
     EXPECT_EQ(rows(), "");
+    EXPECT_EQ(widget<ResultList>("list")->emptyText(), QLatin1String("No places service is running. Trying again ..."));
     service.start();
-    press(Qt::Key_Backspace);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return status() != "No places service is running."; }, PATIENCE));
     EXPECT_THAT(rows(), HasSubstr("Winterthur"));
     EXPECT_EQ(current(), "Winterthur") << "what is shown is chosen again";
+}
+
+TEST_F(BrowserTest, ReturnActsOnTheCurrentRowAndWaitsForTheAnswerToWhatWasTyped)
+{
+    type("winterthur");
+    press(Qt::Key_Return);
+    EXPECT_EQ(current(), "Winterthur");
+    auto *term = widget<QLineEdit>("term");
+    term->selectAll();
+    service.pause();
+    QTest::keyClicks(term, QStringLiteral("heathrow"));
+    QTest::keyClick(term, Qt::Key_Return);
+    EXPECT_EQ(current(), "Winterthur") << "still to be seen";
+    service.resume();
+    settle();
+    EXPECT_EQ(current(), "London Heathrow Airport");
+    term->selectAll();
+    type("london");
+    press(Qt::Key_Down);
+    press(Qt::Key_Down);
+    const std::string chosen = current();
+    press(Qt::Key_Return);
+    EXPECT_EQ(current(), chosen) << "not the first";
+}
+
+TEST_F(BrowserTest, ACategoryLeadsToItsPlacesNearTheCentreAndBack)
+{
+    window->setCentre(Coordinates(51.47, -0.45));
+    type("large");
+    EXPECT_THAT(rows(), testing::StartsWith("# Categories\nlarge airport\n# More places"));
+    press(Qt::Key_Down);
+    press(Qt::Key_D, Qt::ControlModifier);
+    EXPECT_THAT(places("search --group favourites").err, HasSubstr("nothing found")) << "it is no place";
+    press(Qt::Key_Return);
+    EXPECT_THAT(rows(), testing::StartsWith("# Category: large airport, the first 20\nLondon Heathrow Airport\n"));
+    press(Qt::Key_Down);
+    EXPECT_THAT(text(), HasSubstr("LHR"));
+    press(Qt::Key_Escape);
+    EXPECT_THAT(rows(), testing::StartsWith("# Categories\nlarge airport\n# More places"));
+    EXPECT_EQ(widget<QLineEdit>("term")->text(), QLatin1String("large"));
 }
 
 TEST(TheTextOfAPlace, MakesNothingButHarmlessLinksOfWhatOthersWrote)
