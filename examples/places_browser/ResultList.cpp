@@ -80,7 +80,7 @@ private:
         painter.setFont(bold);
         painter.setPen(option.palette.color(QPalette::Active, QPalette::PlaceholderText));
         const QRect room = option.rect.adjusted(MARGIN, 0, -MARGIN, -MARGIN / 2);
-        painter.drawText(room, Qt::AlignLeft | Qt::AlignBottom, index.data().toString());
+        drawLine(painter, room, Qt::AlignBottom, index.data().toString());
     }
 
     static void paintPlace(QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index)
@@ -252,8 +252,7 @@ void ResultList::rebuild()
 void ResultList::addHeading(Group group)
 {
     const Found found = m_found.value(group);
-    QString heading = group == SearchResultGroup::Categories ? QStringLiteral("Category: %1").arg(m_category)
-                                                             : QString::fromLatin1(headingOf(group));
+    QString heading = group == SearchResultGroup::Categories ? m_category : QString::fromLatin1(headingOf(group));
     if (found.hasMore)
         heading += QStringLiteral(", the first %1").arg(found.places.size());
     auto *item = new QListWidgetItem(heading, this);

@@ -169,7 +169,9 @@ TEST_F(SampleSearchTest, EnterChoosesFromTheAnswerToWhatWasTypedAndNothingElse)
          "he\xcc\x81x\x1b[D\x7f"
          "eathrow\x1b[3~\r",
          "London Heathrow Airport"},
-        {"one character off the line", "a \xe4\xb8\x96\xe7\x95\x8c\x01\x17\x1b[4~\x17\x15heathrow\r",
+        {"halves of a flag that an erasure joins", "\xf0\x9f\x87\xa8x\xf0\x9f\x87\xad\x1b[D\x7f\x7fheathrow\r",
+         "London Heathrow Airport"},
+        {"wide characters and words", "a \xe4\xb8\x96\xe7\x95\x8c\x01\x17\x1b[4~\x17\x15heathrow\r",
          "London Heathrow Airport"},
     };
     for (const auto &row : rows) {

@@ -29,9 +29,7 @@ void LineEditor::insert(const QString &text)
     if (m_text.size() + text.size() > LONGEST_TEXT)
         return;
     m_text.insert(m_cursor, text);
-    m_cursor += text.size();
-    // It may combine with what is behind it.
-    m_cursor = boundaryBehind(boundaryBefore(m_cursor));
+    putCursor(m_cursor + text.size());
 }
 
 void LineEditor::setText(const QString &text)
@@ -57,6 +55,7 @@ void LineEditor::eraseLeft()
 void LineEditor::eraseRight()
 {
     m_text.remove(m_cursor, boundaryBehind(m_cursor) - m_cursor);
+    putCursor(m_cursor);
 }
 
 void LineEditor::eraseWord()
@@ -113,7 +112,12 @@ int LineEditor::boundaryBehind(int index) const
 void LineEditor::eraseBack(int start)
 {
     m_text.remove(start, m_cursor - start);
-    m_cursor = start;
+    putCursor(start);
+}
+
+void LineEditor::putCursor(int index)
+{
+    m_cursor = index == 0 ? 0 : boundaryBehind(boundaryBefore(index));
 }
 
 } // namespace tool

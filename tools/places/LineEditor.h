@@ -15,7 +15,7 @@ public:
 
     [[nodiscard]] const QString &text() const { return m_text; }
 
-    /// Inserts a text that is not empty before the cursor; without effect when the line becomes longer than the service
+    /// Inserts a text before the cursor; without effect when the line becomes longer than the service
     /// takes as a term.
     void insert(const QString &text);
     /// Replaces the line; the cursor stands behind it.
@@ -44,6 +44,8 @@ private:
     [[nodiscard]] int boundaryBefore(int index) const;
     [[nodiscard]] int boundaryBehind(int index) const;
     void eraseBack(int start);
+    /// Puts the cursor at an index, or behind the cluster there: a change may join what is on both sides of it.
+    void putCursor(int index);
 
     QString m_text;
     int m_cursor;
