@@ -116,9 +116,10 @@ qint64 Candidates::storedIdOf(const FoundPlace &place, const QString &key, std::
 
 const CandidateRow *Candidates::row(qint64 id) const
 {
-    const qint64 position = id - FIRST_CANDIDATE;
-    const bool isCandidate = position >= 0 && position < static_cast<qint64>(m_rows.size());
-    return isCandidate ? &m_rows[static_cast<std::size_t>(position)] : nullptr;
+    if (id < FIRST_CANDIDATE)
+        return nullptr;
+    const auto position = static_cast<std::size_t>(id - FIRST_CANDIDATE);
+    return position < m_rows.size() ? &m_rows[position] : nullptr;
 }
 
 bool Candidates::wasFound(qint64 id) const

@@ -24,9 +24,8 @@ constexpr char BY_UPDATE[] = "SELECT * FROM place INDEXED BY place_by_update ORD
 constexpr char BY_UPDATE_DOWN[] = "SELECT * FROM place INDEXED BY place_by_update ORDER BY updated DESC, id DESC";
 constexpr char BY_COUNT[] = "SELECT * FROM place INDEXED BY place_by_count ORDER BY usage_count, id";
 constexpr char BY_COUNT_DOWN[] = "SELECT * FROM place INDEXED BY place_by_count ORDER BY usage_count DESC, id DESC";
-/// Nearest first, within NEAREST_SLACK.
-constexpr char NEAREST[] = "SELECT place.* FROM position CROSS JOIN place ON place.id = position.id"
-                           " WHERE position.id MATCH nearest(?1, ?2)";
+/// A node of the R*Tree of the positions.
+constexpr char SELECT_NODE[] = "SELECT data FROM position_node WHERE nodeno = ?1";
 /// The places without a position.
 constexpr char NOWHERE[] = "SELECT * FROM place INDEXED BY place_nowhere WHERE latitude IS NULL ORDER BY id";
 constexpr char NOWHERE_DOWN[] = "SELECT * FROM place INDEXED BY place_nowhere WHERE latitude IS NULL ORDER BY id DESC";

@@ -4,7 +4,6 @@
 
 #include "places/SortRule.h"
 #include "places/Utilities.h"
-#include "store/Nearest.h"
 #include "store/PlaceRow.h"
 
 #include <algorithm>
@@ -156,9 +155,6 @@ bool Order::isBeforeAllBehind(const Key &key, const PlaceRow &row) const
 {
     std::vector<Key::Value> values;
     appendValues(first(), row, values);
-    // A walk by distance is only nearly in order.
-    if (first().by == By::Distance)
-        values[0].real += first().isDescending ? NEAREST_SLACK : -NEAREST_SLACK;
     for (std::size_t i = 0; i < values.size(); ++i) {
         if (const int result = compare(key.values[i], values[i], first().isDescending))
             return result < 0;

@@ -58,7 +58,7 @@ public:
     /// The criterion that comes first; by id where there is none.
     [[nodiscard]] const Criterion &first() const { return m_criteria.front(); }
     /// Whether places that are sorted by the first criterion and by id are sorted.
-    [[nodiscard]] bool isSortedByFirst() const { return m_criteria.size() == 1 && first().by != By::Distance; }
+    [[nodiscard]] bool isSortedByFirst() const { return m_criteria.size() == 1; }
 
     [[nodiscard]] Key keyOf(const PlaceRow &row) const;
     /// Whether the place with key `a` comes before that with key `b`.

@@ -26,13 +26,15 @@ const PlaceRow *StatementSource::next()
 
 NameSource::NameSource(Store &store, const char *sql)
     : m_statement(store.statements().take(sql))
-    , m_row(store, *m_statement)
+    , m_row(store)
 {}
 
 const PlaceRow *NameSource::next()
 {
-    m_row.forget();
-    return !m_statement->isDone() && m_statement->executeStep() ? &m_row : nullptr;
+    if (m_statement->isDone() || !m_statement->executeStep())
+        return nullptr;
+    m_row.moveTo(m_statement->getColumn(0).getInt64(), viewOf(m_statement->getColumn(1)));
+    return &m_row;
 }
 
 IdSource::IdSource(Store &store, std::vector<qint64> ids)

@@ -3,8 +3,8 @@
 #include "find/StoredSearch.h"
 
 #include "find/FindSql.h"
+#include "find/NearestSource.h"
 #include "find/PlanRun.h"
-#include "store/Nearest.h"
 #include "store/Store.h"
 
 #include <algorithm>
@@ -13,7 +13,6 @@
 namespace placesd
 {
 
-using vela::platform::places::Coordinates;
 namespace sql = find_sql;
 
 namespace
@@ -55,10 +54,8 @@ std::unique_ptr<RowSource> StoredSearch::alongOrder()
             return std::make_unique<NameSource>(m_store, statement);
         return std::make_unique<StatementSource>(m_store, statement);
     }
-    const Coordinates start = first.isDescending ? antipodeOf(first.centre) : first.centre;
     std::vector<std::unique_ptr<RowSource>> sources;
-    sources.push_back(std::make_unique<StatementSource>(m_store, sql::NEAREST,
-                                                        std::vector<QVariant>{start.latitude(), start.longitude()}));
+    sources.push_back(std::make_unique<NearestSource>(m_store, first));
     sources.push_back(
         std::make_unique<StatementSource>(m_store, first.isDescending ? sql::NOWHERE_DOWN : sql::NOWHERE));
     return std::make_unique<ChainedSource>(std::move(sources), ChainedSource::Overlap::None);

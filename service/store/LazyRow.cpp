@@ -5,33 +5,30 @@
 #include "store/Sql.h"
 #include "store/Store.h"
 
+#include <sqlite3.h>
+
 namespace placesd
 {
 
-LazyRow::LazyRow(Store &store, SQLite::Statement &statement)
-    : m_statement(statement)
-    , m_lookup(store.statements().take(sql::SELECT_ROW))
+LazyRow::LazyRow(Store &store)
+    : m_lookup(store.statements().take(sql::SELECT_ROW))
     , m_row(store, *m_lookup)
 {}
 
-qint64 LazyRow::id() const
+void LazyRow::moveTo(qint64 id, std::optional<std::string_view> nameKey)
 {
-    return m_statement.getColumn(0).getInt64();
-}
-
-std::string_view LazyRow::nameKey() const
-{
-    const SQLite::Column key = m_statement.getColumn(1);
-    const auto *data = static_cast<const char *>(key.getBlob());
-    return {data, static_cast<std::size_t>(key.getBytes())};
+    m_id = id;
+    m_nameKey = nameKey;
+    m_isFetched = false;
 }
 
 const StoredRow &LazyRow::whole() const
 {
     if (!m_isFetched) {
         m_lookup->reset();
-        m_lookup->bind(1, static_cast<int64_t>(id()));
-        m_lookup->executeStep();
+        m_lookup->bind(1, static_cast<int64_t>(m_id));
+        if (!m_lookup->executeStep())
+            throw SQLite::Exception("an index has a place that is not stored", SQLITE_CORRUPT);
         m_isFetched = true;
     }
     return m_row;

@@ -1,24 +1,28 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "store/StatementPool.h"
 #include "store/StoredRow.h"
+
+#include <optional>
+#include <string_view>
 
 namespace placesd
 {
 
-/// The place that a statement is at, of which it selects the id and the key of the name. The rest of the row is fetched
-/// when it is asked for. The statement outlives the row.
+/// A stored place that is known by its id, and often by the key of its name. The rest of the row is fetched when it is
+/// asked for; a place that is not there is then a damaged database, and throws SQLite::Exception.
 class LazyRow : public PlaceRow
 {
 public:
-    LazyRow(Store &store, SQLite::Statement &statement);
+    explicit LazyRow(Store &store);
 
-    /// To be called before the statement goes on.
-    void forget() { m_isFetched = false; }
+    /// @param nameKey as it is stored, and valid as long as the row is at this place; unset where it is not known.
+    void moveTo(qint64 id, std::optional<std::string_view> nameKey = {});
 
-    [[nodiscard]] qint64 id() const override;
+    [[nodiscard]] qint64 id() const override { return m_id; }
     [[nodiscard]] bool isStored() const override { return true; }
-    [[nodiscard]] std::string_view nameKey() const override;
+    [[nodiscard]] std::string_view nameKey() const override { return m_nameKey ? *m_nameKey : whole().nameKey(); }
     [[nodiscard]] std::string_view sortKey() const override { return whole().sortKey(); }
     [[nodiscard]] int persistenceMask() const override { return whole().persistenceMask(); }
     [[nodiscard]] qint64 usageCount() const override { return whole().usageCount(); }
@@ -32,9 +36,10 @@ public:
 private:
     [[nodiscard]] const StoredRow &whole() const;
 
-    SQLite::Statement &m_statement;
     const StatementPool::Lease m_lookup;
     const StoredRow m_row;
+    qint64 m_id = 0;
+    std::optional<std::string_view> m_nameKey;
     mutable bool m_isFetched = false;
 };
 

@@ -11,8 +11,8 @@ class Coordinates;
 namespace placesd
 {
 
-/// R*Tree boxes are rounded outward to 32-bit floats. A row of a walk may therefore be nearer than a row before it, by
-/// less than this many metres.
+/// R*Tree boxes are rounded outward to 32-bit floats. The box of a position tells its distance within this many metres,
+/// and a row of a walk may be nearer than a row before it, by less than that.
 constexpr double NEAREST_SLACK = 5;
 
 /// Adds to a connection the R*Tree query nearest(latitude, longitude), in degrees. For an R*Tree table with the columns

@@ -39,10 +39,15 @@ std::string utf8(const QString &text)
     return text.toStdString();
 }
 
+std::string_view viewOf(const SQLite::Column &column)
+{
+    const auto *bytes = static_cast<const char *>(column.getBlob());
+    return {bytes, static_cast<std::size_t>(column.getBytes())};
+}
+
 std::string blobOf(const SQLite::Column &column)
 {
-    const auto size = static_cast<std::size_t>(column.getBytes());
-    return size == 0 ? std::string() : std::string(static_cast<const char *>(column.getBlob()), size);
+    return std::string(viewOf(column));
 }
 
 void bindBlob(SQLite::Statement &statement, int index, const std::string &bytes)

@@ -9,6 +9,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// What the databases of the service have in common.
@@ -19,6 +20,8 @@ namespace placesd
 QString matchExpression(const QString &term);
 
 std::string utf8(const QString &text);
+/// The bytes of a column, valid until its statement goes on.
+std::string_view viewOf(const SQLite::Column &column);
 std::string blobOf(const SQLite::Column &column);
 void bindBlob(SQLite::Statement &statement, int index, const std::string &bytes);
 

@@ -3,6 +3,7 @@
 #include "store/StoredRow.h"
 
 #include "model/PlacePrivate.h"
+#include "store/SqlFunctions.h"
 #include "store/Store.h"
 
 namespace placesd
@@ -38,9 +39,7 @@ qint64 StoredRow::number(Column column) const
 
 std::string_view StoredRow::bytes(Column column) const
 {
-    const SQLite::Column value = m_statement.getColumn(column);
-    const auto *data = static_cast<const char *>(value.getBlob());
-    return {data, static_cast<std::size_t>(value.getBytes())};
+    return viewOf(m_statement.getColumn(column));
 }
 
 qint64 StoredRow::id() const

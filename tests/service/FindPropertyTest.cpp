@@ -6,7 +6,11 @@
 
 #include <gmock/gmock.h>
 
+#include <QtCore/QTemporaryDir>
+
 #include <iostream>
+
+#include <sqlite3.h>
 
 using namespace finds;
 
@@ -121,4 +125,56 @@ TEST(AFind, GivesByEveryPlanWhatALookAtEveryPlaceGives)
         }
     }
     std::cout << compared << " finds compared\n";
+}
+
+/// What is damaged may be missing, or fail the find.
+TEST(AFindByDistance, EndsWhateverItsIndexHolds)
+{
+    const QTemporaryDir folder;
+    const std::string path = folder.filePath(QStringLiteral("places.db")).toStdString();
+    std::timed_mutex lock;
+    Store store(path, lock);
+    Model model;
+    Chance chance(1);
+    store.write([&] {
+        change(store, model, chance, 300);
+        return true;
+    });
+    SQLite::Database database(path, SQLite::OPEN_READWRITE);
+    SQLite::Statement put(database, "UPDATE position_node SET data = ?2 WHERE nodeno = ?1");
+    const auto keep = [&put](int node, const std::string &data) {
+        put.reset();
+        put.bind(1, node);
+        bindBlob(put, 2, data);
+        put.exec();
+    };
+    Query query;
+    query.count = 1000;
+    query.sort.kind = SortKind::Distance;
+    int failed = 0;
+    for (int i = 0; i < 400; ++i) {
+        const int node = 1 + i % database.execAndGet("SELECT count(*) FROM position_node").getInt();
+        SQLite::Statement nodes(database, "SELECT data FROM position_node WHERE nodeno = ?1");
+        nodes.bind(1, node);
+        ASSERT_TRUE(nodes.executeStep());
+        const std::string sound = blobOf(nodes.getColumn(0));
+        nodes.reset();
+        std::string damaged = sound;
+        for (int changes = chance.below(8); changes >= 0; --changes)
+            damaged[static_cast<unsigned>(chance.below(chance.oneIn(2) ? 32 : 1200))] =
+                static_cast<char>(chance.below(256));
+        damaged.resize(static_cast<unsigned>(chance.oneIn(4) ? chance.below(1200) : 1228));
+        keep(node, damaged);
+        Page page;
+        try {
+            Finder(store, {Providers({})}, query, false, Deadline::max()).find(page);
+            EXPECT_LE(page.records.size(), model.stored.size());
+        } catch (const SQLite::Exception &error) {
+            EXPECT_EQ(error.getErrorCode(), SQLITE_CORRUPT) << error.what();
+            ++failed;
+        }
+        keep(node, sound);
+    }
+    EXPECT_GT(failed, 40);
+    EXPECT_LT(failed, 360);
 }
