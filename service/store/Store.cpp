@@ -38,10 +38,6 @@ constexpr qint64 NO_ID = PlaceId::UNDEFINED_PERSISTED_ID;
 constexpr int STEPS_PER_CHECK = 10000;
 /// Longest wait for a writer in another process.
 constexpr int BUSY_TIMEOUT_MS = 5000;
-/// What each connection reads of the database without a system call: most databases whole, where the address space has
-/// room for all connections.
-constexpr const char *MAP_DATABASE =
-    sizeof(void *) >= 8 ? "PRAGMA mmap_size = 2147418112" : "PRAGMA mmap_size = 16777216";
 
 /// Parts keep an id that they have had in the stored place, once each; every other one is to get a new id.
 void forgetForeignIds(Place &place, const Place &before)
@@ -121,7 +117,6 @@ Store::Store(const std::string &path, std::timed_mutex &writeLock, Deadline dead
     , m_deadline(deadline)
 {
     m_database.exec(sql::CONNECTION_SETTINGS);
-    m_database.exec(MAP_DATABASE);
     registerNearest(m_database);
     sqlite3_progress_handler(m_database.getHandle(), STEPS_PER_CHECK, interruptLate, this);
     const std::lock_guard<std::timed_mutex> lock(m_writeLock);
