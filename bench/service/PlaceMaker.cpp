@@ -65,22 +65,12 @@ QString textOf(const char *text)
 } // namespace
 
 PlaceMaker::PlaceMaker(std::uint64_t seed)
-    : m_state(seed)
+    : Random(seed)
 {
     readNames(SOURCES "/examples/data/cities.geojson", true);
     readNames(SOURCES "/examples/data/airports.geojson", false);
     m_rarities = m_words;
     m_rarities.removeDuplicates();
-}
-
-/// SplitMix64, which gives the same numbers with every standard library.
-std::uint64_t PlaceMaker::next64()
-{
-    m_state += 0x9e3779b97f4a7c15;
-    std::uint64_t mixed = m_state;
-    mixed = (mixed ^ (mixed >> 30)) * 0xbf58476d1ce4e5b9;
-    mixed = (mixed ^ (mixed >> 27)) * 0x94d049bb133111eb;
-    return mixed ^ (mixed >> 31);
 }
 
 void PlaceMaker::readNames(const char *file, bool areCities)

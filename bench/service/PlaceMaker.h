@@ -1,6 +1,8 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "Random.h"
+
 #include <places/Coordinates.h>
 
 #include <QtCore/QHash>
@@ -29,9 +31,11 @@ constexpr char MIDDLE_TAG[] = "work";                  ///< Of 1 %.
 constexpr char RARE_TAG[] = "treasure";                ///< Of 0.01 %.
 
 /// Makes places like those of an import and a year of use. The same seed makes the same places.
-class PlaceMaker
+class PlaceMaker : private Random
 {
 public:
+    using Random::below;
+
     /// Changes whenever other places are made.
     static constexpr int VERSION = 1;
 
@@ -55,17 +59,8 @@ public:
         vela::platform::places::Coordinates position;
     };
     const City &city();
-    /// An even number from 0 up to, but not including, `end`.
-    std::uint64_t below(std::uint64_t end) { return next64() % end; }
 
 private:
-    std::uint64_t next64();
-    double fraction() { return static_cast<double>(next64() >> 11) * 0x1p-53; }
-    template <typename List>
-    auto &oneOf(const List &list)
-    {
-        return list[static_cast<typename List::size_type>(below(static_cast<std::uint64_t>(list.size())))];
-    }
     void readNames(const char *file, bool areCities);
     QString name();
     QString uniqueName();
@@ -76,7 +71,6 @@ private:
     void addContact(vela::platform::places::Place &place) const;
     QString owner();
 
-    std::uint64_t m_state;
     std::uint64_t m_made = 0;
     std::vector<City> m_cities;
     QStringList m_words;         ///< Words that do not start with "s", as often as they occur.
