@@ -270,9 +270,11 @@ void Gazetteer::prepare()
 {
     State state = State::Ready;
     try {
-        if (!isUpToDate())
+        if (!isUpToDate() || !readVocabulary()) {
             build();
-        readVocabulary();
+            if (!readVocabulary())
+                throw std::runtime_error("its index cannot be read");
+        }
     } catch (const std::exception &error) {
         if (!m_stopping)
             logError("the gazetteer cannot be read: %s", error.what());
@@ -285,14 +287,20 @@ void Gazetteer::prepare()
     m_stateChanged.notify_all();
 }
 
-void Gazetteer::readVocabulary()
+/// False for a damaged index.
+bool Gazetteer::readVocabulary()
 {
-    SQLite::Database index(m_index, SQLite::OPEN_READONLY);
-    SQLite::Statement row(index, sql::SELECT_VOCABULARY);
-    std::vector<std::string> words;
-    while (row.executeStep() && !m_stopping)
-        words.push_back(row.getColumn(0).getString());
-    m_vocabulary.add(std::move(words));
+    try {
+        SQLite::Database index(m_index, SQLite::OPEN_READONLY);
+        SQLite::Statement row(index, sql::SELECT_VOCABULARY);
+        std::vector<std::string> words;
+        while (row.executeStep() && !m_stopping)
+            words.push_back(row.getColumn(0).getString());
+        m_vocabulary.add(std::move(words));
+        return true;
+    } catch (const SQLite::Exception &) {
+        return false;
+    }
 }
 
 /// Every file with its size and time of change.

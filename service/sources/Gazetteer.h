@@ -72,7 +72,7 @@ private:
     void findPlaces(SQLite::Database &database, const ProviderSearch &search, ProviderAnswer &answer);
     /// How the term of a search is read: the same for each page of it.
     Reading readingFor(SQLite::Database &database, const ProviderSearch &search) const;
-    void readVocabulary();
+    bool readVocabulary();
     /// Names of the categories that have a word starting with each word of the term.
     static QStringList categories(SQLite::Database &database, const QString &term);
     [[nodiscard]] FoundPlace placeAt(SQLite::Database &database, qint64 id) const;

@@ -123,7 +123,8 @@ private:
         return std::string(looksAtName() ? "name " : "") + (looksAtKind() ? "kind " : "")
                + (looksAtRest() ? "alias address" : "");
     }
-    [[nodiscard]] bool passes(const std::function<bool(const Spelling &)> &hasWord) const
+    template <typename HasWord>
+    [[nodiscard]] bool passes(const HasWord &hasWord) const
     {
         return std::any_of(m_reading.wordings.begin(), m_reading.wordings.end(),
                            [&hasWord](const Wording &wording) { return wording.passes(hasWord); });

@@ -27,11 +27,6 @@ QString fromIcu(const icu::UnicodeString &text)
     return QString(reinterpret_cast<const QChar *>(text.getBuffer()), text.length());
 }
 
-bool isAscii(const QString &text)
-{
-    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
-}
-
 /// Combining marks that are accents: the blocks "Combining Diacritical Marks", with Extended and Supplement, the vowel
 /// signs of Arabic, and the points of Hebrew.
 bool isAccent(UChar32 code)
@@ -74,6 +69,11 @@ icu::UnicodeString normalized(const icu::Normalizer2 *(*instance)(UErrorCode &),
 }
 
 } // namespace
+
+bool isAscii(const QString &text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
+}
 
 QString caseFolded(const QString &text)
 {

@@ -7,6 +7,8 @@
 namespace placesd
 {
 
+bool isAscii(const QString &text);
+
 /// Case folding with compatibility decomposition, without ignorable characters (NFKC_Casefold of Unicode's chapter
 /// 3.13). Accents stay. KEY_END becomes a blank.
 QString caseFolded(const QString &text);

@@ -59,6 +59,8 @@ SpelledWord spelledWord(const QString &folded)
 {
     SpelledWord word;
     word.key = withoutAccents(folded);
+    if (isAscii(folded))
+        return word;
     addUnless(word.others, words(withoutAccents(withTwoLetters(folded))), word.key);
     addUnless(word.others, words(inLatin(folded)), word.key);
     word.pieces = piecesOf(word.key);
@@ -69,6 +71,8 @@ SpelledWord spelledWord(const QString &folded)
 QList<SpelledWord> joinedWords(const QString &folded)
 {
     QList<SpelledWord> joined;
+    if (std::none_of(folded.begin(), folded.end(), isApostrophe))
+        return joined;
     for (const QString &part : folded.split(QLatin1Char(' '))) {
         if (!std::any_of(part.begin(), part.end(), isApostrophe))
             continue;

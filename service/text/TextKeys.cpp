@@ -5,6 +5,7 @@
 #include "places/SearchOperator.h"
 #include "text/Folding.h"
 #include "text/Spellings.h"
+#include "text/Utf8.h"
 
 #include <QtCore/QVector>
 
@@ -32,34 +33,15 @@ bool isPartOfWord(uint code)
     return (isOfKind && code != 0x166D) || isUnknown;
 }
 
-bool startsWith(std::string_view text, std::string_view start)
-{
-    return text.compare(0, start.size(), start) == 0;
-}
-
 bool endsWith(std::string_view text, std::string_view end)
 {
     return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
 
-/// The code point at `position` of valid UTF-8.
-uint codePointAt(std::string_view text, std::size_t position)
-{
-    const auto byte = [&](std::size_t at) {
-        return at < text.size() ? static_cast<unsigned char>(text[at]) : static_cast<unsigned char>(0);
-    };
-    const uint first = byte(position);
-    const std::size_t length = first < 0x80 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
-    uint code = length == 1 ? first : first & (0x7FU >> length);
-    for (std::size_t i = 1; i < length; ++i)
-        code = (code << 6) | (byte(position + i) & 0x3FU);
-    return code;
-}
-
 /// Where the character begins that a byte of valid UTF-8 belongs to.
 std::size_t startOfCharacter(std::string_view text, std::size_t position)
 {
-    while (position > 0 && (static_cast<unsigned char>(text[position]) & 0xC0U) == 0x80U)
+    while (position > 0 && isContinuation(text[position]))
         --position;
     return position;
 }

@@ -17,8 +17,8 @@ namespace placesd
 /// are not those that are made now.
 std::string keyVersion();
 
-/// Without case and accents, Latin letters as ASCII ("Łódź" as "lodz"): what two texts have in common that are the same
-/// to whoever searches. Signs that are no accents, such as the vowels of many scripts, stay.
+/// Without case and accents, Latin letters as ASCII ("Łódź" as "lodz"). Texts with the same key are the same for a
+/// search. Signs that are no accents, such as the vowels of many scripts, stay.
 QString searchKey(const QString &text);
 
 /// Without case: what names are sorted by, whatever the locale.

@@ -177,7 +177,7 @@ Wording Wording::of(const QString &term)
         for (const QString &other : others)
             word.push_back({other.toStdString()});
         const auto isSame = [&word](const Word &known) { return known.front().text == word.front().text; };
-        if (std::none_of(words.begin(), words.end(), isSame))
+        if (words.size() < limits::TERM_WORDS && std::none_of(words.begin(), words.end(), isSame))
             words.push_back(std::move(word));
     };
     for (const SpelledWord &word : spelledWords(term)) {
@@ -187,12 +187,6 @@ Wording Wording::of(const QString &term)
             add(word.key, word.others);
     }
     return Wording(std::move(words));
-}
-
-bool Wording::passes(const std::function<bool(const Spelling &)> &hasWord) const
-{
-    return std::all_of(m_words.begin(), m_words.end(),
-                       [&hasWord](const Word &word) { return std::any_of(word.begin(), word.end(), hasWord); });
 }
 
 bool Wording::isIn(std::string_view key) const
@@ -216,9 +210,14 @@ std::string Reading::expression() const
     return joined(texts, " OR ");
 }
 
+Reading asTyped(const Wording &typed)
+{
+    return {{typed}, true};
+}
+
 Reading chooseReading(const Wording &typed, const ReadingSearch &search)
 {
-    const Reading inNames{{typed}, true};
+    const Reading inNames = asTyped(typed);
     const Reading inTexts{{typed}, false};
     if (typed.isEmpty() || search.finds(inNames))
         return inNames;

@@ -3,6 +3,7 @@
 
 #include <QtCore/QString>
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -32,14 +33,20 @@ public:
     explicit Wording(std::vector<Word> words)
         : m_words(std::move(words))
     {}
-    /// A term as it was typed. Each word may be the beginning of a longer one.
+    /// A term as it was typed. Each word may be the beginning of a longer one. Words beyond limits::TERM_WORDS are left
+    /// out.
     static Wording of(const QString &term);
 
     [[nodiscard]] const std::vector<Word> &words() const { return m_words; }
     [[nodiscard]] bool isEmpty() const { return m_words.empty(); }
 
     /// Whether for each word `hasWord` accepts one of its spellings.
-    [[nodiscard]] bool passes(const std::function<bool(const Spelling &)> &hasWord) const;
+    template <typename HasWord>
+    [[nodiscard]] bool passes(const HasWord &hasWord) const
+    {
+        return std::all_of(m_words.begin(), m_words.end(),
+                           [&hasWord](const Word &word) { return std::any_of(word.begin(), word.end(), hasWord); });
+    }
     /// Whether a key has the words.
     [[nodiscard]] bool isIn(std::string_view key) const;
     /// Expression for a full-text index. Not for an empty wording.
@@ -57,6 +64,9 @@ struct Reading
 
     [[nodiscard]] std::string expression() const;
 };
+
+/// The first reading of a term: the words as typed start words of names.
+Reading asTyped(const Wording &typed);
 
 /// What a reading is chosen for.
 struct ReadingSearch
