@@ -4,6 +4,7 @@
 
 #include "store/Store.h"
 
+#include "Log.h"
 #include "places/Place.h"
 #include "places/PlaceHeader.h"
 #include "store/OldSchemas.h"
@@ -120,6 +121,7 @@ void Store::makeTables()
 /// Keys were made by other rules, or by other Unicode data: what places are found by is made anew from their records.
 void Store::remakeKeys()
 {
+    logError("the keys of all places are made anew, which takes a while in a large database");
     openRecords();
     execute(sql::DELETE_PROPERTIES);
     std::vector<qint64> ids;

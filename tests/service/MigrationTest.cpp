@@ -134,6 +134,26 @@ TEST_P(MigrationTest, KeepsEverythingAndTheUnreadableCanBeRemoved)
     EXPECT_EQ(migrated.execAndGet("PRAGMA user_version").getInt(), 3);
 }
 
+TEST_P(MigrationTest, KeysOfOtherRulesAreMadeAnew)
+{
+    service.kill();
+    const QString database = put("places.db");
+    service.start();
+    service.stop();
+    SQLite::Database(database.toStdString(), SQLite::OPEN_READWRITE)
+        .exec("UPDATE place SET name_key = 'old' || id; UPDATE property SET value = value || 'old';"
+              " UPDATE search_term SET key = 'old'; PRAGMA application_id = 1");
+    service.start();
+    expectPlacesAndTerms();
+    QStringList terms;
+    EXPECT_EQ(protocol.getRecentSearchTerms(terms, QStringLiteral("zur")), Error::Success);
+    EXPECT_EQ(terms.size(), 1);
+    service.stop();
+    SQLite::Database remade(database.toStdString());
+    EXPECT_EQ(remade.execAndGet("SELECT count(*) FROM property WHERE value LIKE '%old'").getInt(), 0);
+    EXPECT_GT(remade.execAndGet("SELECT count(*) FROM property").getInt(), 0);
+}
+
 TEST_P(MigrationTest, ABackupOfAnEarlierVersionIsRestored)
 {
     const QString backup = put("old.db");
