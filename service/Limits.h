@@ -52,6 +52,8 @@ constexpr std::size_t CORRECTED_WORDINGS = 16;
 constexpr int MORE_EDITS = 2;
 /// Most words of a term of which a search leaves some out.
 constexpr std::size_t WORDS_IN_TURN = 8;
+/// Places with a word that are counted to tell which of two words is rarer.
+constexpr int COUNTED_PLACES = 20000;
 /// Most leaves of a rule that find what is not stored.
 constexpr std::size_t RULE_SOURCES = 8;
 /// Results that a provider is asked for at once.

@@ -28,15 +28,15 @@ int schemaVersion()
 {
     const QTemporaryDir folder;
     const std::string path = folder.filePath(QStringLiteral("empty.db")).toStdString();
-    std::timed_mutex lock;
-    const placesd::Store store(path, lock);
+    placesd::StoreShared shared;
+    const placesd::Store store(path, shared);
     return SQLite::Database(path).execAndGet("PRAGMA user_version").getInt();
 }
 
 void fill(const QString &path, int places)
 {
-    std::timed_mutex lock;
-    placesd::Store store(path.toStdString(), lock);
+    placesd::StoreShared shared;
+    placesd::Store store(path.toStdString(), shared);
     PlaceMaker maker;
     for (int done = 0; done < places; done += BATCH) {
         store.write([&] {

@@ -41,7 +41,7 @@ CandidateRow::CandidateRow(FoundPlace place, qint64 id)
 std::string_view CandidateRow::nameKey() const
 {
     if (!m_nameKey)
-        m_nameKey = searchKey(m_place->name()).toStdString();
+        m_nameKey = indexKey(m_place->name()).toStdString();
     return *m_nameKey;
 }
 
@@ -77,6 +77,15 @@ bool CandidateRow::passes(const FacetTest &test) const
 bool CandidateRow::passes(const PropertyTest &test) const
 {
     return test(PlacePrivate::privateFromPublic(m_place.get())->auxiliaryData());
+}
+
+bool CandidateRow::passes(const TermTest &test) const
+{
+    if (test.isOfNames())
+        return test(nameKey());
+    if (!m_textKey)
+        m_textKey = textKeyOf(*PlacePrivate::privateFromPublic(m_place.get())).toStdString();
+    return test(*m_textKey);
 }
 
 void Candidates::add(int source, const std::vector<FoundPlace> &places)

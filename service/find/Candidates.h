@@ -38,6 +38,7 @@ public:
     [[nodiscard]] vela::platform::places::Coordinates position() const override;
     [[nodiscard]] bool passes(const FacetTest &test) const override;
     [[nodiscard]] bool passes(const PropertyTest &test) const override;
+    [[nodiscard]] bool passes(const TermTest &test) const override;
 
 private:
     const FoundPlace m_place;
@@ -45,6 +46,7 @@ private:
     // Made when they are asked for.
     mutable std::optional<std::string> m_nameKey;
     mutable std::optional<std::string> m_sortKey;
+    mutable std::optional<std::string> m_textKey;
 };
 
 /// What the sources gave for the leaves of a rule. A candidate that is stored is that stored place; any other gets an

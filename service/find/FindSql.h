@@ -33,9 +33,13 @@ constexpr char NOWHERE_DOWN[] = "SELECT * FROM place INDEXED BY place_nowhere WH
 // From the index of a condition. Statements that end with ?LIMIT count no further than that.
 constexpr char WITH_WORDS[] = "SELECT place.* FROM name_index CROSS JOIN place ON place.id = name_index.rowid"
                               " WHERE name_index MATCH ?1";
-constexpr char COUNT_WITH_WORDS[] = "SELECT count(*) FROM name_index WHERE name_index MATCH ?1";
 constexpr char COUNT_SOME_WITH_WORDS[] =
     "SELECT count(*) FROM (SELECT 1 FROM name_index WHERE name_index MATCH ?1 LIMIT ?2)";
+constexpr char IN_TEXTS[] = "SELECT place.* FROM text_index CROSS JOIN place ON place.id = text_index.rowid"
+                            " WHERE text_index MATCH ?1";
+constexpr char SOME_IN_TEXTS[] = "SELECT rowid FROM text_index WHERE text_index MATCH ?1 LIMIT ?2";
+constexpr char COUNT_SOME_IN_TEXTS[] =
+    "SELECT count(*) FROM (SELECT 1 FROM text_index WHERE text_index MATCH ?1 LIMIT ?2)";
 /// Names, as keys, from ?1 on and before ?2.
 constexpr char OF_NAMES[] = "SELECT * FROM place INDEXED BY place_by_key WHERE name_key >= ?1 AND name_key < ?2";
 constexpr char COUNT_SOME_OF_NAMES[] = "SELECT count(*) FROM (SELECT 1 FROM place INDEXED BY place_by_key WHERE "

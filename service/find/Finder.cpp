@@ -11,6 +11,7 @@
 #include "places/SortRule.h"
 #include "store/Records.h"
 #include "store/Store.h"
+#include "text/JoinedVocabulary.h"
 
 #include <algorithm>
 #include <limits>
@@ -60,6 +61,14 @@ std::vector<const Rule *> concatenated(const Rule &rule)
     return searches;
 }
 
+void addTerms(const Rule &rule, FindTerms &terms)
+{
+    if (isByWords(rule))
+        terms.emplace(rule.text, nullptr);
+    for (const Rule &member : rule.members)
+        addTerms(member, terms);
+}
+
 } // namespace
 
 Finder::Finder(Store &store, PlaceSources sources, Query query, bool external, Deadline deadline, Plan plan)
@@ -72,6 +81,8 @@ Finder::Finder(Store &store, PlaceSources sources, Query query, bool external, D
     , m_order(m_query.sort)
     , m_sources(numberSources(m_query.rule))
 {
+    addTerms(m_query.rule, m_terms);
+    readAsTyped(true);
     for (const Rule *leaf : m_sources) {
         const std::optional<SearchKind> kind = providerSearchOf(*leaf);
         if (kind && !m_from.providers.isEmpty())
@@ -124,7 +135,7 @@ Finder::ReturnCode Finder::makeSearches(bool isFirstBatch)
         return ReturnCode::LimitExceeded;
     m_searches.clear();
     m_candidates = std::make_unique<Candidates>(m_store);
-    RuleCompiler compiler(m_store, *m_candidates, m_external);
+    RuleCompiler compiler(m_store, *m_candidates, m_terms, m_external);
     const std::vector<const Rule *> rules = concatenated(m_query.rule);
     for (std::size_t i = 0; i < rules.size(); ++i)
         m_searches.push_back({rules[i], conditionOf(compiler, rules, i, isFirstBatch), hasSource(*rules[i]), false});
@@ -159,7 +170,7 @@ std::vector<FoundPlace> Finder::localPlaces(const Rule &leaf, ReturnCode &code)
             places.push_back(placeOf(term));
     }
     if (asksContacts(leaf)) {
-        auto found = m_from.contacts->find(leaf.text, kind == SourceKind::MeetingRooms, m_deadline);
+        auto found = m_from.contacts->find(m_terms.at(leaf.text)->test(), kind == SourceKind::MeetingRooms, m_deadline);
         if (found)
             return std::move(*found);
         code = ReturnCode::TookTooLong;
@@ -186,6 +197,107 @@ Finder::ReturnCode Finder::fetchLocal(Search &search)
     return fetchLocal(*search.rule);
 }
 
+// ------------------------------------------------------------------------------------------------- reading terms
+
+void Finder::read(const QString &term, Reading reading)
+{
+    auto fresh = std::make_shared<SearchTerm>(m_store, term, std::move(reading));
+    std::shared_ptr<const SearchTerm> &known = m_terms[term];
+    // What is known of the same reading is not looked for again.
+    if (!known || !fresh->test().isLike(known->test()))
+        known = std::move(fresh);
+}
+
+void Finder::readAsTyped(bool inNames)
+{
+    for (const auto &known : m_terms)
+        read(known.first, {{Wording::of(known.first)}, inNames});
+}
+
+Finder::ReturnCode Finder::runByReading(const std::function<ReturnCode()> &work)
+{
+    ReturnCode code = makeSearches(true);
+    if (code == ReturnCode::Success)
+        code = work();
+    if (code != ReturnCode::Success || isAnswered())
+        return code;
+    const bool areAllTried = std::all_of(m_searches.begin(), m_searches.end(), [](const Search &search) {
+        return !hasWords(*search.rule) || search.finds.has_value();
+    });
+    code = chooseReadings(areAllTried);
+    if (code == ReturnCode::Success)
+        code = makeSearches(true);
+    return code == ReturnCode::Success ? work() : code;
+}
+
+bool Finder::isAnswered() const
+{
+    const bool hasTerms =
+        std::any_of(m_terms.begin(), m_terms.end(), [](const auto &term) { return term.second->test().hasWords(); });
+    return !hasTerms || std::any_of(m_searches.begin(), m_searches.end(), [](const Search &search) {
+        return hasWords(*search.rule) && search.finds.value_or(false);
+    });
+}
+
+Finder::ReturnCode Finder::chooseReadings(bool isFirstTried)
+{
+    ReturnCode code = ReturnCode::Success;
+    if (m_terms.size() == 1) {
+        chooseReadingOf(m_terms.begin()->first, isFirstTried, code);
+    } else if (!m_terms.empty() && (isFirstTried || !findAnyByWords(code))) {
+        readAsTyped(false);
+        if (!findAnyByWords(code))
+            readAsTyped(true);
+    }
+    return code;
+}
+
+void Finder::chooseReadingOf(const QString &term, bool isFirstTried, ReturnCode &code)
+{
+    std::shared_ptr<const Vocabulary> contacts;
+    if (std::any_of(m_sources.begin(), m_sources.end(), [this](const Rule *leaf) { return asksContacts(*leaf); }))
+        contacts = m_from.contacts->vocabulary(m_deadline);
+    const CorrectionSource &stored = m_store.vocabulary();
+    const JoinedVocabulary joined(stored, contacts ? *contacts : stored);
+    const CorrectionSource &vocabulary = contacts ? static_cast<const CorrectionSource &>(joined) : stored;
+    const auto finds = [&](const Reading &reading) {
+        if (reading.inNames && isFirstTried)
+            return false;
+        read(term, reading);
+        return findAnyByWords(code);
+    };
+    const auto frequency = [&](const Reading &reading) { return countWithWords(term, reading, code); };
+    read(term, chooseReading(Wording::of(term), {vocabulary, finds, frequency}));
+}
+
+/// True also when that cannot be found out: the find ends then.
+bool Finder::findAnyByWords(ReturnCode &code)
+{
+    if (code == ReturnCode::Success)
+        code = makeSearches(true);
+    for (Search &search : m_searches) {
+        if (!hasWords(*search.rule))
+            continue;
+        if (code == ReturnCode::Success)
+            code = fetchLocal(search);
+        if (code != ReturnCode::Success || !hitsOf(search, 1).empty())
+            return true;
+    }
+    return code != ReturnCode::Success;
+}
+
+qint64 Finder::countWithWords(const QString &term, const Reading &reading, ReturnCode &code)
+{
+    const SearchTerm counted(m_store, term, reading);
+    qint64 count = counted.count(limits::COUNTED_PLACES);
+    const auto asks = [this](const Rule *leaf) { return asksContacts(*leaf); };
+    if (code == ReturnCode::Success && std::any_of(m_sources.begin(), m_sources.end(), asks)) {
+        if (const auto contacts = m_from.contacts->find(counted.test(), false, m_deadline))
+            count += static_cast<qint64>(contacts->size());
+    }
+    return count;
+}
+
 // -------------------------------------------------------------------------------------------------------- finding
 
 Finder::ReturnCode Finder::find(Page &page)
@@ -196,12 +308,13 @@ Finder::ReturnCode Finder::find(Page &page)
 Finder::ReturnCode Finder::findWithoutProviders(Page &page)
 {
     const auto snapshot = m_store.snapshot();
-    if (const ReturnCode code = makeSearches(true); code != ReturnCode::Success)
-        return code;
     std::vector<qint64> ids;
     const auto wanted = static_cast<std::size_t>(m_query.count);
-    if (const ReturnCode code = collect(static_cast<std::size_t>(m_query.offset), wanted + 1, ids);
-        code != ReturnCode::Success)
+    const ReturnCode code = runByReading([&] {
+        ids.clear();
+        return collect(static_cast<std::size_t>(m_query.offset), wanted + 1, ids);
+    });
+    if (code != ReturnCode::Success)
         return code;
     page.hasMore = ids.size() > wanted;
     ids.resize(std::min(ids.size(), wanted));
@@ -213,6 +326,14 @@ Finder::ReturnCode Finder::findWithoutProviders(Page &page)
     return ReturnCode::Success;
 }
 
+/// Providers read terms for themselves. What is found without them is read alike on all pages.
+Finder::ReturnCode Finder::readForProviders()
+{
+    const auto snapshot = m_store.snapshot();
+    const ReturnCode code = chooseReadings(false);
+    return code == ReturnCode::Success ? makeSearches(true) : code;
+}
+
 Finder::ReturnCode Finder::findByBatches(Page &page)
 {
     const int size = canBeBatched() ? limits::PROVIDER_BATCH : limits::PROVIDER_RESULTS_AT_ONCE;
@@ -221,7 +342,7 @@ Finder::ReturnCode Finder::findByBatches(Page &page)
     Cursor cursor{0, m_query.offset};
     if (hasCursor)
         cursor = {m_query.providerPrimaryIndex, std::max(0, m_query.providerSecondaryIndex)};
-    if (const ReturnCode code = makeSearches(cursor.batch == 0); code != ReturnCode::Success)
+    if (const ReturnCode code = readForProviders(); code != ReturnCode::Success)
         return code;
 
     for (; cursor.batch <= lastBatch; ++cursor.batch) {
@@ -313,6 +434,7 @@ Finder::ReturnCode Finder::collect(std::size_t offset, std::size_t count, std::v
         if (const ReturnCode code = fetchLocal(search); code != ReturnCode::Success)
             return code;
         const std::vector<Hit> hits = hitsOf(search, offset + count - ids.size());
+        search.finds = !hits.empty();
         for (std::size_t i = offset; i < hits.size(); ++i)
             ids.push_back(hits[i].id);
         offset -= std::min(offset, hits.size());
@@ -374,18 +496,28 @@ std::string Finder::recordOf(qint64 id)
 
 Finder::ReturnCode Finder::count(int &count)
 {
-    ReturnCode code = ReturnCode::Success;
-    if (asksProviders())
+    qint64 all = 0;
+    const ReturnCode code = asksProviders() ? countWithProviders(all) : countWithoutProviders(all);
+    count = static_cast<int>(std::min<qint64>(all, std::numeric_limits<int>::max()));
+    return code;
+}
+
+Finder::ReturnCode Finder::countWithoutProviders(qint64 &count)
+{
+    const auto snapshot = m_store.snapshot();
+    return runByReading([&] { return countAll(count); });
+}
+
+Finder::ReturnCode Finder::countWithProviders(qint64 &count)
+{
+    ReturnCode code = readForProviders();
+    if (code == ReturnCode::Success)
         code = ask(0, canBeBatched() ? limits::PROVIDER_RESULTS : limits::PROVIDER_RESULTS_AT_ONCE);
     if (code != ReturnCode::Success)
         return code;
     const auto snapshot = m_store.snapshot();
-    code = asksProviders() ? takeAnswers(0) : makeSearches(true);
-    qint64 all = 0;
-    if (code == ReturnCode::Success)
-        code = countAll(all);
-    count = static_cast<int>(std::min<qint64>(all, std::numeric_limits<int>::max()));
-    return code;
+    code = takeAnswers(0);
+    return code == ReturnCode::Success ? countAll(count) : code;
 }
 
 Finder::ReturnCode Finder::countAll(qint64 &count)
@@ -394,8 +526,10 @@ Finder::ReturnCode Finder::countAll(qint64 &count)
     for (Search &search : m_searches) {
         if (const ReturnCode code = fetchLocal(search); code != ReturnCode::Success)
             return code;
-        count += StoredSearch(m_store, *search.condition, m_order).count();
-        count += static_cast<qint64>(candidateHits(search).size());
+        const qint64 found = StoredSearch(m_store, *search.condition, m_order).count()
+                             + static_cast<qint64>(candidateHits(search).size());
+        search.finds = found > 0;
+        count += found;
     }
     return ReturnCode::Success;
 }

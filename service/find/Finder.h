@@ -9,6 +9,8 @@
 #include "sources/ContactBook.h"
 #include "sources/Providers.h"
 
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -69,13 +71,29 @@ private:
         const Rule *rule;
         ConditionPtr condition;
         bool takesCandidates = false;
-        bool isFetched = false; ///< Whether what is not stored, but found without the providers, was fetched.
+        bool isFetched = false;         ///< Whether what is not stored, but found without the providers, was fetched.
+        std::optional<bool> finds = {}; ///< Whether it finds anything; unset before that was looked for.
     };
 
     [[nodiscard]] bool asksProviders() const { return !m_asks.empty(); }
     [[nodiscard]] bool asksContacts(const Rule &leaf) const;
     [[nodiscard]] ProviderSearch searchFor(const Rule &leaf, SearchKind kind) const;
     [[nodiscard]] bool canBeBatched() const;
+
+    /// Runs `work` on the searches, and once more by another reading of the terms where no search by words found
+    /// anything.
+    ReturnCode runByReading(const std::function<ReturnCode()> &work);
+    /// Whether a search by words found something, or no term has words.
+    [[nodiscard]] bool isAnswered() const;
+    /// Reads the terms in the first way in which a search by words finds anything.
+    /// @param isFirstTried whether the first way is known to find nothing.
+    ReturnCode chooseReadings(bool isFirstTried);
+    void chooseReadingOf(const QString &term, bool isFirstTried, ReturnCode &code);
+    void readAsTyped(bool inNames);
+    void read(const QString &term, Reading reading);
+    /// Whether a search by words finds anything by the readings that are set.
+    bool findAnyByWords(ReturnCode &code);
+    qint64 countWithWords(const QString &term, const Reading &reading, ReturnCode &code);
 
     /// Makes the searches for the first batch, or for one of those behind it.
     ReturnCode makeSearches(bool isFirstBatch);
@@ -87,6 +105,7 @@ private:
     std::vector<FoundPlace> localPlaces(const Rule &leaf, ReturnCode &code);
 
     ReturnCode findWithoutProviders(Page &page);
+    ReturnCode readForProviders();
     ReturnCode findByBatches(Page &page);
     /// Asks for a batch of the providers' places.
     ReturnCode ask(int batch, int size);
@@ -99,6 +118,8 @@ private:
     ReturnCode collect(std::size_t offset, std::size_t count, std::vector<qint64> &ids);
     std::vector<Hit> hitsOf(const Search &search, std::size_t wanted);
     std::vector<Hit> candidateHits(const Search &search) const;
+    ReturnCode countWithoutProviders(qint64 &count);
+    ReturnCode countWithProviders(qint64 &count);
     ReturnCode countAll(qint64 &count);
     /// The record of a place that was found; empty, and a message in the log, for one that cannot be read.
     std::string recordOf(qint64 id);
@@ -110,6 +131,7 @@ private:
     const Deadline m_deadline;
     const Plan m_plan;
     const Order m_order;
+    FindTerms m_terms;
     std::vector<const Rule *> m_sources; ///< Leaves of the query's rule.
     std::vector<Ask> m_asks;
     std::unique_ptr<Candidates> m_candidates; ///< Before the searches: their conditions look at it.

@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <limits>
 
 namespace placesd
 {
@@ -49,25 +50,28 @@ std::unique_ptr<RowSource> rowsOf(Store &store, const char *sql, const std::vect
     return std::make_unique<StatementSource>(store, sql, bindings);
 }
 
-/// The texts that an operator can find: from the first on, and before the second. The default finds all: no text in
-/// UTF-8 has the byte 0xFF.
+/// The texts that an operator can find, and index keys of such texts: from the first on, and before the second. The
+/// default finds all: no text in UTF-8 has the byte 0xFF.
 struct Range
 {
     QByteArray from;
     QByteArray to = QByteArrayLiteral("\xFF");
 };
 
+/// Comes after what may follow the search key in an index key.
+constexpr char BEHIND_KEY = KEY_END + 1;
+
 Range rangeOf(const TextTest &test, const QByteArray &term)
 {
     switch (test.op()) {
     case SearchOperator::Equals:
-        return {term, term + '\0'};
+        return {term, term + BEHIND_KEY};
     case SearchOperator::StartsWith:
         return {term, term + '\xFF'};
     case SearchOperator::GreaterOrEqual:
         return {term};
     case SearchOperator::LessOrEqual:
-        return {{}, term + '\0'};
+        return {{}, term + BEHIND_KEY};
     default:
         return {};
     }
@@ -83,33 +87,33 @@ bool isRange(const TextTest &test)
 
 // ----------------------------------------------------------------------------------------------------------- names
 
+Condition::Source WordsCondition::source(Store &, const Order &, qint64 limit) const
+{
+    return {m_term->places(), m_term->count(limit)};
+}
+
+/// An entry in the index of all texts may be that of a place that was removed when it could not be read.
+std::optional<qint64> WordsCondition::count(Store &) const
+{
+    if (!m_term->test().hasWords() || !m_term->test().isOfNames())
+        return {};
+    return m_term->count(std::numeric_limits<qint64>::max());
+}
+
 NameCondition::NameCondition(int op, const QString &term)
     : m_test(op, searchKey(term))
-{
-    if (op == SearchOperator::Contains)
-        m_match = matchExpression(term);
-}
+{}
 
 bool NameCondition::hasSource() const
 {
-    return !m_match.isEmpty() || isRange(m_test);
+    return isRange(m_test);
 }
 
 Condition::Source NameCondition::source(Store &store, const Order &, qint64 limit) const
 {
-    if (!m_match.isEmpty())
-        return {rowsOf(store, sql::WITH_WORDS, {m_match}),
-                numberOf(store, sql::COUNT_SOME_WITH_WORDS, {m_match, limit})};
     const Range names = rangeOf(m_test, QByteArray::fromStdString(m_test.term()));
     return {rowsOf(store, sql::OF_NAMES, {names.from, names.to}),
             numberOf(store, sql::COUNT_SOME_OF_NAMES, {names.from, names.to, limit})};
-}
-
-std::optional<qint64> NameCondition::count(Store &store) const
-{
-    if (m_match.isEmpty())
-        return {};
-    return numberOf(store, sql::COUNT_WITH_WORDS, {m_match});
 }
 
 // ------------------------------------------------------------------------------------------------------------ uses

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "find/Condition.h"
+#include "find/SearchTerm.h"
 
 #include <QtCore/QString>
 
@@ -11,19 +12,34 @@ namespace placesd
 
 class Candidates;
 
-/// By the name, without case and accents.
-class NameCondition : public Condition
+/// By the words of a term.
+class WordsCondition : public Condition
 {
 public:
-    NameCondition(int op, const QString &term);
-    [[nodiscard]] bool test(const PlaceRow &row) const override { return m_test(row.nameKey()); }
-    [[nodiscard]] bool hasSource() const override;
+    explicit WordsCondition(std::shared_ptr<const SearchTerm> term)
+        : m_term(std::move(term))
+    {}
+    [[nodiscard]] bool test(const PlaceRow &row) const override { return m_term->isIn(row); }
+    [[nodiscard]] int cost() const override { return m_term->cost(); }
+    [[nodiscard]] bool hasSource() const override { return m_term->test().hasWords(); }
     [[nodiscard]] Source source(Store &store, const Order &order, qint64 limit) const override;
     [[nodiscard]] std::optional<qint64> count(Store &store) const override;
 
 private:
+    const std::shared_ptr<const SearchTerm> m_term;
+};
+
+/// By the name as it is, without case and accents.
+class NameCondition : public Condition
+{
+public:
+    NameCondition(int op, const QString &term);
+    [[nodiscard]] bool test(const PlaceRow &row) const override { return m_test(searchKeyIn(row.nameKey())); }
+    [[nodiscard]] bool hasSource() const override;
+    [[nodiscard]] Source source(Store &store, const Order &order, qint64 limit) const override;
+
+private:
     const TextTest m_test;
-    QString m_match; ///< Expression for the full-text index; empty where it does not serve.
 };
 
 /// By the time of the last use: from one time to another, both included.

@@ -223,8 +223,8 @@ ConditionPtr RuleCompiler::use(int op, int time)
 
 ConditionPtr RuleCompiler::name(int op, const QString &term)
 {
-    if (op == SearchOperator::Contains && term.isEmpty())
-        return everything();
+    if (op == SearchOperator::Contains)
+        return term.isEmpty() ? everything() : std::make_unique<WordsCondition>(m_terms.at(term));
     auto condition = std::make_unique<NameCondition>(op, term);
     return TextTest(op, {}).isUnderstood() ? ConditionPtr(std::move(condition)) : notUnderstood();
 }

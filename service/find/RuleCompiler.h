@@ -3,6 +3,7 @@
 
 #include "find/Condition.h"
 #include "find/Query.h"
+#include "find/SearchTerm.h"
 
 #include <map>
 #include <memory>
@@ -20,11 +21,12 @@ class RuleCompiler
 {
 public:
     /// @param store whose facets the conditions know by number. @param candidates what FoundConditions look at;
-    /// outlives the conditions. @param external whether the query came by the external channel, which sees no contacts
-    /// and no recent places.
-    RuleCompiler(Store &store, const Candidates &candidates, bool external)
+    /// outlives the conditions. @param terms of all leaves of the rules that look for words. @param external whether
+    /// the query came by the external channel, which sees no contacts and no recent places.
+    RuleCompiler(Store &store, const Candidates &candidates, const FindTerms &terms, bool external)
         : m_store(store)
         , m_candidates(candidates)
+        , m_terms(terms)
         , m_external(external)
     {}
 
@@ -54,6 +56,7 @@ private:
 
     Store &m_store;
     const Candidates &m_candidates;
+    const FindTerms &m_terms;
     const bool m_external;
     bool m_withoutProviders = false;
     bool m_isUnderstood = true;

@@ -2,6 +2,7 @@
 
 #include "find/Sources.h"
 
+#include "places/SearchOperator.h"
 #include "search/SearchRulePrivate.h"
 
 #include <algorithm>
@@ -10,6 +11,7 @@ namespace placesd
 {
 
 using orix_places_protocol::SearchRuleKind;
+using vela::platform::places::SearchOperator;
 using Field = vela::platform::places::SearchRulePrivate::Field;
 
 namespace
@@ -86,6 +88,18 @@ bool joinsSearches(const Rule &rule)
     return (rule.kind == SearchRuleKind::And || rule.kind == SearchRuleKind::Or) && !rule.members.empty()
            && std::all_of(rule.members.begin(), rule.members.end(),
                           [](const Rule &member) { return member.kind == SearchRuleKind::Disjoint; });
+}
+
+bool isByWords(const Rule &rule)
+{
+    const SourceKind kind = sourceKindOf(rule);
+    const bool isName = isLeaf(rule) && rule.field == Field::Name && rule.op == SearchOperator::Contains;
+    return isName || kind == SourceKind::Contacts || kind == SourceKind::MeetingRooms;
+}
+
+bool hasWords(const Rule &rule)
+{
+    return isByWords(rule) || std::any_of(rule.members.begin(), rule.members.end(), hasWords);
 }
 
 bool asksProviders(const Rule &rule)

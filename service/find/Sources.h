@@ -37,6 +37,11 @@ bool hasSource(const Rule &rule);
 /// merges them.
 bool joinsSearches(const Rule &rule);
 
+/// Whether a rule is a leaf that looks for places by the words of a term.
+bool isByWords(const Rule &rule);
+/// Whether the rule is such a leaf, or has one.
+bool hasWords(const Rule &rule);
+
 /// Whether the rule, or one of its members, asks the providers.
 bool asksProviders(const Rule &rule);
 

@@ -82,7 +82,7 @@ const Service::Entry *Service::entryOf(int type)
 Service::Service(Shared &shared, Pool pool)
     : m_shared(shared)
     , m_pool(pool)
-    , m_store(shared.database, shared.writeLock)
+    , m_store(shared.database, shared.store)
 {}
 
 Answer Service::answer(const char *bytes, unsigned int length, const Caller &caller, Deadline deadline)

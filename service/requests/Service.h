@@ -50,8 +50,8 @@ struct Shared
     const Providers providers;
     const std::unique_ptr<ContactBook> contacts; ///< May ask a provider.
     const std::chrono::milliseconds requestTime;
-    std::timed_mutex writeLock;
-    BackupKeeper backups{database, writeLock};
+    StoreShared store;
+    BackupKeeper backups{database, store};
 };
 
 /// The thread pools that run requests.

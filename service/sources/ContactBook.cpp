@@ -4,10 +4,12 @@
 
 #include "Limits.h"
 #include "Log.h"
+#include "model/PlacePrivate.h"
 #include "places/AuxiliaryData.h"
 #include "places/Place.h"
 #include "sources/Gazetteer.h"
 #include "sources/VCardFile.h"
+#include "store/IndexEntries.h"
 #include "text/TextKeys.h"
 
 #include <QtCore/QFile>
@@ -85,56 +87,56 @@ ContactBook::~ContactBook()
 bool ContactBook::isRead() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_entries != nullptr;
+    return m_contents != nullptr;
 }
 
-std::optional<std::vector<FoundPlace>> ContactBook::find(const QString &term, bool onlyRooms, Deadline deadline)
+std::optional<std::vector<FoundPlace>> ContactBook::find(const TermTest &test, bool onlyRooms, Deadline deadline)
 {
-    const Snapshot all = entries(deadline);
+    const Snapshot all = contents(deadline);
     if (!all)
         return {};
-    const QString key = searchKey(term);
-    const QStringList wanted = words(key);
     std::vector<FoundPlace> found;
-    for (const Entry &entry : *all) {
-        if (onlyRooms && !entry.isRoom)
-            continue;
-        // A term without words is looked for as it is.
-        if (wanted.isEmpty() ? entry.key.contains(key) : startWords(entry.words, wanted))
+    for (const Entry &entry : all->entries) {
+        if ((entry.isRoom || !onlyRooms) && test(test.isOfNames() ? entry.nameKey : entry.textKey))
             found.push_back(entry.place);
     }
     return found;
 }
 
+std::shared_ptr<const Vocabulary> ContactBook::vocabulary(Deadline deadline)
+{
+    const Snapshot all = contents(deadline);
+    return all ? std::shared_ptr<const Vocabulary>(all, &all->words) : nullptr;
+}
+
 FoundPlace ContactBook::place(const QString &externalId, Deadline deadline)
 {
-    const Snapshot all = entries(deadline);
+    const Snapshot all = contents(deadline);
     if (!all)
         return nullptr;
     const bool isAny = externalId.endsWith(QLatin1String(",0"));
     const QString start = isAny ? externalId.chopped(1) : externalId;
-    const auto found = std::find_if(all->begin(), all->end(), [&](const Entry &entry) {
+    const auto found = std::find_if(all->entries.begin(), all->entries.end(), [&](const Entry &entry) {
         return isAny ? entry.externalId.startsWith(start) : entry.externalId == start;
     });
-    return found == all->end() ? nullptr : found->place;
+    return found == all->entries.end() ? nullptr : found->place;
 }
 
 /// What is known of the contacts, after a look for changes.
-ContactBook::Snapshot ContactBook::entries(Deadline deadline)
+ContactBook::Snapshot ContactBook::contents(Deadline deadline)
 {
     // While somebody reads, everybody else goes by what was there before.
     if (const std::unique_lock<std::mutex> turn(m_reading, std::try_to_lock); turn)
         readChanges();
     std::unique_lock<std::mutex> lock(m_mutex);
-    m_isThere.wait_until(lock, deadline, [this] { return m_entries != nullptr; });
-    return m_entries;
+    m_isThere.wait_until(lock, deadline, [this] { return m_contents != nullptr; });
+    return m_contents;
 }
 
 void ContactBook::readChanges()
 {
     if (!hasChanged())
         return;
-    auto fresh = std::make_shared<Entries>();
     try {
         m_files = readFolder();
     } catch (const fs::filesystem_error &error) {
@@ -143,15 +145,29 @@ void ContactBook::readChanges()
         m_isMissing = true;
         m_files.clear();
     }
-    for (const auto &file : m_files)
-        fresh->insert(fresh->end(), file.second.entries.begin(), file.second.entries.end());
-    std::stable_sort(fresh->begin(), fresh->end(),
-                     [](const Entry &a, const Entry &b) { return a.sortKey < b.sortKey; });
+    Snapshot fresh = contentsOf(m_files);
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        m_entries = std::move(fresh);
+        m_contents = std::move(fresh);
     }
     m_isThere.notify_all();
+}
+
+ContactBook::Snapshot ContactBook::contentsOf(const std::map<std::string, File> &files)
+{
+    auto contents = std::make_shared<Contents>();
+    Entries &entries = contents->entries;
+    for (const auto &file : files)
+        entries.insert(entries.end(), file.second.entries.begin(), file.second.entries.end());
+    std::stable_sort(entries.begin(), entries.end(),
+                     [](const Entry &a, const Entry &b) { return a.sortKey < b.sortKey; });
+    std::vector<std::string> all;
+    for (const Entry &entry : entries) {
+        for (const QString &word : words(QString::fromStdString(entry.textKey)))
+            all.push_back(word.toStdString());
+    }
+    contents->words.add(std::move(all));
+    return contents;
 }
 
 /// Whether the folder may have changed since it was read. A folder that is not there is looked for each time.
@@ -190,10 +206,12 @@ bool ContactBook::hasChanged()
 
 ContactBook::Entry ContactBook::entryFor(const FoundPlace &place, bool isRoom)
 {
-    const QString key = searchKey(place->name());
-    Entry entry{place, place->auxiliaryData(0).externalId(), sortKey(place->name()), key, words(key), isRoom};
-    entry.words.sort();
-    return entry;
+    return {place,
+            place->auxiliaryData(0).externalId(),
+            sortKey(place->name()),
+            indexKey(place->name()).toStdString(),
+            textKeyOf(*PlacePrivate::privateFromPublic(place.get())).toStdString(),
+            isRoom};
 }
 
 std::map<std::string, ContactBook::File> ContactBook::readFolder()

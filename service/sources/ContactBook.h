@@ -3,9 +3,10 @@
 
 #include "Channel.h"
 #include "sources/ContactPlaces.h"
+#include "text/TermTest.h"
+#include "text/Vocabulary.h"
 
-#include <QtCore/QHash>
-#include <QtCore/QStringList>
+#include <QtCore/QString>
 
 #include <atomic>
 #include <condition_variable>
@@ -36,9 +37,11 @@ public:
     /// Whether nobody has to wait for the contacts to be read for the first time.
     [[nodiscard]] bool isRead() const;
 
-    /// Places of contacts, or of rooms only, whose name has a word starting with each word of the term, by name. Unset
-    /// when the contacts were not read by the deadline.
-    std::optional<std::vector<FoundPlace>> find(const QString &term, bool onlyRooms, Deadline deadline);
+    /// Places of contacts, or of rooms only, that pass the test, by name. Unset when the contacts were not read by the
+    /// deadline.
+    std::optional<std::vector<FoundPlace>> find(const TermTest &test, bool onlyRooms, Deadline deadline);
+    /// The words of all their texts; null when they were not read by the deadline.
+    std::shared_ptr<const Vocabulary> vocabulary(Deadline deadline);
     /// The place of this id; with the number 0, the contact's first. Null when there is none.
     FoundPlace place(const QString &externalId, Deadline deadline);
 
@@ -49,12 +52,18 @@ private:
         FoundPlace place;
         QString externalId;
         QString sortKey;
-        QString key;       ///< Of the name, without case and accents.
-        QStringList words; ///< Of the key, sorted.
+        std::string nameKey; ///< Index key, as the next one.
+        std::string textKey; ///< Of all texts.
         bool isRoom = false;
     };
     using Entries = std::vector<Entry>;
-    using Snapshot = std::shared_ptr<const Entries>;
+    /// What was read of all files.
+    struct Contents
+    {
+        Entries entries; ///< By name.
+        Vocabulary words;
+    };
+    using Snapshot = std::shared_ptr<const Contents>;
     /// A file as it was when it was read.
     struct File
     {
@@ -64,7 +73,8 @@ private:
     };
 
     static Entry entryFor(const FoundPlace &place, bool isRoom);
-    Snapshot entries(Deadline deadline);
+    Snapshot contents(Deadline deadline);
+    static Snapshot contentsOf(const std::map<std::string, File> &files);
     void readChanges();
     bool hasChanged();
     std::map<std::string, File> readFolder();
@@ -86,7 +96,7 @@ private:
 
     mutable std::mutex m_mutex;
     std::condition_variable m_isThere;
-    Snapshot m_entries; ///< Guarded by m_mutex; null before the first reading.
+    Snapshot m_contents; ///< Guarded by m_mutex; null before the first reading.
 
     std::thread m_firstReader;
 };

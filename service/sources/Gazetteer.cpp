@@ -5,6 +5,7 @@
 #include "auxdata/AuxiliaryDataPrivate.h"
 #include "GeoJsonReader.h"
 #include "Input.h"
+#include "Limits.h"
 #include "Log.h"
 #include "model/InternalTags.h"
 #include "model/PlacePrivate.h"
@@ -17,6 +18,7 @@
 #include "store/Nearest.h"
 #include "store/Records.h"
 #include "store/SqlFunctions.h"
+#include "text/OtherNames.h"
 #include "text/TextKeys.h"
 #include "Vocabulary.h"
 
@@ -50,8 +52,6 @@ constexpr char CATEGORY_PREFIX[] = "category:";
 constexpr double SAME_PLACE_RADIUS = 500;
 constexpr int STEPS_PER_CHECK = 10000;
 constexpr qint64 NO_ID = -1;
-/// A word that more places have is not rare.
-constexpr int COUNTED_PLACES = 20000;
 
 /// "large airport" for "large_airport".
 QString readable(const QString &category)
@@ -119,24 +119,6 @@ AuxiliaryData gatherDetails(PlacePrivate &place, const QString &substituteId)
     records.clear();
     records.append(poi);
     return poi;
-}
-
-/// Names of a place besides its own, by the keys of OpenStreetMap: https://wiki.openstreetmap.org/wiki/Names.
-QStringList otherNames(const AuxiliaryData &details)
-{
-    static const QStringList KEYS = {QStringLiteral("alt_name"),      QStringLiteral("int_name"),
-                                     QStringLiteral("official_name"), QStringLiteral("short_name"),
-                                     QStringLiteral("loc_name"),      QStringLiteral("old_name")};
-    QStringList names;
-    const QMap<QString, QString> properties = details.properties();
-    for (auto property = properties.begin(); property != properties.end(); ++property) {
-        if (!property.key().startsWith(QLatin1String("name:")) && !KEYS.contains(property.key()))
-            continue;
-        for (const QString &name : property.value().split(QLatin1Char(';'), Qt::SkipEmptyParts))
-            names.append(name.trimmed());
-    }
-    names.removeDuplicates();
-    return names;
 }
 
 /// The name by which a place was found, where that is not its own; else empty.
@@ -442,7 +424,7 @@ Reading Gazetteer::readingFor(SQLite::Database &database, const ProviderSearch &
     return chooseReading(Wording::of(search.term),
                          {m_vocabulary,
                           [&](const Reading &reading) { return countOf(database, search, reading, 1) > 0; },
-                          [&](const Reading &reading) { return countOf(database, search, reading, COUNTED_PLACES); }});
+                          [&](const Reading &reading) { return countOf(database, search, reading, limits::COUNTED_PLACES); }});
 }
 
 FoundPlace Gazetteer::placeAt(SQLite::Database &database, qint64 id) const

@@ -118,9 +118,9 @@ ReturnCode attempt(const char *what, const std::string &path, ReturnCode failure
 
 } // namespace
 
-BackupKeeper::BackupKeeper(std::string database, std::timed_mutex &writeLock)
+BackupKeeper::BackupKeeper(std::string database, StoreShared &shared)
     : m_database(std::move(database))
-    , m_writeLock(writeLock)
+    , m_shared(shared)
 {}
 
 ReturnCode BackupKeeper::backUp(const std::string &path, Deadline deadline)
@@ -185,18 +185,19 @@ void BackupKeeper::swapIn(const std::string &path, Deadline deadline) const
         copy(target, source, deadline);
         Store::requirePlaces(target);
     }
-    std::timed_mutex unshared;
+    StoreShared unshared;
     Store checked(candidate.path(), unshared, deadline);
     checked.requireSoundness();
 
-    std::timed_mutex unlocked;
+    StoreShared unlocked;
     Store live(m_database, unlocked);
     checked.packLike(live);
-    const std::unique_lock<std::timed_mutex> lock(m_writeLock, deadline);
+    const std::unique_lock<std::timed_mutex> lock(m_shared.writeLock, deadline);
     if (!lock)
         throw std::runtime_error("other writers took too long");
     checked.keepIdsOf(live);
     checked.copyOver(live);
+    m_shared.words.expire();
 }
 
 } // namespace placesd

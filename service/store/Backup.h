@@ -3,6 +3,7 @@
 
 #include "Deadline.h"
 #include "protocol/ProtocolTypes.h"
+#include "store/StoreShared.h"
 
 #include <mutex>
 #include <string>
@@ -14,8 +15,8 @@ namespace placesd
 class BackupKeeper
 {
 public:
-    /// @param writeLock what every writer of the database holds; it outlives the keeper.
-    BackupKeeper(std::string database, std::timed_mutex &writeLock);
+    /// @param shared by all connections to the database; it outlives the keeper.
+    BackupKeeper(std::string database, StoreShared &shared);
 
     /// Writes a copy of the database beside `path`, which has to be absolute, and puts it in place once it is on the
     /// disk. What stands there is left alone unless it is a database too.
@@ -30,7 +31,7 @@ private:
     void requireUsablePath(const std::string &path) const;
 
     const std::string m_database;
-    std::timed_mutex &m_writeLock;
+    StoreShared &m_shared;
     std::mutex m_copying;
 };
 

@@ -2,8 +2,12 @@
 
 #include "store/IndexEntries.h"
 
+#include "Limits.h"
 #include "model/PlacePrivate.h"
 #include "places/AuxiliaryData.h"
+#include "places/PointOfInterestAuxiliaryData.h"
+#include "places/Tags.h"
+#include "text/OtherNames.h"
 
 #include <QtCore/QSet>
 
@@ -16,6 +20,8 @@ namespace
 {
 
 constexpr int PREFIX_LENGTH = 64; // code points
+/// UTF-16 units of a text that are searched for words.
+constexpr int SEARCHED_LENGTH = limits::TEXT_LENGTH;
 
 bool canBeRoom(const AuxiliaryData &record)
 {
@@ -38,7 +44,35 @@ void addRecord(IndexEntries &entries, const AuxiliaryData &record, QSet<QString>
     }
 }
 
+QStringList textsOf(const Address &address)
+{
+    return {address.houseNumber(), address.street(), address.building(), address.campus(),
+            address.city(),        address.region(), address.country(),  address.isoAlpha2CountryCode(),
+            address.postalCode()};
+}
+
 } // namespace
+
+QString textKeyOf(const PlacePrivate &place)
+{
+    QStringList texts{place.name(), place.description()};
+    texts += place.aliases();
+    for (const QString &tag : place.tags()) {
+        if (tag != Tags::Favorite)
+            texts.append(tag);
+    }
+    for (const Location &location : place.locations())
+        texts += textsOf(location.address());
+    for (const AuxiliaryData &record : place.auxiliaryData()) {
+        texts += otherNames(record);
+        if (record.type() == AuxiliaryData::TypePointOfInterest)
+            texts.append(PointOfInterestAuxiliaryData(record).category());
+    }
+    texts.removeDuplicates();
+    for (QString &text : texts)
+        text.truncate(SEARCHED_LENGTH);
+    return indexKey(texts);
+}
 
 /// Cut by code points: two texts compare as their prefixes do, unless these are equal.
 QString propertyPrefix(const QString &value)
@@ -87,6 +121,7 @@ IndexEntries IndexEntries::of(const PlacePrivate &place)
     addAll(FacetKind::PropertyKey, keys);
     if (entries.isRoom)
         addAll(FacetKind::Quality, {QLatin1String(ROOM)});
+    entries.textKey = textKeyOf(place);
     return entries;
 }
 

@@ -37,10 +37,15 @@ struct IndexEntries
     std::vector<Facet> facets; ///< Each once.
     std::vector<Property> properties;
     std::vector<Origin> origins;
+    QString textKey; ///< See textKeyOf().
     bool isRoom = false;
 
     static IndexEntries of(const vela::platform::places::PlacePrivate &place);
 };
+
+/// The index key of all texts that a place is found by when its name does not suffice: name, aliases, description, tags
+/// but for those of this library, and the addresses. The beginning of very long ones.
+QString textKeyOf(const vela::platform::places::PlacePrivate &place);
 
 /// The part of a property's value, or of what it is compared with, that the index keeps: enough to tell most values
 /// apart. The rest is compared with the record.

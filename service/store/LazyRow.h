@@ -32,6 +32,10 @@ public:
     [[nodiscard]] vela::platform::places::Coordinates position() const override { return whole().position(); }
     [[nodiscard]] bool passes(const FacetTest &test) const override { return whole().passes(test); }
     [[nodiscard]] bool passes(const PropertyTest &test) const override { return whole().passes(test); }
+    [[nodiscard]] bool passes(const TermTest &test) const override
+    {
+        return test.isOfNames() ? test(nameKey()) : whole().passes(test);
+    }
 
 private:
     [[nodiscard]] const StoredRow &whole() const;

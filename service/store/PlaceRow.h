@@ -3,6 +3,7 @@
 
 #include "places/Coordinates.h"
 #include "store/Facets.h"
+#include "text/TermTest.h"
 #include "text/TextKeys.h"
 
 #include <QtCore/QList>
@@ -49,7 +50,7 @@ public:
 
     [[nodiscard]] virtual qint64 id() const = 0;
     [[nodiscard]] virtual bool isStored() const = 0;
-    [[nodiscard]] virtual std::string_view nameKey() const = 0; ///< Without case and accents.
+    [[nodiscard]] virtual std::string_view nameKey() const = 0; ///< Index key.
     [[nodiscard]] virtual std::string_view sortKey() const = 0; ///< Without case.
     [[nodiscard]] virtual int persistenceMask() const = 0;
     [[nodiscard]] virtual qint64 usageCount() const = 0;
@@ -60,6 +61,7 @@ public:
     [[nodiscard]] virtual vela::platform::places::Coordinates position() const = 0;
     [[nodiscard]] virtual bool passes(const FacetTest &test) const = 0;
     [[nodiscard]] virtual bool passes(const PropertyTest &test) const = 0;
+    [[nodiscard]] virtual bool passes(const TermTest &test) const = 0;
 };
 
 } // namespace placesd

@@ -6,9 +6,10 @@
 namespace placesd::sql
 {
 
-/// Version 3 of the schema. A place is a row that finds look at, which is short, and the two records that answer for
-/// it, packed (see RecordCompressor). The rows and all else can be made anew from the full record.
-constexpr char SCHEMA[] = R"sql(
+/// The tables that version 3 of the schema brought. A place is a row that finds look at, which is short, and the two
+/// records that answer for it, packed (see RecordCompressor). The rows and all else can be made anew from the full
+/// record. Since version 4, name_key is an index key: it may end with other spellings of the name.
+constexpr char TABLES[] = R"sql(
 CREATE TABLE place(
     id          INTEGER PRIMARY KEY,
     name_key    TEXT    NOT NULL,               -- without case and accents
@@ -111,7 +112,17 @@ WHEN old.latitude IS NOT new.latitude OR old.longitude IS NOT new.longitude BEGI
     INSERT INTO position SELECT new.id, new.latitude, new.latitude, new.longitude, new.longitude
         WHERE new.latitude IS NOT NULL;
 END;
-PRAGMA user_version = 3;
+)sql";
+
+/// What version 4 added: the words of all texts of a place, names included. The index keeps no text, so who removes a
+/// place from it says what the text was.
+constexpr char TEXT_TABLES[] = R"sql(
+CREATE VIRTUAL TABLE text_index USING fts5(
+    text_key, content='', prefix='1 2 3', detail=none, columnsize=0,
+    tokenize="unicode61 remove_diacritics 0 categories 'L* N* M* Co So'");
+CREATE VIRTUAL TABLE word USING fts5vocab(text_index, row);
+CREATE TABLE key_rules(version TEXT NOT NULL);  -- by which the keys of all tables were made
+PRAGMA user_version = 4;
 )sql";
 
 /// An acknowledged write is on the disk: every commit waits for it.
@@ -123,6 +134,10 @@ PRAGMA cache_size = -16384;
 PRAGMA temp_store = MEMORY;
 PRAGMA wal_autocheckpoint = 8000;           -- pages, 32 MB
 )sql";
+
+/// For a transaction that changes all places: its pages go to the disk once. In kibibytes, as the usual one.
+constexpr char LARGE_CACHE[] = "PRAGMA cache_size = -262144";
+constexpr char USUAL_CACHE[] = "PRAGMA cache_size = -16384";
 
 // Parts of a transaction.
 constexpr char SAVEPOINT[] = "SAVEPOINT part";
@@ -185,6 +200,14 @@ constexpr char INSERT_ORIGIN[] =
 constexpr char DELETE_ORIGIN[] =
     "DELETE FROM origin WHERE external_id = ?1 AND type = ?2 AND provider = ?3 AND place = ?4";
 constexpr char DELETE_ORIGINS_OF_PLACE[] = "DELETE FROM origin WHERE place = ?1";
+constexpr char INSERT_TEXT[] = "INSERT INTO text_index(rowid, text_key) VALUES (?1, ?2)";
+/// The text has to be that which was inserted.
+constexpr char DELETE_TEXT[] = "INSERT INTO text_index(text_index, rowid, text_key) VALUES ('delete', ?1, ?2)";
+constexpr char DELETE_TEXTS[] = "INSERT INTO text_index(text_index) VALUES ('delete-all')";
+constexpr char SELECT_WORDS[] = "SELECT term FROM word";
+constexpr char SELECT_KEY_RULES[] = "SELECT version FROM key_rules";
+constexpr char DELETE_KEY_RULES[] = "DELETE FROM key_rules";
+constexpr char INSERT_KEY_RULES[] = "INSERT INTO key_rules(version) VALUES (?1)";
 constexpr char SELECT_BY_EXTERNAL_ID[] =
     "SELECT min(place) FROM origin WHERE external_id = ?1 AND type = ?2 HAVING count(*) > 0";
 constexpr char SELECT_BY_SOURCE[] =
@@ -203,9 +226,11 @@ constexpr char FORGET_OLD_TERMS[] =
 constexpr char SELECT_TABLES[] =
     "SELECT type || ' ' || name || ' ' || tbl_name || ' ' || ifnull(sql, '') FROM sqlite_master"
     " WHERE name NOT LIKE 'sqlite#_%' ESCAPE '#' AND NOT (type = 'table' AND"
-    " (name LIKE 'name#_index#_%' ESCAPE '#' OR name LIKE 'position#_%' ESCAPE '#')) ORDER BY 1";
+    " (name LIKE 'name#_index#_%' ESCAPE '#' OR name LIKE 'text#_index#_%' ESCAPE '#'"
+    " OR name LIKE 'position#_%' ESCAPE '#')) ORDER BY 1";
 /// Fails when the index of the names is not that of the places.
 constexpr char CHECK_NAME_INDEX[] = "INSERT INTO name_index(name_index, rank) VALUES ('integrity-check', 1)";
+constexpr char CHECK_TEXT_INDEX[] = "INSERT INTO text_index(text_index) VALUES ('integrity-check')";
 constexpr char COUNT_PLACES_WITHOUT_RECORD[] = "SELECT count(*) FROM place WHERE id NOT IN (SELECT place FROM record)";
 constexpr char COUNT_WRONG_FACETS[] =
     "SELECT count(*) FROM facet WHERE id < 1 OR places NOT BETWEEN 1 AND (SELECT count(*) FROM place)";

@@ -2,8 +2,6 @@
 
 #include "store/SqlFunctions.h"
 
-#include "text/TextKeys.h"
-
 namespace placesd
 {
 
@@ -25,14 +23,6 @@ void bindValue(SQLite::Statement &statement, int index, const QVariant &value)
 }
 
 } // namespace
-
-QString matchExpression(const QString &term)
-{
-    QStringList starts;
-    for (const QString &word : words(searchKey(term)))
-        starts.append(QLatin1Char('"') + word + QLatin1String("\"*"));
-    return starts.join(QLatin1Char(' '));
-}
 
 std::string utf8(const QString &text)
 {

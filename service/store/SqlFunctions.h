@@ -17,8 +17,6 @@ namespace placesd
 {
 
 /// A term for the full-text index: the beginnings of words, all of which must occur. Empty for no words.
-QString matchExpression(const QString &term);
-
 std::string utf8(const QString &text);
 /// The bytes of a column, valid until its statement goes on.
 std::string_view viewOf(const SQLite::Column &column);

@@ -109,9 +109,9 @@ int countWithoutId(const List &parts)
 
 } // namespace
 
-Store::Store(const std::string &path, std::timed_mutex &writeLock, Deadline deadline)
+Store::Store(const std::string &path, StoreShared &shared, Deadline deadline)
     : m_database(path, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_NOMUTEX, BUSY_TIMEOUT_MS)
-    , m_writeLock(writeLock)
+    , m_shared(shared)
     , m_statements(m_database)
     , m_facets(m_statements)
     , m_deadline(deadline)
@@ -119,7 +119,7 @@ Store::Store(const std::string &path, std::timed_mutex &writeLock, Deadline dead
     m_database.exec(sql::CONNECTION_SETTINGS);
     registerNearest(m_database);
     sqlite3_progress_handler(m_database.getHandle(), STEPS_PER_CHECK, interruptLate, this);
-    const std::lock_guard<std::timed_mutex> lock(m_writeLock);
+    const std::lock_guard<std::timed_mutex> lock(m_shared.writeLock);
     migrate();
     openRecords();
 }
@@ -168,7 +168,7 @@ bool Store::write(const std::function<bool()> &work)
             part.keep();
         return isDone;
     }
-    const std::unique_lock<std::timed_mutex> lock(m_writeLock, m_deadline);
+    const std::unique_lock<std::timed_mutex> lock(m_shared.writeLock, m_deadline);
     if (!lock)
         throw SQLite::Exception("other writers took too long", SQLITE_BUSY);
     SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
@@ -234,23 +234,41 @@ void Store::put(const Place &place, const char *sql)
 {
     const PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
     const IndexEntries entries = IndexEntries::of(data);
-    std::vector<qint64> numbers;
-    QHash<QString, qint64> keys;
-    for (const Facet &facet : entries.facets) {
-        const qint64 number = m_facets.add(facet);
-        numbers.push_back(number);
-        if (isListed(facet.kind))
-            execute(sql::INSERT_PLACE_OF_FACET, number, data.usageCount(), static_cast<qint64>(data.lastUsedTime()),
+    const std::vector<qint64> numbers = addFacets(entries);
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        if (isListed(entries.facets[i].kind))
+            execute(sql::INSERT_PLACE_OF_FACET, numbers[i], data.usageCount(), static_cast<qint64>(data.lastUsedTime()),
                     place.id());
-        if (facet.kind == FacetKind::PropertyKey)
-            keys.insert(facet.text, number);
     }
     putRow(data, entries.isRoom, FacetNumbers::pack(numbers), sql);
-    for (const IndexEntries::Property &property : entries.properties)
-        execute(sql::INSERT_PROPERTY, keys.value(property.key), property.value, place.id());
+    putKeys(place.id(), entries, numbers);
     for (const IndexEntries::Origin &origin : entries.origins)
         execute(sql::INSERT_ORIGIN, origin.externalId, origin.type, origin.provider, place.id());
     putRecords(place.id(), fullRecordOf(place), headerOf(place));
+}
+
+std::vector<qint64> Store::addFacets(const IndexEntries &entries)
+{
+    std::vector<qint64> numbers;
+    for (const Facet &facet : entries.facets)
+        numbers.push_back(m_facets.add(facet));
+    return numbers;
+}
+
+void Store::putKeys(qint64 id, const IndexEntries &entries, const std::vector<qint64> &numbers)
+{
+    QHash<QString, qint64> propertyKeys;
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        if (entries.facets[i].kind == FacetKind::PropertyKey)
+            propertyKeys.insert(entries.facets[i].text, numbers[i]);
+    }
+    for (const IndexEntries::Property &property : entries.properties)
+        execute(sql::INSERT_PROPERTY, propertyKeys.value(property.key), property.value, id);
+    execute(sql::INSERT_TEXT, id, entries.textKey);
+    std::vector<std::string> words;
+    for (const QString &word : placesd::words(entries.textKey))
+        words.push_back(utf8(word));
+    m_shared.words.add(std::move(words));
 }
 
 void Store::putRow(const PlacePrivate &place, bool isRoom, const std::string &facets, const char *sql)
@@ -258,7 +276,7 @@ void Store::putRow(const PlacePrivate &place, bool isRoom, const std::string &fa
     const Coordinates position = place.primaryCoordinates();
     const bool isSomewhere = position.isValid();
     const auto row = m_statements.take(sql);
-    bindEach(*row, searchKey(place.name()), sortKey(place.name()), int{place.hasTag(Tags::Favorite)},
+    bindEach(*row, indexKey(place.name()), sortKey(place.name()), int{place.hasTag(Tags::Favorite)},
              int{place.hasAuxiliaryData(AuxiliaryData::TypeContact)}, int{isRoom},
              static_cast<int>(place.securityPerimeter()), place.persistenceMask(), place.usageCount(),
              static_cast<qint64>(place.lastUsedTime()), static_cast<qint64>(place.createdTime()),
@@ -285,12 +303,19 @@ void Store::deleteEntries(qint64 id, const Place *place)
         const IndexEntries entries = IndexEntries::of(*PlacePrivate::privateFromPublic(place));
         for (const IndexEntries::Property &property : entries.properties)
             execute(sql::DELETE_PROPERTY, property.key, property.value, id);
+        execute(sql::DELETE_TEXT, id, entries.textKey);
         for (const IndexEntries::Origin &origin : entries.origins)
             execute(sql::DELETE_ORIGIN, origin.externalId, origin.type, origin.provider, id);
     } else {
+        // The words of its texts stay in their index, which is asked together with the rows.
         execute(sql::DELETE_PROPERTIES_OF_PLACE, id);
         execute(sql::DELETE_ORIGINS_OF_PLACE, id);
     }
+    deleteFacets(id);
+}
+
+void Store::deleteFacets(qint64 id)
+{
     const auto statement = m_statements.take(sql::SELECT_ROW);
     bindEach(*statement, id);
     if (!statement->executeStep())
@@ -371,6 +396,24 @@ std::unique_ptr<Place> Store::readablePlace(qint64 id)
         logError("place %lld: %s", static_cast<long long>(id), error.what());
         return nullptr;
     }
+}
+
+std::string Store::textKey(qint64 id)
+{
+    const std::unique_ptr<Place> place = readablePlace(id);
+    return place ? utf8(textKeyOf(*PlacePrivate::privateFromPublic(place.get()))) : std::string();
+}
+
+const CorrectionSource &Store::vocabulary()
+{
+    m_shared.words.load([this] {
+        std::vector<std::string> words;
+        const auto row = m_statements.take(sql::SELECT_WORDS);
+        while (row->executeStep())
+            words.push_back(row->getColumn(0).getString());
+        return words;
+    });
+    return m_shared.words;
 }
 
 QStringList Store::tags()

@@ -6,6 +6,7 @@
 #include "store/RecordCompressor.h"
 #include "store/SqlFunctions.h"
 #include "store/StatementPool.h"
+#include "store/StoreShared.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <vela/system/SecurityPerimeter.h>
@@ -15,7 +16,6 @@
 
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -29,14 +29,16 @@ class PlacePrivate;
 namespace placesd
 {
 
+struct IndexEntries;
+
 /// One connection to the database of places. It belongs to one thread at a time; writers take turns by the lock that
 /// all connections share. Every function may throw SQLite::Exception, and a write that throws has changed nothing.
 class Store
 {
 public:
     /// Opens the database, making it or bringing its schema up to date if need be.
-    /// @param deadline of that.
-    Store(const std::string &path, std::timed_mutex &writeLock, Deadline deadline = Deadline::max());
+    /// @param shared outlives the connection. @param deadline of the opening.
+    Store(const std::string &path, StoreShared &shared, Deadline deadline = Deadline::max());
     ~Store();
 
     /// Work that goes on past the deadline is interrupted.
@@ -80,6 +82,8 @@ public:
     std::unique_ptr<vela::platform::places::Place> readablePlace(qint64 id);
     /// The record of a place, as it goes into a reply; empty when there is no such place.
     std::string storedRecord(qint64 id, bool headerOnly);
+    /// The key of all texts of a place, see textKeyOf(); empty for one that cannot be read.
+    std::string textKey(qint64 id);
     QStringList tags();
 
     /// Keeps a term among the recent ones. An empty term is not kept.
@@ -112,6 +116,8 @@ public:
     std::unique_ptr<SQLite::Transaction> snapshot();
     StatementPool &statements() { return m_statements; }
     Facets &facets() { return m_facets; }
+    /// The words of all texts. The first call of a process reads them.
+    const CorrectionSource &vocabulary();
     /// The number of stored places that have any of these bits in their persistence mask. Reads no place.
     qint64 placeCount(int persistenceBits);
 
@@ -120,7 +126,11 @@ private:
     void makeTables();
     void moveFromOldVersion();
     void moveOldPlaces();
-    void remakeKeys();
+    /// Whether the keys were made by the rules that hold now.
+    bool hasKeysOfToday();
+    void keepKeyRules();
+    void remakeKeys(int version);
+    void remakeKeysOf(const vela::platform::places::Place &place);
     void keepUnreadable(SQLite::Statement &old);
     void openRecords();
     std::string dictionary();
@@ -138,8 +148,14 @@ private:
     void putRow(const vela::platform::places::PlacePrivate &place, bool isRoom, const std::string &facets,
                 const char *sql);
     void putRecords(qint64 id, const std::string &fullRecord, const std::string &header);
+    /// Counts the facets of a place and gives their numbers, in their order.
+    std::vector<qint64> addFacets(const IndexEntries &entries);
+    /// Adds what a place is found by under the keys of its texts, besides its row.
+    /// @param numbers of the facets.
+    void putKeys(qint64 id, const IndexEntries &entries, const std::vector<qint64> &numbers);
     /// Deletes what a place is found by besides its row. @param place null for one that cannot be read.
     void deleteEntries(qint64 id, const vela::platform::places::Place *place);
+    void deleteFacets(qint64 id);
     std::string unpack(const SQLite::Column &column);
     /// Executes a named statement with values bound to it.
     template <typename... Values>
@@ -152,7 +168,7 @@ private:
     static int interruptLate(void *store);
 
     SQLite::Database m_database;
-    std::timed_mutex &m_writeLock;
+    StoreShared &m_shared;
     StatementPool m_statements;
     Facets m_facets;
     std::unique_ptr<RecordCompressor> m_records;

@@ -5,12 +5,15 @@
 #include "store/Store.h"
 
 #include "Log.h"
+#include "model/PlacePrivate.h"
 #include "places/Place.h"
 #include "places/PlaceHeader.h"
+#include "store/IndexEntries.h"
 #include "store/OldSchemas.h"
 #include "store/Records.h"
 #include "store/Sql.h"
 #include "store/SqlFunctions.h"
+#include "store/StoredRow.h"
 #include "text/TextKeys.h"
 
 #include <sqlite3.h>
@@ -26,26 +29,16 @@ namespace placesd
 
 using vela::platform::places::Place;
 using vela::platform::places::PlaceHeader;
+using vela::platform::places::PlacePrivate;
 
 namespace
 {
 
-constexpr int SCHEMA_VERSION = 3;
+constexpr int SCHEMA_VERSION = 4;
 
 int versionOf(SQLite::Database &database)
 {
     return database.execAndGet("PRAGMA user_version").getInt();
-}
-
-/// What tells by which rules the keys of a database were made: kept as its application id, which starts as 0.
-int keyNumber()
-{
-    return static_cast<int>(std::hash<std::string>()(keyVersion()) & 0x7FFFFFFFU) | 1;
-}
-
-int keyNumberOf(SQLite::Database &database)
-{
-    return database.execAndGet("PRAGMA application_id").getInt();
 }
 
 /// How the tables, indexes and triggers of a database were made.
@@ -61,9 +54,12 @@ std::vector<std::string> tablesOf(SQLite::Database &database)
 /// Makes the tables that a database of a version has.
 void makeTablesOf(int version, SQLite::Database &database)
 {
-    if (version == SCHEMA_VERSION)
-        return static_cast<void>(database.exec(sql::SCHEMA));
-    database.exec(old_schemas::VERSION_1);
+    if (version >= 3)
+        database.exec(sql::TABLES);
+    if (version >= 4)
+        database.exec(sql::TEXT_TABLES);
+    if (version <= 2)
+        database.exec(old_schemas::VERSION_1);
     if (version == 2)
         database.exec(old_schemas::VERSION_2);
 }
@@ -89,7 +85,7 @@ void require(bool isSound)
 void Store::migrate()
 {
     const int found = versionOf(m_database);
-    if (found == SCHEMA_VERSION && keyNumberOf(m_database) == keyNumber())
+    if (found == SCHEMA_VERSION && hasKeysOfToday())
         return;
     {
         // Another process may be about it as well: what has to be done is known only when nobody else can write.
@@ -99,31 +95,50 @@ void Store::migrate()
             throw SQLite::Exception("the database was made by a newer placesd", SQLITE_CANTOPEN);
         if (version == 0)
             makeTables();
-        else if (version < SCHEMA_VERSION)
+        else if (version < 3)
             moveFromOldVersion();
-        else if (keyNumberOf(m_database) != keyNumber())
-            remakeKeys();
-        m_database.exec("PRAGMA application_id = " + std::to_string(keyNumber()));
+        else
+            remakeKeys(version);
         transaction.commit();
     }
-    if (found != 0 && found != SCHEMA_VERSION)
+    if (found == 1 || found == 2)
         m_database.tryExec("VACUUM"); // gives the space of the old tables back, if there is room to do so
 }
 
 void Store::makeTables()
 {
-    m_database.exec(sql::SCHEMA);
+    makeTablesOf(SCHEMA_VERSION, m_database);
     const auto row = m_statements.take(sql::INSERT_DICTIONARY);
     bindBlob(*row, 1, RecordCompressor::makeDictionary());
     row->exec();
+    keepKeyRules();
 }
 
-/// Keys were made by other rules, or by other Unicode data: what places are found by is made anew from their records.
-void Store::remakeKeys()
+bool Store::hasKeysOfToday()
 {
+    const auto row = m_statements.take(sql::SELECT_KEY_RULES);
+    return row->executeStep() && row->getColumn(0).getString() == keyVersion();
+}
+
+void Store::keepKeyRules()
+{
+    execute(sql::DELETE_KEY_RULES);
+    execute(sql::INSERT_KEY_RULES, QString::fromStdString(keyVersion()));
+}
+
+/// Version 3 has no keys of all texts; the keys of version 4 may have been made by other rules, or by other Unicode
+/// data. All of them are made anew from the records.
+void Store::remakeKeys(int version)
+{
+    if (version == 3)
+        m_database.exec(sql::TEXT_TABLES);
+    else if (hasKeysOfToday())
+        return;
     logError("the keys of all places are made anew, which takes a while in a large database");
     openRecords();
+    m_database.exec(sql::LARGE_CACHE);
     execute(sql::DELETE_PROPERTIES);
+    execute(sql::DELETE_TEXTS);
     std::vector<qint64> ids;
     {
         const auto row = m_statements.take(sql::SELECT_PLACE_IDS);
@@ -131,15 +146,33 @@ void Store::remakeKeys()
             ids.push_back(row->getColumn(0).getInt64());
     }
     for (const qint64 id : ids) {
-        const std::unique_ptr<Place> place = readablePlace(id);
-        if (!place)
-            continue;
-        deleteEntries(id, place.get());
-        put(*place, sql::UPDATE_PLACE);
+        if (const std::unique_ptr<Place> place = readablePlace(id))
+            remakeKeysOf(*place);
     }
     QStringList terms = recentTerms(QString());
     while (!terms.isEmpty())
         rememberTerm(terms.takeLast());
+    keepKeyRules();
+    m_database.exec(sql::USUAL_CACHE);
+}
+
+/// All facets but the keys of properties stay as they are, and so do the lists of their places.
+void Store::remakeKeysOf(const Place &place)
+{
+    const PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
+    const IndexEntries entries = IndexEntries::of(data);
+    std::vector<qint64> before;
+    {
+        const auto statement = m_statements.take(sql::SELECT_ROW);
+        bindEach(*statement, place.id());
+        statement->executeStep();
+        before = FacetNumbers::unpack(StoredRow(*this, *statement).facets());
+    }
+    const std::vector<qint64> numbers = addFacets(entries);
+    for (const qint64 number : before)
+        m_facets.release(number);
+    putRow(data, entries.isRoom, FacetNumbers::pack(numbers), sql::UPDATE_PLACE);
+    putKeys(place.id(), entries, numbers);
 }
 
 /// Versions 1 and 2 keep places as the same records; all else is made anew from them.
@@ -235,6 +268,7 @@ void Store::requireSoundness()
     require(m_database.execAndGet("PRAGMA integrity_check(1)").getString() == "ok");
     require(m_database.execAndGet("SELECT rtreecheck('position')").getString() == "ok");
     m_database.exec(sql::CHECK_NAME_INDEX);
+    m_database.exec(sql::CHECK_TEXT_INDEX);
     for (const char *faults : {sql::COUNT_PLACES_WITHOUT_RECORD, sql::COUNT_WRONG_FACETS, sql::COUNT_WRONG_IDS})
         require(m_database.execAndGet(faults).getInt() == 0);
     require(m_database.execAndGet("SELECT count(*) FROM dictionary").getInt() == 1);

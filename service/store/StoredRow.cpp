@@ -106,4 +106,9 @@ bool StoredRow::passes(const PropertyTest &test) const
     return place && test(PlacePrivate::privateFromPublic(place.get())->auxiliaryData());
 }
 
+bool StoredRow::passes(const TermTest &test) const
+{
+    return test.isOfNames() ? test(nameKey()) : test(m_store.textKey(id()));
+}
+
 } // namespace placesd

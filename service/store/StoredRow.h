@@ -33,6 +33,8 @@ public:
     [[nodiscard]] bool passes(const FacetTest &test) const override;
     /// Reads the whole record of the place.
     [[nodiscard]] bool passes(const PropertyTest &test) const override;
+    /// Reads it too, unless the test is of names.
+    [[nodiscard]] bool passes(const TermTest &test) const override;
 
     /// The numbers of the facets of the place, packed.
     [[nodiscard]] std::string_view facets() const;

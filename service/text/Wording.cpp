@@ -3,9 +3,10 @@
 #include "text/Wording.h"
 
 #include "Limits.h"
+#include "text/CorrectionSource.h"
 #include "text/Spellings.h"
 #include "text/TextKeys.h"
-#include "text/Vocabulary.h"
+#include "text/Utf8.h"
 
 #include <algorithm>
 #include <numeric>
@@ -36,7 +37,7 @@ std::string expressionOf(const Wording::Word &word)
 class Corrector
 {
 public:
-    Corrector(const Wording &typed, const Vocabulary &vocabulary)
+    Corrector(const Wording &typed, const CorrectionSource &vocabulary)
         : m_typed(typed.words())
     {
         for (std::size_t i = 0; i < m_typed.size(); ++i) {
@@ -116,11 +117,13 @@ std::vector<std::size_t> takeWords(const std::vector<Wording::Word> &words, cons
     return taken;
 }
 
-/// Short words such as "am" and "de" tell little.
+/// Short words such as "am" and "de" tell little; so does a single letter of a script that is written without spaces.
 bool isShort(const Wording::Word &word)
 {
     const std::string &text = word.front().text;
-    return text.size() <= 2;
+    const auto letters = std::count_if(text.begin(), text.end(), [](char c) { return !isContinuation(c); });
+    std::size_t start = 0;
+    return letters <= (isUnspaced(codePointAt(text, start)) ? 1 : 2);
 }
 
 Reading readingOf(const std::vector<Wording::Word> &words, const std::vector<std::size_t> &numbers)

@@ -13,7 +13,7 @@
 namespace placesd
 {
 
-class Vocabulary;
+class CorrectionSource;
 
 /// A way in which a word of a term may be written in a text.
 struct Spelling
@@ -71,7 +71,7 @@ Reading asTyped(const Wording &typed);
 /// What a reading is chosen for.
 struct ReadingSearch
 {
-    const Vocabulary &vocabulary;
+    const CorrectionSource &vocabulary;
     /// Whether the search finds anything by a reading.
     std::function<bool(const Reading &reading)> finds;
     /// The number of places that have a word, as far as it matters which of two is rare.

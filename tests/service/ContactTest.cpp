@@ -145,6 +145,8 @@ TEST_F(ContactTest, TheFolderIsReadAgainWhenItChanges)
     cards.write("bob.vcf", card("UID:bob\r\nFN:Robert\r\nADR;TYPE=HOME:;;;Berlin;;;Germany\r\n"));
     EXPECT_THAT(group(Group::Contacts, "bob"), IsEmpty());
     EXPECT_THAT(group(Group::Contacts, "rob"), ElementsAre("Robert"));
+    EXPECT_THAT(group(Group::Contacts, "robret"), ElementsAre("Robert"));
+    EXPECT_THAT(group(Group::Contacts, "robert berlni"), ElementsAre("Robert")) << "the address has words, too";
     QFile::rename(cards.folder.filePath(QStringLiteral("anna.vcf")), cards.folder.filePath(QStringLiteral("z.vcf")));
     EXPECT_EQ(annasId(), id) << "a contact keeps its number wherever its card is";
     service.kill();

@@ -28,6 +28,7 @@ void change(Store &store, Model &model, Chance &chance, int size)
         else
             store.update(*place, **any);
         model.stored[place->id()] = place;
+        model.addWords(*place);
         if (!isNew && chance.oneIn(2)) {
             store.remove(place->id());
             model.stored.erase(place->id());
@@ -78,8 +79,8 @@ TEST(AFind, GivesByEveryPlanWhatALookAtEveryPlaceGives)
     int compared = 0;
     for (int seed = qEnvironmentVariableIntValue("PLACES_SEED"); compared < wanted; ++seed) {
         Chance chance(static_cast<unsigned>(seed));
-        std::timed_mutex lock;
-        Store store(":memory:", lock);
+        StoreShared shared;
+        Store store(":memory:", shared);
         Model model;
         store.write([&] {
             change(store, model, chance, SIZES[static_cast<unsigned>(seed) % std::size(SIZES)]);
@@ -132,8 +133,8 @@ TEST(AFindByDistance, EndsWhateverItsIndexHolds)
 {
     const QTemporaryDir folder;
     const std::string path = folder.filePath(QStringLiteral("places.db")).toStdString();
-    std::timed_mutex lock;
-    Store store(path, lock);
+    StoreShared shared;
+    Store store(path, shared);
     Model model;
     Chance chance(1);
     store.write([&] {

@@ -131,7 +131,7 @@ TEST_P(MigrationTest, KeepsEverythingAndTheUnreadableCanBeRemoved)
     service.stop();
     SQLite::Database migrated(database.toStdString());
     EXPECT_NO_THROW(placesd::Store::requirePlaces(migrated));
-    EXPECT_EQ(migrated.execAndGet("PRAGMA user_version").getInt(), 3);
+    EXPECT_EQ(migrated.execAndGet("PRAGMA user_version").getInt(), 4);
 }
 
 TEST_P(MigrationTest, KeysOfOtherRulesAreMadeAnew)
@@ -142,9 +142,11 @@ TEST_P(MigrationTest, KeysOfOtherRulesAreMadeAnew)
     service.stop();
     SQLite::Database(database.toStdString(), SQLite::OPEN_READWRITE)
         .exec("UPDATE place SET name_key = 'old' || id; UPDATE property SET value = value || 'old';"
-              " UPDATE search_term SET key = 'old'; PRAGMA application_id = 1");
+              " UPDATE search_term SET key = 'old'; UPDATE key_rules SET version = '0';"
+              " INSERT INTO text_index(rowid, text_key) SELECT id, 'unbeach old' FROM place");
     service.start();
     expectPlacesAndTerms();
+    EXPECT_THAT(ids(manager.findPlaces(QStringLiteral("bech"))), ElementsAre(USED, RECENT, CONTACT));
     QStringList terms;
     EXPECT_EQ(protocol.getRecentSearchTerms(terms, QStringLiteral("zur")), Error::Success);
     EXPECT_EQ(terms.size(), 1);
@@ -152,6 +154,7 @@ TEST_P(MigrationTest, KeysOfOtherRulesAreMadeAnew)
     SQLite::Database remade(database.toStdString());
     EXPECT_EQ(remade.execAndGet("SELECT count(*) FROM property WHERE value LIKE '%old'").getInt(), 0);
     EXPECT_GT(remade.execAndGet("SELECT count(*) FROM property").getInt(), 0);
+    EXPECT_EQ(remade.execAndGet("SELECT count(*) FROM word WHERE term LIKE '%old'").getInt(), 0);
 }
 
 TEST_P(MigrationTest, ABackupOfAnEarlierVersionIsRestored)
@@ -159,12 +162,13 @@ TEST_P(MigrationTest, ABackupOfAnEarlierVersionIsRestored)
     const QString backup = put("old.db");
     EXPECT_EQ(protocol.restore(backup.toStdString()), Error::RestoreFailed) << "a place cannot be read";
     SQLite::Database(backup.toStdString(), SQLite::OPEN_READWRITE)
-        .exec("DELETE FROM place WHERE id = 5; PRAGMA page_size = 4096; VACUUM");
+        .exec("PRAGMA foreign_keys = ON; DELETE FROM place WHERE id = 5; PRAGMA page_size = 4096; VACUUM");
     ASSERT_EQ(protocol.restore(backup.toStdString()), Error::Success);
     expectPlacesAndTerms();
 }
 
 INSTANTIATE_TEST_SUITE_P(Versions, MigrationTest,
                          testing::Values(OldDatabase{"version-1.db", 1, 1795575373},
-                                         OldDatabase{"version-2.db", 2, 1795575374}),
+                                         OldDatabase{"version-2.db", 2, 1795575374},
+                                         OldDatabase{"version-3.db", 3, 1795575374}),
                          [](const auto &row) { return "From" + std::to_string(row.param.version); });

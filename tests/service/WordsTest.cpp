@@ -13,7 +13,7 @@ TEST(Words, AreThoseOfTheFullTextIndexAroundEveryCodePoint)
 {
     constexpr uint END = 0x110000;
     SQLite::Database database(":memory:", SQLite::OPEN_READWRITE);
-    database.exec(placesd::sql::SCHEMA);
+    database.exec(placesd::sql::TABLES);
     database.exec("BEGIN");
     SQLite::Statement add(database, "INSERT INTO name_index(rowid, name_key) VALUES (?1, ?2)");
     std::vector<bool> isCut(END);

@@ -4,9 +4,12 @@
 #include "places/SearchOperator.h"
 #include "places/SortRule.h"
 #include "places/Utilities.h"
+#include "store/IndexEntries.h"
 #include "store/Records.h"
 #include "support/RandomFind.h"
 #include "text/TextKeys.h"
+#include "text/Vocabulary.h"
+#include "text/Wording.h"
 
 #include <QtCore/QHash>
 #include <QtCore/QRegularExpression>
@@ -40,6 +43,17 @@ inline QStringList splitWords(const QString &text)
     return text.split(between, Qt::SkipEmptyParts);
 }
 
+/// The words by which a name is found.
+struct NameWords
+{
+    QStringList words;
+};
+
+inline NameWords wordsOfName(const QString &name)
+{
+    return {splitWords(indexKey(name))};
+}
+
 inline bool passes(const QString &text, int op, const QString &term)
 {
     const QByteArray a = text.toUtf8();
@@ -65,8 +79,15 @@ struct Subject
     qint64 number = 0; ///< The id, or where it came among those that are not stored.
     int batch = 0;     ///< Of the providers.
     std::set<const Rule *> foundBy = {};
+    mutable QStringList wordsOfTexts = {}; ///< Made when they are asked for.
 
     const PlacePrivate &data() const { return *PlacePrivate::privateFromPublic(seen.get()); }
+    const QStringList &textWords() const
+    {
+        if (wordsOfTexts.isEmpty())
+            wordsOfTexts = splitWords(textKeyOf(data()));
+        return wordsOfTexts;
+    }
 };
 
 inline bool hasProperty(const PlacePrivate &place, const Rule *key, const Rule *value, const QStringList &types = TYPES)
@@ -102,10 +123,28 @@ inline void eachLeaf(const Node &node, const Take &take)
 /// What is stored, and where other places come from.
 struct Model
 {
+    Vocabulary words; ///< Of all that was ever stored.
     std::map<qint64, FoundPlace> stored;
     std::vector<FoundPlace> terms; ///< Newest first.
     const Guide *guide = nullptr;
+
+    void addWords(const Place &place)
+    {
+        std::vector<std::string> all;
+        for (const QString &word : splitWords(textKeyOf(*PlacePrivate::privateFromPublic(&place))))
+            all.push_back(word.toStdString());
+        words.add(std::move(all));
+    }
 };
+
+inline std::vector<const Rule *> searchesOf(const Rule &rule)
+{
+    std::vector<const Rule *> searches;
+    for (const Rule &member : rule.members)
+        searches.push_back(&member);
+    const bool isChain = joinsSearches(rule) && rule.kind == Kind::And;
+    return isChain ? searches : std::vector<const Rule *>{&rule};
+}
 
 /// A look at every place for one query.
 class Look
@@ -122,6 +161,8 @@ private:
     void addGiven(const Rule &leaf, const FoundPlace &place, int batch);
     bool isGiven(const Rule &leaf, const Subject &subject) const
     {
+        if (m_isReading && providerSearchOf(leaf))
+            return false;
         return subject.foundBy.count(&leaf) > 0 && (subject.batch == m_batch || !providerSearchOf(leaf));
     }
     bool isGivenByAny(const Rule &rule, const Subject &subject) const
@@ -151,7 +192,7 @@ private:
         const quint64 time = static_cast<unsigned>(rule.value);
         const bool uses[] = {used == time, used != time, used >= time, used <= time};
         const bool isOwn = subject.isStored && !m_external;
-        const bool isNamed = passes(folded(data.name()), SearchOperator::Contains, folded(rule.text));
+        const auto isNamed = [&] { return hasWords(subject, rule.text); };
         const auto isText = [&](const QString &text) { return passes(text, rule.op, rule.text); };
         const auto isType = [&](const AuxiliaryData &record) { return isText(record.type()); };
         const bool isNot = rule.op == SearchOperator::NotEqual;
@@ -163,7 +204,7 @@ private:
         case Field::LastUsedTime:
             return uses[rule.op - SearchOperator::Equals];
         case Field::Name:
-            return passes(folded(data.name()), rule.op, folded(rule.text));
+            return isByWords(rule) ? isNamed() : passes(folded(data.name()), rule.op, folded(rule.text));
         case Field::Owner:
         case Field::MyPlaces:
             return isText(data.owner());
@@ -180,9 +221,9 @@ private:
         case Field::NonContact:
             return !data.hasAuxiliaryData(AuxiliaryData::TypeContact);
         case Field::ContactQuery:
-            return isOwn && isNamed && data.hasAuxiliaryData(AuxiliaryData::TypeContact);
+            return isOwn && isNamed() && data.hasAuxiliaryData(AuxiliaryData::TypeContact);
         case Field::MeetingRoom:
-            return isOwn && isNamed
+            return isOwn && isNamed()
                    && hasProperty(data, &kind, &room, {AuxiliaryData::TypeContact, AuxiliaryData::TypeCalendar});
         default:
             return isGiven(rule, subject);
@@ -197,8 +238,39 @@ private:
                && holds(search, subject);
     }
 
+    static bool hasWords(const Subject &subject, const Reading &reading)
+    {
+        const QStringList &there =
+            reading.inNames ? cached(subject.data().name(), wordsOfName).words : subject.textWords();
+        const auto isThere = [&](const Spelling &spelling) {
+            const QString text = QString::fromStdString(spelling.text);
+            return std::any_of(there.begin(), there.end(), [&](const QString &word) {
+                return spelling.isWhole ? word == text : word.startsWith(text);
+            });
+        };
+        return std::any_of(reading.wordings.begin(), reading.wordings.end(), [&](const Wording &wording) {
+            return std::all_of(wording.words().begin(), wording.words().end(), [&](const Wording::Word &word) {
+                return std::any_of(word.begin(), word.end(), isThere);
+            });
+        });
+    }
+    bool hasWords(const Subject &subject, const QString &term) const
+    {
+        const Reading &reading = m_readings.at(term);
+        return reading.wordings.front().isEmpty() ? folded(subject.data().name()).contains(folded(term))
+                                                  : hasWords(subject, reading);
+    }
+    void read(bool inNames)
+    {
+        for (auto &[term, reading] : m_readings)
+            reading = {{Wording::of(term)}, inNames};
+    }
+    void chooseReadings(const Model &model);
+
     const Query &m_query;
     const bool m_external;
+    std::map<QString, Reading> m_readings;
+    bool m_isReading = false; ///< Whether readings are being chosen, which providers have no part in.
     int m_batch = 0;
     std::vector<Subject> m_subjects;
     QHash<QString, std::size_t> m_known; ///< Positions among the subjects, by what a place is known by at its source.
@@ -234,6 +306,43 @@ inline Look::Look(const Model &model, const Query &query, bool external)
         for (const FoundPlace &place : model.guide ? model.guide->results(leaf->text) : std::vector<FoundPlace>())
             addGiven(*leaf, place, hasBatches ? count++ / limits::PROVIDER_BATCH : 0);
     }
+    chooseReadings(model);
+}
+
+/// The first reading by which a search by words finds anything.
+inline void Look::chooseReadings(const Model &model)
+{
+    eachLeaf(m_query.rule, [&](const Rule &leaf) {
+        if (isByWords(leaf))
+            m_readings[leaf.text];
+    });
+    read(true);
+    m_isReading = true;
+    const auto finds = [&] {
+        const std::vector<const Rule *> searches = searchesOf(m_query.rule);
+        return std::any_of(m_subjects.begin(), m_subjects.end(), [&](const Subject &subject) {
+            const auto first = std::find_if(searches.begin(), searches.end(),
+                                            [&](const Rule *search) { return isFoundBy(*search, subject); });
+            return first != searches.end() && placesd::hasWords(**first);
+        });
+    };
+    const auto frequency = [&](const Reading &reading) {
+        return std::count_if(m_subjects.begin(), m_subjects.end(),
+                             [&](const Subject &subject) { return subject.isStored && hasWords(subject, reading); });
+    };
+    if (m_readings.size() == 1) {
+        auto &[term, chosen] = *m_readings.begin();
+        const auto findsBy = [&, &chosen = chosen](const Reading &reading) {
+            chosen = reading;
+            return finds();
+        };
+        chosen = chooseReading(Wording::of(term), {model.words, findsBy, frequency});
+    } else if (!m_readings.empty() && !finds()) {
+        read(false);
+        if (!finds())
+            read(true);
+    }
+    m_isReading = false;
 }
 
 inline void Look::addGiven(const Rule &leaf, const FoundPlace &place, int batch)
@@ -297,12 +406,7 @@ inline void sortBy(const Sort &sort, std::vector<const Subject *> &subjects)
 
 inline std::vector<FoundPlace> Look::find()
 {
-    const bool isChain = joinsSearches(m_query.rule) && m_query.rule.kind == Kind::And;
-    std::vector<const Rule *> searches;
-    for (const Rule &member : m_query.rule.members)
-        searches.push_back(&member);
-    if (!isChain)
-        searches = {&m_query.rule};
+    const std::vector<const Rule *> searches = searchesOf(m_query.rule);
     const Sort *first = nullptr;
     eachLeaf(m_query.sort, [&first](const Sort &sort) { first = !first && sorts(sort) ? &sort : first; });
     const bool isDown = (first ? first : &m_query.sort)->order == SortOrder::Descending;

@@ -54,6 +54,9 @@ inline const std::map<int, QStringList> TEXTS = {{1, KEYS},
                                                  {7, TYPES},
                                                  {11, OWNERS},
                                                  {Field::RecentSearchTerms, list("||c|z|st")}};
+/// Terms that names do not answer: words of other texts, slips, and words too many.
+inline const QStringList TERMS =
+    list("beach|bea cafe|cfae|izmri|izmir cafx|strassse zurich|same beech|same zurich nowhere|sama|glück|zuerich");
 inline const std::vector<int> FIELDS = {1, 2, 3, 4, 4, 4, 5, 6, 6, 7, 8, 10, 10, 11, 12, 15, 17, 18, 19, 21, 23, 24};
 
 /// Random places and queries.
@@ -160,7 +163,8 @@ private:
         rule.op = 2 + below(field == Field::LastUsedTime ? 4 : 7);
         rule.value = static_cast<int>(static_cast<unsigned>(of(TIMES)));
         const bool isName = TEXTS.count(field) == 0 || oneIn(4);
-        const QVector<uint> text = (isName ? oneIn(3) ? name() : of(WORDS) : of(TEXTS.at(field))).toUcs4();
+        const QString own = oneIn(3) ? of(TERMS) : oneIn(2) ? name() : of(WORDS);
+        const QVector<uint> text = (isName ? own : of(TEXTS.at(field))).toUcs4();
         rule.text = QString::fromUcs4(text.constData(), oneIn(3) ? below(text.size() + 1) : text.size());
         return sourceKindOf(rule) != SourceKind::None && --m_sources < 0 ? leaf(of(FIELDS)) : rule;
     }

@@ -1,0 +1,18 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "text/SharedVocabulary.h"
+
+#include <mutex>
+
+namespace placesd
+{
+
+/// What all connections to one database share. Safe on any thread.
+struct StoreShared
+{
+    std::timed_mutex writeLock; ///< Writers take turns by it.
+    SharedVocabulary words;     ///< Of all texts that are stored.
+};
+
+} // namespace placesd

@@ -1,0 +1,24 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "text/JoinedVocabulary.h"
+
+#include <algorithm>
+
+namespace placesd
+{
+
+std::vector<Correction> JoinedVocabulary::corrections(std::string_view typed, bool asPrefix, std::size_t limit) const
+{
+    std::vector<Correction> joined = m_first.corrections(typed, asPrefix, limit);
+    for (Correction &correction : m_second.corrections(typed, asPrefix, limit)) {
+        const auto isSame = [&correction](const Correction &known) { return known.word == correction.word; };
+        if (std::none_of(joined.begin(), joined.end(), isSame))
+            joined.push_back(std::move(correction));
+    }
+    std::stable_sort(joined.begin(), joined.end(),
+                     [](const Correction &a, const Correction &b) { return a.edits < b.edits; });
+    joined.resize(std::min(joined.size(), limit));
+    return joined;
+}
+
+} // namespace placesd

@@ -1,0 +1,51 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "text/SharedVocabulary.h"
+
+#include <algorithm>
+
+namespace placesd
+{
+
+/// Most places have no new word, so nobody who reads has to wait for them.
+void SharedVocabulary::add(std::vector<std::string> words)
+{
+    {
+        const std::shared_lock<std::shared_mutex> lock(m_mutex);
+        const auto isKnown = [this](const std::string &word) { return m_words.contains(word); };
+        words.erase(std::remove_if(words.begin(), words.end(), isKnown), words.end());
+    }
+    if (words.empty())
+        return;
+    const std::unique_lock<std::shared_mutex> lock(m_mutex);
+    m_words.add(std::move(words));
+}
+
+void SharedVocabulary::load(const std::function<std::vector<std::string>()> &readWords)
+{
+    const std::lock_guard<std::mutex> loading(m_loading);
+    if (m_isLoaded)
+        return;
+    add(readWords());
+    m_isLoaded = true;
+}
+
+void SharedVocabulary::expire()
+{
+    const std::lock_guard<std::mutex> loading(m_loading);
+    m_isLoaded = false;
+}
+
+bool SharedVocabulary::hasPrefix(std::string_view start) const
+{
+    const std::shared_lock<std::shared_mutex> lock(m_mutex);
+    return m_words.hasPrefix(start);
+}
+
+std::vector<Correction> SharedVocabulary::corrections(std::string_view typed, bool asPrefix, std::size_t limit) const
+{
+    const std::shared_lock<std::shared_mutex> lock(m_mutex);
+    return m_words.corrections(typed, asPrefix, limit);
+}
+
+} // namespace placesd
