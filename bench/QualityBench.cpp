@@ -1,6 +1,8 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
 #include "quality/Asker.h"
+#include "quality/HostileTerms.h"
+#include "quality/MadePlaces.h"
 #include "quality/QualityReport.h"
 #include "quality/QuestionMaker.h"
 #include "quality/ServedFiles.h"
@@ -9,6 +11,9 @@
 
 #include <CLI/CLI.hpp>
 
+#include <QtCore/QTemporaryDir>
+
+#include <algorithm>
 #include <cstdlib>
 #include <iterator>
 
@@ -51,13 +56,28 @@ void append(List &list, List &&more)
     std::move(more.begin(), more.end(), std::back_inserter(list));
 }
 
-std::vector<AskedSet> askOfTheWorld(const QStringList &files, std::uint64_t seed, bool areStored)
+struct World
 {
-    const KnownPlaces places(files);
+    QStringList files;
+    int made = 0; ///< Places beside those of the files.
+    bool withHostile = false;
+};
+
+std::vector<AskedSet> askOfTheWorld(const World &world, std::uint64_t seed, bool areStored)
+{
+    const KnownPlaces places(world.files);
     QuestionMaker maker(places, seed);
     std::vector<QuestionSet> sets = maker.byName();
     append(sets, maker.byOtherNames());
     sets.push_back(readQuestions(sourceFile("bench/quality/questions.tsv"), places));
+    if (world.withHostile)
+        append(sets, hostileTerms(places, seed));
+    QStringList files = world.files;
+    const QTemporaryDir folder;
+    if (world.made > 0) {
+        files.append(folder.filePath(QStringLiteral("made.geojson")));
+        writeMadePlaces(files.last(), places, world.made, seed);
+    }
     return askAll(files, sets, areStored);
 }
 
@@ -83,6 +103,10 @@ int main(int argc, char **argv)
     app.add_option("files", more, "GeoJSON files beside the sample data")->check(CLI::ExistingFile);
     std::uint64_t seed = 1;
     app.add_option("--seed", seed, "Seed of the questions")->capture_default_str();
+    int made = 0;
+    app.add_option("--places", made, "Number of made places beside those of the files")->check(CLI::NonNegativeNumber);
+    bool withHostile = false;
+    app.add_flag("--hostile", withHostile, "Also print how long the terms take that cost a search most");
     bool areStored = false;
     app.add_flag("--stored", areStored, "Import the places, and ask for stored ones");
     bool asMarkdown = false;
@@ -92,13 +116,23 @@ int main(int argc, char **argv)
     CLI11_PARSE(app, argc, argv);
 
     const QString airports = sourceFile("examples/data/airports.geojson");
-    QStringList files{airports, sourceFile("examples/data/cities.geojson")};
+    World world;
+    world.files = QStringList{airports, sourceFile("examples/data/cities.geojson")};
+    world.made = made;
+    world.withHostile = withHostile;
     for (const std::string &file : more)
-        files.append(QString::fromStdString(file));
+        world.files.append(QString::fromStdString(file));
     const OneProcessor oneProcessor;
-    std::vector<AskedSet> asked = askOfTheWorld(files, seed, areStored);
+    std::vector<AskedSet> asked = askOfTheWorld(world, seed, areStored);
     append(asked, askOfNames(airports, seed, areStored));
-    printQuality(asked, areStored ? OF_THE_STORE : OF_THE_GAZETTEER, asMarkdown);
+    const auto hostile =
+        std::stable_partition(asked.begin(), asked.end(), [](const AskedSet &set) { return set.hasMeant; });
+    const std::vector<AskedSet> timed(hostile, asked.end());
+    asked.erase(hostile, asked.end());
+    const ShownGroups &groups = areStored ? OF_THE_STORE : OF_THE_GAZETTEER;
+    printQuality(asked, groups, asMarkdown);
+    if (withHostile)
+        printTimes(timed, groups, asMarkdown);
     if (withMisses)
         printMisses(asked);
     return EXIT_SUCCESS;

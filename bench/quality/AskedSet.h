@@ -42,6 +42,7 @@ struct AskedSet
 {
     QString name;
     int asked = 0;
+    bool hasMeant = true; ///< False where only the time matters.
     Hits upper;
     Hits both;
     Answers upperTimes;

@@ -74,12 +74,15 @@ Asker::Rows Asker::find(ShownGroups::Group group, const QString &typed, std::vec
 
 AskedSet Asker::ask(const QuestionSet &set) const
 {
-    AskedSet asked{set.name, static_cast<int>(set.questions.size()), {}, {}, {}, {}};
+    AskedSet asked;
+    asked.name = set.name;
+    asked.asked = static_cast<int>(set.questions.size());
+    asked.hasMeant = !set.questions.front().meant.empty();
     for (const SearchQuestion &question : set.questions) {
         const Rows upper = find(m_groups.upper, question.typed, asked.upperTimes.times);
         const Rows both = together(upper, find(m_groups.lower, question.typed, asked.lowerTimes.times));
         count(upper, question, asked.upper);
-        if (!count(both, question, asked.both)) {
+        if (!count(both, question, asked.both) && asked.hasMeant) {
             asked.misses.push_back(
                 {question.typed, question.meant.front()->name, both.isEmpty() ? QString() : both.front()->name()});
         }

@@ -37,6 +37,19 @@ void printQuality(const std::vector<AskedSet> &sets, const ShownGroups &groups, 
     table.print(asMarkdown);
 }
 
+void printTimes(const std::vector<AskedSet> &sets, const ShownGroups &groups, bool asMarkdown)
+{
+    const std::string upper = "group " + std::to_string(groups.upper);
+    const std::string lower = "group " + std::to_string(groups.lower);
+    Table table({"terms", "asked", upper + ": median", "longest", lower + ": median", "longest"});
+    for (const AskedSet &set : sets) {
+        table.add({set.name.toStdString(), std::to_string(set.asked), timeText(set.upperTimes.median()),
+                   timeText(set.upperTimes.quantile(1)), timeText(set.lowerTimes.median()),
+                   timeText(set.lowerTimes.quantile(1))});
+    }
+    table.print(asMarkdown);
+}
+
 void printMisses(const std::vector<AskedSet> &sets)
 {
     std::printf("set\ttyped\tmeant\tfound first\n");

@@ -12,7 +12,7 @@ namespace bench
 struct SearchQuestion
 {
     QString typed;
-    std::vector<const KnownPlace *> meant; ///< Any of them is right; at least one.
+    std::vector<const KnownPlace *> meant; ///< Any of them is right; none where only the time matters.
 };
 
 /// Questions of one kind: a row of the report.
