@@ -48,12 +48,17 @@ constexpr int CORRECTED_LETTERS = 63;
 /// Most corrections of a word that a search tries, and most combinations of those of several words.
 constexpr std::size_t CORRECTIONS_OF_WORD = 48;
 constexpr std::size_t CORRECTED_WORDINGS = 16;
+/// Most words of a term that a search corrects.
+constexpr std::size_t CORRECTED_WORDS = 8;
+/// Most words that a search looks up for the beginning of one, and for those of a term.
+constexpr std::size_t EXPANSIONS_OF_WORD = 16;
+constexpr std::size_t EXPANSIONS_OF_TERM = 128;
 /// Edits that a search tries beyond those that each word needs on its own.
 constexpr int MORE_EDITS = 2;
 /// Most words of a term of which a search leaves some out.
 constexpr std::size_t WORDS_IN_TURN = 8;
 /// Places with a word that are counted to tell which of two words is rarer.
-constexpr int COUNTED_PLACES = 20000;
+constexpr int COUNTED_PLACES = 2000;
 /// Most leaves of a rule that find what is not stored.
 constexpr std::size_t RULE_SOURCES = 8;
 /// Results that a provider is asked for at once.

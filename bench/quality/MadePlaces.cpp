@@ -5,6 +5,7 @@
 #include "Random.h"
 
 #include <QtCore/QFile>
+#include <QtCore/QHash>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
@@ -19,6 +20,8 @@ namespace
 {
 
 constexpr int SHORTEST_TO_CROSS = 4; // letters
+/// A word that occurs more often, such as "Airport", is not crossed.
+constexpr int MOST_TIMES = 20;
 constexpr std::uint64_t ONE_WITH_OTHER_NAME = 5;
 constexpr std::uint64_t ONE_AIRPORT = 20;
 constexpr int CODE_LETTERS = 4;
@@ -44,9 +47,14 @@ public:
             (place.isAirport ? m_airports : m_cities).push_back(&place);
             for (const QString &word : place.name.split(QLatin1Char(' '))) {
                 if (isCrossable(word))
-                    m_words.append(word);
+                    ++m_words[word];
             }
         }
+        for (auto word = m_words.begin(); word != m_words.end(); ++word) {
+            if (word.value() <= MOST_TIMES)
+                m_rare.append(word.key());
+        }
+        m_rare.sort();
     }
 
     QByteArray feature(int number)
@@ -80,14 +88,14 @@ private:
     {
         QStringList words = place.name.split(QLatin1Char(' '));
         for (QString &word : words) {
-            if (isCrossable(word) && below(2) == 0)
+            if (const int times = m_words.value(word); times > 0 && times <= MOST_TIMES && below(2) == 0)
                 word = crossed(word);
         }
         const QString name = words.join(QLatin1Char(' '));
-        return name == place.name ? crossed(oneOf(m_words)) + QLatin1Char(' ') + name : name;
+        return name == place.name ? crossed(oneOf(m_rare)) + QLatin1Char(' ') + name : name;
     }
 
-    QString crossed(const QString &word) { return word.left((word.size() + 1) / 2) + oneOf(m_words).mid(2).toLower(); }
+    QString crossed(const QString &word) { return word.left((word.size() + 1) / 2) + oneOf(m_rare).mid(2).toLower(); }
 
     QString code()
     {
@@ -101,7 +109,8 @@ private:
 
     std::vector<const KnownPlace *> m_cities;
     std::vector<const KnownPlace *> m_airports;
-    QStringList m_words; ///< Of the names, as often as they occur.
+    QHash<QString, int> m_words; ///< How often the words that can be crossed occur in names.
+    QStringList m_rare;          ///< Those that are crossed.
 };
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "find/FindSql.h"
 #include "store/SqlFunctions.h"
 #include "store/Store.h"
+#include "text/Expansion.h"
 
 #include <algorithm>
 
@@ -20,12 +21,19 @@ namespace
 /// rest of its rule leaves.
 constexpr int MOST_IDS = 4096;
 
+/// The index of the names is the only one that another process may write to unnoticed.
+QByteArray expressionOf(Store &store, const Reading &reading)
+{
+    return QByteArray::fromStdString(reading.inNames ? reading.expression()
+                                                     : matchExpressions(reading, store.vocabulary()).exact);
+}
+
 } // namespace
 
 SearchTerm::SearchTerm(Store &store, const QString &term, Reading reading)
     : m_store(store)
+    , m_expression(expressionOf(store, reading))
     , m_test(term, std::move(reading))
-    , m_expression(QByteArray::fromStdString(m_test.expression()))
 {}
 
 const std::optional<std::vector<qint64>> &SearchTerm::ids() const
@@ -36,7 +44,7 @@ const std::optional<std::vector<qint64>> &SearchTerm::ids() const
     std::vector<qint64> ids;
     const auto row = m_store.statements().take(sql::SOME_IN_TEXTS);
     bindAll(*row, {m_expression, MOST_IDS + 1}, 1);
-    while (row->executeStep())
+    while (!m_expression.isEmpty() && row->executeStep())
         ids.push_back(row->getColumn(0).getInt64());
     if (ids.size() <= MOST_IDS) {
         std::sort(ids.begin(), ids.end());

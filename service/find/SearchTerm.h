@@ -33,8 +33,8 @@ private:
     [[nodiscard]] const std::optional<std::vector<qint64>> &ids() const;
 
     Store &m_store;
+    const QByteArray m_expression; ///< For the index of names, or of all texts; empty where nothing there can pass.
     const TermTest m_test;
-    const QByteArray m_expression;
     mutable bool m_isCollected = false;
     mutable std::optional<std::vector<qint64>> m_ids;
     mutable std::map<qint64, qint64> m_counts; ///< By limit.

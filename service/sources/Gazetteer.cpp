@@ -18,6 +18,7 @@
 #include "store/Nearest.h"
 #include "store/Records.h"
 #include "store/SqlFunctions.h"
+#include "text/Folding.h"
 #include "text/OtherNames.h"
 #include "text/TextKeys.h"
 #include "Vocabulary.h"
@@ -251,6 +252,8 @@ Provider Gazetteer::description() const
 void Gazetteer::prepare()
 {
     State state = State::Ready;
+    // Reads the rules of transliteration, which takes too long for a search.
+    inLatin(QStringLiteral("\u0416"));
     try {
         if (!isUpToDate() || !readVocabulary()) {
             build();
@@ -388,13 +391,13 @@ ProviderAnswer Gazetteer::search(const ProviderSearch &search)
 {
     return ask<ProviderAnswer>(search.deadline, [&](SQLite::Database &database, ProviderAnswer &answer) {
         const bool suggests = search.kind == SearchKind::Suggestion || search.kind == SearchKind::CategorySuggestion;
-        const bool isEmpty = Wording::of(search.term).isEmpty();
-        if (isEmpty && (search.kind == SearchKind::Suggestion || !search.term.isEmpty()))
+        const Wording typed = Wording::of(search.term);
+        if (typed.isEmpty() && (search.kind == SearchKind::Suggestion || !search.term.isEmpty()))
             return;
         // Completions among the categories come before those among the places.
         ProviderSearch rest = search;
         if (suggests) {
-            const QStringList found = categories(database, search.term);
+            const QStringList found = categories(database, typed);
             for (const QString &category : found.mid(search.position, search.count))
                 answer.places.push_back(suggestCategory(category));
             answer.hasMore = search.position + search.count < found.size();
@@ -402,29 +405,41 @@ ProviderAnswer Gazetteer::search(const ProviderSearch &search)
             rest.count = search.count - static_cast<int>(answer.places.size());
         }
         if (search.kind != SearchKind::CategorySuggestion && !answer.hasMore)
-            findPlaces(database, rest, answer);
+            findPlaces(database, rest, typed, answer);
     });
 }
 
-void Gazetteer::findPlaces(SQLite::Database &database, const ProviderSearch &search, ProviderAnswer &answer)
+void Gazetteer::findPlaces(SQLite::Database &database, const ProviderSearch &search, const Wording &typed,
+                           ProviderAnswer &answer)
 {
-    const Reading reading = readingFor(database, search);
+    const std::optional<Reading> reading = readingFor(database, search, typed);
+    if (!reading)
+        return;
     std::vector<int64_t> ids =
-        TierSearch(questionOf(database, search, reading)).page(search.position, search.count + 1);
+        TierSearch(questionOf({database, m_vocabulary}, search, *reading)).page(search.position, search.count + 1);
     answer.hasMore = ids.size() > static_cast<std::size_t>(search.count);
     if (answer.hasMore)
         ids.pop_back();
     SQLite::Statement record(database, sql::SELECT_RECORD);
     for (const int64_t id : ids)
-        answer.places.push_back(placeOf(record, id, search, reading));
+        answer.places.push_back(placeOf(record, id, search, *reading));
 }
 
-Reading Gazetteer::readingFor(SQLite::Database &database, const ProviderSearch &search) const
+std::optional<Reading> Gazetteer::readingFor(SQLite::Database &database, const ProviderSearch &search,
+                                             const Wording &typed) const
 {
-    return chooseReading(Wording::of(search.term),
-                         {m_vocabulary,
-                          [&](const Reading &reading) { return countOf(database, search, reading, 1) > 0; },
-                          [&](const Reading &reading) { return countOf(database, search, reading, limits::COUNTED_PLACES); }});
+    const GazetteerIndex index{database, m_vocabulary};
+    bool isFound = typed.isEmpty();
+    const auto finds = [&](const Reading &reading) {
+        const bool found = countOf(index, search, reading, 1) > 0;
+        isFound = isFound || found;
+        return found;
+    };
+    const auto frequency = [&](const Reading &reading) {
+        return countOf(index, search, reading, limits::COUNTED_PLACES);
+    };
+    const Reading reading = chooseReading(typed, {m_vocabulary, finds, frequency});
+    return isFound ? std::optional(reading) : std::nullopt;
 }
 
 FoundPlace Gazetteer::placeAt(SQLite::Database &database, qint64 id) const
@@ -456,10 +471,9 @@ FoundPlace Gazetteer::placeOf(SQLite::Statement &row, qint64 id, const ProviderS
     return place;
 }
 
-QStringList Gazetteer::categories(SQLite::Database &database, const QString &term)
+QStringList Gazetteer::categories(SQLite::Database &database, const Wording &wording)
 {
     QStringList found;
-    const Wording wording = Wording::of(term);
     SQLite::Statement row(database, sql::SELECT_CATEGORIES);
     while (row.executeStep()) {
         const QString category = textAt(row.getColumn(0));

@@ -11,6 +11,7 @@
 #include <condition_variable>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -69,12 +70,14 @@ private:
     /// Runs `ask` on a connection; whatever goes wrong becomes the code of what it returns.
     template <typename Answer>
     Answer ask(Deadline deadline, const std::function<void(SQLite::Database &, Answer &)> &ask);
-    void findPlaces(SQLite::Database &database, const ProviderSearch &search, ProviderAnswer &answer);
-    /// How the term of a search is read: the same for each page of it.
-    Reading readingFor(SQLite::Database &database, const ProviderSearch &search) const;
+    void findPlaces(SQLite::Database &database, const ProviderSearch &search, const Wording &typed,
+                    ProviderAnswer &answer);
+    /// How the term of a search is read: the same for each page of it. Nothing where no place is found.
+    std::optional<Reading> readingFor(SQLite::Database &database, const ProviderSearch &search,
+                                      const Wording &typed) const;
     bool readVocabulary();
     /// Names of the categories that have a word starting with each word of the term.
-    static QStringList categories(SQLite::Database &database, const QString &term);
+    static QStringList categories(SQLite::Database &database, const Wording &wording);
     [[nodiscard]] FoundPlace placeAt(SQLite::Database &database, qint64 id) const;
     /// @param row selects records by ids.
     FoundPlace placeOf(SQLite::Statement &row, qint64 id, const ProviderSearch &search, const Reading &reading) const;

@@ -6,6 +6,7 @@
 #include "sources/IndexRow.h"
 #include "store/Nearest.h"
 #include "store/SqlFunctions.h"
+#include "text/Expansion.h"
 #include "text/TextKeys.h"
 #include "text/Utf8.h"
 
@@ -30,6 +31,9 @@ enum Tier
     NameHasWords,
     Fits
 };
+
+/// So many rows are tested faster than the entries of a frequent word are collected.
+constexpr int FEW_PLACES = 200;
 
 StatementPtr select(SQLite::Database &database, const char *from)
 {
@@ -74,23 +78,42 @@ std::string endOfStarts(std::string text)
     return text;
 }
 
+/// Number of places that an expression matches, counted no further than `limit`.
+int64_t countMatches(SQLite::Database &database, const std::string &expression, int limit)
+{
+    SQLite::Statement row(database, sql::COUNT_SOME);
+    row.bind(1, expression);
+    row.bind(2, limit);
+    row.executeStep();
+    return row.getColumn(0).getInt64();
+}
+
 /// A reading of a term, and what a search looks at for it.
 class Term
 {
 public:
-    Term(const ProviderSearch &search, const Reading &reading)
+    Term(const GazetteerIndex &index, const ProviderSearch &search, const Reading &reading)
         : m_kind(search.kind)
         , m_key(utf8(searchKey(search.term)))
         , m_reading(reading)
-    {}
+        , m_expressions(matchExpressions(reading, index.vocabulary))
+    {
+        if (!m_expressions.broad.empty() && m_expressions.broad != m_expressions.exact)
+            m_isBroad =
+                countMatches(index.database, matchesIn(columns(), m_expressions.broad), FEW_PLACES + 1) <= FEW_PLACES;
+    }
 
     [[nodiscard]] const std::string &key() const { return m_key; }
     [[nodiscard]] bool isEmpty() const { return m_reading.wordings.empty() || m_reading.wordings.front().isEmpty(); }
 
-    /// Expression for the full-text index that finds every result.
-    [[nodiscard]] std::string matches() const { return "{" + columns() + "} : (" + m_reading.expression() + ")"; }
+    /// False where no place has the words.
+    [[nodiscard]] bool canMatch() const { return !m_expressions.exact.empty(); }
+    /// Whether what the expressions find has to be tested.
+    [[nodiscard]] bool isBroad() const { return m_isBroad; }
+    /// Expression for the full-text index that finds every result, and maybe others.
+    [[nodiscard]] std::string matches() const { return matchesIn(columns(), expression()); }
     /// The same for the results whose names have the words.
-    [[nodiscard]] std::string nameMatches() const { return "{name} : (" + m_reading.expression() + ")"; }
+    [[nodiscard]] std::string nameMatches() const { return matchesIn("name", expression()); }
 
     [[nodiscard]] bool isIn(const IndexRow &row) const
     {
@@ -117,6 +140,15 @@ private:
         return m_kind == SearchKind::Category || m_kind == SearchKind::CategoryOrName || !m_reading.inNames;
     }
     [[nodiscard]] bool looksAtRest() const { return m_kind != SearchKind::Category && !m_reading.inNames; }
+    [[nodiscard]] const std::string &expression() const
+    {
+        return m_isBroad ? m_expressions.broad : m_expressions.exact;
+    }
+    /// A phrase without a word matches nothing.
+    static std::string matchesIn(const std::string &columns, const std::string &expression)
+    {
+        return "{" + columns + "} : (" + (expression.empty() ? "\"\"" : expression) + ")";
+    }
     /// Columns of the full-text index that a search looks at.
     [[nodiscard]] std::string columns() const
     {
@@ -138,6 +170,8 @@ private:
     SearchKind m_kind;
     std::string m_key;
     Reading m_reading;
+    MatchExpressions m_expressions;
+    bool m_isBroad = false;
 };
 
 /// Selects every result in an order, and maybe others.
@@ -170,20 +204,26 @@ StatementPtr candidatesOf(SQLite::Database &database, const Term &term, int tier
 
 } // namespace
 
-int64_t countOf(SQLite::Database &database, const ProviderSearch &search, const Reading &reading, int limit)
+int64_t countOf(const GazetteerIndex &index, const ProviderSearch &search, const Reading &reading, int limit)
 {
-    SQLite::Statement row(database, sql::COUNT_SOME);
-    row.bind(1, Term(search, reading).matches());
-    row.bind(2, limit);
-    row.executeStep();
-    return row.getColumn(0).getInt64();
+    const Term term(index, search, reading);
+    if (!term.canMatch())
+        return 0;
+    if (!term.isBroad())
+        return countMatches(index.database, term.matches(), limit);
+    const StatementPtr rows = select(index.database, sql::MATCHES_BY_WEIGHT, term.matches());
+    int64_t count = 0;
+    while (count < limit && rows->executeStep())
+        count += term.isIn(IndexRow(*rows)) ? 1 : 0;
+    return count;
 }
 
-TierQuestion questionOf(SQLite::Database &database, const ProviderSearch &search, const Reading &reading)
+TierQuestion questionOf(const GazetteerIndex &index, const ProviderSearch &search, const Reading &reading)
 {
+    SQLite::Database &database = index.database;
     const bool isByRelevance = search.order == SearchOrder::Relevance;
     const ResultOrder order(search.order, isByRelevance ? search.centre : search.orderCentre);
-    const Term term(search, reading);
+    const Term term(index, search, reading);
     TierQuestion question{Fits, Fits, order, nullptr, walkOf(database, term, order), nullptr};
     if (!term.isEmpty())
         question.candidates = [&database, term](int tier) { return candidatesOf(database, term, tier); };

@@ -9,13 +9,20 @@
 namespace placesd
 {
 
+/// What a search looks things up in.
+struct GazetteerIndex
+{
+    SQLite::Database &database;
+    const CorrectionSource &vocabulary; ///< All words of the full-text index.
+};
+
 /// The places that a search finds by a reading of its term. By relevance, those of just the name of the term come
 /// first, then those whose name starts with the term, then those whose names have its words, then the rest. A reading
 /// without words finds every place.
-TierQuestion questionOf(SQLite::Database &database, const ProviderSearch &search, const Reading &reading);
+TierQuestion questionOf(const GazetteerIndex &index, const ProviderSearch &search, const Reading &reading);
 
 /// The number of places that have the words of a reading, counted no further than `limit`.
-int64_t countOf(SQLite::Database &database, const ProviderSearch &search, const Reading &reading, int limit);
+int64_t countOf(const GazetteerIndex &index, const ProviderSearch &search, const Reading &reading, int limit);
 
 /// The places of a category, nearest first.
 TierQuestion questionOfKind(SQLite::Database &database, const QString &kind,

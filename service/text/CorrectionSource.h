@@ -29,6 +29,9 @@ public:
     /// True when a word starts with `start`.
     [[nodiscard]] virtual bool hasPrefix(std::string_view start) const = 0;
 
+    /// The words that start with `start`, in any order, but no more than `limit`.
+    [[nodiscard]] virtual std::vector<std::string> startingWith(std::string_view start, std::size_t limit) const = 0;
+
     /// The corrections of a typed word by 1 to mostEdits() edits: the fewest edits first, then those with the same
     /// first letter, then the shorter ones, then bytewise. Only words of nothing but letters, in scripts written with
     /// spaces, are corrections.

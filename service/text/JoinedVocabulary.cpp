@@ -7,6 +7,17 @@
 namespace placesd
 {
 
+std::vector<std::string> JoinedVocabulary::startingWith(std::string_view start, std::size_t limit) const
+{
+    std::vector<std::string> joined = m_first.startingWith(start, limit);
+    for (std::string &word : m_second.startingWith(start, limit))
+        joined.push_back(std::move(word));
+    std::sort(joined.begin(), joined.end());
+    joined.erase(std::unique(joined.begin(), joined.end()), joined.end());
+    joined.resize(std::min(joined.size(), limit));
+    return joined;
+}
+
 std::vector<Correction> JoinedVocabulary::corrections(std::string_view typed, bool asPrefix, std::size_t limit) const
 {
     std::vector<Correction> joined = m_first.corrections(typed, asPrefix, limit);

@@ -42,6 +42,12 @@ bool SharedVocabulary::hasPrefix(std::string_view start) const
     return m_words.hasPrefix(start);
 }
 
+std::vector<std::string> SharedVocabulary::startingWith(std::string_view start, std::size_t limit) const
+{
+    const std::shared_lock<std::shared_mutex> lock(m_mutex);
+    return m_words.startingWith(start, limit);
+}
+
 std::vector<Correction> SharedVocabulary::corrections(std::string_view typed, bool asPrefix, std::size_t limit) const
 {
     const std::shared_lock<std::shared_mutex> lock(m_mutex);

@@ -97,6 +97,14 @@ bool Vocabulary::hasPrefix(std::string_view start) const
     return m_corrections.hasPrefix(start) || m_others.hasPrefix(start);
 }
 
+std::vector<std::string> Vocabulary::startingWith(std::string_view start, std::size_t limit) const
+{
+    std::vector<std::string> words;
+    m_corrections.appendStarting(start, limit, words);
+    m_others.appendStarting(start, limit, words);
+    return words;
+}
+
 std::vector<Correction> Vocabulary::corrections(std::string_view typed, bool asPrefix, std::size_t limit) const
 {
     const std::vector<unsigned> letters = lettersOf(typed);

@@ -29,6 +29,7 @@ public:
 
     [[nodiscard]] bool contains(std::string_view word) const;
     [[nodiscard]] bool hasPrefix(std::string_view start) const override;
+    [[nodiscard]] std::vector<std::string> startingWith(std::string_view start, std::size_t limit) const override;
     [[nodiscard]] std::vector<Correction> corrections(std::string_view typed, bool asPrefix,
                                                       std::size_t limit) const override;
 

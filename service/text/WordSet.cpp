@@ -54,6 +54,12 @@ bool WordSet::hasPrefix(std::string_view start) const
     return std::any_of(m_tries.begin(), m_tries.end(), [&](const WordTrie &trie) { return trie.hasPrefix(start); });
 }
 
+void WordSet::appendStarting(std::string_view start, std::size_t end, std::vector<std::string> &words) const
+{
+    for (const WordTrie &trie : m_tries)
+        trie.appendStarting(start, end, words);
+}
+
 std::size_t WordSet::size() const
 {
     return std::accumulate(m_tries.begin(), m_tries.end(), std::size_t{0},

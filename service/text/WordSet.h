@@ -23,6 +23,8 @@ public:
     [[nodiscard]] bool contains(std::string_view word) const;
     /// True when a word starts with `start`.
     [[nodiscard]] bool hasPrefix(std::string_view start) const;
+    /// Appends words that start with `start`, in any order. Ends when there are `end` words.
+    void appendStarting(std::string_view start, std::size_t end, std::vector<std::string> &words) const;
     /// The words, each in one of the tries.
     [[nodiscard]] const std::vector<WordTrie> &tries() const { return m_tries; }
 

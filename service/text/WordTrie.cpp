@@ -114,6 +114,31 @@ private:
     std::string_view m_word; ///< The last one.
 };
 
+/// Appends the words below a node, until there are `end`.
+/// @param word the letters from the root to the node.
+void appendBelow(std::string_view siblings, std::string word, std::size_t end, std::vector<std::string> &words)
+{
+    struct Level
+    {
+        std::string_view siblings;
+        std::size_t depth; ///< Length of what their labels continue.
+    };
+    std::vector<Level> levels{{siblings, word.size()}};
+    while (!levels.empty() && words.size() < end) {
+        Level &level = levels.back();
+        if (level.siblings.empty()) {
+            levels.pop_back();
+            continue;
+        }
+        const WordTrie::Node node = WordTrie::take(level.siblings);
+        word.resize(level.depth);
+        word += node.label;
+        if (node.isWord)
+            words.push_back(word);
+        levels.push_back({node.children, word.size()});
+    }
+}
+
 } // namespace
 
 WordTrie::WordTrie(const std::vector<std::string> &words)
@@ -174,25 +199,25 @@ bool WordTrie::hasPrefix(std::string_view start) const
 
 void WordTrie::appendTo(std::vector<std::string> &words) const
 {
-    struct Level
-    {
-        std::string_view siblings;
-        std::size_t depth; ///< Length of what their labels continue.
-    };
-    std::vector<Level> levels{{m_nodes, 0}};
-    std::string word;
-    while (!levels.empty()) {
-        Level &level = levels.back();
-        if (level.siblings.empty()) {
-            levels.pop_back();
-            continue;
+    appendBelow(m_nodes, {}, words.max_size(), words);
+}
+
+void WordTrie::appendStarting(std::string_view start, std::size_t end, std::vector<std::string> &words) const
+{
+    std::string path;
+    for (std::string_view siblings = m_nodes; !siblings.empty() && words.size() < end;) {
+        const Node node = take(siblings);
+        const std::string_view rest = start.substr(path.size());
+        if (startsWith(node.label, rest)) {
+            path += node.label;
+            if (node.isWord)
+                words.push_back(path);
+            return appendBelow(node.children, path, end, words);
         }
-        const Node node = take(level.siblings);
-        word.resize(level.depth);
-        word += node.label;
-        if (node.isWord)
-            words.push_back(word);
-        levels.push_back({node.children, word.size()});
+        if (!startsWith(rest, node.label))
+            continue;
+        path += node.label;
+        siblings = node.children;
     }
 }
 

@@ -36,6 +36,8 @@ public:
     [[nodiscard]] bool hasPrefix(std::string_view start) const;
     /// Appends all words, sorted bytewise.
     void appendTo(std::vector<std::string> &words) const;
+    /// Appends the words that start with `start`, sorted bytewise. Ends when there are `end` words.
+    void appendStarting(std::string_view start, std::size_t end, std::vector<std::string> &words) const;
 
     /// Number of words.
     [[nodiscard]] std::size_t size() const { return m_size; }

@@ -39,19 +39,16 @@ class Corrector
 public:
     Corrector(const Wording &typed, const CorrectionSource &vocabulary)
         : m_typed(typed.words())
+        , m_vocabulary(vocabulary)
+        , m_corrections(m_typed.size())
+        , m_least(m_typed.size())
+        , m_most(m_typed.size())
     {
-        for (std::size_t i = 0; i < m_typed.size(); ++i) {
-            const std::string &word = m_typed[i].front().text;
-            const bool isLast = i + 1 == m_typed.size();
-            std::vector<Correction> corrections = vocabulary.corrections(word, isLast, limits::CORRECTIONS_OF_WORD);
-            const bool isKnown = std::any_of(m_typed[i].begin(), m_typed[i].end(), [&](const Spelling &spelling) {
-                return vocabulary.hasPrefix(spelling.text);
-            });
-            m_least.push_back(isKnown || corrections.empty() ? 0 : corrections.front().edits);
-            m_most.push_back(corrections.empty() ? 0 : corrections.back().edits);
-            m_corrections.push_back(std::move(corrections));
-        }
+        correct(false);
     }
+
+    /// Corrects also the words that are known. That takes long, and is rarely needed.
+    void correctKnown() { correct(true); }
 
     /// The fewest edits by which each word is one of the vocabulary, taken together.
     [[nodiscard]] int least() const { return std::accumulate(m_least.begin(), m_least.end(), 0); }
@@ -70,6 +67,25 @@ public:
     [[nodiscard]] Wording known() const { return wording(m_least); }
 
 private:
+    void correct(bool areKnown)
+    {
+        for (std::size_t i = 0; i < m_typed.size() && m_corrected < limits::CORRECTED_WORDS; ++i) {
+            if (isKnown(m_typed[i]) != areKnown)
+                continue;
+            ++m_corrected;
+            const bool isLast = i + 1 == m_typed.size();
+            m_corrections[i] = m_vocabulary.corrections(m_typed[i].front().text, isLast, limits::CORRECTIONS_OF_WORD);
+            m_least[i] = areKnown || m_corrections[i].empty() ? 0 : m_corrections[i].front().edits;
+            m_most[i] = m_corrections[i].empty() ? 0 : m_corrections[i].back().edits;
+        }
+    }
+
+    [[nodiscard]] bool isKnown(const Wording::Word &word) const
+    {
+        return std::any_of(word.begin(), word.end(),
+                           [this](const Spelling &spelling) { return m_vocabulary.hasPrefix(spelling.text); });
+    }
+
     void addWordings(std::size_t word, int edits, std::vector<int> &levels, std::vector<Wording> &found) const
     {
         if (found.size() == limits::CORRECTED_WORDINGS)
@@ -99,6 +115,8 @@ private:
     }
 
     const std::vector<Wording::Word> &m_typed;
+    const CorrectionSource &m_vocabulary;
+    std::size_t m_corrected = 0; ///< Words that were corrected.
     std::vector<std::vector<Correction>> m_corrections;
     std::vector<int> m_least;
     std::vector<int> m_most;
@@ -226,9 +244,15 @@ Reading chooseReading(const Wording &typed, const ReadingSearch &search)
         return inNames;
     if (search.finds(inTexts))
         return inTexts;
-    const Corrector corrector(typed, search.vocabulary);
-    const int most = std::min(corrector.most(), corrector.least() + limits::MORE_EDITS);
-    for (int edits = std::max(1, corrector.least()); edits <= most; ++edits) {
+    Corrector corrector(typed, search.vocabulary);
+    const int least = corrector.least();
+    for (int edits = std::max(1, least); edits <= least + limits::MORE_EDITS; ++edits) {
+        if (edits == least + 1 && typed.words().size() > limits::CORRECTED_WORDS)
+            break;
+        if (edits == least + 1)
+            corrector.correctKnown();
+        if (edits > corrector.most())
+            break;
         const Reading corrected{corrector.wordings(edits), false};
         if (!corrected.wordings.empty() && search.finds(corrected))
             return corrected;

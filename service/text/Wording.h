@@ -81,7 +81,8 @@ struct ReadingSearch
 /// The reading by which a search answers: the first of these that finds anything, or else the first.
 /// 1. The words as typed start words of names.
 /// 2. They start words of any text of a place.
-/// 3. So they do when they are corrected, by as few letters as possible.
+/// 3. So they do when they are corrected, by as few letters as possible. Of a term of many words, only those are
+///    corrected that are not in the vocabulary.
 /// 4. So does the larger part of them, at least half, the rare ones first.
 Reading chooseReading(const Wording &typed, const ReadingSearch &search);
 
