@@ -22,14 +22,27 @@ slog2_buffer_t registerBuffer()
     return buffer;
 }
 
+void log(unsigned char severity, const char *format, va_list arguments)
+{
+    static const slog2_buffer_t buffer = registerBuffer();
+    vslog2f(buffer, 0, severity, format, arguments);
+}
+
 } // namespace
 
 void logError(const char *format, ...)
 {
-    static const slog2_buffer_t buffer = registerBuffer();
     va_list arguments;
     va_start(arguments, format);
-    vslog2f(buffer, 0, SLOG2_ERROR, format, arguments);
+    log(SLOG2_ERROR, format, arguments);
+    va_end(arguments);
+}
+
+void logInfo(const char *format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    log(SLOG2_INFO, format, arguments);
     va_end(arguments);
 }
 

@@ -4,7 +4,8 @@
 namespace placesd
 {
 
-/// Writes a message for the operator to the system log, in the buffer set "placesd". The format is that of printf.
+// Each writes a message for the operator to the system log, in the buffer set "placesd". The format is that of printf.
 __attribute__((format(printf, 1, 2))) void logError(const char *format, ...);
+__attribute__((format(printf, 1, 2))) void logInfo(const char *format, ...);
 
 } // namespace placesd

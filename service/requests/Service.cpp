@@ -109,6 +109,7 @@ Answer Service::answer(const char *bytes, unsigned int length, const Caller &cal
         return {nullptr, *pool};
     if (outcome != Outcome(ReturnCode::Success))
         reply = status(std::get<ReturnCode>(outcome), type);
+    m_shared.statistics.record(type, Clock::now() - (deadline - requestTime()));
     return {std::move(reply), m_pool};
 }
 

@@ -4,6 +4,7 @@
 #include "Limits.h"
 #include "protocol/PlacesAPIEncoder.h"
 #include "requests/RequestReader.h"
+#include "requests/RequestStatistics.h"
 #include "sources/ContactBook.h"
 #include "sources/Providers.h"
 #include "store/Backup.h"
@@ -50,6 +51,7 @@ struct Shared
     const Providers providers;
     const std::unique_ptr<ContactBook> contacts; ///< May ask a provider.
     const std::chrono::milliseconds requestTime;
+    RequestStatistics statistics;
     StoreShared store;
     BackupKeeper backups{database, store};
 };
@@ -80,6 +82,7 @@ public:
     [[nodiscard]] std::chrono::milliseconds requestTime() const { return m_shared.requestTime; }
 
     /// Runs a request. One whose deadline has passed gets code 65.
+    /// @param deadline the request's arrival plus requestTime().
     Answer answer(const char *request, unsigned int length, const Caller &caller, Deadline deadline);
 
     /// Runs several requests in one transaction, each in a savepoint of its own: calls `answerNext`, which calls

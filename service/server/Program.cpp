@@ -2,17 +2,20 @@
 
 #include "server/Program.h"
 
+#include "Log.h"
 #include "protocol/ProtocolTypes.h"
 #include "server/Server.h"
 #include "server/SessionObject.h"
 #include "sources/ContactBook.h"
 #include "sources/Gazetteer.h"
+#include "sources/Readable.h"
 
 #include <QtCore/QThread>
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <cctype>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -33,6 +36,8 @@ namespace fs = std::filesystem;
 namespace
 {
 
+/// Exit status for arguments that make no sense.
+constexpr int WRONG_USE = 2;
 constexpr unsigned int OWNER_ONLY = 0600;
 constexpr unsigned int EVERYBODY = 0666;
 /// Time between two looks for idle connections.
@@ -71,16 +76,54 @@ std::vector<Server::Listener> ownListeners()
     return listeners;
 }
 
-sigset_t stopSignals()
+sigset_t handledSignals()
 {
     sigset_t signals;
     sigemptyset(&signals);
-    sigaddset(&signals, SIGTERM);
-    sigaddset(&signals, SIGINT);
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGUSR1})
+        sigaddset(&signals, signal);
     return signals;
 }
 
-void serve(Settings settings, const std::string &ppsRoot)
+/// What SIGHUP reads again; owned by the settings, and null where there is none.
+struct Sources
+{
+    Gazetteer *gazetteer = nullptr;
+    ContactBook *contacts = nullptr;
+
+    void reread() const
+    {
+        logInfo("gazetteers and contacts are read again");
+        if (gazetteer)
+            gazetteer->reread();
+        if (contacts)
+            contacts->reread();
+    }
+};
+
+/// Does what signals ask for until one of them ends the service.
+void handleSignals(Server &server, const Sources &sources)
+{
+    const sigset_t signals = handledSignals();
+    for (;;) {
+        switch (sigtimedwait(&signals, nullptr, &SWEEP_INTERVAL)) {
+        case SIGTERM:
+        case SIGINT:
+            return;
+        case SIGHUP:
+            sources.reread();
+            break;
+        case SIGUSR1:
+            server.logState();
+            break;
+        default:
+            break;
+        }
+        server.dropIdleConnections();
+    }
+}
+
+void serve(Settings settings, const std::string &ppsRoot, const Sources &sources)
 {
     // Before anything that another service would notice: its sockets, and the key that its clients have.
     const Descriptor lock = takeChannelFolder();
@@ -91,9 +134,7 @@ void serve(Settings settings, const std::string &ppsRoot)
         listeners = ownListeners();
     Server server(std::move(listeners), std::move(settings));
     sd_notify(0, "READY=1");
-    const sigset_t signals = stopSignals();
-    while (sigtimedwait(&signals, nullptr, &SWEEP_INTERVAL) < 0)
-        server.dropIdleConnections();
+    handleSignals(server, sources);
     sd_notify(0, "STOPPING=1");
 }
 
@@ -111,6 +152,16 @@ std::vector<std::string> sampleData()
     return files;
 }
 
+/// Says in one line what is wrong with the arguments, and where help is.
+int refuseArguments(const CLI::ParseError &error)
+{
+    std::string problem = error.what();
+    std::replace_if(
+        problem.begin(), problem.end(), [](unsigned char c) { return std::iscntrl(c) != 0; }, ' ');
+    std::cerr << "placesd: " << problem << "; see placesd --help\n";
+    return WRONG_USE;
+}
+
 } // namespace
 
 int run(int argc, char **argv, Settings settings)
@@ -125,15 +176,25 @@ int run(int argc, char **argv, Settings settings)
     app.add_option("--database", settings.database, "File that holds the places; made when it is not there")
         ->capture_default_str();
     app.add_option("--pps-root", ppsRoot, "Folder to write a session object to; its key is then asked for");
-    app.add_option("--gazetteer", gazetteer, "GeoJSON files of places to be found that are not stored; '' for none")
-        ->capture_default_str();
+    const CLI::Option *namedGazetteer =
+        app.add_option("--gazetteer", gazetteer, "GeoJSON files of places to be found that are not stored; '' for none")
+            ->capture_default_str();
     app.add_option("--contacts", contacts, "Folder of vCard files, whose addresses are places");
     app.set_version_flag("--version", PLACES_VERSION);
-    CLI11_PARSE(app, argc, argv);
+    app.footer(
+        "Signals: SIGTERM and SIGINT end it, SIGHUP reads gazetteers and contacts again, SIGUSR1 writes the state "
+        "to the log.\nExit status: 0 ended by a signal, 1 failed, 2 wrong use.");
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success &help) {
+        return app.exit(help);
+    } catch (const CLI::ParseError &error) {
+        return refuseArguments(error);
+    }
     gazetteer.erase(std::remove(gazetteer.begin(), gazetteer.end(), std::string()), gazetteer.end());
 
-    // Threads inherit the mask, so the signals come to nobody but the wait in serve().
-    const sigset_t signals = stopSignals();
+    // Threads inherit the mask, so the signals come to nobody but handleSignals().
+    const sigset_t signals = handledSignals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     ::umask(0077);
     // SQLite would count its memory under a lock that all threads share. Nothing reads the count.
@@ -143,15 +204,21 @@ int run(int argc, char **argv, Settings settings)
     try {
         if (const auto folder = fs::path(settings.database).parent_path(); !folder.empty())
             fs::create_directories(folder);
-        Gazetteer *geocoder = nullptr;
+        if (namedGazetteer->count() > 0)
+            std::for_each(gazetteer.begin(), gazetteer.end(), requireReadableFile);
+        if (!contacts.empty())
+            requireReadableFolder(contacts);
+        Sources sources;
         if (!gazetteer.empty()) {
             auto provider = std::make_unique<Gazetteer>(gazetteer, settings.database + "-gazetteer");
-            geocoder = provider.get();
+            sources.gazetteer = provider.get();
             settings.providers.insert(settings.providers.begin(), std::move(provider));
         }
-        if (!contacts.empty())
-            settings.contacts = std::make_unique<ContactBook>(contacts, geocoder);
-        serve(std::move(settings), ppsRoot);
+        if (!contacts.empty()) {
+            settings.contacts = std::make_unique<ContactBook>(contacts, sources.gazetteer);
+            sources.contacts = settings.contacts.get();
+        }
+        serve(std::move(settings), ppsRoot, sources);
         return EXIT_SUCCESS;
     } catch (const std::exception &error) {
         std::cerr << "placesd: " << error.what() << "\n";

@@ -212,6 +212,25 @@ void Server::dropIdleConnections()
     }
 }
 
+void Server::logState()
+{
+    std::size_t clients = 0;
+    {
+        const std::lock_guard<std::mutex> lock(m_connectionsMutex);
+        clients = m_connections.size();
+    }
+    long long places = -1;
+    try {
+        places = Store(m_shared.database, m_shared.store).placeCount(~0);
+    } catch (const std::exception &error) {
+        logError("the places cannot be counted: %s", error.what());
+    }
+    const RequestStatistics::Slowest slowest = m_shared.statistics.slowest();
+    logInfo("state: %lld places, %zu clients, %llu requests, the slowest of type %d with %.1f ms", places, clients,
+            static_cast<unsigned long long>(m_shared.statistics.count()), slowest.type,
+            std::chrono::duration<double, std::milli>(slowest.time).count());
+}
+
 /// In a folder that others may write to, anybody could replace the sockets.
 static void requireOwn(const std::filesystem::path &folder)
 {

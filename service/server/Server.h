@@ -38,6 +38,8 @@ public:
 
     /// Ends the connections that have done nothing for too long. To be called now and then.
     void dropIdleConnections();
+    /// Writes what the service holds and did to the log, as one line. Waits for a writer; for one thread at a time.
+    void logState();
 
 private:
     using Descriptor = vela::system::channel::Descriptor;

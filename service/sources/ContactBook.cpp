@@ -72,7 +72,7 @@ void report(const fs::path &path, const VCardFaults &faults, int unusable)
 ContactBook::ContactBook(std::string folder, Gazetteer *gazetteer)
     : m_folder(std::move(folder))
     , m_gazetteer(gazetteer)
-    , m_firstReader([this] {
+    , m_reader([this] {
         const std::lock_guard<std::mutex> lock(m_reading);
         readChanges();
     })
@@ -81,7 +81,12 @@ ContactBook::ContactBook(std::string folder, Gazetteer *gazetteer)
 ContactBook::~ContactBook()
 {
     m_stopping = true;
-    m_firstReader.join();
+}
+
+void ContactBook::reread()
+{
+    m_isStale = true;
+    m_reader.runAgain();
 }
 
 bool ContactBook::isRead() const
@@ -173,11 +178,11 @@ ContactBook::Snapshot ContactBook::contentsOf(const std::map<std::string, File> 
 /// Whether the folder may have changed since it was read. A folder that is not there is looked for each time.
 bool ContactBook::hasChanged()
 {
-    const bool canGeocode = m_gazetteer && m_gazetteer->isReady();
-    bool changed = canGeocode != m_isGeocoded;
+    const int generation = m_gazetteer ? m_gazetteer->generation() : 0;
+    bool changed = m_isStale.exchange(false) || generation != m_geocodedWith;
     if (changed)
         m_files.clear();
-    m_isGeocoded = canGeocode;
+    m_geocodedWith = generation;
 
     if (!m_changes.isOpen()) {
         constexpr unsigned int CHANGES =
@@ -252,7 +257,8 @@ ContactBook::File ContactBook::readFile(const fs::directory_entry &entry)
         return file;
     }
     const Geocode geocode = [this](const Address &address) {
-        return m_isGeocoded ? m_gazetteer->geocode(address, Clock::now() + limits::GEOCODING_TIME) : Coordinates();
+        return m_geocodedWith > 0 ? m_gazetteer->geocode(address, Clock::now() + limits::GEOCODING_TIME)
+                                  : Coordinates();
     };
     const KContacts::VCardConverter converter;
     int number = 0;

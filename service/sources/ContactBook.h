@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Channel.h"
+#include "sources/BackgroundJob.h"
 #include "sources/ContactPlaces.h"
 #include "text/TermTest.h"
 #include "text/Vocabulary.h"
@@ -15,7 +16,6 @@
 #include <mutex>
 #include <optional>
 #include <string>
-#include <thread>
 
 namespace placesd
 {
@@ -33,6 +33,9 @@ public:
     ~ContactBook();
     ContactBook(const ContactBook &) = delete;
     ContactBook &operator=(const ContactBook &) = delete;
+
+    /// Reads all files again, in the background.
+    void reread();
 
     /// Whether nobody has to wait for the contacts to be read for the first time.
     [[nodiscard]] bool isRead() const;
@@ -85,12 +88,13 @@ private:
     Gazetteer *const m_gazetteer;
 
     std::atomic<bool> m_stopping = false;
+    std::atomic<bool> m_isStale = false; ///< All files are to be read again, also those that look the same.
 
     std::mutex m_reading;
     // Guarded by m_reading: what only the reader needs.
     vela::system::channel::Descriptor m_changes; ///< Tells of changes in the folder; closed while it cannot be watched.
     bool m_isMissing = false;
-    bool m_isGeocoded = false;
+    int m_geocodedWith = 0; ///< Generation of the gazetteer that found the positions; 0 for none.
     std::map<std::string, File> m_files;
     std::map<int, QByteArray> m_ids; ///< Contacts by the ids that they have got.
 
@@ -98,7 +102,7 @@ private:
     std::condition_variable m_isThere;
     Snapshot m_contents; ///< Guarded by m_mutex; null before the first reading.
 
-    std::thread m_firstReader;
+    BackgroundJob m_reader;
 };
 
 } // namespace placesd

@@ -15,6 +15,7 @@
 #include "places/Utilities.h"
 #include "sources/GazetteerQuestions.h"
 #include "sources/GazetteerSql.h"
+#include "sources/Readable.h"
 #include "store/Nearest.h"
 #include "store/Records.h"
 #include "store/SqlFunctions.h"
@@ -182,8 +183,9 @@ void take(Take &statements, qint64 number, Place &place, const QString &substitu
 
 } // namespace
 
-Gazetteer::Connection::Connection(const std::string &path)
+Gazetteer::Connection::Connection(const std::string &path, std::shared_ptr<const Vocabulary> words)
     : database(path, SQLite::OPEN_READONLY | SQLite::OPEN_NOMUTEX)
+    , vocabulary(std::move(words))
 {
     registerNearest(database);
     const auto isLate = [](void *connection) -> int {
@@ -199,15 +201,17 @@ public:
     Lease(Gazetteer &gazetteer, Deadline deadline)
         : m_gazetteer(gazetteer)
     {
+        std::shared_ptr<const Vocabulary> vocabulary;
         {
             const std::lock_guard<std::mutex> lock(gazetteer.m_mutex);
+            vocabulary = gazetteer.m_vocabulary;
             if (!gazetteer.m_idle.empty()) {
                 m_connection = std::move(gazetteer.m_idle.back());
                 gazetteer.m_idle.pop_back();
             }
         }
         if (!m_connection)
-            m_connection = std::make_unique<Connection>(gazetteer.m_index);
+            m_connection = std::make_unique<Connection>(gazetteer.m_index, std::move(vocabulary));
         m_connection->deadline = deadline;
     }
     Lease(const Lease &) = delete;
@@ -215,10 +219,12 @@ public:
     ~Lease()
     {
         const std::lock_guard<std::mutex> lock(m_gazetteer.m_mutex);
-        m_gazetteer.m_idle.push_back(std::move(m_connection));
+        // That of an older index is closed.
+        if (m_connection->vocabulary == m_gazetteer.m_vocabulary)
+            m_gazetteer.m_idle.push_back(std::move(m_connection));
     }
 
-    [[nodiscard]] SQLite::Database &database() const { return m_connection->database; }
+    [[nodiscard]] Connection &connection() const { return *m_connection; }
 
 private:
     Gazetteer &m_gazetteer;
@@ -234,7 +240,11 @@ Gazetteer::Gazetteer(std::vector<std::string> files, std::string index)
 Gazetteer::~Gazetteer()
 {
     m_stopping = true;
-    m_reader.join();
+}
+
+void Gazetteer::reread()
+{
+    m_reader.runAgain();
 }
 
 Provider Gazetteer::description() const
@@ -251,29 +261,47 @@ Provider Gazetteer::description() const
 
 void Gazetteer::prepare()
 {
-    State state = State::Ready;
     // Reads the rules of transliteration, which takes too long for a search.
     inLatin(QStringLiteral("\u0416"));
+    std::shared_ptr<const Vocabulary> vocabulary;
     try {
-        if (!isUpToDate() || !readVocabulary()) {
-            build();
-            if (!readVocabulary())
-                throw std::runtime_error("its index cannot be read");
-        }
+        vocabulary = indexFiles();
     } catch (const std::exception &error) {
         if (!m_stopping)
             logError("the gazetteer cannot be read: %s", error.what());
-        state = State::Failed;
     }
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        m_state = state;
+        if (vocabulary) {
+            m_state = State::Ready;
+            ++m_generation;
+            m_vocabulary = std::move(vocabulary);
+            m_idle.clear();
+        } else if (m_state == State::Reading) {
+            m_state = State::Failed;
+        }
     }
     m_stateChanged.notify_all();
 }
 
-/// False for a damaged index.
-bool Gazetteer::readVocabulary()
+/// Makes the index of the files as they are now, unless it is there, and returns its vocabulary.
+std::shared_ptr<const Vocabulary> Gazetteer::indexFiles()
+{
+    for (const std::string &path : m_files)
+        requireReadableFile(path);
+    if (isUpToDate()) {
+        if (auto vocabulary = readVocabulary())
+            return vocabulary;
+    }
+    build();
+    auto vocabulary = readVocabulary();
+    if (!vocabulary)
+        throw std::runtime_error("its index cannot be read");
+    return vocabulary;
+}
+
+/// Null for a damaged index.
+std::shared_ptr<const Vocabulary> Gazetteer::readVocabulary()
 {
     try {
         SQLite::Database index(m_index, SQLite::OPEN_READONLY);
@@ -281,10 +309,11 @@ bool Gazetteer::readVocabulary()
         std::vector<std::string> words;
         while (row.executeStep() && !m_stopping)
             words.push_back(row.getColumn(0).getString());
-        m_vocabulary.add(std::move(words));
-        return true;
+        auto vocabulary = std::make_shared<Vocabulary>();
+        vocabulary->add(std::move(words));
+        return vocabulary;
     } catch (const SQLite::Exception &) {
-        return false;
+        return nullptr;
     }
 }
 
@@ -362,7 +391,7 @@ void Gazetteer::readFile(const std::string &path, SQLite::Database &database)
 // ----------------------------------------------------------------------------------------------------- asking it
 
 template <typename Answer>
-Answer Gazetteer::ask(Deadline deadline, const std::function<void(SQLite::Database &, Answer &)> &ask)
+Answer Gazetteer::ask(Deadline deadline, const std::function<void(Connection &, Answer &)> &ask)
 {
     Answer answer;
     std::unique_lock<std::mutex> lock(m_mutex);
@@ -375,7 +404,7 @@ Answer Gazetteer::ask(Deadline deadline, const std::function<void(SQLite::Databa
         return answer;
     try {
         const Lease lease(*this, deadline);
-        ask(lease.database(), answer);
+        ask(lease.connection(), answer);
     } catch (const SQLite::Exception &error) {
         logError("the gazetteer failed: %s", error.what());
         // The next start makes it anew.
@@ -389,7 +418,7 @@ Answer Gazetteer::ask(Deadline deadline, const std::function<void(SQLite::Databa
 
 ProviderAnswer Gazetteer::search(const ProviderSearch &search)
 {
-    return ask<ProviderAnswer>(search.deadline, [&](SQLite::Database &database, ProviderAnswer &answer) {
+    return ask<ProviderAnswer>(search.deadline, [&](Connection &connection, ProviderAnswer &answer) {
         const bool suggests = search.kind == SearchKind::Suggestion || search.kind == SearchKind::CategorySuggestion;
         const Wording typed = Wording::of(search.term);
         if (typed.isEmpty() && (search.kind == SearchKind::Suggestion || !search.term.isEmpty()))
@@ -397,7 +426,7 @@ ProviderAnswer Gazetteer::search(const ProviderSearch &search)
         // Completions among the categories come before those among the places.
         ProviderSearch rest = search;
         if (suggests) {
-            const QStringList found = categories(database, typed);
+            const QStringList found = categories(connection.database, typed);
             for (const QString &category : found.mid(search.position, search.count))
                 answer.places.push_back(suggestCategory(category));
             answer.hasMore = search.position + search.count < found.size();
@@ -405,18 +434,19 @@ ProviderAnswer Gazetteer::search(const ProviderSearch &search)
             rest.count = search.count - static_cast<int>(answer.places.size());
         }
         if (search.kind != SearchKind::CategorySuggestion && !answer.hasMore)
-            findPlaces(database, rest, typed, answer);
+            findPlaces(connection, rest, typed, answer);
     });
 }
 
-void Gazetteer::findPlaces(SQLite::Database &database, const ProviderSearch &search, const Wording &typed,
+void Gazetteer::findPlaces(Connection &connection, const ProviderSearch &search, const Wording &typed,
                            ProviderAnswer &answer)
 {
-    const std::optional<Reading> reading = readingFor(database, search, typed);
+    const std::optional<Reading> reading = readingFor(connection, search, typed);
     if (!reading)
         return;
-    std::vector<int64_t> ids =
-        TierSearch(questionOf({database, m_vocabulary}, search, *reading)).page(search.position, search.count + 1);
+    SQLite::Database &database = connection.database;
+    std::vector<int64_t> ids = TierSearch(questionOf({database, *connection.vocabulary}, search, *reading))
+                                   .page(search.position, search.count + 1);
     answer.hasMore = ids.size() > static_cast<std::size_t>(search.count);
     if (answer.hasMore)
         ids.pop_back();
@@ -425,10 +455,9 @@ void Gazetteer::findPlaces(SQLite::Database &database, const ProviderSearch &sea
         answer.places.push_back(placeOf(record, id, search, *reading));
 }
 
-std::optional<Reading> Gazetteer::readingFor(SQLite::Database &database, const ProviderSearch &search,
-                                             const Wording &typed) const
+std::optional<Reading> Gazetteer::readingFor(Connection &connection, const ProviderSearch &search, const Wording &typed)
 {
-    const GazetteerIndex index{database, m_vocabulary};
+    const GazetteerIndex index{connection.database, *connection.vocabulary};
     bool isFound = typed.isEmpty();
     const auto finds = [&](const Reading &reading) {
         const bool found = countOf(index, search, reading, 1) > 0;
@@ -438,7 +467,7 @@ std::optional<Reading> Gazetteer::readingFor(SQLite::Database &database, const P
     const auto frequency = [&](const Reading &reading) {
         return countOf(index, search, reading, limits::COUNTED_PLACES);
     };
-    const Reading reading = chooseReading(typed, {m_vocabulary, finds, frequency});
+    const Reading reading = chooseReading(typed, {*connection.vocabulary, finds, frequency});
     return isFound ? std::optional(reading) : std::nullopt;
 }
 
@@ -500,7 +529,8 @@ FoundPlace Gazetteer::suggestCategory(const QString &category) const
 
 ProviderAnswer Gazetteer::resolve(const QString &externalId, const Coordinates &centre, Deadline deadline)
 {
-    return ask<ProviderAnswer>(deadline, [&](SQLite::Database &database, ProviderAnswer &answer) {
+    return ask<ProviderAnswer>(deadline, [&](Connection &connection, ProviderAnswer &answer) {
+        SQLite::Database &database = connection.database;
         const QLatin1String prefix(CATEGORY_PREFIX);
         const qint64 id = externalId.startsWith(prefix)
                               ? firstId(questionOfKind(database, externalId.mid(prefix.size()), centre))
@@ -512,7 +542,8 @@ ProviderAnswer Gazetteer::resolve(const QString &externalId, const Coordinates &
 
 AuxiliaryAnswer Gazetteer::auxiliaryData(const PlaceIdentity &place, Deadline deadline)
 {
-    return ask<AuxiliaryAnswer>(deadline, [&](SQLite::Database &database, AuxiliaryAnswer &answer) {
+    return ask<AuxiliaryAnswer>(deadline, [&](Connection &connection, AuxiliaryAnswer &answer) {
+        SQLite::Database &database = connection.database;
         const bool byPosition = place.externalId.isEmpty();
         if (byPosition && !place.coordinates.isValid())
             return;
@@ -528,10 +559,10 @@ AuxiliaryAnswer Gazetteer::auxiliaryData(const PlaceIdentity &place, Deadline de
     });
 }
 
-bool Gazetteer::isReady()
+int Gazetteer::generation()
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_state == State::Ready;
+    return m_generation;
 }
 
 Coordinates Gazetteer::geocode(const Address &address, Deadline deadline)
@@ -541,8 +572,8 @@ Coordinates Gazetteer::geocode(const Address &address, Deadline deadline)
         ReturnCode code = ReturnCode::Success;
         Coordinates position;
     };
-    const auto found = ask<Answer>(deadline, [&](SQLite::Database &database, Answer &answer) {
-        SQLite::Statement city(database, sql::SELECT_CITY);
+    const auto found = ask<Answer>(deadline, [&](Connection &connection, Answer &answer) {
+        SQLite::Statement city(connection.database, sql::SELECT_CITY);
         bindAll(city,
                 {searchKey(address.city()), searchKey(address.country()), searchKey(address.region()),
                  address.isoAlpha2CountryCode().toUpper()},

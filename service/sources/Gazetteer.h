@@ -1,6 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "sources/BackgroundJob.h"
 #include "sources/PlaceProvider.h"
 #include "text/Vocabulary.h"
 #include "text/Wording.h"
@@ -13,7 +14,6 @@
 #include <mutex>
 #include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace vela::platform::places
@@ -26,7 +26,7 @@ namespace placesd
 
 /// The places of GeoJSON files. They are read once, in the background, into an index of its own on the disk, which the
 /// next start finds as long as the files stay as they are; so even a million places take little memory. Who asks before
-/// the index is there waits for it.
+/// the first index is there waits for it. Safe on any thread.
 class Gazetteer : public PlaceProvider
 {
 public:
@@ -40,8 +40,11 @@ public:
                            Deadline deadline) override;
     AuxiliaryAnswer auxiliaryData(const PlaceIdentity &place, Deadline deadline) override;
 
-    /// Whether nobody has to wait for the index any more.
-    [[nodiscard]] bool isReady();
+    /// Looks at the files again, in the background. Until their new index is there, and when it cannot be made, the old
+    /// one is asked.
+    void reread();
+    /// The number of indexes so far: 0 as long as the first one is waited for.
+    [[nodiscard]] int generation();
     /// Position of the city that an address names; invalid when it is not known, or which of several is meant.
     vela::platform::places::Coordinates geocode(const vela::platform::places::Address &address, Deadline deadline);
 
@@ -55,8 +58,9 @@ private:
     /// A connection to the index, for one caller at a time.
     struct Connection
     {
-        explicit Connection(const std::string &path);
+        Connection(const std::string &path, std::shared_ptr<const Vocabulary> words);
         SQLite::Database database;
+        const std::shared_ptr<const Vocabulary> vocabulary; ///< Of the index.
         Deadline deadline = Deadline::max();
     };
     class Lease;
@@ -64,18 +68,18 @@ private:
     void prepare();
     [[nodiscard]] bool isUpToDate() const;
     void build();
+    std::shared_ptr<const Vocabulary> indexFiles();
     void readFile(const std::string &path, SQLite::Database &database);
     [[nodiscard]] std::string filesAsTheyAre() const;
 
     /// Runs `ask` on a connection; whatever goes wrong becomes the code of what it returns.
     template <typename Answer>
-    Answer ask(Deadline deadline, const std::function<void(SQLite::Database &, Answer &)> &ask);
-    void findPlaces(SQLite::Database &database, const ProviderSearch &search, const Wording &typed,
-                    ProviderAnswer &answer);
+    Answer ask(Deadline deadline, const std::function<void(Connection &, Answer &)> &ask);
+    void findPlaces(Connection &connection, const ProviderSearch &search, const Wording &typed, ProviderAnswer &answer);
     /// How the term of a search is read: the same for each page of it. Nothing where no place is found.
-    std::optional<Reading> readingFor(SQLite::Database &database, const ProviderSearch &search,
-                                      const Wording &typed) const;
-    bool readVocabulary();
+    static std::optional<Reading> readingFor(Connection &connection, const ProviderSearch &search,
+                                             const Wording &typed);
+    std::shared_ptr<const Vocabulary> readVocabulary();
     /// Names of the categories that have a word starting with each word of the term.
     static QStringList categories(SQLite::Database &database, const Wording &wording);
     [[nodiscard]] FoundPlace placeAt(SQLite::Database &database, qint64 id) const;
@@ -87,15 +91,15 @@ private:
     const std::string m_index;
     std::atomic<bool> m_stopping = false;
 
-    Vocabulary m_vocabulary; ///< Of the index; does not change once that is ready.
-
     std::mutex m_mutex;
     std::condition_variable m_stateChanged;
     // Guarded by the mutex.
     State m_state = State::Reading;
+    int m_generation = 0;
+    std::shared_ptr<const Vocabulary> m_vocabulary; ///< Of the index; null before the first one.
     std::vector<std::unique_ptr<Connection>> m_idle;
 
-    std::thread m_reader;
+    BackgroundJob m_reader;
 };
 
 } // namespace placesd

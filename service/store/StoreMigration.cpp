@@ -134,7 +134,7 @@ void Store::remakeKeys(int version)
         m_database.exec(sql::TEXT_TABLES);
     else if (hasKeysOfToday())
         return;
-    logError("the keys of all places are made anew, which takes a while in a large database");
+    logInfo("the keys of all places are made anew, which takes a while in a large database");
     openRecords();
     m_database.exec(sql::LARGE_CACHE);
     execute(sql::DELETE_PROPERTIES);

@@ -200,7 +200,7 @@ TEST(AGazetteer, TakesWhatAFileHasAndReadsItAgainWhenItChanges)
 
     write(R"({"type":"FeatureCollection","features":[)" + named("One") + R"(,{"type":"Feature"},)" + named("Two")
           + R"(,{"type":"Fea)");
-    Placesd service({QStringLiteral("--gazetteer"), file, folder.filePath(QStringLiteral("none.geojson"))});
+    Placesd service({QStringLiteral("--gazetteer"), file});
     EXPECT_EQ(found(), (Names{"Café One", "Café Two"})) << "what stands before the cut";
     service.kill();
     write(R"({"type":"FeatureCollection","features":[)" + named("Three") + "]}");

@@ -4,11 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include <QtCore/QFile>
 #include <QtCore/QProcess>
 #include <QtCore/QThread>
 
 #include <csignal>
 #include <cstring>
+#include <iostream>
 #include <msgclient.h>
 
 Placesd::Placesd(const QStringList &arguments, const char *program)
@@ -24,6 +26,7 @@ Placesd::~Placesd()
 {
     if (isRunning())
         stop();
+    std::cerr << log();
 }
 
 void Placesd::stop()
@@ -37,7 +40,8 @@ void Placesd::stop()
 void Placesd::start()
 {
     m_process = std::make_unique<QProcess>();
-    m_process->setProcessChannelMode(QProcess::ForwardedChannels);
+    m_process->setProcessChannelMode(QProcess::ForwardedOutputChannel);
+    m_process->setStandardErrorFile(path("log"), QIODevice::Append);
     m_process->start(m_program, QStringList{QStringLiteral("--database"), path("places.db")} + m_arguments);
     ASSERT_TRUE(m_process->waitForStarted());
     for (int i = 0; i < 1000 && exchange({}).empty(); ++i)
@@ -50,14 +54,32 @@ void Placesd::kill()
     m_process->waitForFinished();
 }
 
+void Placesd::signal(int number)
+{
+    ::kill(static_cast<pid_t>(m_process->processId()), number);
+}
+
 void Placesd::pause()
 {
-    ::kill(static_cast<pid_t>(m_process->processId()), SIGSTOP);
+    signal(SIGSTOP);
 }
 
 void Placesd::resume()
 {
-    ::kill(static_cast<pid_t>(m_process->processId()), SIGCONT);
+    signal(SIGCONT);
+}
+
+std::string Placesd::log() const
+{
+    QFile file(path("log"));
+    return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
+}
+
+void Placesd::awaitLog(const char *text) const
+{
+    for (int i = 0; i < 2000 && log().find(text) == std::string::npos; ++i)
+        QThread::msleep(10);
+    EXPECT_NE(log().find(text), std::string::npos) << text;
 }
 
 bool Placesd::isRunning() const

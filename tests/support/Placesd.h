@@ -24,6 +24,11 @@ public:
     /// Has it do nothing until resume().
     void pause();
     void resume();
+    void signal(int number);
+    /// Waits until the log has a text, which it has to have within 20 seconds.
+    void awaitLog(const char *text) const;
+    /// What it wrote to the log; the destructor repeats it on standard error.
+    [[nodiscard]] std::string log() const;
     [[nodiscard]] bool isRunning() const;
     [[nodiscard]] QString path(const char *name) const { return m_folder.filePath(QLatin1String(name)); }
 

@@ -1,0 +1,38 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "requests/RequestStatistics.h"
+
+#include "protocol/ProtocolTypes.h"
+
+namespace placesd
+{
+
+using orix_places_protocol::MessageType;
+
+namespace
+{
+
+/// Bits of the message type.
+constexpr int TYPE_BITS = 8;
+
+} // namespace
+
+void RequestStatistics::record(int type, Clock::duration time)
+{
+    ++m_count;
+    const bool isKnown = type >= 1 && type <= static_cast<int>(MessageType::GetHeaderFromFullPlace);
+    const auto microseconds = std::chrono::duration_cast<std::chrono::microseconds>(time).count();
+    const std::uint64_t packed =
+        (static_cast<std::uint64_t>(microseconds) << TYPE_BITS) | static_cast<std::uint64_t>(isKnown ? type : 0);
+    std::uint64_t slowest = m_slowest;
+    while (slowest < packed && !m_slowest.compare_exchange_weak(slowest, packed)) {
+    }
+}
+
+RequestStatistics::Slowest RequestStatistics::slowest() const
+{
+    const std::uint64_t packed = m_slowest;
+    return {static_cast<int>(packed & ((1U << TYPE_BITS) - 1)), std::chrono::microseconds(packed >> TYPE_BITS)};
+}
+
+} // namespace placesd
