@@ -2,6 +2,7 @@
 
 #include "support/Client.h"
 #include "support/Placesd.h"
+#include "support/Terminal.h"
 
 #include <gmock/gmock.h>
 
@@ -103,7 +104,7 @@ TEST_F(ToolTest, ArgumentsMayBeginWithADashAndAnOptionTakesNoMoreThanItsOwn)
 TEST_F(ToolTest, NothingThatAPlaceHoldsReachesTheTerminalAsAnOrder)
 {
     const QString evil = QString::fromUtf8("\x1b[2J\xc2\x9b"
-                                           "31m\x07\x7f\xe2\x80\xae\xe2\x81\xa6"
+                                           "31m\x07\x7f\xe2\x80\x8f\xe2\x80\xae\xe2\x81\xa6"
                                            "Evil");
     EXPECT_EQ(places(QStringList{QStringLiteral("add"), evil, QStringLiteral("--at=1,2"), QStringLiteral("--tag"), evil,
                                  QStringLiteral("--city"), evil, QStringLiteral("--description"), evil})
@@ -112,8 +113,22 @@ TEST_F(ToolTest, NothingThatAPlaceHoldsReachesTheTerminalAsAnOrder)
     const Outcome imported = places(QStringList{QStringLiteral("import"), evil});
     const std::string shown = places("find").out + places("show 1").out + places("tags").out + imported.err;
     EXPECT_THAT(shown, HasSubstr("Evil"));
-    for (const char *order : {"\x1b", "\xc2\x9b", "\x07", "\x7f", "\xe2\x80\xae", "\xe2\x81\xa6"})
-        EXPECT_THAT(shown, Not(HasSubstr(order)));
+    const QString wrong = evil.mid(1);
+    const Outcome refused = places(QStringList{QStringLiteral("find"), QStringLiteral("--limit"), wrong});
+    EXPECT_EQ(refused.status, 2);
+    Terminal terminal([] { ::execl("/bin/sh", "sh", "-c", PROGRAMS "/places export 2> /dev/null", nullptr); });
+    EXPECT_EQ(terminal.wait(), 0);
+    std::string written = terminal.output();
+    for (const char *arguments : {"--json find", "--json show 1", "--json tags", "show 1 --document"})
+        written += places(arguments).out;
+    EXPECT_THAT(written, HasSubstr("Evil"));
+    for (const char *order : {"\x1b", "\xc2\x9b", "\x07", "\x7f", "\xe2\x80\x8f", "\xe2\x80\xae", "\xe2\x81\xa6"})
+        EXPECT_THAT(shown + refused.err + written, Not(HasSubstr(order)));
+
+    // Programs get what is stored: JSON by its escapes, an exported file as it is.
+    const QJsonObject properties = json("--json show 1")[QLatin1String("properties")].toObject();
+    EXPECT_EQ(properties[QLatin1String("name")].toString(), evil);
+    EXPECT_THAT(places("export").out, HasSubstr(evil.mid(evil.indexOf(QChar(0x7F))).toStdString()));
 }
 
 TEST_F(ToolTest, OutputThatCannotBeWrittenIsAFailure)

@@ -4,6 +4,7 @@
 
 #include "Formats.h"
 #include "ProgressBar.h"
+#include "TerminalText.h"
 
 #include <places/Place.h>
 #include <places/PlaceHeader.h>
@@ -15,6 +16,8 @@
 
 #include <memory>
 #include <vector>
+
+#include <unistd.h>
 
 namespace tool
 {
@@ -38,8 +41,9 @@ SortRule exportOrder()
 class Exporter
 {
 public:
-    Exporter(QIODevice &file, const Format &format, const QString &title)
+    Exporter(QFileDevice &file, const Format &format, const QString &title)
         : m_file(file)
+        , m_isTerminal(::isatty(file.handle()) != 0)
         , m_format(format)
         , m_bar(title)
     {}
@@ -88,8 +92,9 @@ private:
         m_bar.show(0, ++m_count);
     }
 
-    void write(const QByteArray &bytes)
+    void write(const QByteArray &text)
     {
+        const QByteArray bytes = m_isTerminal ? printableJson(text) : text;
         if (m_status == Done && m_file.write(bytes) != bytes.size()) {
             m_bar.clear();
             complain(QStringLiteral("export"), m_file.errorString());
@@ -98,7 +103,8 @@ private:
     }
 
     const PlaceManager m_manager;
-    QIODevice &m_file;
+    QFileDevice &m_file;
+    const bool m_isTerminal;
     const Format &m_format;
     ProgressBar m_bar;
     int m_count = 0;

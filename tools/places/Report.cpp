@@ -101,7 +101,7 @@ void printLine(const QString &line)
 
 void printJson(const QByteArray &json)
 {
-    std::printf("%s\n", json.constData());
+    std::printf("%s\n", printableJson(json).constData());
 }
 
 void printTexts(const QStringList &texts, Form form)

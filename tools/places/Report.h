@@ -61,7 +61,7 @@ void printPlace(const places::Place &place, Form form);
 void printTexts(const QStringList &texts, Form form);
 /// Writes a line for people.
 void printLine(const QString &line);
-/// Writes a JSON text.
+/// Writes a JSON text in a form that does not steer a terminal, see printableJson().
 void printJson(const QByteArray &json);
 
 /// The columns of the terminal that a file is; 0 when it is none.

@@ -14,8 +14,8 @@ namespace
 bool steers(QChar c)
 {
     const ushort code = c.unicode();
-    return c.category() == QChar::Other_Control || (code >= 0x2028 && code <= 0x202E)
-           || (code >= 0x2066 && code <= 0x2069);
+    return c.category() == QChar::Other_Control || code == 0x061C || code == 0x200E || code == 0x200F
+           || (code >= 0x2028 && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
 }
 
 /// Columns of the character that begins at `index`, which moves behind it.
@@ -39,6 +39,20 @@ QString printable(QString text)
 {
     std::replace_if(text.begin(), text.end(), steers, QLatin1Char(' '));
     return text;
+}
+
+QByteArray printableJson(const QByteArray &json)
+{
+    // Below DEL, a control character can only be blank space between two tokens.
+    constexpr ushort DEL = 0x7F;
+    QString text;
+    for (const QChar c : QString::fromUtf8(json)) {
+        if (c.unicode() >= DEL && steers(c))
+            text += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
+        else
+            text += c;
+    }
+    return text.toUtf8();
 }
 
 int columnsOf(const QString &text)

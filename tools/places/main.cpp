@@ -1,15 +1,20 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
 #include "Commands.h"
+#include "Options.h"
 #include "ServiceStarter.h"
 #include "Signals.h"
+#include "TerminalText.h"
 
 #include <QtCore/QCoreApplication>
 
 #include <clocale>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
+#include <iostream>
+#include <sstream>
 
 #include <langinfo.h>
 
@@ -37,6 +42,17 @@ ExitStatus withService(const tool::Context &context, bool mayStart)
     return context.run();
 }
 
+/// Shows help, or what is wrong with the arguments: these may hold what was copied from a place.
+ExitStatus explain(const CLI::App &app, const CLI::ParseError &error)
+{
+    std::ostringstream problem;
+    if (app.exit(error, std::cout, problem) == 0)
+        return tool::Done;
+    for (const QString &line : tool::text(problem.str()).split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+        std::fprintf(stderr, "%s\n", qUtf8Printable(tool::printable(line)));
+    return tool::WrongUse;
+}
+
 ExitStatus run(int argc, char **argv, tool::Context &context)
 {
     CLI::App app("Keeps places: adds them, finds them, shows them.", "places");
@@ -55,7 +71,7 @@ ExitStatus run(int argc, char **argv, tool::Context &context)
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError &error) {
-        return app.exit(error) == 0 ? tool::Done : tool::WrongUse;
+        return explain(app, error);
     }
     context.form = json ? tool::Form::Json : tool::Form::Table;
     return withService(context, !noStart);
