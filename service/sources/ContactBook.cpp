@@ -58,8 +58,9 @@ void report(const fs::path &path, const VCardFaults &faults, int unusable)
     const auto inode = static_cast<unsigned long long>(status.st_ino);
     if (faults.cut > 0)
         logError("contacts: file with inode %llu: %d cards are cut; what stands there was read", inode, faults.cut);
-    if (faults.tooLong > 0)
-        logError("contacts: file with inode %llu: %d cards are too long and were left out", inode, faults.tooLong);
+    if (faults.leftOut > 0)
+        logError("contacts: file with inode %llu: %d lines are too long or too many for a card and were left out",
+                 inode, faults.leftOut);
     if (!faults.hasEnded)
         logError("contacts: file with inode %llu: too long; only its beginning was read", inode);
     if (unusable > 0)

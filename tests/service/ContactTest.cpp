@@ -16,6 +16,7 @@
 
 using namespace vela::platform::places;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 using Group = SearchResultGroup::Type;
@@ -36,7 +37,7 @@ struct Cards
     }
 };
 
-QByteArray card(const char *lines)
+QByteArray card(const QByteArray &lines)
 {
     return QByteArray("BEGIN:VCARD\r\nVERSION:3.0\r\n") + lines + "END:VCARD\r\n";
 }
@@ -162,16 +163,23 @@ TEST_F(ContactTest, WhatCanBeReadOfABadCardIs)
                                + card("FN:Lost its end\r\nADR:;;Weg 2;Bern;;;CH\r\n").chopped(14)
                                + card("FN:After\r\nADR:;;Weg 3;Bern;;;CH\r\n")
                                + "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:Ends early\r\nADR:;;Weg 4;Bern;;;CH\r\nTEL:+4");
-    cards.write("huge.vcf", card("FN:Before\r\nADR:;;Weg 5;Bern;;;CH\r\n")
-                                + "BEGIN:VCARD\r\nFN:Huge\r\nADR:;;W;B;;;\r\nNOTE:" + QByteArray(6 * 1024 * 1024, 'x')
-                                + "\r\nEND:VCARD\r\n" + card("FN:Behind\r\nADR:;;Weg 6;Bern;;;CH\r\n"));
+    cards.write("huge.vcf", card("FN:Before\r\nADR:;;Weg 5;Bern;;;CH\r\n") + "BEGIN:VCARD\r\nFN:Huge\r\nNOTE:"
+                                + QByteArray(6 * 1024 * 1024, 'x') + "\r\nPHOTO;ENCODING=b:" + QByteArray(100000, 'x')
+                                + "\r\n yyy\r\nADR:;;W;B;;;\r\nEND:VCARD\r\n"
+                                + card("FN:Behind\r\nADR:;;Weg 6;Bern;;;CH\r\n"));
+    QByteArray numbers;
+    for (int i = 0; i < 40000; ++i)
+        numbers += "TEL:" + QByteArray::number(i) + "\r\n";
+    cards.write("numbers.vcf", card("FN:Numbers\r\nADR:;;Weg 7;Bern;;;CH\r\n" + numbers));
     QByteArray noise(100000, 'x');
     for (int i = 0; i < noise.size(); ++i)
         noise[i] = static_cast<char>(i * 7919 >> 3);
     cards.write("noise.vcf", noise + "\nBEGIN:VCARD\n" + noise + "\nEND:VCARD\n" + card("ADR:;;No name;;;;\r\n"));
     EXPECT_THAT(group(Group::Contacts, ""),
                 UnorderedElementsAre("After", "Anna Müller", "Anna Müller", "Anna Müller", "Before", "Behind",
-                                     "Ends early", "Lost its end", "Old Müller", "Whole"));
+                                     "Ends early", "Huge", "Lost its end", "Numbers", "Old Müller", "Whole"));
+    EXPECT_THAT(service.log(), HasSubstr(": 1 lines are too long"));
+    EXPECT_THAT(service.log(), HasSubstr(": 39504 lines are too long"));
 }
 
 TEST_F(ContactTest, RoomsStoredPlacesAndContactsComeOneAfterTheOther)

@@ -205,6 +205,12 @@ TEST(ExchangeTest, BadInputIsNamedAndNothingOfItIsStored)
         R"({"complete":true,"name":"A","location":{"coordinates":{"latitude":1,"longitude":2}}})";
     const int large = 5 * 1024 * 1024;
     const QByteArray deep = feature(",\"x\":" + times(100, "[") + times(100, "]"));
+    const auto attributes = [](int count) {
+        QByteArray text;
+        for (int i = 0; i < count; ++i)
+            text += " a" + QByteArray::number(i) + "='1'";
+        return text;
+    };
     const struct
     {
         const char *extension;
@@ -240,6 +246,8 @@ TEST(ExchangeTest, BadInputIsNamedAndNothingOfItIsStored)
          "<gpx><wpt lat=\"1\" lon=\"2\">" + times(large / 10, "<name>xxxxxxxxxx</name>") + "</wpt>" + point + "</gpx>",
          1, "too large"},
         {"gpx", "<gpx>" + QByteArray(point).replace("A", QByteArray(1, '\0')) + "</gpx>", 0, "not XML in line 1"},
+        {"gpx", "<gpx>" + point + "<x" + attributes(101) + "/></gpx>", 1, "too many attributes in line 1"},
+        {"gpx", "<gpx>" + point + "<x" + attributes(20000) + "/></gpx>", 1, "too large in line 1"},
         {"kml", "<kml><Placemark><name>A</name><LineString/></Placemark></kml>", 0, "placemark 1, line 1: no point"},
         {"csv", "name,lat,lon\nA,1,2\nA,1\nA,north,2\n\xFF,1,2\nA,1,2\n", 2, "row 4: no point on the Earth"},
         {"csv", "name,lat,lon\nA" + QByteArray(1, '\0') + ",1,2\nA,1,2\n", 1, "row 2: a null character in name"},

@@ -11,6 +11,9 @@
 #include <QtCore/QVector>
 #include <QtCore/QXmlStreamReader>
 
+#include <algorithm>
+#include <cstddef>
+
 namespace tool
 {
 
@@ -19,6 +22,11 @@ using namespace vela::platform::places;
 
 namespace
 {
+
+/// Most attributes and declarations of name spaces of one tag. The parser takes the square of their number.
+constexpr int MAX_ATTRIBUTES = 100;
+/// Most equals signs of one tag or text, each of which may be an attribute of a tag that is not parsed yet.
+constexpr std::ptrdiff_t MAX_EQUALS_SIGNS = 10000;
 
 /// An attribute or an element inside an element that may be a place: its path of local names from there ("@lat",
 /// "link@href", "Point/coordinates"), and its value or text. An element comes when it ends.
@@ -150,12 +158,14 @@ private:
     bool next()
     {
         std::size_t fed = 0;
+        std::ptrdiff_t equalsSigns = 0;
         while (m_xml.readNext() == QXmlStreamReader::Invalid
                && m_xml.error() == QXmlStreamReader::PrematureEndOfDocumentError) {
             char buffer[16 * 1024];
             const std::size_t count = m_input.read(buffer, sizeof buffer);
             fed += count;
-            if (fed > MAX_ITEM_SIZE)
+            equalsSigns += std::count(buffer, buffer + count, '=');
+            if (fed > MAX_ITEM_SIZE || equalsSigns > MAX_EQUALS_SIGNS)
                 return refuse("a text or tag is too large");
             if (count == 0)
                 return false;
@@ -184,6 +194,8 @@ private:
 
     bool start()
     {
+        if (m_xml.attributes().size() + m_xml.namespaceDeclarations().size() > MAX_ATTRIBUTES)
+            return refuse("a tag has too many attributes");
         const QString name = m_xml.name().toString();
         if (++m_fileDepth == 1)
             m_namespace = m_xml.namespaceUri().toString();
