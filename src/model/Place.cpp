@@ -163,7 +163,8 @@ void PlacePrivate::appendTag(const QString &tag)
 
 bool PlacePrivate::removeTag(const QString &tag)
 {
-    if (!m_tags.removeOne(tag))
+    // A place that another program sent may have it several times.
+    if (m_tags.removeAll(tag) == 0)
         return false;
     if (const QString alias = aliasOfTag(tag); !alias.isEmpty())
         removeAlias(alias);

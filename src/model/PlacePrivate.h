@@ -52,7 +52,7 @@ public:
     bool hasTag(const QString &tag) const { return m_tags.contains(tag); }
     const QStringList &tags() const { return m_tags; }
     void addAlias(const QString &alias);
-    void removeAlias(const QString &alias) { m_aliases.removeOne(alias); }
+    void removeAlias(const QString &alias) { m_aliases.removeAll(alias); }
     const QStringList &aliases() const { return m_aliases; }
 
     void addLocation(const Location &location) { m_locations.append(location); }

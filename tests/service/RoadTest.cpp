@@ -230,6 +230,15 @@ TEST_F(RoadTest, FavouritesTagsUsesAndOwnersAreKept)
     EXPECT_EQ(manager.unfav(found[0]), Error::Success);
     EXPECT_FALSE(get(second)->isFavorite());
     qDeleteAll(found);
+
+    const qint64 repeated = add("Repeated", [](Place &place) {
+        dataOf(place).m_tags = QStringList{Tags::Favorite, Tags::MyHome, Tags::Favorite, Tags::MyHome};
+        dataOf(place).m_aliases = QStringList{QStringLiteral("Home"), QStringLiteral("Home")};
+    });
+    for (const QString &tag : {QString(Tags::Favorite), QString(Tags::MyHome)})
+        EXPECT_EQ(manager.removeTag(repeated, tag), Error::Success);
+    EXPECT_FALSE(get(repeated)->hasTag()) << "each of a tag goes";
+    EXPECT_THAT(get(repeated)->aliases(), IsEmpty());
 }
 
 TEST_F(RoadTest, TheRecentBucketIsEmptiedWithoutLosingWhatWasSaved)

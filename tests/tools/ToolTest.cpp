@@ -93,6 +93,24 @@ TEST_F(ToolTest, EveryWayOfGoingWrongHasItsStatusAndSaysWhy)
     EXPECT_EQ(places("--no-start tags").status, 69);
 }
 
+TEST_F(ToolTest, ALimitOfNoneIsNotTakenForNothingFound)
+{
+    places("add Lake --at 1,2");
+    const struct
+    {
+        const char *arguments;
+        const char *says;
+    } cases[] = {{"find lake --limit 0", "places: --limit 0 shows none of those that are found\n"},
+                 {"search lake --limit 0", "places: --limit 0 shows none of those that are found\n"},
+                 {"find river --limit 0", "places: nothing found\n"},
+                 {"search river --limit 0", "places: nothing found\n"}};
+    for (const auto &row : cases) {
+        const Outcome outcome = places(row.arguments);
+        EXPECT_EQ(outcome.err, row.says) << row.arguments;
+        EXPECT_EQ(outcome.out + std::to_string(outcome.status), "0") << row.arguments;
+    }
+}
+
 TEST_F(ToolTest, ArgumentsMayBeginWithADashAndAnOptionTakesNoMoreThanItsOwn)
 {
     EXPECT_EQ(places("add --at -1,-2 -- -x").out, "1\n");

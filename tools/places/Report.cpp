@@ -128,14 +128,20 @@ void printRows(const PlaceList &found, const Coordinates &centre)
         printLine(row);
 }
 
+void reportNoneShown(bool hasMore)
+{
+    std::fprintf(stderr,
+                 hasMore ? "places: --limit 0 shows none of those that are found\n" : "places: nothing found\n");
+}
+
 void printPlaces(const PlaceList &found, bool hasMore, Form form, const Coordinates &centre)
 {
     if (form != Form::Table)
         return printJson(toGeoJson(found, hasMore));
     printRows(found, centre);
     if (found.isEmpty())
-        std::fprintf(stderr, "places: nothing found\n");
-    if (hasMore)
+        reportNoneShown(hasMore);
+    else if (hasMore)
         std::fprintf(stderr, "places: there are more; see --limit and --offset\n");
 }
 

@@ -49,6 +49,10 @@ ExitStatus report(places::Error::Type outcome, const QString &what);
 /// Tells on standard error what is wrong, and where.
 void complain(const QString &where, const QString &problem);
 
+/// Tells on standard error why no place is shown: nothing was found, or the limit is 0.
+/// @param hasMore true when places were found.
+void reportNoneShown(bool hasMore);
+
 /// Writes a list of places.
 /// @param hasMore true when the service has more of them.
 /// @param centre where distances are measured from; not valid for none.

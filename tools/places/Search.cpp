@@ -46,7 +46,7 @@ public:
         if (m_form != Form::Table)
             printJson(toJson());
         else if (m_count == 0 && m_status == Done)
-            std::fprintf(stderr, "places: nothing found\n");
+            reportNoneShown(m_hasMore);
         return m_status;
     }
 
@@ -60,6 +60,7 @@ private:
     void print(const SearchResult &result)
     {
         const PlaceList places = placesOf(result);
+        m_hasMore = m_hasMore || result.handle().hasMoreData();
         if (places.isEmpty())
             return;
         if (m_count > 0)
@@ -104,6 +105,7 @@ private:
     const Form m_form;
     ExitStatus m_status = Done;
     int m_count = 0;
+    bool m_hasMore = false; ///< In any group.
     QList<Answer> m_answers;
 };
 
