@@ -27,6 +27,8 @@ namespace
 {
 
 constexpr int ADDRESS_KINDS = 3;
+/// Letters of a country code, ISO 3166-1 alpha-2.
+constexpr int CODE_LENGTH = 2;
 
 QString nameOf(const Addressee &contact)
 {
@@ -45,9 +47,14 @@ const QHash<QString, QString> &countryCodes()
         const auto locales = QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyCountry);
         for (const QLocale &locale : locales) {
             const QString code = locale.name().section(QLatin1Char('_'), 1);
-            all.insert(searchKey(QLocale::countryToString(locale.country())), code);
-            all.insert(searchKey(locale.nativeCountryName()), code);
+            // "World" and "Europe" have a number.
+            if (code.size() != CODE_LENGTH)
+                continue;
+            for (const QString &name : {QLocale::countryToString(locale.country()), locale.nativeCountryName()})
+                all.insert(searchKey(name), code);
         }
+        // Some locales have no name for their country.
+        all.remove(QString());
         return all;
     }();
     return codes;
@@ -55,8 +62,8 @@ const QHash<QString, QString> &countryCodes()
 
 QString countryCodeOf(const QString &country)
 {
-    const bool isCode = country.size() == 2 && country.at(0).isLetter() && country.at(1).isLetter();
-    return isCode ? country.toUpper() : countryCodes().value(searchKey(country.trimmed()));
+    const bool isCode = country.size() == CODE_LENGTH && country.at(0).isLetter() && country.at(1).isLetter();
+    return isCode ? country.toUpper() : countryCodes().value(searchKey(country));
 }
 
 AddressKind kindOf(const CardAddress &address)
@@ -75,8 +82,8 @@ Address addressOf(const CardAddress &card)
     address.setCity(card.locality());
     address.setRegion(card.region());
     address.setPostalCode(card.postalCode());
-    address.setCountry(card.country());
-    address.setIsoAlpha2CountryCode(countryCodeOf(card.country()));
+    address.setCountry(card.country().trimmed());
+    address.setIsoAlpha2CountryCode(countryCodeOf(address.country()));
     return address;
 }
 

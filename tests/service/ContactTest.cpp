@@ -116,6 +116,26 @@ TEST_F(ContactTest, TheirAddressesArePlacesWithAllThatTheCardSays)
     EXPECT_EQ(error, Error::NotFound);
 }
 
+TEST_F(ContactTest, TheCountryOfAnAddressIsTheOneThatItNames)
+{
+    EXPECT_FALSE(group(Group::RemoteByName, "zurich").empty()) << "the gazetteer has been read";
+    const struct
+    {
+        const char *country;
+        const char *code;
+        bool isFound;
+    } cases[] = {{"", "", true},       {" ", "", true},    {"Polska", "PL", false}, {"Suisse", "CH", true},
+                 {"World", "", false}, {"ch", "CH", true}, {"Europe", "", false}};
+    for (const auto &row : cases) {
+        cards.write("one.vcf", card(QByteArray("FN:One\r\nADR;TYPE=HOME:;;;Zürich;;;") + row.country + "\r\n"));
+        ASSERT_THAT(group(Group::Contacts, "one"), ElementsAre("One"));
+        const std::unique_ptr<Place> place(internal.getPlace(found[0].data(), &error));
+        ASSERT_TRUE(place) << row.country;
+        EXPECT_EQ(place->primaryAddress().isoAlpha2CountryCode(), QLatin1String(row.code)) << row.country;
+        EXPECT_EQ(place->hasCoordinates(), row.isFound) << row.country;
+    }
+}
+
 TEST_F(ContactTest, AStoredAddressIsThatPlaceAndStandsOnce)
 {
     const int id = annasId();
@@ -165,7 +185,7 @@ TEST_F(ContactTest, WhatCanBeReadOfABadCardIs)
                                + "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:Ends early\r\nADR:;;Weg 4;Bern;;;CH\r\nTEL:+4");
     cards.write("huge.vcf", card("FN:Before\r\nADR:;;Weg 5;Bern;;;CH\r\n") + "BEGIN:VCARD\r\nFN:Huge\r\nNOTE:"
                                 + QByteArray(6 * 1024 * 1024, 'x') + "\r\nPHOTO;ENCODING=b:" + QByteArray(100000, 'x')
-                                + "\r\n yyy\r\nTITLE:" + QByteArray(20000, 'x') + "\r\nADR:;;W;B;;;\r\n"
+                                + "\r\n yyy\r\nTITLE:" + QByteArray(30000, 'x') + "\r\nADR:;;W;B;;;\r\n"
                                 + ("X-A:" + QByteArray(15000, 'x') + "\r\n").repeated(20) + "END:VCARD\r\n"
                                 + card("FN:Behind\r\nADR:;;Weg 6;Bern;;;CH\r\n"));
     QByteArray numbers;
