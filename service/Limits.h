@@ -79,6 +79,8 @@ constexpr int CONTACT_ADDRESSES = 20;
 constexpr std::size_t CONTACT_PLACES = 100000;
 /// Longest time that a contact's address is looked for.
 constexpr std::chrono::seconds GEOCODING_TIME{1};
+/// Longest time that names of removed places are taken out of the index of words, at the end of the service.
+constexpr std::chrono::seconds FORGETTING_TIME{3};
 /// Most recent search terms that are kept.
 constexpr int SEARCH_TERMS = 100;
 

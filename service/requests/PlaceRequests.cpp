@@ -64,6 +64,7 @@ Service::Outcome Service::updatePlace(Request &request, Encoder &)
         fresh.setLastUsedTime(data.lastUsedTime());
         fresh.setUsageCount(data.usageCount());
         fresh.m_securityPerimeter = data.securityPerimeter();
+        m_shared.hasRemovedWords = true;
         data = fresh;
         return ReturnCode::Success;
     });
@@ -76,6 +77,7 @@ Service::Outcome Service::removePlace(Request &request, Encoder &)
         return request.reader.problem();
     // The place itself is not looked at: one that cannot be read can be removed all the same.
     ReturnCode code = ReturnCode::Success;
+    m_shared.hasRemovedWords = true;
     m_store.write([&] {
         code = permitPlace(id, request);
         return code == ReturnCode::Success && m_store.remove(id);
@@ -117,6 +119,7 @@ Service::Outcome Service::unfav(Request &request, Encoder &reply)
 
 Service::Outcome Service::clearRecentlyPicked(Request &, Encoder &)
 {
+    m_shared.hasRemovedWords = true;
     m_store.write([this] { return m_store.clearRecentBucket(), true; });
     return ReturnCode::Success;
 }

@@ -3,6 +3,7 @@
 #include "requests/Service.h"
 
 #include "Log.h"
+#include "store/DatabaseFile.h"
 
 #include <array>
 
@@ -84,6 +85,12 @@ Service::Service(Shared &shared, Pool pool)
     , m_pool(pool)
     , m_store(shared.database, shared.store)
 {}
+
+Service::~Service()
+{
+    if (m_pool == Pool::Writer && m_shared.hasRemovedWords)
+        forgetRemovedWords(m_shared.database, Clock::now() + limits::FORGETTING_TIME);
+}
 
 Answer Service::answer(const char *bytes, unsigned int length, const Caller &caller, Deadline deadline)
 {

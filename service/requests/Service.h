@@ -10,6 +10,7 @@
 #include "store/Backup.h"
 #include "store/Store.h"
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <string>
@@ -52,6 +53,7 @@ struct Shared
     const std::unique_ptr<ContactBook> contacts; ///< May ask a provider.
     const std::chrono::milliseconds requestTime;
     RequestStatistics statistics;
+    std::atomic<bool> hasRemovedWords = false; ///< Since the start.
     StoreShared store;
     BackupKeeper backups{database, store};
 };
@@ -77,6 +79,10 @@ class Service
 public:
     /// @param pool the pool whose threads use this service.
     Service(Shared &shared, Pool pool);
+    /// The writer's takes what is left of removed names out of the database.
+    ~Service();
+    Service(const Service &) = delete;
+    Service &operator=(const Service &) = delete;
 
     /// Longest time from a request's arrival to its answer.
     [[nodiscard]] std::chrono::milliseconds requestTime() const { return m_shared.requestTime; }

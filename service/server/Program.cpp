@@ -9,6 +9,7 @@
 #include "sources/ContactBook.h"
 #include "sources/Gazetteer.h"
 #include "sources/Readable.h"
+#include "store/DatabaseFile.h"
 
 #include <QtCore/QThread>
 
@@ -23,6 +24,7 @@
 
 #include <fcntl.h>
 #include <sqlite3.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <systemd/sd-daemon.h>
 
@@ -197,6 +199,8 @@ int run(int argc, char **argv, Settings settings)
     const sigset_t signals = handledSignals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     ::umask(0077);
+    // A core dump would have the session key and the places in it.
+    ::prctl(PR_SET_DUMPABLE, 0);
     // SQLite would count its memory under a lock that all threads share. Nothing reads the count.
     sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
     // Qt takes the first thread that asks it for the main one, and keeps that one's data when the thread ends.
@@ -204,6 +208,8 @@ int run(int argc, char **argv, Settings settings)
     try {
         if (const auto folder = fs::path(settings.database).parent_path(); !folder.empty())
             fs::create_directories(folder);
+        requirePlacesFile(settings.database);
+        makePrivate(settings.database);
         if (namedGazetteer->count() > 0)
             std::for_each(gazetteer.begin(), gazetteer.end(), requireReadableFile);
         if (!contacts.empty())

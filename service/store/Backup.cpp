@@ -4,6 +4,7 @@
 
 #include "Channel.h"
 #include "Log.h"
+#include "store/DatabaseFile.h"
 #include "store/Store.h"
 
 #include <SQLiteCpp/Backup.h>
@@ -19,6 +20,7 @@
 
 #include <fcntl.h>
 #include <sqlite3.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace placesd
@@ -39,37 +41,38 @@ constexpr int PAGES_PER_STEP = 1000;
     throw std::system_error(errno, std::generic_category(), what);
 }
 
-/// A database file that is gone, with all that SQLite puts beside it, unless it was moved to where it belongs.
-class TemporaryDatabase
+/// A folder of mode 0700 beside a file; removed with all that is in it. Nobody else can put a file or a link there.
+class PrivateFolder
 {
 public:
-    explicit TemporaryDatabase(std::string path)
-        : m_path(std::move(path))
-    {}
-    TemporaryDatabase(const TemporaryDatabase &) = delete;
-    TemporaryDatabase &operator=(const TemporaryDatabase &) = delete;
-    ~TemporaryDatabase() { remove(); }
-
-    [[nodiscard]] const std::string &path() const { return m_path; }
-
-    void remove() const
+    explicit PrivateFolder(const std::string &neighbour)
+        : m_path(neighbour + ".XXXXXX")
     {
-        for (const char *suffix : {"", "-wal", "-shm", "-journal"})
-            ::unlink((m_path + suffix).c_str());
+        if (!::mkdtemp(m_path.data()))
+            fail("cannot write there");
+    }
+    PrivateFolder(const PrivateFolder &) = delete;
+    PrivateFolder &operator=(const PrivateFolder &) = delete;
+    ~PrivateFolder()
+    {
+        std::error_code ignored;
+        fs::remove_all(m_path, ignored);
     }
 
+    [[nodiscard]] std::string filePath() const { return m_path + "/places.db"; }
+
 private:
-    const std::string m_path;
+    std::string m_path;
 };
 
-/// Makes an empty file of a name that nothing has, beside `path`.
-std::string makeFileBeside(const std::string &path)
+/// In a folder without the sticky bit, anybody who may write to it could replace the file that is put there.
+void requireSafe(const fs::path &folder)
 {
-    std::string name = path + ".XXXXXX";
-    const Descriptor file(::mkstemp(name.data()));
-    if (!file.isOpen())
-        fail("cannot write there");
-    return name;
+    struct stat status = {};
+    if (::stat(folder.c_str(), &status) != 0)
+        fail("the folder cannot be looked at");
+    if ((status.st_mode & S_IWOTH) != 0 && (status.st_mode & S_ISVTX) == 0)
+        throw std::invalid_argument("everybody may write to that folder, and it has no sticky bit");
 }
 
 void sync(const std::string &path)
@@ -144,20 +147,20 @@ void BackupKeeper::requireUsablePath(const std::string &path) const
     // The client's folder is not the service's, so a relative path would be another file than was meant.
     if (path.empty() || path.front() != '/' || path.find('\0') != std::string::npos)
         throw std::invalid_argument("the path is not absolute");
-    std::error_code ignored;
-    if (fs::equivalent(path, m_database, ignored))
-        throw std::invalid_argument("that is the database itself");
+    if (isFileOf(m_database, path))
+        throw std::invalid_argument("that is the database in use, or belongs to it");
 }
 
 void BackupKeeper::writeCopy(const std::string &path, Deadline deadline) const
 {
     requireUsablePath(path);
-    if (fs::exists(path) && !isDatabase(path))
-        throw std::invalid_argument("something else is there");
-    const TemporaryDatabase fresh(makeFileBeside(path));
+    requireSafe(fs::path(path).parent_path());
+    requirePlacesFile(path);
+    const PrivateFolder folder(path);
+    const std::string fresh = folder.filePath();
     {
         SQLite::Database live(m_database, SQLite::OPEN_READONLY);
-        SQLite::Database target(fresh.path(), SQLite::OPEN_READWRITE);
+        SQLite::Database target(fresh, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
         // What is read once stays as it is while others write; else each write would start the copy anew.
         SQLite::Transaction snapshot(live);
         live.execAndGet("SELECT count(*) FROM sqlite_master");
@@ -165,8 +168,8 @@ void BackupKeeper::writeCopy(const std::string &path, Deadline deadline) const
         // One file that holds everything.
         target.exec("PRAGMA journal_mode = DELETE");
     }
-    sync(fresh.path());
-    if (std::rename(fresh.path().c_str(), path.c_str()) != 0)
+    sync(fresh);
+    if (std::rename(fresh.c_str(), path.c_str()) != 0)
         fail("cannot be put in place");
     sync(fs::path(path).parent_path());
 }
@@ -177,16 +180,16 @@ void BackupKeeper::swapIn(const std::string &path, Deadline deadline) const
     if (!isDatabase(path))
         throw std::invalid_argument("no database is there");
     // Checked is a copy that nobody else can change, and that is what is swapped in.
-    const TemporaryDatabase candidate(m_database + "-restore");
-    candidate.remove();
+    const PrivateFolder folder(m_database + "-restore");
+    const std::string candidate = folder.filePath();
     {
         SQLite::Database source(path, SQLite::OPEN_READONLY);
-        SQLite::Database target(candidate.path(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+        SQLite::Database target(candidate, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
         copy(target, source, deadline);
         Store::requirePlaces(target);
     }
     StoreShared unshared;
-    Store checked(candidate.path(), unshared, deadline);
+    Store checked(candidate, unshared, deadline);
     checked.requireSoundness();
 
     StoreShared unlocked;

@@ -18,8 +18,8 @@ public:
     /// @param shared by all connections to the database; it outlives the keeper.
     BackupKeeper(std::string database, StoreShared &shared);
 
-    /// Writes a copy of the database beside `path`, which has to be absolute, and puts it in place once it is on the
-    /// disk. What stands there is left alone unless it is a database too.
+    /// Writes a copy of the database into a private folder beside `path`, which has to be absolute, and moves it into
+    /// place once it is on the disk. Only an empty file and a database of places are replaced, and none that is in use.
     orix_places_protocol::ReturnCode backUp(const std::string &path, Deadline deadline);
     /// Puts the places of a copy that backUp() made, or an older placesd, in the stead of those that are there.
     /// Whatever is wrong with the copy is found before anything is changed.

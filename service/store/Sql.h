@@ -130,6 +130,7 @@ constexpr char CONNECTION_SETTINGS[] = R"sql(
 PRAGMA journal_mode = WAL;
 PRAGMA synchronous = FULL;
 PRAGMA foreign_keys = ON;
+PRAGMA secure_delete = ON;                  -- what was deleted is overwritten, not just forgotten
 PRAGMA cache_size = -16384;
 PRAGMA temp_store = MEMORY;
 PRAGMA wal_autocheckpoint = 8000;           -- pages, 32 MB
@@ -138,6 +139,12 @@ PRAGMA wal_autocheckpoint = 8000;           -- pages, 32 MB
 /// For a transaction that changes all places: its pages go to the disk once. In kibibytes, as the usual one.
 constexpr char LARGE_CACHE[] = "PRAGMA cache_size = -262144";
 constexpr char USUAL_CACHE[] = "PRAGMA cache_size = -16384";
+
+/// Of a connection that only takes names of removed places out of the index.
+constexpr char FORGETTING_SETTINGS[] = "PRAGMA secure_delete = ON; PRAGMA synchronous = FULL";
+/// Each merges so many pages of an index of words; a negative number starts with all of them.
+constexpr const char *MERGES[] = {"INSERT INTO name_index(name_index, rank) VALUES ('merge', ?1)",
+                                  "INSERT INTO text_index(text_index, rank) VALUES ('merge', ?1)"};
 
 // Parts of a transaction.
 constexpr char SAVEPOINT[] = "SAVEPOINT part";
@@ -223,6 +230,7 @@ constexpr char FORGET_OLD_TERMS[] =
 
 // Checks.
 /// Everything that a schema makes, but for what SQLite adds to it, which differs by its version.
+constexpr char COUNT_TABLES[] = "SELECT count(*) FROM sqlite_master";
 constexpr char SELECT_TABLES[] =
     "SELECT type || ' ' || name || ' ' || tbl_name || ' ' || ifnull(sql, '') FROM sqlite_master"
     " WHERE name NOT LIKE 'sqlite#_%' ESCAPE '#' AND NOT (type = 'table' AND"

@@ -15,9 +15,11 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sys/stat.h>
 #include <thread>
+#include <unistd.h>
 
 using namespace vela::platform::places;
 using testing::ElementsAre;
+using testing::HasSubstr;
 
 namespace
 {
@@ -80,7 +82,10 @@ TEST_F(BackupTest, BringsBackWhatWasThereAndNothingElse)
     service.kill();
     service.start();
     EXPECT_THAT(names(), ElementsAre("Kept", "Next"));
-    EXPECT_EQ(QDir(service.path("")).entryList({QStringLiteral("*.db.*"), QStringLiteral("*restore*")}).size(), 0)
+    EXPECT_EQ(QDir(service.path(""))
+                  .entryList({QStringLiteral("*.db.*"), QStringLiteral("*restore*")}, QDir::AllEntries | QDir::Hidden)
+                  .size(),
+              0)
         << "nothing is left lying about";
 }
 
@@ -112,8 +117,30 @@ TEST_F(BackupTest, AFailedOneChangesNothing)
     for (const char *name : {"none", "text", "cut", "torn", "newer", "foreign", "trap", "uncounted", "undefined",
                              "reused", "unreadable", "places.db", "."})
         EXPECT_EQ(protocol.restore(path(name)), Error::RestoreFailed) << name;
-    for (const char *name : {"none/copy.db", "text", "places.db", "."})
-        EXPECT_EQ(protocol.backup(path(name)), Error::BackupFailed) << name;
+    SQLite::Database(path("other"), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE).exec("CREATE TABLE theirs(a)");
+    ASSERT_EQ(::link(path("places.db").c_str(), path("linked").c_str()), 0);
+    ASSERT_EQ(::mkdir(path("open").c_str(), 0700) + ::chmod(path("open").c_str(), 0777), 0);
+    const struct
+    {
+        const char *name;
+        const char *reason;
+    } targets[] = {
+        {"none/copy.db", "No such file"},     {"text", "file is not a database"}, {"other", "another program made it"},
+        {"foreign", "no database of places"}, {"newer", "or a newer placesd"},    {".", "it is no file"},
+        {"places.db", "the database in use"}, {"linked", "the database in use"},  {"places.db-wal", "in use"},
+        {"places.db-shm", "in use"},          {"places.db-journal", "in use"},    {"./places.db-journal", "in use"},
+        {"places.db-gazetteer", "in use"},    {"open/copy.db", "no sticky bit"},
+    };
+    for (const auto &target : targets) {
+        const std::size_t before = service.log().size();
+        EXPECT_EQ(protocol.backup(path(target.name)), Error::BackupFailed) << target.name;
+        EXPECT_THAT(service.log().substr(before), HasSubstr(target.reason)) << target.name;
+    }
+    EXPECT_EQ(SQLite::Database(path("other")).execAndGet("SELECT count(*) FROM theirs").getInt(), 0);
+    ::chmod(path("open").c_str(), 01777);
+    write("empty", "");
+    for (const char *name : {"open/copy.db", "empty", "copy.db"})
+        EXPECT_EQ(protocol.backup(path(name)), Error::Success) << name;
     for (const char *name : {"", "copy.db", "./copy.db"}) {
         EXPECT_EQ(protocol.backup(name), Error::BackupFailed) << name;
         EXPECT_EQ(protocol.restore(name), Error::RestoreFailed) << name;

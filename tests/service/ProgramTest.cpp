@@ -8,13 +8,18 @@
 
 #include <gmock/gmock.h>
 
+#include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
 
 #include <algorithm>
 #include <csignal>
 #include <fcntl.h>
+#include <sqlite3.h>
+#include <SQLiteCpp/SQLiteCpp.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace vela::platform::places;
@@ -43,6 +48,18 @@ QByteArray card(const char *name)
 {
     return QByteArray("BEGIN:VCARD\r\nVERSION:3.0\r\nUID:1\r\nFN:") + name
            + "\r\nADR:;;Weg 1;Bern;;;CH\r\nEND:VCARD\r\n";
+}
+
+/// Stores a place and returns its id.
+qint64 addPlace(const char *name)
+{
+    Place place;
+    place.setName(QLatin1String(name));
+    Location location;
+    location.setCoordinates(Coordinates(46, 7));
+    place.addLocation(location);
+    EXPECT_EQ(PlaceManager().addPlace(&place), Error::Success);
+    return place.id();
 }
 
 /// The names that are found in a group.
@@ -131,14 +148,109 @@ TEST(TheProgram, ReadsGazetteersAgainAndTellsItsStateWhenSignalled)
     service.awaitLog("places.geojson: No such file or directory");
     EXPECT_EQ(found(Group::Remote, "cafe"), "Café Twice;") << "what was read stays";
 
-    Place place;
-    place.setName(QStringLiteral("Stored"));
-    Location location;
-    location.setCoordinates(Coordinates(46, 7));
-    place.addLocation(location);
-    ASSERT_EQ(PlaceManager().addPlace(&place), Error::Success);
+    addPlace("Stored");
     service.signal(SIGUSR1);
     service.awaitLog("state: ");
     EXPECT_THAT(service.log(), ContainsRegex("state: 1 places, [0-9]+ clients, [1-9][0-9]* requests, the slowest of "
                                              "type [1-9][0-9]* with [0-9.]+ ms\n"));
+}
+
+TEST(TheProgram, LeavesTheFilesOfOthersAsTheyAre)
+{
+    const QTemporaryDir folder;
+    qputenv("VELA_CHANNEL_DIR", folder.filePath(QStringLiteral("channels")).toLocal8Bit());
+    const auto path = [&](const char *name) { return folder.filePath(QLatin1String(name)); };
+    const auto make = [&](const char *name, const char *sql) {
+        SQLite::Database database(path(name).toStdString(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+        // What is in the log stays there.
+        sqlite3_db_config(database.getHandle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+        database.exec(sql);
+    };
+    make("plain ?#%41", "CREATE TABLE theirs(a)");
+    make("numbered", "CREATE TABLE theirs(a); PRAGMA user_version = 3");
+    make("marked", "PRAGMA user_version = 7");
+    make("logged", "PRAGMA journal_mode = WAL; CREATE TABLE theirs(a)");
+    write(path("text"), "no database, but longer than what one begins with");
+    const auto state = [&] {
+        QByteArray bytes;
+        for (const QString &name : QDir(folder.path()).entryList(QDir::Files)) {
+            QFile file(folder.filePath(name));
+            EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+            bytes += name.toUtf8() + (name.endsWith(QLatin1String("-shm")) ? QByteArray() : file.readAll());
+        }
+        return bytes;
+    };
+    const QByteArray before = state();
+    for (const char *name : {"plain ?#%41", "numbered", "marked", "logged", "text", "."}) {
+        const Outcome outcome = run("placesd", {QStringLiteral("--database"), path(name)});
+        EXPECT_EQ(outcome.status, 1) << name;
+        EXPECT_THAT(outcome.err, StartsWith("placesd: " + path(name).toStdString() + ": ")) << name;
+        EXPECT_EQ(state(), before) << name;
+    }
+}
+
+TEST(TheProgram, MakesAnOpenDatabasePrivate)
+{
+    Placesd service;
+    service.kill();
+    const char *const files[] = {"places.db", "places.db-wal", "places.db-shm"};
+    for (const char *name : files)
+        ASSERT_EQ(::chmod(service.path(name).toLocal8Bit().constData(), 0666), 0) << name;
+    service.start();
+    for (const char *name : files) {
+        struct stat status = {};
+        ASSERT_EQ(::stat(service.path(name).toLocal8Bit().constData(), &status), 0) << name;
+        EXPECT_EQ(status.st_mode & 07777, 0600U) << name;
+        EXPECT_THAT(service.log(), HasSubstr(service.path(name).toStdString() + " had mode 0666"));
+    }
+    service.stop();
+    write(service.path("places.db"), "");
+    service.start();
+    EXPECT_TRUE(service.isRunning()) << "an empty file is a new database";
+}
+
+TEST(TheProgram, ForgetsTheNamesOfPlacesThatAreGone)
+{
+    Placesd service;
+    for (int i = 0; i < 100; ++i)
+        addPlace("Kept");
+    const std::unique_ptr<Place> renamed(PlaceManager().getPlace(addPlace("Oldname")));
+    ASSERT_TRUE(renamed);
+    renamed->setName(QStringLiteral("Newname"));
+    ASSERT_EQ(PlaceManager().updatePlace(renamed.get()), Error::Success);
+    ASSERT_EQ(PlaceManager().removePlace(addPlace("Goneaway")), Error::Success);
+    service.stop();
+    QFile file(service.path("places.db"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray bytes = file.readAll().toLower();
+    for (const char *name : {"kept", "newname", "oldname", "goneaway"})
+        EXPECT_EQ(bytes.contains(name), name[0] == 'k' || name[0] == 'n') << name;
+}
+
+TEST(TheProgram, LeavesNoCoreWithTheSessionKey)
+{
+    const QTemporaryDir folder;
+    const QByteArray path = folder.path().toLocal8Bit();
+    qputenv("VELA_CHANNEL_DIR", path + "/channels");
+    const auto dumpsCore = [&](std::vector<const char *> command, const char *sign) {
+        const pid_t process = ::fork();
+        if (process == 0) {
+            const rlimit unlimited = {RLIM_INFINITY, RLIM_INFINITY};
+            command.push_back(nullptr);
+            if (::chdir(path.constData()) == 0 && ::setrlimit(RLIMIT_CORE, &unlimited) == 0)
+                ::execvp(command[0], const_cast<char *const *>(command.data()));
+            ::_exit(1);
+        }
+        for (int i = 0; i < 1000 && !QFile::exists(folder.filePath(QLatin1String(sign))); ++i)
+            ::usleep(10000);
+        ::kill(process, SIGABRT);
+        int status = 0;
+        EXPECT_EQ(::waitpid(process, &status, 0), process);
+        EXPECT_TRUE(WIFSIGNALED(status));
+        return WCOREDUMP(status);
+    };
+    EXPECT_FALSE(dumpsCore({PROGRAMS "/placesd", "--database", "places.db", "--pps-root", "pps", "--gazetteer", ""},
+                           "channels/places"));
+    if (!dumpsCore({"sh", "-c", "touch started; exec sleep 60"}, "started"))
+        GTEST_SKIP() << "no process leaves a core here";
 }

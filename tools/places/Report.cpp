@@ -61,9 +61,9 @@ const char *wordsFor(Error::Type error)
     case Error::ProviderFailed:
         return "a provider of places failed";
     case Error::BackupFailed:
-        return "the backup was not made";
+        return "the backup was not made; the log of the places service says why";
     case Error::RestoreFailed:
-        return "the backup was not restored";
+        return "the backup was not restored; the log of the places service says why";
     }
     return "failed";
 }

@@ -1,0 +1,153 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "store/DatabaseFile.h"
+
+#include "Log.h"
+#include "store/Sql.h"
+#include "store/Store.h"
+
+#include <SQLiteCpp/SQLiteCpp.h>
+
+#include <QtCore/QByteArray>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <stdexcept>
+#include <system_error>
+
+#include <sqlite3.h>
+#include <sys/stat.h>
+
+namespace placesd
+{
+
+namespace fs = std::filesystem;
+
+namespace
+{
+
+/// Pages of the index of names that are merged in one transaction.
+constexpr int PAGES_PER_MERGE = 1000;
+constexpr mode_t OWNER_ONLY = 0600;
+constexpr mode_t PERMISSIONS = 07777;
+/// What SQLite keeps beside a database.
+constexpr const char *COMPANIONS[] = {"-wal", "-shm", "-journal"};
+
+/// Opens a database without writing a byte. With a write-ahead log it is read through that; without, SQLite would make
+/// an empty one, unless it is told that nobody changes the file.
+SQLite::Database openUntouched(const std::string &path)
+{
+    std::error_code ignored;
+    const std::uintmax_t logSize = fs::file_size(path + "-wal", ignored);
+    const bool hasLog = !ignored && logSize > 0;
+    const QByteArray uri = "file:" + QByteArray::fromStdString(path).toPercentEncoding("/");
+    SQLite::Database database((uri + (hasLog ? "" : "?immutable=1")).toStdString(),
+                              SQLite::OPEN_READONLY | SQLite::OPEN_URI);
+    // The last connection would write the log into the database.
+    sqlite3_db_config(database.getHandle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    return database;
+}
+
+void requirePlacesIn(const std::string &path)
+{
+    struct stat status = {};
+    if (::stat(path.c_str(), &status) != 0) {
+        if (errno != ENOENT)
+            throw std::system_error(errno, std::generic_category());
+        return;
+    }
+    if (!S_ISREG(status.st_mode))
+        throw std::runtime_error("it is no file");
+    if (status.st_size == 0)
+        return;
+    SQLite::Database database = openUntouched(path);
+    const bool isEmpty = database.execAndGet("PRAGMA user_version").getInt() == 0
+                         && database.execAndGet(sql::COUNT_TABLES).getInt() == 0;
+    if (!isEmpty)
+        Store::requirePlaces(database);
+}
+
+/// Whether two paths are one, or would be if there were files.
+bool isSamePath(const fs::path &a, const fs::path &b)
+{
+    std::error_code ignored;
+    return fs::equivalent(a, b, ignored)
+           || (a.filename() == b.filename() && fs::equivalent(a.parent_path(), b.parent_path(), ignored));
+}
+
+} // namespace
+
+void requirePlacesFile(const std::string &path)
+{
+    try {
+        requirePlacesIn(path);
+    } catch (const std::exception &error) {
+        throw std::runtime_error(path + ": " + error.what());
+    }
+}
+
+void makePrivate(const std::string &database)
+{
+    const auto mend = [](const std::string &path) {
+        struct stat status = {};
+        if (::stat(path.c_str(), &status) != 0 || (status.st_mode & PERMISSIONS) == OWNER_ONLY)
+            return;
+        if (::chmod(path.c_str(), OWNER_ONLY) == 0)
+            logInfo("%s had mode %04o and has 0600 now", path.c_str(), status.st_mode & PERMISSIONS);
+        else
+            logError("%s has mode %04o, which cannot be made 0600: %s", path.c_str(), status.st_mode & PERMISSIONS,
+                     std::strerror(errno));
+    };
+    mend(database);
+    for (const char *companion : COMPANIONS)
+        mend(database + companion);
+}
+
+/// @param sql one of sql::MERGES.
+static void mergeIndex(SQLite::Database &connection, const char *sql, Deadline deadline)
+{
+    SQLite::Statement merge(connection, sql);
+    for (int pages = -PAGES_PER_MERGE;; pages = PAGES_PER_MERGE) {
+        const int before = connection.getTotalChanges();
+        merge.reset();
+        merge.bind(1, pages);
+        merge.exec();
+        // The statement itself counts as one change.
+        if (connection.getTotalChanges() - before < 2)
+            return;
+        if (hasPassed(deadline))
+            throw std::runtime_error("it takes too long; the next end after a removal goes on");
+    }
+}
+
+void forgetRemovedWords(const std::string &database, Deadline deadline)
+{
+    try {
+        SQLite::Database connection(database, SQLite::OPEN_READWRITE);
+        connection.exec(sql::FORGETTING_SETTINGS);
+        for (const char *merge : sql::MERGES)
+            mergeIndex(connection, merge, deadline);
+    } catch (const std::exception &error) {
+        logError("words of removed places stay in the index: %s", error.what());
+    }
+}
+
+bool isFileOf(const std::string &database, const std::string &path)
+{
+    const fs::path given = fs::absolute(database);
+    std::error_code ignored;
+    // SQLite puts its files beside the file that a link leads to.
+    const fs::path real = fs::weakly_canonical(given, ignored);
+    for (const fs::path &base : {given, real}) {
+        if (isSamePath(base, path))
+            return true;
+        for (const char *companion : COMPANIONS) {
+            if (isSamePath(base.string() + companion, path))
+                return true;
+        }
+    }
+    return isSamePath(given.string() + "-gazetteer", path);
+}
+
+} // namespace placesd
