@@ -16,7 +16,6 @@
 #include <stdexcept>
 #include <system_error>
 
-#include <sqlite3.h>
 #include <sys/stat.h>
 
 namespace placesd
@@ -42,11 +41,8 @@ SQLite::Database openUntouched(const std::string &path)
     const std::uintmax_t logSize = fs::file_size(path + "-wal", ignored);
     const bool hasLog = !ignored && logSize > 0;
     const QByteArray uri = "file:" + QByteArray::fromStdString(path).toPercentEncoding("/");
-    SQLite::Database database((uri + (hasLog ? "" : "?immutable=1")).toStdString(),
-                              SQLite::OPEN_READONLY | SQLite::OPEN_URI);
-    // The last connection would write the log into the database.
-    sqlite3_db_config(database.getHandle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
-    return database;
+    return SQLite::Database((uri + (hasLog ? "" : "?immutable=1")).toStdString(),
+                            SQLite::OPEN_READONLY | SQLite::OPEN_URI);
 }
 
 void requirePlacesIn(const std::string &path)

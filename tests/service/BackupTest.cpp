@@ -139,7 +139,7 @@ TEST_F(BackupTest, AFailedOneChangesNothing)
     EXPECT_EQ(SQLite::Database(path("other")).execAndGet("SELECT count(*) FROM theirs").getInt(), 0);
     ::chmod(path("open").c_str(), 01777);
     write("empty", "");
-    for (const char *name : {"open/copy.db", "empty", "copy.db"})
+    for (const char *name : {"open/copy.db", "empty", "copy.db", "a ?#%41", "a ?#%41"})
         EXPECT_EQ(protocol.backup(path(name)), Error::Success) << name;
     for (const char *name : {"", "copy.db", "./copy.db"}) {
         EXPECT_EQ(protocol.backup(name), Error::BackupFailed) << name;
