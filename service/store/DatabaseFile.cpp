@@ -55,8 +55,6 @@ void requirePlacesIn(const std::string &path)
     }
     if (!S_ISREG(status.st_mode))
         throw std::runtime_error("it is no file");
-    if (status.st_size == 0)
-        return;
     SQLite::Database database = openUntouched(path);
     const bool isEmpty = database.execAndGet("PRAGMA user_version").getInt() == 0
                          && database.execAndGet(sql::COUNT_TABLES).getInt() == 0;

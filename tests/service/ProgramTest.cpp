@@ -170,6 +170,8 @@ TEST(TheProgram, LeavesTheFilesOfOthersAsTheyAre)
     make("numbered", "CREATE TABLE theirs(a); PRAGMA user_version = 3");
     make("marked", "PRAGMA user_version = 7");
     make("logged", "PRAGMA journal_mode = WAL; CREATE TABLE theirs(a)");
+    make("switched", "PRAGMA journal_mode = WAL; CREATE TABLE theirs(a); PRAGMA wal_checkpoint(TRUNCATE)");
+    EXPECT_TRUE(QFile::remove(path("switched-wal")) && QFile::remove(path("switched-shm")));
     write(path("text"), "no database, but longer than what one begins with");
     const auto state = [&] {
         QByteArray bytes;
@@ -181,7 +183,7 @@ TEST(TheProgram, LeavesTheFilesOfOthersAsTheyAre)
         return bytes;
     };
     const QByteArray before = state();
-    for (const char *name : {"plain ?#%41", "numbered", "marked", "logged", "text", "."}) {
+    for (const char *name : {"plain ?#%41", "numbered", "marked", "logged", "switched", "text", "."}) {
         const Outcome outcome = run("placesd", {QStringLiteral("--database"), path(name)});
         EXPECT_EQ(outcome.status, 1) << name;
         EXPECT_THAT(outcome.err, StartsWith("placesd: " + path(name).toStdString() + ": ")) << name;
