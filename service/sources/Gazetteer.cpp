@@ -24,8 +24,10 @@
 #include "text/TextKeys.h"
 #include "Vocabulary.h"
 
+#include <QtCore/QHash>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
+#include <QtCore/QRegularExpression>
 
 #include <algorithm>
 #include <cstdio>
@@ -47,7 +49,7 @@ namespace
 {
 
 /// Grows with every change of the tables, so that an index of another version is not taken for one of this.
-constexpr int INDEX_VERSION = 3;
+constexpr int INDEX_VERSION = 4;
 /// What the external id of a category starts with.
 constexpr char CATEGORY_PREFIX[] = "category:";
 /// How far apart two places of one name may be that are held to be the same, in metres.
@@ -123,6 +125,26 @@ AuxiliaryData gatherDetails(PlacePrivate &place, const QString &substituteId)
     return poi;
 }
 
+/// The names in the keywords of an airport.
+QStringList keywordsOf(const AuxiliaryData &details)
+{
+    static const QRegularExpression SEPARATORS(QStringLiteral("[,;]"));
+    QStringList keywords;
+    for (const QString &keyword : details.property(QStringLiteral("keywords")).split(SEPARATORS, Qt::SkipEmptyParts))
+        keywords.append(keyword.trimmed());
+    return keywords;
+}
+
+/// How well known a place is, in people: its own, or those of a city that is about as well known as the airport.
+double weightOf(const AuxiliaryData &details, const QString &kind)
+{
+    static const QHash<QString, double> AIRPORTS = {{QStringLiteral("large_airport"), 40000},
+                                                    {QStringLiteral("medium_airport"), 10000},
+                                                    {QStringLiteral("small_airport"), 100}};
+    const QString population = details.property(QStringLiteral("population"));
+    return population.isEmpty() ? AIRPORTS.value(kind) : population.toDouble();
+}
+
 /// The name by which a place was found, where that is not its own; else empty.
 QString nameFound(const PlacePrivate &place, const Reading &reading)
 {
@@ -144,11 +166,22 @@ struct Take
     explicit Take(SQLite::Database &database)
         : record(database, sql::TAKE_RECORD)
         , keys(database, sql::TAKE)
+        , name(database, sql::TAKE_NAME)
     {}
 
     SQLite::Statement record;
     SQLite::Statement keys;
+    SQLite::Statement name;
 };
+
+void takeNames(SQLite::Statement &statement, qint64 number, const QStringList &names)
+{
+    for (const QString &name : names) {
+        bindAll(statement, {number, searchKey(name)}, 1);
+        statement.exec();
+        statement.reset();
+    }
+}
 
 /// @param number of the place, among all of all files.
 void take(Take &statements, qint64 number, Place &place, const QString &substituteId)
@@ -158,7 +191,7 @@ void take(Take &statements, qint64 number, Place &place, const QString &substitu
     const Address address = data.primaryAddress();
     const QStringList parts = {address.street(),     address.city(),    address.region(),
                                address.postalCode(), address.country(), address.isoAlpha2CountryCode()};
-    const QStringList aliases = data.aliases() + QStringList{details.property(QStringLiteral("keywords"))};
+    const QStringList aliases = data.aliases() + keywordsOf(details);
     const QStringList names = otherNames(details);
     const std::string allNames = utf8(indexKey(QStringList{data.name()} + names));
     const std::string_view otherKeys = std::string_view(allNames).substr(searchKeyIn(allNames).size());
@@ -169,12 +202,13 @@ void take(Take &statements, qint64 number, Place &place, const QString &substitu
     bindAll(statements.keys,
             {number, position.latitude(), position.longitude(), searchKey(data.name()),
              QString::fromUtf8(otherKeys.data(), static_cast<int>(otherKeys.size())), sortKey(data.name()), kind,
-             indexKey(kind), indexKey(aliases.join(QLatin1Char(' '))), indexKey(parts.join(QLatin1Char(' '))),
-             details.externalId(), searchKey(address.region()), searchKey(address.country()),
-             address.isoAlpha2CountryCode(), details.property(QStringLiteral("population")).toDouble()},
+             indexKey(kind), indexKey(aliases), indexKey(parts.join(QLatin1Char(' '))), details.externalId(),
+             searchKey(address.region()), searchKey(address.country()), address.isoAlpha2CountryCode(),
+             weightOf(details, kind)},
             1);
     statements.keys.exec();
     statements.keys.reset();
+    takeNames(statements.name, number, names + aliases);
     statements.record.bind(1, static_cast<int64_t>(number));
     bindBlob(statements.record, 2, fullRecordOf(place));
     statements.record.exec();

@@ -27,7 +27,9 @@ enum Tier
 {
     NoResult,
     SameName,
+    SameOtherName, ///< A code, or a name besides the place's own.
     NameStarts,
+    TermStarts, ///< With the name: the rest of the term tells where.
     NameHasWords,
     Fits
 };
@@ -98,6 +100,8 @@ public:
         , m_reading(reading)
         , m_expressions(matchExpressions(reading, index.vocabulary))
     {
+        if (!reading.inNames)
+            m_starts = wordStarts(m_key, sql::NAMES_AT_ONCE);
         if (!m_expressions.broad.empty() && m_expressions.broad != m_expressions.exact)
             m_isBroad =
                 countMatches(index.database, matchesIn(columns(), m_expressions.broad), FEW_PLACES + 1) <= FEW_PLACES;
@@ -106,21 +110,26 @@ public:
     [[nodiscard]] const std::string &key() const { return m_key; }
     [[nodiscard]] bool isEmpty() const { return m_reading.wordings.empty() || m_reading.wordings.front().isEmpty(); }
 
+    /// Beginnings of the key, which may be a name in front of an address.
+    [[nodiscard]] const std::vector<std::string> &starts() const { return m_starts; }
     /// False where no place has the words.
     [[nodiscard]] bool canMatch() const { return !m_expressions.exact.empty(); }
     /// Whether what the expressions find has to be tested.
     [[nodiscard]] bool isBroad() const { return m_isBroad; }
     /// Expression for the full-text index that finds every result, and maybe others.
     [[nodiscard]] std::string matches() const { return matchesIn(columns(), expression()); }
+    /// Expression that finds, unless isBroad(), just the places that have the words where the reading looks for them.
+    [[nodiscard]] std::string wordMatches() const { return matchesIn(wordColumns(), expression()); }
     /// The same for the results whose names have the words.
     [[nodiscard]] std::string nameMatches() const { return matchesIn("name", expression()); }
 
     [[nodiscard]] bool isIn(const IndexRow &row) const
     {
-        return passes([&](const Spelling &word) {
+        const auto hasWord = [&](const Spelling &word) {
             return (looksAtName() && isInNames(row, word)) || (looksAtKind() && has(row.kind, word))
                    || (looksAtRest() && (has(row.alias, word) || has(row.address, word)));
-        });
+        };
+        return passes(hasWord) || isOtherNameOf(row);
     }
     [[nodiscard]] Tier tierOf(const IndexRow &row) const
     {
@@ -128,8 +137,12 @@ public:
             return NoResult;
         if (row.name == m_key)
             return SameName;
+        if (isOtherNameOf(row))
+            return SameOtherName;
         if (startsWith(row.name, m_key))
             return NameStarts;
+        if (std::find(m_starts.begin(), m_starts.end(), row.name) != m_starts.end())
+            return TermStarts;
         return passes([&row](const Spelling &word) { return isInNames(row, word); }) ? NameHasWords : Fits;
     }
 
@@ -149,12 +162,14 @@ private:
     {
         return "{" + columns + "} : (" + (expression.empty() ? "\"\"" : expression) + ")";
     }
-    /// Columns of the full-text index that a search looks at.
-    [[nodiscard]] std::string columns() const
+    /// Columns of the full-text index that words are looked for in.
+    [[nodiscard]] std::string wordColumns() const
     {
         return std::string(looksAtName() ? "name " : "") + (looksAtKind() ? "kind " : "")
-               + (looksAtRest() ? "alias address" : "");
+               + (looksAtRest() ? "alias address " : "");
     }
+    /// Those that have the results: an alias that is the term is one, too.
+    [[nodiscard]] std::string columns() const { return wordColumns() + (looksAtName() ? "alias" : ""); }
     template <typename HasWord>
     [[nodiscard]] bool passes(const HasWord &hasWord) const
     {
@@ -162,6 +177,10 @@ private:
                            [&hasWord](const Wording &wording) { return wording.passes(hasWord); });
     }
     static bool has(std::string_view key, const Spelling &word) { return hasWord(key, word.text, word.isWhole); }
+    [[nodiscard]] bool isOtherNameOf(const IndexRow &row) const
+    {
+        return looksAtName() && !m_key.empty() && (isTextIn(row.alias, m_key) || isTextIn(row.otherNames, m_key));
+    }
     static bool isInNames(const IndexRow &row, const Spelling &word)
     {
         return has(row.name, word) || has(row.otherNames, word);
@@ -170,6 +189,7 @@ private:
     SearchKind m_kind;
     std::string m_key;
     Reading m_reading;
+    std::vector<std::string> m_starts; ///< Only where names alone have not all words.
     MatchExpressions m_expressions;
     bool m_isBroad = false;
 };
@@ -190,6 +210,14 @@ StatementPtr candidatesOf(SQLite::Database &database, const Term &term, int tier
     switch (tier) {
     case SameName:
         return select(database, sql::NAMED, term.key());
+    case SameOtherName:
+        return select(database, sql::OTHERWISE_NAMED, term.key());
+    case TermStarts: {
+        StatementPtr rows = select(database, sql::NAMED_ONE_OF);
+        for (std::size_t i = 0; i < term.starts().size(); ++i)
+            rows->bind(static_cast<int>(i) + 1, term.starts()[i]);
+        return rows;
+    }
     case NameStarts: {
         StatementPtr rows = select(database, sql::NAMES_BETWEEN, term.key());
         rows->bind(2, endOfStarts(term.key()));
@@ -210,7 +238,7 @@ int64_t countOf(const GazetteerIndex &index, const ProviderSearch &search, const
     if (!term.canMatch())
         return 0;
     if (!term.isBroad())
-        return countMatches(index.database, term.matches(), limit);
+        return countMatches(index.database, term.wordMatches(), limit);
     const StatementPtr rows = select(index.database, sql::MATCHES_BY_WEIGHT, term.matches());
     int64_t count = 0;
     while (count < limit && rows->executeStep())

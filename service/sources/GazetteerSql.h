@@ -1,6 +1,8 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
+
 /// Every statement of the gazetteer. Each can be pasted into the sqlite3 shell.
 namespace placesd::gazetteer_sql
 {
@@ -31,6 +33,11 @@ CREATE TABLE feature(
     country_code TEXT NOT NULL,
     record       INTEGER NOT NULL REFERENCES record(id)
 );
+CREATE TABLE other_name(                        -- codes, and names besides the place's own
+    key     TEXT NOT NULL,                      -- as name_key
+    feature INTEGER NOT NULL REFERENCES feature(id),
+    PRIMARY KEY(key, feature)
+) WITHOUT ROWID;
 CREATE TABLE record(id INTEGER PRIMARY KEY, record BLOB NOT NULL);     -- in the order of the files
 CREATE VIRTUAL TABLE position USING rtree(id, south, north, west, east);
 CREATE VIRTUAL TABLE words USING fts5(
@@ -40,10 +47,12 @@ CREATE VIRTUAL TABLE vocabulary USING fts5vocab('words', 'row');
 CREATE TEMP TABLE taken(
     record INTEGER PRIMARY KEY, latitude, longitude, name_key, other_names, sort_key, kind, kind_key, alias_key, address_key,
     external_id, region_key, country_key, country_code, weight);
+CREATE TEMP TABLE taken_name(record INTEGER, key TEXT, PRIMARY KEY(record, key)) WITHOUT ROWID;
 )sql";
 
 constexpr char TAKE[] =
     "INSERT INTO temp.taken VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15)";
+constexpr char TAKE_NAME[] = "INSERT OR IGNORE INTO temp.taken_name VALUES (?1, ?2)";
 constexpr char TAKE_RECORD[] = "INSERT INTO record(id, record) VALUES (?1, ?2)";
 
 constexpr char SELECT_LAST_RECORD[] = "SELECT ifnull(max(id), 0) FROM record";
@@ -54,6 +63,9 @@ INSERT INTO feature SELECT NULL, t.latitude, t.longitude, c.id, t.name_key, t.ot
         t.address_key, t.external_id, t.region_key, t.country_key, t.country_code, t.record
     FROM temp.taken t JOIN category c ON c.kind = t.kind ORDER BY t.weight DESC, t.record;
 DROP TABLE temp.taken;
+INSERT INTO other_name SELECT n.key, f.id FROM feature f CROSS JOIN temp.taken_name n ON n.record = f.record
+    WHERE n.key NOT IN ('', f.name_key) ORDER BY n.key, f.id;
+DROP TABLE temp.taken_name;
 INSERT INTO words(rowid, name, alias, kind, address)
     SELECT id, name_key || ' ' || other_names, alias_key, kind_key, address_key FROM feature ORDER BY id;
 INSERT INTO position SELECT id, latitude, latitude, longitude, longitude FROM feature;
@@ -92,7 +104,12 @@ constexpr char BY_NAME_BACKWARDS[] = "FROM feature f INDEXED BY feature_by_sort_
 constexpr char BY_DISTANCE[] = "FROM position p CROSS JOIN feature f ON f.id = p.id WHERE p.id MATCH nearest(?1, ?2)";
 
 // In any order.
+constexpr std::size_t NAMES_AT_ONCE = 8;
 constexpr char NAMED[] = "FROM feature f INDEXED BY feature_by_name WHERE f.name_key = ?1";
+/// Of names up to NAMES_AT_ONCE.
+constexpr char NAMED_ONE_OF[] =
+    "FROM feature f INDEXED BY feature_by_name WHERE f.name_key IN (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)";
+constexpr char OTHERWISE_NAMED[] = "FROM other_name n CROSS JOIN feature f ON f.id = n.feature WHERE n.key = ?1";
 constexpr char NAMES_BETWEEN[] = "FROM feature f INDEXED BY feature_by_name WHERE f.name_key >= ?1 AND f.name_key < ?2";
 constexpr char OF_CATEGORY[] = "FROM feature f INDEXED BY feature_by_category WHERE f.category = ?1";
 constexpr char SELECT_CATEGORY[] = "SELECT id FROM category WHERE kind = ?1";

@@ -98,21 +98,47 @@ QString indexKey(const QString &text)
 
 QString indexKey(const QStringList &texts)
 {
-    QStringList others;
-    for (int i = 0; i < texts.size(); ++i) {
-        if (i > 0)
-            others.append(searchKey(texts[i]));
-        for (const SpelledWord &word : spelledWords(texts[i]))
-            others += word.others + word.pieces;
+    QStringList keys;
+    QStringList spellings;
+    for (const QString &text : texts) {
+        keys.append(searchKey(text));
+        for (const SpelledWord &word : spelledWords(text))
+            spellings += word.others + word.pieces;
     }
-    others.removeDuplicates();
-    const QString key = texts.isEmpty() ? QString() : searchKey(texts.first());
-    return others.isEmpty() ? key : key + QLatin1Char(KEY_END) + others.join(QLatin1Char(' '));
+    keys.removeDuplicates();
+    spellings.removeDuplicates();
+    if (keys.size() > 1 || !spellings.isEmpty())
+        keys.append(spellings.join(QLatin1Char(' ')));
+    return keys.join(QLatin1Char(KEY_END));
 }
 
 std::string_view searchKeyIn(std::string_view indexKey)
 {
     return indexKey.substr(0, indexKey.find(KEY_END));
+}
+
+bool isTextIn(std::string_view indexKey, std::string_view key)
+{
+    const std::size_t last = indexKey.rfind(KEY_END);
+    for (std::string_view rest = indexKey.substr(0, last); !rest.empty();) {
+        const std::string_view text = searchKeyIn(rest);
+        if (text == key)
+            return true;
+        rest.remove_prefix(std::min(rest.size(), text.size() + 1));
+    }
+    return false;
+}
+
+std::vector<std::string> wordStarts(std::string_view key, std::size_t most)
+{
+    std::vector<std::string> starts;
+    for (std::size_t end = 1; end < key.size() && starts.size() < most; ++end) {
+        const bool isEnd = isPartOfWordAt(key, startOfCharacter(key, end - 1)) && !isContinuation(key[end])
+                           && !isPartOfWordAt(key, end);
+        if (isEnd)
+            starts.emplace_back(key.substr(0, end));
+    }
+    return starts;
 }
 
 bool isUnspaced(uint code)

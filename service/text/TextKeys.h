@@ -31,8 +31,11 @@ constexpr char KEY_END = '\x1F';
 /// "O'Hare"), words of other scripts in Latin letters ("moskva" for "Москва"), and the pairs of characters of scripts
 /// that are written without spaces.
 QString indexKey(const QString &text);
-/// The same for several texts of one place. The search key is that of the first.
+/// The same for several texts of one place: the search key of each, ended by KEY_END, and the other spellings of all.
+/// The search key is that of the first.
 QString indexKey(const QStringList &texts);
+/// True when `key`, which is not empty, is the search key of one of the texts of an index key.
+bool isTextIn(std::string_view indexKey, std::string_view key);
 /// The search key in an index key.
 std::string_view searchKeyIn(std::string_view indexKey);
 
@@ -44,6 +47,10 @@ bool isUnspaced(uint code);
 
 /// True when every word of `wanted` starts one of `there`, which are sorted.
 bool startWords(const QStringList &there, const QStringList &wanted);
+
+/// The beginnings of a key that end with a word but not with the key, the shortest first.
+/// @param most beginnings that are given.
+std::vector<std::string> wordStarts(std::string_view key, std::size_t most);
 
 /// True when `start` starts a word of `key`, which is a key in valid UTF-8, or is a whole word of it.
 bool hasWord(std::string_view key, std::string_view start, bool isWhole = false);

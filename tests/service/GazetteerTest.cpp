@@ -77,6 +77,12 @@ std::vector<Feature> makeFeatures(QFile &file)
     return features;
 }
 
+/// Whether the term is the code of a feature.
+bool isCode(const Feature &feature, SearchKind kind, const QString &key)
+{
+    return kind != SearchKind::Category && feature.aliasWords == QStringList{key};
+}
+
 bool isFound(const Feature &feature, SearchKind kind, const QStringList &wanted, bool inNames)
 {
     const bool byName = kind != SearchKind::Category;
@@ -88,10 +94,14 @@ bool isFound(const Feature &feature, SearchKind kind, const QStringList &wanted,
     });
 }
 
-int tierOf(const Feature &feature, const QString &key, const QStringList &wanted)
+int tierOf(const Feature &feature, SearchKind kind, const QString &key, const QStringList &wanted)
 {
     const QString name = searchKey(feature.name);
-    return name == key ? 0 : name.startsWith(key) ? 1 : startWords(feature.nameWords, wanted) ? 2 : 3;
+    if (name == key)
+        return 0;
+    if (isCode(feature, kind, key))
+        return 1;
+    return name.startsWith(key) ? 2 : startWords(feature.nameWords, wanted) ? 3 : 4;
 }
 
 /// External ids of all that a search finds.
@@ -122,8 +132,8 @@ QStringList rankAll(std::vector<Feature> features, const ProviderSearch &search)
         const bool isByName = search.order == SearchOrder::Name || search.order == SearchOrder::NameBackwards;
         const double distance =
             isByName || !centre.isValid() ? 0 : Utilities::calculateDistanceInMeter(features[i].position, centre);
-        if (isFound(features[i], search.kind, wanted, inNames))
-            ranks.emplace_back(isByRelevance && !key.isEmpty() ? tierOf(features[i], key, wanted) : 0,
+        if (isCode(features[i], search.kind, key) || isFound(features[i], search.kind, wanted, inNames))
+            ranks.emplace_back(isByRelevance && !key.isEmpty() ? tierOf(features[i], search.kind, key, wanted) : 0,
                                search.order == SearchOrder::FarFirst ? -distance : distance,
                                isByName ? sortKey(features[i].name) : QString(), static_cast<int>(i));
     }
@@ -236,7 +246,10 @@ TEST(GazetteerSearch, FindsWhatWasMeant)
                            R"("properties":{"name":"%2"%3}})")
                 .arg(QLatin1String(id), QString::fromUtf8(name), QString::fromUtf8(more)));
     };
-    add("munich", "München", R"(,"name:en":"Munich","alt_name":"Minga;Monaco","country":"Germany")");
+    add("munich", "München", R"(,"name:en":"Munich","alt_name":"Minga;Monaco","country":"Germany","population":9)");
+    add("mingan", "Minga North", R"(,"population":20)");
+    add("erkrath", "Munich Airport Erkrath", R"(,"iata":"KRA","keywords":"Old Field, Kramsach","population":10)");
+    add("krakow", "Kraków", R"(,"population":30)");
     add("moscow", "Москва", "");
     add("tower", "東京タワー", "");
     add("lodz", "Łódź", "");
@@ -246,7 +259,8 @@ TEST(GazetteerSearch, FindsWhatWasMeant)
     add("cozumel", "Cozumel Airport", "");
     add("norfolk", "Norfolk International Airport", "");
     add("zurich", "Zürich Airport", "");
-    add("offenbach", "Offenbach", "");
+    add("offenbach", "Offenbach", R"(,"country":"Germany")");
+    add("east", "Offenbach Ost", R"(,"country":"Germany","population":40)");
     add("gate", "Gate 1234567", "");
     file.write("{\"type\":\"FeatureCollection\",\"features\":[" + features.join(QLatin1Char(',')).toUtf8() + "]}");
     file.close();
@@ -257,7 +271,11 @@ TEST(GazetteerSearch, FindsWhatWasMeant)
         QString term;
         QStringList found;
     } cases[] = {
-        {QStringLiteral("munich"), {QStringLiteral("munich")}},
+        {QStringLiteral("munich"), {QStringLiteral("munich"), QStringLiteral("erkrath")}},
+        {QStringLiteral("minga"), {QStringLiteral("munich"), QStringLiteral("mingan")}},
+        {QStringLiteral("kra"), {QStringLiteral("erkrath"), QStringLiteral("krakow")}},
+        {QStringLiteral("KRAMSACH"), {QStringLiteral("erkrath")}},
+        {QStringLiteral("Offenbach, Germany"), {QStringLiteral("offenbach"), QStringLiteral("east")}},
         {QStringLiteral("minga germany"), {QStringLiteral("munich")}},
         {QStringLiteral("muenchen"), {QStringLiteral("munich")}},
         {QStringLiteral("moskva"), {QStringLiteral("moscow")}},
@@ -269,7 +287,7 @@ TEST(GazetteerSearch, FindsWhatWasMeant)
         {QStringLiteral("ohare"), {QStringLiteral("ohare")}},
         {QStringLiteral("zuirch airprot"), {QStringLiteral("zurich")}},
         {QStringLiteral("cozumel international airport"), {QStringLiteral("cozumel")}},
-        {QStringLiteral("Offenbach am Main"), {QStringLiteral("offenbach")}},
+        {QStringLiteral("Offenbach am Main"), {QStringLiteral("offenbach"), QStringLiteral("east")}},
         {QStringLiteral("gate 1234568"), {QStringLiteral("gate")}}, // half of the words, and no digit is corrected
         {QStringLiteral("1234568"), {}},
         {QStringLiteral("x"), {}},
