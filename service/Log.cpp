@@ -2,6 +2,9 @@
 
 #include "Log.h"
 
+#include <array>
+#include <cstdio>
+
 #include <slog2.h>
 
 namespace placesd
@@ -9,6 +12,9 @@ namespace placesd
 
 namespace
 {
+
+/// Longest message, in bytes; the rest of a longer one is cut off.
+constexpr std::size_t MESSAGE_SIZE = 4096;
 
 slog2_buffer_t registerBuffer()
 {
@@ -22,10 +28,26 @@ slog2_buffer_t registerBuffer()
     return buffer;
 }
 
-void log(unsigned char severity, const char *format, va_list arguments)
+__attribute__((format(printf, 2, 3))) void write(unsigned char severity, const char *format, ...)
 {
     static const slog2_buffer_t buffer = registerBuffer();
+    va_list arguments;
+    va_start(arguments, format);
     vslog2f(buffer, 0, severity, format, arguments);
+    va_end(arguments);
+}
+
+__attribute__((format(printf, 2, 0))) void log(unsigned char severity, const char *format, va_list arguments)
+{
+    std::array<char, MESSAGE_SIZE> message = {};
+    std::vsnprintf(message.data(), message.size(), format, arguments);
+    // Paths and names come from clients: a line feed in them would start a line that the service did not write.
+    for (char &c : message) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte == '\x7f' || (byte < ' ' && byte != '\0'))
+            c = '?';
+    }
+    write(severity, "%s", message.data());
 }
 
 } // namespace
