@@ -9,6 +9,7 @@
 #include <places/Place.h>
 #include <places/PlaceHeader.h>
 #include <places/PlaceManager.h>
+#include <places/SearchHandle.h>
 
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
@@ -52,7 +53,7 @@ public:
     {
         write(m_format.opening);
         bool isLast = false;
-        for (int offset = 0; !isLast && m_status == Done; offset += PAGE_SIZE)
+        for (int offset = 0; !isLast && m_status == Done;)
             isLast = !writePage(offset);
         if (m_status != Done)
             return m_status;
@@ -62,19 +63,22 @@ public:
     }
 
 private:
-    /// False when there are no more.
-    bool writePage(int offset)
+    /// Writes the places from `offset` on and moves it behind them. False when there are no more. A page can have fewer
+    /// places than were asked for.
+    bool writePage(int &offset)
     {
         Error::Type error = Error::Success;
+        SearchHandle handle;
         std::vector<std::unique_ptr<PlaceHeader>> page;
-        for (PlaceHeader *header : m_manager.findPlaces(QString(), &error, nullptr, exportOrder(), offset, PAGE_SIZE))
+        for (PlaceHeader *header : m_manager.findPlaces(QString(), &error, &handle, exportOrder(), offset, PAGE_SIZE))
             page.emplace_back(header);
         m_status = report(error, QStringLiteral("export"));
         for (const auto &header : page) {
             if (m_status == Done && header->isPersisted())
                 writePlace(header->id());
         }
-        return page.size() == static_cast<std::size_t>(PAGE_SIZE);
+        offset += static_cast<int>(page.size());
+        return handle.hasMoreData() && !page.empty();
     }
 
     void writePlace(qint64 id)
