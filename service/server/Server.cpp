@@ -81,6 +81,17 @@ Server::Server(std::vector<Listener> listeners, Settings settings)
     }
     for (std::size_t i = 0; i < m_services.size(); ++i)
         m_threads.emplace_back([this, loop = loops[i], &service = *m_services[i]] { (this->*loop)(service); });
+    m_vocabularyReader.emplace([this] { readVocabulary(); });
+}
+
+/// Before a search has to wait for it.
+void Server::readVocabulary()
+{
+    try {
+        Store(m_shared.database, m_shared.store).vocabulary();
+    } catch (const std::exception &error) {
+        logError("the words of the stored places cannot be read: %s", error.what());
+    }
 }
 
 Server::~Server()

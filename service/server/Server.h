@@ -4,10 +4,12 @@
 #include "Channel.h"
 #include "server/Connection.h"
 #include "server/ConnectionQueue.h"
+#include "sources/BackgroundJob.h"
 
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <unordered_map>
@@ -44,6 +46,7 @@ public:
 private:
     using Descriptor = vela::system::channel::Descriptor;
 
+    void readVocabulary();
     void runFastRequests(Service &service);
     void runSlowRequests(Service &service);
     void runWrites(Service &service);
@@ -68,6 +71,7 @@ private:
     ConnectionQueue m_writes;
 
     std::vector<std::thread> m_threads;
+    std::optional<BackgroundJob> m_vocabularyReader;
 };
 
 /// Opens the channel `name` for serving. Throws std::system_error when it cannot.
