@@ -39,8 +39,9 @@ constexpr std::size_t SORT_CRITERIA = 16;
 constexpr int PAGE_SIZE = 10000;
 /// Most locations, auxiliary records, tags or aliases of a place, and properties of a record.
 constexpr int LIST_LENGTH = 1000;
-/// Longest name, tag and term, in UTF-16 units.
+/// Longest text of a place or of a term, in UTF-16 units, but for these: descriptions and values of properties.
 constexpr int TEXT_LENGTH = 4096;
+constexpr int LONG_TEXT_LENGTH = 256 * 1024;
 /// Most words of a term whose words are searched for.
 constexpr int TERM_WORDS = 64;
 /// Most letters of a typed word that is corrected.

@@ -76,7 +76,7 @@ bool CandidateRow::passes(const FacetTest &test) const
 
 bool CandidateRow::passes(const PropertyTest &test) const
 {
-    return test(PlacePrivate::privateFromPublic(m_place.get())->auxiliaryData());
+    return test(PlacePrivate::privateFromPublic(m_place.get())->auxiliaryData(), [] {});
 }
 
 bool CandidateRow::passes(const TermTest &test) const

@@ -11,6 +11,8 @@
 
 #include <QtCore/QSet>
 
+#include <algorithm>
+
 namespace placesd
 {
 
@@ -20,8 +22,23 @@ namespace
 {
 
 constexpr int PREFIX_LENGTH = 64; // code points
-/// UTF-16 units of a text that are searched for words.
+/// UTF-16 units of a text, and of all texts of a place, that are searched for words.
 constexpr int SEARCHED_LENGTH = limits::TEXT_LENGTH;
+constexpr int SEARCHED_IN_ALL = 16 * limits::TEXT_LENGTH;
+
+/// The same as propertyPrefix() of the key of the whole text, without reading more of it than that takes.
+QString keyPrefix(const QString &text)
+{
+    // What follows may compose with the last letters of a part, hence the room behind the prefix.
+    constexpr int ROOM = 2 * PREFIX_LENGTH;
+    int length = ROOM;
+    QString key = searchKey(text.left(length));
+    while (key.size() < ROOM && length < text.size()) {
+        length *= 4;
+        key = searchKey(text.left(length));
+    }
+    return propertyPrefix(key);
+}
 
 bool canBeRoom(const AuxiliaryData &record)
 {
@@ -36,9 +53,9 @@ void addRecord(IndexEntries &entries, const AuxiliaryData &record, QSet<QString>
     const QMap<QString, QString> properties = record.properties();
     for (auto property = properties.begin(); property != properties.end(); ++property) {
         const QString key = searchKey(property.key());
-        const QString value = searchKey(property.value());
+        const QString value = keyPrefix(property.value());
         keys.insert(key);
-        entries.properties.push_back({key, propertyPrefix(value)});
+        entries.properties.push_back({key, value});
         entries.isRoom =
             entries.isRoom || (canBeRoom(record) && key == QLatin1String("kind") && value == QLatin1String(ROOM));
     }
@@ -69,8 +86,11 @@ QString textKeyOf(const PlacePrivate &place)
             texts.append(PointOfInterestAuxiliaryData(record).category());
     }
     texts.removeDuplicates();
-    for (QString &text : texts)
-        text.truncate(SEARCHED_LENGTH);
+    int left = SEARCHED_IN_ALL;
+    for (QString &text : texts) {
+        text.truncate(std::min(SEARCHED_LENGTH, left));
+        left -= text.size();
+    }
     return indexKey(texts);
 }
 

@@ -21,11 +21,12 @@ bool passes(const std::optional<TextTest> &test, const QString &text)
 
 } // namespace
 
-bool PropertyTest::operator()(const QList<AuxiliaryData> &records) const
+bool PropertyTest::operator()(const QList<AuxiliaryData> &records, const std::function<void()> &requireTime) const
 {
-    return std::any_of(records.begin(), records.end(), [this](const AuxiliaryData &record) {
+    return std::any_of(records.begin(), records.end(), [&](const AuxiliaryData &record) {
         const QMap<QString, QString> properties = record.properties();
         for (auto property = properties.begin(); property != properties.end(); ++property) {
+            requireTime();
             if (passes(key, property.key()) && passes(value, property.value()))
                 return true;
         }

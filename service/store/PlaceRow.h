@@ -8,6 +8,7 @@
 
 #include <QtCore/QList>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -35,7 +36,9 @@ struct PropertyTest
     std::optional<TextTest> key;   ///< Unset: any.
     std::optional<TextTest> value; ///< Unset: any.
 
-    [[nodiscard]] bool operator()(const QList<vela::platform::places::AuxiliaryData> &records) const;
+    /// @param requireTime is called before each property is looked at, for long lists of long texts; may throw.
+    [[nodiscard]] bool operator()(const QList<vela::platform::places::AuxiliaryData> &records,
+                                  const std::function<void()> &requireTime) const;
 };
 
 /// What a find looks at of a place. Texts are UTF-8 and valid until the next row is read. Times are seconds since

@@ -103,7 +103,8 @@ bool StoredRow::passes(const FacetTest &test) const
 bool StoredRow::passes(const PropertyTest &test) const
 {
     const auto place = m_store.readablePlace(id());
-    return place && test(PlacePrivate::privateFromPublic(place.get())->auxiliaryData());
+    return place
+           && test(PlacePrivate::privateFromPublic(place.get())->auxiliaryData(), [this] { m_store.requireTime(); });
 }
 
 bool StoredRow::passes(const TermTest &test) const

@@ -17,9 +17,23 @@ namespace placesd
 namespace
 {
 
+/// Marks that may follow one another: the longest run in a Stream-Safe text (Unicode Standard Annex #15, 13). To sort
+/// the marks of a run takes quadratic time.
+constexpr int MARKS_IN_A_ROW = 30;
+
+/// Without the marks of a run that are one too many; no language has so many.
 icu::UnicodeString toIcu(const QString &text)
 {
-    return icu::UnicodeString(reinterpret_cast<const char16_t *>(text.utf16()), text.size());
+    const icu::UnicodeString all(reinterpret_cast<const char16_t *>(text.utf16()), text.size());
+    icu::UnicodeString bounded;
+    int marks = 0;
+    for (int32_t i = 0; i < all.length(); i = all.moveIndex32(i, 1)) {
+        const UChar32 code = all.char32At(i);
+        marks = u_getCombiningClass(code) == 0 ? 0 : marks + 1;
+        if (marks <= MARKS_IN_A_ROW)
+            bounded.append(code);
+    }
+    return bounded;
 }
 
 QString fromIcu(const icu::UnicodeString &text)
