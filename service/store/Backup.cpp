@@ -168,6 +168,7 @@ void BackupKeeper::writeCopy(const std::string &path, Deadline deadline) const
         // One file that holds everything.
         target.exec("PRAGMA journal_mode = DELETE");
     }
+    forgetRemovedNames(fresh, deadline);
     sync(fresh);
     if (std::rename(fresh.c_str(), path.c_str()) != 0)
         fail("cannot be put in place");

@@ -3,6 +3,7 @@
 #include "manager/PlaceManagerPrivate.h"
 #include "places/Place.h"
 #include "places/PlaceManager.h"
+#include "protocol/Protocol.h"
 #include "support/Client.h"
 #include "support/Placesd.h"
 
@@ -221,12 +222,15 @@ TEST(TheProgram, ForgetsTheNamesOfPlacesThatAreGone)
     renamed->setName(QStringLiteral("Newname"));
     ASSERT_EQ(PlaceManager().updatePlace(renamed.get()), Error::Success);
     ASSERT_EQ(PlaceManager().removePlace(addPlace("Goneaway")), Error::Success);
+    ASSERT_EQ(Protocol().backup(service.path("backup.db").toStdString()), Error::Success);
     service.stop();
-    QFile file(service.path("places.db"));
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QByteArray bytes = file.readAll().toLower();
-    for (const char *name : {"kept", "newname", "oldname", "goneaway"})
-        EXPECT_EQ(bytes.contains(name), name[0] == 'k' || name[0] == 'n') << name;
+    for (const char *path : {"places.db", "backup.db"}) {
+        QFile file(service.path(path));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        const QByteArray bytes = file.readAll().toLower();
+        for (const char *name : {"kept", "newname", "oldname", "goneaway"})
+            EXPECT_EQ(bytes.contains(name), name[0] == 'k' || name[0] == 'n') << path << name;
+    }
 }
 
 TEST(TheProgram, LeavesNoCoreWithTheSessionKey)
