@@ -5,6 +5,7 @@
 #include "Channel.h"
 #include "Log.h"
 #include "store/DatabaseFile.h"
+#include "store/SqlFunctions.h"
 #include "store/Store.h"
 
 #include <SQLiteCpp/Backup.h>
@@ -168,7 +169,7 @@ void BackupKeeper::writeCopy(const std::string &path, Deadline deadline) const
         // One file that holds everything.
         target.exec("PRAGMA journal_mode = DELETE");
     }
-    forgetRemovedNames(fresh, deadline);
+    forgetRemovedWords(fresh, deadline);
     sync(fresh);
     if (std::rename(fresh.c_str(), path.c_str()) != 0)
         fail("cannot be put in place");
@@ -186,6 +187,8 @@ void BackupKeeper::swapIn(const std::string &path, Deadline deadline) const
     {
         SQLite::Database source(path, SQLite::OPEN_READONLY);
         SQLite::Database target(candidate, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+        distrust(source);
+        distrust(target);
         copy(target, source, deadline);
         Store::requirePlaces(target);
     }

@@ -4,6 +4,7 @@
 
 #include "Log.h"
 #include "store/Sql.h"
+#include "store/SqlFunctions.h"
 #include "store/Store.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
@@ -56,6 +57,7 @@ void requirePlacesIn(const std::string &path)
     if (!S_ISREG(status.st_mode))
         throw std::runtime_error("it is no file");
     SQLite::Database database = openUntouched(path);
+    distrust(database);
     const bool isEmpty = database.execAndGet("PRAGMA user_version").getInt() == 0
                          && database.execAndGet(sql::COUNT_TABLES).getInt() == 0;
     if (!isEmpty)

@@ -233,9 +233,7 @@ constexpr char FORGET_OLD_TERMS[] =
 constexpr char COUNT_TABLES[] = "SELECT count(*) FROM sqlite_master";
 constexpr char SELECT_TABLES[] =
     "SELECT type || ' ' || name || ' ' || tbl_name || ' ' || ifnull(sql, '') FROM sqlite_master"
-    " WHERE name NOT LIKE 'sqlite#_%' ESCAPE '#' AND NOT (type = 'table' AND"
-    " (name LIKE 'name#_index#_%' ESCAPE '#' OR name LIKE 'text#_index#_%' ESCAPE '#'"
-    " OR name LIKE 'position#_%' ESCAPE '#')) ORDER BY 1";
+    " WHERE NOT (type = 'index' AND name LIKE 'sqlite#_autoindex#_%' ESCAPE '#' AND sql IS NULL) ORDER BY 1";
 /// Fails when the index of the names is not that of the places.
 constexpr char CHECK_NAME_INDEX[] = "INSERT INTO name_index(name_index, rank) VALUES ('integrity-check', 1)";
 constexpr char CHECK_TEXT_INDEX[] = "INSERT INTO text_index(text_index) VALUES ('integrity-check')";

@@ -2,6 +2,8 @@
 
 #include "store/SqlFunctions.h"
 
+#include <sqlite3.h>
+
 namespace placesd
 {
 
@@ -23,6 +25,18 @@ void bindValue(SQLite::Statement &statement, int index, const QVariant &value)
 }
 
 } // namespace
+
+void harden(SQLite::Database &database)
+{
+    sqlite3_db_config(database.getHandle(), SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    database.exec("PRAGMA cell_size_check = ON");
+}
+
+void distrust(SQLite::Database &database)
+{
+    harden(database);
+    sqlite3_db_config(database.getHandle(), SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+}
 
 std::string utf8(const QString &text)
 {

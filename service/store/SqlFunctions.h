@@ -17,6 +17,13 @@ namespace placesd
 {
 
 /// A term for the full-text index: the beginnings of words, all of which must occur. Empty for no words.
+/// Has a connection refuse changes of the schema's own table and of index tables, and broken pages
+/// (https://www.sqlite.org/security.html).
+void harden(SQLite::Database &database);
+/// The same for a database that anybody may have made: its schema runs no function and no virtual table either. The
+/// triggers of a database of places need that, so it can be read only.
+void distrust(SQLite::Database &database);
+
 std::string utf8(const QString &text);
 /// The bytes of a column, valid until its statement goes on.
 std::string_view viewOf(const SQLite::Column &column);

@@ -116,6 +116,7 @@ Store::Store(const std::string &path, StoreShared &shared, Deadline deadline)
     , m_facets(m_statements)
     , m_deadline(deadline)
 {
+    harden(m_database);
     m_database.exec(sql::CONNECTION_SETTINGS);
     registerNearest(m_database);
     sqlite3_progress_handler(m_database.getHandle(), STEPS_PER_CHECK, interruptLate, this);

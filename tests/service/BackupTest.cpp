@@ -109,13 +109,20 @@ TEST_F(BackupTest, AFailedOneChangesNothing)
     edited("newer", "PRAGMA user_version = 99");
     edited("foreign", "DROP TABLE search_term");
     edited("trap", "CREATE TRIGGER trap AFTER DELETE ON place BEGIN DELETE FROM facet; END");
+    edited("hidden",
+           "PRAGMA writable_schema = ON; INSERT INTO sqlite_master(type, name, tbl_name, rootpage, sql) VALUES"
+           " ('trigger', 'sqlite_trap', 'place', 0,"
+           " 'CREATE TRIGGER sqlite_trap AFTER INSERT ON place BEGIN DELETE FROM record; END')");
+    edited("disguised", "CREATE TABLE name_index_more(a)");
+    edited("viewed", "ALTER TABLE search_term RENAME TO name_index_term;"
+                     " CREATE VIEW search_term AS SELECT * FROM name_index_term");
     edited("uncounted", "UPDATE facet SET places = -1 WHERE kind = 1");
     edited("undefined", "DELETE FROM dictionary");
     edited("reused", "UPDATE last_id SET place = 0");
     edited("unreadable", "UPDATE record SET full_record = x'00'");
 
-    for (const char *name : {"none", "text", "cut", "torn", "newer", "foreign", "trap", "uncounted", "undefined",
-                             "reused", "unreadable", "places.db", "."})
+    for (const char *name : {"none", "text", "cut", "torn", "newer", "foreign", "trap", "hidden", "disguised", "viewed",
+                             "uncounted", "undefined", "reused", "unreadable", "places.db", "."})
         EXPECT_EQ(protocol.restore(path(name)), Error::RestoreFailed) << name;
     SQLite::Database(path("other"), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE).exec("CREATE TABLE theirs(a)");
     ASSERT_EQ(::link(path("places.db").c_str(), path("linked").c_str()), 0);

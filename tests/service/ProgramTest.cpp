@@ -255,8 +255,9 @@ TEST(TheProgram, LeavesNoCoreWithTheSessionKey)
         EXPECT_TRUE(WIFSIGNALED(status));
         return WCOREDUMP(status);
     };
-    EXPECT_FALSE(dumpsCore({PROGRAMS "/placesd", "--database", "places.db", "--pps-root", "pps", "--gazetteer", ""},
-                           "channels/places"));
+    constexpr char SERVICE[] = PROGRAMS "/placesd";
+    EXPECT_FALSE(
+        dumpsCore({SERVICE, "--database", "places.db", "--pps-root", "pps", "--gazetteer", ""}, "channels/places"));
     if (!dumpsCore({"sh", "-c", "touch started; exec sleep 60"}, "started"))
         GTEST_SKIP() << "no process leaves a core here";
 }
