@@ -18,10 +18,11 @@ std::vector<std::string> JoinedVocabulary::startingWith(std::string_view start, 
     return joined;
 }
 
-std::vector<Correction> JoinedVocabulary::corrections(std::string_view typed, bool asPrefix, std::size_t limit) const
+std::vector<Correction> JoinedVocabulary::corrections(std::string_view typed, bool asPrefix, std::size_t limit,
+                                                      std::size_t most) const
 {
-    std::vector<Correction> joined = m_first.corrections(typed, asPrefix, limit);
-    for (Correction &correction : m_second.corrections(typed, asPrefix, limit)) {
+    std::vector<Correction> joined = m_first.corrections(typed, asPrefix, limit, most);
+    for (Correction &correction : m_second.corrections(typed, asPrefix, limit, most)) {
         const auto isSame = [&correction](const Correction &known) { return known.word == correction.word; };
         if (std::none_of(joined.begin(), joined.end(), isSame))
             joined.push_back(std::move(correction));

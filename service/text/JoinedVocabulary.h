@@ -21,8 +21,8 @@ public:
         return m_first.hasPrefix(start) || m_second.hasPrefix(start);
     }
     [[nodiscard]] std::vector<std::string> startingWith(std::string_view start, std::size_t limit) const override;
-    [[nodiscard]] std::vector<Correction> corrections(std::string_view typed, bool asPrefix,
-                                                      std::size_t limit) const override;
+    [[nodiscard]] std::vector<Correction> corrections(std::string_view typed, bool asPrefix, std::size_t limit,
+                                                      std::size_t most) const override;
 
 private:
     const CorrectionSource &m_first;

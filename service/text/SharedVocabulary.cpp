@@ -48,10 +48,11 @@ std::vector<std::string> SharedVocabulary::startingWith(std::string_view start, 
     return m_words.startingWith(start, limit);
 }
 
-std::vector<Correction> SharedVocabulary::corrections(std::string_view typed, bool asPrefix, std::size_t limit) const
+std::vector<Correction> SharedVocabulary::corrections(std::string_view typed, bool asPrefix, std::size_t limit,
+                                                      std::size_t most) const
 {
     const std::shared_lock<std::shared_mutex> lock(m_mutex);
-    return m_words.corrections(typed, asPrefix, limit);
+    return m_words.corrections(typed, asPrefix, limit, most);
 }
 
 } // namespace placesd

@@ -23,8 +23,8 @@ public:
 
     [[nodiscard]] bool hasPrefix(std::string_view start) const override;
     [[nodiscard]] std::vector<std::string> startingWith(std::string_view start, std::size_t limit) const override;
-    [[nodiscard]] std::vector<Correction> corrections(std::string_view typed, bool asPrefix,
-                                                      std::size_t limit) const override;
+    [[nodiscard]] std::vector<Correction> corrections(std::string_view typed, bool asPrefix, std::size_t limit,
+                                                      std::size_t most) const override;
 
 private:
     std::mutex m_loading;

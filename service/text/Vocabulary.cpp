@@ -105,13 +105,14 @@ std::vector<std::string> Vocabulary::startingWith(std::string_view start, std::s
     return words;
 }
 
-std::vector<Correction> Vocabulary::corrections(std::string_view typed, bool asPrefix, std::size_t limit) const
+std::vector<Correction> Vocabulary::corrections(std::string_view typed, bool asPrefix, std::size_t limit,
+                                                std::size_t most) const
 {
     const std::vector<unsigned> letters = lettersOf(typed);
-    const std::size_t most = limit > 0 ? mostEditsOf(letters) : 0;
+    const std::size_t last = limit > 0 ? std::min(most, mostEditsOf(letters)) : 0;
     std::vector<Correction> corrections;
     // A walk for few edits is short, and makes the longer one needless when it finds enough.
-    for (std::size_t edits = 1; edits <= most && corrections.size() < limit; ++edits) {
+    for (std::size_t edits = 1; edits <= last && corrections.size() < limit; ++edits) {
         const EditAutomaton automaton(letters, edits);
         CorrectionWalk walk(typed, automaton, asPrefix, limit);
         for (const WordTrie &trie : m_corrections.tries())

@@ -30,8 +30,8 @@ public:
     [[nodiscard]] bool contains(std::string_view word) const;
     [[nodiscard]] bool hasPrefix(std::string_view start) const override;
     [[nodiscard]] std::vector<std::string> startingWith(std::string_view start, std::size_t limit) const override;
-    [[nodiscard]] std::vector<Correction> corrections(std::string_view typed, bool asPrefix,
-                                                      std::size_t limit) const override;
+    [[nodiscard]] std::vector<Correction> corrections(std::string_view typed, bool asPrefix, std::size_t limit,
+                                                      std::size_t most) const override;
 
     /// Number of words.
     [[nodiscard]] std::size_t size() const { return m_corrections.size() + m_others.size(); }

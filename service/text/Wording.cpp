@@ -4,6 +4,7 @@
 
 #include "Limits.h"
 #include "text/CorrectionSource.h"
+#include "text/EditAutomaton.h"
 #include "text/Spellings.h"
 #include "text/TextKeys.h"
 #include "text/Utf8.h"
@@ -44,11 +45,19 @@ public:
         , m_least(m_typed.size())
         , m_most(m_typed.size())
     {
-        correct(false);
+        for (const std::size_t word : wordsToCorrect(false)) {
+            if (!correct(word, 1))
+                correct(word, EditAutomaton::MOST_EDITS);
+            m_least[word] = m_corrections[word].empty() ? 0 : m_corrections[word].front().edits;
+        }
     }
 
-    /// Corrects also the words that are known. That takes long, and is rarely needed.
-    void correctKnown() { correct(true); }
+    /// Finds the other corrections, too, and those of words that are known. That takes long, and is rarely needed.
+    void correctFurther()
+    {
+        for (const std::size_t word : wordsToCorrect(true))
+            correct(word, EditAutomaton::MOST_EDITS);
+    }
 
     /// The fewest edits by which each word is one of the vocabulary, taken together.
     [[nodiscard]] int least() const { return std::accumulate(m_least.begin(), m_least.end(), 0); }
@@ -67,17 +76,27 @@ public:
     [[nodiscard]] Wording known() const { return wording(m_least); }
 
 private:
-    void correct(bool areKnown)
+    /// The words that are not known, and behind them those that are, but no more than a search corrects.
+    [[nodiscard]] std::vector<std::size_t> wordsToCorrect(bool withKnown) const
     {
-        for (std::size_t i = 0; i < m_typed.size() && m_corrected < limits::CORRECTED_WORDS; ++i) {
-            if (isKnown(m_typed[i]) != areKnown)
-                continue;
-            ++m_corrected;
-            const bool isLast = i + 1 == m_typed.size();
-            m_corrections[i] = m_vocabulary.corrections(m_typed[i].front().text, isLast, limits::CORRECTIONS_OF_WORD);
-            m_least[i] = areKnown || m_corrections[i].empty() ? 0 : m_corrections[i].front().edits;
-            m_most[i] = m_corrections[i].empty() ? 0 : m_corrections[i].back().edits;
-        }
+        std::vector<std::size_t> words;
+        std::vector<std::size_t> known;
+        for (std::size_t i = 0; i < m_typed.size(); ++i)
+            (isKnown(m_typed[i]) ? known : words).push_back(i);
+        if (withKnown)
+            words.insert(words.end(), known.begin(), known.end());
+        words.resize(std::min(words.size(), limits::CORRECTED_WORDS));
+        return words;
+    }
+
+    /// False where there is no correction by so many edits.
+    bool correct(std::size_t word, std::size_t edits)
+    {
+        const bool isLast = word + 1 == m_typed.size();
+        std::vector<Correction> &found = m_corrections[word];
+        found = m_vocabulary.corrections(m_typed[word].front().text, isLast, limits::CORRECTIONS_OF_WORD, edits);
+        m_most[word] = found.empty() ? 0 : found.back().edits;
+        return !found.empty();
     }
 
     [[nodiscard]] bool isKnown(const Wording::Word &word) const
@@ -116,7 +135,6 @@ private:
 
     const std::vector<Wording::Word> &m_typed;
     const CorrectionSource &m_vocabulary;
-    std::size_t m_corrected = 0; ///< Words that were corrected.
     std::vector<std::vector<Correction>> m_corrections;
     std::vector<int> m_least;
     std::vector<int> m_most;
@@ -250,7 +268,7 @@ Reading chooseReading(const Wording &typed, const ReadingSearch &search)
         if (edits == least + 1 && typed.words().size() > limits::CORRECTED_WORDS)
             break;
         if (edits == least + 1)
-            corrector.correctKnown();
+            corrector.correctFurther();
         if (edits > corrector.most())
             break;
         const Reading corrected{corrector.wordings(edits), false};

@@ -1,6 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
 #include "text/Vocabulary.h"
+#include "text/EditAutomaton.h"
 
 #include <gmock/gmock.h>
 
@@ -31,6 +32,7 @@ namespace
 {
 
 using placesd::Correction;
+using placesd::EditAutomaton;
 using placesd::mostEdits;
 using placesd::Vocabulary;
 
@@ -147,7 +149,8 @@ TEST(Vocabulary, CorrectsLikeAComparisonWithEveryWord)
             const std::size_t limit = i % 3 == 0 ? 1000 : random() % 6;
             const auto expected = correctionsByScan(words, typed, asPrefix, limit);
             corrected += expected.size();
-            ASSERT_EQ(vocabulary.corrections(utf8(typed), asPrefix, limit), expected) << utf8(typed);
+            ASSERT_EQ(vocabulary.corrections(utf8(typed), asPrefix, limit, EditAutomaton::MOST_EDITS), expected)
+                << utf8(typed);
             const std::u32string start = typed.substr(0, 3);
             const auto startsSo = [&](const auto &word) { return word.compare(0, start.size(), start) == 0; };
             EXPECT_EQ(vocabulary.hasPrefix(utf8(start)), std::any_of(words.begin(), words.end(), startsSo));
@@ -199,11 +202,12 @@ TEST(Vocabulary, CorrectsOnlyWordsOfEnoughLettersAndNothingElse)
     for (const auto &[typed, edits] : cases) {
         EXPECT_EQ(mostEdits(typed), edits) << typed;
         for (const bool asPrefix : {false, true})
-            EXPECT_TRUE(edits > 0 || vocabulary.corrections(typed, asPrefix, 9).empty()) << typed;
+            EXPECT_TRUE(edits > 0 || vocabulary.corrections(typed, asPrefix, 9, EditAutomaton::MOST_EDITS).empty())
+                << typed;
     }
-    EXPECT_THAT(vocabulary.corrections(std::string(63, 'a'), false, 9),
+    EXPECT_THAT(vocabulary.corrections(std::string(63, 'a'), false, 9, EditAutomaton::MOST_EDITS),
                 testing::ElementsAre(Correction{std::string(65, 'a'), 2, false}));
-    EXPECT_THAT(vocabulary.corrections("bern", false, 9),
+    EXPECT_THAT(vocabulary.corrections("bern", false, 9, EditAutomaton::MOST_EDITS),
                 testing::ElementsAre(Correction{"ber", 1, false}, Correction{"berna", 1, false},
                                      Correction{"bernb", 1, false}));
 }
