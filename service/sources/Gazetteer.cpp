@@ -295,8 +295,8 @@ Provider Gazetteer::description() const
 
 void Gazetteer::prepare()
 {
-    // Reads the rules of transliteration, which takes too long for a search.
-    inLatin(QStringLiteral("\u0416"));
+    // Reads the rules of transliteration, of some scripts each its own, which takes too long for a search.
+    inLatin(QStringLiteral("\u0416\u4E2D\u0E44"));
     std::shared_ptr<const Vocabulary> vocabulary;
     try {
         vocabulary = indexFiles();
