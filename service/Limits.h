@@ -52,7 +52,7 @@ constexpr std::size_t CORRECTED_WORDINGS = 16;
 /// Most words of a term that a search corrects.
 constexpr std::size_t CORRECTED_WORDS = 8;
 /// Most words that a search looks up for the beginning of one, and for those of a term.
-constexpr std::size_t EXPANSIONS_OF_WORD = 16;
+constexpr std::size_t EXPANSIONS_OF_WORD = 4;
 constexpr std::size_t EXPANSIONS_OF_TERM = 128;
 /// Edits that a search tries beyond those that each word needs on its own.
 constexpr int MORE_EDITS = 2;

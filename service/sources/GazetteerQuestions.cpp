@@ -146,6 +146,9 @@ public:
         return passes([&row](const Spelling &word) { return isInNames(row, word); }) ? NameHasWords : Fits;
     }
 
+    /// The last that can have results.
+    [[nodiscard]] Tier lastTier() const { return m_reading.inNames && !looksAtKind() ? NameHasWords : Fits; }
+
 private:
     [[nodiscard]] bool looksAtName() const { return m_kind != SearchKind::Category; }
     [[nodiscard]] bool looksAtKind() const
@@ -257,6 +260,7 @@ TierQuestion questionOf(const GazetteerIndex &index, const ProviderSearch &searc
         question.candidates = [&database, term](int tier) { return candidatesOf(database, term, tier); };
     if (isByRelevance && !term.isEmpty()) {
         question.firstTier = SameName;
+        question.lastTier = term.lastTier();
         question.tierOf = [term](const IndexRow &row) { return term.tierOf(row); };
     } else {
         question.tierOf = [term](const IndexRow &row) { return term.isIn(row) ? Fits : NoResult; };
