@@ -17,8 +17,8 @@ struct GazetteerIndex
 };
 
 /// The places that a search finds by a reading of its term. By relevance, those of just the name of the term come
-/// first, then those that have it as a code or another name, those whose name starts with it, those whose name it starts
-/// with, those whose names have its words, and the rest. A reading without words finds every place.
+/// first, then those that have it as a code or another name, those whose name starts with it, those whose name it
+/// starts with, those whose names have its words, and the rest. A reading without words finds every place.
 TierQuestion questionOf(const GazetteerIndex &index, const ProviderSearch &search, const Reading &reading);
 
 /// The number of places that have the words of a reading, counted no further than `limit`.

@@ -7,7 +7,6 @@
 #include "text/Utf8.h"
 
 #include <algorithm>
-#include <iterator>
 
 namespace placesd
 {
