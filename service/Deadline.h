@@ -1,7 +1,11 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <algorithm>
+#include <atomic>
 #include <chrono>
+#include <condition_variable>
+#include <mutex>
 
 namespace placesd
 {
@@ -10,9 +14,25 @@ using Clock = std::chrono::steady_clock;
 /// When the work on a request has to be over.
 using Deadline = Clock::time_point;
 
+/// The deadline of all work of this process, once it is told to stop.
+inline std::atomic<Deadline> stopDeadline{Deadline::max()};
+static_assert(std::atomic<Deadline>::is_always_lock_free, "a signal handler sets it");
+
 inline bool hasPassed(Deadline deadline)
 {
-    return Clock::now() > deadline;
+    return Clock::now() > std::min(deadline, stopDeadline.load(std::memory_order_relaxed));
+}
+
+/// Waits until `isDone` holds, or the deadline has passed, also when a stop cuts it short during the wait. Returns
+/// whether `isDone` holds.
+template <typename Predicate>
+bool waitUntil(std::condition_variable &changed, std::unique_lock<std::mutex> &lock, Deadline deadline,
+               const Predicate &isDone)
+{
+    constexpr std::chrono::milliseconds TIME_BETWEEN_LOOKS{100};
+    while (!isDone() && !hasPassed(deadline))
+        changed.wait_until(lock, std::min(deadline, Clock::now() + TIME_BETWEEN_LOOKS));
+    return isDone();
 }
 
 } // namespace placesd

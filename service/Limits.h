@@ -10,24 +10,65 @@ namespace placesd::limits
 
 /// Longest request, in bytes.
 constexpr std::size_t REQUEST_SIZE = 4 * 1024 * 1024;
+/// Requests longer than this, in bytes, run one at a time for each channel: what is made of them takes many times that.
+constexpr std::size_t LONG_REQUEST = 256 * 1024;
 /// Longest reply, in bytes.
 constexpr std::size_t REPLY_SIZE = 64 * 1024 * 1024;
 /// Longest record of a stored place, in bytes: what a request can carry, and what the service adds to it.
 constexpr std::size_t RECORD_SIZE = 2 * REQUEST_SIZE;
-/// Most connections open at once.
-constexpr int CONNECTIONS = 256;
+/// Most connections at once on the owner's channel: enough for all programs of a user, several times over.
+constexpr std::size_t OWNER_CONNECTIONS = 2048;
+/// The same for the open channel, and for one of its users: two users alone never fill it.
+constexpr std::size_t OPEN_CONNECTIONS = 1024;
+constexpr std::size_t OPEN_USER_CONNECTIONS = 384;
+/// Descriptors for databases, logs, files and sockets that listen; the rest are for connections.
+constexpr std::size_t RESERVED_DESCRIPTORS = 256;
+/// Time that accepting rests after a failure, such as a lack of descriptors: it would fail again at once.
+constexpr std::chrono::milliseconds ACCEPT_PAUSE{10};
+/// Bytes of requests that have not arrived in full or wait, and of replies on their way, over all connections of the
+/// owner's channel. A reply in the making counts as well. This keeps the process below 200 MB.
+constexpr std::size_t OWNER_MEMORY = 48 * 1024 * 1024;
+/// The same for the open channel, and for one of its users: several of the longest requests.
+constexpr std::size_t OPEN_MEMORY = 32 * 1024 * 1024;
+constexpr std::size_t OPEN_USER_MEMORY = 16 * 1024 * 1024;
+/// Bytes of a connection that are not counted: most requests and replies never cost a look at the budget.
+constexpr std::size_t UNCOUNTED_BYTES = 4 * 1024;
+/// A reply takes at most this part of what its user has left, so that others have room beside it. Old connections are
+/// closed for one that could not have REPLY_ROOM_MIN bytes.
+constexpr std::size_t REPLY_PART = 4;
+constexpr std::size_t REPLY_ROOM_MIN = 1024 * 1024;
+/// Memory that is asked for in pieces of this many bytes goes back to the system as soon as it is free.
+constexpr int MAPPED_ALLOCATION = 128 * 1024;
 /// Requests of one connection that are answered before others have their turn.
 constexpr int REQUESTS_PER_TURN = 16;
 /// Longest time that a connection may stand without a whole request, or without taking its reply.
 constexpr std::chrono::seconds CONNECTION_IDLE{60};
 /// Longest time from the arrival of a request to its answer.
 constexpr std::chrono::seconds REQUEST_TIME{20};
-/// Threads that answer requests from the store alone, without writing to it.
+/// Time that work under way has left once the service is told to stop; most requests end by themselves in it.
+constexpr std::chrono::seconds STOP_TIME{2};
+/// Time from there on until the process ends at the latest. A caller that waits for it may count on five seconds.
+constexpr std::chrono::seconds STOP_LIMIT{4};
+/// Threads that answer requests from the store alone, without writing to it; most that the open channel and one of its
+/// users keep busy. One thread is always there for the owner.
 constexpr int FAST_THREADS = 4;
-/// Threads for slow requests: providers, backup and restore.
+constexpr int FAST_THREADS_OPEN = FAST_THREADS - 1;
+constexpr int FAST_THREADS_OPEN_USER = FAST_THREADS_OPEN - 1;
+/// Threads for slow requests: providers, backup and restore. Half of them are for the owner alone: a provider may hold
+/// a thread for all the time that a request has.
 constexpr int SLOW_THREADS = 8;
-/// Most requests that share one transaction.
-constexpr std::size_t WRITES_PER_COMMIT = 40;
+constexpr int SLOW_THREADS_OPEN = SLOW_THREADS / 2;
+constexpr int SLOW_THREADS_OPEN_USER = SLOW_THREADS_OPEN / 2;
+/// Most requests that share one transaction, and how many of them the open channel and one of its users have.
+constexpr int WRITES_PER_COMMIT = 40;
+constexpr int WRITES_PER_COMMIT_OPEN = WRITES_PER_COMMIT / 2;
+constexpr int WRITES_PER_COMMIT_OPEN_USER = WRITES_PER_COMMIT_OPEN / 2;
+/// Bytes of requests after which a transaction takes no more of them: others wait for the answer of the longest.
+constexpr std::size_t WRITE_BYTES_PER_COMMIT = 1024 * 1024;
+/// Idle prepared statements of one text, and memory of all of them for each connection to the database, in bytes.
+/// Beyond that they are prepared anew.
+constexpr std::size_t IDLE_STATEMENTS_OF_TEXT = 8;
+constexpr std::size_t IDLE_STATEMENT_MEMORY = 2 * 1024 * 1024;
 
 /// Deepest nesting of a search rule.
 constexpr int RULE_DEPTH = 16;

@@ -300,7 +300,29 @@ qint64 Finder::countWithWords(const QString &term, const Reading &reading, Retur
 
 // -------------------------------------------------------------------------------------------------------- finding
 
+bool Page::add(std::string record, const Cursor &cursor)
+{
+    // Alignment, and the two numbers of the cursor.
+    constexpr std::size_t SIZE_OF_FRAME = 16;
+    const std::size_t size = record.size() + SIZE_OF_FRAME;
+    if (size > room) {
+        isFull = hasMore = true;
+        return false;
+    }
+    room -= size;
+    records.push_back(std::move(record));
+    cursors.push_back(cursor);
+    return true;
+}
+
 Finder::ReturnCode Finder::find(Page &page)
+{
+    const ReturnCode code = findAny(page);
+    // An empty page with more behind it would be asked for again and again.
+    return code == ReturnCode::Success && page.isFull && page.records.empty() ? ReturnCode::Busy : code;
+}
+
+Finder::ReturnCode Finder::findAny(Page &page)
 {
     return asksProviders() ? findByBatches(page) : findWithoutProviders(page);
 }
@@ -319,10 +341,9 @@ Finder::ReturnCode Finder::findWithoutProviders(Page &page)
     page.hasMore = ids.size() > wanted;
     ids.resize(std::min(ids.size(), wanted));
     for (const qint64 id : ids) {
-        if (std::string record = recordOf(id); !record.empty())
-            page.records.push_back(std::move(record));
+        if (std::string record = recordOf(id); !record.empty() && !page.add(std::move(record), Cursor()))
+            break;
     }
-    page.cursors.resize(page.records.size());
     return ReturnCode::Success;
 }
 
@@ -385,10 +406,10 @@ Finder::ReturnCode Finder::takeBatch(Page &page, Cursor &cursor, bool &isComplet
         page.hasMore = isComplete;
         if (isComplete)
             break;
-        if (std::string record = recordOf(id); !record.empty()) {
-            page.records.push_back(std::move(record));
-            page.cursors.push_back(cursor);
-        }
+        if (std::string record = recordOf(id); !record.empty())
+            isComplete = !page.add(std::move(record), cursor);
+        if (isComplete)
+            break;
         ++cursor.position;
     }
     return code;

@@ -6,6 +6,7 @@
 #include "find/Order.h"
 #include "find/RuleCompiler.h"
 #include "find/StoredSearch.h"
+#include "Limits.h"
 #include "sources/ContactBook.h"
 #include "sources/Providers.h"
 
@@ -30,7 +31,12 @@ struct Page
     std::vector<std::string> records;
     std::vector<Cursor> cursors; ///< Of each record.
     bool hasMore = false;
+    bool isFull = false; ///< Whether a record found no room.
     Cursor next;
+    std::size_t room = limits::REPLY_SIZE; ///< Bytes that the page may still take in a reply.
+
+    /// Adds a record and its cursor. False, and there is more behind the page, when they find no room.
+    bool add(std::string record, const Cursor &cursor);
 };
 
 /// Where places come from that are not stored.
@@ -54,7 +60,7 @@ public:
     [[nodiscard]] bool takesLong() const;
 
     /// Code 66 when the query holds a number that has no meaning; the providers' code when nothing can be found without
-    /// them and none answers.
+    /// them and none answers; 64 when the page has no room for one record.
     ReturnCode find(Page &page);
     ReturnCode count(int &count);
 
@@ -104,6 +110,7 @@ private:
     ReturnCode fetchLocal(Search &search);
     std::vector<FoundPlace> localPlaces(const Rule &leaf, ReturnCode &code);
 
+    ReturnCode findAny(Page &page);
     ReturnCode findWithoutProviders(Page &page);
     ReturnCode readForProviders();
     ReturnCode findByBatches(Page &page);

@@ -4,10 +4,20 @@
 #include "Limits.h"
 #include "requests/Service.h"
 
+#include <algorithm>
+
 namespace placesd
 {
 
 using namespace orix_places_protocol;
+
+namespace
+{
+
+/// Bytes of a find's reply beside its records and their cursors.
+constexpr std::size_t ROOM_FOR_REST = 64;
+
+} // namespace
 
 Service::Outcome Service::findPlaces(Request &request, Encoder &reply)
 {
@@ -22,21 +32,18 @@ Service::Outcome Service::findPlaces(Request &request, Encoder &reply)
     if (finder.takesLong() && m_pool != Pool::Slow)
         return Pool::Slow;
     Page page;
+    page.room = request.room - std::min(request.room, ROOM_FOR_REST);
     if (const ReturnCode code = finder.find(page); code != ReturnCode::Success)
         return code;
 
-    constexpr std::size_t ROOM_FOR_FILL_AND_MAPPING = 16;
-    std::size_t size = 64;
-    for (const std::string &record : page.records)
-        size += record.size() + ROOM_FOR_FILL_AND_MAPPING;
-    if (size > limits::REPLY_SIZE)
-        return ReturnCode::LimitExceeded;
-    reply.ensureBuffer(static_cast<unsigned int>(size), false);
-
+    reply.ensureBuffer(static_cast<unsigned int>(request.room - page.room), false);
     const auto count = static_cast<int>(page.records.size());
     reply.encode(count);
-    for (const std::string &record : page.records)
+    for (std::string &record : page.records) {
         encodeRecord(reply, record);
+        // The page never needs its memory twice.
+        record = std::string();
+    }
     reply.encode(page.hasMore);
     reply.encode(offset);
     reply.encode(page.next.batch);
@@ -69,6 +76,7 @@ Service::Outcome Service::getRecentSearchTerms(Request &request, Encoder &reply)
     QString prefix;
     if (!request.reader.readTermPrefix(prefix))
         return request.reader.problem();
+    makeRoom(reply, request);
     reply.encodeQStringList(m_store.recentTerms(prefix));
     return ReturnCode::Success;
 }

@@ -148,6 +148,7 @@ Service::Outcome Service::getHeader(Request &request, Encoder &reply)
     std::unique_ptr<Place> place;
     if (!request.reader.readPlace(place))
         return request.reader.problem();
+    makeRoom(reply, request);
     reply.encodePlaceHeader(*place);
     return ReturnCode::Success;
 }
@@ -191,6 +192,11 @@ ReturnCode Service::encodeStored(qint64 id, const Request &request, Encoder &rep
     if (code == ReturnCode::Success)
         encodeRecord(reply, place->fullRecord);
     return code;
+}
+
+void Service::makeRoom(Encoder &reply, const Request &request)
+{
+    reply.ensureBuffer(static_cast<unsigned int>(request.room), false);
 }
 
 bool Service::encodeRecord(Encoder &reply, const std::string &record)

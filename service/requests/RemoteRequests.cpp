@@ -113,6 +113,7 @@ ReturnCode Service::answerWith(const ProvidersAnswer &answer, const Request &req
     const Place &place = *answer.places.front();
     if (const qint64 id = m_store.storedIdOf(place); id != PlaceId::UNDEFINED_PERSISTED_ID)
         return encodeStored(id, request, reply);
+    makeRoom(reply, request);
     reply.encodePlace(place);
     return ReturnCode::Success;
 }
@@ -140,6 +141,7 @@ Service::Outcome Service::getAuxiliaryData(Request &request, Encoder &reply)
         if (code != ReturnCode::Success && found.isEmpty())
             return code;
     }
+    makeRoom(reply, request);
     reply.encodeAuxiliaryDataList(found.mid(std::max(query.offset, 0), query.limit < 0 ? -1 : query.limit));
     return ReturnCode::Success;
 }

@@ -92,10 +92,11 @@ Service::~Service()
         forgetRemovedWords(m_shared.database, Clock::now() + limits::FORGETTING_TIME);
 }
 
-Answer Service::answer(const char *bytes, unsigned int length, const Caller &caller, Deadline deadline)
+Answer Service::answer(const char *bytes, unsigned int length, const Caller &caller, Deadline deadline,
+                       std::size_t room)
 {
     const _msgserver_data message = {bytes, length};
-    Request request{RequestReader(&message), {}, caller, deadline};
+    Request request{RequestReader(&message), {}, caller, deadline, length, room};
     if (!request.reader.readHead(request.head))
         return {status(ReturnCode::TransportFailed, 0), m_pool};
 
@@ -148,6 +149,11 @@ Service::Outcome Service::perform(Request &request, Encoder &reply)
         return ReturnCode::NotPermitted;
     if (entry->pool != Pool::Fast && m_pool == Pool::Fast)
         return entry->pool;
+    std::unique_lock<std::timed_mutex> turn;
+    if (m_pool != Pool::Writer && request.length > limits::LONG_REQUEST)
+        turn = std::unique_lock(m_shared.longRequests[request.caller.external ? 1 : 0], request.deadline);
+    if (turn.mutex() && !turn)
+        return ReturnCode::TookTooLong;
     return (this->*entry->operation)(request, reply);
 }
 

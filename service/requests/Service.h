@@ -10,11 +10,16 @@
 #include "store/Backup.h"
 #include "store/Store.h"
 
+#include <array>
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
+#include <utility>
 #include <variant>
+
+#include <sys/types.h>
 
 namespace placesd
 {
@@ -24,7 +29,14 @@ struct Caller
 {
     bool external = false; ///< By the channel that is open to every application.
     bool trusted = false;  ///< The user whose places these are, or root.
+    uid_t user = 0;
 };
+
+/// Orders the users of each channel.
+inline bool operator<(const Caller &a, const Caller &b)
+{
+    return std::make_pair(a.external, a.user) < std::make_pair(b.external, b.user);
+}
 
 /// What a service is given.
 struct Settings
@@ -55,6 +67,9 @@ struct Shared
     RequestStatistics statistics;
     std::atomic<bool> hasRemovedWords = false; ///< Since the start.
     StoreShared store;
+    /// Long requests of the owner's channel and of the open one take turns, but for those of the writer: the values
+    /// that are made of a request take many times its bytes.
+    std::array<std::timed_mutex, 2> longRequests;
     BackupKeeper backups{database, store};
 };
 
@@ -89,7 +104,8 @@ public:
 
     /// Runs a request. One whose deadline has passed gets code 65.
     /// @param deadline the request's arrival plus requestTime().
-    Answer answer(const char *request, unsigned int length, const Caller &caller, Deadline deadline);
+    /// @param room bytes that the reply may take. A list ends early for it; a single record may be longer.
+    Answer answer(const char *request, unsigned int length, const Caller &caller, Deadline deadline, std::size_t room);
 
     /// Runs several requests in one transaction, each in a savepoint of its own: calls `answerNext`, which calls
     /// answer(), until it returns false. True when all of it is on the disk. Otherwise nothing of it is stored, none of
@@ -109,6 +125,8 @@ private:
         RequestHead head;
         Caller caller;
         Deadline deadline;
+        std::size_t length; ///< Bytes of the request.
+        std::size_t room;   ///< For the reply, in bytes.
     };
     /// A code, or the pool that has to run the request.
     using Outcome = std::variant<ReturnCode, Pool>;
@@ -152,6 +170,8 @@ private:
     ReturnCode permitPlace(qint64 id, const Request &request);
     static ReturnCode permitPlace(const Store::Standing &standing, const Request &request);
     ReturnCode encodeStored(qint64 id, const Request &request, Encoder &reply);
+    /// Lets a reply grow to the room that it may take without being copied at each step.
+    static void makeRoom(Encoder &reply, const Request &request);
     /// Puts a stored record into a reply as it is.
     static bool encodeRecord(Encoder &reply, const std::string &record);
     /// Changes a stored place in one transaction. When `change` fails nothing is stored.

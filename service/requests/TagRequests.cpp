@@ -3,12 +3,24 @@
 #include "model/PlacePrivate.h"
 #include "requests/PlaceRules.h"
 #include "requests/Service.h"
+#include "store/Sql.h"
+
+#include <algorithm>
 
 namespace placesd
 {
 
 using namespace orix_places_protocol;
 using vela::platform::places::PlacePrivate;
+
+namespace
+{
+
+/// Bytes of a reply beside its texts, and beside each text.
+constexpr std::size_t ROOM_FOR_REST = 16;
+constexpr std::size_t ROOM_FOR_LENGTH = 8;
+
+} // namespace
 
 Service::Outcome Service::addTag(Request &request, Encoder &)
 {
@@ -34,9 +46,30 @@ ReturnCode Service::changeTag(Request &request, bool add)
     });
 }
 
-Service::Outcome Service::getTags(Request &, Encoder &reply)
+/// Tags are stored as they are sent, so none of them is ever in memory twice: first as many are counted as find room,
+/// and then they are written.
+Service::Outcome Service::getTags(Request &request, Encoder &reply)
 {
-    reply.encodeQStringList(m_store.tags());
+    const auto snapshot = m_store.snapshot();
+    const auto row = m_store.statements().take(sql::SELECT_TEXTS);
+    row->bind(1, static_cast<int>(FacetKind::Tag));
+    int count = 0;
+    std::size_t size = ROOM_FOR_REST;
+    while (row->executeStep()) {
+        size += static_cast<std::size_t>(row->getColumn(0).getBytes()) + ROOM_FOR_LENGTH;
+        if (size > request.room)
+            break;
+        ++count;
+    }
+    reply.ensureBuffer(static_cast<unsigned int>(std::min(size, request.room)), false);
+    reply.encode(count);
+    row->reset();
+    while (count-- > 0 && row->executeStep()) {
+        const SQLite::Column tag = row->getColumn(0);
+        const auto length = static_cast<unsigned int>(tag.getBytes());
+        reply.encode(length);
+        reply.encodeCharArray(tag.getText(), length);
+    }
     return ReturnCode::Success;
 }
 

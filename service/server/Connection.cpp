@@ -3,15 +3,18 @@
 #include "server/Connection.h"
 
 #include "Limits.h"
+#include "server/Connections.h"
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <iterator>
 #include <utility>
 
 #include <sys/epoll.h>
 #include <sys/socket.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 namespace placesd
@@ -26,40 +29,39 @@ namespace
 
 constexpr std::size_t READ_SIZE = 64 * 1024;
 
-bool isTrusted(int socket)
+std::unique_ptr<PlacesAPIEncoder> statusReply(ReturnCode code)
 {
-    ucred peer = {};
-    socklen_t size = sizeof peer;
-    return ::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0
-           && (peer.uid == 0 || peer.uid == ::geteuid());
+    auto reply = std::make_unique<PlacesAPIEncoder>();
+    reply->encode(static_cast<int>(code));
+    reply->encode(orix_places_protocol::REPLY_OFFSET);
+    return reply;
 }
 
-/// A long message does not keep its memory for as long as the connection lasts.
-void empty(std::vector<char> &bytes)
+std::size_t sizeOf(const PlacesAPIEncoder &reply)
 {
-    bytes.clear();
-    if (bytes.capacity() > READ_SIZE)
-        bytes.shrink_to_fit();
+    char *data = nullptr;
+    int length = 0;
+    reply.getData(data, length);
+    return static_cast<std::size_t>(length);
 }
 
 } // namespace
 
-Connection::Connection(Descriptor socket, bool external)
+Caller callerOf(int socket, bool external)
+{
+    ucred peer = {};
+    socklen_t size = sizeof peer;
+    // What cannot be known is nobody's.
+    if (::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0)
+        return {external, false, static_cast<uid_t>(-1)};
+    return {external, peer.uid == 0 || peer.uid == ::geteuid(), peer.uid};
+}
+
+Connection::Connection(Descriptor socket, const Caller &caller, Connections &all)
     : m_socket(std::move(socket))
-    , m_caller{external, isTrusted(m_socket.get())}
+    , m_caller(caller)
+    , m_all(all)
 {}
-
-void Connection::shutDown()
-{
-    ::shutdown(fd(), SHUT_RDWR);
-}
-
-int Connection::watchOperation()
-{
-    const int operation = std::exchange(m_isWatched, true) ? EPOLL_CTL_MOD : EPOLL_CTL_ADD;
-    m_turns.fetch_add(1, std::memory_order_release);
-    return operation;
-}
 
 unsigned int Connection::eventsFor(Wish wish)
 {
@@ -75,7 +77,6 @@ unsigned int Connection::eventsFor(Wish wish)
 
 Connection::Wish Connection::advance(Service &service)
 {
-    [[maybe_unused]] const unsigned int turns = m_turns.load(std::memory_order_acquire);
     for (int steps = 0; steps < limits::REQUESTS_PER_TURN;) {
         if (!flush())
             return errno == EAGAIN ? Wish::Write : Wish::Close;
@@ -91,14 +92,16 @@ Connection::Wish Connection::advance(Service &service)
         if (const ssize_t received = receive(); received == 0 || (received < 0 && errno != EAGAIN))
             return Wish::Close;
         else if (received < 0)
-            return Wish::Read;
+            return hold(0) ? Wish::Read : Wish::Close;
     }
     return flush() || errno == EAGAIN ? Wish::Turn : Wish::Close;
 }
 
 void Connection::refuse(ReturnCode code)
 {
-    receive();
+    // A socket that is closed with bytes unread loses what was sent on it.
+    std::array<char, READ_SIZE> bytes; // NOLINT(cppcoreguidelines-pro-type-member-init): never looked at
+    [[maybe_unused]] const ssize_t unread = ::recv(fd(), bytes.data(), bytes.size(), MSG_DONTWAIT);
     queueStatus(code);
     flush();
 }
@@ -114,6 +117,8 @@ ssize_t Connection::receive()
         m_incoming.erase(m_incoming.begin(), m_incoming.begin() + static_cast<std::ptrdiff_t>(m_taken));
         m_taken = 0;
         m_incoming.insert(m_incoming.end(), bytes.data(), bytes.data() + received);
+        if (m_toDiscard == 0 && !hold(0))
+            discardFirst(ReturnCode::Busy);
     }
     return received;
 }
@@ -126,16 +131,16 @@ bool Connection::takeRequest(Service &service)
         return false;
     const std::uint32_t length = firstLength();
     if (length > limits::REQUEST_SIZE) {
-        consume(sizeof length);
-        m_toDiscard = length;
+        discardFirst(ReturnCode::LimitExceeded);
         return true;
     }
     if (arrived() < sizeof length + length)
         return false;
-    const auto reply = runFirst(service);
-    if (reply)
-        finishFirst(*reply);
-    return reply != nullptr;
+    auto reply = runFirst(service);
+    const bool isAnswered = reply != nullptr;
+    if (isAnswered)
+        finishFirst(std::move(reply));
+    return isAnswered;
 }
 
 std::unique_ptr<PlacesAPIEncoder> Connection::runFirst(Service &service)
@@ -143,17 +148,24 @@ std::unique_ptr<PlacesAPIEncoder> Connection::runFirst(Service &service)
     // A request that is passed on keeps its deadline.
     if (!m_deadline)
         m_deadline = Clock::now() + service.requestTime();
-    Answer answer = service.answer(next() + sizeof(std::uint32_t), firstLength(), m_caller, *m_deadline);
+    const std::size_t room = m_all.holdReply(*this);
+    m_held += room;
+    Answer answer = service.answer(next() + sizeof(std::uint32_t), firstLength(), m_caller, *m_deadline, room);
     m_pool = answer.pool;
+    if (!hold(answer.reply ? sizeOf(*answer.reply) : 0)) {
+        answer.reply = statusReply(ReturnCode::Busy);
+        hold(0);
+    }
     return std::move(answer.reply);
 }
 
-void Connection::finishFirst(const PlacesAPIEncoder &reply)
+void Connection::finishFirst(std::unique_ptr<Encoder> reply)
 {
     m_deadline.reset();
     m_lastActivity = Clock::now();
     consume(sizeof(std::uint32_t) + firstLength());
-    queue(reply);
+    m_reply = std::move(reply);
+    hold(sizeOf(*m_reply));
 }
 
 void Connection::answerFirst(Service &service)
@@ -165,8 +177,7 @@ Connection::Wish Connection::releaseKept(Sender sender)
 {
     if (!m_kept)
         return Wish::PassOn;
-    finishFirst(*m_kept);
-    m_kept.reset();
+    finishFirst(std::move(m_kept));
     if (sender == Sender::NextThread)
         return Wish::Write;
     if (!flush())
@@ -181,6 +192,13 @@ std::uint32_t Connection::firstLength() const
     return length;
 }
 
+void Connection::discardFirst(ReturnCode code)
+{
+    m_toDiscard = firstLength();
+    m_discardCode = code;
+    consume(sizeof m_toDiscard);
+}
+
 bool Connection::discard()
 {
     const std::size_t passing = std::min<std::size_t>(m_toDiscard, arrived());
@@ -188,54 +206,75 @@ bool Connection::discard()
     m_toDiscard -= static_cast<std::uint32_t>(passing);
     if (m_toDiscard > 0)
         return false;
-    queueStatus(ReturnCode::LimitExceeded);
+    queueStatus(m_discardCode);
+    hold(0);
     return true;
 }
 
 void Connection::consume(std::size_t count)
 {
     m_taken += count;
-    if (arrived() == 0) {
-        empty(m_incoming);
-        m_taken = 0;
-    }
+    if (arrived() > 0)
+        return;
+    m_incoming.clear();
+    m_taken = 0;
+    // A long message does not keep its memory for as long as the connection lasts.
+    if (m_incoming.capacity() > limits::UNCOUNTED_BYTES)
+        m_incoming.shrink_to_fit();
+}
+
+bool Connection::hold(std::size_t reply)
+{
+    const std::size_t bytes = arrived() + reply;
+    const std::size_t counted = bytes > limits::UNCOUNTED_BYTES ? bytes : 0;
+    const bool hasRoom = counted == m_held || m_all.hold(*this, counted);
+    if (hasRoom)
+        m_held = counted;
+    return hasRoom;
 }
 
 void Connection::queueStatus(ReturnCode code)
 {
-    PlacesAPIEncoder reply;
-    reply.encode(static_cast<int>(code));
-    reply.encode(orix_places_protocol::REPLY_OFFSET);
-    queue(reply);
-}
-
-void Connection::queue(const PlacesAPIEncoder &reply)
-{
-    char *data = nullptr;
-    int length = 0;
-    reply.getData(data, length);
-    const auto size = static_cast<std::uint32_t>(length);
-    m_outgoing.resize(sizeof size + size);
-    std::memcpy(m_outgoing.data(), &size, sizeof size);
-    std::memcpy(m_outgoing.data() + sizeof size, data, size);
-    m_sent = 0;
+    m_reply = statusReply(code);
 }
 
 bool Connection::flush()
 {
-    while (m_sent < m_outgoing.size()) {
-        const ssize_t sent =
-            ::send(fd(), m_outgoing.data() + m_sent, m_outgoing.size() - m_sent, MSG_DONTWAIT | MSG_NOSIGNAL);
+    while (m_reply) {
+        const auto size = static_cast<std::uint32_t>(sizeOf(*m_reply));
+        const ssize_t sent = send(size);
         if (sent < 0 && errno == EINTR)
             continue;
         if (sent < 0)
             return false;
         m_sent += static_cast<std::size_t>(sent);
         m_lastActivity = Clock::now();
+        if (m_sent < sizeof size + size)
+            continue;
+        m_reply.reset();
+        m_sent = 0;
+        hold(0);
     }
-    empty(m_outgoing);
-    m_sent = 0;
     return true;
+}
+
+ssize_t Connection::send(std::uint32_t size)
+{
+    char *data = nullptr;
+    int length = 0;
+    m_reply->getData(data, length);
+    iovec parts[] = {{&size, sizeof size}, {data, size}};
+    std::size_t done = m_sent;
+    for (iovec &part : parts) {
+        const std::size_t step = std::min(done, part.iov_len);
+        part.iov_base = static_cast<char *>(part.iov_base) + step;
+        part.iov_len -= step;
+        done -= step;
+    }
+    msghdr message = {};
+    message.msg_iov = parts;
+    message.msg_iovlen = std::size(parts);
+    return ::sendmsg(fd(), &message, MSG_DONTWAIT | MSG_NOSIGNAL);
 }
 
 } // namespace placesd

@@ -4,7 +4,6 @@
 #include "Channel.h"
 #include "requests/Service.h"
 
-#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -15,8 +14,13 @@
 namespace placesd
 {
 
-/// One client. Memory follows the bytes that have arrived, not the length that was announced. Belongs to one thread at
-/// a time; only lastActivity() and shutDown() are safe on any.
+class Connections;
+
+/// Who is at the other end of a socket.
+Caller callerOf(int socket, bool external);
+
+/// One client. Memory follows the bytes that have arrived, not the length that was announced, and is counted against
+/// the share of the client's user. Belongs to one thread at a time; caller() is safe on any.
 class Connection
 {
 public:
@@ -29,27 +33,28 @@ public:
         Close
     };
 
-    Connection(vela::system::channel::Descriptor socket, bool external);
+    /// @param all what counts the memory of this connection and outlives it.
+    Connection(vela::system::channel::Descriptor socket, const Caller &caller, Connections &all);
 
     [[nodiscard]] int fd() const { return m_socket.get(); }
-    [[nodiscard]] Clock::time_point lastActivity() const { return m_lastActivity.load(); }
-    /// Ends the connection; the thread that serves it sees the end of the stream.
-    void shutDown();
+    [[nodiscard]] const Caller &caller() const { return m_caller; }
+    [[nodiscard]] std::uint64_t id() const { return m_id; }
+    void setId(std::uint64_t id) { m_id = id; }
+    /// When a request was last answered, or bytes of a reply sent.
+    [[nodiscard]] Clock::time_point lastActivity() const { return m_lastActivity; }
 
-    /// The operation that has epoll watch the connection: EPOLL_CTL_ADD the first time, then EPOLL_CTL_MOD.
-    int watchOperation();
     /// The events that epoll watches for. A connection that waits for its turn can nearly always be written to, so
     /// epoll reports it at once, behind those that are ready already.
     static unsigned int eventsFor(Wish wish);
 
-    /// Reads what has arrived; false where that is nothing.
-    bool hasInput() { return receive() > 0; }
     /// Reads, answers and writes a few requests at most, as far as it goes without waiting. Returns what the connection
     /// waits for.
     Wish advance(Service &service);
     /// The pool that has to run the first request, after Wish::PassOn.
     [[nodiscard]] Pool pool() const { return m_pool; }
 
+    /// Bytes of the first request, which was passed on.
+    [[nodiscard]] std::size_t requestSize() const { return m_deadline ? firstLength() : 0; }
     /// When the first request, which was passed on, has to be answered.
     [[nodiscard]] Deadline deadline() const { return *m_deadline; }
     /// Runs the first request, which was passed on, and keeps its reply back. Can be called again, to run it anew.
@@ -65,14 +70,18 @@ public:
     void refuse(orix_places_protocol::ReturnCode code);
 
 private:
+    using Encoder = orix_places_protocol::PlacesAPIEncoder;
+    using ReturnCode = orix_places_protocol::ReturnCode;
+
     ssize_t receive();
     /// Answers or discards the first request; false when more of it has to arrive, or another pool has to run it.
     bool takeRequest(Service &service);
     /// Runs the first request, which is whole.
-    std::unique_ptr<orix_places_protocol::PlacesAPIEncoder> runFirst(Service &service);
+    std::unique_ptr<Encoder> runFirst(Service &service);
     /// Puts the reply to the first request behind it.
-    void finishFirst(const orix_places_protocol::PlacesAPIEncoder &reply);
-    /// Discards a request that is too long to be kept, and answers it once it has passed.
+    void finishFirst(std::unique_ptr<Encoder> reply);
+    /// Lets the rest of the first request pass unread, and answers it with a code then.
+    void discardFirst(ReturnCode code);
     bool discard();
 
     /// Length of the first request without its head; it has arrived.
@@ -80,26 +89,30 @@ private:
     [[nodiscard]] std::size_t arrived() const { return m_incoming.size() - m_taken; }
     [[nodiscard]] const char *next() const { return m_incoming.data() + m_taken; }
     void consume(std::size_t count);
+    /// Counts what has arrived and `reply` bytes. False when there is no room for more than was counted before.
+    bool hold(std::size_t reply);
 
-    void queueStatus(orix_places_protocol::ReturnCode code);
-    void queue(const orix_places_protocol::PlacesAPIEncoder &reply);
+    void queueStatus(ReturnCode code);
     /// True when everything is written; else errno says why not.
     bool flush();
+    /// Writes what is left of m_reply, which has `size` bytes, as far as it goes without waiting.
+    ssize_t send(std::uint32_t size);
 
     vela::system::channel::Descriptor m_socket;
     const Caller m_caller;
+    Connections &m_all;
+    std::uint64_t m_id = 0;
     std::vector<char> m_incoming;
-    std::size_t m_taken = 0; ///< Bytes of m_incoming that are done with.
-    std::vector<char> m_outgoing;
-    std::size_t m_sent = 0;
+    std::size_t m_taken = 0;          ///< Bytes of m_incoming that are done with.
+    std::unique_ptr<Encoder> m_reply; ///< Being sent; null when none is.
+    std::size_t m_sent = 0;           ///< Bytes of m_reply and its length.
+    std::size_t m_held = 0;           ///< Bytes that m_all counts.
     std::uint32_t m_toDiscard = 0;
+    ReturnCode m_discardCode = ReturnCode::LimitExceeded;
     std::optional<Deadline> m_deadline; ///< Of the request that is passed on; unset when none is.
     Pool m_pool = Pool::Fast;           ///< Which has to run the request that is passed on.
-    std::unique_ptr<orix_places_protocol::PlacesAPIEncoder> m_kept; ///< Reply that is kept back.
-    bool m_isWatched = false;
-    /// Orders the work of two threads one after the other. epoll does so too, but the memory model does not know it.
-    std::atomic<unsigned int> m_turns = 0;
-    std::atomic<Clock::time_point> m_lastActivity{Clock::now()};
+    std::unique_ptr<Encoder> m_kept;    ///< Reply that is kept back.
+    Clock::time_point m_lastActivity = Clock::now();
 };
 
 } // namespace placesd

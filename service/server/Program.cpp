@@ -2,6 +2,7 @@
 
 #include "server/Program.h"
 
+#include "Limits.h"
 #include "Log.h"
 #include "protocol/ProtocolTypes.h"
 #include "server/Server.h"
@@ -16,17 +17,24 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <array>
 #include <cctype>
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
 
 #include <fcntl.h>
+#include <malloc.h>
+#include <poll.h>
 #include <sqlite3.h>
+#include <sys/eventfd.h>
 #include <sys/prctl.h>
+#include <sys/signalfd.h>
 #include <sys/stat.h>
 #include <systemd/sd-daemon.h>
+#include <unistd.h>
 
 namespace placesd
 {
@@ -43,7 +51,7 @@ constexpr int WRONG_USE = 2;
 constexpr unsigned int OWNER_ONLY = 0600;
 constexpr unsigned int EVERYBODY = 0666;
 /// Time between two looks for idle connections.
-constexpr timespec SWEEP_INTERVAL = {5, 0};
+constexpr std::chrono::duration<int, std::milli> SWEEP_INTERVAL{5000};
 
 std::string defaultDatabase()
 {
@@ -78,13 +86,44 @@ std::vector<Server::Listener> ownListeners()
     return listeners;
 }
 
-sigset_t handledSignals()
+/// Becomes readable when the process is told to stop.
+int stopEvent = -1;
+
+/// Cuts all work short, and ends the process where something does not end all the same. Nothing that was acknowledged
+/// is lost by that.
+void stopSoon(int)
+{
+    const int error = errno;
+    stopDeadline = Clock::now() + limits::STOP_TIME;
+    ::alarm(limits::STOP_LIMIT.count());
+    const std::uint64_t one = 1;
+    [[maybe_unused]] const ssize_t written = ::write(stopEvent, &one, sizeof one);
+    errno = error;
+}
+
+/// Signals that ask for something while the service goes on.
+sigset_t requestSignals()
 {
     sigset_t signals;
     sigemptyset(&signals);
-    for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGUSR1})
+    for (const int signal : {SIGHUP, SIGUSR1})
         sigaddset(&signals, signal);
     return signals;
+}
+
+void handleSignals()
+{
+    stopEvent = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    struct sigaction action = {};
+    action.sa_handler = stopSoon;
+    action.sa_flags = SA_RESTART;
+    for (const int signal : {SIGTERM, SIGINT})
+        ::sigaction(signal, &action, nullptr);
+    // A write to a log that nobody reads any more is a failed write, no end of the process.
+    std::signal(SIGPIPE, SIG_IGN);
+    // Threads inherit the mask, so these come to nobody but obeySignals().
+    const sigset_t signals = requestSignals();
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 }
 
 /// What SIGHUP reads again; owned by the settings, and null where there is none.
@@ -103,23 +142,22 @@ struct Sources
     }
 };
 
-/// Does what signals ask for until one of them ends the service.
-void handleSignals(Server &server, const Sources &sources)
+/// Does what signals ask for until the process is told to stop.
+void obeySignals(Server &server, const Sources &sources)
 {
-    const sigset_t signals = handledSignals();
+    const sigset_t signals = requestSignals();
+    const Descriptor requests(::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
     for (;;) {
-        switch (sigtimedwait(&signals, nullptr, &SWEEP_INTERVAL)) {
-        case SIGTERM:
-        case SIGINT:
+        std::array<pollfd, 2> events = {{{stopEvent, POLLIN, 0}, {requests.get(), POLLIN, 0}}};
+        ::poll(events.data(), events.size(), SWEEP_INTERVAL.count());
+        if (events[0].revents != 0)
             return;
-        case SIGHUP:
-            sources.reread();
-            break;
-        case SIGUSR1:
-            server.logState();
-            break;
-        default:
-            break;
+        signalfd_siginfo request = {};
+        if (::read(requests.get(), &request, sizeof request) == sizeof request) {
+            if (request.ssi_signo == SIGHUP)
+                sources.reread();
+            else
+                server.logState();
         }
         server.dropIdleConnections();
     }
@@ -136,7 +174,7 @@ void serve(Settings settings, const std::string &ppsRoot, const Sources &sources
         listeners = ownListeners();
     Server server(std::move(listeners), std::move(settings));
     sd_notify(0, "READY=1");
-    handleSignals(server, sources);
+    obeySignals(server, sources);
     sd_notify(0, "STOPPING=1");
 }
 
@@ -195,9 +233,9 @@ int run(int argc, char **argv, Settings settings)
     }
     gazetteer.erase(std::remove(gazetteer.begin(), gazetteer.end(), std::string()), gazetteer.end());
 
-    // Threads inherit the mask, so the signals come to nobody but handleSignals().
-    const sigset_t signals = handledSignals();
-    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    handleSignals();
+    // Fixed, or the first long message that is freed would have all later ones stay with the threads that freed them.
+    ::mallopt(M_MMAP_THRESHOLD, limits::MAPPED_ALLOCATION);
     ::umask(0077);
     // A core dump would have the session key and the places in it.
     ::prctl(PR_SET_DUMPABLE, 0);

@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <iterator>
 #include <system_error>
 
 #include <fcntl.h>
@@ -17,6 +18,7 @@
 #include <sys/epoll.h>
 #include <sys/eventfd.h>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -31,8 +33,23 @@ using orix_places_protocol::ReturnCode;
 namespace
 {
 
-/// A client sends its request right after it connects; waiting this long for it saves a turn through epoll.
+/// A client sends its request right after it connects; waiting this long for it saves a turn through epoll. Only the
+/// owner's clients are waited for, and only until the next one comes.
 constexpr int FIRST_REQUEST_WAIT_MS = 1;
+
+/// The events of the epoll that are no connection's: the order to stop, and listener number 0.
+constexpr std::uint64_t STOP_ID = 0;
+constexpr std::uint64_t FIRST_LISTENER_ID = 1;
+
+/// Lets this process open as many files as it is allowed to. Returns their number.
+std::size_t raiseDescriptorLimit()
+{
+    rlimit files = {};
+    if (::getrlimit(RLIMIT_NOFILE, &files) != 0)
+        return 0;
+    const rlimit most = {files.rlim_max, files.rlim_max};
+    return ::setrlimit(RLIMIT_NOFILE, &most) == 0 ? most.rlim_cur : files.rlim_cur;
+}
 
 [[noreturn]] void fail(const std::string &what)
 {
@@ -57,12 +74,16 @@ Server::Server(std::vector<Listener> listeners, Settings settings)
     , m_epoll(::epoll_create1(EPOLL_CLOEXEC))
     , m_stopEvent(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
     , m_shared(std::move(settings))
+    , m_connections(m_epoll.get(), raiseDescriptorLimit())
+    , m_fastRequests({limits::FAST_THREADS_OPEN, limits::FAST_THREADS_OPEN_USER})
+    , m_slowRequests({limits::SLOW_THREADS_OPEN, limits::SLOW_THREADS_OPEN_USER})
+    , m_writes({limits::WRITES_PER_COMMIT_OPEN, limits::WRITES_PER_COMMIT_OPEN_USER})
 {
     if (!m_epoll.isOpen() || !m_stopEvent.isOpen())
         fail("cannot watch sockets");
-    watch(m_stopEvent.get(), EPOLLIN, this);
-    for (Listener &listener : m_listeners)
-        watch(listener.socket.get(), EPOLLIN | EPOLLEXCLUSIVE, &listener);
+    watch(m_stopEvent.get(), EPOLLIN, STOP_ID);
+    for (std::size_t i = 0; i < m_listeners.size(); ++i)
+        watch(m_listeners[i].socket.get(), EPOLLIN | EPOLLEXCLUSIVE, FIRST_LISTENER_ID + i);
     constexpr struct
     {
         Pool pool;
@@ -98,19 +119,19 @@ Server::~Server()
 {
     const std::uint64_t one = 1;
     [[maybe_unused]] const ssize_t written = ::write(m_stopEvent.get(), &one, sizeof one);
-    m_slowRequests.stop();
-    m_writes.stop();
+    for (ConnectionQueue *queue : {&m_fastRequests, &m_slowRequests, &m_writes})
+        queue->stop();
     for (std::thread &thread : m_threads)
         thread.join();
     for (const Listener &listener : m_listeners)
         ::unlink(listener.path.c_str());
 }
 
-void Server::watch(int fd, unsigned int events, void *what)
+void Server::watch(int fd, unsigned int events, std::uint64_t id)
 {
     epoll_event event = {};
     event.events = events;
-    event.data.ptr = what;
+    event.data.u64 = id;
     if (::epoll_ctl(m_epoll.get(), EPOLL_CTL_ADD, fd, &event) != 0)
         fail("cannot watch a socket");
 }
@@ -121,31 +142,41 @@ void Server::runFastRequests(Service &service)
         epoll_event event = {};
         if (::epoll_wait(m_epoll.get(), &event, 1, -1) != 1)
             continue;
-        if (event.data.ptr == this)
+        if (event.data.u64 == STOP_ID)
             return;
-        const auto listener = std::find_if(m_listeners.begin(), m_listeners.end(),
-                                           [&event](const Listener &each) { return &each == event.data.ptr; });
-        if (listener != m_listeners.end())
-            accept(*listener, service);
-        else
-            serve(*static_cast<Connection *>(event.data.ptr), service);
+        if (event.data.u64 < Connections::FIRST_ID)
+            accept(m_listeners[event.data.u64 - FIRST_LISTENER_ID]);
+        else if (Connection *connection = m_connections.take(event.data.u64))
+            m_fastRequests.push(*connection);
+        serveFast(service);
+    }
+}
+
+void Server::serveFast(Service &service)
+{
+    while (Connection *connection = m_fastRequests.tryPop()) {
+        const Caller caller = connection->caller();
+        handOn(*connection, [&] { return connection->advance(service); });
+        m_fastRequests.end(caller);
     }
 }
 
 void Server::runSlowRequests(Service &service)
 {
     for (;;) {
-        const std::vector<Connection *> next = m_slowRequests.pop(1);
+        const std::vector<Connection *> next = m_slowRequests.pop(1, limits::REQUEST_SIZE);
         if (next.empty())
             return;
-        serve(*next.front(), service);
+        const Caller caller = next.front()->caller();
+        handOn(*next.front(), [&] { return next.front()->advance(service); });
+        m_slowRequests.end(caller);
     }
 }
 
 void Server::runWrites(Service &service)
 {
     for (;;) {
-        const std::vector<Connection *> group = m_writes.pop(limits::WRITES_PER_COMMIT);
+        const std::vector<Connection *> group = m_writes.pop(limits::WRITES_PER_COMMIT, limits::WRITE_BYTES_PER_COMMIT);
         if (group.empty())
             return;
         // When the common transaction fails, each request runs in one of its own: a failure reaches only its client.
@@ -153,40 +184,44 @@ void Server::runWrites(Service &service)
         // While others wait to write, the fast threads have time to send.
         const auto sender = isAnswered ? Connection::Sender::NextThread : Connection::Sender::ThisThread;
         for (Connection *connection : group) {
+            const Caller caller = connection->caller();
             handOn(*connection, [&] {
                 if (!isAnswered)
                     connection->answerFirst(service);
                 return connection->releaseKept(sender);
             });
+            m_writes.end(caller);
         }
     }
 }
 
-void Server::accept(const Listener &listener, Service &service)
+void Server::accept(const Listener &listener)
 {
     Descriptor socket(::accept4(listener.socket.get(), nullptr, nullptr, SOCK_CLOEXEC));
     if (!socket.isOpen())
-        return;
-    auto owned = std::make_unique<Connection>(std::move(socket), listener.external);
-    Connection *connection = owned.get();
-    {
-        const std::lock_guard<std::mutex> lock(m_connectionsMutex);
-        if (m_connections.size() < limits::CONNECTIONS)
-            m_connections.emplace(connection, std::move(owned));
+        return recoverFromAccept(errno);
+    const Caller caller = callerOf(socket.get(), listener.external);
+    auto connection = std::make_unique<Connection>(std::move(socket), caller, m_connections);
+    // One that finds no room is let go as soon as it was told.
+    if (Connection *accepted = connection.get(); m_connections.add(connection)) {
+        pollfd events[] = {{accepted->fd(), POLLIN, 0}, {listener.socket.get(), POLLIN, 0}};
+        if (!listener.external)
+            ::poll(events, std::size(events), FIRST_REQUEST_WAIT_MS);
+        m_fastRequests.push(*accepted);
+    } else {
+        connection->refuse(ReturnCode::Busy);
     }
-    if (!connection->hasInput()) {
-        pollfd first = {connection->fd(), POLLIN, 0};
-        ::poll(&first, 1, FIRST_REQUEST_WAIT_MS);
-    }
-    if (owned)
-        owned->refuse(ReturnCode::Busy);
-    else
-        serve(*connection, service);
 }
 
-void Server::serve(Connection &connection, Service &service)
+void Server::recoverFromAccept(int error)
 {
-    handOn(connection, [&] { return connection.advance(service); });
+    // Another thread was first, or the client is gone.
+    if (error == EAGAIN || error == ECONNABORTED || error == EINTR)
+        return;
+    if (!m_isShortOfRoom.exchange(true))
+        logError("clients cannot be accepted: %s", std::strerror(error));
+    m_connections.closeOldest();
+    std::this_thread::sleep_for(limits::ACCEPT_PAUSE);
 }
 
 void Server::handOn(Connection &connection, const std::function<Connection::Wish()> &step)
@@ -199,37 +234,21 @@ void Server::handOn(Connection &connection, const std::function<Connection::Wish
     }
     if (wish == Connection::Wish::PassOn)
         return (connection.pool() == Pool::Writer ? m_writes : m_slowRequests).push(connection);
-    epoll_event event = {};
-    event.events = EPOLLONESHOT | Connection::eventsFor(wish);
-    event.data.ptr = &connection;
-    if (wish == Connection::Wish::Close
-        || ::epoll_ctl(m_epoll.get(), connection.watchOperation(), connection.fd(), &event) != 0)
-        close(connection);
-}
-
-void Server::close(Connection &connection)
-{
-    const std::lock_guard<std::mutex> lock(m_connectionsMutex);
-    m_connections.erase(&connection);
+    if (wish == Connection::Wish::Close)
+        m_connections.close(connection);
+    else
+        m_connections.watch(connection, Connection::eventsFor(wish));
 }
 
 void Server::dropIdleConnections()
 {
-    const auto limit = Clock::now() - limits::CONNECTION_IDLE;
-    const std::lock_guard<std::mutex> lock(m_connectionsMutex);
-    for (const auto &entry : m_connections) {
-        if (entry.first->lastActivity() < limit)
-            entry.first->shutDown();
-    }
+    m_isShortOfRoom = false;
+    m_connections.closeIdle(Clock::now() - limits::CONNECTION_IDLE);
 }
 
 void Server::logState()
 {
-    std::size_t clients = 0;
-    {
-        const std::lock_guard<std::mutex> lock(m_connectionsMutex);
-        clients = m_connections.size();
-    }
+    const std::size_t clients = m_connections.size();
     long long places = -1;
     try {
         places = Store(m_shared.database, m_shared.store).placeCount(~0);

@@ -4,15 +4,15 @@
 #include "Channel.h"
 #include "server/Connection.h"
 #include "server/ConnectionQueue.h"
+#include "server/Connections.h"
 #include "sources/BackgroundJob.h"
 
+#include <atomic>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <thread>
-#include <unordered_map>
 #include <vector>
 
 namespace placesd
@@ -21,7 +21,7 @@ namespace placesd
 /// Serves the two channels with three thread pools. Any fast thread takes any connection that has something to do, so a
 /// client that is slow or silent delays no other. Slow requests are passed on to a pool of their own, so they only
 /// delay each other. Requests that write are passed on to the writer thread; those that wait at the same time share one
-/// transaction.
+/// transaction. The open channel and its users have no more than a share of connections, threads and memory.
 class Server
 {
 public:
@@ -33,7 +33,7 @@ public:
     };
     /// Starts serving. Throws std::system_error or SQLite::Exception when it cannot.
     Server(std::vector<Listener> listeners, Settings settings);
-    /// Finishes the requests at hand and stops.
+    /// Finishes the requests at hand and stops. Takes as long as they do: stopDeadline bounds it.
     ~Server();
     Server(const Server &) = delete;
     Server &operator=(const Server &) = delete;
@@ -50,12 +50,14 @@ private:
     void runFastRequests(Service &service);
     void runSlowRequests(Service &service);
     void runWrites(Service &service);
-    void accept(const Listener &listener, Service &service);
-    void serve(Connection &connection, Service &service);
+    void accept(const Listener &listener);
+    /// Reports the lack of what a new connection needs, and lets time pass.
+    void recoverFromAccept(int error);
+    /// Has connections served that the fast threads have time for, until there are none.
+    void serveFast(Service &service);
     /// Runs a step of a connection; then closes it, passes it on or has epoll watch it, as the result says.
     void handOn(Connection &connection, const std::function<Connection::Wish()> &step);
-    void close(Connection &connection);
-    void watch(int fd, unsigned int events, void *what);
+    void watch(int fd, unsigned int events, std::uint64_t id);
 
     std::vector<Listener> m_listeners;
     Descriptor m_epoll;
@@ -63,10 +65,9 @@ private:
     Shared m_shared;
     std::vector<std::unique_ptr<Service>> m_services;
 
-    std::mutex m_connectionsMutex;
-    // Guarded by the mutex; a connection itself belongs to the thread that its event went to.
-    std::unordered_map<Connection *, std::unique_ptr<Connection>> m_connections;
-
+    Connections m_connections;
+    std::atomic<bool> m_isShortOfRoom = false; ///< Logged once between two sweeps.
+    ConnectionQueue m_fastRequests;
     ConnectionQueue m_slowRequests;
     ConnectionQueue m_writes;
 

@@ -135,7 +135,7 @@ ContactBook::Snapshot ContactBook::contents(Deadline deadline)
     if (const std::unique_lock<std::mutex> turn(m_reading, std::try_to_lock); turn)
         readChanges();
     std::unique_lock<std::mutex> lock(m_mutex);
-    m_isThere.wait_until(lock, deadline, [this] { return m_contents != nullptr; });
+    waitUntil(m_isThere, lock, deadline, [this] { return m_contents != nullptr; });
     return m_contents;
 }
 

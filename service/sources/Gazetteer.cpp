@@ -429,7 +429,7 @@ Answer Gazetteer::ask(Deadline deadline, const std::function<void(Connection &, 
 {
     Answer answer;
     std::unique_lock<std::mutex> lock(m_mutex);
-    if (!m_stateChanged.wait_until(lock, deadline, [this] { return m_state != State::Reading; }))
+    if (!waitUntil(m_stateChanged, lock, deadline, [this] { return m_state != State::Reading; }))
         answer.code = ReturnCode::TookTooLong;
     else if (m_state == State::Failed)
         answer.code = ReturnCode::ProviderFailed;

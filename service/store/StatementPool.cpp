@@ -2,37 +2,46 @@
 
 #include "store/StatementPool.h"
 
+#include "Limits.h"
+
+#include <sqlite3.h>
+
 namespace placesd
 {
-
-namespace
-{
-
-/// Statements of one text that are kept; a find that needs more at once prepares them anew.
-constexpr std::size_t KEPT_OF_ONE_TEXT = 8;
-
-} // namespace
 
 StatementPool::Lease StatementPool::take(const char *sql)
 {
     Idle &idle = m_idle[sql];
     // A statement that comes back finds room: a destructor takes no memory.
-    idle.reserve(KEPT_OF_ONE_TEXT);
+    idle.reserve(limits::IDLE_STATEMENTS_OF_TEXT);
     if (idle.empty())
-        return {idle, std::make_unique<SQLite::Statement>(m_database, sql)};
-    Lease lease(idle, std::move(idle.back()));
+        return {*this, idle, prepare(sql)};
+    Lease lease(*this, idle, std::move(idle.back()));
     idle.pop_back();
+    m_idleBytes -= lease.m_prepared.bytes;
     return lease;
+}
+
+StatementPool::Prepared StatementPool::prepare(const char *sql)
+{
+    Prepared prepared{std::make_unique<SQLite::Statement>(m_database, sql)};
+    // SQLite keeps its statements newest first.
+    sqlite3_stmt *newest = sqlite3_next_stmt(m_database.getHandle(), nullptr);
+    prepared.bytes = static_cast<std::size_t>(sqlite3_stmt_status(newest, SQLITE_STMTSTATUS_MEMUSED, 0));
+    return prepared;
 }
 
 StatementPool::Lease::~Lease()
 {
-    if (!m_statement)
+    if (!m_prepared.statement)
         return;
-    m_statement->tryReset();
-    m_statement->clearBindings();
-    if (m_idle.size() < KEPT_OF_ONE_TEXT)
-        m_idle.push_back(std::move(m_statement));
+    m_prepared.statement->tryReset();
+    m_prepared.statement->clearBindings();
+    if (m_idle.size() == limits::IDLE_STATEMENTS_OF_TEXT
+        || m_pool.m_idleBytes + m_prepared.bytes > limits::IDLE_STATEMENT_MEMORY)
+        return;
+    m_pool.m_idleBytes += m_prepared.bytes;
+    m_idle.push_back(std::move(m_prepared));
 }
 
 } // namespace placesd

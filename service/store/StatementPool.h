@@ -3,6 +3,7 @@
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
+#include <cstddef>
 #include <memory>
 #include <unordered_map>
 #include <vector>
@@ -11,10 +12,16 @@ namespace placesd
 {
 
 /// The prepared statements of one connection. A statement is lent out for one execution and prepared once, so several
-/// executions of the same text can be under way at a time. Belongs to the thread of its connection.
+/// executions of the same text can be under way at a time. Belongs to the thread of its connection. The number of idle
+/// statements of one text and the memory of all of them are bounded.
 class StatementPool
 {
-    using Idle = std::vector<std::unique_ptr<SQLite::Statement>>;
+    struct Prepared
+    {
+        std::unique_ptr<SQLite::Statement> statement;
+        std::size_t bytes = 0; ///< Memory of the statement, without what is bound to it.
+    };
+    using Idle = std::vector<Prepared>;
 
 public:
     explicit StatementPool(SQLite::Database &database)
@@ -29,18 +36,20 @@ public:
         Lease &operator=(Lease &&) = delete;
         ~Lease();
 
-        SQLite::Statement *operator->() const { return m_statement.get(); }
-        SQLite::Statement &operator*() const { return *m_statement; }
+        SQLite::Statement *operator->() const { return m_prepared.statement.get(); }
+        SQLite::Statement &operator*() const { return *m_prepared.statement; }
 
     private:
         friend class StatementPool;
-        Lease(Idle &idle, std::unique_ptr<SQLite::Statement> statement)
-            : m_idle(idle)
-            , m_statement(std::move(statement))
+        Lease(StatementPool &pool, Idle &idle, Prepared prepared)
+            : m_pool(pool)
+            , m_idle(idle)
+            , m_prepared(std::move(prepared))
         {}
 
+        StatementPool &m_pool;
         Idle &m_idle;
-        std::unique_ptr<SQLite::Statement> m_statement; ///< Null once it was moved away.
+        Prepared m_prepared; ///< Without a statement once it was moved away.
     };
 
     /// A statement, ready to be bound. Throws SQLite::Exception for a text that is no statement.
@@ -48,8 +57,11 @@ public:
     Lease take(const char *sql);
 
 private:
+    Prepared prepare(const char *sql);
+
     SQLite::Database &m_database;
     std::unordered_map<const char *, Idle> m_idle;
+    std::size_t m_idleBytes = 0; ///< Of all idle statements.
 };
 
 } // namespace placesd

@@ -417,11 +417,6 @@ const CorrectionSource &Store::vocabulary()
     return m_shared.words;
 }
 
-QStringList Store::tags()
-{
-    return m_facets.texts(FacetKind::Tag);
-}
-
 qint64 Store::placeCount(int persistenceBits)
 {
     qint64 count = 0;

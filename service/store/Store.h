@@ -84,7 +84,6 @@ public:
     std::string storedRecord(qint64 id, bool headerOnly);
     /// The key of all texts of a place, see textKeyOf(); empty for one that cannot be read.
     std::string textKey(qint64 id);
-    QStringList tags();
 
     /// Keeps a term among the recent ones. An empty term is not kept.
     void rememberTerm(const QString &term);

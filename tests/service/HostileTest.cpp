@@ -4,6 +4,7 @@
 #include "manager/PlaceManagerPrivate.h"
 #include "places/PlaceManager.h"
 #include "support/Placesd.h"
+#include "support/Requests.h"
 #include "support/SamplePlace.h"
 
 #include <gmock/gmock.h>
@@ -17,32 +18,15 @@
 #include <random>
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <thread>
 
+using namespace requests;
 using namespace wire;
 using vela::system::channel::Descriptor;
 using namespace vela::platform::places;
 
 namespace
 {
-
-Fields head(int type, int perimeter = 0, const std::string &key = "")
-{
-    return {i32(type), i32(perimeter), text(key)};
-}
-
-Fields rule(int kind, int field, int op, const std::string &value, int members)
-{
-    return {i32(kind), i32(field), i32(op), text(value), text(""), i32(0), i32(members)};
-}
-
-std::string find(int count, int offset, const Fields &searchRule,
-                 const Fields &sortRule = {i32(1), i32(1), i32(0), i32(0)})
-{
-    return message(head(13) + Fields{i32(count), i32(offset)} + coordinate(0, 0, 0, 0, 0) + Fields{flag(true)}
-                   + searchRule + sortRule + Fields{i32(-1), i32(-1)});
-}
 
 std::string manyWords(int count)
 {
@@ -60,16 +44,6 @@ int found(const std::string &request, const char *channel = "places")
     if (reply.size() >= 12)
         std::memcpy(&count, reply.data() + 8, sizeof count);
     return count;
-}
-
-Descriptor connectTo(const std::string &path)
-{
-    Descriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    sockaddr_un address = {};
-    address.sun_family = AF_UNIX;
-    std::strcpy(address.sun_path, path.c_str());
-    EXPECT_EQ(::connect(socket.get(), reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
-    return socket;
 }
 
 const std::string TAGS = message(head(9));
@@ -223,20 +197,6 @@ TEST(AService, AnswersAConnectionInOrderAndDelaysNoOther)
         EXPECT_EQ(reply[1], 256 + requests[i % std::size(requests)].type) << i;
     }
     sender.join();
-}
-
-TEST(AService, SaysThatItIsBusyWhenTooManyAreConnected)
-{
-    Placesd service;
-    std::vector<_msgclient_open *> clients;
-    for (int i = 0; i < 256; ++i)
-        clients.push_back(msgclient_open("places", 0, 2));
-    // One that is over the limit is let go as soon as it was told.
-    EXPECT_EQ(Placesd::code(TAGS), 64);
-    for (_msgclient_open *client : clients)
-        msgclient_close(client);
-    while (Placesd::code(TAGS) != 0)
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
 }
 
 TEST(TheExternalChannel, KeepsToSavedPlaces)

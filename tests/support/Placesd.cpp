@@ -56,7 +56,7 @@ void Placesd::kill()
 
 void Placesd::signal(int number)
 {
-    ::kill(static_cast<pid_t>(m_process->processId()), number);
+    ::kill(pid(), number);
 }
 
 void Placesd::pause()
@@ -85,6 +85,11 @@ void Placesd::awaitLog(const char *text) const
 bool Placesd::isRunning() const
 {
     return m_process->state() == QProcess::Running;
+}
+
+int Placesd::pid() const
+{
+    return static_cast<int>(m_process->processId());
 }
 
 std::string Placesd::exchange(const std::string &request, const char *channel)

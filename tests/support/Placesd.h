@@ -30,6 +30,7 @@ public:
     /// What it wrote to the log; the destructor repeats it on standard error.
     [[nodiscard]] std::string log() const;
     [[nodiscard]] bool isRunning() const;
+    [[nodiscard]] int pid() const;
     [[nodiscard]] QString path(const char *name) const { return m_folder.filePath(QLatin1String(name)); }
 
     /// Exchanges raw bytes on a channel of its own. Returns the reply; empty when there is none.
