@@ -68,6 +68,12 @@ bool AllOf::hasSource() const
                        [](const ConditionPtr &member) { return member->hasSource(); });
 }
 
+bool AllOf::isSlowToOpen() const
+{
+    return std::any_of(m_members.begin(), m_members.end(),
+                       [](const ConditionPtr &member) { return member->isSlowToOpen(); });
+}
+
 /// The shortest source of a member. What takes longest to test is asked first: it is names that have to be counted.
 Condition::Source AllOf::source(Store &store, const Order &order, qint64 limit) const
 {
@@ -138,6 +144,12 @@ bool AnyOf::hasSource() const
     return m_members.size() <= MOST_SOURCES
            && std::all_of(m_members.begin(), m_members.end(),
                           [](const ConditionPtr &member) { return member->hasSource(); });
+}
+
+bool AnyOf::isSlowToOpen() const
+{
+    return std::any_of(m_members.begin(), m_members.end(),
+                       [](const ConditionPtr &member) { return member->isSlowToOpen(); });
 }
 
 Condition::Source AnyOf::source(Store &store, const Order &order, qint64 limit) const

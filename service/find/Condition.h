@@ -26,6 +26,8 @@ public:
 
     /// Whether an index gives all stored places that pass, and not all stored places.
     [[nodiscard]] virtual bool hasSource() const { return false; }
+    /// Whether that index has to read much before it gives a row, or counts them.
+    [[nodiscard]] virtual bool isSlowToOpen() const { return false; }
     /// The places that an index gives, each once; those that do not pass may be among them.
     struct Source
     {
@@ -56,6 +58,7 @@ public:
     [[nodiscard]] bool test(const PlaceRow &row) const override;
     [[nodiscard]] int cost() const override;
     [[nodiscard]] bool hasSource() const override;
+    [[nodiscard]] bool isSlowToOpen() const override;
     [[nodiscard]] Source source(Store &store, const Order &order, qint64 limit) const override;
     [[nodiscard]] bool hasSortedSource(const Order &order) const override;
     [[nodiscard]] std::unique_ptr<RowSource> sortedSource(Store &store, const Order &order) const override;
@@ -78,6 +81,7 @@ public:
     [[nodiscard]] bool test(const PlaceRow &row) const override;
     [[nodiscard]] int cost() const override;
     [[nodiscard]] bool hasSource() const override;
+    [[nodiscard]] bool isSlowToOpen() const override;
     [[nodiscard]] Source source(Store &store, const Order &order, qint64 limit) const override;
     [[nodiscard]] bool hasSortedSource(const Order &order) const override;
     [[nodiscard]] std::unique_ptr<RowSource> sortedSource(Store &store, const Order &order) const override;

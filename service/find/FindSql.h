@@ -35,6 +35,7 @@ constexpr char WITH_WORDS[] = "SELECT place.* FROM name_index CROSS JOIN place O
                               " WHERE name_index MATCH ?1";
 constexpr char COUNT_SOME_WITH_WORDS[] =
     "SELECT count(*) FROM (SELECT 1 FROM name_index WHERE name_index MATCH ?1 LIMIT ?2)";
+constexpr char SOME_WITH_WORDS[] = "SELECT rowid FROM name_index WHERE name_index MATCH ?1 LIMIT ?2";
 constexpr char IN_TEXTS[] = "SELECT place.* FROM text_index CROSS JOIN place ON place.id = text_index.rowid"
                             " WHERE text_index MATCH ?1";
 constexpr char SOME_IN_TEXTS[] = "SELECT rowid FROM text_index WHERE text_index MATCH ?1 LIMIT ?2";

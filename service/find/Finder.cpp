@@ -201,7 +201,9 @@ Finder::ReturnCode Finder::fetchLocal(Search &search)
 
 void Finder::read(const QString &term, Reading reading)
 {
-    auto fresh = std::make_shared<SearchTerm>(m_store, term, std::move(reading));
+    // The plan along an order looks at places one by one.
+    const int mostIds = m_plan == Plan::ByOrder ? 0 : SearchTerm::MOST_IDS;
+    auto fresh = std::make_shared<SearchTerm>(m_store, term, std::move(reading), mostIds);
     std::shared_ptr<const SearchTerm> &known = m_terms[term];
     // What is known of the same reading is not looked for again.
     if (!known || !fresh->test().isLike(known->test()))

@@ -87,9 +87,10 @@ bool isRange(const TextTest &test)
 
 // ----------------------------------------------------------------------------------------------------------- names
 
-Condition::Source WordsCondition::source(Store &, const Order &, qint64 limit) const
+Condition::Source WordsCondition::source(Store &store, const Order &, qint64 limit) const
 {
-    return {m_term->places(), m_term->count(limit)};
+    const qint64 length = m_term->count(limit);
+    return {length > 0 ? m_term->places() : std::make_unique<IdSource>(store, std::vector<qint64>()), length};
 }
 
 /// An entry in the index of all texts may be that of a place that was removed when it could not be read.

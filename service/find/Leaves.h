@@ -22,6 +22,7 @@ public:
     [[nodiscard]] bool test(const PlaceRow &row) const override { return m_term->isIn(row); }
     [[nodiscard]] int cost() const override { return m_term->cost(); }
     [[nodiscard]] bool hasSource() const override { return m_term->test().hasWords(); }
+    [[nodiscard]] bool isSlowToOpen() const override { return m_term->isSlowToOpen(); }
     [[nodiscard]] Source source(Store &store, const Order &order, qint64 limit) const override;
     [[nodiscard]] std::optional<qint64> count(Store &store) const override;
 

@@ -5,7 +5,6 @@
 #include "find/FindSql.h"
 #include "store/SqlFunctions.h"
 #include "store/Store.h"
-#include "text/Expansion.h"
 
 #include <algorithm>
 
@@ -17,36 +16,61 @@ namespace sql = find_sql;
 namespace
 {
 
-/// Places whose texts have the words, of which a find keeps the ids. With more it reads the texts of those that the
-/// rest of its rule leaves.
-constexpr int MOST_IDS = 4096;
+/// How long it takes to make the key of all texts of a stored place, see Condition::cost().
+constexpr int COST_OF_TEXT_KEY = 20 * RowSource::WHOLE_ROW;
 
-/// The index of the names is the only one that another process may write to unnoticed.
-QByteArray expressionOf(Store &store, const Reading &reading)
+/// Whether a word is known to be in no name. The vocabulary says where to look: it has the words of this process's
+/// writes only, so what it does not have is looked for in the index, which is fast for a word that is not there.
+bool isInNoName(Store &store, const Wording::Word &word)
 {
-    return QByteArray::fromStdString(reading.inNames ? reading.expression()
-                                                     : matchExpressions(reading, store.vocabulary()).exact);
+    const CorrectionSource &known = store.vocabulary();
+    if (std::any_of(word.begin(), word.end(),
+                    [&known](const Spelling &spelling) { return known.hasPrefix(spelling.text); }))
+        return false;
+    const auto row = store.statements().take(sql::COUNT_SOME_WITH_WORDS);
+    bindAll(*row, {QByteArray::fromStdString(Wording({word}).expression()), 1}, 1);
+    row->executeStep();
+    return row->getColumn(0).getInt() == 0;
+}
+
+/// For the index of names.
+MatchExpressions nameExpressions(Store &store, const Reading &reading)
+{
+    MatchExpressions expressions;
+    for (const Wording &wording : reading.wordings) {
+        for (const Wording::Word &word : wording.words()) {
+            if (wording.words().size() > 1 && isInNoName(store, word))
+                return {};
+            expressions.isSlowToOpen =
+                expressions.isSlowToOpen || std::any_of(word.begin(), word.end(), placesd::isSlowToOpen);
+        }
+        if (!wording.isEmpty())
+            expressions.exact = reading.expression();
+    }
+    return expressions;
 }
 
 } // namespace
 
-SearchTerm::SearchTerm(Store &store, const QString &term, Reading reading)
+SearchTerm::SearchTerm(Store &store, const QString &term, Reading reading, int mostIds)
     : m_store(store)
-    , m_expression(expressionOf(store, reading))
+    , m_mostIds(mostIds)
+    , m_expressions(reading.inNames ? nameExpressions(store, reading) : matchExpressions(reading, store.vocabulary()))
+    , m_expression(QByteArray::fromStdString(m_expressions.exact))
     , m_test(term, std::move(reading))
 {}
 
 const std::optional<std::vector<qint64>> &SearchTerm::ids() const
 {
-    if (m_isCollected)
+    if (m_hasCollected)
         return m_ids;
-    m_isCollected = true;
+    m_hasCollected = true;
     std::vector<qint64> ids;
-    const auto row = m_store.statements().take(sql::SOME_IN_TEXTS);
-    bindAll(*row, {m_expression, MOST_IDS + 1}, 1);
+    const auto row = m_store.statements().take(m_test.isOfNames() ? sql::SOME_WITH_WORDS : sql::SOME_IN_TEXTS);
+    bindAll(*row, {m_expression, m_mostIds + 1}, 1);
     while (!m_expression.isEmpty() && row->executeStep())
         ids.push_back(row->getColumn(0).getInt64());
-    if (ids.size() <= MOST_IDS) {
+    if (ids.size() <= static_cast<std::size_t>(m_mostIds)) {
         std::sort(ids.begin(), ids.end());
         m_ids = std::move(ids);
     }
@@ -62,12 +86,12 @@ bool SearchTerm::isIn(const PlaceRow &row) const
 
 int SearchTerm::cost() const
 {
-    return m_test.isOfNames() || ids() ? 0 : 10 * RowSource::WHOLE_ROW;
+    return m_test.isOfNames() || ids() ? 0 : COST_OF_TEXT_KEY;
 }
 
 std::unique_ptr<RowSource> SearchTerm::places() const
 {
-    if (!m_test.isOfNames() && ids())
+    if (isCollected() && ids())
         return std::make_unique<IdSource>(m_store, *m_ids);
     const char *statement = m_test.isOfNames() ? sql::WITH_WORDS : sql::IN_TEXTS;
     return std::make_unique<StatementSource>(m_store, statement, std::vector<QVariant>{m_expression});
@@ -75,9 +99,11 @@ std::unique_ptr<RowSource> SearchTerm::places() const
 
 qint64 SearchTerm::count(qint64 limit) const
 {
-    if (!m_test.isOfNames() && ids())
+    if (m_expression.isEmpty())
+        return 0;
+    if (isCollected() && ids())
         return std::min(limit, static_cast<qint64>(m_ids->size()));
-    if (!m_test.isOfNames() && limit <= MOST_IDS)
+    if (isCollected() && limit <= m_mostIds)
         return limit;
     const auto known = m_counts.find(limit);
     if (known != m_counts.end())

@@ -23,6 +23,8 @@ constexpr qint64 FEW_ROWS = 512;
 /// What the first turn may cost when two plans take turns. Each pair of turns is twice as long as the one before, so
 /// the plan that is worse never takes more than twice what the better one does.
 constexpr qint64 FIRST_TURN = 8192;
+/// What is read along the order before an index is opened that is slow to open.
+constexpr qint64 GLANCE = 2048;
 constexpr qint64 WITHOUT_LIMIT = std::numeric_limits<qint64>::max();
 
 /// The statements along the orders, by Order::By but for distances.
@@ -68,6 +70,12 @@ std::unique_ptr<RowSource> StoredSearch::inOrder()
 
 std::vector<Hit> StoredSearch::first(std::size_t wanted, bool withKeys)
 {
+    std::unique_ptr<ByOrder> byOrder;
+    if (m_plan == Plan::Best && m_condition.isSlowToOpen()) {
+        byOrder = std::make_unique<ByOrder>(m_store, m_condition, m_order, inOrder(), wanted, withKeys);
+        if (byOrder->advance(GLANCE))
+            return byOrder->takeHits();
+    }
     Condition::Source source;
     if (m_plan != Plan::ByOrder && m_condition.hasSource())
         source = m_condition.source(m_store, m_order, FEW_ROWS);
@@ -86,10 +94,11 @@ std::vector<Hit> StoredSearch::first(std::size_t wanted, bool withKeys)
         byCondition.advance(WITHOUT_LIMIT);
         return byCondition.takeHits();
     }
-    ByOrder byOrder(m_store, m_condition, m_order, inOrder(), wanted, withKeys);
+    if (!byOrder)
+        byOrder = std::make_unique<ByOrder>(m_store, m_condition, m_order, inOrder(), wanted, withKeys);
     for (qint64 turn = firstTurn;; turn *= 2) {
-        if (byOrder.advance(turn))
-            return byOrder.takeHits();
+        if (byOrder->advance(turn))
+            return byOrder->takeHits();
         if (byCondition.advance(turn))
             return byCondition.takeHits();
     }

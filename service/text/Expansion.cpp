@@ -62,7 +62,7 @@ public:
             exact.wordings.emplace_back(words);
             broad.wordings.emplace_back(std::move(some));
         }
-        return {exact.expression(), isBroad ? broad.expression() : std::string()};
+        return {exact.expression(), isBroad ? broad.expression() : std::string(), m_isSlowToOpen};
     }
 
 private:
@@ -88,6 +88,7 @@ private:
         if (!spelling.isWhole)
             words = m_vocabulary.startingWith(spelling.text, most + 1);
         if (spelling.isWhole || words.size() > most) {
+            m_isSlowToOpen = m_isSlowToOpen || placesd::isSlowToOpen(spelling);
             word.push_back(spelling);
             return;
         }
@@ -97,10 +98,16 @@ private:
     }
 
     const CorrectionSource &m_vocabulary;
+    bool m_isSlowToOpen = false;
     std::size_t m_left = 0; ///< Words that a wording may still be expanded to.
 };
 
 } // namespace
+
+bool isSlowToOpen(const Spelling &spelling)
+{
+    return !spelling.isWhole && !isIndexedBeginning(spelling.text);
+}
 
 MatchExpressions matchExpressions(const Reading &reading, const CorrectionSource &vocabulary)
 {
