@@ -200,7 +200,11 @@ Reading mostWords(const std::vector<Wording::Word> &words, const ReadingSearch &
         const auto taken = takeWords(words, order, [&](const std::vector<std::size_t> &numbers) {
             return search.finds(readingOf(words, numbers));
         });
-        if (!taken.empty() && taken.size() >= needed)
+        // Where the rarest word is known, but to nothing that the search looks at, the others would find anything: all
+        // airports among the favourites for the airport of a city that has none there.
+        if (taken.empty() || taken.front() != order.front())
+            return {};
+        if (taken.size() >= needed)
             return readingOf(words, taken);
     }
     return {};

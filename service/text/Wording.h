@@ -83,7 +83,8 @@ struct ReadingSearch
 /// 2. They start words of any text of a place.
 /// 3. So they do when they are corrected, by as few letters as possible. Of a term of many words, only those are
 ///    corrected that are not in the vocabulary.
-/// 4. So does the larger part of them, at least half, the rare ones first.
+/// 4. So does the larger part of them, at least half, the rare ones first; nothing where the rarest of all finds
+/// nothing.
 Reading chooseReading(const Wording &typed, const ReadingSearch &search);
 
 } // namespace placesd

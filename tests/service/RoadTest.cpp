@@ -2,6 +2,7 @@
 
 #include "manager/PlaceManagerPrivate.h"
 #include "model/PlaceHeaderPrivate.h"
+#include "places/InternalPlaceManager.h"
 #include "places/PlaceHeader.h"
 #include "places/PlaceManager.h"
 #include "places/Tags.h"
@@ -162,6 +163,14 @@ TEST_F(RoadTest, ATermIsReadInTheFirstWayThatFindsAnything)
     const QString slip = QStringLiteral("zurihc");
     EXPECT_EQ(names(manager.findPlaces(slip, &error, nullptr, {}, 1)), std::vector<std::string>{"Zürich Airport"});
     EXPECT_THAT(names(manager.findPlaces(slip, &error, nullptr, {}, 2)), IsEmpty()) << "behind the last page";
+
+    manager.fav(get(add("Geneva Airport")).get());
+    const auto favourites = [](const char *term) {
+        return InternalPlaceManager().findPlacesSizeByGroup(SearchResultGroup::Favorites, nullptr,
+                                                            QString::fromLatin1(term));
+    };
+    EXPECT_EQ(favourites("genvea airprot"), 1U);
+    EXPECT_EQ(favourites("zuirch airprot"), 0U) << "that airport is known, and no favourite";
 
     const std::unique_ptr<Place> renamed = get(hut);
     renamed->setDescription(QStringLiteral("closed"));
