@@ -29,6 +29,15 @@ void RequestStatistics::record(int type, Clock::duration time)
     }
 }
 
+std::uint64_t RequestStatistics::countOfLastMinute()
+{
+    const Clock::time_point now = Clock::now();
+    m_counts.emplace_back(now, m_count);
+    while (m_counts.size() > 1 && m_counts.front().first < now - std::chrono::minutes(1))
+        m_counts.pop_front();
+    return m_counts.back().second - m_counts.front().second;
+}
+
 RequestStatistics::Slowest RequestStatistics::slowest() const
 {
     const std::uint64_t packed = m_slowest;

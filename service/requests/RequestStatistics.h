@@ -6,6 +6,8 @@
 #include <atomic>
 #include <chrono>
 #include <cstdint>
+#include <deque>
+#include <utility>
 
 namespace placesd
 {
@@ -24,9 +26,13 @@ public:
 
     [[nodiscard]] std::uint64_t count() const { return m_count; }
     [[nodiscard]] Slowest slowest() const;
+    /// Requests in the minute before; to be called every few seconds, by one thread at a time.
+    [[nodiscard]] std::uint64_t countOfLastMinute();
 
 private:
     std::atomic<std::uint64_t> m_count{0};
+    std::deque<std::pair<Clock::time_point, std::uint64_t>> m_counts{
+        {Clock::now(), 0}};                  ///< What was counted within the last minute.
     std::atomic<std::uint64_t> m_slowest{0}; ///< Microseconds above the message type, so that both change at once.
 };
 

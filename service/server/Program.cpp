@@ -157,9 +157,10 @@ void obeySignals(Server &server, const Sources &sources)
             if (request.ssi_signo == SIGHUP)
                 sources.reread();
             else
-                server.logState();
+                logInfo("state: %s", server.state().c_str());
         }
         server.dropIdleConnections();
+        sd_notifyf(0, "STATUS=%s", server.state().c_str());
     }
 }
 

@@ -7,7 +7,9 @@
 #include "protocol/ProtocolTypes.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <iterator>
@@ -74,6 +76,7 @@ Server::Server(std::vector<Listener> listeners, Settings settings)
     , m_epoll(::epoll_create1(EPOLL_CLOEXEC))
     , m_stopEvent(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
     , m_shared(std::move(settings))
+    , m_store(m_shared.database, m_shared.store)
     , m_connections(m_epoll.get(), raiseDescriptorLimit())
     , m_fastRequests({limits::FAST_THREADS_OPEN, limits::FAST_THREADS_OPEN_USER})
     , m_slowRequests({limits::SLOW_THREADS_OPEN, limits::SLOW_THREADS_OPEN_USER})
@@ -246,19 +249,23 @@ void Server::dropIdleConnections()
     m_connections.closeIdle(Clock::now() - limits::CONNECTION_IDLE);
 }
 
-void Server::logState()
+std::string Server::state()
 {
     const std::size_t clients = m_connections.size();
     long long places = -1;
     try {
-        places = Store(m_shared.database, m_shared.store).placeCount(~0);
-    } catch (const std::exception &error) {
-        logError("the places cannot be counted: %s", error.what());
+        places = m_store.placeCount(~0);
+    } catch (const SQLite::Exception &) {
+        // A request that finds the database so says why.
     }
     const RequestStatistics::Slowest slowest = m_shared.statistics.slowest();
-    logInfo("state: %lld places, %zu clients, %llu requests, the slowest of type %d with %.1f ms", places, clients,
-            static_cast<unsigned long long>(m_shared.statistics.count()), slowest.type,
-            std::chrono::duration<double, std::milli>(slowest.time).count());
+    std::array<char, 256> text = {};
+    std::snprintf(text.data(), text.size(),
+                  "%lld places, %zu clients, %llu requests, %llu a minute, the slowest of type %d with %.1f ms", places,
+                  clients, static_cast<unsigned long long>(m_shared.statistics.count()),
+                  static_cast<unsigned long long>(m_shared.statistics.countOfLastMinute()), slowest.type,
+                  std::chrono::duration<double, std::milli>(slowest.time).count());
+    return text.data();
 }
 
 /// In a folder that others may write to, anybody could replace the sockets.

@@ -40,8 +40,9 @@ public:
 
     /// Ends the connections that have done nothing for too long. To be called now and then.
     void dropIdleConnections();
-    /// Writes what the service holds and did to the log, as one line. Waits for a writer; for one thread at a time.
-    void logState();
+    /// What the service holds and did, as one line; -1 places where they cannot be counted. For one thread at a
+    /// time.
+    std::string state();
 
 private:
     using Descriptor = vela::system::channel::Descriptor;
@@ -63,6 +64,7 @@ private:
     Descriptor m_epoll;
     Descriptor m_stopEvent;
     Shared m_shared;
+    Store m_store; ///< For state().
     std::vector<std::unique_ptr<Service>> m_services;
 
     Connections m_connections;
