@@ -92,7 +92,7 @@ std::string longPlace(int number)
 }
 
 /// Resident memory in megabytes.
-int memoryOf(const Placesd &service)
+[[maybe_unused]] int memoryOf(const Placesd &service)
 {
     QFile status(QStringLiteral("/proc/%1/status").arg(service.pid()));
     EXPECT_TRUE(status.open(QIODevice::ReadOnly));

@@ -152,8 +152,9 @@ TEST(TheProgram, ReadsGazetteersAgainAndTellsItsStateWhenSignalled)
     addPlace("Stored");
     service.signal(SIGUSR1);
     service.awaitLog("state: ");
-    EXPECT_THAT(service.log(), ContainsRegex("state: 1 places, [0-9]+ clients, [1-9][0-9]* requests, [0-9]+ a minute, the slowest of "
-                                             "type [1-9][0-9]* with [0-9.]+ ms\n"));
+    EXPECT_THAT(service.log(),
+                ContainsRegex("state: 1 places, [0-9]+ clients, [1-9][0-9]* requests, [0-9]+ a minute, the slowest of "
+                              "type [1-9][0-9]* with [0-9.]+ ms\n"));
 }
 
 TEST(TheProgram, LeavesTheFilesOfOthersAsTheyAre)
