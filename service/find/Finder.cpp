@@ -90,6 +90,11 @@ Finder::Finder(Store &store, PlaceSources sources, Query query, bool external, D
     }
 }
 
+bool Finder::asksContacts() const
+{
+    return std::any_of(m_sources.begin(), m_sources.end(), [this](const Rule *leaf) { return asksContacts(*leaf); });
+}
+
 bool Finder::asksContacts(const Rule &leaf) const
 {
     const SourceKind kind = sourceKindOf(leaf);
@@ -98,9 +103,7 @@ bool Finder::asksContacts(const Rule &leaf) const
 
 bool Finder::takesLong() const
 {
-    return asksProviders() || std::any_of(m_sources.begin(), m_sources.end(), [this](const Rule *leaf) {
-               return asksContacts(*leaf) && !m_from.contacts->isRead();
-           });
+    return asksProviders() || (asksContacts() && !m_from.contacts->isRead());
 }
 
 ProviderSearch Finder::searchFor(const Rule &leaf, SearchKind kind) const
@@ -201,13 +204,13 @@ Finder::ReturnCode Finder::fetchLocal(Search &search)
 
 void Finder::read(const QString &term, Reading reading)
 {
-    // The plan along an order looks at places one by one.
-    const int mostIds = m_plan == Plan::ByOrder ? 0 : SearchTerm::MOST_IDS;
-    auto fresh = std::make_shared<SearchTerm>(m_store, term, std::move(reading), mostIds);
     std::shared_ptr<const SearchTerm> &known = m_terms[term];
     // What is known of the same reading is not looked for again.
-    if (!known || !fresh->test().isLike(known->test()))
-        known = std::move(fresh);
+    if (known && known->test().isLike(TermTest(term, reading)))
+        return;
+    // The plan along an order looks at places one by one.
+    const int mostIds = m_plan == Plan::ByOrder ? 0 : SearchTerm::MOST_IDS;
+    known = std::make_shared<SearchTerm>(m_store, term, std::move(reading), mostIds);
 }
 
 void Finder::readAsTyped(bool inNames)
@@ -257,7 +260,7 @@ Finder::ReturnCode Finder::chooseReadings(bool isFirstTried)
 void Finder::chooseReadingOf(const QString &term, bool isFirstTried, ReturnCode &code)
 {
     std::shared_ptr<const Vocabulary> contacts;
-    if (std::any_of(m_sources.begin(), m_sources.end(), [this](const Rule *leaf) { return asksContacts(*leaf); }))
+    if (asksContacts())
         contacts = m_from.contacts->vocabulary(m_deadline);
     const CorrectionSource &stored = m_store.vocabulary();
     const JoinedVocabulary joined(stored, contacts ? *contacts : stored);
@@ -292,8 +295,7 @@ qint64 Finder::countWithWords(const QString &term, const Reading &reading, Retur
 {
     const SearchTerm counted(m_store, term, reading);
     qint64 count = counted.count(limits::COUNTED_PLACES);
-    const auto asks = [this](const Rule *leaf) { return asksContacts(*leaf); };
-    if (code == ReturnCode::Success && std::any_of(m_sources.begin(), m_sources.end(), asks)) {
+    if (code == ReturnCode::Success && asksContacts()) {
         if (const auto contacts = m_from.contacts->find(counted.test(), false, m_deadline))
             count += static_cast<qint64>(contacts->size());
     }

@@ -82,6 +82,7 @@ private:
     };
 
     [[nodiscard]] bool asksProviders() const { return !m_asks.empty(); }
+    [[nodiscard]] bool asksContacts() const;
     [[nodiscard]] bool asksContacts(const Rule &leaf) const;
     [[nodiscard]] ProviderSearch searchFor(const Rule &leaf, SearchKind kind) const;
     [[nodiscard]] bool canBeBatched() const;

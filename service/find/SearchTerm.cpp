@@ -55,10 +55,18 @@ MatchExpressions nameExpressions(Store &store, const Reading &reading)
 SearchTerm::SearchTerm(Store &store, const QString &term, Reading reading, int mostIds)
     : m_store(store)
     , m_mostIds(mostIds)
-    , m_expressions(reading.inNames ? nameExpressions(store, reading) : matchExpressions(reading, store.vocabulary()))
-    , m_expression(QByteArray::fromStdString(m_expressions.exact))
     , m_test(term, std::move(reading))
 {}
+
+const MatchExpressions &SearchTerm::expressions() const
+{
+    if (!m_expressions) {
+        const Reading &reading = m_test.reading();
+        m_expressions =
+            reading.inNames ? nameExpressions(m_store, reading) : matchExpressions(reading, m_store.vocabulary());
+    }
+    return *m_expressions;
+}
 
 const std::optional<std::vector<qint64>> &SearchTerm::ids() const
 {
@@ -67,8 +75,8 @@ const std::optional<std::vector<qint64>> &SearchTerm::ids() const
     m_hasCollected = true;
     std::vector<qint64> ids;
     const auto row = m_store.statements().take(m_test.isOfNames() ? sql::SOME_WITH_WORDS : sql::SOME_IN_TEXTS);
-    bindAll(*row, {m_expression, m_mostIds + 1}, 1);
-    while (!m_expression.isEmpty() && row->executeStep())
+    bindAll(*row, {expression(), m_mostIds + 1}, 1);
+    while (!expressions().exact.empty() && row->executeStep())
         ids.push_back(row->getColumn(0).getInt64());
     if (ids.size() <= static_cast<std::size_t>(m_mostIds)) {
         std::sort(ids.begin(), ids.end());
@@ -94,12 +102,12 @@ std::unique_ptr<RowSource> SearchTerm::places() const
     if (isCollected() && ids())
         return std::make_unique<IdSource>(m_store, *m_ids);
     const char *statement = m_test.isOfNames() ? sql::WITH_WORDS : sql::IN_TEXTS;
-    return std::make_unique<StatementSource>(m_store, statement, std::vector<QVariant>{m_expression});
+    return std::make_unique<StatementSource>(m_store, statement, std::vector<QVariant>{expression()});
 }
 
 qint64 SearchTerm::count(qint64 limit) const
 {
-    if (m_expression.isEmpty())
+    if (expressions().exact.empty())
         return 0;
     if (isCollected() && ids())
         return std::min(limit, static_cast<qint64>(m_ids->size()));
@@ -110,7 +118,7 @@ qint64 SearchTerm::count(qint64 limit) const
         return known->second;
     const char *statement = m_test.isOfNames() ? sql::COUNT_SOME_WITH_WORDS : sql::COUNT_SOME_IN_TEXTS;
     const auto row = m_store.statements().take(statement);
-    bindAll(*row, {m_expression, limit}, 1);
+    bindAll(*row, {expression(), limit}, 1);
     row->executeStep();
     return m_counts[limit] = row->getColumn(0).getInt64();
 }

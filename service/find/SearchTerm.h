@@ -29,7 +29,7 @@ public:
     /// How long that takes, see Condition::cost().
     [[nodiscard]] int cost() const;
     /// Whether the index has to read much before it gives a place.
-    [[nodiscard]] bool isSlowToOpen() const { return m_expressions.isSlowToOpen; }
+    [[nodiscard]] bool isSlowToOpen() const { return expressions().isSlowToOpen; }
     /// The stored places that have the words. Only for a term with words.
     [[nodiscard]] std::unique_ptr<RowSource> places() const;
     /// Their number, counted no further than the limit. What was counted once is known.
@@ -41,11 +41,14 @@ private:
     /// The ids of the stored places that the index gives, sorted; unset where there are many.
     [[nodiscard]] const std::optional<std::vector<qint64>> &ids() const;
 
+    /// For the index of names, or of all texts; empty where nothing there can pass. Made when they are asked for.
+    [[nodiscard]] const MatchExpressions &expressions() const;
+    [[nodiscard]] QByteArray expression() const { return QByteArray::fromStdString(expressions().exact); }
+
     Store &m_store;
     const int m_mostIds;
-    const MatchExpressions m_expressions;
-    const QByteArray m_expression; ///< For the index of names, or of all texts; empty where nothing there can pass.
     const TermTest m_test;
+    mutable std::optional<MatchExpressions> m_expressions;
     mutable bool m_hasCollected = false;
     mutable std::optional<std::vector<qint64>> m_ids;
     mutable std::map<qint64, qint64> m_counts; ///< By limit.

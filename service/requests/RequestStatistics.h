@@ -12,7 +12,7 @@
 namespace placesd
 {
 
-/// How many requests were answered, and which took longest. Safe on any thread.
+/// How many requests were answered, and which took longest. Safe on any thread, but for countOfLastMinute().
 class RequestStatistics
 {
 public:
@@ -31,8 +31,8 @@ public:
 
 private:
     std::atomic<std::uint64_t> m_count{0};
-    std::deque<std::pair<Clock::time_point, std::uint64_t>> m_counts{
-        {Clock::now(), 0}};                  ///< What was counted within the last minute.
+    /// What was counted within the last minute.
+    std::deque<std::pair<Clock::time_point, std::uint64_t>> m_counts{{Clock::now(), 0}};
     std::atomic<std::uint64_t> m_slowest{0}; ///< Microseconds above the message type, so that both change at once.
 };
 

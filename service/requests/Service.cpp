@@ -31,16 +31,15 @@ ReturnCode codeOf(const SQLite::Exception &error)
     }
 }
 
-/// Starts a reply anew: status only.
-std::unique_ptr<PlacesAPIEncoder> status(ReturnCode code, int requestType)
+} // namespace
+
+std::unique_ptr<PlacesAPIEncoder> statusReply(ReturnCode code, int requestType)
 {
     auto reply = std::make_unique<PlacesAPIEncoder>();
     reply->encode(static_cast<int>(code));
     reply->encode(static_cast<int>(static_cast<unsigned int>(requestType) + REPLY_OFFSET));
     return reply;
 }
-
-} // namespace
 
 /// What the service does for a type of request, whether it does it for every application, and the pool that such a
 /// request always needs. An operation can ask for another pool itself.
@@ -98,10 +97,10 @@ Answer Service::answer(const char *bytes, unsigned int length, const Caller &cal
     const _msgserver_data message = {bytes, length};
     Request request{RequestReader(&message), {}, caller, deadline, length, room};
     if (!request.reader.readHead(request.head))
-        return {status(ReturnCode::TransportFailed, 0), m_pool};
+        return {statusReply(ReturnCode::TransportFailed, 0), m_pool};
 
     const int type = request.head.type;
-    auto reply = status(ReturnCode::Success, type);
+    auto reply = statusReply(ReturnCode::Success, type);
     Outcome outcome = ReturnCode::TookTooLong;
     try {
         m_store.startRequest(deadline);
@@ -116,7 +115,7 @@ Answer Service::answer(const char *bytes, unsigned int length, const Caller &cal
     if (const Pool *pool = std::get_if<Pool>(&outcome))
         return {nullptr, *pool};
     if (outcome != Outcome(ReturnCode::Success))
-        reply = status(std::get<ReturnCode>(outcome), type);
+        reply = statusReply(std::get<ReturnCode>(outcome), type);
     m_shared.statistics.record(type, Clock::now() - (deadline - requestTime()));
     return {std::move(reply), m_pool};
 }

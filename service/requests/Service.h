@@ -88,6 +88,11 @@ struct Answer
     Pool pool;
 };
 
+/// A reply that says how a request ended, and nothing else yet.
+/// @param requestType 0 where that is not known.
+std::unique_ptr<orix_places_protocol::PlacesAPIEncoder> statusReply(orix_places_protocol::ReturnCode code,
+                                                                    int requestType = 0);
+
 /// Answers requests, one after the other, on one connection to the store.
 class Service
 {

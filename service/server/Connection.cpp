@@ -29,14 +29,6 @@ namespace
 
 constexpr std::size_t READ_SIZE = 64 * 1024;
 
-std::unique_ptr<PlacesAPIEncoder> statusReply(ReturnCode code)
-{
-    auto reply = std::make_unique<PlacesAPIEncoder>();
-    reply->encode(static_cast<int>(code));
-    reply->encode(orix_places_protocol::REPLY_OFFSET);
-    return reply;
-}
-
 std::size_t sizeOf(const PlacesAPIEncoder &reply)
 {
     char *data = nullptr;

@@ -169,8 +169,8 @@ ContactBook::Snapshot ContactBook::contentsOf(const std::map<std::string, File> 
                      [](const Entry &a, const Entry &b) { return a.sortKey < b.sortKey; });
     std::vector<std::string> all;
     for (const Entry &entry : entries) {
-        for (const QString &word : words(QString::fromStdString(entry.textKey)))
-            all.push_back(word.toStdString());
+        for (std::string &word : utf8Words(QString::fromStdString(entry.textKey)))
+            all.push_back(std::move(word));
     }
     contents->words.add(std::move(all));
     return contents;

@@ -266,10 +266,7 @@ void Store::putKeys(qint64 id, const IndexEntries &entries, const std::vector<qi
     for (const IndexEntries::Property &property : entries.properties)
         execute(sql::INSERT_PROPERTY, propertyKeys.value(property.key), property.value, id);
     execute(sql::INSERT_TEXT, id, entries.textKey);
-    std::vector<std::string> words;
-    for (const QString &word : placesd::words(entries.textKey))
-        words.push_back(utf8(word));
-    m_shared.words.add(std::move(words));
+    m_shared.words.add(utf8Words(entries.textKey));
 }
 
 void Store::putRow(const PlacePrivate &place, bool isRoom, const std::string &facets, const char *sql)

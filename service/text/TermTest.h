@@ -15,6 +15,7 @@ public:
 
     /// Whether names are looked at, or all texts.
     [[nodiscard]] bool isOfNames() const { return m_reading.inNames || !hasWords(); }
+    [[nodiscard]] const Reading &reading() const { return m_reading; }
     [[nodiscard]] bool hasWords() const { return !m_expression.empty(); }
     /// Expression for a full-text index of such keys; empty without words.
     [[nodiscard]] const std::string &expression() const { return m_expression; }

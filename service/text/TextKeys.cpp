@@ -91,6 +91,14 @@ QStringList words(const QString &text)
     return found;
 }
 
+std::vector<std::string> utf8Words(const QString &text)
+{
+    std::vector<std::string> found;
+    for (const QString &word : words(text))
+        found.push_back(word.toStdString());
+    return found;
+}
+
 QString indexKey(const QString &text)
 {
     return indexKey(QStringList{text});
@@ -156,14 +164,6 @@ bool isUnspaced(uint code)
     default:
         return code == 0x30FC; // lengthens the vowel of a kana
     }
-}
-
-bool startWords(const QStringList &there, const QStringList &wanted)
-{
-    return std::all_of(wanted.begin(), wanted.end(), [&there](const QString &start) {
-        const auto word = std::lower_bound(there.begin(), there.end(), start);
-        return word != there.end() && word->startsWith(start);
-    });
 }
 
 bool hasWord(std::string_view key, std::string_view start, bool isWhole)

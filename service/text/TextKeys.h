@@ -41,12 +41,11 @@ std::string_view searchKeyIn(std::string_view indexKey);
 
 /// The words of a text, each once: runs of letters, digits, marks and pictographs.
 QStringList words(const QString &text);
+/// The same in UTF-8, as a vocabulary takes them.
+std::vector<std::string> utf8Words(const QString &text);
 
 /// Whether a code point belongs to a script that is written without spaces between words.
 bool isUnspaced(uint code);
-
-/// True when every word of `wanted` starts one of `there`, which are sorted.
-bool startWords(const QStringList &there, const QStringList &wanted);
 
 /// The beginnings of a key that end with a word but not with the key, the shortest first.
 /// @param most beginnings that are given.

@@ -40,6 +40,15 @@ QStringList sortedWords(const QString &text)
     return found;
 }
 
+/// True when every word of `wanted` starts one of `there`, which are sorted.
+bool startWords(const QStringList &there, const QStringList &wanted)
+{
+    return std::all_of(wanted.begin(), wanted.end(), [&there](const QString &start) {
+        const auto word = std::lower_bound(there.begin(), there.end(), start);
+        return word != there.end() && word->startsWith(start);
+    });
+}
+
 /// Seeded features with many of one name, weight and position, and the file of them.
 std::vector<Feature> makeFeatures(QFile &file)
 {
