@@ -24,7 +24,8 @@ enum
 };
 
 /// Opens the channel `name`. `reserved` is 0. Returns null and sets errno on failure: ENOENT when nobody serves the
-/// channel, EACCES without permission. The caller closes the channel with msgclient_close().
+/// channel, EACCES without permission, or where another user than root and the owner of the channel folder could be at
+/// the other end. The caller closes the channel with msgclient_close().
 /// @param flags 2 to wait for the server to take the connection; no other value is in use.
 struct _msgclient_open *msgclient_open(const char *name, int reserved, int flags);
 

@@ -9,6 +9,7 @@
 
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/time.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -70,6 +71,31 @@ std::string socketPath(const std::string &name)
         return {};
     }
     return path;
+}
+
+bool isFolderTrusted(uid_t &owner)
+{
+    struct stat status = {};
+    if (::lstat(folder().c_str(), &status) != 0)
+        return false;
+    owner = status.st_uid;
+    const bool isTrusted =
+        S_ISDIR(status.st_mode) && (owner == 0 || owner == ::geteuid()) && (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+    if (!isTrusted)
+        errno = EACCES;
+    return isTrusted;
+}
+
+bool isPeerTrusted(int fd, uid_t owner)
+{
+    ucred peer = {};
+    socklen_t size = sizeof peer;
+    if (::getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0)
+        return false;
+    const bool isTrusted = peer.uid == 0 || peer.uid == owner;
+    if (!isTrusted)
+        errno = EACCES;
+    return isTrusted;
 }
 
 int Descriptor::release()

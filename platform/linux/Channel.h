@@ -25,6 +25,14 @@ std::string folder();
 /// Path of a channel's socket; empty, with errno set, for a name that cannot be one or a path too long for a socket.
 std::string socketPath(const std::string &name);
 
+/// Whether nobody but this process's user and root can put sockets into the channel folder: it is a folder, no symbolic
+/// link, belongs to one of them, and others may not write to it. False with errno set, EACCES where others could.
+/// @param owner the user it belongs to.
+bool isFolderTrusted(uid_t &owner);
+
+/// Whether a connected socket leads to a process of `owner` or of root. False with errno set, EACCES for all others.
+bool isPeerTrusted(int fd, uid_t owner);
+
 /// Owns a file descriptor.
 class Descriptor
 {

@@ -33,12 +33,19 @@ namespace
 
 constexpr int FAILED = -1;
 
-/// The same errno for "no socket" and "nobody listens": to a client there is no service either way.
+/// The same errno for "no socket" and "nobody listens": to a client there is no service either way. Requests hold names
+/// and positions, so the other end has to be the folder's owner or root; the folder can change after it was looked at.
 channel::Descriptor connectTo(const std::string &path)
 {
-    channel::Descriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    if (!socket.isOpen())
+    uid_t owner = 0;
+    channel::Descriptor socket;
+    if (channel::isFolderTrusted(owner))
+        socket.reset(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    if (!socket.isOpen()) {
+        if (errno == ENOTDIR)
+            errno = ENOENT;
         return socket;
+    }
 
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
@@ -54,6 +61,8 @@ channel::Descriptor connectTo(const std::string &path)
     if (result != 0) {
         if (errno == ECONNREFUSED || errno == ENOTDIR)
             errno = ENOENT;
+        socket.reset();
+    } else if (!channel::isPeerTrusted(socket.get(), owner)) {
         socket.reset();
     }
     return socket;

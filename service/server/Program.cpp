@@ -5,6 +5,7 @@
 #include "Limits.h"
 #include "Log.h"
 #include "protocol/ProtocolTypes.h"
+#include "server/ChannelFolder.h"
 #include "server/Server.h"
 #include "server/SessionObject.h"
 #include "sources/ContactBook.h"

@@ -5,21 +5,19 @@
 #include "Limits.h"
 #include "Log.h"
 #include "protocol/ProtocolTypes.h"
+#include "server/ChannelFolder.h"
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 #include <iterator>
 #include <system_error>
 
-#include <fcntl.h>
 #include <poll.h>
 #include <sys/epoll.h>
 #include <sys/eventfd.h>
-#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -127,7 +125,7 @@ Server::~Server()
     for (std::thread &thread : m_threads)
         thread.join();
     for (const Listener &listener : m_listeners)
-        ::unlink(listener.path.c_str());
+        removeSocket(listener.path);
 }
 
 void Server::watch(int fd, unsigned int events, std::uint64_t id)
@@ -268,30 +266,6 @@ std::string Server::state()
     return text.data();
 }
 
-/// In a folder that others may write to, anybody could replace the sockets.
-static void requireOwn(const std::filesystem::path &folder)
-{
-    struct stat status = {};
-    if (::stat(folder.c_str(), &status) != 0)
-        fail("cannot look at " + folder.string());
-    if (status.st_uid != ::geteuid() || (status.st_mode & (S_IWGRP | S_IWOTH)) != 0)
-        throw std::runtime_error(folder.string() + " belongs to somebody else, or others may write to it");
-}
-
-channel::Descriptor takeChannelFolder()
-{
-    const std::filesystem::path folder = channel::folder();
-    std::filesystem::create_directories(folder.parent_path());
-    if (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST)
-        fail("cannot make " + folder.string());
-    requireOwn(folder);
-    const std::string path = folder / "placesd.lock";
-    channel::Descriptor lock(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
-    if (!lock.isOpen() || ::flock(lock.get(), LOCK_EX | LOCK_NB) != 0)
-        fail("cannot take " + path + "; another placesd may be running");
-    return lock;
-}
-
 Server::Listener listenOn(const std::string &name, bool external, unsigned int mode)
 {
     const std::string path = channel::socketPath(name);
@@ -302,8 +276,8 @@ Server::Listener listenOn(const std::string &name, bool external, unsigned int m
     address.sun_family = AF_UNIX;
     std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
     // The folder is this process's own, so a socket that is there was left behind.
-    ::unlink(path.c_str());
-    const bool bound = ::bind(socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0
+    const bool bound = removeSocket(path)
+                       && ::bind(socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0
                        && ::chmod(path.c_str(), mode) == 0 && ::listen(socket.get(), SOMAXCONN) == 0;
     if (!bound)
         fail("cannot serve " + path);

@@ -77,11 +77,8 @@ private:
     std::optional<BackgroundJob> m_vocabularyReader;
 };
 
-/// Opens the channel `name` for serving. Throws std::system_error when it cannot.
+/// Opens the channel `name` for serving, in the folder that takeChannelFolder() took. Throws std::system_error when it
+/// cannot, or when something other than a socket is in the way.
 Server::Listener listenOn(const std::string &name, bool external, unsigned int mode);
-
-/// Makes the channel folder and takes it for this process; nobody else serves its channels while the result is open.
-/// Throws std::system_error when another process has it, std::runtime_error when others could put sockets there.
-vela::system::channel::Descriptor takeChannelFolder();
 
 } // namespace placesd

@@ -113,6 +113,39 @@ TEST_F(MsgclientTest, NobodyListeningIsNoSuchChannel)
     EXPECT_EQ(errno, ENAMETOOLONG);
 }
 
+TEST_F(MsgclientTest, SendsNothingWhereOthersCouldListen)
+{
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only root can give a folder or a socket to another user";
+    constexpr uid_t OTHER = 12345;
+    const std::string folder = path().substr(0, path().rfind('/'));
+    const auto error = [&](uid_t owner, mode_t mode, uid_t listening) {
+        EXPECT_EQ(::chown(folder.c_str(), owner, 0), 0);
+        EXPECT_EQ(::chmod(folder.c_str(), mode), 0);
+        ::unlink(path().c_str());
+        const Descriptor listener = listen();
+        // The peer is who calls listen().
+        EXPECT_EQ(::seteuid(listening) + ::listen(listener.get(), 5) + ::seteuid(0), 0);
+        _msgclient_open *client = msgclient_open("test", 0, 2);
+        const int problem = client ? 0 : errno;
+        msgclient_close(client);
+        return problem;
+    };
+    EXPECT_EQ(error(0, 0700, 0), 0);
+    EXPECT_EQ(error(0, 0755, 0), 0);
+    EXPECT_EQ(error(0, 0777, 0), EACCES) << "a folder that others may write to";
+    EXPECT_EQ(error(0, 01777, 0), EACCES) << "the sticky bit lets others add a socket";
+    EXPECT_EQ(error(0, 0770, 0), EACCES) << "or that a group may write to";
+    EXPECT_EQ(error(OTHER, 0755, 0), EACCES) << "somebody else's folder";
+    EXPECT_EQ(error(0, 0755, OTHER), EACCES) << "somebody else's socket in our folder";
+    EXPECT_EQ(error(0, 0700, 0), 0);
+    std::filesystem::rename(folder, folder + ".real");
+    std::filesystem::create_directory_symlink(folder + ".real", folder);
+    EXPECT_EQ(msgclient_open("test", 0, 2), nullptr);
+    EXPECT_EQ(errno, EACCES) << "a link in its place";
+    std::filesystem::remove_all(folder + ".real");
+}
+
 TEST_F(MsgclientTest, OneHandleCarriesSeveralExchanges)
 {
     serve([](int fd) {

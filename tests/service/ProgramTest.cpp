@@ -11,6 +11,7 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtCore/QProcess>
 #include <QtCore/QTemporaryDir>
 
 #include <algorithm>
@@ -109,6 +110,49 @@ TEST(TheProgram, DoesNotStartOnArgumentsThatMakeNoSense)
         EXPECT_THAT(outcome.err, HasSubstr(row.says.toStdString()));
         EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
     }
+}
+
+TEST(TheProgram, ServesOnlyInAFolderThatNobodyElseCanReplace)
+{
+    const QTemporaryDir folder;
+    const auto path = [&](const char *name) { return folder.filePath(QLatin1String(name)); };
+    for (const char *name : {"open", "open/inner", "sticky", "shared", "mine", "blocked"})
+        ASSERT_TRUE(QDir().mkdir(path(name)));
+    const auto mode = [&](const char *name, mode_t bits) {
+        ASSERT_EQ(::chmod(path(name).toLocal8Bit().constData(), bits), 0);
+    };
+    mode("open", 0777);
+    mode("sticky", 01777);
+    mode("shared", 0770);
+    ASSERT_TRUE(QFile::link(path("mine"), path("link")));
+    ASSERT_TRUE(QFile::link(path("open"), path("door")));
+    write(path("blocked/places"), "mine");
+    const struct
+    {
+        const char *folder;
+        const char *says; ///< Null where it serves.
+    } cases[] = {
+        {"open/inner", "open belongs to somebody else, or others may write to it"},
+        {"door/inner", "open belongs to somebody else, or others may write to it"},
+        {"shared", "shared belongs to somebody else, or others may write to it"},
+        {"link", "link is not a folder"},
+        {"link/", "link is not a folder"},
+        {"blocked", "blocked/places: File exists"},
+        {"sticky/inner", nullptr},
+        {"link/inner", nullptr},
+    };
+    for (const auto &row : cases) {
+        qputenv("VELA_CHANNEL_DIR", path(row.folder).toLocal8Bit());
+        QProcess service;
+        service.start(QStringLiteral(PROGRAMS "/placesd"), {QStringLiteral("--database"), path("places.db")});
+        for (int i = 0; i < 500 && !service.waitForFinished(10) && Placesd::exchange({}).empty(); ++i) {
+        }
+        service.terminate();
+        ASSERT_TRUE(service.state() == QProcess::NotRunning || service.waitForFinished(20000));
+        EXPECT_EQ(service.exitCode(), row.says ? 1 : 0) << row.folder;
+        EXPECT_THAT(service.readAllStandardError().toStdString(), HasSubstr(row.says ? row.says : "")) << row.folder;
+    }
+    EXPECT_TRUE(QFile::exists(path("blocked/places"))) << "only sockets are removed";
 }
 
 TEST(TheProgram, ReadsContactsAgainWhenSignalled)
