@@ -70,6 +70,13 @@ constexpr std::size_t WRITE_BYTES_PER_COMMIT = 1024 * 1024;
 constexpr std::size_t IDLE_STATEMENTS_OF_TEXT = 8;
 constexpr std::size_t IDLE_STATEMENT_MEMORY = 2 * 1024 * 1024;
 
+/// Most places that came by the open channel, and most of one of its users.
+constexpr long long OPEN_PLACES = 20000;
+constexpr long long OPEN_USER_PLACES = 10000;
+/// Bytes of all of them, and of those of one user: their records and what they are found by, see Store::Share.
+constexpr long long OPEN_BYTES = 64LL * 1024 * 1024;
+constexpr long long OPEN_USER_BYTES = OPEN_BYTES / 2;
+
 /// Deepest nesting of a search rule.
 constexpr int RULE_DEPTH = 16;
 /// Most nodes of a search or sort rule.

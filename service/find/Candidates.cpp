@@ -119,8 +119,8 @@ qint64 Candidates::storedIdOf(const FoundPlace &place, const QString &key, std::
     const QString type = data.auxiliaryData().first().type();
     auto stored = m_stored.find(type);
     if (stored == m_stored.end())
-        stored = m_stored.emplace(type, m_store.storedOrigins(type, static_cast<qint64>(expected))).first;
-    return stored->second ? stored->second->value(key, NONE) : m_store.storedIdOf(*place);
+        stored = m_stored.emplace(type, m_store.storedOrigins(type, static_cast<qint64>(expected), m_external)).first;
+    return stored->second ? stored->second->value(key, NONE) : m_store.storedIdOf(*place, m_external);
 }
 
 const CandidateRow *Candidates::row(qint64 id) const

@@ -30,6 +30,7 @@ public:
     [[nodiscard]] bool isStored() const override { return false; }
     [[nodiscard]] std::string_view nameKey() const override;
     [[nodiscard]] std::string_view sortKey() const override;
+    [[nodiscard]] vela::system::SecurityPerimeter::Type perimeter() const override { return {}; }
     [[nodiscard]] int persistenceMask() const override { return 0; }
     [[nodiscard]] qint64 usageCount() const override { return 0; }
     [[nodiscard]] qint64 lastUsedTime() const override { return 0; }
@@ -54,8 +55,10 @@ private:
 class Candidates
 {
 public:
-    explicit Candidates(Store &store)
+    /// @param external whether they are for the open channel: to it a stored place that it does not know is none.
+    explicit Candidates(Store &store, bool external = false)
         : m_store(store)
+        , m_external(external)
     {}
 
     /// Adds what a source gave for a leaf.
@@ -75,6 +78,7 @@ private:
     void add(int source, const FoundPlace &place, std::size_t expected);
 
     Store &m_store;
+    const bool m_external;
     std::deque<CandidateRow> m_rows;
     QHash<QString, qint64> m_known; ///< Ids by what a place is known by at its source.
     /// The stored places of a type, where they are few, by the same.

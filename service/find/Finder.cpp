@@ -22,6 +22,7 @@ namespace placesd
 {
 
 using namespace vela::platform::places;
+using orix_places_protocol::Perimeter;
 using orix_places_protocol::SearchRuleKind;
 using orix_places_protocol::SortRuleKind;
 
@@ -137,7 +138,7 @@ Finder::ReturnCode Finder::makeSearches(bool isFirstBatch)
     if (m_sources.size() > limits::RULE_SOURCES || m_order.criteria() > limits::SORT_CRITERIA)
         return ReturnCode::LimitExceeded;
     m_searches.clear();
-    m_candidates = std::make_unique<Candidates>(m_store);
+    m_candidates = std::make_unique<Candidates>(m_store, m_external);
     RuleCompiler compiler(m_store, *m_candidates, m_terms, m_external);
     const std::vector<const Rule *> rules = concatenated(m_query.rule);
     for (std::size_t i = 0; i < rules.size(); ++i)
@@ -158,9 +159,10 @@ ConditionPtr Finder::conditionOf(RuleCompiler &compiler, const std::vector<const
         conditions.push_back(std::make_unique<FoundCondition>(*m_candidates, FoundCondition::ANY));
         conditions.push_back(std::make_unique<Not>(compiler.compileWithoutProviders(m_query.rule)));
     }
-    // The external channel knows only what was saved.
     if (m_external)
-        conditions.push_back(std::make_unique<SavedCondition>());
+        conditions.push_back(std::make_unique<OpenCondition>(m_store));
+    if (m_query.perimeter != Perimeter::Default)
+        conditions.push_back(std::make_unique<PerimeterCondition>(m_query.perimeter));
     return conditions.size() == 1 ? std::move(conditions.front()) : std::make_unique<AllOf>(std::move(conditions));
 }
 

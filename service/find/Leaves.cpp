@@ -266,14 +266,37 @@ std::optional<qint64> BucketCondition::count(Store &store) const
     return store.placeCount(PlacePrivate::InRecentBucket);
 }
 
-bool SavedCondition::test(const PlaceRow &row) const
+// ------------------------------------------------------------------------------------- who may see what is stored
+
+bool PerimeterCondition::test(const PlaceRow &row) const
 {
-    return !row.isStored() || (row.persistenceMask() & PlacePrivate::ExplicitlySaved) != 0;
+    return !row.isStored() || orix_places_protocol::fromSystemPerimeter(row.perimeter()) == m_perimeter;
 }
 
-std::optional<qint64> SavedCondition::count(Store &store) const
+OpenCondition::OpenCondition(Store &store)
+    : m_isPrivate{FacetKind::Quality, TextTest(SearchOperator::Equals, QLatin1String(PRIVATE)), {}}
 {
+    m_isPrivate.numbers =
+        std::make_shared<const std::vector<qint64>>(store.facets().find(m_isPrivate.kind, m_isPrivate.text));
+}
+
+bool OpenCondition::test(const PlaceRow &row) const
+{
+    return !row.isStored()
+           || ((row.persistenceMask() & PlacePrivate::ExplicitlySaved) != 0 && !row.passes(m_isPrivate));
+}
+
+std::optional<qint64> OpenCondition::count(Store &store) const
+{
+    // Private places are counted as such whether they are saved or not.
+    if (!m_isPrivate.numbers->empty())
+        return {};
     return store.placeCount(PlacePrivate::ExplicitlySaved);
+}
+
+bool OwnersCondition::test(const PlaceRow &row) const
+{
+    return row.isStored() && !(m_hasGuests && m_store.isGuest(row.id()));
 }
 
 // ----------------------------------------------------------------------------------------------- what sources gave

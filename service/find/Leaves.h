@@ -3,6 +3,7 @@
 
 #include "find/Condition.h"
 #include "find/SearchTerm.h"
+#include "store/Store.h"
 
 #include <QtCore/QString>
 
@@ -118,13 +119,49 @@ public:
     [[nodiscard]] std::optional<qint64> count(Store &store) const override;
 };
 
-/// The stored places that were saved, and all that is not stored.
-class SavedCondition : public Condition
+/// The stored places of a perimeter, and all that is not stored.
+class PerimeterCondition : public Condition
 {
 public:
+    explicit PerimeterCondition(orix_places_protocol::Perimeter perimeter)
+        : m_perimeter(perimeter)
+    {}
+    [[nodiscard]] bool test(const PlaceRow &row) const override;
+    [[nodiscard]] int cost() const override { return 1; }
+
+private:
+    const orix_places_protocol::Perimeter m_perimeter;
+};
+
+/// The stored places that the open channel knows: saved and not private; and all that is not stored.
+class OpenCondition : public Condition
+{
+public:
+    explicit OpenCondition(Store &store);
     [[nodiscard]] bool test(const PlaceRow &row) const override;
     [[nodiscard]] int cost() const override { return 1; }
     [[nodiscard]] std::optional<qint64> count(Store &store) const override;
+
+private:
+    FacetTest m_isPrivate;
+};
+
+/// The stored places that the owner's channel added.
+class OwnersCondition : public Condition
+{
+public:
+    /// @param store outlives the condition.
+    explicit OwnersCondition(Store &store)
+        : m_store(store)
+        , m_hasGuests(store.hasGuests())
+    {}
+    [[nodiscard]] bool test(const PlaceRow &row) const override;
+    [[nodiscard]] int cost() const override { return m_hasGuests ? RowSource::WHOLE_ROW : 0; }
+    [[nodiscard]] bool passesAllStored() const override { return !m_hasGuests; }
+
+private:
+    Store &m_store;
+    const bool m_hasGuests;
 };
 
 /// Stored places only.

@@ -47,6 +47,8 @@ struct Query
     Sort sort;
     int providerPrimaryIndex = -1;
     int providerSecondaryIndex = -1;
+    /// Of the stored places that are looked at; the default one is all.
+    orix_places_protocol::Perimeter perimeter = orix_places_protocol::Perimeter::Default;
 };
 
 } // namespace placesd

@@ -137,7 +137,7 @@ ConditionPtr RuleCompiler::leaf(const Rule &rule)
 }
 
 /// A leaf that finds what is not stored finds a stored place too when that is what it found; and some look among the
-/// stored places on their own account.
+/// stored places on their own account: among the owner's, or every application could add contacts and rooms.
 ConditionPtr RuleCompiler::sourceLeaf(const Rule &rule)
 {
     const SourceKind kind = sourceKindOf(rule);
@@ -151,7 +151,7 @@ ConditionPtr RuleCompiler::sourceLeaf(const Rule &rule)
                               ? facet(FacetKind::Type, SearchOperator::Equals, AuxiliaryData::TypeContact)
                               : facet(FacetKind::Quality, SearchOperator::Equals, QLatin1String(ROOM));
     ConditionPtr stored = std::make_unique<AllOf>(
-        list(ConditionPtr(new StoredCondition), name(SearchOperator::Contains, rule.text), std::move(ofKind)));
+        list(ConditionPtr(new OwnersCondition(m_store)), name(SearchOperator::Contains, rule.text), std::move(ofKind)));
     return std::make_unique<AnyOf>(list(std::move(stored), std::move(found)));
 }
 

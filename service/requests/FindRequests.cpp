@@ -24,6 +24,7 @@ Service::Outcome Service::findPlaces(Request &request, Encoder &reply)
     Query query;
     if (!request.reader.readQuery(query))
         return request.reader.problem();
+    query.perimeter = request.head.perimeter;
     if (query.count < 0 || query.count > limits::PAGE_SIZE || query.offset < 0)
         return ReturnCode::LimitExceeded;
     const int offset = query.offset;
@@ -61,6 +62,7 @@ Service::Outcome Service::findPlacesSize(Request &request, Encoder &reply)
     Query query;
     if (!request.reader.readQuery(query))
         return request.reader.problem();
+    query.perimeter = request.head.perimeter;
     const PlaceSources sources{m_shared.providers, m_shared.contacts.get()};
     Finder finder(m_store, sources, std::move(query), request.caller.external, request.deadline);
     if (finder.takesLong() && m_pool != Pool::Slow)

@@ -15,6 +15,17 @@ using vela::platform::places::PlaceId;
 using vela::platform::places::PlacePrivate;
 namespace Tags = vela::platform::places::Tags;
 
+namespace
+{
+
+bool isBeyondShare(const Store::Shares &shares)
+{
+    return shares.user.places > limits::OPEN_USER_PLACES || shares.user.bytes > limits::OPEN_USER_BYTES
+           || shares.all.places > limits::OPEN_PLACES || shares.all.bytes > limits::OPEN_BYTES;
+}
+
+} // namespace
+
 Service::Outcome Service::addPlace(Request &request, Encoder &reply)
 {
     std::unique_ptr<Place> place;
@@ -23,8 +34,7 @@ Service::Outcome Service::addPlace(Request &request, Encoder &reply)
     if (place->isPersisted())
         return ReturnCode::AlreadyStored;
     PlacePrivate &data = *PlacePrivate::privateFromPublic(place.get());
-    dropWhatIsNotStored(data);
-    if (const ReturnCode problem = accept(data); problem != ReturnCode::Success)
+    if (const ReturnCode problem = acceptPlace(*place, request); problem != ReturnCode::Success)
         return problem;
 
     if (const ReturnCode problem = permit(request.head.perimeter, data.securityPerimeter());
@@ -36,13 +46,13 @@ Service::Outcome Service::addPlace(Request &request, Encoder &reply)
     // Picking a place is a use of it: what was picked just now comes first among what was picked.
     if (data.persistenceMask() == PlacePrivate::InRecentBucket && data.lastUsedTime() == 0)
         data.setLastUsedTime(data.createdTime());
-    m_store.write([&] {
-        m_store.rememberTerm(data.takeSearchTerm());
-        m_store.insert(*place);
-        return true;
+    const ReturnCode code = writeWithinShare(request, [&] {
+        rememberTerm(data.takeSearchTerm(), request);
+        m_store.insert(*place, request.caller.external ? std::optional(request.caller.user) : std::nullopt);
+        return ReturnCode::Success;
     });
     reply.encode(place->id());
-    return ReturnCode::Success;
+    return code;
 }
 
 Service::Outcome Service::updatePlace(Request &request, Encoder &)
@@ -51,13 +61,15 @@ Service::Outcome Service::updatePlace(Request &request, Encoder &)
     if (!request.reader.readPlace(place))
         return request.reader.problem();
     PlacePrivate &fresh = *PlacePrivate::privateFromPublic(place.get());
-    dropWhatIsNotStored(fresh);
-    if (const ReturnCode problem = accept(fresh); problem != ReturnCode::Success)
+    if (const ReturnCode problem = acceptPlace(*place, request); problem != ReturnCode::Success)
         return problem;
 
     return change(place->id(), request, [&](Place &stored) {
         PlacePrivate &data = *PlacePrivate::privateFromPublic(&stored);
-        m_store.rememberTerm(fresh.takeSearchTerm());
+        rememberTerm(fresh.takeSearchTerm(), request);
+        // The recent bucket is the owner's.
+        if (request.caller.external && data.isInRecentBucket())
+            fresh.setPersistenceMask(fresh.persistenceMask() | PlacePrivate::InRecentBucket);
         // What the service itself counts stays: the sender may not have the latest.
         fresh.setCreatedTime(data.createdTime());
         fresh.setUpdatedTime(now());
@@ -79,7 +91,7 @@ Service::Outcome Service::removePlace(Request &request, Encoder &)
     ReturnCode code = ReturnCode::Success;
     m_shared.hasRemovedWords = true;
     m_store.write([&] {
-        code = permitPlace(id, request);
+        code = permitChange(id, request);
         return code == ReturnCode::Success && m_store.remove(id);
     });
     return code;
@@ -93,7 +105,7 @@ Service::Outcome Service::incrementUsage(Request &request, Encoder &)
         return request.reader.problem();
     return change(id, request, [&](Place &place) {
         PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
-        m_store.rememberTerm(searchTerm);
+        rememberTerm(searchTerm, request);
         data.setLastUsedTime(now());
         if (data.usageCount() < std::numeric_limits<int>::max())
             data.incrementUsageCount();
@@ -135,7 +147,7 @@ Service::Outcome Service::getPlace(Request &request, Encoder &reply)
     const Outcome outcome = id == PlaceId::UNDEFINED_PERSISTED_ID
                                 ? answerWith(externalId, type, Coordinates(), request, reply)
                                 : encodeStored(id, request, reply);
-    if (outcome != Outcome(ReturnCode::Success) || searchTerm.isEmpty())
+    if (outcome != Outcome(ReturnCode::Success) || searchTerm.isEmpty() || request.caller.external)
         return outcome;
     if (m_pool == Pool::Fast)
         return Pool::Writer;
@@ -161,26 +173,61 @@ ReturnCode Service::permitPlace(qint64 id, const Request &request)
 
 ReturnCode Service::permitPlace(const Store::Standing &standing, const Request &request)
 {
-    // The external channel knows only what was saved.
-    const bool isKnown = !request.caller.external || (standing.persistenceMask & PlacePrivate::ExplicitlySaved) != 0;
+    const bool isKnown = !request.caller.external || standing.isOpen();
     return isKnown ? permit(request.head.perimeter, standing.perimeter) : ReturnCode::NoSuchPlace;
+}
+
+ReturnCode Service::permitChange(qint64 id, const Request &request)
+{
+    const std::optional<Store::Standing> standing = m_store.standingOf(id);
+    const ReturnCode code = standing ? permitPlace(*standing, request) : ReturnCode::NoSuchPlace;
+    const bool isOwn = !request.caller.external || (standing && standing->guest == request.caller.user);
+    return code == ReturnCode::Success && !isOwn ? ReturnCode::NotPermitted : code;
+}
+
+ReturnCode Service::acceptPlace(Place &place, const Request &request)
+{
+    PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
+    dropWhatIsNotStored(data);
+    const ReturnCode code = accept(data);
+    return code == ReturnCode::Success && request.caller.external ? acceptFromGuest(data) : code;
+}
+
+void Service::rememberTerm(const QString &term, const Request &request)
+{
+    if (!request.caller.external)
+        m_store.rememberTerm(term);
+}
+
+ReturnCode Service::writeWithinShare(const Request &request, const std::function<ReturnCode()> &work)
+{
+    ReturnCode code = ReturnCode::Success;
+    m_store.write([&] {
+        if (!request.caller.external)
+            return (code = work()) == ReturnCode::Success;
+        const qint64 before = m_store.sharesOf(request.caller.user).user.bytes;
+        code = work();
+        // The owner may have made a place larger than the share; what does not grow goes on.
+        const Store::Shares after = m_store.sharesOf(request.caller.user);
+        if (code == ReturnCode::Success && after.user.bytes > before && isBeyondShare(after))
+            code = ReturnCode::LimitExceeded;
+        return code == ReturnCode::Success;
+    });
+    return code;
 }
 
 ReturnCode Service::change(qint64 id, const Request &request, const Change &change)
 {
-    ReturnCode code = ReturnCode::Success;
-    m_store.write([&] {
-        code = permitPlace(id, request);
-        if (code != ReturnCode::Success)
-            return false;
+    return writeWithinShare(request, [&] {
+        if (const ReturnCode code = permitChange(id, request); code != ReturnCode::Success)
+            return code;
         const std::unique_ptr<Place> before = m_store.place(id);
         const std::unique_ptr<Place> after = m_store.place(id);
-        code = change(*after);
+        const ReturnCode code = change(*after);
         if (code == ReturnCode::Success)
             m_store.update(*after, *before);
-        return code == ReturnCode::Success;
+        return code;
     });
-    return code;
 }
 
 ReturnCode Service::encodeStored(qint64 id, const Request &request, Encoder &reply)

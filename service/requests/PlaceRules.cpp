@@ -95,6 +95,16 @@ ReturnCode accept(const PlacePrivate &place)
     return ReturnCode::Success;
 }
 
+ReturnCode acceptFromGuest(PlacePrivate &place)
+{
+    if (!place.isExplicitlySaved() || place.isPrivate())
+        return ReturnCode::PlaceNotAcceptable;
+    place.setPersistenceMask(PlacePrivate::ExplicitlySaved);
+    place.setUsageCount(0);
+    place.setLastUsedTime(0);
+    return ReturnCode::Success;
+}
+
 void dropWhatIsNotStored(PlacePrivate &place)
 {
     removeIf(place.m_auxiliaryData, [](const AuxiliaryData &record) { return !record.isPersistable(); });

@@ -82,7 +82,8 @@ Service::Outcome Service::answerWith(const QString &externalId, const QString &t
 {
     if (externalId.isEmpty())
         return ReturnCode::NoSuchPlace;
-    if (const qint64 id = m_store.idOf(externalId, type); id != PlaceId::UNDEFINED_PERSISTED_ID)
+    if (const qint64 id = m_store.idOf(externalId, type, request.caller.external);
+        id != PlaceId::UNDEFINED_PERSISTED_ID)
         return encodeStored(id, request, reply);
     if (type == AuxiliaryData::TypeContact)
         return request.caller.external ? ReturnCode::NoSuchPlace : answerWithContact(externalId, request, reply);
@@ -111,7 +112,7 @@ ReturnCode Service::answerWith(const ProvidersAnswer &answer, const Request &req
     if (answer.places.empty())
         return answer.code == ReturnCode::Success ? ReturnCode::NoSuchPlace : answer.code;
     const Place &place = *answer.places.front();
-    if (const qint64 id = m_store.storedIdOf(place); id != PlaceId::UNDEFINED_PERSISTED_ID)
+    if (const qint64 id = m_store.storedIdOf(place, request.caller.external); id != PlaceId::UNDEFINED_PERSISTED_ID)
         return encodeStored(id, request, reply);
     makeRoom(reply, request);
     reply.encodePlace(place);

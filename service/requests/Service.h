@@ -171,9 +171,18 @@ private:
     ReturnCode addRemoteData(const AuxiliaryQuery &query, const Place *place, Deadline deadline,
                              QList<vela::platform::places::AuxiliaryData> &found) const;
 
-    /// Whether a request may see or change a stored place.
+    /// Whether a request may see a stored place.
     ReturnCode permitPlace(qint64 id, const Request &request);
     static ReturnCode permitPlace(const Store::Standing &standing, const Request &request);
+    /// Whether it may change the place: by the open channel only users who added it there.
+    ReturnCode permitChange(qint64 id, const Request &request);
+    /// Whether a place that a request brings can be stored; drops what is not stored.
+    static ReturnCode acceptPlace(Place &place, const Request &request);
+    /// Keeps a search term of the owner's channel.
+    void rememberTerm(const QString &term, const Request &request);
+    /// Runs `work`, which may store more, as one write. Takes it back when it fails, or when the open channel or one of
+    /// its users then have more than their share.
+    ReturnCode writeWithinShare(const Request &request, const std::function<ReturnCode()> &work);
     ReturnCode encodeStored(qint64 id, const Request &request, Encoder &reply);
     /// Lets a reply grow to the room that it may take without being copied at each step.
     static void makeRoom(Encoder &reply, const Request &request);

@@ -51,8 +51,10 @@ ReturnCode Service::changeTag(Request &request, bool add)
 Service::Outcome Service::getTags(Request &request, Encoder &reply)
 {
     const auto snapshot = m_store.snapshot();
-    const auto row = m_store.statements().take(sql::SELECT_TEXTS);
+    const auto row = m_store.statements().take(request.caller.external ? sql::SELECT_OPEN_TEXTS : sql::SELECT_TEXTS);
     row->bind(1, static_cast<int>(FacetKind::Tag));
+    if (request.caller.external)
+        row->bind(2, static_cast<int>(request.head.perimeter));
     int count = 0;
     std::size_t size = ROOM_FOR_REST;
     while (row->executeStep()) {

@@ -20,13 +20,15 @@ enum class FacetKind
     Owner = 1, ///< Of each place one, which may be empty.
     Tag = 2,
     Type = 3,        ///< Of an auxiliary record.
-    Quality = 4,     ///< ROOM.
+    Quality = 4,     ///< ROOM or PRIVATE.
     Persistence = 5, ///< The persistence mask, in digits; counted, but no places are listed.
     PropertyKey = 6  ///< A key of an auxiliary record, without case and accents; counted only, as well.
 };
 
-/// The one quality that there is: a contact or an appointment says of itself that it is a room.
+/// A quality: a contact or an appointment says of itself that it is a room.
 constexpr char ROOM[] = "room";
+/// A quality: the place is for the owner's channel alone.
+constexpr char PRIVATE[] = "private";
 
 /// Whether the places of a facet are listed.
 constexpr bool isListed(FacetKind kind)

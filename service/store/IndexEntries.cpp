@@ -141,6 +141,8 @@ IndexEntries IndexEntries::of(const PlacePrivate &place)
     addAll(FacetKind::PropertyKey, keys);
     if (entries.isRoom)
         addAll(FacetKind::Quality, {QLatin1String(ROOM)});
+    if (place.isPrivate())
+        addAll(FacetKind::Quality, {QLatin1String(PRIVATE)});
     entries.textKey = textKeyOf(place);
     return entries;
 }

@@ -24,6 +24,7 @@ public:
     [[nodiscard]] bool isStored() const override { return true; }
     [[nodiscard]] std::string_view nameKey() const override { return m_nameKey ? *m_nameKey : whole().nameKey(); }
     [[nodiscard]] std::string_view sortKey() const override { return whole().sortKey(); }
+    [[nodiscard]] vela::system::SecurityPerimeter::Type perimeter() const override { return whole().perimeter(); }
     [[nodiscard]] int persistenceMask() const override { return whole().persistenceMask(); }
     [[nodiscard]] qint64 usageCount() const override { return whole().usageCount(); }
     [[nodiscard]] qint64 lastUsedTime() const override { return whole().lastUsedTime(); }

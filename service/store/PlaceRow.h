@@ -6,6 +6,8 @@
 #include "text/TermTest.h"
 #include "text/TextKeys.h"
 
+#include <vela/system/SecurityPerimeter.h>
+
 #include <QtCore/QList>
 
 #include <functional>
@@ -55,6 +57,7 @@ public:
     [[nodiscard]] virtual bool isStored() const = 0;
     [[nodiscard]] virtual std::string_view nameKey() const = 0; ///< Index key.
     [[nodiscard]] virtual std::string_view sortKey() const = 0; ///< Without case.
+    [[nodiscard]] virtual vela::system::SecurityPerimeter::Type perimeter() const = 0;
     [[nodiscard]] virtual int persistenceMask() const = 0;
     [[nodiscard]] virtual qint64 usageCount() const = 0;
     [[nodiscard]] virtual qint64 lastUsedTime() const = 0;

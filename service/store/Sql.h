@@ -114,14 +114,37 @@ WHEN old.latitude IS NOT new.latitude OR old.longitude IS NOT new.longitude BEGI
 END;
 )sql";
 
-/// What version 4 added: the words of all texts of a place, names included. The index keeps no text, so who removes a
-/// place from it says what the text was.
+/// What version 4 added: the words of all texts of a place, names included, and who added it. The index keeps no text,
+/// so who removes a place from it says what the text was.
 constexpr char TEXT_TABLES[] = R"sql(
 CREATE VIRTUAL TABLE text_index USING fts5(
     text_key, content='', prefix='1 2 3', detail=none, columnsize=0,
     tokenize="unicode61 remove_diacritics 0 categories 'L* N* M* Co So'");
 CREATE VIRTUAL TABLE word USING fts5vocab(text_index, row);
 CREATE TABLE key_rules(version TEXT NOT NULL);  -- by which the keys of all tables were made
+
+CREATE TABLE guest(                             -- places that came by the open channel
+    place INTEGER PRIMARY KEY REFERENCES place(id) ON DELETE CASCADE,
+    user  INTEGER NOT NULL,                     -- who added it
+    bytes INTEGER NOT NULL                      -- of its records and of what it is found by
+);
+CREATE TABLE guest_share(user INTEGER PRIMARY KEY, places INTEGER NOT NULL, bytes INTEGER NOT NULL);
+CREATE TRIGGER guest_added AFTER INSERT ON guest BEGIN
+    INSERT INTO guest_share VALUES (new.user, 1, new.bytes)
+        ON CONFLICT(user) DO UPDATE SET places = places + 1, bytes = bytes + new.bytes;
+END;
+CREATE TRIGGER guest_changed AFTER UPDATE OF bytes ON guest BEGIN
+    UPDATE guest_share SET bytes = bytes + new.bytes - old.bytes WHERE user = new.user;
+END;
+CREATE TRIGGER guest_removed AFTER DELETE ON guest BEGIN
+    UPDATE guest_share SET places = places - 1, bytes = bytes - old.bytes WHERE user = old.user;
+    DELETE FROM guest_share WHERE user = old.user AND places <= 0;
+END;
+CREATE VIEW standing AS                         -- what decides who may see or change a place; user NULL for the owner's
+    SELECT place.id, perimeter, mask, guest.user, EXISTS (
+        SELECT 1 FROM facet JOIN place_of_facet f ON f.facet = facet.id WHERE facet.kind = 4 AND facet.text = 'private'
+        AND f.usage_count = place.usage_count AND f.last_used = place.last_used AND f.place = place.id) AS private
+    FROM place LEFT JOIN guest ON guest.place = place.id;
 PRAGMA user_version = 4;
 )sql";
 
@@ -162,9 +185,18 @@ constexpr char UPDATE_PLACE[] =
     " WHERE id = ?15";
 constexpr char DELETE_PLACE[] = "DELETE FROM place WHERE id = ?1";
 constexpr char SELECT_ROW[] = "SELECT * FROM place WHERE id = ?1";
-constexpr char SELECT_STANDING[] = "SELECT perimeter, mask FROM place WHERE id = ?1";
+constexpr char SELECT_STANDING[] = "SELECT perimeter, mask, user, private FROM standing WHERE id = ?1";
 constexpr char SELECT_STANDING_AND_RECORD[] =
-    "SELECT perimeter, mask, full_record FROM place JOIN record ON record.place = place.id WHERE place.id = ?1";
+    "SELECT perimeter, mask, user, private, full_record FROM standing JOIN record ON record.place = standing.id"
+    " WHERE standing.id = ?1";
+constexpr char INSERT_GUEST[] = "INSERT INTO guest(place, user, bytes) VALUES (?1, ?2, 0)";
+constexpr char SET_GUEST_BYTES[] = "UPDATE guest SET bytes = ?2 WHERE place = ?1";
+constexpr char SELECT_GUEST[] = "SELECT 1 FROM guest WHERE place = ?1";
+constexpr char SELECT_ANY_GUEST[] = "SELECT 1 FROM guest LIMIT 1";
+/// Of a user, and of all.
+constexpr char SELECT_SHARES[] =
+    "SELECT total(places) FILTER (WHERE user = ?1), total(bytes) FILTER (WHERE user = ?1), total(places), total(bytes)"
+    " FROM guest_share";
 constexpr char SELECT_RECENT_BUCKET[] = "SELECT id FROM place WHERE mask & 1";
 
 constexpr char PUT_RECORDS[] = "INSERT OR REPLACE INTO record(place, full_record, header) VALUES (?1, ?2, ?3)";
@@ -191,6 +223,11 @@ constexpr char DELETE_UNUSED_FACET[] = "DELETE FROM facet WHERE id = ?1 AND plac
 constexpr char SELECT_FACET[] = "SELECT id, text, places FROM facet WHERE kind = ?1 AND text = ?2";
 constexpr char SELECT_FACETS[] = "SELECT id, text, places FROM facet WHERE kind = ?1 ORDER BY text";
 constexpr char SELECT_TEXTS[] = "SELECT text FROM facet WHERE kind = ?1 ORDER BY text";
+/// Of places that the open channel knows, see Store::Standing; of perimeter ?2 alone if that is not 0.
+constexpr char SELECT_OPEN_TEXTS[] =
+    "SELECT text FROM facet WHERE kind = ?1 AND EXISTS (SELECT 1 FROM place_of_facet f JOIN standing s ON s.id = "
+    "f.place"
+    " WHERE f.facet = facet.id AND s.mask & 2 AND NOT s.private AND (?2 = 0 OR s.perimeter = ?2)) ORDER BY text";
 constexpr char COUNT_OF_FACET[] = "SELECT places FROM facet WHERE id = ?1";
 constexpr char INSERT_PLACE_OF_FACET[] =
     "INSERT INTO place_of_facet(facet, usage_count, last_used, place) VALUES (?1, ?2, ?3, ?4)";
@@ -215,11 +252,18 @@ constexpr char SELECT_WORDS[] = "SELECT term FROM word";
 constexpr char SELECT_KEY_RULES[] = "SELECT version FROM key_rules";
 constexpr char DELETE_KEY_RULES[] = "DELETE FROM key_rules";
 constexpr char INSERT_KEY_RULES[] = "INSERT INTO key_rules(version) VALUES (?1)";
+// Only the owner's places are what a contact or a provider gives. The parameter after the equal ones is 1 for those
+// alone that the open channel knows.
 constexpr char SELECT_BY_EXTERNAL_ID[] =
-    "SELECT min(place) FROM origin WHERE external_id = ?1 AND type = ?2 HAVING count(*) > 0";
+    "SELECT min(place) FROM origin JOIN standing s ON s.id = origin.place WHERE external_id = ?1 AND type = ?2"
+    " AND s.user IS NULL AND (?3 = 0 OR (s.mask & 2 AND NOT s.private)) HAVING count(*) > 0";
 constexpr char SELECT_BY_SOURCE[] =
-    "SELECT place FROM origin WHERE external_id = ?1 AND type = ?2 AND provider = ?3 ORDER BY place LIMIT 1";
-constexpr char SELECT_ORIGINS[] = "SELECT provider, external_id, place FROM origin WHERE type = ?1 ORDER BY place DESC";
+    "SELECT place FROM origin JOIN standing s ON s.id = origin.place WHERE external_id = ?1 AND type = ?2 AND provider "
+    "="
+    " ?3 AND s.user IS NULL AND (?4 = 0 OR (s.mask & 2 AND NOT s.private)) ORDER BY place LIMIT 1";
+constexpr char SELECT_ORIGINS[] =
+    "SELECT provider, external_id, place FROM origin JOIN standing s ON s.id = origin.place WHERE type = ?1"
+    " AND s.user IS NULL AND (?2 = 0 OR (s.mask & 2 AND NOT s.private)) ORDER BY place DESC";
 
 // Search terms.
 constexpr char REMEMBER_TERM[] = "INSERT OR REPLACE INTO search_term(term, key, used)"
@@ -240,6 +284,11 @@ constexpr char CHECK_TEXT_INDEX[] = "INSERT INTO text_index(text_index) VALUES (
 constexpr char COUNT_PLACES_WITHOUT_RECORD[] = "SELECT count(*) FROM place WHERE id NOT IN (SELECT place FROM record)";
 constexpr char COUNT_WRONG_FACETS[] =
     "SELECT count(*) FROM facet WHERE id < 1 OR places NOT BETWEEN 1 AND (SELECT count(*) FROM place)";
+constexpr char COUNT_WRONG_GUESTS[] =
+    "SELECT (SELECT count(*) FROM guest WHERE bytes < 0 OR place NOT IN (SELECT id FROM place))"
+    " + (SELECT count(*) FROM (SELECT * FROM guest_share"
+    " EXCEPT SELECT user, count(*), sum(bytes) FROM guest GROUP BY user))"
+    " + (SELECT count(*) FROM (SELECT user FROM guest EXCEPT SELECT user FROM guest_share))";
 /// Ids from 2^62 on are those of what is not stored; those of stored places have been given.
 constexpr char COUNT_WRONG_IDS[] =
     "SELECT (SELECT count(*) FROM place WHERE id < 1 OR id > (SELECT place FROM last_id))"

@@ -94,10 +94,21 @@ private:
     bool m_isKept = false;
 };
 
-/// Perimeter and mask, the first columns of a row.
+/// The first columns of a row of `standing`.
 Store::Standing standingIn(SQLite::Statement &row)
 {
-    return {static_cast<vela::system::SecurityPerimeter::Type>(row.getColumn(0).getInt()), row.getColumn(1).getInt()};
+    const SQLite::Column user = row.getColumn(2);
+    return {static_cast<vela::system::SecurityPerimeter::Type>(row.getColumn(0).getInt()), row.getColumn(1).getInt(),
+            user.isNull() ? std::nullopt : std::optional(static_cast<uid_t>(user.getInt64())),
+            row.getColumn(3).getInt() != 0};
+}
+
+/// Bytes that a place takes, about: small entries of an index cost more than their text.
+qint64 sizeOf(const IndexEntries &entries, const std::string &fullRecord, const std::string &header)
+{
+    constexpr std::size_t ENTRY_SIZE = 64;
+    const std::size_t count = entries.facets.size() + entries.properties.size() + entries.origins.size();
+    return static_cast<qint64>(fullRecord.size() + header.size() + count * ENTRY_SIZE) + entries.textKey.size();
 }
 
 template <typename List>
@@ -181,11 +192,11 @@ bool Store::write(const std::function<bool()> &work)
 
 // --------------------------------------------------------------------------------------------------------- places
 
-void Store::insert(Place &place)
+void Store::insert(Place &place, std::optional<uid_t> guest)
 {
     forgetForeignIds(place, Place());
     giveIds(place, true);
-    put(place, sql::INSERT_PLACE);
+    put(place, sql::INSERT_PLACE, guest);
 }
 
 void Store::update(Place &place, const Place &before)
@@ -231,21 +242,30 @@ void Store::giveIds(Place &place, bool isNew)
     }
 }
 
-void Store::put(const Place &place, const char *sql)
+void Store::put(const Place &place, const char *sql, std::optional<uid_t> guest)
 {
     const PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
     const IndexEntries entries = IndexEntries::of(data);
     const std::vector<qint64> numbers = addFacets(entries);
-    for (std::size_t i = 0; i < numbers.size(); ++i) {
-        if (isListed(entries.facets[i].kind))
-            execute(sql::INSERT_PLACE_OF_FACET, numbers[i], data.usageCount(), static_cast<qint64>(data.lastUsedTime()),
-                    place.id());
-    }
+    for (std::size_t i = 0; i < numbers.size(); ++i)
+        listFacet(entries.facets[i].kind, numbers[i], data);
     putRow(data, entries.isRoom, FacetNumbers::pack(numbers), sql);
     putKeys(place.id(), entries, numbers);
     for (const IndexEntries::Origin &origin : entries.origins)
         execute(sql::INSERT_ORIGIN, origin.externalId, origin.type, origin.provider, place.id());
-    putRecords(place.id(), fullRecordOf(place), headerOf(place));
+    const std::string fullRecord = fullRecordOf(place);
+    const std::string header = headerOf(place);
+    putRecords(place.id(), fullRecord, header);
+    if (guest)
+        execute(sql::INSERT_GUEST, place.id(), qint64{*guest});
+    execute(sql::SET_GUEST_BYTES, place.id(), sizeOf(entries, fullRecord, header));
+}
+
+void Store::listFacet(FacetKind kind, qint64 number, const PlacePrivate &place)
+{
+    if (isListed(kind))
+        execute(sql::INSERT_PLACE_OF_FACET, number, place.usageCount(), static_cast<qint64>(place.lastUsedTime()),
+                place.id());
 }
 
 std::vector<qint64> Store::addFacets(const IndexEntries &entries)
@@ -347,6 +367,32 @@ void Store::clearRecentBucket()
     }
 }
 
+bool Store::Standing::isOpen() const
+{
+    return (persistenceMask & PlacePrivate::ExplicitlySaved) != 0 && !isPrivate;
+}
+
+bool Store::isGuest(qint64 id)
+{
+    const auto row = m_statements.take(sql::SELECT_GUEST);
+    bindEach(*row, id);
+    return row->executeStep();
+}
+
+bool Store::hasGuests()
+{
+    return m_statements.take(sql::SELECT_ANY_GUEST)->executeStep();
+}
+
+Store::Shares Store::sharesOf(uid_t user)
+{
+    const auto row = m_statements.take(sql::SELECT_SHARES);
+    bindEach(*row, qint64{user});
+    row->executeStep();
+    const auto number = [&row](int column) { return qint64{row->getColumn(column).getInt64()}; };
+    return {{number(0), number(1)}, {number(2), number(3)}};
+}
+
 std::optional<Store::Standing> Store::standingOf(qint64 id)
 {
     const auto row = m_statements.take(sql::SELECT_STANDING);
@@ -362,7 +408,7 @@ std::optional<Store::StoredPlace> Store::storedPlace(qint64 id)
     row->bind(1, static_cast<int64_t>(id));
     if (!row->executeStep())
         return std::nullopt;
-    return StoredPlace{standingIn(*row), unpack(row->getColumn(2))};
+    return StoredPlace{standingIn(*row), unpack(row->getColumn(4))};
 }
 
 std::string Store::unpack(const SQLite::Column &column)
@@ -453,7 +499,7 @@ QStringList Store::recentTerms(const QString &prefix)
 
 // -------------------------------------------------------------------------------------------------------- origins
 
-qint64 Store::storedIdOf(const Place &candidate)
+qint64 Store::storedIdOf(const Place &candidate, bool isOpen)
 {
     const PlacePrivate &data = *PlacePrivate::privateFromPublic(&candidate);
     if (data.auxiliaryData().isEmpty() || data.hasTag(QLatin1String(InternalTags::Suggestion)))
@@ -462,11 +508,11 @@ qint64 Store::storedIdOf(const Place &candidate)
     if (record.externalId().isEmpty())
         return NO_ID;
     const auto row = m_statements.take(sql::SELECT_BY_SOURCE);
-    bindEach(*row, record.externalId(), record.type(), keyOf(record.provider()));
+    bindEach(*row, record.externalId(), record.type(), keyOf(record.provider()), int{isOpen});
     return row->executeStep() ? row->getColumn(0).getInt64() : NO_ID;
 }
 
-std::optional<QHash<QString, qint64>> Store::storedOrigins(const QString &type, qint64 most)
+std::optional<QHash<QString, qint64>> Store::storedOrigins(const QString &type, qint64 most, bool isOpen)
 {
     QHash<QString, qint64> places;
     const qint64 count = m_facets.count(FacetKind::Type, utf8(type));
@@ -475,7 +521,7 @@ std::optional<QHash<QString, qint64>> Store::storedOrigins(const QString &type, 
     if (count == 0)
         return places;
     const auto row = m_statements.take(sql::SELECT_ORIGINS);
-    bindEach(*row, type);
+    bindEach(*row, type, int{isOpen});
     const auto text = [&row](int column) { return QString::fromStdString(row->getColumn(column).getString()); };
     // Of several places with the same record the oldest one is it, and comes last.
     while (row->executeStep())
@@ -483,10 +529,10 @@ std::optional<QHash<QString, qint64>> Store::storedOrigins(const QString &type, 
     return places;
 }
 
-qint64 Store::idOf(const QString &externalId, const QString &type)
+qint64 Store::idOf(const QString &externalId, const QString &type, bool isOpen)
 {
     const auto row = m_statements.take(sql::SELECT_BY_EXTERNAL_ID);
-    bindEach(*row, externalId, type);
+    bindEach(*row, externalId, type, int{isOpen});
     return row->executeStep() ? row->getColumn(0).getInt64() : NO_ID;
 }
 

@@ -20,6 +20,8 @@
 #include <string>
 #include <vector>
 
+#include <sys/types.h>
+
 namespace vela::platform::places
 {
 class Place;
@@ -53,7 +55,8 @@ public:
     [[nodiscard]] bool isWriting() const;
 
     /// Stores a new place and gives it and its parts their ids.
-    void insert(vela::platform::places::Place &place);
+    /// @param guest the user who adds it by the open channel; unset for the owner's channel.
+    void insert(vela::platform::places::Place &place, std::optional<uid_t> guest = {});
     /// Stores a place in place of `before`, which has the same id; new parts get ids.
     void update(vela::platform::places::Place &place, const vela::platform::places::Place &before);
     /// False when there is no such place.
@@ -66,6 +69,11 @@ public:
     {
         vela::system::SecurityPerimeter::Type perimeter;
         int persistenceMask;
+        std::optional<uid_t> guest; ///< The user who added it by the open channel; unset for the owner's places.
+        bool isPrivate;
+
+        /// Whether the open channel knows it.
+        [[nodiscard]] bool isOpen() const;
     };
     std::optional<Standing> standingOf(qint64 id);
     /// A stored place as it is sent, and who may see it.
@@ -75,6 +83,23 @@ public:
         std::string fullRecord;
     };
     std::optional<StoredPlace> storedPlace(qint64 id);
+    /// Whether a place came by the open channel, and whether any did.
+    bool isGuest(qint64 id);
+    bool hasGuests();
+
+    /// What came by the open channel.
+    struct Share
+    {
+        qint64 places;
+        qint64 bytes; ///< Of records, not packed, and of what the places are found by.
+    };
+    struct Shares
+    {
+        Share user;
+        Share all;
+    };
+    /// Counted with every write; reads no place.
+    Shares sharesOf(uid_t user);
 
     /// The stored place; null when there is none.
     std::unique_ptr<vela::platform::places::Place> place(qint64 id);
@@ -101,13 +126,16 @@ public:
     /// Replaces everything that is stored in `other` by what is stored here, as one write.
     void copyOver(Store &other);
 
+    // What a contact or a provider gives can be stored. Only places that the owner's channel added are looked at, and
+    // with `isOpen` only those that the open channel knows.
+
     /// The stored place that a candidate is; -1 for none. A suggestion is none, whatever it leads to.
-    qint64 storedIdOf(const vela::platform::places::Place &candidate);
+    qint64 storedIdOf(const vela::platform::places::Place &candidate, bool isOpen);
     /// The stored places of a type by the keys of their records, see originKey(); unset when there are more than
     /// `most`.
-    std::optional<QHash<QString, qint64>> storedOrigins(const QString &type, qint64 most);
+    std::optional<QHash<QString, qint64>> storedOrigins(const QString &type, qint64 most, bool isOpen);
     /// The id of the stored place that has a record of this type and external id; -1 when there is none.
-    qint64 idOf(const QString &externalId, const QString &type);
+    qint64 idOf(const QString &externalId, const QString &type, bool isOpen);
 
     // For finds.
 
@@ -143,7 +171,9 @@ private:
     Ids takeIds(int places, int locations, int records);
     void giveIds(vela::platform::places::Place &place, bool isNew);
     /// Writes the row of a place, by INSERT_PLACE or UPDATE_PLACE, and all that goes with it.
-    void put(const vela::platform::places::Place &place, const char *sql);
+    void put(const vela::platform::places::Place &place, const char *sql, std::optional<uid_t> guest = {});
+    /// Adds a place to the list of a facet, if its kind has lists.
+    void listFacet(FacetKind kind, qint64 number, const vela::platform::places::PlacePrivate &place);
     void putRow(const vela::platform::places::PlacePrivate &place, bool isRoom, const std::string &facets,
                 const char *sql);
     void putRecords(qint64 id, const std::string &fullRecord, const std::string &header);

@@ -19,6 +19,7 @@
 #include <sqlite3.h>
 #include <SQLiteCpp/Backup.h>
 
+#include <algorithm>
 #include <functional>
 #include <stdexcept>
 #include <string>
@@ -156,7 +157,8 @@ void Store::remakeKeys(int version)
     m_database.exec(sql::USUAL_CACHE);
 }
 
-/// All facets but the keys of properties stay as they are, and so do the lists of their places.
+/// All facets but the keys of properties stay as they are, and so do the lists of their places. An older version does
+/// not know all of them.
 void Store::remakeKeysOf(const Place &place)
 {
     const PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
@@ -169,6 +171,10 @@ void Store::remakeKeysOf(const Place &place)
         before = FacetNumbers::unpack(StoredRow(*this, *statement).facets());
     }
     const std::vector<qint64> numbers = addFacets(entries);
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        if (std::find(before.begin(), before.end(), numbers[i]) == before.end())
+            listFacet(entries.facets[i].kind, numbers[i], data);
+    }
     for (const qint64 number : before)
         m_facets.release(number);
     putRow(data, entries.isRoom, FacetNumbers::pack(numbers), sql::UPDATE_PLACE);
@@ -269,7 +275,8 @@ void Store::requireSoundness()
     require(m_database.execAndGet("SELECT rtreecheck('position')").getString() == "ok");
     m_database.exec(sql::CHECK_NAME_INDEX);
     m_database.exec(sql::CHECK_TEXT_INDEX);
-    for (const char *faults : {sql::COUNT_PLACES_WITHOUT_RECORD, sql::COUNT_WRONG_FACETS, sql::COUNT_WRONG_IDS})
+    for (const char *faults :
+         {sql::COUNT_PLACES_WITHOUT_RECORD, sql::COUNT_WRONG_FACETS, sql::COUNT_WRONG_IDS, sql::COUNT_WRONG_GUESTS})
         require(m_database.execAndGet(faults).getInt() == 0);
     require(m_database.execAndGet("SELECT count(*) FROM dictionary").getInt() == 1);
     require(m_database.execAndGet("SELECT count(*) FROM last_id").getInt() == 1);

@@ -57,6 +57,11 @@ std::string_view StoredRow::sortKey() const
     return bytes(SortKey);
 }
 
+vela::system::SecurityPerimeter::Type StoredRow::perimeter() const
+{
+    return static_cast<vela::system::SecurityPerimeter::Type>(number(SecurityPerimeter));
+}
+
 int StoredRow::persistenceMask() const
 {
     return static_cast<int>(number(Mask));

@@ -24,6 +24,7 @@ public:
     [[nodiscard]] bool isStored() const override { return true; }
     [[nodiscard]] std::string_view nameKey() const override;
     [[nodiscard]] std::string_view sortKey() const override;
+    [[nodiscard]] vela::system::SecurityPerimeter::Type perimeter() const override;
     [[nodiscard]] int persistenceMask() const override;
     [[nodiscard]] qint64 usageCount() const override;
     [[nodiscard]] qint64 lastUsedTime() const override;

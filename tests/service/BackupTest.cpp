@@ -117,12 +117,13 @@ TEST_F(BackupTest, AFailedOneChangesNothing)
     edited("viewed", "ALTER TABLE search_term RENAME TO name_index_term;"
                      " CREATE VIEW search_term AS SELECT * FROM name_index_term");
     edited("uncounted", "UPDATE facet SET places = -1 WHERE kind = 1");
+    edited("misshared", "INSERT INTO guest_share VALUES (5, -9, -9)");
     edited("undefined", "DELETE FROM dictionary");
     edited("reused", "UPDATE last_id SET place = 0");
     edited("unreadable", "UPDATE record SET full_record = x'00'");
 
     for (const char *name : {"none", "text", "cut", "torn", "newer", "foreign", "trap", "hidden", "disguised", "viewed",
-                             "uncounted", "undefined", "reused", "unreadable", "places.db", "."})
+                             "uncounted", "misshared", "undefined", "reused", "unreadable", "places.db", "."})
         EXPECT_EQ(protocol.restore(path(name)), Error::RestoreFailed) << name;
     SQLite::Database(path("other"), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE).exec("CREATE TABLE theirs(a)");
     ASSERT_EQ(::link(path("places.db").c_str(), path("linked").c_str()), 0);

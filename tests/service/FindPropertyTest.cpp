@@ -97,6 +97,7 @@ TEST(AFind, GivesByEveryPlanWhatALookAtEveryPlaceGives)
             Query query;
             query.rule = chance.rule();
             query.sort = chance.sort();
+            query.perimeter = orix_places_protocol::Perimeter(chance.oneIn(4) ? 1 + chance.below(2) : 0);
             const bool external = chance.oneIn(4);
             const std::vector<FoundPlace> all = Look(model, query, external).find();
             const auto size = static_cast<int>(all.size());

@@ -36,16 +36,6 @@ std::string manyWords(int count)
     return words;
 }
 
-/// How many places a find finds; -1 when there is no reply.
-int found(const std::string &request, const char *channel = "places")
-{
-    int count = -1;
-    const std::string reply = Placesd::exchange(request, channel);
-    if (reply.size() >= 12)
-        std::memcpy(&count, reply.data() + 8, sizeof count);
-    return count;
-}
-
 const std::string TAGS = message(head(9));
 const std::string ADD = message(head(1, 2) + sample::placeFields(-1, ""));
 
@@ -197,32 +187,6 @@ TEST(AService, AnswersAConnectionInOrderAndDelaysNoOther)
         EXPECT_EQ(reply[1], 256 + requests[i % std::size(requests)].type) << i;
     }
     sender.join();
-}
-
-TEST(TheExternalChannel, KeepsToSavedPlaces)
-{
-    Placesd service;
-    const std::string everything = find(5, 0, rule(1, 0, 1, "", 0));
-    const std::string recentlyPicked = find(5, 0, rule(3, 8, 1, "", 0));
-    ASSERT_EQ(Placesd::code(ADD, "places.external"), 0);
-    EXPECT_EQ(found(everything, "places.external"), 1);
-    EXPECT_EQ(found(recentlyPicked, "places"), 1);
-    EXPECT_EQ(found(recentlyPicked, "places.external"), 0);
-    for (const int type : {2, 10, 11, 15, 16})
-        EXPECT_EQ(Placesd::code(message(head(type)), "places.external"), 60) << type;
-
-    Place picked;
-    sample::fill(picked, -1);
-    EXPECT_EQ(PlaceManager().addRecentlyPickedPlace(&picked), Error::Success);
-    PlacePrivate::privateFromPublic(&picked)->removeTag(QStringLiteral("lbs-favorite"));
-    EXPECT_EQ(PlaceManagerPrivate().updatePlace(&picked, PlacePrivate::InRecentBucket), Error::Success);
-    const auto get = [&](const char *channel) {
-        return Placesd::code(message(head(12) + Fields{i64(picked.id()), text(""), text(""), text("")}), channel);
-    };
-    EXPECT_EQ(found(everything, "places"), 2);
-    EXPECT_EQ(found(everything, "places.external"), 1) << "what was only picked is nobody else's";
-    EXPECT_EQ(get("places"), 0);
-    EXPECT_EQ(get("places.external"), 54);
 }
 
 TEST(APerimeter, IsThatOfThePlaceOrNone)

@@ -6,6 +6,7 @@
 #include "store/Records.h"
 #include "store/Store.h"
 #include "support/Placesd.h"
+#include "support/Requests.h"
 #include "support/SamplePlace.h"
 
 #include <gmock/gmock.h>
@@ -103,6 +104,10 @@ protected:
                     ElementsAre(USED, CONTACT, RECENT));
         EXPECT_THAT(ids(manager.findPlacesByTypes({AuxiliaryData::TypeContact})), ElementsAre(CONTACT));
         EXPECT_THAT(ids(manager.findPlacesByOwners({QStringLiteral("app")})), ElementsAre(FULL));
+        const std::string everything = requests::find(9, 0, requests::rule(1, 0, 1, "", 0));
+        EXPECT_EQ(Placesd::exchange(everything, "places.external").substr(0, 12),
+                  wire::message({wire::i32(0), wire::i32(269), wire::i32(0)}))
+            << "private then and now";
         EXPECT_THAT(ids(manager.findRecentPlaces(&error)), ElementsAre(USED, RECENT, CONTACT, FULL));
         EXPECT_EQ(error, Error::Success);
         QStringList terms;

@@ -229,13 +229,20 @@ private:
             return isGiven(rule, subject);
         }
     }
+    bool isOpen(const PlacePrivate &data) const
+    {
+        return !m_external || (data.isExplicitlySaved() && !data.isPrivate());
+    }
     bool isFoundBy(const Rule &search, const Subject &subject) const
     {
         const auto isFound = [&](const Rule &member) { return isFoundBy(member, subject); };
         if (joinsSearches(search))
             return std::any_of(search.members.begin(), search.members.end(), isFound);
-        return (subject.isStored ? !m_external || subject.data().isExplicitlySaved() : isGivenByAny(search, subject))
-               && holds(search, subject);
+        const PlacePrivate &data = subject.data();
+        const bool isKnown = isOpen(data)
+                             && (m_query.perimeter == orix_places_protocol::Perimeter::Default
+                                 || int(data.securityPerimeter()) == int(m_query.perimeter));
+        return (subject.isStored ? isKnown : isGivenByAny(search, subject)) && holds(search, subject);
     }
 
     static bool hasWords(const Subject &subject, const Reading &reading)
@@ -282,7 +289,7 @@ inline Look::Look(const Model &model, const Query &query, bool external)
 {
     for (const auto &[id, place] : model.stored) {
         for (const AuxiliaryData &record : PlacePrivate::privateFromPublic(place.get())->auxiliaryData()) {
-            if (!m_known.contains(originOf(record)))
+            if (isOpen(*PlacePrivate::privateFromPublic(place.get())) && !m_known.contains(originOf(record)))
                 m_known.insert(originOf(record), m_subjects.size());
         }
         m_subjects.push_back({place, place, true, id});

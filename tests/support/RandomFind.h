@@ -92,6 +92,8 @@ public:
         data.setCreatedTime(of(TIMES));
         data.setUpdatedTime(of(TIMES));
         data.setPersistenceMask(1 + below(3));
+        data.setPrivate(oneIn(3));
+        data.m_securityPerimeter = vela::system::SecurityPerimeter::Type(below(3));
         for (int i = below(3); i > 0; --i)
             data.addTag(of(TAGS));
         for (int i = below(3); i > 0; --i)
