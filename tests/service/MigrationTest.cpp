@@ -108,6 +108,8 @@ protected:
         EXPECT_EQ(Placesd::exchange(everything, "places.external").substr(0, 12),
                   wire::message({wire::i32(0), wire::i32(269), wire::i32(0)}))
             << "private then and now";
+        EXPECT_EQ(Placesd::code(wire::message(requests::head(4) + wire::Fields{wire::i64(FULL)}), "places.external"),
+                  54);
         EXPECT_THAT(ids(manager.findRecentPlaces(&error)), ElementsAre(USED, RECENT, CONTACT, FULL));
         EXPECT_EQ(error, Error::Success);
         QStringList terms;

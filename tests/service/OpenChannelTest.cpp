@@ -202,6 +202,9 @@ TEST(TheOpenChannel, ChangesNothingThatIsNotItsOwn)
         const int code = row.onOwners >= 0 ? Placesd::code(row.request) : row.onOwners;
         EXPECT_EQ(code, row.onOwners) << row.name << ", on the owner's channel";
     }
+    ASSERT_EQ(Placesd::code(store("picked", OWN, SAVE | PICK)), 0);
+    EXPECT_EQ(Placesd::code(store("own", OWN, SAVE), OPEN), 0);
+    EXPECT_EQ(found(rule(3, 8, 1, "", 0), "places"), 1) << "what the owner picked";
     EXPECT_EQ(Placesd::code(withId(4, OWN), OPEN), 0) << "after the owner changed it";
 }
 
@@ -292,10 +295,14 @@ TEST(TheOpenChannel, HasAQuota)
         EXPECT_EQ(found(EVERYTHING, "places"), places + (row.code == 0 ? 1 : 0)) << row.name;
         EXPECT_EQ(Placesd::code(store("next", -1, 2)), 0) << "the owner has no quota";
     }
-    database.exec("DELETE FROM guest_share; INSERT INTO guest_share SELECT user, count(*), "
-                  + std::to_string(limits::OPEN_USER_BYTES) + " FROM guest GROUP BY user");
+    const auto fillUp = [&](qint64 beyond) {
+        database.exec("DELETE FROM guest_share; INSERT INTO guest_share SELECT user, count(*), "
+                      + std::to_string(limits::OPEN_USER_BYTES + beyond) + " FROM guest GROUP BY user");
+    };
+    fillUp(99999);
     EXPECT_EQ(Placesd::code(withId(7, 1, {text("more")}), OPEN), 62);
     EXPECT_EQ(Placesd::code(withId(8, 1, {text("first")}), OPEN), 0) << "what shrinks a place goes on";
+    fillUp(0);
     EXPECT_EQ(Placesd::code(withId(4, 1), OPEN), 0);
     EXPECT_EQ(Placesd::code(store("fits", -1, 2), OPEN), 0) << "what was removed counts no more";
 }
