@@ -18,10 +18,13 @@ namespace Tags = vela::platform::places::Tags;
 namespace
 {
 
-bool isBeyondShare(const Store::Shares &shares)
+bool isBeyondShare(const Store::Shares &shares, qint64 morePlaces = 0, qint64 moreBytes = 0)
 {
-    return shares.user.places > limits::OPEN_USER_PLACES || shares.user.bytes > limits::OPEN_USER_BYTES
-           || shares.all.places > limits::OPEN_PLACES || shares.all.bytes > limits::OPEN_BYTES;
+    const auto isBeyond = [=](const Store::Share &share, qint64 places, qint64 bytes) {
+        return share.places + morePlaces > places || share.bytes + moreBytes > bytes;
+    };
+    return isBeyond(shares.user, limits::OPEN_USER_PLACES, limits::OPEN_USER_BYTES)
+           || isBeyond(shares.all, limits::OPEN_PLACES, limits::OPEN_BYTES);
 }
 
 } // namespace
@@ -41,6 +44,10 @@ Service::Outcome Service::addPlace(Request &request, Encoder &reply)
         problem != ReturnCode::Success)
         return problem;
 
+    // A place that has no room costs no work: its record is about as long as the request.
+    if (request.caller.external
+        && isBeyondShare(m_store.sharesOf(request.caller.user), 1, static_cast<qint64>(request.length)))
+        return ReturnCode::LimitExceeded;
     data.setCreatedTime(now());
     data.setUpdatedTime(data.createdTime());
     // Picking a place is a use of it: what was picked just now comes first among what was picked.
