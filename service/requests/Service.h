@@ -57,7 +57,9 @@ struct Shared
         , providers(std::move(settings.providers))
         , contacts(std::move(settings.contacts))
         , requestTime(settings.requestTime)
-    {}
+    {
+        store.keepsOldVersion = true;
+    }
 
     const std::string database;
     const std::string sessionKey;

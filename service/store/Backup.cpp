@@ -5,14 +5,12 @@
 #include "Channel.h"
 #include "Log.h"
 #include "store/DatabaseFile.h"
+#include "store/FileCopy.h"
+#include "store/PrivateFolder.h"
 #include "store/SqlFunctions.h"
 #include "store/Store.h"
 
-#include <SQLiteCpp/Backup.h>
-
 #include <array>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <functional>
@@ -34,37 +32,10 @@ namespace fs = std::filesystem;
 namespace
 {
 
-/// Pages copied between two looks at the clock.
-constexpr int PAGES_PER_STEP = 1000;
-
 [[noreturn]] void fail(const char *what)
 {
     throw std::system_error(errno, std::generic_category(), what);
 }
-
-/// A folder of mode 0700 beside a file; removed with all that is in it. Nobody else can put a file or a link there.
-class PrivateFolder
-{
-public:
-    explicit PrivateFolder(const std::string &neighbour)
-        : m_path(neighbour + ".XXXXXX")
-    {
-        if (!::mkdtemp(m_path.data()))
-            fail("cannot write there");
-    }
-    PrivateFolder(const PrivateFolder &) = delete;
-    PrivateFolder &operator=(const PrivateFolder &) = delete;
-    ~PrivateFolder()
-    {
-        std::error_code ignored;
-        fs::remove_all(m_path, ignored);
-    }
-
-    [[nodiscard]] std::string filePath() const { return m_path + "/places.db"; }
-
-private:
-    std::string m_path;
-};
 
 /// In a folder without the sticky bit, anybody who may write to it could replace the file that is put there.
 void requireSafe(const fs::path &folder)
@@ -76,13 +47,6 @@ void requireSafe(const fs::path &folder)
         throw std::invalid_argument("everybody may write to that folder, and it has no sticky bit");
 }
 
-void sync(const std::string &path)
-{
-    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    if (!file.isOpen() || ::fsync(file.get()) != 0)
-        fail("cannot be brought to the disk");
-}
-
 bool isDatabase(const std::string &path)
 {
     constexpr char MAGIC[] = "SQLite format 3";
@@ -91,18 +55,6 @@ bool isDatabase(const std::string &path)
     return file.isOpen() && fs::is_regular_file(path)
            && ::read(file.get(), start.data(), start.size()) == static_cast<ssize_t>(start.size())
            && std::memcmp(start.data(), MAGIC, sizeof MAGIC) == 0;
-}
-
-void copy(SQLite::Database &to, SQLite::Database &from, Deadline deadline)
-{
-    SQLite::Backup backup(to, from);
-    for (int result = SQLITE_OK; result != SQLITE_DONE;) {
-        result = backup.executeStep(PAGES_PER_STEP);
-        if (result == SQLITE_BUSY || result == SQLITE_LOCKED)
-            throw SQLite::Exception("another program is at work on it", result);
-        if (hasPassed(deadline))
-            throw SQLite::Exception("copying took too long", SQLITE_INTERRUPT);
-    }
 }
 
 /// Runs a copy; whatever it throws is a failure of that kind, or a lack of time.
@@ -159,21 +111,9 @@ void BackupKeeper::writeCopy(const std::string &path, Deadline deadline) const
     requirePlacesFile(path);
     const PrivateFolder folder(path);
     const std::string fresh = folder.filePath();
-    {
-        SQLite::Database live(m_database, SQLite::OPEN_READONLY);
-        SQLite::Database target(fresh, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-        // What is read once stays as it is while others write; else each write would start the copy anew.
-        SQLite::Transaction snapshot(live);
-        live.execAndGet("SELECT count(*) FROM sqlite_master");
-        copy(target, live, deadline);
-        // One file that holds everything.
-        target.exec("PRAGMA journal_mode = DELETE");
-    }
+    writeSnapshot(m_database, fresh, deadline);
     forgetRemovedWords(fresh, deadline);
-    sync(fresh);
-    if (std::rename(fresh.c_str(), path.c_str()) != 0)
-        fail("cannot be put in place");
-    sync(fs::path(path).parent_path());
+    moveIntoPlace(fresh, path);
 }
 
 void BackupKeeper::swapIn(const std::string &path, Deadline deadline) const
@@ -189,7 +129,7 @@ void BackupKeeper::swapIn(const std::string &path, Deadline deadline) const
         SQLite::Database target(candidate, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
         distrust(source);
         distrust(target);
-        copy(target, source, deadline);
+        copyPages(target, source, deadline);
         Store::requirePlaces(target);
     }
     StoreShared unshared;

@@ -150,6 +150,7 @@ public:
 
 private:
     void migrate();
+    void keepOldVersion(int version);
     void makeTables();
     void moveFromOldVersion();
     void moveOldPlaces();

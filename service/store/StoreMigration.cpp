@@ -8,8 +8,10 @@
 #include "model/PlacePrivate.h"
 #include "places/Place.h"
 #include "places/PlaceHeader.h"
+#include "store/FileCopy.h"
 #include "store/IndexEntries.h"
 #include "store/OldSchemas.h"
+#include "store/PrivateFolder.h"
 #include "store/Records.h"
 #include "store/Sql.h"
 #include "store/SqlFunctions.h"
@@ -88,6 +90,8 @@ void Store::migrate()
     const int found = versionOf(m_database);
     if (found == SCHEMA_VERSION && hasKeysOfToday())
         return;
+    if (m_shared.keepsOldVersion && found > 0 && found < SCHEMA_VERSION)
+        keepOldVersion(found);
     {
         // Another process may be about it as well: what has to be done is known only when nobody else can write.
         SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
@@ -104,6 +108,24 @@ void Store::migrate()
     }
     if (found == 1 || found == 2)
         m_database.tryExec("VACUUM"); // gives the space of the old tables back, if there is room to do so
+}
+
+/// The migration is one transaction, which changes nothing when it fails. So it goes on when there is no room for the
+/// copy.
+void Store::keepOldVersion(int version)
+{
+    const std::string database = m_database.getFilename();
+    const std::string copy = database + ".version-" + std::to_string(version);
+    try {
+        const PrivateFolder folder(copy);
+        writeSnapshot(database, folder.filePath(), m_deadline);
+        moveIntoPlace(folder.filePath(), copy);
+        logInfo("%s is of version %d and is brought up to date; %s is a copy of it as it was", database.c_str(),
+                version, copy.c_str());
+    } catch (const std::exception &error) {
+        logError("%s is of version %d and is brought up to date; no copy of it can be kept as %s: %s", database.c_str(),
+                 version, copy.c_str(), error.what());
+    }
 }
 
 void Store::makeTables()

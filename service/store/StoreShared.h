@@ -11,8 +11,9 @@ namespace placesd
 /// What all connections to one database share. Safe on any thread.
 struct StoreShared
 {
-    std::timed_mutex writeLock; ///< Writers take turns by it.
-    SharedVocabulary words;     ///< Of all texts that are stored.
+    std::timed_mutex writeLock;   ///< Writers take turns by it.
+    SharedVocabulary words;       ///< Of all texts that are stored.
+    bool keepsOldVersion = false; ///< Whether a copy is made of a database before it is brought up to date.
 };
 
 } // namespace placesd

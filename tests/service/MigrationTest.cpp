@@ -13,6 +13,8 @@
 
 #include <QtCore/QFile>
 
+#include <sys/stat.h>
+
 using namespace vela::platform::places;
 using placesd::fullRecordOf;
 using testing::ElementsAre;
@@ -136,6 +138,14 @@ TEST_P(MigrationTest, KeepsEverythingAndTheUnreadableCanBeRemoved)
     EXPECT_EQ(manager.addPlace(added.get()), Error::Success);
     EXPECT_EQ(added->id(), HIGHEST + 1) << "no id comes back as another place's";
     service.stop();
+    const std::string kept = database.toStdString() + ".version-" + std::to_string(GetParam().version);
+    struct stat status = {};
+    ASSERT_EQ(::stat(kept.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0600U);
+    SQLite::Database old(kept);
+    EXPECT_NO_THROW(placesd::Store::requirePlaces(old));
+    EXPECT_EQ(old.execAndGet("SELECT count(*) FROM place").getInt(), 5);
+    EXPECT_EQ(old.execAndGet("PRAGMA user_version").getInt(), GetParam().version);
     SQLite::Database migrated(database.toStdString());
     EXPECT_NO_THROW(placesd::Store::requirePlaces(migrated));
     EXPECT_EQ(migrated.execAndGet("PRAGMA user_version").getInt(), 4);

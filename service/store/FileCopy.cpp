@@ -1,0 +1,76 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "store/FileCopy.h"
+
+#include "Channel.h"
+
+#include <SQLiteCpp/Backup.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <system_error>
+
+#include <fcntl.h>
+#include <sqlite3.h>
+#include <unistd.h>
+
+namespace placesd
+{
+
+using vela::system::channel::Descriptor;
+
+namespace
+{
+
+/// Pages copied between two looks at the clock.
+constexpr int PAGES_PER_STEP = 1000;
+
+[[noreturn]] void fail(const char *what)
+{
+    throw std::system_error(errno, std::generic_category(), what);
+}
+
+void sync(const std::string &path)
+{
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!file.isOpen() || ::fsync(file.get()) != 0)
+        fail("cannot be brought to the disk");
+}
+
+} // namespace
+
+void copyPages(SQLite::Database &to, SQLite::Database &from, Deadline deadline)
+{
+    SQLite::Backup backup(to, from);
+    for (int result = SQLITE_OK; result != SQLITE_DONE;) {
+        result = backup.executeStep(PAGES_PER_STEP);
+        if (result == SQLITE_BUSY || result == SQLITE_LOCKED)
+            throw SQLite::Exception("another program is at work on it", result);
+        if (hasPassed(deadline))
+            throw SQLite::Exception("copying took too long", SQLITE_INTERRUPT);
+    }
+}
+
+void writeSnapshot(const std::string &database, const std::string &fresh, Deadline deadline)
+{
+    SQLite::Database live(database, SQLite::OPEN_READONLY);
+    SQLite::Database target(fresh, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+    // What is read once stays as it is while others write; else each write would start the copy anew.
+    SQLite::Transaction snapshot(live);
+    live.execAndGet("SELECT count(*) FROM sqlite_master");
+    copyPages(target, live, deadline);
+    // One file that holds everything.
+    target.exec("PRAGMA journal_mode = DELETE");
+}
+
+void moveIntoPlace(const std::string &fresh, const std::string &path)
+{
+    sync(fresh);
+    if (std::rename(fresh.c_str(), path.c_str()) != 0)
+        fail("cannot be put in place");
+    const std::string folder = std::filesystem::path(path).parent_path();
+    sync(folder.empty() ? "." : folder);
+}
+
+} // namespace placesd
