@@ -5,6 +5,7 @@
 #include "requests/PlaceRules.h"
 #include "requests/Service.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace placesd
@@ -53,8 +54,9 @@ Service::Outcome Service::addPlace(Request &request, Encoder &reply)
     // Picking a place is a use of it: what was picked just now comes first among what was picked.
     if (data.persistenceMask() == PlacePrivate::InRecentBucket && data.lastUsedTime() == 0)
         data.setLastUsedTime(data.createdTime());
+    const QString term = data.takeSearchTerm();
     const ReturnCode code = writeWithinShare(request, [&] {
-        rememberTerm(data.takeSearchTerm(), request);
+        rememberTerm(term, request);
         m_store.insert(*place, request.caller.external ? std::optional(request.caller.user) : std::nullopt);
         return ReturnCode::Success;
     });
@@ -71,9 +73,10 @@ Service::Outcome Service::updatePlace(Request &request, Encoder &)
     if (const ReturnCode problem = acceptPlace(*place, request); problem != ReturnCode::Success)
         return problem;
 
+    const QString term = fresh.takeSearchTerm();
     return change(place->id(), request, [&](Place &stored) {
         PlacePrivate &data = *PlacePrivate::privateFromPublic(&stored);
-        rememberTerm(fresh.takeSearchTerm(), request);
+        rememberTerm(term, request);
         // The recent bucket is the owner's.
         if (request.caller.external && data.isInRecentBucket())
             fresh.setPersistenceMask(fresh.persistenceMask() | PlacePrivate::InRecentBucket);
@@ -97,10 +100,12 @@ Service::Outcome Service::removePlace(Request &request, Encoder &)
     // The place itself is not looked at: one that cannot be read can be removed all the same.
     ReturnCode code = ReturnCode::Success;
     m_shared.hasRemovedWords = true;
-    m_store.write([&] {
-        code = permitChange(id, request);
-        return code == ReturnCode::Success && m_store.remove(id);
-    });
+    m_store.write(
+        [&] {
+            code = permitChange(id, request);
+            return code == ReturnCode::Success && m_store.remove(id);
+        },
+        Store::OnFullDisk::UseReserve);
     return code;
 }
 
@@ -139,7 +144,17 @@ Service::Outcome Service::unfav(Request &request, Encoder &reply)
 Service::Outcome Service::clearRecentlyPicked(Request &, Encoder &)
 {
     m_shared.hasRemovedWords = true;
-    m_store.write([this] { return m_store.clearRecentBucket(), true; });
+    const std::vector<qint64> bucket = m_store.recentBucket();
+    for (auto next = bucket.begin(); next != bucket.end();) {
+        const auto end = next + std::min(limits::BUCKET_PIECE, bucket.end() - next);
+        m_store.write(
+            [&] {
+                std::for_each(next, end, [this](qint64 id) { m_store.takeFromRecentBucket(id); });
+                return true;
+            },
+            Store::OnFullDisk::UseReserve);
+        next = end;
+    }
     return ReturnCode::Success;
 }
 

@@ -108,7 +108,10 @@ Answer Service::answer(const char *bytes, unsigned int length, const Caller &cal
             outcome = perform(request, *reply);
     } catch (const SQLite::Exception &error) {
         outcome = codeOf(error);
-        logError("request of type %d failed: %s", type, error.what());
+        if (isLackOfRoom(error))
+            m_shared.store.reserve->report();
+        else
+            logError("request of type %d failed: %s", type, error.what());
     } catch (const std::bad_alloc &) {
         outcome = ReturnCode::LimitExceeded;
     }
@@ -124,13 +127,20 @@ bool Service::writeTogether(Deadline deadline, const std::function<bool()> &answ
 {
     try {
         m_store.startRequest(deadline);
-        return m_store.write([&] {
-            while (m_store.isWriting() && answerNext()) {
-            }
-            // The commit is not part of any one request.
-            m_store.startRequest(Deadline::max());
-            return m_store.isWriting();
-        });
+        return m_store.write(
+            [&] {
+                while (m_store.isWriting() && answerNext()) {
+                }
+                // The commit is not part of any one request.
+                m_store.startRequest(Deadline::max());
+                return m_store.isWriting();
+            },
+            Store::OnFullDisk::Fail);
+    } catch (const SQLite::Exception &error) {
+        // Each that does not fit is answered so when it runs on its own.
+        if (!isLackOfRoom(error))
+            logError("requests in one transaction failed and run again, one by one: %s", error.what());
+        return false;
     } catch (const std::exception &error) {
         logError("requests in one transaction failed and run again, one by one: %s", error.what());
         return false;

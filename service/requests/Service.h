@@ -59,6 +59,7 @@ struct Shared
         , requestTime(settings.requestTime)
     {
         store.keepsOldVersion = true;
+        store.reserve.emplace(database);
     }
 
     const std::string database;

@@ -31,8 +31,8 @@ namespace
 constexpr int PAGES_PER_MERGE = 1000;
 constexpr mode_t OWNER_ONLY = 0600;
 constexpr mode_t PERMISSIONS = 07777;
-/// What SQLite keeps beside a database.
-constexpr const char *COMPANIONS[] = {"-wal", "-shm", "-journal"};
+/// What SQLite keeps beside a database, and the reserve.
+constexpr const char *COMPANIONS[] = {"-wal", "-shm", "-journal", "-reserve"};
 
 /// Opens a database without writing a byte. With a write-ahead log it is read through that; without, SQLite would make
 /// an empty one, unless it is told that nobody changes the file.

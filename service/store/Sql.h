@@ -169,6 +169,13 @@ constexpr char FORGETTING_SETTINGS[] = "PRAGMA secure_delete = ON; PRAGMA synchr
 constexpr const char *MERGES[] = {"INSERT INTO name_index(name_index, rank) VALUES ('merge', ?1)",
                                   "INSERT INTO text_index(text_index, rank) VALUES ('merge', ?1)"};
 
+// Room on the disk.
+constexpr char COUNT_PAGES[] = "PRAGMA page_count";
+constexpr char COUNT_FREE_PAGES[] = "PRAGMA freelist_count";
+constexpr char PAGE_SIZE[] = "PRAGMA page_size";
+/// Moves all of the write-ahead log into the database and gives its room back.
+constexpr char EMPTY_LOG[] = "PRAGMA wal_checkpoint(TRUNCATE)";
+
 // Parts of a transaction.
 constexpr char SAVEPOINT[] = "SAVEPOINT part";
 constexpr char ROLLBACK_TO_SAVEPOINT[] = "ROLLBACK TO part";

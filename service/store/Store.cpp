@@ -36,6 +36,8 @@ namespace
 constexpr qint64 NO_ID = PlaceId::UNDEFINED_PERSISTED_ID;
 /// Virtual machine steps between two looks at the clock.
 constexpr int STEPS_PER_CHECK = 10000;
+/// The size of a database file is a multiple of this, in bytes.
+constexpr int FILE_UNIT = 4096;
 /// Longest wait for a writer in another process.
 constexpr int BUSY_TIMEOUT_MS = 5000;
 
@@ -128,10 +130,26 @@ Store::Store(const std::string &path, StoreShared &shared, Deadline deadline)
     , m_deadline(deadline)
 {
     harden(m_database);
-    m_database.exec(sql::CONNECTION_SETTINGS);
+    // The file never grows further than takeRoom() says.
+    int unit = FILE_UNIT;
+    sqlite3_file_control(m_database.getHandle(), "main", SQLITE_FCNTL_CHUNK_SIZE, &unit);
     registerNearest(m_database);
     sqlite3_progress_handler(m_database.getHandle(), STEPS_PER_CHECK, interruptLate, this);
     const std::lock_guard<std::timed_mutex> lock(m_shared.writeLock);
+    try {
+        open();
+    } catch (const SQLite::Exception &error) {
+        if (!isLackOfRoom(error) || !m_shared.reserve || !m_shared.reserve->release())
+            throw;
+        open();
+    }
+    if (m_shared.reserve && m_shared.reserve->fill() > 0)
+        m_shared.reserve->report();
+}
+
+void Store::open()
+{
+    m_database.exec(sql::CONNECTION_SETTINGS);
     migrate();
     openRecords();
 }
@@ -171,23 +189,94 @@ bool Store::isWriting() const
     return sqlite3_txn_state(m_database.getHandle(), "main") == SQLITE_TXN_WRITE;
 }
 
-bool Store::write(const std::function<bool()> &work)
+bool Store::write(const std::function<bool()> &work, OnFullDisk onFullDisk)
 {
-    if (isWriting()) {
+    if (isWriting())
+        return writePart(work);
+    const std::unique_lock<std::timed_mutex> lock(m_shared.writeLock, m_deadline);
+    if (!lock)
+        throw SQLite::Exception("other writers took too long", SQLITE_BUSY);
+    const bool isRemoval = onFullDisk == OnFullDisk::UseReserve;
+    try {
+        if (!isRemoval)
+            requireReserve();
+        return transact(work);
+    } catch (const SQLite::Exception &error) {
+        if (!isLackOfRoom(error) || !m_shared.reserve || onFullDisk == OnFullDisk::Fail)
+            throw;
+    }
+    return transactWithRoomMade(work, isRemoval);
+}
+
+bool Store::writePart(const std::function<bool()> &work)
+{
+    try {
         Savepoint part(m_statements);
         const bool isDone = work();
         if (isDone)
             part.keep();
         return isDone;
+    } catch (const SQLite::Exception &error) {
+        // The parts that others did may be those that leave no room: each of them is to run on its own.
+        if (isLackOfRoom(error))
+            m_database.tryExec("ROLLBACK");
+        throw;
     }
-    const std::unique_lock<std::timed_mutex> lock(m_shared.writeLock, m_deadline);
-    if (!lock)
-        throw SQLite::Exception("other writers took too long", SQLITE_BUSY);
+}
+
+bool Store::transact(const std::function<bool()> &work)
+{
     SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
     if (!work())
         return false;
+    takeRoom(numberOf(sql::COUNT_PAGES));
     transaction.commit();
     return true;
+}
+
+/// Nothing is left in the write-ahead log before and after, so what a removal takes of the reserve comes back, but for
+/// the pages by which the file grows.
+bool Store::transactWithRoomMade(const std::function<bool()> &work, bool isRemoval)
+{
+    struct Refill
+    {
+        Store &store;
+        ~Refill()
+        {
+            store.m_database.tryExec(sql::EMPTY_LOG);
+            store.m_shared.reserve->fill();
+        }
+    };
+    m_shared.reserve->report();
+    m_database.tryExec(sql::EMPTY_LOG);
+    if (!isRemoval) {
+        requireReserve();
+        return transact(work);
+    }
+    const Refill refill{*this};
+    m_shared.reserve->release();
+    return transact(work);
+}
+
+/// Free pages of the file are as good as the reserve: a removal makes the file grow only when there are none.
+void Store::requireReserve()
+{
+    const qint64 missing = m_shared.reserve ? m_shared.reserve->fill() : 0;
+    if (missing > 0 && numberOf(sql::COUNT_FREE_PAGES) * numberOf(sql::PAGE_SIZE) < missing)
+        throw SQLite::Exception("what room there is is kept for removals", SQLITE_FULL);
+}
+
+void Store::takeRoom(qint64 pages)
+{
+    sqlite3_int64 size = pages * numberOf(sql::PAGE_SIZE);
+    if (sqlite3_file_control(m_database.getHandle(), "main", SQLITE_FCNTL_SIZE_HINT, &size) != SQLITE_OK)
+        throw SQLite::Exception("the database file cannot grow", SQLITE_FULL);
+}
+
+qint64 Store::numberOf(const char *pragma)
+{
+    const auto row = m_statements.take(pragma);
+    return row->executeStep() ? qint64{row->getColumn(0).getInt64()} : 0;
 }
 
 // --------------------------------------------------------------------------------------------------------- places
@@ -345,26 +434,27 @@ void Store::deleteFacets(qint64 id)
     }
 }
 
-void Store::clearRecentBucket()
+std::vector<qint64> Store::recentBucket()
 {
     std::vector<qint64> ids;
-    {
-        const auto bucket = m_statements.take(sql::SELECT_RECENT_BUCKET);
-        while (bucket->executeStep())
-            ids.push_back(bucket->getColumn(0).getInt64());
-    }
-    for (const qint64 id : ids) {
-        const std::unique_ptr<Place> before = readablePlace(id);
-        const std::unique_ptr<Place> recent = before ? place(id) : nullptr;
-        if (!recent)
-            continue;
-        PlacePrivate &data = *PlacePrivate::privateFromPublic(recent.get());
-        data.setPersistenceMask(data.persistenceMask() & ~PlacePrivate::InRecentBucket);
-        if (data.persistenceMask() == 0)
-            remove(id);
-        else
-            update(*recent, *before);
-    }
+    const auto bucket = m_statements.take(sql::SELECT_RECENT_BUCKET);
+    while (bucket->executeStep())
+        ids.push_back(bucket->getColumn(0).getInt64());
+    return ids;
+}
+
+void Store::takeFromRecentBucket(qint64 id)
+{
+    const std::unique_ptr<Place> before = readablePlace(id);
+    const std::unique_ptr<Place> recent = before ? place(id) : nullptr;
+    if (!recent)
+        return;
+    PlacePrivate &data = *PlacePrivate::privateFromPublic(recent.get());
+    data.setPersistenceMask(data.persistenceMask() & ~PlacePrivate::InRecentBucket);
+    if (data.persistenceMask() == 0)
+        remove(id);
+    else
+        update(*recent, *before);
 }
 
 bool Store::Standing::isOpen() const

@@ -48,9 +48,16 @@ public:
     /// Throws SQLite::Exception (interrupt) once the deadline has passed: for work between two statements.
     void requireTime() const;
 
+    /// What a write does on a full disk.
+    enum class OnFullDisk
+    {
+        Fail,
+        MakeRoom,  ///< Empties the write-ahead log and runs the work once more.
+        UseReserve ///< The same, with the room that is kept for removals.
+    };
     /// Runs `work` as one transaction, which is on the disk when this returns. A false result, like an exception, takes
     /// everything back. Within the work of another write, `work` runs in a savepoint of that transaction.
-    bool write(const std::function<bool()> &work);
+    bool write(const std::function<bool()> &work, OnFullDisk onFullDisk = OnFullDisk::MakeRoom);
     /// Whether a write is under way. A grave error, such as a full disk, ends its transaction before its work is done.
     [[nodiscard]] bool isWriting() const;
 
@@ -61,8 +68,10 @@ public:
     void update(vela::platform::places::Place &place, const vela::platform::places::Place &before);
     /// False when there is no such place.
     bool remove(qint64 id);
-    /// Takes every place out of the recent bucket and removes those that nothing else keeps.
-    void clearRecentBucket();
+    /// The places in the recent bucket.
+    std::vector<qint64> recentBucket();
+    /// Takes a place out of the recent bucket and removes it when nothing else keeps it.
+    void takeFromRecentBucket(qint64 id);
 
     /// What decides who may see or change a stored place; nothing when there is no such place.
     struct Standing
@@ -149,6 +158,15 @@ public:
     qint64 placeCount(int persistenceBits);
 
 private:
+    void open();
+    bool writePart(const std::function<bool()> &work);
+    bool transact(const std::function<bool()> &work);
+    bool transactWithRoomMade(const std::function<bool()> &work, bool isRemoval);
+    /// Throws SQLite::Exception (full) when removals could need room that is not kept.
+    void requireReserve();
+    /// Takes room in the database file for pages, so that the write-ahead log can be moved there on a full disk, too.
+    void takeRoom(qint64 pages);
+    qint64 numberOf(const char *pragma);
     void migrate();
     void keepOldVersion(int version);
     void makeTables();

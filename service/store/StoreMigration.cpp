@@ -104,6 +104,7 @@ void Store::migrate()
             moveFromOldVersion();
         else
             remakeKeys(version);
+        takeRoom(numberOf(sql::COUNT_PAGES));
         transaction.commit();
     }
     if (found == 1 || found == 2)
@@ -352,6 +353,7 @@ void Store::packLike(Store &other)
 
 void Store::copyOver(Store &other)
 {
+    other.takeRoom(numberOf(sql::COUNT_PAGES));
     SQLite::Backup backup(other.m_database, m_database);
     const int result = backup.executeStep(-1);
     if (result != SQLITE_DONE)

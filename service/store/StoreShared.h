@@ -1,9 +1,11 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "store/Reserve.h"
 #include "text/SharedVocabulary.h"
 
 #include <mutex>
+#include <optional>
 
 namespace placesd
 {
@@ -11,9 +13,10 @@ namespace placesd
 /// What all connections to one database share. Safe on any thread.
 struct StoreShared
 {
-    std::timed_mutex writeLock;   ///< Writers take turns by it.
-    SharedVocabulary words;       ///< Of all texts that are stored.
-    bool keepsOldVersion = false; ///< Whether a copy is made of a database before it is brought up to date.
+    std::timed_mutex writeLock;     ///< Writers take turns by it.
+    SharedVocabulary words;         ///< Of all texts that are stored.
+    bool keepsOldVersion = false;   ///< Whether a copy is made of a database before it is brought up to date.
+    std::optional<Reserve> reserve; ///< For a full disk; none for a copy.
 };
 
 } // namespace placesd

@@ -37,12 +37,13 @@ void Placesd::stop()
     EXPECT_EQ(m_process->exitCode(), 0);
 }
 
-void Placesd::start()
+void Placesd::start(QStringList wrapper)
 {
     m_process = std::make_unique<QProcess>();
     m_process->setProcessChannelMode(QProcess::ForwardedOutputChannel);
     m_process->setStandardErrorFile(path("log"), QIODevice::Append);
-    m_process->start(m_program, QStringList{QStringLiteral("--database"), path("places.db")} + m_arguments);
+    wrapper += QStringList{m_program, QStringLiteral("--database"), path("places.db")} + m_arguments;
+    m_process->start(wrapper.takeFirst(), wrapper);
     ASSERT_TRUE(m_process->waitForStarted());
     for (int i = 0; i < 1000 && exchange({}).empty(); ++i)
         QThread::msleep(10);

@@ -16,7 +16,8 @@ public:
     explicit Placesd(const QStringList &arguments = {}, const char *program = "placesd");
     ~Placesd();
 
-    void start();
+    /// @param wrapper the command that runs it, with arguments; none when it is empty.
+    void start(QStringList wrapper = {});
     /// Asks it to end, which it has to do in good order.
     void stop();
     /// Ends it as a loss of power would.
