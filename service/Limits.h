@@ -77,8 +77,8 @@ constexpr long long OPEN_USER_PLACES = 10000;
 constexpr long long OPEN_BYTES = 64LL * 1024 * 1024;
 constexpr long long OPEN_USER_BYTES = OPEN_BYTES / 2;
 
-/// Room on the disk that is kept for removing places, in bytes: more than the pages that one removal changes, unless the
-/// place has thousands of tags or properties.
+/// Room on the disk that is kept for removing places, in bytes: more than the pages that one removal changes, unless
+/// the place has thousands of tags or properties.
 constexpr long long RESERVE_SIZE = 8LL * 1024 * 1024;
 /// Most places that one transaction takes out of the recent bucket, so that it needs no more room than that.
 constexpr std::ptrdiff_t BUCKET_PIECE = 16;
