@@ -145,14 +145,24 @@ Service::Outcome Service::clearRecentlyPicked(Request &, Encoder &)
 {
     m_shared.hasRemovedWords = true;
     const std::vector<qint64> bucket = m_store.recentBucket();
+    const auto take = [this](auto begin, auto end, Store::OnFullDisk onFullDisk) {
+        const auto takeEach = [=] {
+            std::for_each(begin, end, [this](qint64 id) { m_store.takeFromRecentBucket(id); });
+            return true;
+        };
+        m_store.write(takeEach, onFullDisk);
+    };
+    const bool isPart = m_store.isWriting();
+    try {
+        take(bucket.begin(), bucket.end(), Store::OnFullDisk::Fail);
+        return ReturnCode::Success;
+    } catch (const SQLite::Exception &error) {
+        if (isPart || !isLackOfRoom(error))
+            throw;
+    }
     for (auto next = bucket.begin(); next != bucket.end();) {
         const auto end = next + std::min(limits::BUCKET_PIECE, bucket.end() - next);
-        m_store.write(
-            [&] {
-                std::for_each(next, end, [this](qint64 id) { m_store.takeFromRecentBucket(id); });
-                return true;
-            },
-            Store::OnFullDisk::UseReserve);
+        take(next, end, Store::OnFullDisk::UseReserve);
         next = end;
     }
     return ReturnCode::Success;

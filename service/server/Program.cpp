@@ -122,6 +122,7 @@ void handleSignals()
         ::sigaction(signal, &action, nullptr);
     // A write to a log that nobody reads any more is a failed write, no end of the process.
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN); // a limit of the file size is a full disk
     // Threads inherit the mask, so these come to nobody but obeySignals().
     const sigset_t signals = requestSignals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);

@@ -114,15 +114,19 @@ WHEN old.latitude IS NOT new.latitude OR old.longitude IS NOT new.longitude BEGI
 END;
 )sql";
 
-/// What version 4 added: the words of all texts of a place, names included, and who added it. The index keeps no text,
-/// so who removes a place from it says what the text was.
+/// What version 4 added: the words of all texts of a place, names included. The index keeps no text, so who removes a
+/// place from it says what the text was.
 constexpr char TEXT_TABLES[] = R"sql(
 CREATE VIRTUAL TABLE text_index USING fts5(
     text_key, content='', prefix='1 2 3', detail=none, columnsize=0,
     tokenize="unicode61 remove_diacritics 0 categories 'L* N* M* Co So'");
 CREATE VIRTUAL TABLE word USING fts5vocab(text_index, row);
 CREATE TABLE key_rules(version TEXT NOT NULL);  -- by which the keys of all tables were made
+PRAGMA user_version = 4;
+)sql";
 
+/// What version 5 added: who added a place.
+constexpr char GUEST_TABLES[] = R"sql(
 CREATE TABLE guest(                             -- places that came by the open channel
     place INTEGER PRIMARY KEY REFERENCES place(id) ON DELETE CASCADE,
     user  INTEGER NOT NULL,                     -- who added it
@@ -145,7 +149,7 @@ CREATE VIEW standing AS                         -- what decides who may see or c
         SELECT 1 FROM facet JOIN place_of_facet f ON f.facet = facet.id WHERE facet.kind = 4 AND facet.text = 'private'
         AND f.usage_count = place.usage_count AND f.last_used = place.last_used AND f.place = place.id) AS private
     FROM place LEFT JOIN guest ON guest.place = place.id;
-PRAGMA user_version = 4;
+PRAGMA user_version = 5;
 )sql";
 
 /// An acknowledged write is on the disk: every commit waits for it.

@@ -269,7 +269,8 @@ void Store::requireReserve()
 void Store::takeRoom(qint64 pages)
 {
     sqlite3_int64 size = pages * numberOf(sql::PAGE_SIZE);
-    if (sqlite3_file_control(m_database.getHandle(), "main", SQLITE_FCNTL_SIZE_HINT, &size) != SQLITE_OK)
+    const int result = sqlite3_file_control(m_database.getHandle(), "main", SQLITE_FCNTL_SIZE_HINT, &size);
+    if (result != SQLITE_OK && result != SQLITE_NOTFOUND) // a database in memory takes no hint
         throw SQLite::Exception("the database file cannot grow", SQLITE_FULL);
 }
 

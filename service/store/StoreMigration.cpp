@@ -37,7 +37,7 @@ using vela::platform::places::PlacePrivate;
 namespace
 {
 
-constexpr int SCHEMA_VERSION = 4;
+constexpr int SCHEMA_VERSION = 5;
 
 int versionOf(SQLite::Database &database)
 {
@@ -61,6 +61,8 @@ void makeTablesOf(int version, SQLite::Database &database)
         database.exec(sql::TABLES);
     if (version >= 4)
         database.exec(sql::TEXT_TABLES);
+    if (version >= 5)
+        database.exec(sql::GUEST_TABLES);
     if (version <= 2)
         database.exec(old_schemas::VERSION_1);
     if (version == 2)
@@ -150,14 +152,16 @@ void Store::keepKeyRules()
     execute(sql::INSERT_KEY_RULES, QString::fromStdString(keyVersion()));
 }
 
-/// Version 3 has no keys of all texts; the keys of version 4 may have been made by other rules, or by other Unicode
-/// data. All of them are made anew from the records.
+/// Version 3 has no keys of all texts and version 4 does not mark private places; the keys of version 5 may have been
+/// made by other rules, or by other Unicode data. All of them are made anew from the records.
 void Store::remakeKeys(int version)
 {
-    if (version == 3)
-        m_database.exec(sql::TEXT_TABLES);
-    else if (hasKeysOfToday())
+    if (version == SCHEMA_VERSION && hasKeysOfToday())
         return;
+    if (version < 4)
+        m_database.exec(sql::TEXT_TABLES);
+    if (version < 5)
+        m_database.exec(sql::GUEST_TABLES);
     logInfo("the keys of all places are made anew, which takes a while in a large database");
     openRecords();
     m_database.exec(sql::LARGE_CACHE);

@@ -148,7 +148,7 @@ TEST_P(MigrationTest, KeepsEverythingAndTheUnreadableCanBeRemoved)
     EXPECT_EQ(old.execAndGet("PRAGMA user_version").getInt(), GetParam().version);
     SQLite::Database migrated(database.toStdString());
     EXPECT_NO_THROW(placesd::Store::requirePlaces(migrated));
-    EXPECT_EQ(migrated.execAndGet("PRAGMA user_version").getInt(), 4);
+    EXPECT_EQ(migrated.execAndGet("PRAGMA user_version").getInt(), 5);
 }
 
 TEST_P(MigrationTest, KeysOfOtherRulesAreMadeAnew)
@@ -187,5 +187,6 @@ TEST_P(MigrationTest, ABackupOfAnEarlierVersionIsRestored)
 INSTANTIATE_TEST_SUITE_P(Versions, MigrationTest,
                          testing::Values(OldDatabase{"version-1.db", 1, 1795575373},
                                          OldDatabase{"version-2.db", 2, 1795575374},
-                                         OldDatabase{"version-3.db", 3, 1795575374}),
+                                         OldDatabase{"version-3.db", 3, 1795575374},
+                                         OldDatabase{"version-4.db", 4, 1795575374}),
                          [](const auto &row) { return "From" + std::to_string(row.param.version); });
