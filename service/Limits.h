@@ -54,8 +54,10 @@ constexpr std::chrono::seconds STOP_LIMIT{4};
 constexpr int FAST_THREADS = 4;
 constexpr int FAST_THREADS_OPEN = FAST_THREADS - 1;
 constexpr int FAST_THREADS_OPEN_USER = FAST_THREADS_OPEN - 1;
-/// Threads for slow requests: providers, backup and restore. Half of them are for the owner alone: a provider may hold
-/// a thread for all the time that a request has.
+/// Longest time that a request keeps one of these threads busy. It starts anew as a slow request then.
+constexpr std::chrono::milliseconds FAST_TIME{100};
+/// Threads for slow requests: providers, long finds, backup and restore. Half of them are for the owner alone: a
+/// provider may hold a thread for all the time that a request has.
 constexpr int SLOW_THREADS = 8;
 constexpr int SLOW_THREADS_OPEN = SLOW_THREADS / 2;
 constexpr int SLOW_THREADS_OPEN_USER = SLOW_THREADS_OPEN / 2;

@@ -5,6 +5,7 @@
 #include "Log.h"
 #include "store/DatabaseFile.h"
 
+#include <algorithm>
 #include <array>
 
 #include <msgclient.h>
@@ -83,7 +84,10 @@ Service::Service(Shared &shared, Pool pool)
     : m_shared(shared)
     , m_pool(pool)
     , m_store(shared.database, shared.store)
-{}
+{
+    if (pool == Pool::Writer)
+        m_store.useWriterCache();
+}
 
 Service::~Service()
 {
@@ -95,7 +99,8 @@ Answer Service::answer(const char *bytes, unsigned int length, const Caller &cal
                        std::size_t room)
 {
     const _msgserver_data message = {bytes, length};
-    Request request{RequestReader(&message), {}, caller, deadline, length, room};
+    const Deadline end = m_pool == Pool::Fast ? std::min(deadline, Clock::now() + limits::FAST_TIME) : deadline;
+    Request request{RequestReader(&message), {}, caller, end, length, room};
     if (!request.reader.readHead(request.head))
         return {statusReply(ReturnCode::TransportFailed, 0), m_pool};
 
@@ -103,18 +108,21 @@ Answer Service::answer(const char *bytes, unsigned int length, const Caller &cal
     auto reply = statusReply(ReturnCode::Success, type);
     Outcome outcome = ReturnCode::TookTooLong;
     try {
-        m_store.startRequest(deadline);
+        m_store.startRequest(end);
         if (!hasPassed(deadline))
             outcome = perform(request, *reply);
     } catch (const SQLite::Exception &error) {
         outcome = codeOf(error);
         if (isLackOfRoom(error))
             m_shared.store.reserve->report();
-        else
+        else if (outcome != Outcome(ReturnCode::TookTooLong) || hasPassed(deadline))
             logError("request of type %d failed: %s", type, error.what());
     } catch (const std::bad_alloc &) {
         outcome = ReturnCode::LimitExceeded;
     }
+    // A fast thread only reads, so the request can run again.
+    if (m_pool == Pool::Fast && outcome == Outcome(ReturnCode::TookTooLong) && !hasPassed(deadline))
+        return {nullptr, Pool::Slow};
     if (const Pool *pool = std::get_if<Pool>(&outcome))
         return {nullptr, *pool};
     if (outcome != Outcome(ReturnCode::Success))

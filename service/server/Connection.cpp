@@ -139,7 +139,7 @@ std::unique_ptr<PlacesAPIEncoder> Connection::runFirst(Service &service)
 {
     // A request that is passed on keeps its deadline.
     if (!m_deadline)
-        m_deadline = Clock::now() + service.requestTime();
+        m_deadline = m_arrival + service.requestTime();
     const std::size_t room = m_all.holdReply(*this);
     m_held += room;
     Answer answer = service.answer(next() + sizeof(std::uint32_t), firstLength(), m_caller, *m_deadline, room);
@@ -155,6 +155,7 @@ void Connection::finishFirst(std::unique_ptr<Encoder> reply)
 {
     m_deadline.reset();
     m_lastActivity = Clock::now();
+    m_arrival = m_lastActivity; // of what was sent ahead
     consume(sizeof(std::uint32_t) + firstLength());
     m_reply = std::move(reply);
     hold(sizeOf(*m_reply));

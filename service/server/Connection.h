@@ -40,6 +40,8 @@ public:
     [[nodiscard]] const Caller &caller() const { return m_caller; }
     [[nodiscard]] std::uint64_t id() const { return m_id; }
     void setId(std::uint64_t id) { m_id = id; }
+    /// Its client has sent something: the time of a request counts from here, not from when a thread is free for it.
+    void noteArrival() { m_arrival = Clock::now(); }
     /// When a request was last answered, or bytes of a reply sent.
     [[nodiscard]] Clock::time_point lastActivity() const { return m_lastActivity; }
 
@@ -107,6 +109,7 @@ private:
     std::unique_ptr<Encoder> m_reply; ///< Being sent; null when none is.
     std::size_t m_sent = 0;           ///< Bytes of m_reply and its length.
     std::size_t m_held = 0;           ///< Bytes that m_all counts.
+    Clock::time_point m_arrival = Clock::now();
     std::uint32_t m_toDiscard = 0;
     ReturnCode m_discardCode = ReturnCode::LimitExceeded;
     std::optional<Deadline> m_deadline; ///< Of the request that is passed on; unset when none is.

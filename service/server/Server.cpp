@@ -147,8 +147,10 @@ void Server::runFastRequests(Service &service)
             return;
         if (event.data.u64 < Connections::FIRST_ID)
             accept(m_listeners[event.data.u64 - FIRST_LISTENER_ID]);
-        else if (Connection *connection = m_connections.take(event.data.u64))
+        else if (Connection *connection = m_connections.take(event.data.u64)) {
+            connection->noteArrival();
             m_fastRequests.push(*connection);
+        }
         serveFast(service);
     }
 }

@@ -158,14 +158,15 @@ PRAGMA journal_mode = WAL;
 PRAGMA synchronous = FULL;
 PRAGMA foreign_keys = ON;
 PRAGMA secure_delete = ON;                  -- what was deleted is overwritten, not just forgotten
-PRAGMA cache_size = -16384;
+PRAGMA cache_size = -4096;                  -- kibibytes; what is not in it, the kernel mostly has
 PRAGMA temp_store = MEMORY;
 PRAGMA wal_autocheckpoint = 8000;           -- pages, 32 MB
 )sql";
 
-/// For a transaction that changes all places: its pages go to the disk once. In kibibytes, as the usual one.
+/// For a connection that writes: it comes to the same pages again and again.
+constexpr char WRITER_CACHE[] = "PRAGMA cache_size = -16384";
+/// For a transaction that changes all places: its pages go to the disk once.
 constexpr char LARGE_CACHE[] = "PRAGMA cache_size = -262144";
-constexpr char USUAL_CACHE[] = "PRAGMA cache_size = -16384";
 
 /// Of a connection that only takes names of removed places out of the index.
 constexpr char FORGETTING_SETTINGS[] = "PRAGMA secure_delete = ON; PRAGMA synchronous = FULL";

@@ -280,6 +280,11 @@ qint64 Store::numberOf(const char *pragma)
     return row->executeStep() ? qint64{row->getColumn(0).getInt64()} : 0;
 }
 
+void Store::useWriterCache()
+{
+    m_database.exec(sql::WRITER_CACHE);
+}
+
 // --------------------------------------------------------------------------------------------------------- places
 
 void Store::insert(Place &place, std::optional<uid_t> guest)

@@ -61,6 +61,8 @@ public:
     /// Whether a write is under way. A grave error, such as a full disk, ends its transaction before its work is done.
     [[nodiscard]] bool isWriting() const;
 
+    /// Keeps more pages in memory, for a connection that writes often.
+    void useWriterCache();
     /// Stores a new place and gives it and its parts their ids.
     /// @param guest the user who adds it by the open channel; unset for the owner's channel.
     void insert(vela::platform::places::Place &place, std::optional<uid_t> guest = {});

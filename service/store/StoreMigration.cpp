@@ -27,6 +27,8 @@
 #include <string>
 #include <vector>
 
+#include <malloc.h>
+
 namespace placesd
 {
 
@@ -111,6 +113,10 @@ void Store::migrate()
     }
     if (found == 1 || found == 2)
         m_database.tryExec("VACUUM"); // gives the space of the old tables back, if there is room to do so
+    // The cache of the migration is as large as the pages of all places.
+    m_database.exec(sql::CONNECTION_SETTINGS);
+    sqlite3_db_release_memory(m_database.getHandle());
+    ::malloc_trim(0);
 }
 
 /// The migration is one transaction, which changes nothing when it fails. So it goes on when there is no room for the
@@ -181,7 +187,6 @@ void Store::remakeKeys(int version)
     while (!terms.isEmpty())
         rememberTerm(terms.takeLast());
     keepKeyRules();
-    m_database.exec(sql::USUAL_CACHE);
 }
 
 /// All facets but the keys of properties stay as they are, and so do the lists of their places. An older version does

@@ -75,7 +75,7 @@ protected:
         PlacePrivate::privateFromPublic(&place)->m_tags.clear();
         QString text;
         for (int i = 0; i < 400; ++i)
-            text += QString::number(random(), 36) + QLatin1Char(' ');
+            text += QString::number(random(), 36) + QLatin1String(i % 20 == 0 ? " " : "");
         place.setDescription(text);
         place.setName(text.left(20));
         const Error::Type error =

@@ -154,6 +154,36 @@ TEST(AService, IsNotHeldUpByBusyClientsAndEndsAmongThem)
         client.join();
 }
 
+TEST(AService, AnswersShortRequestsWhileLongOnesRun)
+{
+    Placesd service;
+    Place place;
+    sample::fill(place, PlaceId::UNDEFINED_PERSISTED_ID);
+    AuxiliaryData record(QStringLiteral("x-long"));
+    for (int i = 0; i < 14; ++i)
+        record.addProperty(QString::number(i), QStringLiteral("ab ").repeated(80000));
+    PlacePrivate::privateFromPublic(&place)->m_auxiliaryData = {record};
+    ASSERT_EQ(PlaceManager().addPlace(&place), Error::Success);
+    Fields anyValue = {i32(4), i32(0), i32(1), text(""), text(""), i32(0), i32(400)};
+    for (int i = 0; i < 400; ++i)
+        anyValue = anyValue + rule(13, 2, 7, "no" + std::to_string(i), 0);
+    const std::string longFind = find(9, 0, rule(5, 0, 1, "", 1) + anyValue);
+
+    std::vector<Descriptor> clients;
+    for (int i = 0; i < 8; ++i) {
+        clients.push_back(connectTo(service.path("places").toStdString()));
+        ASSERT_TRUE(vela::system::channel::sendMessage(clients.back().get(), longFind.data(),
+                                                       static_cast<std::uint32_t>(longFind.size()),
+                                                       vela::system::channel::Clock::now() + std::chrono::seconds(9)));
+    }
+    for (int i = 0; i < 20; ++i)
+        EXPECT_EQ(Placesd::code(TAGS), 0);
+    for (const Descriptor &client : clients) {
+        char byte = 0;
+        EXPECT_EQ(::recv(client.get(), &byte, 1, MSG_PEEK | MSG_DONTWAIT), -1) << "the long ones are still under way";
+    }
+}
+
 TEST(AService, AnswersAConnectionInOrderAndDelaysNoOther)
 {
     Placesd service;
