@@ -49,7 +49,7 @@ public:
     /// refuses, the object has its new owner and name and is still a new place.
     Error::Type addPlace(Place *place) const;
 
-    /// Stores the changes of a place, and hands on the search term that it was found with. Error::InvalidArgument for
+    /// Stores the changes of a place, and forgets the search term that it was found with. Error::InvalidArgument for
     /// null or a place that is not stored or not valid.
     Error::Type updatePlace(Place *place) const;
 

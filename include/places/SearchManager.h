@@ -30,7 +30,8 @@ class PLACES_EXPORT SearchManager : public QObject
     Q_OBJECT
 public:
     explicit SearchManager(QObject *parent = nullptr);
-    /// Emits cancelled() when a result is outstanding, unless only SearchResultGroup::Suggestions are still held back.
+    /// Emits cancelled() when a group has yet to be searched or is being searched, unless only
+    /// SearchResultGroup::Suggestions are still held back. Results on their way to this thread are dropped.
     ~SearchManager() override;
 
     /// Searches each of these groups for a term. SearchResultGroup::Suggestions is held back until 150 milliseconds
@@ -51,7 +52,7 @@ public:
 Q_SIGNALS:
     /// A search has begun. Emitted before the call returns.
     void started(int searchId);
-    /// The manager is being destroyed and the results of its last search will not come.
+    /// The manager is being destroyed before its last search was done. See ~SearchManager().
     void cancelled(int searchId);
     /// A group was searched.
     /// @param error what went wrong; the result is then empty, but for its group.

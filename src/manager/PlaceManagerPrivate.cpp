@@ -154,11 +154,8 @@ Error::Type PlaceManagerPrivate::updatePlace(Place *place, int persistenceMask) 
         return Error::InvalidArgument;
     PlacePrivate &data = *PlacePrivate::privateFromPublic(place);
     data.setPersistenceMask(persistenceMask);
-    return Protocol().exchange(reply::Short, [&](auto &request) {
-        const bool encoded = request.encodeUpdatePlace(*place);
-        data.takeSearchTerm();
-        return encoded;
-    });
+    data.takeSearchTerm();
+    return Protocol().exchange(reply::Short, [&](auto &request) { return request.encodeUpdatePlace(*place); });
 }
 
 Error::Type PlaceManagerPrivate::removePlace(qint64 id) const

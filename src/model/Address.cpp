@@ -195,22 +195,22 @@ void Address::setCountry(const QString &country)
 
 QString Address::isoAlpha2CountryCode() const
 {
-    return d->part(AddressPrivate::IsoAlpha2CountryCode);
+    return d->isoAlpha2CountryCode();
 }
 
 void Address::setIsoAlpha2CountryCode(const QString &code)
 {
-    d->part(AddressPrivate::IsoAlpha2CountryCode) = code;
+    d->setIsoAlpha2CountryCode(code);
 }
 
 QString Address::countryCode() const
 {
-    return d->part(AddressPrivate::IsoAlpha3CountryCode);
+    return d->isoAlpha3CountryCode();
 }
 
 void Address::setCountryCode(const QString &code)
 {
-    d->part(AddressPrivate::IsoAlpha3CountryCode) = code;
+    d->setIsoAlpha3CountryCode(code);
 }
 
 QString Address::postalCode() const

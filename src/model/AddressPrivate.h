@@ -50,6 +50,12 @@ public:
     const QString &part(Part part) const { return m_parts[part]; }
     QString &part(Part part) { return m_parts[part]; }
 
+    const QString &isoAlpha2CountryCode() const { return part(IsoAlpha2CountryCode); }
+    void setIsoAlpha2CountryCode(const QString &code) { part(IsoAlpha2CountryCode) = code; }
+    /// What the public class calls countryCode().
+    const QString &isoAlpha3CountryCode() const { return part(IsoAlpha3CountryCode); }
+    void setIsoAlpha3CountryCode(const QString &code) { part(IsoAlpha3CountryCode) = code; }
+
     /// The floor's text as a number; 0 for a text that is none.
     int floor() const;
     void setFloor(int floor);

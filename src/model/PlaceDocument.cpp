@@ -338,6 +338,7 @@ bool PlaceHeaderPrivate::toJSON(QString &out, int &status) const
 bool PlaceHeaderPrivate::fromJSON(pps_decoder_t &decoder, int)
 {
     *this = PlaceHeaderPrivate();
+    m_location.setZoom(Location().zoom()); // which an assignment leaves as it is
     const bool done = decodeJSONCommonData(decoder);
     read(decoder, "__externalId", m_externalId);
     read(decoder, "__auxDataType", m_auxiliaryDataType);

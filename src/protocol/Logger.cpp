@@ -39,8 +39,8 @@ void Logger::init()
 void Logger::write(Buffer buffer, int severity, const char *format, va_list arguments)
 {
     init();
-    // Until a registration has succeeded there is no handle, and the message goes nowhere.
-    vslog2f(initialized ? buffer_handle[buffer] : nullptr, 0, static_cast<std::uint8_t>(severity), format, arguments);
+    // Until a registration has succeeded the handle is as the last one left it, and slog2 decides about the message.
+    vslog2f(buffer_handle[buffer], 0, static_cast<std::uint8_t>(severity), format, arguments);
 }
 
 // The same five times over but for buffer and severity: C's variable arguments cannot be handed on any other way.

@@ -92,9 +92,14 @@ bool PlaceSearchManagerPrivate::dataAvailable(const Job &job, const QVariant &an
 {
     if (!job.payload.canConvert<AuxiliaryDataRequest>() || !answer.canConvert<AuxiliaryDataReply>())
         return false;
-    const bool last = !m_queue->hasPending([&](const Job &other) { return other.tag == job.tag; });
+    const bool last = !hasPendingJobs(job.tag);
     Q_EMIT auxiliaryDataAvailable({answer.value<AuxiliaryDataReply>()}, job.tag, last);
     return true;
+}
+
+bool PlaceSearchManagerPrivate::hasPendingJobs(const QVariant &tag) const
+{
+    return m_queue->hasPending([&](const Job &job) { return job.tag == tag; });
 }
 
 QList<Provider> PlaceSearchManagerPrivate::getSupportedProviders()

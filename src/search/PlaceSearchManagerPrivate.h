@@ -53,6 +53,8 @@ Q_SIGNALS:
 private:
     static void fetch(const Job &job, QVariant &answer);
     bool dataAvailable(const Job &job, const QVariant &answer);
+    /// Whether a request of a tag has yet to be answered. With the lock held.
+    bool hasPendingJobs(const QVariant &tag) const;
 
     const std::shared_ptr<Queue> m_queue;
 };

@@ -80,13 +80,9 @@ public:
         const auto anyOf = [&](const auto &jobs) { return std::any_of(jobs.begin(), jobs.end(), isMeant); };
         return anyOf(m_ready) || anyOf(m_delayed) || anyOf(m_inFlight);
     }
-    /// True when a job waits for a worker, is in its hands, or has an answer that has not arrived. A job that is held
-    /// back does not count.
-    [[nodiscard]] bool isBusy() const
-    {
-        return !m_ready.isEmpty() || !m_inFlight.isEmpty()
-               || std::any_of(m_sent.begin(), m_sent.end(), [](const auto &job) { return job.has_value(); });
-    }
+    /// True when a job waits for a worker or is in its hands. A job that is held back does not count, nor one whose
+    /// answer is on its way.
+    [[nodiscard]] bool isBusy() const { return !m_ready.isEmpty() || !m_inFlight.isEmpty(); }
 
     /// To be called in the manager's thread for each answer that arrives there. False when its job was dropped.
     bool arrived()

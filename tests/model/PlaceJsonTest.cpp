@@ -44,8 +44,9 @@ QString nameIn(const std::string &json)
     return place ? place->name() : QStringLiteral("(refused)");
 }
 
-/// What a full place makes of a document, whatever its kind.
-void readInto(PlacePrivate &place, std::string json)
+/// What a place or header makes of a document, whatever its kind.
+template <typename PlaceData>
+void readInto(PlaceData &place, std::string json)
 {
     PPSDecoder decoder;
     ASSERT_TRUE(decoder.init());
@@ -239,4 +240,9 @@ TEST(AFullPlace, TakesFromAForeignDocumentWhatItKnowsAndForgetsWhatItWas)
         readInto(data, json);
         EXPECT_EQ(data, PlacePrivate()) << json;
     }
+    PlaceHeaderPrivate header;
+    header.m_location.setZoom(7);
+    readInto(header, R"({"location":{"id":5}})");
+    EXPECT_EQ(header.m_location.zoom(), -1);
+    EXPECT_EQ(header.m_location.id(), 5);
 }
