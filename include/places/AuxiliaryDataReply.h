@@ -9,6 +9,7 @@
 #include <QtCore/QMetaType>
 #include <QtCore/QSharedDataPointer>
 #include <QtCore/QSharedPointer>
+#include <QtCore/QString>
 #include <QtCore/QVariant>
 
 namespace vela::platform::places
@@ -28,6 +29,8 @@ public:
 
     /// Outcome of the request.
     [[nodiscard]] Error::Type status() const;
+    /// Why the request failed, as Error::reason() would say it; empty when it did not, or when no reason is known.
+    [[nodiscard]] QString reason() const;
     /// The records that were found; empty when the request failed.
     [[nodiscard]] QList<AuxiliaryData> data() const;
     /// The place of the request; the reply keeps it alive.
@@ -40,7 +43,7 @@ private:
     QSharedDataPointer<AuxiliaryDataReplyData> d;
 };
 
-/// Compares all values; the place by identity, not by content.
+/// Compares all values but the reason; the place by identity, not by content.
 PLACES_EXPORT bool operator==(const AuxiliaryDataReply &left, const AuxiliaryDataReply &right);
 PLACES_EXPORT bool operator!=(const AuxiliaryDataReply &left, const AuxiliaryDataReply &right);
 

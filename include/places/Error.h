@@ -4,6 +4,7 @@
 #include <places/Global.h>
 
 #include <QtCore/QMetaType>
+#include <QtCore/QString>
 
 namespace vela::platform::places
 {
@@ -33,6 +34,14 @@ struct Error
         BackupFailed = 17,       ///< 17: the backup was not made; an earlier file is untouched.
         RestoreFailed = 18,      ///< 18: the backup could not be restored; the store is untouched.
     };
+
+    /// Why the last request of the calling thread failed, in the words of the service: one line of English text for a
+    /// person, at most 1,024 characters and no control character. Other threads do not change it, the next
+    /// request of this one does: call it right after the call that reported the failure. SearchResult::reason() and
+    /// AuxiliaryDataReply::reason() give the same for requests that other threads made.
+    /// @param error what that call reported. Any other error than that of the last request has no reason here.
+    /// @return empty when the service gave no reason, or was never asked. Never a condition for what a program does.
+    [[nodiscard]] PLACES_EXPORT static QString reason(Type error);
 };
 
 } // namespace vela::platform::places

@@ -8,6 +8,7 @@
 #include <QtCore/QList>
 #include <QtCore/QMetaType>
 #include <QtCore/QSharedPointer>
+#include <QtCore/QString>
 
 namespace vela::platform::places
 {
@@ -30,6 +31,8 @@ public:
     [[nodiscard]] SearchHandle handle() const;
     /// The places that were found.
     [[nodiscard]] QList<QSharedPointer<AbstractPlace>> result() const;
+    /// Why the search failed, as Error::reason() would say it; empty when it did not, or when no reason is known.
+    [[nodiscard]] QString reason() const;
 
 private:
     friend class SearchResultPrivate;

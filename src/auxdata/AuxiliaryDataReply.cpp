@@ -26,6 +26,11 @@ Error::Type AuxiliaryDataReply::status() const
     return d->status;
 }
 
+QString AuxiliaryDataReply::reason() const
+{
+    return d->reason;
+}
+
 QList<AuxiliaryData> AuxiliaryDataReply::data() const
 {
     return d->data;

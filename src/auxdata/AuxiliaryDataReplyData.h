@@ -22,6 +22,7 @@ public:
     QList<AuxiliaryData> data;
     QSharedPointer<AbstractPlace> place;
     QVariant userDefinedValue;
+    QString reason; ///< For people: two replies that differ in nothing else are equal.
 };
 
 } // namespace vela::platform::places

@@ -596,6 +596,7 @@ Error::Type PlaceManagerPrivate::getAuxiliaryData(const AuxiliaryDataRequest &re
     data.userDefinedValue = request.userDefinedValue();
     data.data = found;
     data.status = error;
+    data.reason = Error::reason(error);
     return error;
 }
 

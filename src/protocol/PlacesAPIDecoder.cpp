@@ -61,6 +61,14 @@ bool PlacesAPIDecoder::decodeResponse(ReturnCode &code)
     return true;
 }
 
+bool PlacesAPIDecoder::decodeReason(const char *&utf8, unsigned int &size)
+{
+    return m_returnCode != ReturnCode::Success
+        && decode(size)
+        && size <= REASON_SIZE
+        && decodeCharArray(utf8, size);
+}
+
 bool PlacesAPIDecoder::decodeAddPlaceResponse(long long &id)
 {
     return hasType(MessageType::AddPlace)

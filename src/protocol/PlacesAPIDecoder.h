@@ -45,6 +45,9 @@ public:
 
     // Replies. Where a type is named, a reply of another type is refused.
     bool decodeResponse(ReturnCode &code);
+    /// The reason behind the status of a failed reply, as bytes of UTF-8 within the message. False where there is none
+    /// that can be read, or one longer than REASON_SIZE.
+    bool decodeReason(const char *&utf8, unsigned int &size);
     bool decodeAddPlaceResponse(long long &id);
     bool decodeUnfav(bool &stillStored);
     bool decodeFindPlacesSize(unsigned int &size);

@@ -72,6 +72,14 @@ Error::Type Protocol::mapReturnCode(ReturnCode code, Error::Type *error)
     return mapped;
 }
 
+void Protocol::keepReason(Error::Type error, PlacesAPIDecoder &reply)
+{
+    const char *utf8 = nullptr;
+    unsigned int size = 0;
+    if (reply.decodeReason(utf8, size))
+        ErrorPrivate::set(error, utf8, size);
+}
+
 Error::Type Protocol::incrementUsage(qint64 id, const std::string &searchTerm)
 {
     return exchange(reply::Short, [&](auto &request) { return request.encodeIncUsage(id, searchTerm); });

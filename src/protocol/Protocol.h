@@ -3,6 +3,7 @@
 
 #include "places/Error.h"
 #include "protocol/ClientProtocol.h"
+#include "protocol/ErrorPrivate.h"
 
 #include <QtCore/QList>
 #include <QtCore/QStringList>
@@ -47,16 +48,20 @@ public:
     QList<AbstractPlace *> findPreviousPlaces(SearchHandle &handle, int offset, int count, Error::Type &error);
 
     /// What all operations have in common: `encode` writes the request, which is sent, and on success `decode` reads
-    /// the reply. What cannot be written, read or allocated is a failed communication.
+    /// the reply. What cannot be written, read or allocated is a failed communication. The reason of a failed reply is
+    /// kept for Error::reason().
     template <typename Encode, typename Decode>
     Error::Type exchange(orix_places_protocol::reply::Capacity capacity, Encode encode, Decode decode)
     {
+        ErrorPrivate::clear();
         try {
             orix_places_protocol::PlacesAPIEncoder request;
             orix_places_protocol::PlacesAPIDecoder reply;
             if (!encode(request))
                 return Error::CommunicationFailed;
             const Error::Type error = mapReturnCode(sendMessage(request, reply, capacity), nullptr);
+            if (error != Error::Success)
+                keepReason(error, reply);
             return error == Error::Success && !decode(reply) ? Error::CommunicationFailed : error;
         } catch (const std::bad_alloc &) {
             return Error::CommunicationFailed;
@@ -70,6 +75,7 @@ public:
     }
 
 private:
+    static void keepReason(Error::Type error, orix_places_protocol::PlacesAPIDecoder &reply);
     QList<AbstractPlace *> findPage(SearchHandle &handle, int offset, int count, int providerPrimaryIndex,
                                     int providerSecondaryIndex, Error::Type &error);
 };

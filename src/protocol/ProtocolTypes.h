@@ -62,6 +62,10 @@ enum ReturnCode : int
     RestoreFailed = 69
 };
 
+/// Longest reason of a failed reply, in bytes. A longer one is cut by the service that sends it, and is none for the
+/// client that receives it.
+constexpr unsigned int REASON_SIZE = 1024;
+
 /// The perimeter of a place as the wire carries it.
 enum class Perimeter : int
 {

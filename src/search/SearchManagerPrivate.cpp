@@ -79,6 +79,7 @@ void SearchManagerPrivate::findByGroup(const Job &job, Answer &answer)
     Error::Type error = Error::Unspecified;
     answer.places = (manager.*find)(job.group, &error, &answer.handle, job.term, job.offset, job.limit, job.centre);
     answer.error = error;
+    answer.reason = Error::reason(error);
 }
 
 bool SearchManagerPrivate::dataAvailable(const Job &job, const Answer &answer)
@@ -91,6 +92,7 @@ bool SearchManagerPrivate::dataAvailable(const Job &job, const Answer &answer)
     data.setSource(job.group);
     data.setHandle(answer.handle);
     data.setResult(answer.places);
+    data.setReason(answer.reason);
     const bool last = !m_queue->hasPending([](const Job &) { return true; });
     Q_EMIT resultAvailable(answer.error, result, last, job.searchId);
     return true;

@@ -35,6 +35,7 @@ public:
     struct Answer
     {
         Error::Type error = Error::Unspecified;
+        QString reason;
         SearchHandle handle;
         QList<QSharedPointer<AbstractPlace>> places;
     };

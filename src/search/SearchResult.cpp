@@ -30,4 +30,9 @@ QList<QSharedPointer<AbstractPlace>> SearchResult::result() const
     return d->result();
 }
 
+QString SearchResult::reason() const
+{
+    return d->reason();
+}
+
 } // namespace vela::platform::places

@@ -18,11 +18,14 @@ public:
     void setHandle(const SearchHandle &handle) { m_handle = handle; }
     const QList<QSharedPointer<AbstractPlace>> &result() const { return m_result; }
     void setResult(const QList<QSharedPointer<AbstractPlace>> &result) { m_result = result; }
+    const QString &reason() const { return m_reason; }
+    void setReason(const QString &reason) { m_reason = reason; }
 
 private:
     SearchResultGroup::Type m_source = SearchResultGroup::None;
     SearchHandle m_handle;
     QList<QSharedPointer<AbstractPlace>> m_result;
+    QString m_reason;
 };
 
 } // namespace vela::platform::places

@@ -5,6 +5,7 @@
 #include "model/ProviderData.h"
 #include "places/AuxiliaryDataRequest.h"
 #include "places/PlaceHeader.h"
+#include "places/PlaceManager.h"
 #include "places/SearchHandle.h"
 #include "search/SearchHandlePrivate.h"
 #include "support/FakeChannel.h"
@@ -13,6 +14,7 @@
 #include <gmock/gmock.h>
 
 #include <cerrno>
+#include <thread>
 
 using namespace vela::platform::places;
 using namespace wire;
@@ -161,4 +163,50 @@ TEST_F(ProtocolTest, APageThatCannotBeReadLeavesTheHandleAlone)
     EXPECT_TRUE(protocol.findNextPlaces(handle, 10, error).isEmpty());
     EXPECT_EQ(error, Error::TimedOut);
     EXPECT_EQ(state.index(), 20);
+}
+
+TEST_F(ProtocolTest, TheReasonOfAFailureIsReadFromAnyReply)
+{
+    const std::string whole(orix_places_protocol::REASON_SIZE, 'x');
+    const struct
+    {
+        const char *name;
+        Fields behindStatus;
+        QString reason;
+    } cases[] = {
+        {"an old service", {}, {}},
+        {"a reason", {text("Café is full")}, QStringLiteral("Caf\u00e9 is full")},
+        {"the longest", {text(whole)}, QString::fromStdString(whole)},
+        {"too long a one", {text(whole + "x")}, {}},
+        {"an empty one", {text("")}, {}},
+        {"more behind it", {text("full"), i32(7)}, QStringLiteral("full")},
+        {"half a length", {{"\x01\x02"}}, {}},
+        {"longer than the reply", {i32(12), {"cut"}}, {}},
+        {"a negative length", {i32(-1), {"none"}}, {}},
+        {"no UTF-8", {text("\xFF no")}, QStringLiteral("\uFFFD no")},
+        {"what steers a terminal", {text("a\n\x1b[31m\u2028b")}, QStringLiteral("a  [31m b")},
+    };
+    for (const auto &row : cases) {
+        channel.refuse(15, 68, row.behindStatus);
+        EXPECT_EQ(protocol.backup("/b"), Error::BackupFailed) << row.name;
+        EXPECT_EQ(Error::reason(Error::BackupFailed), row.reason) << row.name;
+    }
+}
+
+TEST_F(ProtocolTest, AReasonBelongsToTheLastRequestOfItsThread)
+{
+    channel.refuse(15, 68, {text("mine")});
+    EXPECT_EQ(protocol.backup("/b"), Error::BackupFailed);
+    std::thread([&] {
+        EXPECT_EQ(Error::reason(Error::BackupFailed), QString());
+        channel.refuse(15, 68, {text("theirs")});
+        EXPECT_EQ(protocol.backup("/b"), Error::BackupFailed);
+    }).join();
+    EXPECT_EQ(Error::reason(Error::BackupFailed), QStringLiteral("mine"));
+    EXPECT_EQ(PlaceManager().removePlace(nullptr), Error::InvalidArgument);
+    EXPECT_EQ(Error::reason(Error::InvalidArgument), QString()) << "the service was not asked";
+    channel.refuseOpen(ENOENT);
+    EXPECT_EQ(protocol.backup("/b"), Error::ServiceUnavailable);
+    for (const Error::Type error : {Error::BackupFailed, Error::ServiceUnavailable})
+        EXPECT_EQ(Error::reason(error), QString());
 }

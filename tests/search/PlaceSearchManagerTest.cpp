@@ -106,10 +106,11 @@ TEST_F(PlaceSearchManagerTest, ACancelledTagIsNeverReportedWhereverItsRequestsAr
 TEST_F(PlaceSearchManagerTest, AFailedRequestIsReportedWithItsPlace)
 {
     const auto failing = request(1);
-    channel.answerWith([](const std::string &) { return message({i32(67), i32(259)}); });
+    channel.answerWith([](const std::string &) { return message({i32(67), i32(259), text("no guide")}); });
     manager->requestAuxiliaryData({failing}, 1);
     ASSERT_TRUE(arrive(1));
     EXPECT_EQ(replyOf(signals[0]).status(), Error::ProviderFailed);
+    EXPECT_EQ(replyOf(signals[0]).reason(), QStringLiteral("no guide"));
     channel.answerWith([](const std::string &) -> std::string { throw std::runtime_error("anything"); });
     manager->requestAuxiliaryData({failing}, 1);
     ASSERT_TRUE(arrive(2));

@@ -57,6 +57,8 @@ protected:
                              errors.push_back(error);
                              groups.push_back(result.source());
                              places += result.result();
+                             if (!result.reason().isEmpty())
+                                 reasons += result.reason();
                              note(last ? "last" : "result", id);
                          });
     }
@@ -77,6 +79,7 @@ protected:
     std::unique_ptr<SearchManager> manager;
     std::vector<std::string> events;
     std::vector<int> errors;
+    QStringList reasons;
     std::vector<int> groups;
     QList<QSharedPointer<AbstractPlace>> places;
     std::function<void(const std::string &event)> react;
@@ -169,7 +172,7 @@ TEST_F(SearchManagerTest, FavouritesAreLeftOutOnDemandAndFailuresAreReportedByGr
 
     const std::function<std::string(const std::string &)> failures[] = {
         [](const std::string &) {
-            return message({i32(67), i32(269)});
+            return message({i32(67), i32(269), text("no guide")});
         },
         [](const std::string &) { return std::string("garbage"); },
         [](const std::string &) -> std::string { throw std::bad_alloc(); },
@@ -187,6 +190,7 @@ TEST_F(SearchManagerTest, FavouritesAreLeftOutOnDemandAndFailuresAreReportedByGr
                 ElementsAre(Error::InvalidArgument, Error::Success, Error::ProviderFailed, Error::ProviderFailed,
                             Error::CommunicationFailed, Error::CommunicationFailed, Error::CommunicationFailed,
                             Error::CommunicationFailed, Error::Unspecified, Error::Unspecified));
+    EXPECT_EQ(reasons, QStringList({QStringLiteral("no guide"), QStringLiteral("no guide")}));
 }
 
 TEST_F(SearchManagerTest, ASlotMaySearchAgain)

@@ -165,9 +165,9 @@ std::size_t FakeChannel::requestCount() const
     return m_requests.size();
 }
 
-void FakeChannel::refuse(int request, int code)
+void FakeChannel::refuse(int request, int code, const wire::Fields &reason)
 {
-    m_replies.push_back(wire::message({wire::i32(code), wire::i32(request + 256)}));
+    m_replies.push_back(wire::message(wire::Fields{wire::i32(code), wire::i32(request + 256)} + reason));
 }
 
 std::string FakeChannel::body() const
