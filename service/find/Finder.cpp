@@ -135,15 +135,33 @@ bool Finder::canBeBatched() const
 
 Finder::ReturnCode Finder::makeSearches(bool isFirstBatch)
 {
-    if (m_sources.size() > limits::RULE_SOURCES || m_order.criteria() > limits::SORT_CRITERIA)
-        return ReturnCode::LimitExceeded;
+    if (m_sources.size() > limits::RULE_SOURCES) {
+        return refuse(ReturnCode::LimitExceeded, "the search rule has " + std::to_string(m_sources.size())
+                                                     + " members that find what is not stored; the most are "
+                                                     + std::to_string(limits::RULE_SOURCES));
+    }
+    if (m_order.criteria() > limits::SORT_CRITERIA) {
+        return refuse(ReturnCode::LimitExceeded, "the sort rule has " + std::to_string(m_order.criteria())
+                                                     + " criteria; the most are "
+                                                     + std::to_string(limits::SORT_CRITERIA));
+    }
     m_searches.clear();
     m_candidates = std::make_unique<Candidates>(m_store, m_external);
     RuleCompiler compiler(m_store, *m_candidates, m_terms, m_external);
     const std::vector<const Rule *> rules = concatenated(m_query.rule);
     for (std::size_t i = 0; i < rules.size(); ++i)
         m_searches.push_back({rules[i], conditionOf(compiler, rules, i, isFirstBatch), hasSource(*rules[i]), false});
-    return compiler.isUnderstood() && m_order.isUnderstood() ? ReturnCode::Success : ReturnCode::NotUnderstood;
+    if (!compiler.isUnderstood() || !m_order.isUnderstood()) {
+        const std::string which = compiler.isUnderstood() ? "sort rule" : "search rule";
+        return refuse(ReturnCode::NotUnderstood, "the " + which + " has a number that this service does not know");
+    }
+    return ReturnCode::Success;
+}
+
+Finder::ReturnCode Finder::refuse(ReturnCode code, std::string reason)
+{
+    m_reason = std::move(reason);
+    return code;
 }
 
 /// A place that several searches find belongs to the first one. Behind the first batch there is only what the
@@ -321,11 +339,13 @@ bool Page::add(std::string record, const Cursor &cursor)
     return true;
 }
 
-Finder::ReturnCode Finder::find(Page &page)
+Status Finder::find(Page &page)
 {
-    const ReturnCode code = findAny(page);
+    ReturnCode code = findAny(page);
     // An empty page with more behind it would be asked for again and again.
-    return code == ReturnCode::Success && page.isFull && page.records.empty() ? ReturnCode::Busy : code;
+    if (code == ReturnCode::Success && page.isFull && page.records.empty())
+        code = refuse(ReturnCode::Busy, "there is no room for a single place in the reply now");
+    return {code, m_reason};
 }
 
 Finder::ReturnCode Finder::findAny(Page &page)
@@ -514,19 +534,20 @@ std::string Finder::recordOf(qint64 id)
     } catch (const SQLite::Exception &error) {
         if (error.getErrorCode() != SQLITE_CORRUPT)
             throw;
-        logError("place %lld: %s", static_cast<long long>(id), error.what());
+        logError("place %lld is left out: %s; remove it, or restore a backup", static_cast<long long>(id),
+                 error.what());
         return {};
     }
 }
 
 // ------------------------------------------------------------------------------------------------------- counting
 
-Finder::ReturnCode Finder::count(int &count)
+Status Finder::count(int &count)
 {
     qint64 all = 0;
     const ReturnCode code = asksProviders() ? countWithProviders(all) : countWithoutProviders(all);
     count = static_cast<int>(std::min<qint64>(all, std::numeric_limits<int>::max()));
-    return code;
+    return {code, m_reason};
 }
 
 Finder::ReturnCode Finder::countWithoutProviders(qint64 &count)

@@ -9,6 +9,7 @@
 #include "Limits.h"
 #include "sources/ContactBook.h"
 #include "sources/Providers.h"
+#include "Status.h"
 
 #include <functional>
 #include <optional>
@@ -61,8 +62,8 @@ public:
 
     /// Code 66 when the query holds a number that has no meaning; the providers' code when nothing can be found without
     /// them and none answers; 64 when the page has no room for one record.
-    ReturnCode find(Page &page);
-    ReturnCode count(int &count);
+    Status find(Page &page);
+    Status count(int &count);
 
 private:
     /// What a leaf asks the providers.
@@ -104,6 +105,7 @@ private:
 
     /// Makes the searches for the first batch, or for one of those behind it.
     ReturnCode makeSearches(bool isFirstBatch);
+    ReturnCode refuse(ReturnCode code, std::string reason);
     ConditionPtr conditionOf(RuleCompiler &compiler, const std::vector<const Rule *> &rules, std::size_t index,
                              bool isFirstBatch) const;
     /// Fetches what a rule finds that is not stored, without the providers.
@@ -146,6 +148,7 @@ private:
     std::vector<Search> m_searches;
     std::vector<ProvidersAnswer> m_answers; ///< To each of m_asks.
     bool m_hasMoreBatches = false;
+    std::string m_reason; ///< Why the find failed, where its code leaves that open.
 };
 
 } // namespace placesd

@@ -26,7 +26,8 @@ Service::Outcome Service::findPlaces(Request &request, Encoder &reply)
         return request.reader.problem();
     query.perimeter = request.head.perimeter;
     if (query.count < 0 || query.count > limits::PAGE_SIZE || query.offset < 0)
-        return ReturnCode::LimitExceeded;
+        return Status(ReturnCode::LimitExceeded, "a page has at most " + std::to_string(limits::PAGE_SIZE)
+                                                     + " places, and neither its size nor its offset is negative");
     const int offset = query.offset;
     const PlaceSources sources{m_shared.providers, m_shared.contacts.get()};
     Finder finder(m_store, sources, std::move(query), request.caller.external, request.deadline);
@@ -34,8 +35,8 @@ Service::Outcome Service::findPlaces(Request &request, Encoder &reply)
         return Pool::Slow;
     Page page;
     page.room = request.room - std::min(request.room, ROOM_FOR_REST);
-    if (const ReturnCode code = finder.find(page); code != ReturnCode::Success)
-        return code;
+    if (Status status = finder.find(page); status != ReturnCode::Success)
+        return status;
 
     reply.ensureBuffer(static_cast<unsigned int>(request.room - page.room), false);
     const auto count = static_cast<int>(page.records.size());
@@ -68,9 +69,9 @@ Service::Outcome Service::findPlacesSize(Request &request, Encoder &reply)
     if (finder.takesLong() && m_pool != Pool::Slow)
         return Pool::Slow;
     int count = 0;
-    const ReturnCode code = finder.count(count);
+    Status status = finder.count(count);
     reply.encode(count);
-    return code;
+    return status;
 }
 
 Service::Outcome Service::getRecentSearchTerms(Request &request, Encoder &reply)

@@ -19,6 +19,14 @@ namespace Tags = vela::platform::places::Tags;
 namespace
 {
 
+const char *const BEYOND_SHARE = "your places, or all that came by the open channel, are as many as fit; remove some";
+
+/// The same for a place that is not there and for one that the sender may not see.
+Status noSuchPlace(qint64 id)
+{
+    return {ReturnCode::NoSuchPlace, "no place has the id " + std::to_string(id)};
+}
+
 bool isBeyondShare(const Store::Shares &shares, qint64 morePlaces = 0, qint64 moreBytes = 0)
 {
     const auto isBeyond = [=](const Store::Share &share, qint64 places, qint64 bytes) {
@@ -36,32 +44,32 @@ Service::Outcome Service::addPlace(Request &request, Encoder &reply)
     if (!request.reader.readPlace(place))
         return request.reader.problem();
     if (place->isPersisted())
-        return ReturnCode::AlreadyStored;
+        return Status(ReturnCode::AlreadyStored,
+                      "the place has the id " + std::to_string(place->id()) + "; update it, or add it without an id");
     PlacePrivate &data = *PlacePrivate::privateFromPublic(place.get());
-    if (const ReturnCode problem = acceptPlace(*place, request); problem != ReturnCode::Success)
+    if (Status problem = acceptPlace(*place, request); problem != ReturnCode::Success)
         return problem;
 
-    if (const ReturnCode problem = permit(request.head.perimeter, data.securityPerimeter());
-        problem != ReturnCode::Success)
+    if (Status problem = permit(request.head.perimeter, data.securityPerimeter()); problem != ReturnCode::Success)
         return problem;
 
     // A place that has no room costs no work: its record is about as long as the request.
     if (request.caller.external
         && isBeyondShare(m_store.sharesOf(request.caller.user), 1, static_cast<qint64>(request.length)))
-        return ReturnCode::LimitExceeded;
+        return Status(ReturnCode::LimitExceeded, BEYOND_SHARE);
     data.setCreatedTime(now());
     data.setUpdatedTime(data.createdTime());
     // Picking a place is a use of it: what was picked just now comes first among what was picked.
     if (data.persistenceMask() == PlacePrivate::InRecentBucket && data.lastUsedTime() == 0)
         data.setLastUsedTime(data.createdTime());
     const QString term = data.takeSearchTerm();
-    const ReturnCode code = writeWithinShare(request, [&] {
+    Status status = writeWithinShare(request, [&] {
         rememberTerm(term, request);
         m_store.insert(*place, request.caller.external ? std::optional(request.caller.user) : std::nullopt);
         return ReturnCode::Success;
     });
     reply.encode(place->id());
-    return code;
+    return status;
 }
 
 Service::Outcome Service::updatePlace(Request &request, Encoder &)
@@ -70,7 +78,7 @@ Service::Outcome Service::updatePlace(Request &request, Encoder &)
     if (!request.reader.readPlace(place))
         return request.reader.problem();
     PlacePrivate &fresh = *PlacePrivate::privateFromPublic(place.get());
-    if (const ReturnCode problem = acceptPlace(*place, request); problem != ReturnCode::Success)
+    if (Status problem = acceptPlace(*place, request); problem != ReturnCode::Success)
         return problem;
 
     const QString term = fresh.takeSearchTerm();
@@ -98,15 +106,15 @@ Service::Outcome Service::removePlace(Request &request, Encoder &)
     if (!request.reader.readId(id))
         return request.reader.problem();
     // The place itself is not looked at: one that cannot be read can be removed all the same.
-    ReturnCode code = ReturnCode::Success;
+    Status status = ReturnCode::Success;
     m_shared.hasRemovedWords = true;
     m_store.write(
         [&] {
-            code = permitChange(id, request);
-            return code == ReturnCode::Success && m_store.remove(id);
+            status = permitChange(id, request);
+            return status == ReturnCode::Success && m_store.remove(id);
         },
         Store::OnFullDisk::UseReserve);
-    return code;
+    return status;
 }
 
 Service::Outcome Service::incrementUsage(Request &request, Encoder &)
@@ -197,32 +205,34 @@ Service::Outcome Service::getHeader(Request &request, Encoder &reply)
     return ReturnCode::Success;
 }
 
-ReturnCode Service::permitPlace(qint64 id, const Request &request)
+Status Service::permitPlace(qint64 id, const Request &request)
 {
     const std::optional<Store::Standing> standing = m_store.standingOf(id);
-    return standing ? permitPlace(*standing, request) : ReturnCode::NoSuchPlace;
+    return standing ? permitPlace(id, *standing, request) : noSuchPlace(id);
 }
 
-ReturnCode Service::permitPlace(const Store::Standing &standing, const Request &request)
+Status Service::permitPlace(qint64 id, const Store::Standing &standing, const Request &request)
 {
     const bool isKnown = !request.caller.external || standing.isOpen();
-    return isKnown ? permit(request.head.perimeter, standing.perimeter) : ReturnCode::NoSuchPlace;
+    return isKnown ? permit(request.head.perimeter, standing.perimeter) : noSuchPlace(id);
 }
 
-ReturnCode Service::permitChange(qint64 id, const Request &request)
+Status Service::permitChange(qint64 id, const Request &request)
 {
     const std::optional<Store::Standing> standing = m_store.standingOf(id);
-    const ReturnCode code = standing ? permitPlace(*standing, request) : ReturnCode::NoSuchPlace;
+    Status status = standing ? permitPlace(id, *standing, request) : noSuchPlace(id);
     const bool isOwn = !request.caller.external || (standing && standing->guest == request.caller.user);
-    return code == ReturnCode::Success && !isOwn ? ReturnCode::NotPermitted : code;
+    if (status == ReturnCode::Success && !isOwn)
+        return {ReturnCode::NotPermitted, "the open channel changes only places that you added by it"};
+    return status;
 }
 
-ReturnCode Service::acceptPlace(Place &place, const Request &request)
+Status Service::acceptPlace(Place &place, const Request &request)
 {
     PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
     dropWhatIsNotStored(data);
-    const ReturnCode code = accept(data);
-    return code == ReturnCode::Success && request.caller.external ? acceptFromGuest(data) : code;
+    Status status = accept(data);
+    return status == ReturnCode::Success && request.caller.external ? acceptFromGuest(data) : status;
 }
 
 void Service::rememberTerm(const QString &term, const Request &request)
@@ -231,46 +241,46 @@ void Service::rememberTerm(const QString &term, const Request &request)
         m_store.rememberTerm(term);
 }
 
-ReturnCode Service::writeWithinShare(const Request &request, const std::function<ReturnCode()> &work)
+Status Service::writeWithinShare(const Request &request, const std::function<Status()> &work)
 {
-    ReturnCode code = ReturnCode::Success;
+    Status status = ReturnCode::Success;
     m_store.write([&] {
         if (!request.caller.external)
-            return (code = work()) == ReturnCode::Success;
+            return (status = work()) == ReturnCode::Success;
         const qint64 before = m_store.sharesOf(request.caller.user).user.bytes;
-        code = work();
+        status = work();
         // The owner may have made a place larger than the share; what does not grow goes on.
         const Store::Shares after = m_store.sharesOf(request.caller.user);
-        if (code == ReturnCode::Success && after.user.bytes > before && isBeyondShare(after))
-            code = ReturnCode::LimitExceeded;
-        return code == ReturnCode::Success;
+        if (status == ReturnCode::Success && after.user.bytes > before && isBeyondShare(after))
+            status = {ReturnCode::LimitExceeded, BEYOND_SHARE};
+        return status == ReturnCode::Success;
     });
-    return code;
+    return status;
 }
 
-ReturnCode Service::change(qint64 id, const Request &request, const Change &change)
+Status Service::change(qint64 id, const Request &request, const Change &change)
 {
-    return writeWithinShare(request, [&] {
-        if (const ReturnCode code = permitChange(id, request); code != ReturnCode::Success)
-            return code;
+    return writeWithinShare(request, [&]() -> Status {
+        if (Status problem = permitChange(id, request); problem != ReturnCode::Success)
+            return problem;
         const std::unique_ptr<Place> before = m_store.place(id);
         const std::unique_ptr<Place> after = m_store.place(id);
-        const ReturnCode code = change(*after);
-        if (code == ReturnCode::Success)
+        Status status = change(*after);
+        if (status == ReturnCode::Success)
             m_store.update(*after, *before);
-        return code;
+        return status;
     });
 }
 
-ReturnCode Service::encodeStored(qint64 id, const Request &request, Encoder &reply)
+Status Service::encodeStored(qint64 id, const Request &request, Encoder &reply)
 {
     const std::optional<Store::StoredPlace> place = m_store.storedPlace(id);
     if (!place)
-        return ReturnCode::NoSuchPlace;
-    const ReturnCode code = permitPlace(place->standing, request);
-    if (code == ReturnCode::Success)
+        return noSuchPlace(id);
+    Status status = permitPlace(id, place->standing, request);
+    if (status == ReturnCode::Success)
         encodeRecord(reply, place->fullRecord);
-    return code;
+    return status;
 }
 
 void Service::makeRoom(Encoder &reply, const Request &request)

@@ -83,22 +83,38 @@ quint64 now()
     return static_cast<quint64>(std::time(nullptr));
 }
 
-ReturnCode accept(const PlacePrivate &place)
+Status accept(const PlacePrivate &place)
 {
     constexpr int KEPT = PlacePrivate::InRecentBucket | PlacePrivate::ExplicitlySaved;
     const auto isEmpty = [](const QString &text) { return text.isEmpty(); };
-    if (!isBounded(place))
-        return ReturnCode::LimitExceeded;
-    if (place.locations().isEmpty() || (place.persistenceMask() & KEPT) == 0 || place.usageCount() < 0
-        || std::any_of(place.tags().begin(), place.tags().end(), isEmpty))
-        return ReturnCode::PlaceNotAcceptable;
+    if (!isBounded(place)) {
+        return {ReturnCode::LimitExceeded, "a text of the place has more than " + std::to_string(limits::TEXT_LENGTH)
+                                               + " UTF-16 units (descriptions and values of properties: "
+                                               + std::to_string(limits::LONG_TEXT_LENGTH)
+                                               + "), or one of its lists more than "
+                                               + std::to_string(limits::LIST_LENGTH) + " members"};
+    }
+    const struct
+    {
+        bool holds;
+        const char *reason;
+    } faults[] = {
+        {place.locations().isEmpty(), "the place has no location; give it a position or an address"},
+        {(place.persistenceMask() & KEPT) == 0, "the place is neither to be saved nor in the recent bucket"},
+        {place.usageCount() < 0, "the place has a negative usage count"},
+        {std::any_of(place.tags().begin(), place.tags().end(), isEmpty), "the place has an empty tag; leave it out"},
+    };
+    for (const auto &fault : faults) {
+        if (fault.holds)
+            return {ReturnCode::PlaceNotAcceptable, fault.reason};
+    }
     return ReturnCode::Success;
 }
 
-ReturnCode acceptFromGuest(PlacePrivate &place)
+Status acceptFromGuest(PlacePrivate &place)
 {
     if (!place.isExplicitlySaved() || place.isPrivate())
-        return ReturnCode::PlaceNotAcceptable;
+        return {ReturnCode::PlaceNotAcceptable, "the open channel takes no private place, and none that is not saved"};
     place.setPersistenceMask(PlacePrivate::ExplicitlySaved);
     place.setUsageCount(0);
     place.setLastUsedTime(0);
@@ -112,10 +128,11 @@ void dropWhatIsNotStored(PlacePrivate &place)
              [](const Location &location) { return LocationPrivate::privateFromPublic(&location)->saysNothing(); });
 }
 
-ReturnCode permit(Perimeter named, vela::system::SecurityPerimeter::Type own)
+Status permit(Perimeter named, vela::system::SecurityPerimeter::Type own)
 {
-    const bool permitted = named == Perimeter::Default || named == fromSystemPerimeter(own);
-    return permitted ? ReturnCode::Success : ReturnCode::NotPermitted;
+    if (named == Perimeter::Default || named == fromSystemPerimeter(own))
+        return ReturnCode::Success;
+    return {ReturnCode::NotPermitted, "the request names another perimeter than that of the place"};
 }
 
 } // namespace placesd

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "protocol/ProtocolTypes.h"
+#include "Status.h"
 
 #include <vela/system/SecurityPerimeter.h>
 
@@ -21,11 +22,11 @@ namespace placesd
 quint64 now();
 
 /// Whether a place can be stored: Success, LimitExceeded or PlaceNotAcceptable.
-orix_places_protocol::ReturnCode accept(const vela::platform::places::PlacePrivate &place);
+Status accept(const vela::platform::places::PlacePrivate &place);
 
 /// Whether the open channel can store a place: Success, or PlaceNotAcceptable for one that it would not see again.
 /// Takes the place out of the recent bucket, and what the service counts starts anew: both are the owner's to say.
-orix_places_protocol::ReturnCode acceptFromGuest(vela::platform::places::PlacePrivate &place);
+Status acceptFromGuest(vela::platform::places::PlacePrivate &place);
 
 /// Removes what is not stored with a place: records that are not persistable, and locations that say nothing. Such a
 /// location would be counted in the stored record but not written, and the record could not be read again.
@@ -33,7 +34,6 @@ void dropWhatIsNotStored(vela::platform::places::PlacePrivate &place);
 
 /// Success when a request that names a perimeter may use a place of the perimeter `own`; else NotPermitted. The default
 /// perimeter names none.
-orix_places_protocol::ReturnCode permit(orix_places_protocol::Perimeter named,
-                                        vela::system::SecurityPerimeter::Type own);
+Status permit(orix_places_protocol::Perimeter named, vela::system::SecurityPerimeter::Type own);
 
 } // namespace placesd

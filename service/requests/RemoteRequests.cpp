@@ -107,7 +107,7 @@ Service::Outcome Service::answerWithContact(const QString &externalId, Request &
     return answerWith(answer, request, reply);
 }
 
-ReturnCode Service::answerWith(const ProvidersAnswer &answer, const Request &request, Encoder &reply)
+Status Service::answerWith(const ProvidersAnswer &answer, const Request &request, Encoder &reply)
 {
     if (answer.places.empty())
         return answer.code == ReturnCode::Success ? ReturnCode::NoSuchPlace : answer.code;
@@ -125,7 +125,7 @@ Service::Outcome Service::getAuxiliaryData(Request &request, Encoder &reply)
     if (!request.reader.readAuxiliaryQuery(query))
         return request.reader.problem();
     const bool isStored = query.place != PlaceId::UNDEFINED_PERSISTED_ID;
-    if (const ReturnCode problem = isStored ? permitPlace(query.place, request) : ReturnCode::Success;
+    if (Status problem = isStored ? permitPlace(query.place, request) : ReturnCode::Success;
         problem != ReturnCode::Success)
         return problem;
     const std::unique_ptr<Place> place = isStored ? m_store.place(query.place) : nullptr;

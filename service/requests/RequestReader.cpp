@@ -216,25 +216,40 @@ bool RequestReader::readLatin1(QString &text)
 
 bool RequestReader::admitNode(int depth)
 {
-    if (depth >= limits::RULE_DEPTH || ++m_nodes > limits::RULE_COUNT)
-        return refuse(ReturnCode::LimitExceeded);
+    if (depth >= limits::RULE_DEPTH)
+        return refuse("a search or sort rule is more than " + std::to_string(limits::RULE_DEPTH) + " levels deep");
+    if (++m_nodes > limits::RULE_COUNT)
+        return refuse("the rules have more than " + std::to_string(limits::RULE_COUNT) + " nodes");
     return true;
 }
 
 bool RequestReader::admitText(const QString &text)
 {
-    return text.size() <= limits::TEXT_LENGTH || refuse(ReturnCode::LimitExceeded);
+    return text.size() <= limits::TEXT_LENGTH
+           || refuse("a text has " + std::to_string(text.size()) + " UTF-16 units; the most are "
+                     + std::to_string(limits::TEXT_LENGTH));
 }
 
 bool RequestReader::admitWords(const QString &term)
 {
-    return words(term).size() <= limits::TERM_WORDS || refuse(ReturnCode::LimitExceeded);
+    return words(term).size() <= limits::TERM_WORDS
+           || refuse("a search term has more than " + std::to_string(limits::TERM_WORDS) + " different words");
 }
 
-bool RequestReader::refuse(ReturnCode problem)
+bool RequestReader::refuse(std::string reason)
 {
-    m_problem = problem;
+    m_beyond = std::move(reason);
     return false;
+}
+
+Status RequestReader::problem() const
+{
+    if (!m_beyond.empty())
+        return {ReturnCode::LimitExceeded, m_beyond};
+    if (remaining() == 0)
+        return {ReturnCode::TransportFailed, "the request ends before its last field"};
+    return {ReturnCode::TransportFailed,
+            "the last " + std::to_string(remaining()) + " bytes of the request are not what belongs there"};
 }
 
 } // namespace placesd

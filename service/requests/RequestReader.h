@@ -3,6 +3,7 @@
 
 #include "find/Query.h"
 #include "protocol/PlacesAPIDecoder.h"
+#include "Status.h"
 
 #include <QtCore/QHash>
 
@@ -41,7 +42,7 @@ public:
     using PlacesAPIDecoder::PlacesAPIDecoder;
 
     /// Whether the request is not readable, or readable but beyond a limit.
-    [[nodiscard]] orix_places_protocol::ReturnCode problem() const { return m_problem; }
+    [[nodiscard]] Status problem() const;
 
     bool readHead(RequestHead &head);
     bool readPlace(std::unique_ptr<vela::platform::places::Place> &place);
@@ -66,9 +67,10 @@ private:
     bool admitNode(int depth);
     bool admitText(const QString &text);
     bool admitWords(const QString &term);
-    bool refuse(orix_places_protocol::ReturnCode problem);
+    /// Refuses a request beyond a limit.
+    bool refuse(std::string reason);
 
-    orix_places_protocol::ReturnCode m_problem = orix_places_protocol::ReturnCode::TransportFailed;
+    std::string m_beyond; ///< Which limit the request is beyond; empty while it is beyond none.
     int m_nodes = 0;
 };
 

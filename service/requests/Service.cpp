@@ -4,6 +4,10 @@
 
 #include "Log.h"
 #include "store/DatabaseFile.h"
+#include "store/StorageReason.h"
+#include "text/Utf8.h"
+
+#include <QtCore/QString>
 
 #include <algorithm>
 #include <array>
@@ -32,13 +36,31 @@ ReturnCode codeOf(const SQLite::Exception &error)
     }
 }
 
+/// A reason as it is sent. Paths are in it, which may be any bytes.
+std::string lineOf(const std::string &reason)
+{
+    QString line = QString::fromStdString(reason.substr(0, 2 * std::size_t{REASON_SIZE}));
+    const auto isControl = [](QChar c) {
+        return c.category() == QChar::Other_Control || c == QChar::LineSeparator || c == QChar::ParagraphSeparator;
+    };
+    std::replace_if(line.begin(), line.end(), isControl, QLatin1Char('?'));
+    std::string text = line.toStdString();
+    std::size_t size = std::min<std::size_t>(text.size(), REASON_SIZE);
+    while (size > 0 && size < text.size() && isContinuation(text[size]))
+        --size;
+    text.resize(size);
+    return text;
+}
+
 } // namespace
 
-std::unique_ptr<PlacesAPIEncoder> statusReply(ReturnCode code, int requestType)
+std::unique_ptr<PlacesAPIEncoder> statusReply(const Status &status, int requestType)
 {
     auto reply = std::make_unique<PlacesAPIEncoder>();
-    reply->encode(static_cast<int>(code));
+    reply->encode(static_cast<int>(status.code));
     reply->encode(static_cast<int>(static_cast<unsigned int>(requestType) + REPLY_OFFSET));
+    if (status.code != ReturnCode::Success && !status.reason.empty())
+        reply->encodeString(lineOf(status.reason));
     return reply;
 }
 
@@ -102,23 +124,19 @@ Answer Service::answer(const char *bytes, unsigned int length, const Caller &cal
     const Deadline end = m_pool == Pool::Fast ? std::min(deadline, Clock::now() + limits::FAST_TIME) : deadline;
     Request request{RequestReader(&message), {}, caller, end, length, room};
     if (!request.reader.readHead(request.head))
-        return {statusReply(ReturnCode::TransportFailed, 0), m_pool};
+        return {statusReply(request.reader.problem(), 0), m_pool};
 
     const int type = request.head.type;
     auto reply = statusReply(ReturnCode::Success, type);
-    Outcome outcome = ReturnCode::TookTooLong;
+    Outcome outcome = Status(ReturnCode::TookTooLong, "others were before it for all the time that a request has");
     try {
         m_store.startRequest(end);
         if (!hasPassed(deadline))
             outcome = perform(request, *reply);
     } catch (const SQLite::Exception &error) {
-        outcome = codeOf(error);
-        if (isLackOfRoom(error))
-            m_shared.store.reserve->report();
-        else if (outcome != Outcome(ReturnCode::TookTooLong) || hasPassed(deadline))
-            logError("request of type %d failed: %s", type, error.what());
+        outcome = failed(type, error, caller, deadline);
     } catch (const std::bad_alloc &) {
-        outcome = ReturnCode::LimitExceeded;
+        outcome = Status(ReturnCode::LimitExceeded, "the service has not enough memory for such a request");
     }
     // A fast thread only reads, so the request can run again.
     if (m_pool == Pool::Fast && outcome == Outcome(ReturnCode::TookTooLong) && !hasPassed(deadline))
@@ -126,7 +144,7 @@ Answer Service::answer(const char *bytes, unsigned int length, const Caller &cal
     if (const Pool *pool = std::get_if<Pool>(&outcome))
         return {nullptr, *pool};
     if (outcome != Outcome(ReturnCode::Success))
-        reply = statusReply(std::get<ReturnCode>(outcome), type);
+        reply = statusReply(std::get<Status>(outcome), type);
     m_shared.statistics.record(type, Clock::now() - (deadline - requestTime()));
     return {std::move(reply), m_pool};
 }
@@ -147,7 +165,8 @@ bool Service::writeTogether(Deadline deadline, const std::function<bool()> &answ
     } catch (const SQLite::Exception &error) {
         // Each that does not fit is answered so when it runs on its own.
         if (!isLackOfRoom(error))
-            logError("requests in one transaction failed and run again, one by one: %s", error.what());
+            logError("requests in one transaction failed and run again, one by one: %s",
+                     storageReason(m_shared.database, error).c_str());
         return false;
     } catch (const std::exception &error) {
         logError("requests in one transaction failed and run again, one by one: %s", error.what());
@@ -158,20 +177,43 @@ bool Service::writeTogether(Deadline deadline, const std::function<bool()> &answ
 Service::Outcome Service::perform(Request &request, Encoder &reply)
 {
     const Entry *entry = entryOf(request.head.type);
-    if (!entry)
-        return ReturnCode::NotUnderstood;
-    const bool permitted = request.caller.external ? entry->external : request.caller.trusted;
-    const std::string &key = m_shared.sessionKey;
-    if (!permitted || (!key.empty() && request.head.sessionKey != key))
-        return ReturnCode::NotPermitted;
+    if (!entry) {
+        return Status(ReturnCode::NotUnderstood,
+                      "this service knows no request of type " + std::to_string(request.head.type));
+    }
+    if (Status status = admit(request, *entry); status != ReturnCode::Success)
+        return status;
     if (entry->pool != Pool::Fast && m_pool == Pool::Fast)
         return entry->pool;
     std::unique_lock<std::timed_mutex> turn;
     if (m_pool != Pool::Writer && request.length > limits::LONG_REQUEST)
         turn = std::unique_lock(m_shared.longRequests[request.caller.external ? 1 : 0], request.deadline);
     if (turn.mutex() && !turn)
-        return ReturnCode::TookTooLong;
+        return Status(ReturnCode::TookTooLong, "other long requests took all the time that a request has");
     return (this->*entry->operation)(request, reply);
+}
+
+Status Service::admit(const Request &request, const Entry &entry) const
+{
+    if (request.caller.external && !entry.external)
+        return {ReturnCode::NotPermitted, "only the owner's channel, places, answers requests of this type"};
+    if (!request.caller.external && !request.caller.trusted)
+        return {ReturnCode::NotPermitted, "the places are another user's"};
+    const std::string &key = m_shared.sessionKey;
+    if (!key.empty() && request.head.sessionKey != key)
+        return {ReturnCode::NotPermitted, "the session key is not that of the session object; read it again"};
+    return ReturnCode::Success;
+}
+
+Status Service::failed(int type, const SQLite::Exception &error, const Caller &caller, Deadline deadline) const
+{
+    const ReturnCode code = codeOf(error);
+    const std::string reason = storageReason(m_shared.database, error);
+    if (isLackOfRoom(error))
+        m_shared.store.reserve->report();
+    else if (code != ReturnCode::TookTooLong || hasPassed(deadline)) // else another pool runs it
+        logError("request of type %d failed: %s", type, reason.c_str());
+    return {code, caller.external ? std::string() : reason};
 }
 
 } // namespace placesd

@@ -7,6 +7,7 @@
 #include "requests/RequestStatistics.h"
 #include "sources/ContactBook.h"
 #include "sources/Providers.h"
+#include "Status.h"
 #include "store/Backup.h"
 #include "store/Store.h"
 
@@ -91,10 +92,10 @@ struct Answer
     Pool pool;
 };
 
-/// A reply that says how a request ended, and nothing else yet.
+/// A reply that says how a request ended, and nothing else yet. A failed one has the reason behind the status, as one
+/// line of at most REASON_SIZE bytes without control characters.
 /// @param requestType 0 where that is not known.
-std::unique_ptr<orix_places_protocol::PlacesAPIEncoder> statusReply(orix_places_protocol::ReturnCode code,
-                                                                    int requestType = 0);
+std::unique_ptr<orix_places_protocol::PlacesAPIEncoder> statusReply(const Status &status, int requestType = 0);
 
 /// Answers requests, one after the other, on one connection to the store.
 class Service
@@ -136,13 +137,18 @@ private:
         std::size_t length; ///< Bytes of the request.
         std::size_t room;   ///< For the reply, in bytes.
     };
-    /// A code, or the pool that has to run the request.
-    using Outcome = std::variant<ReturnCode, Pool>;
+    /// How the request ended, or the pool that has to run it.
+    using Outcome = std::variant<Status, Pool>;
     using Operation = Outcome (Service::*)(Request &, Encoder &);
     struct Entry;
     static const Entry *entryOf(int type);
 
     Outcome perform(Request &request, Encoder &reply);
+    /// Whether the caller may make a request of this type, with this key.
+    Status admit(const Request &request, const Entry &entry) const;
+    /// The outcome of a request that SQLite failed, which goes to the log. Only the owner gets the reason: paths and
+    /// words of SQLite are in it.
+    Status failed(int type, const SQLite::Exception &error, const Caller &caller, Deadline deadline) const;
 
     Outcome addPlace(Request &request, Encoder &reply);
     Outcome getRecentSearchTerms(Request &request, Encoder &reply);
@@ -170,31 +176,31 @@ private:
                        Encoder &reply);
     Outcome answerWithContact(const QString &externalId, Request &request, Encoder &reply);
     /// Answers with the only place of a provider's answer, or with the stored place that it is.
-    ReturnCode answerWith(const ProvidersAnswer &answer, const Request &request, Encoder &reply);
+    Status answerWith(const ProvidersAnswer &answer, const Request &request, Encoder &reply);
     ReturnCode addRemoteData(const AuxiliaryQuery &query, const Place *place, Deadline deadline,
                              QList<vela::platform::places::AuxiliaryData> &found) const;
 
     /// Whether a request may see a stored place.
-    ReturnCode permitPlace(qint64 id, const Request &request);
-    static ReturnCode permitPlace(const Store::Standing &standing, const Request &request);
+    Status permitPlace(qint64 id, const Request &request);
+    static Status permitPlace(qint64 id, const Store::Standing &standing, const Request &request);
     /// Whether it may change the place: by the open channel only users who added it there.
-    ReturnCode permitChange(qint64 id, const Request &request);
+    Status permitChange(qint64 id, const Request &request);
     /// Whether a place that a request brings can be stored; drops what is not stored.
-    static ReturnCode acceptPlace(Place &place, const Request &request);
+    static Status acceptPlace(Place &place, const Request &request);
     /// Keeps a search term of the owner's channel.
     void rememberTerm(const QString &term, const Request &request);
     /// Runs `work`, which may store more, as one write. Takes it back when it fails, or when the open channel or one of
     /// its users then have more than their share.
-    ReturnCode writeWithinShare(const Request &request, const std::function<ReturnCode()> &work);
-    ReturnCode encodeStored(qint64 id, const Request &request, Encoder &reply);
+    Status writeWithinShare(const Request &request, const std::function<Status()> &work);
+    Status encodeStored(qint64 id, const Request &request, Encoder &reply);
     /// Lets a reply grow to the room that it may take without being copied at each step.
     static void makeRoom(Encoder &reply, const Request &request);
     /// Puts a stored record into a reply as it is.
     static bool encodeRecord(Encoder &reply, const std::string &record);
     /// Changes a stored place in one transaction. When `change` fails nothing is stored.
-    using Change = std::function<ReturnCode(Place &)>;
-    ReturnCode change(qint64 id, const Request &request, const Change &change);
-    ReturnCode changeTag(Request &request, bool add);
+    using Change = std::function<Status(Place &)>;
+    Status change(qint64 id, const Request &request, const Change &change);
+    Status changeTag(Request &request, bool add);
 
     Shared &m_shared;
     const Pool m_pool;

@@ -32,7 +32,7 @@ Service::Outcome Service::removeTag(Request &request, Encoder &)
     return changeTag(request, false);
 }
 
-ReturnCode Service::changeTag(Request &request, bool add)
+Status Service::changeTag(Request &request, bool add)
 {
     qint64 id = -1;
     QString tag;

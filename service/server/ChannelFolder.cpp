@@ -23,9 +23,16 @@ namespace
 
 constexpr mode_t WRITABLE_BY_OTHERS = S_IWGRP | S_IWOTH;
 
+constexpr char ADVICE[] = "; name another folder with VELA_CHANNEL_DIR";
+
 [[noreturn]] void fail(const std::string &what)
 {
-    throw std::system_error(errno, std::generic_category(), what);
+    throw std::runtime_error(what + ": " + std::generic_category().message(errno) + ADVICE);
+}
+
+[[noreturn]] void refuse(const fs::path &path, const char *why)
+{
+    throw std::runtime_error(path.string() + " " + why + ADVICE);
 }
 
 struct stat statusOf(const fs::path &path)
@@ -47,7 +54,7 @@ void requireSafe(const fs::path &path)
         const bool isLink = S_ISLNK(status.st_mode);
         const bool isProtected = (status.st_mode & WRITABLE_BY_OTHERS) == 0 || (status.st_mode & S_ISVTX) != 0;
         if (!isOwn || (!isLink && !isProtected))
-            throw std::runtime_error(part.string() + " belongs to somebody else, or others may write to it");
+            refuse(part, "belongs to somebody else, or others may write to it");
         if (isLink)
             requireSafe(fs::canonical(part));
     }
@@ -57,9 +64,9 @@ void requireOwn(const fs::path &folder)
 {
     const struct stat status = statusOf(folder);
     if (!S_ISDIR(status.st_mode))
-        throw std::runtime_error(folder.string() + " is not a folder");
+        refuse(folder, "is not a folder");
     if (status.st_uid != ::geteuid() || (status.st_mode & WRITABLE_BY_OTHERS) != 0)
-        throw std::runtime_error(folder.string() + " belongs to somebody else, or others may write to it");
+        refuse(folder, "belongs to somebody else, or others may write to it");
 }
 
 } // namespace
@@ -77,7 +84,7 @@ channel::Descriptor takeChannelFolder()
     const std::string path = folder / "placesd.lock";
     channel::Descriptor lock(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
     if (!lock.isOpen() || ::flock(lock.get(), LOCK_EX | LOCK_NB) != 0)
-        fail("cannot take " + path + "; another placesd may be running");
+        fail("cannot take " + path + ", which another placesd may have");
     return lock;
 }
 

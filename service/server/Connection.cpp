@@ -29,6 +29,11 @@ namespace
 
 constexpr std::size_t READ_SIZE = 64 * 1024;
 
+Status noRoom()
+{
+    return {ReturnCode::Busy, "requests and replies on their way fill all the memory that a user may have"};
+}
+
 std::size_t sizeOf(const PlacesAPIEncoder &reply)
 {
     char *data = nullptr;
@@ -89,12 +94,12 @@ Connection::Wish Connection::advance(Service &service)
     return flush() || errno == EAGAIN ? Wish::Turn : Wish::Close;
 }
 
-void Connection::refuse(ReturnCode code)
+void Connection::refuse(const Status &status)
 {
     // A socket that is closed with bytes unread loses what was sent on it.
     std::array<char, READ_SIZE> bytes; // NOLINT(cppcoreguidelines-pro-type-member-init): never looked at
     [[maybe_unused]] const ssize_t unread = ::recv(fd(), bytes.data(), bytes.size(), MSG_DONTWAIT);
-    queueStatus(code);
+    queueStatus(status);
     flush();
 }
 
@@ -110,7 +115,7 @@ ssize_t Connection::receive()
         m_taken = 0;
         m_incoming.insert(m_incoming.end(), bytes.data(), bytes.data() + received);
         if (m_toDiscard == 0 && !hold(0))
-            discardFirst(ReturnCode::Busy);
+            discardFirst(noRoom());
     }
     return received;
 }
@@ -123,7 +128,8 @@ bool Connection::takeRequest(Service &service)
         return false;
     const std::uint32_t length = firstLength();
     if (length > limits::REQUEST_SIZE) {
-        discardFirst(ReturnCode::LimitExceeded);
+        discardFirst({ReturnCode::LimitExceeded, "the request has " + std::to_string(length) + " bytes; the most are "
+                                                     + std::to_string(limits::REQUEST_SIZE)});
         return true;
     }
     if (arrived() < sizeof length + length)
@@ -145,7 +151,7 @@ std::unique_ptr<PlacesAPIEncoder> Connection::runFirst(Service &service)
     Answer answer = service.answer(next() + sizeof(std::uint32_t), firstLength(), m_caller, *m_deadline, room);
     m_pool = answer.pool;
     if (!hold(answer.reply ? sizeOf(*answer.reply) : 0)) {
-        answer.reply = statusReply(ReturnCode::Busy);
+        answer.reply = statusReply(noRoom());
         hold(0);
     }
     return std::move(answer.reply);
@@ -185,10 +191,10 @@ std::uint32_t Connection::firstLength() const
     return length;
 }
 
-void Connection::discardFirst(ReturnCode code)
+void Connection::discardFirst(Status status)
 {
     m_toDiscard = firstLength();
-    m_discardCode = code;
+    m_discardStatus = std::move(status);
     consume(sizeof m_toDiscard);
 }
 
@@ -199,7 +205,7 @@ bool Connection::discard()
     m_toDiscard -= static_cast<std::uint32_t>(passing);
     if (m_toDiscard > 0)
         return false;
-    queueStatus(m_discardCode);
+    queueStatus(m_discardStatus);
     hold(0);
     return true;
 }
@@ -226,9 +232,9 @@ bool Connection::hold(std::size_t reply)
     return hasRoom;
 }
 
-void Connection::queueStatus(ReturnCode code)
+void Connection::queueStatus(const Status &status)
 {
-    m_reply = statusReply(code);
+    m_reply = statusReply(status);
 }
 
 bool Connection::flush()

@@ -68,8 +68,8 @@ public:
     };
     /// Lets the reply that was kept back be sent. Returns what the connection waits for.
     Wish releaseKept(Sender sender);
-    /// Answers the first request with a code, without looking at it.
-    void refuse(orix_places_protocol::ReturnCode code);
+    /// Answers the first request with a status, without looking at it.
+    void refuse(const Status &status);
 
 private:
     using Encoder = orix_places_protocol::PlacesAPIEncoder;
@@ -82,8 +82,8 @@ private:
     std::unique_ptr<Encoder> runFirst(Service &service);
     /// Puts the reply to the first request behind it.
     void finishFirst(std::unique_ptr<Encoder> reply);
-    /// Lets the rest of the first request pass unread, and answers it with a code then.
-    void discardFirst(ReturnCode code);
+    /// Lets the rest of the first request pass unread, and answers it with a status then.
+    void discardFirst(Status status);
     bool discard();
 
     /// Length of the first request without its head; it has arrived.
@@ -94,7 +94,7 @@ private:
     /// Counts what has arrived and `reply` bytes. False when there is no room for more than was counted before.
     bool hold(std::size_t reply);
 
-    void queueStatus(ReturnCode code);
+    void queueStatus(const Status &status);
     /// True when everything is written; else errno says why not.
     bool flush();
     /// Writes what is left of m_reply, which has `size` bytes, as far as it goes without waiting.
@@ -111,7 +111,7 @@ private:
     std::size_t m_held = 0;           ///< Bytes that m_all counts.
     Clock::time_point m_arrival = Clock::now();
     std::uint32_t m_toDiscard = 0;
-    ReturnCode m_discardCode = ReturnCode::LimitExceeded;
+    Status m_discardStatus = ReturnCode::LimitExceeded;
     std::optional<Deadline> m_deadline; ///< Of the request that is passed on; unset when none is.
     Pool m_pool = Pool::Fast;           ///< Which has to run the request that is passed on.
     std::unique_ptr<Encoder> m_kept;    ///< Reply that is kept back.

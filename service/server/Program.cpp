@@ -12,6 +12,7 @@
 #include "sources/Gazetteer.h"
 #include "sources/Readable.h"
 #include "store/DatabaseFile.h"
+#include "store/StorageReason.h"
 
 #include <QtCore/QThread>
 
@@ -166,12 +167,23 @@ void obeySignals(Server &server, const Sources &sources)
     }
 }
 
+/// Does what an argument asks for. A failure is told with the option that names something else.
+template <typename Work>
+void withOption(const char *option, const Work &work)
+{
+    try {
+        work();
+    } catch (const std::runtime_error &error) {
+        throw std::runtime_error(std::string(error.what()) + "; name another one with " + option);
+    }
+}
+
 void serve(Settings settings, const std::string &ppsRoot, const Sources &sources)
 {
     // Before anything that another service would notice: its sockets, and the key that its clients have.
     const Descriptor lock = takeChannelFolder();
     if (!ppsRoot.empty())
-        settings.sessionKey = publishSessionKey(ppsRoot);
+        withOption("--pps-root", [&] { settings.sessionKey = publishSessionKey(ppsRoot); });
     std::vector<Server::Listener> listeners = inheritedListeners();
     if (listeners.empty())
         listeners = ownListeners();
@@ -193,6 +205,15 @@ std::vector<std::string> sampleData()
             files.push_back((folder / name).string());
     }
     return files;
+}
+
+/// Makes the folder of the database, and looks at the database before anything else does.
+void prepareDatabase(const std::string &path)
+{
+    if (const auto folder = fs::path(path).parent_path(); !folder.empty())
+        fs::create_directories(folder);
+    requirePlacesFile(path);
+    makePrivate(path);
 }
 
 /// Says in one line what is wrong with the arguments, and where help is.
@@ -246,15 +267,13 @@ int run(int argc, char **argv, Settings settings)
     sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
     // Qt takes the first thread that asks it for the main one, and keeps that one's data when the thread ends.
     QThread::currentThread();
+    const std::string database = settings.database;
     try {
-        if (const auto folder = fs::path(settings.database).parent_path(); !folder.empty())
-            fs::create_directories(folder);
-        requirePlacesFile(settings.database);
-        makePrivate(settings.database);
+        withOption("--database", [&] { prepareDatabase(settings.database); });
         if (namedGazetteer->count() > 0)
-            std::for_each(gazetteer.begin(), gazetteer.end(), requireReadableFile);
+            withOption("--gazetteer", [&] { std::for_each(gazetteer.begin(), gazetteer.end(), requireReadableFile); });
         if (!contacts.empty())
-            requireReadableFolder(contacts);
+            withOption("--contacts", [&] { requireReadableFolder(contacts); });
         Sources sources;
         if (!gazetteer.empty()) {
             auto provider = std::make_unique<Gazetteer>(gazetteer, settings.database + "-gazetteer");
@@ -267,6 +286,9 @@ int run(int argc, char **argv, Settings settings)
         }
         serve(std::move(settings), ppsRoot, sources);
         return EXIT_SUCCESS;
+    } catch (const SQLite::Exception &error) {
+        std::cerr << "placesd: " << storageReason(database, error) << "\n";
+        return EXIT_FAILURE;
     } catch (const std::exception &error) {
         std::cerr << "placesd: " << error.what() << "\n";
         return EXIT_FAILURE;

@@ -13,6 +13,7 @@
 #include <cstdio>
 #include <cstring>
 #include <iterator>
+#include <stdexcept>
 #include <system_error>
 
 #include <poll.h>
@@ -51,9 +52,10 @@ std::size_t raiseDescriptorLimit()
     return ::setrlimit(RLIMIT_NOFILE, &most) == 0 ? most.rlim_cur : files.rlim_cur;
 }
 
-[[noreturn]] void fail(const std::string &what)
+/// @param advice what can be done.
+[[noreturn]] void fail(const std::string &what, const char *advice)
 {
-    throw std::system_error(errno, std::generic_category(), what);
+    throw std::runtime_error(what + ": " + std::generic_category().message(errno) + "; " + advice);
 }
 
 /// Runs the first requests of connections in one transaction and keeps their replies back. False when none of it is
@@ -81,7 +83,7 @@ Server::Server(std::vector<Listener> listeners, Settings settings)
     , m_writes({limits::WRITES_PER_COMMIT_OPEN, limits::WRITES_PER_COMMIT_OPEN_USER})
 {
     if (!m_epoll.isOpen() || !m_stopEvent.isOpen())
-        fail("cannot watch sockets");
+        fail("cannot watch the sockets of the channels", "see the limit of open files");
     watch(m_stopEvent.get(), EPOLLIN, STOP_ID);
     for (std::size_t i = 0; i < m_listeners.size(); ++i)
         watch(m_listeners[i].socket.get(), EPOLLIN | EPOLLEXCLUSIVE, FIRST_LISTENER_ID + i);
@@ -112,7 +114,8 @@ void Server::readVocabulary()
     try {
         Store(m_shared.database, m_shared.store).vocabulary();
     } catch (const std::exception &error) {
-        logError("the words of the stored places cannot be read: %s", error.what());
+        logError("%s: the words of its places cannot be read, so finds correct none until the next start: %s",
+                 m_shared.database.c_str(), error.what());
     }
 }
 
@@ -134,7 +137,7 @@ void Server::watch(int fd, unsigned int events, std::uint64_t id)
     event.events = events;
     event.data.u64 = id;
     if (::epoll_ctl(m_epoll.get(), EPOLL_CTL_ADD, fd, &event) != 0)
-        fail("cannot watch a socket");
+        fail("cannot watch a socket of a channel", "see the limits of epoll and of open files");
 }
 
 void Server::runFastRequests(Service &service)
@@ -212,7 +215,7 @@ void Server::accept(const Listener &listener)
             ::poll(events, std::size(events), FIRST_REQUEST_WAIT_MS);
         m_fastRequests.push(*accepted);
     } else {
-        connection->refuse(ReturnCode::Busy);
+        connection->refuse({orix_places_protocol::Busy, "all connections that the user may have are in use"});
     }
 }
 
@@ -222,7 +225,8 @@ void Server::recoverFromAccept(int error)
     if (error == EAGAIN || error == ECONNABORTED || error == EINTR)
         return;
     if (!m_isShortOfRoom.exchange(true))
-        logError("clients cannot be accepted: %s", std::strerror(error));
+        logError("clients cannot be accepted: %s; idle ones are closed for them. See the limit of open files",
+                 std::strerror(error));
     m_connections.closeOldest();
     std::this_thread::sleep_for(limits::ACCEPT_PAUSE);
 }
@@ -233,7 +237,7 @@ void Server::handOn(Connection &connection, const std::function<Connection::Wish
     try {
         wish = step();
     } catch (const std::exception &error) {
-        logError("a connection was dropped: %s", error.what());
+        logError("a connection of user %u was closed without an answer: %s", connection.caller().user, error.what());
     }
     if (wish == Connection::Wish::PassOn)
         return (connection.pool() == Pool::Writer ? m_writes : m_slowRequests).push(connection);
@@ -273,7 +277,7 @@ Server::Listener listenOn(const std::string &name, bool external, unsigned int m
     const std::string path = channel::socketPath(name);
     channel::Descriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     if (path.empty() || !socket.isOpen())
-        fail("cannot serve the channel " + name);
+        fail("cannot serve the channel " + name, "name a folder with a short path with VELA_CHANNEL_DIR");
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
     std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
@@ -282,7 +286,7 @@ Server::Listener listenOn(const std::string &name, bool external, unsigned int m
                        && ::bind(socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0
                        && ::chmod(path.c_str(), mode) == 0 && ::listen(socket.get(), SOMAXCONN) == 0;
     if (!bound)
-        fail("cannot serve " + path);
+        fail("cannot serve " + path, "remove that file, or name another folder with VELA_CHANNEL_DIR");
     return {std::move(socket), external, path};
 }
 

@@ -50,12 +50,17 @@ bool isVCardFile(const fs::directory_entry &entry)
     return (extension == ".vcf" || extension == ".vcard") && entry.is_regular_file(ignored);
 }
 
-/// Tells of a file by its inode number: names of files may be names of people.
-void report(const fs::path &path, const VCardFaults &faults, int unusable)
+/// What a file is told by: names of files may be names of people. `find -inum` finds it.
+unsigned long long inodeOf(const fs::path &path)
 {
     struct stat status = {};
     ::stat(path.c_str(), &status);
-    const auto inode = static_cast<unsigned long long>(status.st_ino);
+    return static_cast<unsigned long long>(status.st_ino);
+}
+
+void report(const fs::path &path, const VCardFaults &faults, int unusable)
+{
+    const unsigned long long inode = inodeOf(path);
     if (faults.cut > 0)
         logError("contacts: file with inode %llu: %d cards are cut; what stands there was read", inode, faults.cut);
     if (faults.leftOut > 0)
@@ -147,7 +152,7 @@ void ContactBook::readChanges()
         m_files = readFolder();
     } catch (const fs::filesystem_error &error) {
         if (!m_isMissing)
-            logError("contacts: %s", error.what());
+            logError("contacts: there are none until their folder can be read: %s", error.what());
         m_isMissing = true;
         m_files.clear();
     }
@@ -238,7 +243,8 @@ std::map<std::string, ContactBook::File> ContactBook::readFolder()
         File file = isSame ? std::move(known->second) : readFile(entry);
         count += file.entries.size();
         if (count > limits::CONTACT_PLACES) {
-            logError("contacts: more than %zu places; the rest was left out", limits::CONTACT_PLACES);
+            logError("contacts: %s has more than %zu places; the rest was left out", m_folder.c_str(),
+                     limits::CONTACT_PLACES);
             break;
         }
         files.emplace(entry.path().string(), std::move(file));
@@ -254,7 +260,8 @@ ContactBook::File ContactBook::readFile(const fs::directory_entry &entry)
     file.time = entry.last_write_time(ignored);
     QFile cards(QString::fromLocal8Bit(entry.path().c_str()));
     if (!cards.open(QIODevice::ReadOnly)) {
-        logError("contacts: a file cannot be read: %s", qUtf8Printable(cards.errorString()));
+        logError("contacts: file with inode %llu cannot be read: %s", inodeOf(entry.path()),
+                 qUtf8Printable(cards.errorString()));
         return file;
     }
     const Geocode geocode = [this](const Address &address) {

@@ -302,7 +302,7 @@ void Gazetteer::prepare()
         vocabulary = indexFiles();
     } catch (const std::exception &error) {
         if (!m_stopping)
-            logError("the gazetteer cannot be read: %s", error.what());
+            logError("the gazetteer was not read: %s; mend that and send SIGHUP", error.what());
     }
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -330,7 +330,7 @@ std::shared_ptr<const Vocabulary> Gazetteer::indexFiles()
     build();
     auto vocabulary = readVocabulary();
     if (!vocabulary)
-        throw std::runtime_error("its index cannot be read");
+        throw std::runtime_error(m_index + " was made and cannot be read");
     return vocabulary;
 }
 
@@ -419,7 +419,8 @@ void Gazetteer::readFile(const std::string &path, SQLite::Database &database)
     if (!problem.isEmpty())
         logError("the gazetteer's file %s: %s", path.c_str(), qUtf8Printable(problem));
     if (skipped > 0)
-        logError("the gazetteer's file %s: %d features are no places", path.c_str(), skipped);
+        logError("the gazetteer's file %s: %d features have no position or are no places; they are left out",
+                 path.c_str(), skipped);
 }
 
 // ----------------------------------------------------------------------------------------------------- asking it
@@ -440,7 +441,7 @@ Answer Gazetteer::ask(Deadline deadline, const std::function<void(Connection &, 
         const Lease lease(*this, deadline);
         ask(lease.connection(), answer);
     } catch (const SQLite::Exception &error) {
-        logError("the gazetteer failed: %s", error.what());
+        logError("the gazetteer failed: %s: %s", m_index.c_str(), error.what());
         // The next start makes it anew.
         if (error.getErrorCode() == SQLITE_CORRUPT)
             ::unlink(m_index.c_str());

@@ -40,13 +40,13 @@ ProviderAnswer searchWhole(PlaceProvider &provider, const ProviderSearch &search
 
 /// Runs a question; an exception is a failed provider.
 template <typename Ask>
-auto guarded(const Ask &ask) -> decltype(ask())
+auto guarded(const PlaceProvider &provider, const Ask &ask) -> decltype(ask())
 {
     decltype(ask()) answer;
     try {
         return ask();
     } catch (const std::exception &error) {
-        logError("a provider failed: %s", error.what());
+        logError("the provider %s failed: %s", qUtf8Printable(provider.description().name()), error.what());
         answer.code = ReturnCode::ProviderFailed;
     }
     return answer;
@@ -73,7 +73,8 @@ ProvidersAnswer Providers::askAll(const Ask &ask) const
     for (std::size_t i = 0; i < m_providers.size(); ++i) {
         const auto how = i == 0 ? std::launch::deferred : std::launch::async;
         PlaceProvider &provider = *m_providers[i];
-        answers.push_back(std::async(how, [&ask, &provider] { return guarded([&] { return ask(provider); }); }));
+        answers.push_back(
+            std::async(how, [&ask, &provider] { return guarded(provider, [&] { return ask(provider); }); }));
     }
     ProvidersAnswer all;
     bool hasAnswer = m_providers.empty();
@@ -102,7 +103,7 @@ ProvidersAnswer Providers::resolve(const QString &externalId, const Coordinates 
 
 AuxiliaryAnswer Providers::auxiliaryData(PlaceProvider &provider, const PlaceIdentity &place, Deadline deadline)
 {
-    return guarded([&] { return provider.auxiliaryData(place, deadline); });
+    return guarded(provider, [&] { return provider.auxiliaryData(place, deadline); });
 }
 
 std::vector<PlaceProvider *> Providers::thatGive(const QString &type, const Provider &only) const

@@ -7,13 +7,17 @@
 #include "store/DatabaseFile.h"
 #include "store/FileCopy.h"
 #include "store/PrivateFolder.h"
+#include "store/Reserve.h"
 #include "store/SqlFunctions.h"
+#include "store/StorageReason.h"
 #include "store/Store.h"
 
 #include <array>
+#include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <stdexcept>
 #include <system_error>
 
@@ -32,9 +36,23 @@ namespace fs = std::filesystem;
 namespace
 {
 
-[[noreturn]] void fail(const char *what)
+/// Longest part of a path that a reason repeats, in bytes: its end, which names the file.
+constexpr std::size_t SHOWN_PATH = 512;
+
+std::string shown(const std::string &path)
 {
-    throw std::system_error(errno, std::generic_category(), what);
+    return path.size() <= SHOWN_PATH ? path : "..." + path.substr(path.size() - SHOWN_PATH);
+}
+
+[[noreturn]] void refuse(const std::string &path, const std::string &why)
+{
+    throw std::invalid_argument(shown(path) + " " + why);
+}
+
+[[noreturn]] void fail(const std::string &path, const char *what, const char *advice)
+{
+    const int error = errno;
+    refuse(path, what + (": " + std::generic_category().message(error)) + advice);
 }
 
 /// In a folder without the sticky bit, anybody who may write to it could replace the file that is put there.
@@ -42,34 +60,88 @@ void requireSafe(const fs::path &folder)
 {
     struct stat status = {};
     if (::stat(folder.c_str(), &status) != 0)
-        fail("the folder cannot be looked at");
+        fail(folder, "is no folder that the service can use", "; make it, or name a file in another folder");
+    if (::access(folder.c_str(), W_OK | X_OK) != 0)
+        fail(folder, "is a folder that the service may not write to", "; name a file in another folder");
     if ((status.st_mode & S_IWOTH) != 0 && (status.st_mode & S_ISVTX) == 0)
-        throw std::invalid_argument("everybody may write to that folder, and it has no sticky bit");
+        refuse(folder, "is a folder that everybody may write to and has no sticky bit; name a file in another folder");
 }
 
-bool isDatabase(const std::string &path)
+/// Says what a file is that is neither a regular one nor missing.
+void requireRegular(const std::string &path, mode_t mode)
+{
+    if (S_ISLNK(mode))
+        refuse(path, "is a symbolic link; name the file that it leads to");
+    if (S_ISDIR(mode))
+        refuse(path, "is a folder; name a file");
+    if (!S_ISREG(mode))
+        refuse(path, "is no regular file, but a device, pipe or socket; name another file");
+}
+
+/// A backup replaces nothing but a backup, or an empty file.
+void requireReplaceable(const std::string &path)
+{
+    struct stat status = {};
+    if (::lstat(path.c_str(), &status) != 0)
+        return;
+    requireRegular(path, status.st_mode);
+    try {
+        requirePlacesFile(path);
+    } catch (const std::runtime_error &error) {
+        throw std::invalid_argument(error.what() + std::string("; name a file that is not there, or a backup"));
+    }
+}
+
+void requireDatabase(const std::string &path)
 {
     constexpr char MAGIC[] = "SQLite format 3";
     std::array<char, sizeof MAGIC> start = {};
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    return file.isOpen() && fs::is_regular_file(path)
-           && ::read(file.get(), start.data(), start.size()) == static_cast<ssize_t>(start.size())
-           && std::memcmp(start.data(), MAGIC, sizeof MAGIC) == 0;
+    struct stat status = {};
+    if (!file.isOpen() || ::fstat(file.get(), &status) != 0)
+        fail(path, "cannot be opened by the service", "; name a file that a backup made");
+    requireRegular(path, status.st_mode);
+    if (::read(file.get(), start.data(), start.size()) != static_cast<ssize_t>(start.size())
+        || std::memcmp(start.data(), MAGIC, sizeof MAGIC) != 0)
+        refuse(path, "is no SQLite file; name a file that a backup made");
+}
+
+/// Does a part of a copy. What SQLite says is wrong is told with the path of the file that it is about.
+template <typename Work>
+void withPaths(const std::string &from, const std::string &to, const Work &work)
+{
+    try {
+        work();
+    } catch (const SQLite::Exception &error) {
+        const bool isTarget = isLackOfRoom(error) || error.getErrorCode() == SQLITE_READONLY;
+        throw SQLite::Exception(storageReason(shown(isTarget ? to : from), error), error.getErrorCode());
+    } catch (const std::system_error &) {
+        throw; // it has the path
+    } catch (const std::runtime_error &error) {
+        throw std::runtime_error(shown(from) + ": " + error.what() + "; name another backup");
+    }
 }
 
 /// Runs a copy; whatever it throws is a failure of that kind, or a lack of time.
-ReturnCode attempt(const char *what, const std::string &path, ReturnCode failure, const std::function<void()> &run)
+Status attempt(const char *what, const std::string &path, ReturnCode failure, const std::function<void()> &run)
 {
+    const auto failed = [&](ReturnCode code, const char *reason) {
+        logError("%s %s failed: %s", what, path.c_str(), reason);
+        return Status(code, reason);
+    };
     try {
         run();
         return ReturnCode::Success;
     } catch (const SQLite::Exception &error) {
-        logError("%s %s failed: %s", what, path.c_str(), error.what());
-        return error.getErrorCode() == SQLITE_INTERRUPT ? ReturnCode::TookTooLong : failure;
+        return failed(error.getErrorCode() == SQLITE_INTERRUPT ? ReturnCode::TookTooLong : failure, error.what());
     } catch (const std::exception &error) {
-        logError("%s %s failed: %s", what, path.c_str(), error.what());
-        return failure;
+        return failed(failure, error.what());
     }
+}
+
+Status otherCopyRuns()
+{
+    return {ReturnCode::Busy, "another backup or restore is running; try again when it is done"};
 }
 
 } // namespace
@@ -79,19 +151,19 @@ BackupKeeper::BackupKeeper(std::string database, StoreShared &shared)
     , m_shared(shared)
 {}
 
-ReturnCode BackupKeeper::backUp(const std::string &path, Deadline deadline)
+Status BackupKeeper::backUp(const std::string &path, Deadline deadline)
 {
     const std::unique_lock<std::mutex> turn(m_copying, std::try_to_lock);
     if (!turn)
-        return ReturnCode::Busy;
+        return otherCopyRuns();
     return attempt("backup to", path, ReturnCode::BackupFailed, [&] { writeCopy(path, deadline); });
 }
 
-ReturnCode BackupKeeper::restore(const std::string &path, Deadline deadline)
+Status BackupKeeper::restore(const std::string &path, Deadline deadline)
 {
     const std::unique_lock<std::mutex> turn(m_copying, std::try_to_lock);
     if (!turn)
-        return ReturnCode::Busy;
+        return otherCopyRuns();
     return attempt("restore from", path, ReturnCode::RestoreFailed, [&] { swapIn(path, deadline); });
 }
 
@@ -99,52 +171,57 @@ void BackupKeeper::requireUsablePath(const std::string &path) const
 {
     // The client's folder is not the service's, so a relative path would be another file than was meant.
     if (path.empty() || path.front() != '/' || path.find('\0') != std::string::npos)
-        throw std::invalid_argument("the path is not absolute");
+        refuse(path.empty() ? "an empty path" : path, "is no absolute path; name the file by its path from / on");
     if (isFileOf(m_database, path))
-        throw std::invalid_argument("that is the database in use, or belongs to it");
+        refuse(path, "is the database in use, or belongs to it; name another file");
 }
 
 void BackupKeeper::writeCopy(const std::string &path, Deadline deadline) const
 {
     requireUsablePath(path);
     requireSafe(fs::path(path).parent_path());
-    requirePlacesFile(path);
-    const PrivateFolder folder(path);
-    const std::string fresh = folder.filePath();
-    writeSnapshot(m_database, fresh, deadline);
-    forgetRemovedWords(fresh, deadline);
-    moveIntoPlace(fresh, path);
+    requireReplaceable(path);
+    withPaths(m_database, path, [&] {
+        const PrivateFolder folder(path);
+        const std::string fresh = folder.filePath();
+        writeSnapshot(m_database, fresh, deadline);
+        forgetRemovedWords(fresh, deadline);
+        moveIntoPlace(fresh, path);
+    });
 }
 
 void BackupKeeper::swapIn(const std::string &path, Deadline deadline) const
 {
     requireUsablePath(path);
-    if (!isDatabase(path))
-        throw std::invalid_argument("no database is there");
+    requireDatabase(path);
     // Checked is a copy that nobody else can change, and that is what is swapped in.
     const PrivateFolder folder(m_database + "-restore");
     const std::string candidate = folder.filePath();
-    {
-        SQLite::Database source(path, SQLite::OPEN_READONLY);
-        SQLite::Database target(candidate, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-        distrust(source);
-        distrust(target);
-        copyPages(target, source, deadline);
-        Store::requirePlaces(target);
-    }
     StoreShared unshared;
-    Store checked(candidate, unshared, deadline);
-    checked.requireSoundness();
-
-    StoreShared unlocked;
-    Store live(m_database, unlocked);
-    checked.packLike(live);
-    const std::unique_lock<std::timed_mutex> lock(m_shared.writeLock, deadline);
-    if (!lock)
-        throw std::runtime_error("other writers took too long");
-    checked.keepIdsOf(live);
-    checked.copyOver(live);
-    m_shared.words.expire();
+    std::optional<Store> checked;
+    withPaths(path, m_database, [&] {
+        {
+            SQLite::Database source(path, SQLite::OPEN_READONLY);
+            SQLite::Database target(candidate, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+            distrust(source);
+            distrust(target);
+            copyPages(target, source, deadline);
+            Store::requirePlaces(target);
+        }
+        checked.emplace(candidate, unshared, deadline);
+        checked->requireSoundness();
+    });
+    withPaths(m_database, m_database, [&] {
+        StoreShared unlocked;
+        Store live(m_database, unlocked);
+        checked->packLike(live);
+        const std::unique_lock<std::timed_mutex> lock(m_shared.writeLock, deadline);
+        if (!lock)
+            throw SQLite::Exception("other writers took too long", SQLITE_INTERRUPT);
+        checked->keepIdsOf(live);
+        checked->copyOver(live);
+        m_shared.words.expire();
+    });
 }
 
 } // namespace placesd

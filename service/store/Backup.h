@@ -2,7 +2,7 @@
 #pragma once
 
 #include "Deadline.h"
-#include "protocol/ProtocolTypes.h"
+#include "Status.h"
 #include "store/StoreShared.h"
 
 #include <mutex>
@@ -20,10 +20,10 @@ public:
 
     /// Writes a copy of the database into a private folder beside `path`, which has to be absolute, and moves it into
     /// place once it is on the disk. Only an empty file and a database of places are replaced, and none that is in use.
-    orix_places_protocol::ReturnCode backUp(const std::string &path, Deadline deadline);
+    Status backUp(const std::string &path, Deadline deadline);
     /// Puts the places of a copy that backUp() made, or an older placesd, in the stead of those that are there.
     /// Whatever is wrong with the copy is found before anything is changed.
-    orix_places_protocol::ReturnCode restore(const std::string &path, Deadline deadline);
+    Status restore(const std::string &path, Deadline deadline);
 
 private:
     void writeCopy(const std::string &path, Deadline deadline) const;

@@ -55,7 +55,7 @@ void requirePlacesIn(const std::string &path)
         return;
     }
     if (!S_ISREG(status.st_mode))
-        throw std::runtime_error("it is no file");
+        throw std::runtime_error("it is a folder, device, pipe or socket, and no file");
     SQLite::Database database = openUntouched(path);
     distrust(database);
     const bool isEmpty = database.execAndGet("PRAGMA user_version").getInt() == 0
@@ -92,8 +92,8 @@ void makePrivate(const std::string &database)
         if (::chmod(path.c_str(), OWNER_ONLY) == 0)
             logInfo("%s had mode %04o and has 0600 now", path.c_str(), status.st_mode & PERMISSIONS);
         else
-            logError("%s has mode %04o, which cannot be made 0600: %s", path.c_str(), status.st_mode & PERMISSIONS,
-                     std::strerror(errno));
+            logError("%s has mode %04o, so others may read it; it cannot be made 0600: %s", path.c_str(),
+                     status.st_mode & PERMISSIONS, std::strerror(errno));
     };
     mend(database);
     for (const char *companion : COMPANIONS)
@@ -113,7 +113,7 @@ static void mergeIndex(SQLite::Database &connection, const char *sql, Deadline d
         if (connection.getTotalChanges() - before < 2)
             return;
         if (hasPassed(deadline))
-            throw std::runtime_error("it takes too long; the next end after a removal goes on");
+            throw std::runtime_error("there was no time for more; the next end of the service goes on");
     }
 }
 
@@ -125,7 +125,7 @@ void forgetRemovedWords(const std::string &database, Deadline deadline)
         for (const char *merge : sql::MERGES)
             mergeIndex(connection, merge, deadline);
     } catch (const std::exception &error) {
-        logError("words of removed places stay in the index: %s", error.what());
+        logError("%s: words of removed places stay in its index: %s", database.c_str(), error.what());
     }
 }
 

@@ -26,7 +26,7 @@ namespace
 /// Pages copied between two looks at the clock.
 constexpr int PAGES_PER_STEP = 1000;
 
-[[noreturn]] void fail(const char *what)
+[[noreturn]] void fail(const std::string &what)
 {
     throw std::system_error(errno, std::generic_category(), what);
 }
@@ -35,7 +35,7 @@ void sync(const std::string &path)
 {
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
     if (!file.isOpen() || ::fsync(file.get()) != 0)
-        fail("cannot be brought to the disk");
+        fail(path + " cannot be brought to the disk");
 }
 
 } // namespace
@@ -68,7 +68,7 @@ void moveIntoPlace(const std::string &fresh, const std::string &path)
 {
     sync(fresh);
     if (std::rename(fresh.c_str(), path.c_str()) != 0)
-        fail("cannot be put in place");
+        fail(path + " cannot be put in place");
     const std::string folder = std::filesystem::path(path).parent_path();
     sync(folder.empty() ? "." : folder);
 }

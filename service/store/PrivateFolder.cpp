@@ -14,7 +14,8 @@ PrivateFolder::PrivateFolder(const std::string &neighbour)
     : m_path(neighbour + ".XXXXXX")
 {
     if (!::mkdtemp(m_path.data()))
-        throw std::system_error(errno, std::generic_category(), "cannot write there");
+        throw std::system_error(errno, std::generic_category(),
+                                "the service cannot write to the folder of " + neighbour);
 }
 
 PrivateFolder::~PrivateFolder()

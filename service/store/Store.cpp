@@ -533,7 +533,8 @@ std::unique_ptr<Place> Store::readablePlace(qint64 id)
     } catch (const SQLite::Exception &error) {
         if (error.getErrorCode() != SQLITE_CORRUPT)
             throw;
-        logError("place %lld: %s", static_cast<long long>(id), error.what());
+        logError("place %lld is left out: %s; remove it, or restore a backup", static_cast<long long>(id),
+                 error.what());
         return nullptr;
     }
 }

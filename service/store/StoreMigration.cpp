@@ -101,7 +101,7 @@ void Store::migrate()
         SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
         const int version = versionOf(m_database);
         if (version > SCHEMA_VERSION)
-            throw SQLite::Exception("the database was made by a newer placesd", SQLITE_CANTOPEN);
+            throw SQLite::Exception("it was made by a newer placesd than this one", SQLITE_CANTOPEN);
         if (version == 0)
             makeTables();
         else if (version < 3)
@@ -293,12 +293,16 @@ void Store::keepUnreadable(SQLite::Statement &old)
 void Store::requirePlaces(SQLite::Database &database)
 {
     const int version = versionOf(database);
-    if (version < 1 || version > SCHEMA_VERSION)
-        throw std::runtime_error("another program made it, or a newer placesd");
+    if (version < 1)
+        throw std::runtime_error("it is the SQLite file of another program");
+    if (version > SCHEMA_VERSION) {
+        throw std::runtime_error("it is of version " + std::to_string(version) + ", and this placesd reads 1 to "
+                                 + std::to_string(SCHEMA_VERSION) + ": a newer placesd made it, or another program");
+    }
     SQLite::Database model(":memory:", SQLite::OPEN_READWRITE);
     makeTablesOf(version, model);
     if (tablesOf(database) != tablesOf(model))
-        throw std::runtime_error("it is no database of places");
+        throw std::runtime_error("it has not the tables of a database of places: another program made or changed it");
 }
 
 void Store::requireSoundness()

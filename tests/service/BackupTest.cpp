@@ -18,6 +18,7 @@
 #include <unistd.h>
 
 using namespace vela::platform::places;
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -122,28 +123,66 @@ TEST_F(BackupTest, AFailedOneChangesNothing)
     edited("reused", "UPDATE last_id SET place = 0");
     edited("unreadable", "UPDATE record SET full_record = x'00'");
 
-    for (const char *name : {"none", "text", "cut", "torn", "newer", "foreign", "trap", "hidden", "disguised", "viewed",
-                             "uncounted", "misshared", "undefined", "reused", "unreadable", "places.db", "."})
-        EXPECT_EQ(protocol.restore(path(name)), Error::RestoreFailed) << name;
     SQLite::Database(path("other"), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE).exec("CREATE TABLE theirs(a)");
     ASSERT_EQ(::link(path("places.db").c_str(), path("linked").c_str()), 0);
     ASSERT_EQ(::mkdir(path("open").c_str(), 0700) + ::chmod(path("open").c_str(), 0777), 0);
+    ASSERT_EQ(::symlink("copy.db", path("symlink").c_str()) + ::mkfifo(path("pipe").c_str(), 0600), 0);
     const struct
     {
         const char *name;
-        const char *reason;
-    } targets[] = {
-        {"none/copy.db", "No such file"},     {"text", "file is not a database"}, {"other", "another program made it"},
-        {"foreign", "no database of places"}, {"newer", "or a newer placesd"},    {".", "it is no file"},
-        {"places.db", "the database in use"}, {"linked", "the database in use"},  {"places.db-wal", "in use"},
-        {"places.db-shm", "in use"},          {"places.db-journal", "in use"},    {"./places.db-journal", "in use"},
-        {"places.db-gazetteer", "in use"},    {"open/copy.db", "no sticky bit"},
+        const char *reason; // may be for one of both only
+        const char *ofBackup;
+    } files[] = {
+        {"none", "none cannot be opened by the service: No such file", nullptr},
+        {"none/copy.db", "No such file", "none is no folder"},
+        {"text", "text is no SQLite file", "file is not a database; name a file that is not there"},
+        {"cut", "it is damaged", nullptr},
+        {"torn", "malformed", nullptr},
+        {"newer", "it is of version 99, and this placesd reads 1 to 5", "it is of version 99"},
+        {"other", "the SQLite file of another program", "the SQLite file of another program"},
+        {"foreign", "not the tables of a database of places", "not the tables of a database of places"},
+        {"trap", "not the tables", nullptr},
+        {"hidden", "", nullptr},
+        {"disguised", "not the tables", nullptr},
+        {"viewed", "not the tables", nullptr},
+        {"uncounted", "uncounted: it is damaged; name another backup", nullptr},
+        {"undefined", "", nullptr},
+        {"reused", "it is damaged", nullptr},
+        {"unreadable", "a stored place cannot be read", nullptr},
+        {"places.db", "the database in use", "the database in use"},
+        {".", "is a folder", "is a folder; name a file"},
+        {"pipe", "is no regular file", "is no regular file"},
+        {"symlink", nullptr, "symlink is a symbolic link; name the file that it leads to"},
+        {"linked", "the database in use", "the database in use"},
+        {"places.db-wal", "in use", "in use"},
+        {"places.db-shm", "in use", "in use"},
+        {"places.db-journal", "in use", "in use"},
+        {"./places.db-journal", "in use", "in use"},
+        {"places.db-gazetteer", "in use", "in use"},
+        {"open/copy.db", "No such file", "no sticky bit; name a file in another folder"},
     };
-    for (const auto &target : targets) {
-        const std::size_t before = service.log().size();
-        EXPECT_EQ(protocol.backup(path(target.name)), Error::BackupFailed) << target.name;
-        EXPECT_THAT(service.log().substr(before), HasSubstr(target.reason)) << target.name;
+    const auto failed = [](Error::Type error) {
+        const std::string reason = Error::reason(error).toStdString();
+        EXPECT_LE(reason.size(), orix_places_protocol::REASON_SIZE);
+        return reason;
+    };
+    for (const auto &file : files) {
+        if (file.reason) {
+            EXPECT_EQ(protocol.restore(path(file.name)), Error::RestoreFailed) << file.name;
+            EXPECT_THAT(failed(Error::RestoreFailed),
+                        AllOf(HasSubstr(service.path("").toStdString()), HasSubstr(file.reason)));
+        }
+        if (file.ofBackup) {
+            EXPECT_EQ(protocol.backup(path(file.name)), Error::BackupFailed) << file.name;
+            EXPECT_THAT(failed(Error::BackupFailed),
+                        AllOf(HasSubstr(service.path("").toStdString()), HasSubstr(file.ofBackup)));
+            EXPECT_THAT(service.log(), HasSubstr(Error::reason(Error::BackupFailed).toStdString()));
+        }
     }
+    EXPECT_EQ(QFile::symLinkTarget(service.path("symlink")), service.path("copy.db"));
+    // Nobody can write there, not even root.
+    EXPECT_EQ(protocol.backup("/proc/copy.db"), Error::BackupFailed);
+    EXPECT_THAT(failed(Error::BackupFailed), AllOf(HasSubstr("/proc"), HasSubstr("write to")));
     EXPECT_EQ(SQLite::Database(path("other")).execAndGet("SELECT count(*) FROM theirs").getInt(), 0);
     ::chmod(path("open").c_str(), 01777);
     write("empty", "");
@@ -152,6 +191,7 @@ TEST_F(BackupTest, AFailedOneChangesNothing)
     for (const char *name : {"", "copy.db", "./copy.db"}) {
         EXPECT_EQ(protocol.backup(name), Error::BackupFailed) << name;
         EXPECT_EQ(protocol.restore(name), Error::RestoreFailed) << name;
+        EXPECT_THAT(failed(Error::RestoreFailed), HasSubstr("is no absolute path")) << name;
     }
     EXPECT_THAT(names(), ElementsAre("Here"));
 }

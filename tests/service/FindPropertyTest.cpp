@@ -65,7 +65,7 @@ std::vector<std::string> namesOf(const std::vector<FoundPlace> &all, int offset,
 Page pageOf(Store &store, const Providers &providers, const Query &query, bool external, Plan plan)
 {
     Page page;
-    EXPECT_EQ(Finder(store, {providers}, query, external, Deadline::max(), plan).find(page), 0);
+    EXPECT_EQ(Finder(store, {providers}, query, external, Deadline::max(), plan).find(page).code, 0);
     return page;
 }
 
@@ -121,7 +121,7 @@ TEST(AFind, GivesByEveryPlanWhatALookAtEveryPlaceGives)
                 ++compared;
             }
             int count = -1;
-            ASSERT_EQ(Finder(store, {providers}, query, external, Deadline::max()).count(count), 0);
+            ASSERT_EQ(Finder(store, {providers}, query, external, Deadline::max()).count(count).code, 0);
             ASSERT_EQ(count, size);
             ++compared;
         }
