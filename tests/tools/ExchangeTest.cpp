@@ -236,7 +236,7 @@ TEST(ExchangeTest, BadInputIsNamedAndNothingOfItIsStored)
         {"geojson", collection("[" + times(large / 2, "1,") + "1]," + good), 1, "feature 1: too large"},
         {"geojson", collection(feature(R"(,"otherLocations":[{}])")), 0, "a location that is nowhere"},
         {"jsonl", document + "\n" + document.chopped(3) + "\n\n" + document, 2, "line 2: not JSON at byte 81: "},
-        {"jsonl", times(large, "x") + "\n" + document, 1, "line 1: too large"},
+        {"jsonl", times(large, "x") + "\n" + document, 1, "line 1: more than the "},
         {"gpx", "<gpx>" + point + R"(<wpt lat="91" lon="2"><name>B</name></wpt>)" + point, 2,
          "waypoint 2, line 1: no point"},
         {"gpx", "<gpx>\n" + point + "\n<wpt lat=\"1\" lon=\"2\"><name>cut", 1, "not XML in line 3"},
@@ -252,7 +252,7 @@ TEST(ExchangeTest, BadInputIsNamedAndNothingOfItIsStored)
         {"csv", "name,lat,lon\nA,1,2\nA,1\nA,north,2\n\xFF,1,2\nA,1,2\n", 2, "row 4: no point on the Earth"},
         {"csv", "name,lat,lon\nA" + QByteArray(1, '\0') + ",1,2\nA,1,2\n", 1, "row 2: a null character in name"},
         {"csv", "name,lat,lon\n\"A,1,2\n", 0, "not CSV in row 2: a quotation mark"},
-        {"csv", times(2000, "name,") + "name\n", 0, "too many columns"},
+        {"csv", times(2000, "name,") + "name\n", 0, "not CSV: more than 1000 columns"},
     };
     const Placesd service;
     int stored = 0;
@@ -277,7 +277,10 @@ TEST(ExchangeTest, ProblemsComeInTheOrderOfTheFile)
         rows += (isRefused ? times(5000, "x") : QByteArray("A")) + (isNowhere ? ",91,2\n" : ",1,2\n");
         if (isNowhere || isRefused)
             problems += "row " + QByteArray::number(row)
-                        + (isNowhere ? ": no point on the Earth\n" : ": more than the places service allows\n");
+                        + (isNowhere ? ": no point on the Earth\n"
+                                     : ": more than the places service allows: a text of the place has more than 4096 "
+                                       "UTF-16 units (descriptions and values of properties: 262144), or one of its "
+                                       "lists more than 1000 members\n");
     }
     const Placesd service;
     const Outcome outcome = import(service, "csv", rows);

@@ -65,7 +65,7 @@ TEST_F(ToolTest, EveryWayOfGoingWrongHasItsStatusAndSaysWhy)
         int status;
         const char *says;
     } cases[] = {
-        {"show 99", 1, "place 99: there is no such place"},
+        {"show 99", 1, "places: place 99: there is no such place: no place has the id 99\n"},
         {"show", 2, "PLACE"},
         {"near 91,0", 2, "not a position"},
         {"add X", 2, "needs a position"},
@@ -77,7 +77,10 @@ TEST_F(ToolTest, EveryWayOfGoingWrongHasItsStatusAndSaysWhy)
         {"search z --group everything", 2, "everything"},
         {"search --as-you-type", 1, "Search: "},
         {"show 99 --aux", 1, "place 99"},
-        {"restore nothing.db", 1, "/nothing.db"},
+        {"restore nothing.db", 1, "places: restore: the backup was not restored: /"},
+        {"restore nothing.db", 1, "/nothing.db cannot be opened by the service: No such file"},
+        {"backup /dev/null", 1, "backup: the backup was not made: /dev/null is no regular file"},
+        {"find --limit 99999", 1, "a page has at most 10000 places"},
     };
     for (const auto &row : cases) {
         const Outcome outcome = places(row.arguments);

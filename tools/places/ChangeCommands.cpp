@@ -132,7 +132,7 @@ ExitStatus add(const QString &nameOrLink, const Details &details, Form form)
     }
     apply(place, details);
     if (!place.isValid()) {
-        complain(QStringLiteral("add"), QStringLiteral("a place needs a position (--at) or an address (--city ...)"));
+        complain(nameOrLink, QStringLiteral("a place needs a position (--at) or an address (--city ...)"));
         return WrongUse;
     }
     const ExitStatus status = report(PlaceManager().addPlace(&place), place.name());
@@ -217,7 +217,7 @@ void addShowCommand(CLI::App &app, Context &context)
         context.needsService = !isLink(place);
         context.run = [&context, options, place] {
             if (options->records && isLink(place)) {
-                complain(place, QStringLiteral("only a stored place has records to be fetched"));
+                complain(place, QStringLiteral("only a stored place has records to be fetched; name it by its number"));
                 return WrongUse;
             }
             if (options->records)
@@ -231,7 +231,7 @@ ExitStatus unfav(Place &place)
 {
     if (place.isFavorite())
         return report(PlaceManager().unfav(&place), nameOf(place.id()));
-    complain(nameOf(place.id()), QStringLiteral("is no favourite"));
+    complain(nameOf(place.id()), QStringLiteral("is no favourite; places fav makes it one"));
     return Failed;
 }
 
@@ -239,7 +239,7 @@ ExitStatus printLink(const Place &place, Form form)
 {
     const QUrl url = place.mapUrl();
     if (url.isEmpty()) {
-        complain(nameOf(place.id()), QStringLiteral("has no position"));
+        complain(nameOf(place.id()), QStringLiteral("has no position to link to; give it one with places update --at"));
         return Failed;
     }
     const QString link = QString::fromLatin1(url.toEncoded());
@@ -288,7 +288,8 @@ void addTagCommand(CLI::App &app, Context &context, const char *name, const char
             ExitStatus status = Done;
             for (const std::string &tag : *tags) {
                 const Error::Type error = (PlaceManager().*change)(*id, text(tag));
-                if (const ExitStatus outcome = report(error, nameOf(*id)); outcome != Done)
+                if (const ExitStatus outcome = report(error, nameOf(*id) + QStringLiteral(", tag ") + text(tag));
+                    outcome != Done)
                     status = outcome;
             }
             return status;

@@ -152,9 +152,9 @@ private:
             m_columns.append(columnName(heading));
         }
         if (m_columns.size() > MAX_COLUMNS || m_size > MAX_ITEM_SIZE)
-            m_problem = QStringLiteral("not CSV: too many columns");
+            m_problem = QStringLiteral("not CSV: more than %1 columns").arg(MAX_COLUMNS);
         else if (m_problem.isEmpty() && !m_columns.contains(QLatin1String(vocabulary::NAME)))
-            m_problem = QStringLiteral("not CSV with a row of headings: no column is called name");
+            m_problem = QStringLiteral("not CSV with a row of headings: no column is called name; add one");
     }
 
     void takePlace()
@@ -168,7 +168,7 @@ private:
     QString readRow(Place &place) const
     {
         if (m_size > MAX_ITEM_SIZE)
-            return QStringLiteral("too large");
+            return QStringLiteral("more than the %1 bytes that a row may have").arg(MAX_ITEM_SIZE);
         if (m_fields.size() != m_columns.size())
             return QStringLiteral("%1 fields in place of %2").arg(m_fields.size()).arg(m_columns.size());
         TextFeature feature;

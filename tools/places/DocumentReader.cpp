@@ -123,7 +123,7 @@ void fillNew(Place &place, const Place &from)
 QString readDocument(const QByteArray &line, Place &place)
 {
     if (static_cast<std::size_t>(line.size()) > MAX_ITEM_SIZE)
-        return QStringLiteral("too large");
+        return QStringLiteral("more than the %1 bytes that a line may have").arg(MAX_ITEM_SIZE);
     const rapidjson::ParseResult checked = checkLists(line);
     if (checked.Code() == rapidjson::kParseErrorTermination)
         return QStringLiteral("a list of more than %1 members").arg(MAX_LIST_LENGTH);
@@ -134,10 +134,10 @@ QString readDocument(const QByteArray &line, Place &place)
             .arg(checked.Offset())
             .arg(QLatin1String(rapidjson::GetParseError_En(checked.Code())));
     if (!read)
-        return reason.isEmpty() ? QStringLiteral("memory does not suffice") : reason;
+        return reason.isEmpty() ? QStringLiteral("there is not enough memory to read it") : reason;
     for (int i = 0; i < read->locationCount(); ++i) {
         if (isNowhere(read->location(i).coordinates()))
-            return QStringLiteral("no point on the Earth");
+            return QStringLiteral("a position that is no point on the Earth");
     }
     if (!read->hasPhysicalLocation())
         return QStringLiteral("a place without position and address");

@@ -63,10 +63,12 @@ void addCopyCommand(CLI::App &app, Context &context, const char *name, const cha
     const auto file = std::make_shared<std::string>();
     CLI::App *command = app.add_subcommand(name, description);
     command->add_option("FILE", *file, "File of a backup")->required();
-    command->callback([&context, file, copy] {
-        context.run = [file, copy] {
+    command->callback([&context, file, copy, name] {
+        context.run = [file, copy, name] {
             const QString path = QFileInfo(text(*file)).absoluteFilePath();
-            return report((InternalPlaceManager().*copy)(path), path);
+            const Error::Type error = (InternalPlaceManager().*copy)(path);
+            const QString reason = Error::reason(error);
+            return report(error, reason.contains(path) ? QString::fromLatin1(name) : path, reason);
         };
     });
 }

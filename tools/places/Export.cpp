@@ -101,7 +101,8 @@ private:
         const QByteArray bytes = m_isTerminal ? printableJson(text) : text;
         if (m_status == Done && m_file.write(bytes) != bytes.size()) {
             m_bar.clear();
-            complain(QStringLiteral("export"), m_file.errorString());
+            complain(m_file.fileName().isEmpty() ? QStringLiteral("standard output") : m_file.fileName(),
+                     m_file.errorString());
             m_status = Failed;
         }
     }
@@ -143,7 +144,8 @@ ExitStatus exportPlaces(const QString &path, const QString &formatName)
     if (!format)
         format = formatByName(QStringLiteral("geojson"));
     if (!format->write) {
-        complain(path, QStringLiteral("%1 can only be read").arg(QLatin1String(format->name)));
+        complain(path, QStringLiteral("%1 can only be read; see places export --help for what is written")
+                           .arg(QLatin1String(format->name)));
         return WrongUse;
     }
     if (isStream(path)) {

@@ -70,7 +70,7 @@ ExitStatus importFile(const QString &path, const QString &formatName, Summary &s
         bar.clear();
         summary.complain({path, where, problem});
     };
-    PlaceAdder adder([&](const ReadPlace &read, Error::Type outcome) {
+    PlaceAdder adder([&](const ReadPlace &read, Error::Type outcome, const QString &reason) {
         // The import ends with the first place for which there is no service. Others were in flight by then.
         const bool isLeftOut = status == NoService && (!read.place || statusOf(outcome) == NoService);
         if (isLeftOut)
@@ -82,7 +82,7 @@ ExitStatus importFile(const QString &path, const QString &formatName, Summary &s
         } else if (outcome == Error::Success) {
             bar.show(input.progress(), ++summary.imported);
         } else {
-            complain(read.where, textOf(outcome));
+            complain(read.where, textOf(outcome, reason));
             ++summary.failed;
             status = std::max(status, statusOf(outcome));
         }

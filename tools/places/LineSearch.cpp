@@ -114,7 +114,7 @@ void LineSearch::list()
         if (!rows.isEmpty() || group.error != Error::Success)
             std::fprintf(m_output, "%s\n", qUtf8Printable(titleOf(group.result)));
         if (group.error != Error::Success)
-            std::fprintf(m_output, "  %s\n", qUtf8Printable(textOf(group.error)));
+            std::fprintf(m_output, "  %s\n", qUtf8Printable(textOf(group.error, group.result.reason())));
         for (const QString &row : rows)
             std::fprintf(m_output, "%*d%s\n", NUMBER_WIDTH, ++number, qUtf8Printable(row));
     }

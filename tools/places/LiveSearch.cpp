@@ -60,7 +60,7 @@ QString LiveSearch::problem() const
     QString problem;
     for (const ResultList::Group &group : m_results.groups()) {
         if (group.isFresh && group.error != Error::Success)
-            problem = textOf(group.error);
+            problem = textOf(group.error, group.result.reason());
     }
     return problem;
 }

@@ -62,7 +62,9 @@ Coordinates parsePosition(const std::string &position)
 }
 
 const CLI::Validator IsPosition(
-    [](const std::string &argument) { return refusal(parsePosition(argument).isValid(), "not a position", argument); },
+    [](const std::string &argument) {
+        return refusal(parsePosition(argument).isValid(), "not a position in degrees, such as 47.24,8.72", argument);
+    },
     "LATITUDE,LONGITUDE");
 
 const CLI::Validator IsId(

@@ -89,6 +89,7 @@ void PlaceAdder::run()
         m_unstarted.pop_front();
         lock.unlock();
         item.outcome = manager.addPlace(item.read.place.get());
+        item.reason = Error::reason(item.outcome);
         lock.lock();
         item.isDone = true;
         if (&item == &m_items.front())
@@ -107,7 +108,7 @@ void PlaceAdder::settleUntil(std::size_t most)
         const Item item = std::move(m_items.front());
         m_items.pop_front();
         lock.unlock();
-        if (!m_settle(item.read, item.outcome))
+        if (!m_settle(item.read, item.outcome, item.reason))
             stop();
         lock.lock();
     }

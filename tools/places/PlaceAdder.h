@@ -23,8 +23,10 @@ class PlaceAdder
 {
 public:
     /// Takes what became of one member, in the order of the file, on the thread that calls add() and finish(). The
-    /// outcome says nothing about a member that is no place. Returns false to start no further additions.
-    using Settle = std::function<bool(const geojson::ReadPlace &read, places::Error::Type outcome)>;
+    /// outcome, and the service's reason for it, say nothing about a member that is no place. Returns false to start no
+    /// further additions.
+    using Settle =
+        std::function<bool(const geojson::ReadPlace &read, places::Error::Type outcome, const QString &reason)>;
 
     explicit PlaceAdder(Settle settle);
     /// Waits for the additions in flight.
@@ -42,6 +44,7 @@ private:
     {
         geojson::ReadPlace read;
         places::Error::Type outcome = places::Error::Success;
+        QString reason;
         bool isDone = false;
     };
 

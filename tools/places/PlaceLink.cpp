@@ -57,7 +57,7 @@ QString readParameters(const QStringList &parameters, Coordinates &position)
         if (name == QLatin1String("crs") && value.isEmpty())
             return QStringLiteral("the reference system has no name");
         if (name == QLatin1String("crs") && value != QLatin1String("wgs84"))
-            return QStringLiteral("the reference system %1 is not known").arg(value);
+            return QStringLiteral("the reference system %1 is not known; positions are in wgs84").arg(value);
         if (name != QLatin1String("u"))
             continue;
         const std::optional<double> number = parseNumber(value);
@@ -107,7 +107,7 @@ QString readGeoUri(const QString &uri, Place &place)
     if (QString problem = readParameters(parts, position); !problem.isEmpty())
         return problem;
     if (!position.isValid())
-        return QStringLiteral("no point on the Earth");
+        return QStringLiteral("its coordinates are no point on the Earth; write geo:LATITUDE,LONGITUDE in degrees");
     QString name;
     Address address;
     readQuery(queryText(whole.section(QLatin1Char('?'), 1)), position, name, address);
@@ -126,7 +126,7 @@ QString readMapLink(QString link, Place &place)
     static const QRegularExpression BARE_PERCENT(QStringLiteral("%(?![0-9A-Fa-f]{2})"));
     const QUrl url(link.replace(BARE_PERCENT, QStringLiteral("%25")));
     if (!url.isValid() || !Utilities::readMapUrl(url, place))
-        return QStringLiteral("not a link of the map web service");
+        return QStringLiteral("not a link of the map web service, such as places link prints");
     return {};
 }
 

@@ -45,7 +45,7 @@ void printRecords(const QList<AuxiliaryData> &records, Form form)
         for (const AuxiliaryData &record : records)
             std::fputs(qUtf8Printable(viewOf(record)), stdout);
         if (records.isEmpty())
-            std::fprintf(stderr, "places: nothing found\n");
+            reportNoneShown(false);
         return;
     }
     JsonWriter out;
@@ -76,7 +76,7 @@ ExitStatus showRecords(qint64 id, const QString &type, bool onlyRemote, Form for
     const AuxiliaryDataReply reply = fetch(request);
     if (reply.status() == Error::Success)
         printRecords(reply.data(), form);
-    return report(reply.status(), what);
+    return report(reply.status(), what, reply.reason());
 }
 
 } // namespace tool

@@ -10,8 +10,10 @@
 #include <places/Place.h>
 #include <places/PlaceJson.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <iterator>
 
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -24,48 +26,41 @@ using namespace places;
 namespace
 {
 
-const char *wordsFor(Error::Type error)
+struct Words
 {
-    switch (error) {
-    case Error::Success:
-        return "done";
-    case Error::Unspecified:
-    case Error::Reserved:
-        return "failed";
-    case Error::RefusedList:
-        return "a member of the list is not acceptable";
-    case Error::InvalidArgument:
-        return "not possible as it is";
-    case Error::NotFound:
-        return "there is no such place";
-    case Error::AlreadyStored:
-        return "stored already";
-    case Error::PermissionDenied:
-        return "not permitted";
-    case Error::CommunicationFailed:
-        return "the places service could not be understood";
-    case Error::ServiceUnavailable:
-        return "no places service is running";
-    case Error::PlaceNotAcceptable:
-        return "the places service does not take such a place";
-    case Error::StorageFailed:
-        return "the places service could not read or write its store";
-    case Error::LimitExceeded:
-        return "more than the places service allows";
-    case Error::Busy:
-        return "the places service is busy; try again";
-    case Error::TimedOut:
-        return "the places service took too long";
-    case Error::NotUnderstood:
-        return "the places service does not know this request";
-    case Error::ProviderFailed:
-        return "a provider of places failed";
-    case Error::BackupFailed:
-        return "the backup was not made; the log of the places service says why";
-    case Error::RestoreFailed:
-        return "the backup was not restored; the log of the places service says why";
-    }
-    return "failed";
+    Error::Type error;
+    const char *failure;
+    const char *advice; ///< Where the service gives no reason.
+};
+
+constexpr Words WORDS[] = {
+    {Error::Success, "done", ""},
+    {Error::Unspecified, "failed", "; the log of the places service may say why"},
+    {Error::RefusedList, "a member of the list is not valid", ""},
+    {Error::InvalidArgument, "not possible with these arguments", "; see --help"},
+    {Error::Reserved, "failed", ""},
+    {Error::NotFound, "there is no such place", "; places find lists those that are there"},
+    {Error::AlreadyStored, "stored already", "; change it with places update"},
+    {Error::PermissionDenied, "not permitted", "; the places may be another user's"},
+    {Error::CommunicationFailed, "the places service could not be understood", "; it may be of another version"},
+    {Error::ServiceUnavailable, "no places service is running", "; start placesd"},
+    {Error::PlaceNotAcceptable, "the places service does not take such a place", ""},
+    {Error::StorageFailed, "the places service could not read or write its store", "; its log says why"},
+    {Error::LimitExceeded, "more than the places service allows", "; ask for less"},
+    {Error::Busy, "the places service is busy", "; try again"},
+    {Error::TimedOut, "the places service took too long", "; try again, or ask for less"},
+    {Error::NotUnderstood, "the places service does not know this request", "; it may be of an older version"},
+    {Error::ProviderFailed, "a provider of places failed", "; the log of the places service says why"},
+    {Error::BackupFailed, "the backup was not made", "; the log of the places service says why"},
+    {Error::RestoreFailed, "the backup was not restored", "; the log of the places service says why"},
+};
+
+/// Unspecified stands for an error that a newer library may have.
+const Words &wordsFor(Error::Type error)
+{
+    const auto *const found =
+        std::find_if(std::begin(WORDS), std::end(WORDS), [error](const Words &words) { return words.error == error; });
+    return found == std::end(WORDS) ? WORDS[Error::Unspecified] : *found;
 }
 
 } // namespace
@@ -75,9 +70,11 @@ void complain(const QString &where, const QString &problem)
     std::fprintf(stderr, "places: %s: %s\n", qUtf8Printable(printable(where)), qUtf8Printable(printable(problem)));
 }
 
-QString textOf(Error::Type outcome)
+QString textOf(Error::Type outcome, const QString &reason)
 {
-    return QLatin1String(wordsFor(outcome));
+    const Words &words = wordsFor(outcome);
+    const QString failure = QLatin1String(words.failure);
+    return reason.isEmpty() ? failure + QLatin1String(words.advice) : failure + QStringLiteral(": ") + reason;
 }
 
 ExitStatus statusOf(Error::Type outcome)
@@ -89,8 +86,13 @@ ExitStatus statusOf(Error::Type outcome)
 
 ExitStatus report(Error::Type outcome, const QString &what)
 {
+    return report(outcome, what, Error::reason(outcome));
+}
+
+ExitStatus report(Error::Type outcome, const QString &what, const QString &reason)
+{
     if (outcome != Error::Success)
-        complain(what, textOf(outcome));
+        complain(what, textOf(outcome, reason));
     return statusOf(outcome);
 }
 

@@ -40,11 +40,14 @@ enum class Form
     Document, ///< The library's JSON document of a place.
 };
 
-/// An outcome in words, and its exit status.
-QString textOf(places::Error::Type outcome);
+/// An outcome in words: what failed, and the service's reason, or without one what can be done.
+QString textOf(places::Error::Type outcome, const QString &reason);
 ExitStatus statusOf(places::Error::Type outcome);
-/// The exit status for an outcome. A failure is told on standard error, as what became of `what`.
+/// The exit status for an outcome. A failure is told on standard error, as what became of `what`, with the reason of
+/// the last request of this thread.
 ExitStatus report(places::Error::Type outcome, const QString &what);
+/// The same for a request of another thread.
+ExitStatus report(places::Error::Type outcome, const QString &what, const QString &reason);
 
 /// Tells on standard error what is wrong, and where.
 void complain(const QString &where, const QString &problem);

@@ -33,7 +33,8 @@ public:
 
     void take(Error::Type error, const SearchResult &result)
     {
-        if (const ExitStatus status = report(error, QLatin1String(namesOf(result.source()).name)); status != Done)
+        if (const ExitStatus status = report(error, QLatin1String(namesOf(result.source()).name), result.reason());
+            status != Done)
             m_status = status;
         if (m_form == Form::Table)
             print(result);
@@ -77,7 +78,7 @@ private:
             out.member("group", QLatin1String(namesOf(answer.result.source()).name));
             if (answer.error != Error::Success) {
                 out.member("error", qint64(answer.error));
-                out.member("problem", textOf(answer.error));
+                out.member("problem", textOf(answer.error, answer.result.reason()));
             }
             writeCollection(out, placesOf(answer.result), answer.result.handle().hasMoreData());
         });

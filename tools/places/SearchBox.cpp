@@ -253,7 +253,7 @@ private:
             return;
         lines.append({titleOf(group.result), group.isFresh ? Style::Title : Style::Faint});
         if (group.error != Error::Success)
-            lines.append({QStringLiteral("  ") + textOf(group.error), Style::Faint});
+            lines.append({QStringLiteral("  ") + textOf(group.error, group.result.reason()), Style::Faint});
         const PlacePointer chosen = m_search.results().chosen();
         const QStringList rows = rowsOf(places, {m_search.options().centre, m_screen.columns(), false});
         for (int i = 0; i < rows.size(); ++i) {

@@ -2,6 +2,8 @@
 
 #include "ServiceStarter.h"
 
+#include "Report.h"
+
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QProcess>
@@ -67,8 +69,16 @@ bool ServiceStarter::start()
 {
     const QString program = serviceProgram();
     m_channelFolder = std::make_unique<QTemporaryDir>();
-    if (program.isEmpty() || !m_channelFolder->isValid()) {
-        std::fprintf(stderr, "places: no places service is running, and placesd cannot be found to start one\n");
+    if (program.isEmpty()) {
+        complain(QStringLiteral("placesd"),
+                 QStringLiteral("no places service is running, and placesd is neither beside this program nor on the "
+                                "PATH; install it, or start one by hand"));
+        return false;
+    }
+    if (!m_channelFolder->isValid()) {
+        complain(
+            m_channelFolder->path(),
+            QStringLiteral("no folder for the channels of a places service: %1").arg(m_channelFolder->errorString()));
         return false;
     }
     qputenv("VELA_CHANNEL_DIR", QFile::encodeName(m_channelFolder->path()));
@@ -82,7 +92,9 @@ bool ServiceStarter::start()
         }
         m_service->waitForFinished(10);
     }
-    std::fprintf(stderr, "places: no places service is running, and %s does not start\n", qPrintable(program));
+    complain(program, QStringLiteral("no places service is running, and this one does not start within %1 seconds; "
+                                     "start it by hand to see why")
+                          .arg(START_TIMEOUT_MS / 1000));
     return false;
 }
 

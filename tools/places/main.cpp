@@ -35,7 +35,7 @@ ExitStatus withService(const tool::Context &context, bool mayStart)
     tool::ServiceStarter service;
     if (context.needsService && !tool::ServiceStarter::isServiceRunning()) {
         if (!mayStart)
-            return tool::report(vela::platform::places::Error::ServiceUnavailable, QStringLiteral("--no-start"));
+            return tool::report(vela::platform::places::Error::ServiceUnavailable, QStringLiteral("--no-start"), {});
         if (!service.start())
             return tool::NoService;
     }
