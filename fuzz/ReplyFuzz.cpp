@@ -81,6 +81,15 @@ void readBody(PlacesAPIDecoder &reply, bool fullPlaces)
     }
 }
 
+/// Reads what stands behind the status of a failed reply.
+void readReason(PlacesAPIDecoder &reply)
+{
+    const char *utf8 = nullptr;
+    unsigned int size = 0;
+    if (reply.decodeReason(utf8, size) && (size > orix_places_protocol::REASON_SIZE || !utf8))
+        __builtin_trap();
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
@@ -89,7 +98,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t siz
         PlacesAPIDecoder reply(reinterpret_cast<const char *>(bytes), static_cast<unsigned int>(size));
         ReturnCode code = ReturnCode::NoStatus;
         if (reply.decodeResponse(code))
-            readBody(reply, fullPlaces);
+            code == ReturnCode::Success ? readBody(reply, fullPlaces) : readReason(reply);
     }
     return 0;
 }
