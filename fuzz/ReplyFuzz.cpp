@@ -81,7 +81,7 @@ void readBody(PlacesAPIDecoder &reply, bool fullPlaces)
     }
 }
 
-/// Reads what stands behind the status of a failed reply.
+/// Reads the reason behind the status of a failed reply.
 void readReason(PlacesAPIDecoder &reply)
 {
     const char *utf8 = nullptr;

@@ -19,8 +19,8 @@ struct Status
     {}
 
     orix_places_protocol::ReturnCode code;
-    /// One sentence in UTF-8 for whoever sent the request: what is wrong with which file, place or number, and what can
-    /// be done. It goes to the sender, so without an exception behind it, it says only what the request itself said.
+    /// One sentence in UTF-8 for the sender of the request: what is wrong with which file, place or number, and what
+    /// can be done. It tells nothing but what is in the request and limits, unless only the owner can have sent that.
     std::string reason;
 };
 

@@ -184,9 +184,9 @@ Service::Outcome Service::getPlace(Request &request, Encoder &reply)
     QString searchTerm;
     if (!request.reader.readGetPlace(id, externalId, type, searchTerm))
         return request.reader.problem();
-    const Outcome outcome = id == PlaceId::UNDEFINED_PERSISTED_ID
-                                ? answerWith(externalId, type, Coordinates(), request, reply)
-                                : encodeStored(id, request, reply);
+    Outcome outcome = id == PlaceId::UNDEFINED_PERSISTED_ID
+                          ? answerWith(externalId, type, Coordinates(), request, reply)
+                          : encodeStored(id, request, reply);
     if (outcome != Outcome(ReturnCode::Success) || searchTerm.isEmpty() || request.caller.external)
         return outcome;
     if (m_pool == Pool::Fast)

@@ -53,7 +53,7 @@ Service::Outcome Service::getPlaceFromSuggestion(Request &request, Encoder &repl
     if (m_pool != Pool::Slow)
         return Pool::Slow;
     for (const QString &type : {AuxiliaryData::TypePointOfInterest, AuxiliaryData::TypeContact}) {
-        const Outcome outcome = answerWith(text, type, centre, request, reply);
+        Outcome outcome = answerWith(text, type, centre, request, reply);
         if (outcome != Outcome(ReturnCode::NoSuchPlace))
             return outcome;
     }

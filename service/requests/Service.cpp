@@ -3,11 +3,10 @@
 #include "requests/Service.h"
 
 #include "Log.h"
+#include "protocol/ReasonText.h"
 #include "store/DatabaseFile.h"
 #include "store/StorageReason.h"
 #include "text/Utf8.h"
-
-#include <QtCore/QString>
 
 #include <algorithm>
 #include <array>
@@ -37,19 +36,21 @@ ReturnCode codeOf(const SQLite::Exception &error)
 }
 
 /// A reason as it is sent. Paths are in it, which may be any bytes.
-std::string lineOf(const std::string &reason)
+std::string sentForm(const std::string &reason)
 {
-    QString line = QString::fromStdString(reason.substr(0, 2 * std::size_t{REASON_SIZE}));
-    const auto isControl = [](QChar c) {
-        return c.category() == QChar::Other_Control || c == QChar::LineSeparator || c == QChar::ParagraphSeparator;
-    };
-    std::replace_if(line.begin(), line.end(), isControl, QLatin1Char('?'));
-    std::string text = line.toStdString();
+    // No byte becomes less than a byte, so what is cut off here is behind what is sent.
+    const std::size_t read = std::min<std::size_t>(reason.size(), 2 * std::size_t{REASON_SIZE});
+    std::string text = lineOf(reason.data(), static_cast<int>(read)).toStdString();
     std::size_t size = std::min<std::size_t>(text.size(), REASON_SIZE);
     while (size > 0 && size < text.size() && isContinuation(text[size]))
         --size;
     text.resize(size);
     return text;
+}
+
+Status tooLate()
+{
+    return {ReturnCode::TookTooLong, "others were before it for all the time that a request has; try again"};
 }
 
 } // namespace
@@ -60,7 +61,7 @@ std::unique_ptr<PlacesAPIEncoder> statusReply(const Status &status, int requestT
     reply->encode(static_cast<int>(status.code));
     reply->encode(static_cast<int>(static_cast<unsigned int>(requestType) + REPLY_OFFSET));
     if (status.code != ReturnCode::Success && !status.reason.empty())
-        reply->encodeString(lineOf(status.reason));
+        reply->encodeString(sentForm(status.reason));
     return reply;
 }
 
@@ -128,11 +129,10 @@ Answer Service::answer(const char *bytes, unsigned int length, const Caller &cal
 
     const int type = request.head.type;
     auto reply = statusReply(ReturnCode::Success, type);
-    Outcome outcome = Status(ReturnCode::TookTooLong, "others were before it for all the time that a request has");
+    Outcome outcome = ReturnCode::TookTooLong;
     try {
         m_store.startRequest(end);
-        if (!hasPassed(deadline))
-            outcome = perform(request, *reply);
+        outcome = hasPassed(deadline) ? tooLate() : perform(request, *reply);
     } catch (const SQLite::Exception &error) {
         outcome = failed(type, error, caller, deadline);
     } catch (const std::bad_alloc &) {
@@ -189,7 +189,7 @@ Service::Outcome Service::perform(Request &request, Encoder &reply)
     if (m_pool != Pool::Writer && request.length > limits::LONG_REQUEST)
         turn = std::unique_lock(m_shared.longRequests[request.caller.external ? 1 : 0], request.deadline);
     if (turn.mutex() && !turn)
-        return Status(ReturnCode::TookTooLong, "other long requests took all the time that a request has");
+        return tooLate();
     return (this->*entry->operation)(request, reply);
 }
 

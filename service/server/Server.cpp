@@ -215,7 +215,7 @@ void Server::accept(const Listener &listener)
             ::poll(events, std::size(events), FIRST_REQUEST_WAIT_MS);
         m_fastRequests.push(*accepted);
     } else {
-        connection->refuse({orix_places_protocol::Busy, "all connections that the user may have are in use"});
+        connection->refuse({ReturnCode::Busy, "all connections that the user may have are in use"});
     }
 }
 

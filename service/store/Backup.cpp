@@ -217,7 +217,8 @@ void BackupKeeper::swapIn(const std::string &path, Deadline deadline) const
         checked->packLike(live);
         const std::unique_lock<std::timed_mutex> lock(m_shared.writeLock, deadline);
         if (!lock)
-            throw SQLite::Exception("other writers took too long", SQLITE_INTERRUPT);
+            throw std::system_error(std::make_error_code(std::errc::timed_out),
+                                    m_database + ": other writers took all the time");
         checked->keepIdsOf(live);
         checked->copyOver(live);
         m_shared.words.expire();

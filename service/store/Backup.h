@@ -19,7 +19,8 @@ public:
     BackupKeeper(std::string database, StoreShared &shared);
 
     /// Writes a copy of the database into a private folder beside `path`, which has to be absolute, and moves it into
-    /// place once it is on the disk. Only an empty file and a database of places are replaced, and none that is in use.
+    /// place once it is on the disk. Only an empty file and a database of places are replaced, none that is in use, and
+    /// no symbolic link.
     Status backUp(const std::string &path, Deadline deadline);
     /// Puts the places of a copy that backUp() made, or an older placesd, in the stead of those that are there.
     /// Whatever is wrong with the copy is found before anything is changed.

@@ -22,6 +22,7 @@ constexpr struct
     {SQLITE_PERM, "; let the service read and write it"},
     {SQLITE_READONLY, "; let the service write to it and to its folder"},
     {SQLITE_CANTOPEN, "; see that the service may read and write it and its folder"},
+    {SQLITE_INTERRUPT, "; the time that a request has is over"},
     {SQLITE_BUSY, "; try again when the other program is done"},
     {SQLITE_LOCKED, "; try again"},
     {SQLITE_CORRUPT, "; it is damaged, so use a backup that is not"},

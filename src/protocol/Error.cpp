@@ -4,6 +4,7 @@
 
 #include "protocol/ErrorPrivate.h"
 #include "protocol/ProtocolTypes.h"
+#include "protocol/ReasonText.h"
 
 #include <algorithm>
 #include <array>
@@ -25,12 +26,6 @@ struct Failure
 /// of an application that asks the service when the process ends.
 thread_local Failure failure;
 
-bool isControl(QChar character)
-{
-    return character.category() == QChar::Other_Control || character == QChar::LineSeparator
-           || character == QChar::ParagraphSeparator;
-}
-
 } // namespace
 
 void ErrorPrivate::clear()
@@ -50,9 +45,7 @@ QString Error::reason(Type error)
 {
     if (error != failure.error || failure.size == 0)
         return {};
-    QString text = QString::fromUtf8(failure.utf8.data(), static_cast<int>(failure.size));
-    std::replace_if(text.begin(), text.end(), isControl, QLatin1Char(' '));
-    return text;
+    return orix_places_protocol::lineOf(failure.utf8.data(), static_cast<int>(failure.size));
 }
 
 } // namespace vela::platform::places

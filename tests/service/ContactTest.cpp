@@ -231,5 +231,6 @@ TEST_F(ContactTest, TheExternalChannelSeesNoneOfThem)
     for (const int field : {10, 17, 23})
         EXPECT_EQ(find(field).substr(0, 12), message({i32(0), i32(269), i32(0)})) << field;
     EXPECT_EQ(reply(12, Fields{i64(-1), text(id), text("contact"), text("")}), message({i32(54), i32(268)}));
-    EXPECT_EQ(reply(10, Fields{i32(1), i32(1), i32(1)}), message({i32(60), i32(266)}));
+    const Field reason = text("only the owner's channel, places, answers requests of this type");
+    EXPECT_EQ(reply(10, Fields{i32(1), i32(1), i32(1)}), message({i32(60), i32(266), reason}));
 }

@@ -27,7 +27,7 @@ public:
     void breakExchange(int status) { m_brokenStatus = status; }
     /// Lays a reply ready: a status of success, the type of the reply to `request`, and the body.
     void answer(int request, const wire::Fields &body = {});
-    /// The same with any return code and what stands behind it, such as a reason.
+    /// The same with any return code and what follows it, such as a reason.
     void refuse(int request, int code, const wire::Fields &reason = {});
     /// Lays a reply ready as it stands.
     void answerBytes(const std::string &bytes) { m_replies.push_back(bytes); }
