@@ -5,7 +5,8 @@ set_target_properties(velaplatformplaces PROPERTIES EXPORT_NAME Places)
 set_target_properties(velasystem PROPERTIES EXPORT_NAME System)
 install(TARGETS velaplatformplaces velasystem places_platform_headers EXPORT VelaPlacesTargets)
 install(TARGETS places placesd)
-install(DIRECTORY include/places platform/include/vela DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY include/places platform/include/vela DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
+install(FILES ${PROJECT_BINARY_DIR}/include/places/Version.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/places)
 install(FILES platform/include/msgclient.h platform/include/pps.h platform/include/slog2.h
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(FILES examples/data/airports.geojson examples/data/cities.geojson examples/data/README.md

@@ -4,6 +4,7 @@
 
 #include "Limits.h"
 #include "Log.h"
+#include "places/Version.h"
 #include "protocol/ProtocolTypes.h"
 #include "server/ChannelFolder.h"
 #include "server/Server.h"
@@ -244,7 +245,7 @@ int run(int argc, char **argv, Settings settings)
         app.add_option("--gazetteer", gazetteer, "GeoJSON files of places to be found that are not stored; '' for none")
             ->capture_default_str();
     app.add_option("--contacts", contacts, "Folder of vCard files, whose addresses are places");
-    app.set_version_flag("--version", PLACES_VERSION);
+    app.set_version_flag("--version", VELA_PLACES_VERSION_STRING);
     app.footer(
         "Signals: SIGTERM and SIGINT end it, SIGHUP reads gazetteers and contacts again, SIGUSR1 writes the state "
         "to the log.\nExit status: 0 ended by a signal, 1 failed, 2 wrong use.");

@@ -64,7 +64,9 @@ def includes_of(root, file):
             continue
         quote, name = match.groups()
         folders = [str(Path(file).parent)] + INCLUDE_FOLDERS
-        path = next((f"{folder}/{name}" for folder in folders if (root / folder / name).is_file()), None)
+        # Some headers are made by the build, of a file with ".in" at the end of its name.
+        path = next((f"{folder}/{name}" for folder in folders for end in ("", ".in")
+                     if (root / folder / (name + end)).is_file()), None)
         if path or quote == '"':
             yield number, path or name
 

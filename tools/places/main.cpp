@@ -6,6 +6,8 @@
 #include "Signals.h"
 #include "TerminalText.h"
 
+#include <places/Version.h>
+
 #include <QtCore/QCoreApplication>
 
 #include <clocale>
@@ -57,7 +59,7 @@ ExitStatus run(int argc, char **argv, tool::Context &context)
 {
     CLI::App app("Keeps places: adds them, finds them, shows them.", "places");
     app.require_subcommand(1);
-    app.set_version_flag("--version", "places " PLACES_VERSION);
+    app.set_version_flag("--version", "places " VELA_PLACES_VERSION_STRING);
     app.footer("Exit status: 0 done, 1 failed, 2 wrong use, 69 no places service, 130 interrupted.");
     bool json = false;
     bool noStart = false;
