@@ -64,7 +64,7 @@ void PlaceLoader::make(const AnyPlace &place, const Call &call, const std::funct
 void PlaceLoader::giveReply(Reply reply)
 {
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         m_replies.push_back(std::move(reply));
     }
     Q_EMIT replied();
@@ -74,7 +74,7 @@ void PlaceLoader::takeReply()
 {
     Reply reply{};
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         reply = std::move(m_replies.front());
         m_replies.pop_front();
     }

@@ -5,7 +5,6 @@
 #include <places/Error.h>
 #include <places/Place.h>
 
-#include <QtCore/QMutex>
 #include <QtCore/QObject>
 #include <QtCore/QQueue>
 #include <QtCore/QSharedPointer>
@@ -14,6 +13,7 @@
 #include <atomic>
 #include <deque>
 #include <functional>
+#include <mutex>
 
 /// Makes the calls that wait for the places service, one after the other on a thread of its own, so that a window never
 /// waits with them. It belongs to the thread that made it; answers come as signals there. The destructor waits for the
@@ -66,7 +66,7 @@ private:
     /// The places of the calls that are not answered yet: none of them may end on the other thread.
     QQueue<AnyPlace> m_asked;
     std::atomic<int> m_lastFetch = 0;
-    QMutex m_mutex;
+    std::mutex m_mutex;
     std::deque<Reply> m_replies; ///< Guarded by the mutex; moved in and out, so that each place has one owner.
     QThread m_thread;
     QObject m_worker; ///< Lives in the thread; what is sent to it is done there.

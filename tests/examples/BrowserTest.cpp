@@ -29,7 +29,7 @@ using testing::Not;
 namespace
 {
 
-constexpr int PATIENCE = 30000; // milliseconds
+constexpr int PATIENCE = 60000; // milliseconds
 
 /// Somebody with two addresses that no gazetteer knows.
 const QByteArray CARD = "BEGIN:VCARD\nVERSION:3.0\nFN:Anna Muster\nTEL;TYPE=CELL:079\n"
@@ -41,8 +41,9 @@ class BrowserTest : public testing::Test
 protected:
     BrowserTest()
         : service(sampleGazetteer() + contacts())
-        , window(std::make_unique<BrowserWindow>())
     {
+        awaitGazetteer();
+        window = std::make_unique<BrowserWindow>();
         window->show();
         window->activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));

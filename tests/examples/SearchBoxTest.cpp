@@ -12,6 +12,7 @@ using testing::StartsWith;
 TEST(SearchBox, PrintsNothingOfASearchThatWasReplacedAndSaysWhatFailed)
 {
     Placesd service(sampleGazetteer());
+    awaitGazetteer();
     places("add Zurichsee --at 47.25,8.7");
     const Outcome outcome = run("search_box", {}, "gen\nzur\nzurich"); // the last line without its end
     EXPECT_EQ(outcome.status, 0) << outcome.err;

@@ -1,6 +1,8 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "support/SanitizerReport.h"
+
 #include <gtest/gtest.h>
 
 #include <QtCore/QProcess>
@@ -24,8 +26,9 @@ inline Outcome run(const char *program, const QStringList &arguments, const QByt
     process.write(input);
     process.closeWriteChannel();
     EXPECT_TRUE(process.waitForFinished(60000));
-    return {process.exitCode(), process.readAllStandardOutput().toStdString(),
-            process.readAllStandardError().toStdString()};
+    const std::string errors = process.readAllStandardError().toStdString();
+    expectNoSanitizerReport(errors);
+    return {process.exitCode(), process.readAllStandardOutput().toStdString(), errors};
 }
 
 /// Runs the client.

@@ -2,6 +2,8 @@
 
 #include "support/Placesd.h"
 
+#include "support/SanitizerReport.h"
+
 #include <gtest/gtest.h>
 
 #include <QtCore/QFile>
@@ -26,7 +28,9 @@ Placesd::~Placesd()
 {
     if (isRunning())
         stop();
-    std::cerr << log();
+    const std::string written = log();
+    std::cerr << written;
+    expectNoSanitizerReport(written);
 }
 
 void Placesd::stop()
@@ -53,6 +57,7 @@ void Placesd::kill()
 {
     m_process->kill();
     m_process->waitForFinished();
+    EXPECT_EQ(m_process->exitCode(), SIGKILL) << "it ended before by itself";
 }
 
 void Placesd::signal(int number)
@@ -78,7 +83,7 @@ std::string Placesd::log() const
 
 void Placesd::awaitLog(const char *text) const
 {
-    for (int i = 0; i < 2000 && log().find(text) == std::string::npos; ++i)
+    for (int i = 0; i < 6000 && log().find(text) == std::string::npos; ++i)
         QThread::msleep(10);
     EXPECT_NE(log().find(text), std::string::npos) << text;
 }
@@ -91,6 +96,15 @@ bool Placesd::isRunning() const
 int Placesd::pid() const
 {
     return static_cast<int>(m_process->processId());
+}
+
+int Placesd::memory(const char *field) const
+{
+    QFile status(QStringLiteral("/proc/%1/status").arg(pid()));
+    EXPECT_TRUE(status.open(QIODevice::ReadOnly));
+    const QByteArray text = status.readAll();
+    return text.mid(text.indexOf(field) + static_cast<int>(std::strlen(field))).simplified().split(' ').first().toInt()
+           / 1024;
 }
 
 std::string Placesd::exchange(const std::string &request, const char *channel)

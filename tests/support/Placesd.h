@@ -20,18 +20,20 @@ public:
     void start(QStringList wrapper = {});
     /// Asks it to end, which it has to do in good order.
     void stop();
-    /// Ends it as a loss of power would.
+    /// Ends it at once with SIGKILL. It has to be running.
     void kill();
     /// Has it do nothing until resume().
     void pause();
     void resume();
     void signal(int number);
-    /// Waits until the log has a text, which it has to have within 20 seconds.
+    /// Waits until the log has a text, which it has to have within a minute.
     void awaitLog(const char *text) const;
     /// What it wrote to the log; the destructor repeats it on standard error.
     [[nodiscard]] std::string log() const;
     [[nodiscard]] bool isRunning() const;
     [[nodiscard]] int pid() const;
+    /// Memory in megabytes, by a field of /proc/PID/status: "VmRSS:" is what is resident now, "VmHWM:" the most so far.
+    [[nodiscard]] int memory(const char *field) const;
     [[nodiscard]] QString path(const char *name) const { return m_folder.filePath(QLatin1String(name)); }
 
     /// Exchanges raw bytes on a channel of its own. Returns the reply; empty when there is none.

@@ -56,7 +56,7 @@ public:
         EXPECT_EQ(::ioctl(m_master, TIOCSWINSZ, &size), 0);
     }
 
-    /// Waits until the process has written a text since this was last asked. False when it does not within 20 seconds.
+    /// Waits until the process has written a text since this was last asked. False when it does not within a minute.
     bool shows(const std::string &text)
     {
         std::size_t found = std::string::npos;
@@ -106,7 +106,7 @@ private:
 
     void waitUntil(const std::function<bool()> &condition)
     {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
         while (!condition() && std::chrono::steady_clock::now() < end)
             read(20);
     }

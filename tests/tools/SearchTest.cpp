@@ -37,6 +37,7 @@ class SampleSearchTest : public testing::Test
 protected:
     SampleSearchTest()
     {
+        awaitGazetteer();
         (void)places("add HeathrowShed --at 1,2");
         (void)places("add Qqq1 --at 1,2");
         (void)places("add Qqq2 --at 1,2 --description Other");
