@@ -3,6 +3,7 @@
 #include "Channel.h"
 #include "manager/PlaceManagerPrivate.h"
 #include "places/PlaceManager.h"
+#include "support/HostileRequests.h"
 #include "support/Placesd.h"
 #include "support/Requests.h"
 #include "support/SamplePlace.h"
@@ -15,7 +16,6 @@
 #include <atomic>
 #include <cstring>
 #include <msgclient.h>
-#include <random>
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sys/socket.h>
 #include <thread>
@@ -107,15 +107,9 @@ TEST(AService, OutlivesRandomBytes)
 {
     Placesd service;
     ASSERT_EQ(Placesd::code(ADD), 0);
-    std::mt19937 random(20261124);
-    const std::string seeds[] = {ADD, TAGS, find(5, 0, rule(2, 0, 1, "", 1) + rule(13, 4, 7, "caf", 0))};
-    for (int i = 0; i < 3000; ++i) {
-        std::string bytes = seeds[random() % std::size(seeds)];
-        for (unsigned changes = 1 + random() % 8; changes > 0; --changes)
-            bytes[4 + random() % (bytes.size() - 4)] = static_cast<char>(random());
-        bytes.resize(random() % 4 == 0 ? random() % bytes.size() : bytes.size());
-        EXPECT_NE(Placesd::code(bytes), -1) << i;
-    }
+    HostileRequests requests(20261124);
+    for (int i = 0; i < 3000; ++i)
+        EXPECT_NE(Placesd::code(requests.next()), -1) << i;
     EXPECT_TRUE(service.isRunning());
     EXPECT_EQ(Placesd::code(TAGS), 0);
 }

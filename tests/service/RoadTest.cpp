@@ -11,10 +11,6 @@
 
 #include <gmock/gmock.h>
 
-#include <cstdio>
-#include <mutex>
-#include <thread>
-
 using namespace vela::platform::places;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -261,46 +257,4 @@ TEST_F(RoadTest, TheRecentBucketIsEmptiedWithoutLosingWhatWasSaved)
     EXPECT_EQ(manager.clearRecentlyPickedPlaces(), Error::Success);
     EXPECT_EQ(count(SearchRule::createRecentlyPickedRule()), 0U);
     EXPECT_THAT(names(manager.findPlaces(QString())), ElementsAre("Saved"));
-}
-
-TEST_F(RoadTest, EveryAcknowledgedPlaceSurvivesALossOfPower)
-{
-    constexpr unsigned CLIENTS = 8;
-    const unsigned kills = qEnvironmentVariableIsSet("PLACES_KILLS") ? qgetenv("PLACES_KILLS").toUInt() : 3;
-    std::size_t total = 0;
-    std::size_t lost = 0;
-    for (unsigned round = 1; round <= kills; ++round) {
-        std::mutex mutex;
-        std::vector<qint64> acknowledged;
-        const auto added = [&] {
-            const std::lock_guard<std::mutex> lock(mutex);
-            return acknowledged.size();
-        };
-        std::vector<std::thread> clients;
-        for (unsigned i = 0; i < CLIENTS; ++i)
-            clients.emplace_back([&] {
-                for (;;) {
-                    Place place;
-                    sample::fill(place, -1);
-                    if (PlaceManager().addPlace(&place) != Error::Success)
-                        return;
-                    const std::lock_guard<std::mutex> lock(mutex);
-                    acknowledged.push_back(place.id());
-                }
-            });
-        // Each time in another phase of a transaction.
-        while (added() < 50 + 7 * (round % 30))
-            std::this_thread::sleep_for(std::chrono::microseconds(100));
-        service.kill();
-        for (std::thread &client : clients)
-            client.join();
-        service.start();
-        for (const qint64 id : acknowledged)
-            lost += get(id) ? 0U : 1U;
-        total += acknowledged.size();
-    }
-    std::printf("%u kills, %zu acknowledged additions, %zu lost\n", kills, total, lost);
-    EXPECT_EQ(lost, 0U);
-    EXPECT_GE(count(SearchRule()), total);
-    EXPECT_LE(count(SearchRule()), total + CLIENTS * kills) << "at most the one each that was under way";
 }
