@@ -5,7 +5,6 @@
 #include "find/Leaves.h"
 #include "find/Sources.h"
 #include "Limits.h"
-#include "Log.h"
 #include "model/InternalTags.h"
 #include "places/Place.h"
 #include "places/SortRule.h"
@@ -529,15 +528,7 @@ std::string Finder::recordOf(qint64 id)
 {
     if (const CandidateRow *row = m_candidates->row(id))
         return m_query.headerOnly ? headerOf(*row->place()) : fullRecordOf(*row->place());
-    try {
-        return m_store.storedRecord(id, m_query.headerOnly);
-    } catch (const SQLite::Exception &error) {
-        if (error.getErrorCode() != SQLITE_CORRUPT)
-            throw;
-        logError("place %lld is left out: %s; remove it, or restore a backup", static_cast<long long>(id),
-                 error.what());
-        return {};
-    }
+    return m_store.readableRecord(id, m_query.headerOnly);
 }
 
 // ------------------------------------------------------------------------------------------------------- counting

@@ -114,7 +114,7 @@ Service::Service(Shared &shared, Pool pool)
 
 Service::~Service()
 {
-    if (m_pool == Pool::Writer && m_shared.hasRemovedWords)
+    if (m_pool == Pool::Writer && m_shared.hasRemovedWords && !m_shared.store.damage->isDamaged())
         forgetRemovedWords(m_shared.database, Clock::now() + limits::FORGETTING_TIME);
 }
 
@@ -163,8 +163,8 @@ bool Service::writeTogether(Deadline deadline, const std::function<bool()> &answ
             },
             Store::OnFullDisk::Fail);
     } catch (const SQLite::Exception &error) {
-        // Each that does not fit is answered so when it runs on its own.
-        if (!isLackOfRoom(error))
+        // Each that does not fit, or meets damage, is answered so when it runs on its own.
+        if (!isLackOfRoom(error) && !m_shared.store.damage->note(error))
             logError("requests in one transaction failed and run again, one by one: %s",
                      storageReason(m_shared.database, error).c_str());
         return false;
@@ -211,7 +211,8 @@ Status Service::failed(int type, const SQLite::Exception &error, const Caller &c
     const std::string reason = storageReason(m_shared.database, error);
     if (isLackOfRoom(error))
         m_shared.store.reserve->report();
-    else if (code != ReturnCode::TookTooLong || hasPassed(deadline)) // else another pool runs it
+    else if (!m_shared.store.damage->note(error)
+             && (code != ReturnCode::TookTooLong || hasPassed(deadline))) // else another pool runs it
         logError("request of type %d failed: %s", type, reason.c_str());
     return {code, caller.external ? std::string() : reason};
 }

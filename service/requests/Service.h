@@ -61,6 +61,7 @@ struct Shared
     {
         store.keepsOldVersion = true;
         store.reserve.emplace(database);
+        store.damage.emplace(database);
     }
 
     const std::string database;

@@ -12,7 +12,10 @@
 #include "sources/ContactBook.h"
 #include "sources/Gazetteer.h"
 #include "sources/Readable.h"
+#include "store/Check.h"
+#include "store/DamageReport.h"
 #include "store/DatabaseFile.h"
+#include "store/Repair.h"
 #include "store/StorageReason.h"
 
 #include <QtCore/QThread>
@@ -51,6 +54,8 @@ namespace
 
 /// Exit status for arguments that make no sense.
 constexpr int WRONG_USE = 2;
+/// Exit status of a check that finds problems, and of a repair that loses something.
+constexpr int DAMAGED = 3;
 constexpr unsigned int OWNER_ONLY = 0600;
 constexpr unsigned int EVERYBODY = 0666;
 /// Time between two looks for idle connections.
@@ -227,6 +232,38 @@ int refuseArguments(const CLI::ParseError &error)
     return WRONG_USE;
 }
 
+/// Writes a line for the operator's terminal, on which nothing that it holds is an order: names of places are in it.
+void writeLine(const std::string &line)
+{
+    QString text = QString::fromStdString(line);
+    for (QChar &c : text) {
+        if (c.category() == QChar::Other_Control || c.category() == QChar::Other_Format)
+            c = QLatin1Char('?');
+    }
+    std::cout << text.toStdString() << "\n";
+}
+
+int check(const std::string &file)
+{
+    const std::vector<std::string> problems = checkDatabase(file);
+    for (const std::string &problem : problems)
+        writeLine(problem);
+    writeLine(
+        file
+        + (problems.empty() ? " is sound" : " is damaged; to rescue its places: placesd --repair " + file + " NEW"));
+    return problems.empty() ? EXIT_SUCCESS : DAMAGED;
+}
+
+int repair(const std::string &file, const std::string &fresh)
+{
+    const Repair::Report report = Repair::run(file, fresh);
+    for (const std::string &loss : report.losses)
+        writeLine(loss);
+    writeLine(fresh + " has " + std::to_string(report.places) + " places and " + std::to_string(report.terms)
+              + " search terms of " + file + ", and " + std::to_string(report.lostPlaces) + " places are lost");
+    return report.losses.empty() ? EXIT_SUCCESS : DAMAGED;
+}
+
 } // namespace
 
 int run(int argc, char **argv, Settings settings)
@@ -245,10 +282,21 @@ int run(int argc, char **argv, Settings settings)
         app.add_option("--gazetteer", gazetteer, "GeoJSON files of places to be found that are not stored; '' for none")
             ->capture_default_str();
     app.add_option("--contacts", contacts, "Folder of vCard files, whose addresses are places");
+    std::string checked;
+    std::vector<std::string> repaired;
+    CLI::Option *check =
+        app.add_option("--check", checked, "Check a database of places, write what is wrong with it, and end");
+    CLI::Option *repair = app.add_option("--repair", repaired,
+                                         "Write what can be read of a damaged database FILE into a new one, and end")
+                              ->type_name("FILE NEW")
+                              ->expected(2)
+                              ->excludes(check);
     app.set_version_flag("--version", VELA_PLACES_VERSION_STRING);
     app.footer(
         "Signals: SIGTERM and SIGINT end it, SIGHUP reads gazetteers and contacts again, SIGUSR1 writes the state "
-        "to the log.\nExit status: 0 ended by a signal, 1 failed, 2 wrong use.");
+        "to the log.\nExit status: 0 ended by a signal, 1 failed, 2 wrong use; --check: 0 sound, 1 no database of "
+        "places, 3 "
+        "damaged; --repair: 0 nothing was lost, 1 nothing was written, 3 something was lost.");
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success &help) {
@@ -270,6 +318,10 @@ int run(int argc, char **argv, Settings settings)
     QThread::currentThread();
     const std::string database = settings.database;
     try {
+        if (check->count() > 0)
+            return placesd::check(checked);
+        if (repair->count() > 0)
+            return placesd::repair(repaired[0], repaired[1]);
         withOption("--database", [&] { prepareDatabase(settings.database); });
         if (namedGazetteer->count() > 0)
             withOption("--gazetteer", [&] { std::for_each(gazetteer.begin(), gazetteer.end(), requireReadableFile); });
@@ -288,7 +340,8 @@ int run(int argc, char **argv, Settings settings)
         serve(std::move(settings), ppsRoot, sources);
         return EXIT_SUCCESS;
     } catch (const SQLite::Exception &error) {
-        std::cerr << "placesd: " << storageReason(database, error) << "\n";
+        std::cerr << "placesd: " << storageReason(database, error)
+                  << (isDamage(error) ? "; " + remedyFor(database) : std::string()) << "\n";
         return EXIT_FAILURE;
     } catch (const std::exception &error) {
         std::cerr << "placesd: " << error.what() << "\n";

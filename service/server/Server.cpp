@@ -113,6 +113,9 @@ void Server::readVocabulary()
 {
     try {
         Store(m_shared.database, m_shared.store).vocabulary();
+    } catch (const SQLite::Exception &error) {
+        if (!m_shared.store.damage->note(error))
+            logError("the words of the stored places cannot be read: %s", error.what());
     } catch (const std::exception &error) {
         logError("%s: the words of its places cannot be read, so finds correct none until the next start: %s",
                  m_shared.database.c_str(), error.what());
@@ -259,14 +262,15 @@ std::string Server::state()
     long long places = -1;
     try {
         places = m_store.placeCount(~0);
-    } catch (const SQLite::Exception &) {
-        // A request that finds the database so says why.
+    } catch (const SQLite::Exception &error) {
+        m_shared.store.damage->note(error);
     }
     const RequestStatistics::Slowest slowest = m_shared.statistics.slowest();
     std::array<char, 256> text = {};
     std::snprintf(text.data(), text.size(),
-                  "%lld places, %zu clients, %llu requests, %llu a minute, the slowest of type %d with %.1f ms", places,
-                  clients, static_cast<unsigned long long>(m_shared.statistics.count()),
+                  "%s%lld places, %zu clients, %llu requests, %llu a minute, the slowest of type %d with %.1f ms",
+                  m_shared.store.damage->isDamaged() ? "the database is damaged, " : "", places, clients,
+                  static_cast<unsigned long long>(m_shared.statistics.count()),
                   static_cast<unsigned long long>(m_shared.statistics.countOfLastMinute()), slowest.type,
                   std::chrono::duration<double, std::milli>(slowest.time).count());
     return text.data();

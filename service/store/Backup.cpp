@@ -4,6 +4,7 @@
 
 #include "Channel.h"
 #include "Log.h"
+#include "store/Check.h"
 #include "store/DatabaseFile.h"
 #include "store/FileCopy.h"
 #include "store/PrivateFolder.h"
@@ -139,6 +140,13 @@ Status attempt(const char *what, const std::string &path, ReturnCode failure, co
     }
 }
 
+/// A backup with any problem is not restored.
+[[noreturn]] void refuseBackup(const std::string &problem, qint64 place)
+{
+    throw std::runtime_error("it is damaged: "
+                             + (place > 0 ? "place " + std::to_string(place) + ": " + problem : problem));
+}
+
 Status otherCopyRuns()
 {
     return {ReturnCode::Busy, "another backup or restore is running; try again when it is done"};
@@ -164,6 +172,8 @@ Status BackupKeeper::restore(const std::string &path, Deadline deadline)
     const std::unique_lock<std::mutex> turn(m_copying, std::try_to_lock);
     if (!turn)
         return otherCopyRuns();
+    if (m_shared.damage && m_shared.damage->isDamaged())
+        return {ReturnCode::StorageFailed, "the database is damaged; " + remedyFor(m_database)};
     return attempt("restore from", path, ReturnCode::RestoreFailed, [&] { swapIn(path, deadline); });
 }
 
@@ -179,6 +189,8 @@ void BackupKeeper::requireUsablePath(const std::string &path) const
 void BackupKeeper::writeCopy(const std::string &path, Deadline deadline) const
 {
     requireUsablePath(path);
+    if (m_shared.damage && m_shared.damage->isDamaged())
+        throw std::runtime_error("the database is damaged, and a copy of it would be, too");
     requireSafe(fs::path(path).parent_path());
     requireReplaceable(path);
     withPaths(m_database, path, [&] {
@@ -209,7 +221,8 @@ void BackupKeeper::swapIn(const std::string &path, Deadline deadline) const
             Store::requirePlaces(target);
         }
         checked.emplace(candidate, unshared, deadline);
-        checked->requireSoundness();
+        checked->checkPages(refuseBackup);
+        checked->check(refuseBackup);
     });
     withPaths(m_database, m_database, [&] {
         StoreShared unlocked;

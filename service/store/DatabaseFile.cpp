@@ -2,7 +2,9 @@
 
 #include "store/DatabaseFile.h"
 
+#include "Channel.h"
 #include "Log.h"
+#include "store/DamageReport.h"
 #include "store/Sql.h"
 #include "store/SqlFunctions.h"
 #include "store/Store.h"
@@ -17,11 +19,14 @@
 #include <stdexcept>
 #include <system_error>
 
+#include <fcntl.h>
+#include <sqlite3.h>
 #include <sys/stat.h>
 
 namespace placesd
 {
 
+using vela::system::channel::Descriptor;
 namespace fs = std::filesystem;
 
 namespace
@@ -31,6 +36,9 @@ namespace
 constexpr int PAGES_PER_MERGE = 1000;
 constexpr mode_t OWNER_ONLY = 0600;
 constexpr mode_t PERMISSIONS = 07777;
+/// The bytes of a database file that SQLite locks (https://www.sqlite.org/fileformat2.html, "the lock-byte page").
+constexpr off_t FIRST_LOCK_BYTE = 0x40000000;
+constexpr off_t LOCK_BYTES = 512;
 /// What SQLite keeps beside a database, and the reserve.
 constexpr const char *COMPANIONS[] = {"-wal", "-shm", "-journal", "-reserve"};
 
@@ -78,9 +86,25 @@ void requirePlacesFile(const std::string &path)
 {
     try {
         requirePlacesIn(path);
+    } catch (const SQLite::Exception &error) {
+        // What is no database at all may be another program's file.
+        const std::string remedy = error.getErrorCode() == SQLITE_CORRUPT ? "; " + remedyFor(path) : std::string();
+        throw std::runtime_error(path + ": " + error.what() + remedy);
     } catch (const std::exception &error) {
         throw std::runtime_error(path + ": " + error.what());
     }
+}
+
+bool isInUse(const std::string &database)
+{
+    // Every connection in use has a lock on some of the bytes that SQLite keeps for locks.
+    struct flock lock = {};
+    lock.l_type = F_WRLCK;
+    lock.l_whence = SEEK_SET;
+    lock.l_start = FIRST_LOCK_BYTE;
+    lock.l_len = LOCK_BYTES;
+    const Descriptor file(::open(database.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    return file.isOpen() && ::fcntl(file.get(), F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
 }
 
 void makePrivate(const std::string &database)

@@ -13,6 +13,9 @@ namespace placesd
 /// file nor a database of places of this version or an older one. Changes nothing, neither in it nor beside it.
 void requirePlacesFile(const std::string &path);
 
+/// Whether a process has the database open, or is at work on it.
+bool isInUse(const std::string &database);
+
 /// Gives the database and what SQLite keeps beside it mode 0600, and says in the log what had another one.
 void makePrivate(const std::string &database);
 

@@ -7,9 +7,8 @@
 #include "places/Location.h"
 #include "places/Tags.h"
 #include "store/Records.h"
+#include "store/UnreadablePlace.h"
 
-#include <sqlite3.h>
-#include <SQLiteCpp/Exception.h>
 #include <zstd.h>
 
 #include <new>
@@ -112,7 +111,7 @@ std::string RecordCompressor::unpack(const void *bytes, std::size_t size)
         isWhole = ZSTD_decompressDCtx(m_unpacking.get(), record.data(), record.size(), bytes, size) == record.size();
     }
     if (!isWhole)
-        throw SQLite::Exception("a stored place cannot be read", SQLITE_CORRUPT);
+        throw UnreadablePlace();
     return record;
 }
 

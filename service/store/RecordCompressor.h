@@ -19,12 +19,13 @@ public:
     explicit RecordCompressor(const std::string &dictionary);
     ~RecordCompressor();
 
-    /// A dictionary for a new database: places as this version writes them. Any other would do.
+    /// A dictionary for a new database: places as this version writes them. It is the same in all databases so far, and
+    /// Repair tries it for one that has lost its own.
     static std::string makeDictionary();
 
     /// Throws std::bad_alloc.
     std::string pack(const std::string &record);
-    /// Throws SQLite::Exception (corrupt) for what is no packed record, or one longer than a record may be.
+    /// Throws UnreadablePlace for what is no packed record, or one longer than a record may be.
     std::string unpack(const void *bytes, std::size_t size);
 
 private:

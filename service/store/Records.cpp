@@ -2,11 +2,10 @@
 
 #include "store/Records.h"
 
+#include "places/Tags.h"
 #include "protocol/PlacesAPIDecoder.h"
 #include "protocol/PlacesAPIEncoder.h"
-
-#include <sqlite3.h>
-#include <SQLiteCpp/Exception.h>
+#include "store/UnreadablePlace.h"
 
 namespace placesd
 {
@@ -33,7 +32,7 @@ std::unique_ptr<Object> decodeWith(bool (PlacesAPIDecoder::*decode)(Object *&), 
     PlacesAPIDecoder decoder(record.data(), static_cast<unsigned int>(record.size()));
     Object *decoded = nullptr;
     if (!(decoder.*decode)(decoded))
-        throw SQLite::Exception("a stored place cannot be read", SQLITE_CORRUPT);
+        throw UnreadablePlace();
     return std::unique_ptr<Object>(decoded);
 }
 
@@ -61,6 +60,15 @@ std::unique_ptr<Place> decodePlace(const std::string &record)
 std::unique_ptr<PlaceHeader> decodeHeader(const std::string &record)
 {
     return decodeWith(&PlacesAPIDecoder::decodePlaceHeader, record);
+}
+
+std::unique_ptr<Place> placeOfHeader(const std::string &header)
+{
+    const bool isFavorite = decodeHeader(header)->isFavorite();
+    std::unique_ptr<Place> place = decodeWith<Place>(&PlacesAPIDecoder::decodePlace, header);
+    if (isFavorite)
+        place->addTag(Tags::Favorite);
+    return place;
 }
 
 } // namespace placesd

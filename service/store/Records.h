@@ -14,8 +14,10 @@ namespace placesd
 std::string fullRecordOf(const vela::platform::places::Place &place);
 std::string headerOf(const vela::platform::places::Place &place);
 
-/// Throws SQLite::Exception (corrupt) for what is no record.
+/// Throws UnreadablePlace for what is no record.
 std::unique_ptr<vela::platform::places::Place> decodePlace(const std::string &record);
 std::unique_ptr<vela::platform::places::PlaceHeader> decodeHeader(const std::string &record);
+/// What a header tells of its place. Of the tags only "favourite" is known.
+std::unique_ptr<vela::platform::places::Place> placeOfHeader(const std::string &header);
 
 } // namespace placesd

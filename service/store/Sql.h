@@ -214,6 +214,7 @@ constexpr char SELECT_RECENT_BUCKET[] = "SELECT id FROM place WHERE mask & 1";
 constexpr char PUT_RECORDS[] = "INSERT OR REPLACE INTO record(place, full_record, header) VALUES (?1, ?2, ?3)";
 constexpr char SELECT_FULL_RECORD[] = "SELECT full_record FROM record WHERE place = ?1";
 constexpr char SELECT_HEADER[] = "SELECT header FROM record WHERE place = ?1";
+constexpr char SELECT_BOTH_RECORDS[] = "SELECT full_record, header FROM record WHERE place = ?1";
 constexpr char SELECT_RECORDS[] = "SELECT place, full_record, header FROM record";
 constexpr char UPDATE_RECORDS[] = "UPDATE record SET full_record = ?2, header = ?3 WHERE place = ?1";
 constexpr char INSERT_DICTIONARY[] = "INSERT INTO dictionary(bytes) VALUES (?1)";
@@ -293,18 +294,26 @@ constexpr char SELECT_TABLES[] =
 /// Fails when the index of the names is not that of the places.
 constexpr char CHECK_NAME_INDEX[] = "INSERT INTO name_index(name_index, rank) VALUES ('integrity-check', 1)";
 constexpr char CHECK_TEXT_INDEX[] = "INSERT INTO text_index(text_index) VALUES ('integrity-check')";
-constexpr char COUNT_PLACES_WITHOUT_RECORD[] = "SELECT count(*) FROM place WHERE id NOT IN (SELECT place FROM record)";
-constexpr char COUNT_WRONG_FACETS[] =
-    "SELECT count(*) FROM facet WHERE id < 1 OR places NOT BETWEEN 1 AND (SELECT count(*) FROM place)";
-constexpr char COUNT_WRONG_GUESTS[] =
-    "SELECT (SELECT count(*) FROM guest WHERE bytes < 0 OR place NOT IN (SELECT id FROM place))"
-    " + (SELECT count(*) FROM (SELECT * FROM guest_share"
-    " EXCEPT SELECT user, count(*), sum(bytes) FROM guest GROUP BY user))"
-    " + (SELECT count(*) FROM (SELECT user FROM guest EXCEPT SELECT user FROM guest_share))";
+/// These give 1 where something is wrong.
+constexpr char IS_POSITION_WRONG[] = "SELECT rtreecheck('position') <> 'ok'";
+constexpr char IS_RECORD_MISSING[] = "SELECT EXISTS (SELECT 1 FROM place WHERE id NOT IN (SELECT place FROM record))"
+                                     " OR EXISTS (SELECT 1 FROM record WHERE place NOT IN (SELECT id FROM place))";
+constexpr char IS_FACET_WRONG[] = "SELECT EXISTS (SELECT 1 FROM facet WHERE id < 1"
+                                  " OR places NOT BETWEEN 1 AND (SELECT count(*) FROM place))";
+constexpr char IS_GUEST_WRONG[] =
+    "SELECT EXISTS (SELECT 1 FROM guest WHERE bytes < 0 OR place NOT IN (SELECT id FROM place))"
+    " OR EXISTS (SELECT * FROM guest_share EXCEPT SELECT user, count(*), sum(bytes) FROM guest GROUP BY user)"
+    " OR EXISTS (SELECT user FROM guest EXCEPT SELECT user FROM guest_share)";
 /// Ids from 2^62 on are those of what is not stored; those of stored places have been given.
-constexpr char COUNT_WRONG_IDS[] =
-    "SELECT (SELECT count(*) FROM place WHERE id < 1 OR id > (SELECT place FROM last_id))"
-    " + (SELECT count(*) FROM last_id WHERE max(place, location, auxiliary) >= 1 << 61"
-    " OR min(place, location, auxiliary) < 0)";
+constexpr char IS_ID_WRONG[] = "SELECT EXISTS (SELECT 1 FROM place WHERE id < 1 OR id > (SELECT place FROM last_id))"
+                               " OR EXISTS (SELECT 1 FROM last_id WHERE max(place, location, auxiliary) >= 1 << 61"
+                               " OR min(place, location, auxiliary) < 0)";
+constexpr char IS_DICTIONARY_WRONG[] = "SELECT count(*) <> 1 FROM dictionary";
+constexpr char IS_LAST_ID_WRONG[] = "SELECT count(*) <> 1 FROM last_id";
+/// What is wrong with pages: all of them, and those of a table and its indexes. One row, "ok", where nothing is.
+constexpr char CHECK_PAGES[] = "SELECT integrity_check FROM pragma_integrity_check";
+constexpr char CHECK_PAGES_OF_TABLE[] = "SELECT integrity_check FROM pragma_integrity_check(?1)";
+constexpr char SELECT_TABLE_NAMES[] = "SELECT name FROM sqlite_master WHERE type = 'table' AND rootpage > 0";
+constexpr char SELECT_NAME_KEY[] = "SELECT name_key FROM place WHERE id = ?1";
 
 } // namespace placesd::sql

@@ -16,6 +16,7 @@
 #include "store/Sql.h"
 #include "store/SqlFunctions.h"
 #include "store/StoredRow.h"
+#include "store/UnreadablePlace.h"
 #include "text/TextKeys.h"
 
 #include <QtCore/QSet>
@@ -189,8 +190,15 @@ bool Store::isWriting() const
     return sqlite3_txn_state(m_database.getHandle(), "main") == SQLITE_TXN_WRITE;
 }
 
+void Store::requireUndamaged() const
+{
+    if (m_shared.damage && m_shared.damage->isDamaged())
+        throw SQLite::Exception("the database is damaged", SQLITE_CORRUPT);
+}
+
 bool Store::write(const std::function<bool()> &work, OnFullDisk onFullDisk)
 {
+    requireUndamaged();
     if (isWriting())
         return writePart(work);
     const std::unique_lock<std::timed_mutex> lock(m_shared.writeLock, m_deadline);
@@ -229,6 +237,7 @@ bool Store::transact(const std::function<bool()> &work)
     SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
     if (!work())
         return false;
+    requireUndamaged(); // a part of the work may have seen it
     takeRoom(numberOf(sql::COUNT_PAGES));
     transaction.commit();
     return true;
@@ -291,6 +300,11 @@ void Store::insert(Place &place, std::optional<uid_t> guest)
 {
     forgetForeignIds(place, Place());
     giveIds(place, true);
+    put(place, sql::INSERT_PLACE, guest);
+}
+
+void Store::keep(const Place &place, std::optional<uid_t> guest)
+{
     put(place, sql::INSERT_PLACE, guest);
 }
 
@@ -528,15 +542,31 @@ std::unique_ptr<Place> Store::place(qint64 id)
 
 std::unique_ptr<Place> Store::readablePlace(qint64 id)
 {
+    const std::string record = readableRecord(id, false);
     try {
-        return place(id);
-    } catch (const SQLite::Exception &error) {
-        if (error.getErrorCode() != SQLITE_CORRUPT)
-            throw;
-        logError("place %lld is left out: %s; remove it, or restore a backup", static_cast<long long>(id),
-                 error.what());
+        return record.empty() ? nullptr : decodePlace(record);
+    } catch (const UnreadablePlace &error) {
+        skipUnreadable(id, error);
         return nullptr;
     }
+}
+
+std::string Store::readableRecord(qint64 id, bool headerOnly)
+{
+    try {
+        return storedRecord(id, headerOnly);
+    } catch (const SQLite::Exception &error) {
+        skipUnreadable(id, error);
+        return {};
+    }
+}
+
+void Store::skipUnreadable(qint64 id, const SQLite::Exception &error)
+{
+    const bool isDamagedPage = m_shared.damage && m_shared.damage->note(error);
+    if (!isDamagedPage && !dynamic_cast<const UnreadablePlace *>(&error))
+        throw;
+    logError("place %lld is left out: %s; remove it, or restore a backup", static_cast<long long>(id), error.what());
 }
 
 std::string Store::textKey(qint64 id)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Deadline.h"
+#include "store/Check.h"
 #include "store/Facets.h"
 #include "store/RecordCompressor.h"
 #include "store/SqlFunctions.h"
@@ -118,6 +119,8 @@ public:
     std::unique_ptr<vela::platform::places::Place> readablePlace(qint64 id);
     /// The record of a place, as it goes into a reply; empty when there is no such place.
     std::string storedRecord(qint64 id, bool headerOnly);
+    /// The same; empty, and a message in the log, also for one that cannot be read.
+    std::string readableRecord(qint64 id, bool headerOnly);
     /// The key of all texts of a place, see textKeyOf(); empty for one that cannot be read.
     std::string textKey(qint64 id);
 
@@ -128,14 +131,22 @@ public:
 
     /// Throws std::runtime_error when the tables of a database are not those that a placesd of some age made.
     static void requirePlaces(SQLite::Database &database);
-    /// Throws when the database is damaged, or holds a place that cannot be read.
-    void requireSoundness();
+    /// Look for damage: of pages, see checkPagesOf(), and of all above them, each record included. `report` may throw.
+    void checkPages(const ReportProblem &report);
+    void check(const ReportProblem &report);
     /// Lets nothing that is stored from now on have an id that was in use in `other`.
     void keepIdsOf(Store &other);
     /// Packs all records as those of `other` are: the dictionary of a database in use never changes.
     void packLike(Store &other);
     /// Replaces everything that is stored in `other` by what is stored here, as one write.
     void copyOver(Store &other);
+
+    // For a database that is made of what is left of another.
+
+    /// Stores a place with the ids that it has; no other place has them.
+    void keep(const vela::platform::places::Place &place, std::optional<uid_t> guest);
+    /// Lets nothing that is stored from now on have an id up to these.
+    void raiseLastIds(qint64 place, qint64 location, qint64 auxiliary);
 
     // What a contact or a provider gives can be stored. Only places that the owner's channel added are looked at, and
     // with `isOpen` only those that the open channel knows.
@@ -161,6 +172,10 @@ public:
 
 private:
     void open();
+    /// Throws SQLite::Exception (corrupt) once damage was seen.
+    void requireUndamaged() const;
+    /// To be called where a place could not be read: throws the error anew unless others can be read all the same.
+    void skipUnreadable(qint64 id, const SQLite::Exception &error);
     bool writePart(const std::function<bool()> &work);
     bool transact(const std::function<bool()> &work);
     bool transactWithRoomMade(const std::function<bool()> &work, bool isRemoval);
@@ -180,6 +195,7 @@ private:
     void remakeKeys(int version);
     void remakeKeysOf(const vela::platform::places::Place &place);
     void keepUnreadable(SQLite::Statement &old);
+    void checkRecords(const ReportProblem &report);
     void openRecords();
     std::string dictionary();
 

@@ -33,7 +33,6 @@ namespace placesd
 {
 
 using vela::platform::places::Place;
-using vela::platform::places::PlaceHeader;
 using vela::platform::places::PlacePrivate;
 
 namespace
@@ -81,10 +80,40 @@ bool isHeader(const std::string &record)
     }
 }
 
-void require(bool isSound)
+/// Statements that give 1 where something is wrong, and fail where that cannot be told.
+constexpr struct
 {
-    if (!isSound)
-        throw std::runtime_error("it is damaged");
+    const char *sql;
+    const char *problem;
+} CHECKS[] = {
+    {sql::IS_POSITION_WRONG, "positions and their index do not match"},
+    {sql::IS_RECORD_MISSING, "places and records do not match"},
+    {sql::IS_FACET_WRONG, "counts of tags, owners or types are wrong"},
+    {sql::IS_ID_WRONG, "ids and the last ones given do not match"},
+    {sql::IS_GUEST_WRONG, "places of the open channel and their counts do not match"},
+    {sql::IS_DICTIONARY_WRONG, "there is not one dictionary of the records"},
+    {sql::IS_LAST_ID_WRONG, "there is not one row of last ids"},
+};
+/// Statements that fail where an index of words is wrong.
+constexpr struct
+{
+    const char *sql;
+    const char *problem;
+} INDEX_CHECKS[] = {{sql::CHECK_NAME_INDEX, "the index of names does not match the places"},
+                    {sql::CHECK_TEXT_INDEX, "the index of texts is damaged"}};
+
+/// Reports a problem unless `isSound` gives true. Failures that say nothing of the database are thrown.
+void checkOne(const ReportProblem &report, const char *problem, const std::function<bool()> &isSound, qint64 place = 0)
+{
+    bool found = true;
+    try {
+        found = !isSound();
+    } catch (const SQLite::Exception &error) {
+        if (error.getErrorCode() != SQLITE_CORRUPT)
+            throw;
+    }
+    if (found)
+        report(problem, place);
 }
 
 } // namespace
@@ -108,6 +137,7 @@ void Store::migrate()
             moveFromOldVersion();
         else
             remakeKeys(version);
+        requireUndamaged();
         takeRoom(numberOf(sql::COUNT_PAGES));
         transaction.commit();
     }
@@ -226,7 +256,7 @@ void Store::moveFromOldVersion()
     m_database.exec(old_schemas::SET_ASIDE);
     makeTables();
     openRecords();
-    execute(sql::RAISE_LAST_IDS, highest[0], highest[1], highest[2]);
+    raiseLastIds(highest[0], highest[1], highest[2]);
     moveOldPlaces();
     SQLite::Statement term(m_database, old_schemas::SELECT_TERMS);
     while (term.executeStep())
@@ -305,23 +335,44 @@ void Store::requirePlaces(SQLite::Database &database)
         throw std::runtime_error("it has not the tables of a database of places: another program made or changed it");
 }
 
-void Store::requireSoundness()
+void Store::checkPages(const ReportProblem &report)
 {
-    require(m_database.execAndGet("PRAGMA integrity_check(1)").getString() == "ok");
-    require(m_database.execAndGet("SELECT rtreecheck('position')").getString() == "ok");
-    m_database.exec(sql::CHECK_NAME_INDEX);
-    m_database.exec(sql::CHECK_TEXT_INDEX);
-    for (const char *faults :
-         {sql::COUNT_PLACES_WITHOUT_RECORD, sql::COUNT_WRONG_FACETS, sql::COUNT_WRONG_IDS, sql::COUNT_WRONG_GUESTS})
-        require(m_database.execAndGet(faults).getInt() == 0);
-    require(m_database.execAndGet("SELECT count(*) FROM dictionary").getInt() == 1);
-    require(m_database.execAndGet("SELECT count(*) FROM last_id").getInt() == 1);
-    const auto row = m_statements.take(sql::SELECT_RECORDS);
-    while (row->executeStep()) {
-        const std::unique_ptr<Place> place = decodePlace(unpack(row->getColumn(1)));
-        const std::unique_ptr<PlaceHeader> header = decodeHeader(unpack(row->getColumn(2)));
-        require(place->id() == row->getColumn(0).getInt64() && header->id() == place->id());
+    checkPagesOf(m_database, report);
+}
+
+void Store::check(const ReportProblem &report)
+{
+    for (const auto &[sql, problem] : CHECKS)
+        checkOne(report, problem, [&, sql = sql] { return m_database.execAndGet(sql).getInt() == 0; });
+    for (const auto &[sql, problem] : INDEX_CHECKS)
+        checkOne(report, problem, [&, sql = sql] { return m_database.exec(sql), true; });
+    checkRecords(report);
+}
+
+void Store::checkRecords(const ReportProblem &report)
+{
+    std::vector<qint64> ids;
+    checkOne(report, "not all places can be listed", [&] {
+        const auto row = m_statements.take(sql::SELECT_PLACE_IDS);
+        while (row->executeStep())
+            ids.push_back(row->getColumn(0).getInt64());
+        return true;
+    });
+    for (const qint64 id : ids) {
+        const auto isSound = [&] {
+            const auto row = m_statements.take(sql::SELECT_BOTH_RECORDS);
+            bindEach(*row, id);
+            return !row->executeStep()
+                   || (decodePlace(unpack(row->getColumn(0)))->id() == id
+                       && decodeHeader(unpack(row->getColumn(1)))->id() == id);
+        };
+        checkOne(report, "its record cannot be read", isSound, id);
     }
+}
+
+void Store::raiseLastIds(qint64 place, qint64 location, qint64 auxiliary)
+{
+    execute(sql::RAISE_LAST_IDS, place, location, auxiliary);
 }
 
 void Store::keepIdsOf(Store &other)
@@ -329,8 +380,7 @@ void Store::keepIdsOf(Store &other)
     write([&] {
         const auto row = other.m_statements.take(sql::SELECT_LAST_IDS);
         row->executeStep();
-        execute(sql::RAISE_LAST_IDS, qint64{row->getColumn(0).getInt64()}, qint64{row->getColumn(1).getInt64()},
-                qint64{row->getColumn(2).getInt64()});
+        raiseLastIds(row->getColumn(0).getInt64(), row->getColumn(1).getInt64(), row->getColumn(2).getInt64());
         return true;
     });
 }

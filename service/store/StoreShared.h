@@ -1,6 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "store/DamageReport.h"
 #include "store/Reserve.h"
 #include "text/SharedVocabulary.h"
 
@@ -17,6 +18,8 @@ struct StoreShared
     SharedVocabulary words;         ///< Of all texts that are stored.
     bool keepsOldVersion = false;   ///< Whether a copy is made of a database before it is brought up to date.
     std::optional<Reserve> reserve; ///< For a full disk; none for a copy.
+    /// Writes are refused once there is damage. None for a copy, where damage is the failure of what is done with it.
+    std::optional<DamageReport> damage;
 };
 
 } // namespace placesd

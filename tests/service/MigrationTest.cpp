@@ -4,6 +4,7 @@
 #include "places/PlaceManager.h"
 #include "protocol/Protocol.h"
 #include "store/Records.h"
+#include "store/Repair.h"
 #include "store/Store.h"
 #include "support/Placesd.h"
 #include "support/Requests.h"
@@ -181,6 +182,21 @@ TEST_P(MigrationTest, ABackupOfAnEarlierVersionIsRestored)
     SQLite::Database(backup.toStdString(), SQLite::OPEN_READWRITE)
         .exec("PRAGMA foreign_keys = ON; DELETE FROM place WHERE id = 5; PRAGMA page_size = 4096; VACUUM");
     ASSERT_EQ(protocol.restore(backup.toStdString()), Error::Success);
+    expectPlacesAndTerms();
+}
+
+TEST_P(MigrationTest, IsRescuedWithoutItsDictionary)
+{
+    service.kill();
+    const std::string old = put("old.db").toStdString();
+    put("places.db");
+    ASSERT_TRUE(QFile::remove(service.path("places.db")));
+    if (GetParam().version >= 3)
+        SQLite::Database(old, SQLite::OPEN_READWRITE).exec("DELETE FROM dictionary");
+    const placesd::Repair::Report report = placesd::Repair::run(old, service.path("places.db").toStdString());
+    EXPECT_EQ(report.places, 4U);
+    EXPECT_THAT(report.losses, ElementsAre(testing::StartsWith("place 5 (")));
+    service.start();
     expectPlacesAndTerms();
 }
 

@@ -1,7 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
 #include "soak/HonestClient.h"
-#include "store/Store.h"
+#include "store/Check.h"
 #include "support/HostileRequests.h"
 #include "support/ManyClients.h"
 #include "support/Placesd.h"
@@ -122,14 +122,10 @@ protected:
 
     bool isDatabaseWhole() const
     {
-        try {
-            placesd::StoreShared shared;
-            placesd::Store(service->path("places.db").toStdString(), shared).requireSoundness();
-            return true;
-        } catch (const std::exception &error) {
-            std::fprintf(stderr, "%s\n", error.what());
-            return false;
-        }
+        const std::vector<std::string> problems = placesd::checkDatabase(service->path("places.db").toStdString());
+        for (const std::string &problem : problems)
+            std::fprintf(stderr, "%s\n", problem.c_str());
+        return problems.empty();
     }
 
     std::optional<Placesd> service{std::in_place};

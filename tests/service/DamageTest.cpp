@@ -1,0 +1,424 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "places/PlaceHeader.h"
+#include "places/PlaceManager.h"
+#include "protocol/Protocol.h"
+#include "store/Check.h"
+#include "store/Records.h"
+#include "store/Repair.h"
+#include "store/Store.h"
+#include "support/Client.h"
+#include "support/Placesd.h"
+#include "support/SamplePlace.h"
+
+#include <gmock/gmock.h>
+
+#include <QtCore/QFile>
+#include <QtCore/QTemporaryDir>
+
+#include <csignal>
+#include <random>
+#include <sqlite3.h>
+#include <sys/stat.h>
+
+using namespace vela::platform::places;
+using namespace placesd;
+using testing::AnyOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace
+{
+
+constexpr int PAGE = 4096;
+constexpr uid_t GUEST = 1000;
+
+QByteArray bytesOf(const QString &path)
+{
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+    return file.readAll();
+}
+
+void write(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+}
+
+/// A database of some hundred places, as a service leaves it, and what is in it. Some of the places are larger than a
+/// page, some are guests', and some are removed.
+class DamageTest : public testing::Test
+{
+protected:
+    static constexpr int ADDED = 400;
+
+    DamageTest()
+    {
+        StoreShared shared;
+        const std::string file = path("sound.db").toStdString();
+        {
+            Store store(file, shared);
+            store.write([&] {
+                for (int i = 1; i <= ADDED; ++i)
+                    add(store, i);
+                return true;
+            });
+        }
+        Store store(file, shared);
+        write(path("log.db"), bytesOf(path("sound.db"))); // what follows is in the log alone
+        store.write([&] {
+            for (int id = 5; id <= ADDED; id += 5) {
+                store.remove(id);
+                records.erase(id);
+            }
+            store.rememberTerm(QStringLiteral("lake"));
+            return true;
+        });
+        write(path("log.db-wal"), bytesOf(path("sound.db-wal")));
+    }
+
+    void add(Store &store, int i)
+    {
+        Place place;
+        sample::fill(place, -1);
+        place.setName(QStringLiteral("Place %1").arg(i));
+        QString text;
+        for (auto words = i % 20 == 7 ? 2500 : random() % 40; words > 0; --words)
+            text += QString::number(random(), 36) + QLatin1Char(' ');
+        place.setDescription(text);
+        store.insert(place, i % 3 == 0 ? std::optional(GUEST) : std::nullopt);
+        ASSERT_EQ(place.id(), i);
+        records[i] = fullRecordOf(place);
+    }
+
+    /// The pages of a table or index, or of all that a statement gives.
+    std::vector<int> pagesOf(const std::string &condition)
+    {
+        SQLite::Database database(path("sound.db").toStdString());
+        SQLite::Statement page(database, "SELECT pageno FROM dbstat WHERE " + condition);
+        std::vector<int> pages;
+        while (page.executeStep())
+            pages.push_back(page.getColumn(0).getInt());
+        EXPECT_FALSE(pages.empty()) << condition;
+        return pages;
+    }
+    /// The places that have a part of their records on some pages, by what SQLite says of the sound database.
+    std::set<qint64> placesOn(const std::vector<int> &pages)
+    {
+        std::set<qint64> places;
+        auto next = records.begin();
+        SQLite::Database database(path("sound.db").toStdString());
+        SQLite::Statement leaf(database, "SELECT pageno, ncell, path FROM dbstat"
+                                         " WHERE name = 'record' AND pagetype = 'leaf' ORDER BY path");
+        SQLite::Statement overflow(database, "SELECT pageno FROM dbstat WHERE name = 'record' AND path LIKE ?1");
+        while (leaf.executeStep()) {
+            for (int cell = 0; cell < leaf.getColumn(1).getInt(); ++cell, ++next) {
+                std::vector<int> own = {leaf.getColumn(0).getInt()};
+                overflow.reset();
+                overflow.bind(1, leaf.getColumn(2).getString()
+                                     + QString::asprintf("%03x+%%", static_cast<unsigned>(cell)).toStdString());
+                while (overflow.executeStep())
+                    own.push_back(overflow.getColumn(0).getInt());
+                const auto isTouched = [&](int page) { return std::count(pages.begin(), pages.end(), page) > 0; };
+                if (std::any_of(own.begin(), own.end(), isTouched))
+                    places.insert(next->first);
+            }
+        }
+        EXPECT_EQ(next, records.end());
+        return places;
+    }
+
+    QByteArray noise(int size)
+    {
+        QByteArray bytes(size, '\0');
+        std::generate(bytes.begin(), bytes.end(), [this] { return static_cast<char>(random()); });
+        return bytes;
+    }
+
+    Repair::Report repair(const char *name)
+    {
+        QFile::remove(path("new.db"));
+        return Repair::run(path(name).toStdString(), path("new.db").toStdString());
+    }
+    /// That the repaired database is sound and has every place but, at most, those in `lost`, and no other.
+    void expectPlaces(const Repair::Report &report, const std::set<qint64> &lost, bool hasGuests = true)
+    {
+        EXPECT_THAT(checkDatabase(path("new.db").toStdString()), IsEmpty());
+        StoreShared shared;
+        Store store(path("new.db").toStdString(), shared);
+        qint64 found = 0;
+        for (int id = 1; id <= ADDED + 1; ++id) {
+            const std::string record = store.storedRecord(id, false);
+            found += record.empty() ? 0 : 1;
+            const auto known = records.find(id);
+            const bool isStored = known != records.end();
+            if (!isStored || lost.count(id) == 0) {
+                EXPECT_EQ(record, isStored ? known->second : std::string()) << id;
+            }
+            if (lost.count(id) == 0 && hasGuests) {
+                EXPECT_EQ(store.isGuest(id), isStored && id % 3 == 0) << id;
+            }
+        }
+        EXPECT_EQ(found, store.placeCount(~0)) << "there are others";
+        EXPECT_EQ(static_cast<qint64>(report.places), found);
+        EXPECT_LE(report.lostPlaces, lost.size());
+        Place next;
+        sample::fill(next, -1);
+        store.write([&] { return store.insert(next), true; });
+        EXPECT_GT(next.id(), ADDED) << "no id comes back as another place's";
+    }
+
+    QString path(const char *name) const { return folder.filePath(QLatin1String(name)); }
+
+    QTemporaryDir folder;
+    std::mt19937 random{20261125};
+    std::map<qint64, std::string> records; ///< Of what is stored, by its id.
+};
+
+} // namespace
+
+TEST_F(DamageTest, IsRepairedAsFarAsPagesCanBeRead)
+{
+    const struct
+    {
+        const char *name;
+        const char *pages;
+        bool hasLosses;
+        bool hasGuests = true;
+        std::size_t terms = 1;
+    } cases[] = {
+        {"nothing", nullptr, false},
+        {"a leaf of the records", "name = 'record' AND pagetype = 'leaf' LIMIT 1 OFFSET 3", true},
+        {"an overflow page", "name = 'record' AND pagetype = 'overflow' LIMIT 1 OFFSET 1", true},
+        {"the root of the records", "name = 'record' AND pagetype = 'internal'", false},
+        {"the root of the places", "name = 'place' AND pagetype = 'internal'", false},
+        {"both of them", "name IN ('record', 'place') AND pagetype = 'internal'", true},
+        {"the first page", "pageno = 1", false},
+        {"the schema", "name = 'sqlite_schema'", true, false, 1},
+        {"indexes", "name LIKE 'place#_by#_%' ESCAPE '#' OR name LIKE 'name#_index#_%' ESCAPE '#'", false},
+        {"the dictionary", "name = 'dictionary'", false},
+        {"the last ids", "name = 'last_id'", false},
+        {"the guests", "name = 'guest'", true, false},
+        {"the search terms", "name = 'search_term'", true, true, 0},
+    };
+    const QByteArray sound = bytesOf(path("sound.db"));
+    for (const auto &row : cases) {
+        SCOPED_TRACE(row.name);
+        const std::vector<int> pages = row.pages ? pagesOf(row.pages) : std::vector<int>();
+        QByteArray damaged = sound;
+        for (const int page : pages)
+            damaged.replace((page - 1) * PAGE, PAGE, noise(PAGE));
+        write(path("damaged.db"), damaged);
+        const Repair::Report report = repair("damaged.db");
+        EXPECT_EQ(bytesOf(path("damaged.db")), damaged) << "it is left as it is";
+        EXPECT_EQ(!report.losses.empty(), row.hasLosses) << testing::PrintToString(report.losses);
+        EXPECT_EQ(report.terms, row.terms);
+        const std::set<qint64> lost = placesOn(pages);
+        EXPECT_EQ(report.lostPlaces, lost.size());
+        for (const qint64 id : lost)
+            EXPECT_THAT(report.losses, testing::Contains(HasSubstr("place " + std::to_string(id) + " (place")));
+        expectPlaces(report, lost, row.hasGuests);
+    }
+}
+
+TEST_F(DamageTest, NoPageIsNeededForThePlacesOnOthers)
+{
+    const int wanted = qEnvironmentVariableIsSet("PLACES_ROUNDS") ? qEnvironmentVariableIntValue("PLACES_ROUNDS") : 12;
+    const QByteArray sound = bytesOf(path("sound.db"));
+    const int count = sound.size() / PAGE;
+    for (int round = 0; round < wanted && !HasFailure(); ++round) {
+        SCOPED_TRACE(round);
+        random.seed(static_cast<unsigned>(round));
+        QByteArray damaged = sound;
+        std::vector<int> pages;
+        for (auto changes = 1 + random() % 20; changes > 0; --changes) {
+            const int page = 1 + static_cast<int>(random() % static_cast<unsigned>(count));
+            const int other = static_cast<int>(random() % static_cast<unsigned>(count));
+            const int bytes = 1 + static_cast<int>(random() % 12);
+            const QByteArray contents[] = {noise(PAGE), QByteArray(PAGE, '\0'), sound.mid(other * PAGE, PAGE),
+                                           noise(bytes)};
+            const QByteArray &content = contents[random() % 4];
+            damaged.replace((page - 1) * PAGE + (page == 1 && content.size() < PAGE ? 100 : 0), content.size(),
+                            content);
+            pages.push_back(page);
+        }
+        if (random() % 4 == 0) {
+            const int left = count - static_cast<int>(random() % 60);
+            damaged.truncate(left * PAGE - static_cast<int>(random() % PAGE));
+            for (int page = left; page <= count; ++page)
+                pages.push_back(page);
+        }
+        write(path("damaged.db"), damaged);
+        const Repair::Report report = repair("damaged.db");
+        expectPlaces(report, placesOn(pages), false);
+    }
+}
+
+/// Without the root of their table, records are looked for on all pages.
+TEST_F(DamageTest, OnlyTheNewestVersionOfAPlaceComesBackAndNoRemovedOne)
+{
+    const int root = pagesOf("name = 'record' AND pagetype = 'internal'")[0];
+    const int leaf = pagesOf("name = 'record' AND pagetype = 'leaf'")[2];
+    const qint64 changed = *placesOn({leaf}).begin();
+    const QByteArray stale = bytesOf(path("sound.db")).mid((leaf - 1) * PAGE, PAGE);
+    {
+        StoreShared shared;
+        Store store(path("sound.db").toStdString(), shared);
+        const std::unique_ptr<Place> before = store.place(changed);
+        const std::unique_ptr<Place> after = store.place(changed);
+        PlacePrivate &data = *PlacePrivate::privateFromPublic(after.get());
+        data.setUpdatedTime(data.updatedTime() + 1);
+        store.write([&] { return store.update(*after, *before), true; });
+        records[changed] = fullRecordOf(*after);
+    }
+    // As an older service left it: what is deleted stays on its page.
+    SQLite::Database(path("sound.db").toStdString(), SQLite::OPEN_READWRITE)
+        .exec("PRAGMA secure_delete = OFF; PRAGMA foreign_keys = ON; DELETE FROM place WHERE id BETWEEN 200 AND 299");
+    records.erase(records.lower_bound(200), records.lower_bound(300));
+    QByteArray damaged = bytesOf(path("sound.db")) + stale;
+    damaged.replace((root - 1) * PAGE, PAGE, noise(PAGE));
+    write(path("damaged.db"), damaged);
+    expectPlaces(repair("damaged.db"), {});
+}
+
+TEST_F(DamageTest, WhatIsOnlyInTheLogIsRepaired)
+{
+    QByteArray database = bytesOf(path("log.db"));
+    const QByteArray log = bytesOf(path("log.db-wal"));
+    ASSERT_GT(log.size(), 10 * PAGE);
+    EXPECT_THAT(checkDatabase(path("log.db").toStdString()), IsEmpty());
+    expectPlaces(repair("log.db"), {});
+    database.replace(0, PAGE, noise(PAGE)); // the log has a newer one
+    write(path("log.db"), database);
+    expectPlaces(repair("log.db"), {});
+    EXPECT_EQ(bytesOf(path("log.db")), database);
+    EXPECT_EQ(bytesOf(path("log.db-wal")), log);
+    // A log that is damaged ends before the damage.
+    write(path("log.db-wal"), QByteArray(log).replace(log.size() / 2, 4, "torn"));
+    EXPECT_GT(repair("log.db").places, records.size());
+}
+
+TEST_F(DamageTest, TheProgramTellsByItsStatus)
+{
+    QByteArray damaged = bytesOf(path("sound.db"));
+    const int leaf = pagesOf("name = 'record' AND pagetype = 'leaf'")[2];
+    damaged.replace((leaf - 1) * PAGE, PAGE, noise(PAGE));
+    write(path("damaged.db"), damaged);
+    write(path("text"), QByteArray(10000, 'x'));
+    write(path("unreadable.db"), bytesOf(path("sound.db")));
+    SQLite::Database(path("unreadable.db").toStdString(), SQLite::OPEN_READWRITE)
+        .exec("UPDATE record SET full_record = x'00' WHERE place = 7; PRAGMA wal_checkpoint(TRUNCATE)");
+    const std::string leafPlace = "place " + std::to_string(*placesOn({leaf}).begin()) + " (place ";
+    const struct
+    {
+        const char *arguments;
+        int status;
+        std::string says;
+    } cases[] = {
+        {"--check sound.db", 0, "sound.db is sound"},
+        {"--check damaged.db", 3, "table record: "},
+        {"--check damaged.db", 3, leafPlace},
+        {"--check unreadable.db", 3, "place 7 (Place 7): its record cannot be read"},
+        {"--check none.db", 1, "no such file"},
+        {"--check text", 1, "not a database"},
+        {"--check", 2, "--check"},
+        {"--check sound.db --repair sound.db new.db", 2, "excludes"},
+        {"--repair sound.db", 2, "--repair"},
+        {"--repair sound.db new.db", 0, "320 places and 1 search terms"},
+        {"--repair sound.db new.db", 1, "new.db exists"},
+        {"--repair damaged.db other.db", 3, leafPlace},
+        {"--check other.db", 0, "sound"},
+        {"--repair unreadable.db third.db", 3, "place 7 (Place 7): only its header could be read"},
+        {"--repair text fourth.db", 1, "nothing in it can be read"},
+    };
+    for (const auto &row : cases) {
+        QStringList arguments = QString::fromUtf8(row.arguments).split(QLatin1Char(' '));
+        for (QString &argument : arguments) {
+            if (!argument.startsWith(QLatin1String("--")))
+                argument = folder.filePath(argument);
+        }
+        const Outcome outcome = run("placesd", arguments);
+        EXPECT_EQ(outcome.status, row.status) << row.arguments << outcome.out << outcome.err;
+        EXPECT_THAT(outcome.out + outcome.err, HasSubstr(row.says)) << row.arguments;
+    }
+    struct stat status = {};
+    ASSERT_EQ(::stat(path("new.db").toLocal8Bit().constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0600U);
+    EXPECT_FALSE(QFile::exists(path("fourth.db")));
+}
+
+TEST_F(DamageTest, IsWrittenToByNoWriteUnderWay)
+{
+    const std::string file = path("sound.db").toStdString();
+    StoreShared shared;
+    shared.damage.emplace(file);
+    Store store(file, shared);
+    const auto write = [&](int code) {
+        return store.write([&] {
+            store.rememberTerm(QStringLiteral("sea"));
+            shared.damage->note(SQLite::Exception("met on the way", code));
+            return true;
+        });
+    };
+    EXPECT_TRUE(write(SQLITE_BUSY));
+    for (const int code : {SQLITE_CORRUPT, SQLITE_NOTADB}) {
+        shared.damage.emplace(file);
+        EXPECT_THROW(write(code), SQLite::Exception);
+        EXPECT_THROW(write(SQLITE_OK), SQLite::Exception);
+    }
+    EXPECT_EQ(store.recentTerms(QString()).size(), 2);
+}
+
+TEST_F(DamageTest, AServiceThatMeetsItReadsOnAndWritesNoMore)
+{
+    Placesd service({QStringLiteral("--gazetteer"), QString()});
+    service.stop();
+    const std::vector<int> leaves = pagesOf("name = 'record' AND pagetype = 'leaf'");
+    QByteArray damaged = bytesOf(path("sound.db"));
+    damaged.replace((leaves[2] - 1) * PAGE, PAGE, noise(PAGE));
+    write(service.path("places.db"), damaged);
+    service.start();
+    const std::set<qint64> lost = placesOn({leaves[2]});
+    const std::set<qint64> others = placesOn({leaves[3]});
+    PlaceManager manager;
+    Place fresh;
+    sample::fill(fresh, -1);
+    PlacePrivate::privateFromPublic(&fresh)->setSearchTerm(QString());
+    EXPECT_EQ(manager.addPlace(&fresh), Error::Success) << "nobody knows yet";
+    Error::Type error = Error::Success;
+    EXPECT_EQ(manager.getPlace(*lost.begin(), &error), nullptr);
+    EXPECT_EQ(error, Error::StorageFailed);
+    const QString database = service.path("places.db");
+    service.awaitLog(qPrintable(database + QStringLiteral(" is damaged")));
+    EXPECT_THAT(service.log(), HasSubstr("placesd --repair " + database.toStdString() + " NEW"));
+
+    const std::unique_ptr<Place> read(manager.getPlace(*others.begin(), &error));
+    EXPECT_EQ(error, Error::Success);
+    EXPECT_EQ(static_cast<std::size_t>(Protocol().findPlacesSize(SearchRule(), &error, Coordinates())),
+              records.size() + 1);
+    Place refused;
+    sample::fill(refused, -1);
+    EXPECT_EQ(manager.addPlace(&refused), Error::StorageFailed);
+    EXPECT_EQ(manager.addTag(*others.begin(), QStringLiteral("beach")), Error::StorageFailed);
+    EXPECT_EQ(manager.removePlace(*others.begin()), Error::StorageFailed);
+    EXPECT_EQ(manager.removePlace(ADDED + 99), Error::StorageFailed) << "no such place, but who can tell";
+    EXPECT_EQ(Protocol().restore(path("sound.db").toStdString()), Error::StorageFailed);
+    EXPECT_EQ(Protocol().backup(path("backup.db").toStdString()), Error::BackupFailed) << "a good one stays";
+    service.signal(SIGUSR1);
+    service.awaitLog("state: the database is damaged, 321 places");
+    EXPECT_EQ(run("placesd", {QStringLiteral("--check"), database}).status, 3) << "while it is in use";
+    EXPECT_EQ(run("placesd", {QStringLiteral("--repair"), database, path("new.db")}).status, 1);
+    service.stop();
+    const std::string log = service.log();
+    EXPECT_EQ(log.find("is damaged ("), log.rfind("is damaged (")) << "once";
+
+    EXPECT_EQ(run("placesd", {QStringLiteral("--repair"), database, path("new.db")}).status, 3);
+    ASSERT_TRUE(QFile::remove(database) && QFile::copy(path("new.db"), database));
+    service.start();
+    EXPECT_EQ(manager.removePlace(*others.begin()), Error::Success);
+    EXPECT_EQ(static_cast<std::size_t>(Protocol().findPlacesSize(SearchRule(), &error, Coordinates())),
+              records.size() - lost.size());
+}
