@@ -81,6 +81,12 @@ PageScan::Value valueOf(quint64 serialType, std::string_view bytes)
     return {PageScan::Type::Integer, static_cast<qint64>(number)};
 }
 
+/// Bytes that are there.
+std::string_view partOf(std::string_view bytes, quint64 at, quint64 size)
+{
+    return bytes.substr(static_cast<std::size_t>(at), static_cast<std::size_t>(size));
+}
+
 /// Makes values of a row's bytes, of which the last may be missing. False when the bytes are no row.
 bool parseRow(std::string_view bytes, quint64 size, std::vector<PageScan::Value> &values)
 {
@@ -88,7 +94,7 @@ bool parseRow(std::string_view bytes, quint64 size, std::vector<PageScan::Value>
     const std::optional<quint64> headerSize = takeVarint(rest);
     if (!headerSize || *headerSize > bytes.size() || *headerSize < bytes.size() - rest.size())
         return false;
-    std::string_view header = bytes.substr(0, *headerSize).substr(bytes.size() - rest.size());
+    std::string_view header = partOf(bytes, 0, *headerSize).substr(bytes.size() - rest.size());
     quint64 at = *headerSize;
     while (!header.empty()) {
         const std::optional<quint64> type = takeVarint(header);
@@ -96,7 +102,7 @@ bool parseRow(std::string_view bytes, quint64 size, std::vector<PageScan::Value>
         if (!length || *length > size - at)
             return false;
         const bool isThere = at + *length <= bytes.size();
-        values.push_back(isThere ? valueOf(*type, bytes.substr(at, *length)) : PageScan::Value{PageScan::Type::Lost});
+        values.push_back(isThere ? valueOf(*type, partOf(bytes, at, *length)) : PageScan::Value{PageScan::Type::Lost});
         at += *length;
     }
     return at == size;
@@ -239,7 +245,7 @@ std::string PageScan::payload(const Page &page, std::size_t at, quint64 size)
     const bool overflows = local < size;
     if (at + local + (overflows ? CHILD_SIZE : 0) > usable)
         return {};
-    std::string bytes = page.bytes.substr(at, local);
+    std::string bytes(partOf(page.bytes, at, local));
     std::vector<Value> values;
     if (!overflows || !parseRow(bytes, size, values)) // what is no row leads nowhere
         return bytes;
@@ -248,7 +254,7 @@ std::string PageScan::payload(const Page &page, std::size_t at, quint64 size)
         const std::string overflow = m_pages.page(next);
         if (overflow.empty())
             break;
-        bytes.append(overflow, CHILD_SIZE, std::min<quint64>(usable - CHILD_SIZE, size - bytes.size()));
+        bytes.append(partOf(overflow, CHILD_SIZE, std::min(usable - CHILD_SIZE, size - bytes.size())));
         next = qFromBigEndian<quint32>(overflow.data());
     }
     return bytes;
