@@ -243,9 +243,19 @@ void writeLine(const std::string &line)
     std::cout << text.toStdString() << "\n";
 }
 
+/// What is wrong with a database. A failure names its file, which is not the one of the service.
+std::vector<std::string> problemsOf(const std::string &file)
+{
+    try {
+        return checkDatabase(file);
+    } catch (const std::exception &error) {
+        throw std::runtime_error(file + ": " + error.what());
+    }
+}
+
 int check(const std::string &file)
 {
-    const std::vector<std::string> problems = checkDatabase(file);
+    const std::vector<std::string> problems = problemsOf(file);
     for (const std::string &problem : problems)
         writeLine(problem);
     writeLine(

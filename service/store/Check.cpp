@@ -122,7 +122,7 @@ void checkPagesOf(SQLite::Database &database, const ReportProblem &report)
 std::vector<std::string> checkDatabase(const std::string &path)
 {
     if (!fs::is_regular_file(path))
-        throw std::runtime_error("no such file");
+        throw std::runtime_error("there is no such file");
     const std::string file = fs::canonical(path);
     const PrivateFolder folder((fs::temp_directory_path() / "placesd-check").string());
     const std::string copy = folder.filePath();

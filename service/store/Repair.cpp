@@ -58,7 +58,7 @@ qint64 highestOf(const Parts &parts)
 Repair::Report Repair::run(const std::string &from, const std::string &to)
 {
     if (!fs::is_regular_file(from))
-        throw std::runtime_error(from + ": no such file");
+        throw std::runtime_error(from + ": there is no such file");
     if (fs::exists(fs::symlink_status(to)))
         throw std::runtime_error(to + " exists");
     const std::string file = fs::canonical(from);
