@@ -102,6 +102,9 @@ constexpr int TEXT_LENGTH = 4096;
 constexpr int LONG_TEXT_LENGTH = 256 * 1024;
 /// Most words of a term whose words are searched for.
 constexpr int TERM_WORDS = 64;
+/// Words that the vocabulary of the stored places grows by before it is read again: what was removed is not in it then.
+/// They take some 5 MB.
+constexpr std::size_t VOCABULARY_SLACK = 250000;
 /// Most letters of a typed word that is corrected.
 constexpr int CORRECTED_LETTERS = 63;
 /// Most corrections of a word that a search tries, and most combinations of those of several words.

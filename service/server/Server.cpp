@@ -103,16 +103,19 @@ Server::Server(std::vector<Listener> listeners, Settings settings)
             loops.push_back(each.run);
         }
     }
+    m_vocabularyReader.emplace([this] { readVocabulary(); });
     for (std::size_t i = 0; i < m_services.size(); ++i)
         m_threads.emplace_back([this, loop = loops[i], &service = *m_services[i]] { (this->*loop)(service); });
-    m_vocabularyReader.emplace([this] { readVocabulary(); });
 }
 
-/// Before a search has to wait for it.
+/// Before a search has to wait for it, and when many words may be of places that are gone.
 void Server::readVocabulary()
 {
     try {
-        Store(m_shared.database, m_shared.store).vocabulary();
+        Store store(m_shared.database, m_shared.store);
+        store.vocabulary();
+        if (m_shared.store.words.isStale())
+            store.rereadVocabulary();
     } catch (const SQLite::Exception &error) {
         if (!m_shared.store.damage->note(error))
             logError("the words of the stored places cannot be read: %s", error.what());
@@ -201,6 +204,8 @@ void Server::runWrites(Service &service)
             });
             m_writes.end(caller);
         }
+        if (m_shared.store.words.isStale())
+            m_vocabularyReader->runAgain();
     }
 }
 

@@ -577,14 +577,30 @@ std::string Store::textKey(qint64 id)
 
 const CorrectionSource &Store::vocabulary()
 {
-    m_shared.words.load([this] {
-        std::vector<std::string> words;
-        const auto row = m_statements.take(sql::SELECT_WORDS);
-        while (row->executeStep())
-            words.push_back(row->getColumn(0).getString());
-        return words;
-    });
+    m_shared.words.load([this] { return storedWords(); });
     return m_shared.words;
+}
+
+void Store::rereadVocabulary()
+{
+    std::optional<SharedVocabulary::Replacement> replacement;
+    std::unique_ptr<SQLite::Transaction> reading;
+    {
+        const std::lock_guard<std::timed_mutex> lock(m_shared.writeLock);
+        replacement.emplace(m_shared.words);
+        reading = snapshot();
+        m_database.execAndGet(sql::COUNT_TABLES);
+    }
+    replacement->finish(storedWords());
+}
+
+std::vector<std::string> Store::storedWords()
+{
+    std::vector<std::string> words;
+    const auto row = m_statements.take(sql::SELECT_WORDS);
+    while (row->executeStep())
+        words.push_back(row->getColumn(0).getString());
+    return words;
 }
 
 qint64 Store::placeCount(int persistenceBits)

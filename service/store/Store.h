@@ -167,6 +167,8 @@ public:
     Facets &facets() { return m_facets; }
     /// The words of all texts. The first call of a process reads them.
     const CorrectionSource &vocabulary();
+    /// Reads the words again, without those of places that are gone. Writers wait for its start, nobody for the rest.
+    void rereadVocabulary();
     /// The number of stored places that have any of these bits in their persistence mask. Reads no place.
     qint64 placeCount(int persistenceBits);
 
@@ -184,6 +186,7 @@ private:
     /// Takes room in the database file for pages, so that the write-ahead log can be moved there on a full disk, too.
     void takeRoom(qint64 pages);
     qint64 numberOf(const char *pragma);
+    std::vector<std::string> storedWords();
     void migrate();
     void keepOldVersion(int version);
     void makeTables();

@@ -1,11 +1,16 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
 #include "text/Vocabulary.h"
+
+#include "places/Place.h"
+#include "store/Store.h"
+#include "support/SamplePlace.h"
 #include "text/EditAutomaton.h"
 
 #include <gmock/gmock.h>
 
 #include <QtCore/QString>
+#include <QtCore/QTemporaryDir>
 
 #include <algorithm>
 #include <ostream>
@@ -34,7 +39,11 @@ namespace
 using placesd::Correction;
 using placesd::EditAutomaton;
 using placesd::mostEdits;
+using placesd::SharedVocabulary;
+using placesd::Store;
+using placesd::StoreShared;
 using placesd::Vocabulary;
+using vela::platform::places::Place;
 
 std::string utf8(const std::u32string &text)
 {
@@ -210,4 +219,49 @@ TEST(Vocabulary, CorrectsOnlyWordsOfEnoughLettersAndNothingElse)
     EXPECT_THAT(vocabulary.corrections("bern", false, 9, EditAutomaton::MOST_EDITS),
                 testing::ElementsAre(Correction{"ber", 1, false}, Correction{"berna", 1, false},
                                      Correction{"bernb", 1, false}));
+}
+
+TEST(SharedVocabulary, IsReadAgainBeforeItHoldsMoreThanItsSlackOfWhatIsGone)
+{
+    SharedVocabulary words(2);
+    words.load([] { return std::vector<std::string>{"alpha"}; });
+    words.add({"beta", "gamma"});
+    EXPECT_FALSE(words.isStale());
+    words.add({"delta", "epsilon", "zeta"});
+    EXPECT_TRUE(words.isStale());
+    words.add({"eta"});
+    EXPECT_FALSE(words.hasPrefix("eta")) << "there is an end to it";
+    {
+        SharedVocabulary::Replacement unfinished(words);
+        words.add({"theta"});
+    }
+    EXPECT_TRUE(words.hasPrefix("gam"));
+    {
+        SharedVocabulary::Replacement replacement(words);
+        words.add({"beta"}); // known, but perhaps not to what is being read
+        replacement.finish({"alpha"});
+    }
+    EXPECT_FALSE(words.isStale());
+    EXPECT_TRUE(words.hasPrefix("alpha") && words.hasPrefix("beta"));
+    EXPECT_FALSE(words.hasPrefix("gam") || words.hasPrefix("theta"));
+}
+
+TEST(SharedVocabulary, ForgetsTheWordsOfPlacesThatAreGone)
+{
+    const QTemporaryDir folder;
+    StoreShared shared;
+    Store store(folder.filePath(QStringLiteral("places.db")).toStdString(), shared);
+    std::vector<qint64> ids;
+    for (const char *name : {"Quagga", "Zebra"}) {
+        Place place;
+        sample::fill(place, -1);
+        place.setName(QLatin1String(name));
+        ASSERT_TRUE(store.write([&] { return store.insert(place), true; }));
+        ids.push_back(place.id());
+    }
+    ASSERT_TRUE(store.write([&] { return store.remove(ids[0]); }));
+    EXPECT_TRUE(store.vocabulary().hasPrefix("quag"));
+    store.rereadVocabulary();
+    EXPECT_FALSE(store.vocabulary().hasPrefix("quag"));
+    EXPECT_TRUE(store.vocabulary().hasPrefix("zebra"));
 }
