@@ -38,7 +38,7 @@ struct Error
     /// Why the last request of the calling thread failed, in the words of the service: one line of English text for a
     /// person, at most 1,024 characters and no control character. Other threads do not change it, the next
     /// request of this one does: call it right after the call that reported the failure. SearchResult::reason() and
-    /// AuxiliaryDataReply::reason() give the same for requests that other threads made.
+    /// the reason() of the other replies give the same for requests that other threads made.
     /// @param error what that call reported. Any other error than that of the last request has no reason here.
     /// @return empty when the service gave no reason, or was never asked. Never a condition for what a program does.
     [[nodiscard]] PLACES_EXPORT static QString reason(Type error);

@@ -7,6 +7,7 @@
 #include <QtCore/QMap>
 
 #include <algorithm>
+#include <chrono>
 #include <deque>
 #include <exception>
 #include <functional>
@@ -27,8 +28,8 @@ public:
     /// Carries out a job on a worker thread without any lock. It must not touch the manager, which may be gone.
     using CarryOut = void (*)(const Job &job, Answer &answer);
     /// Sends the answer on its way to the manager's thread. Called on a worker thread with the lock held, and never
-    /// once the manager has closed the queue. True when it was sent.
-    using Send = std::function<bool(const Job &job, const Answer &answer)>;
+    /// once the manager has closed the queue. True when it was sent. The answer may be moved from.
+    using Send = std::function<bool(const Job &job, Answer &answer)>;
 
     WorkerQueue(const Reports &reports, CarryOut carryOut, Send send)
         : WorkerThreads(reports)
@@ -37,18 +38,12 @@ public:
     {}
 
     // With the lock held:
-    /// Puts a job into the list that the workers take from; they are to be woken afterwards.
-    void add(Job job)
-    {
-        job.id = ++m_lastId;
-        m_ready.append(job);
-    }
+    /// Puts a job into the list that the workers take from; they are to be woken afterwards. Returns its id.
+    int add(Job job) { return append(m_ready, std::move(job)); }
+    /// The same for a job that is carried out after all earlier ordered ones, and never at the same time as another.
+    int addOrdered(Job job) { return append(m_ordered, std::move(job)); }
     /// Holds a job back until releaseDelayed().
-    void delay(Job job)
-    {
-        job.id = ++m_lastId;
-        m_delayed.append(job);
-    }
+    int delay(Job job) { return append(m_delayed, std::move(job)); }
     void releaseDelayed()
     {
         m_ready += std::exchange(m_delayed, {});
@@ -62,6 +57,7 @@ public:
                 job = isDropped(*job) ? jobs.erase(job) : job + 1;
         };
         dropFrom(m_ready);
+        dropFrom(m_ordered);
         dropFrom(m_delayed);
         dropFrom(m_inFlight);
         for (std::optional<Job> &job : m_sent) {
@@ -78,11 +74,11 @@ public:
     [[nodiscard]] bool hasPending(Predicate isMeant) const
     {
         const auto anyOf = [&](const auto &jobs) { return std::any_of(jobs.begin(), jobs.end(), isMeant); };
-        return anyOf(m_ready) || anyOf(m_delayed) || anyOf(m_inFlight);
+        return anyOf(m_ready) || anyOf(m_ordered) || anyOf(m_delayed) || anyOf(m_inFlight);
     }
     /// True when a job waits for a worker or is in its hands. A job that is held back does not count, nor one whose
     /// answer is on its way.
-    [[nodiscard]] bool isBusy() const { return !m_ready.isEmpty() || !m_inFlight.isEmpty(); }
+    [[nodiscard]] bool isBusy() const { return !m_ready.isEmpty() || !m_ordered.isEmpty() || !m_inFlight.isEmpty(); }
 
     /// To be called in the manager's thread for each answer that arrives there. False when its job was dropped.
     bool arrived()
@@ -100,8 +96,29 @@ public:
         clear();
         WorkerThreads::close();
     }
+    /// The same, but ordered jobs that wait are still carried out, unless they would begin later than in `time`. None
+    /// of them is answered. Returns how many were not carried out.
+    int finish(std::chrono::milliseconds time)
+    {
+        const Lock lock(*this);
+        const QList<Job> ordered = std::exchange(m_ordered, {});
+        clear();
+        m_ordered = ordered;
+        m_finishEnd = Clock::now() + time;
+        WorkerThreads::close();
+        return std::exchange(m_ordered, {}).size();
+    }
 
 private:
+    using Clock = std::chrono::steady_clock;
+
+    int append(QList<Job> &jobs, Job job)
+    {
+        job.id = ++m_lastId;
+        jobs.append(job);
+        return job.id;
+    }
+
     bool work() override
     {
         try {
@@ -120,15 +137,22 @@ private:
     bool dequeue(Job &job)
     {
         const Lock lock(*this);
-        while (!isClosing() && m_ready.isEmpty())
+        while (!isClosing() && !hasWork())
             waitForWork();
-        if (isClosing())
+        if (!hasWork() || (isClosing() && Clock::now() >= m_finishEnd))
             return false;
-        job = m_ready.first();
-        m_inFlight.insert(job.id, job);
-        m_ready.removeFirst();
+        const bool isOrdered = hasOrderedWork();
+        QList<Job> &jobs = isOrdered ? m_ordered : m_ready;
+        job = jobs.first();
+        if (!isClosing()) // else nobody waits for the answer
+            m_inFlight.insert(job.id, job);
+        jobs.removeFirst();
+        if (isOrdered)
+            m_runningOrdered = job.id;
         return true;
     }
+    bool hasOrderedWork() const { return m_runningOrdered == 0 && !m_ordered.isEmpty(); }
+    bool hasWork() const { return hasOrderedWork() || !m_ready.isEmpty(); }
 
     /// The answer stays the failure that it is when something is thrown.
     void attempt(const Job &job, Answer &answer)
@@ -139,9 +163,11 @@ private:
         }
     }
 
-    void dataAvailable(const Job &job, const Answer &answer)
+    void dataAvailable(const Job &job, Answer &answer)
     {
         const Lock lock(*this);
+        if (m_runningOrdered == job.id)
+            m_runningOrdered = 0;
         if (m_inFlight.remove(job.id) != 0 && m_send(job, answer))
             m_sent.push_back(job);
     }
@@ -152,9 +178,12 @@ private:
     // Guarded by the queue mutex:
     int m_lastId = 0;
     QList<Job> m_ready;
+    QList<Job> m_ordered;
+    int m_runningOrdered = 0; ///< Also when that job was dropped: the next one waits until the service is done with it.
     QList<Job> m_delayed;
     QMap<int, Job> m_inFlight;
     std::deque<std::optional<Job>> m_sent; // in the order in which they arrive; empty where the job was dropped
+    Clock::time_point m_finishEnd = Clock::time_point::min();
 };
 
 } // namespace vela::platform::places

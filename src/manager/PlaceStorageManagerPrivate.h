@@ -1,0 +1,66 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "model/PlaceId.h"
+#include "places/Error.h"
+#include "places/Place.h"
+#include "places/PlaceStorageReply.h"
+#include "search/WorkerQueue.h"
+
+#include <QtCore/QObject>
+#include <QtCore/QString>
+#include <QtCore/QVariant>
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace vela::platform::places
+{
+
+class PlaceStorageManagerPrivate : public QObject
+{
+    Q_OBJECT
+public:
+    struct Answer
+    {
+        Error::Type error = Error::Unspecified;
+        QString reason;
+        qint64 placeId = PlaceId::UNDEFINED_PERSISTED_ID;
+        std::unique_ptr<Place> place; ///< One owner, so that it ends in the thread that it lives in.
+    };
+    /// Asks the service on a worker thread; may leave a place in the answer.
+    using Call = std::function<Error::Type(Answer &answer)>;
+    struct Job
+    {
+        int id = 0;
+        QVariant tag;
+        qint64 placeId = PlaceId::UNDEFINED_PERSISTED_ID;
+        Call call;
+    };
+    using Queue = WorkerQueue<Job, Answer>;
+
+    explicit PlaceStorageManagerPrivate(QObject *parent);
+    ~PlaceStorageManagerPrivate() override;
+
+    /// Each returns the id of the job. @param placeId the place that it is about; -1 for one that is not stored.
+    int change(qint64 placeId, const QVariant &tag, const Call &call);
+    int fetch(qint64 placeId, const QVariant &tag, const Call &call);
+    void cancel(const QVariant &tag);
+    /// To be called for each answered() where it arrives. Nothing when its job was cancelled meanwhile.
+    std::optional<PlaceStorageReply> takeReply();
+
+Q_SIGNALS:
+    /// Emitted on a worker thread, with the lock held.
+    void answered();
+
+private:
+    static void carryOut(const Job &job, Answer &answer);
+    bool dataAvailable(const Job &job, Answer &answer);
+
+    const std::shared_ptr<Queue> m_queue;
+    std::deque<PlaceStorageReply> m_replies; ///< Guarded by the queue mutex; one for each answered() on its way.
+};
+
+} // namespace vela::platform::places

@@ -1,0 +1,27 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "model/PlaceId.h"
+#include "places/Place.h"
+#include "places/PlaceStorageReply.h"
+
+#include <QtCore/QSharedData>
+
+namespace vela::platform::places
+{
+
+class PlaceStorageReplyData : public QSharedData
+{
+public:
+    /// The data of a reply, to be filled. The reply no longer shares it with its copies.
+    static PlaceStorageReplyData *fromPublic(PlaceStorageReply &reply) { return reply.d.data(); }
+
+    int jobId = 0;
+    QVariant tag;
+    Error::Type status = Error::Unspecified;
+    QString reason;
+    qint64 placeId = PlaceId::UNDEFINED_PERSISTED_ID;
+    QSharedPointer<Place> place;
+};
+
+} // namespace vela::platform::places

@@ -1,0 +1,245 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "places/PlaceStorageManager.h"
+#include "places/PlaceHeader.h"
+#include "support/EventLoop.h"
+#include "support/FakeChannel.h"
+#include "support/FakeSystem.h"
+#include "support/SamplePlace.h"
+
+#include <gmock/gmock.h>
+
+#include <QtCore/QThread>
+#include <QtTest/QSignalSpy>
+
+#include <cstring>
+#include <stdexcept>
+#include <thread>
+
+using namespace vela::platform::places;
+using namespace wire;
+using testing::ElementsAre;
+
+namespace
+{
+
+int typeOf(const std::string &request)
+{
+    int type = 0;
+    std::memcpy(&type, request.data(), sizeof type);
+    return type;
+}
+
+/// Answers as a service does that stores one place, number 42.
+std::string answer(const std::string &request)
+{
+    const int type = typeOf(request);
+    switch (type) {
+    case 1:
+        return FakeChannel::reply(type, {i64(42)});
+    case 12:
+        return FakeChannel::reply(type, sample::placeFields());
+    case 14:
+        return FakeChannel::reply(type, {flag(true)});
+    case 18:
+        return FakeChannel::reply(type, sample::placeFields(-1));
+    case 20:
+        return FakeChannel::reply(type, sample::headerFields());
+    default:
+        return FakeChannel::reply(type, {});
+    }
+}
+
+class PlaceStorageManagerTest : public testing::Test
+{
+protected:
+    PlaceStorageManagerTest() { channel.answerWith(answer); }
+
+    bool arrive(int count)
+    {
+        return EventLoop::runUntil([&] { return signals.size() >= count; });
+    }
+    PlaceStorageReply reply(int index) { return signals[index][0].value<PlaceStorageReply>(); }
+    /// The requests so far: their types, and behind it the tag, if there is one of a single letter.
+    std::vector<std::string> requests()
+    {
+        std::vector<std::string> texts;
+        for (const std::string &request : channel.requests())
+            texts.push_back(std::to_string(typeOf(request)) + (typeOf(request) == 7 ? request.substr(24) : ""));
+        return texts;
+    }
+    void addTags(const char *tags, const QVariant &tag = QVariant())
+    {
+        for (const char *each = tags; *each != '\0'; ++each)
+            manager->addTag(42, QString(QLatin1Char(*each)), tag);
+    }
+
+    EventLoop loop;
+    FakeSystem system;
+    FakeChannel channel;
+    std::unique_ptr<PlaceStorageManager> manager = std::make_unique<PlaceStorageManager>();
+    QSignalSpy signals{manager.get(), &PlaceStorageManager::finished};
+};
+
+} // namespace
+
+TEST_F(PlaceStorageManagerTest, EveryCallIsReportedWithWhatBecameOfThePlaceThoughItsObjectIsGone)
+{
+    const auto withPlace = [this](qint64 id, auto call) {
+        Place place;
+        sample::fill(place, id);
+        return (manager.get()->*call)(place, QVariant());
+    };
+    const auto withHeader = [this](qint64 id, auto call) {
+        PlaceHeader header;
+        AbstractPlacePrivate::privateFromPublic(&header)->setId(id);
+        header.setProperty("searchLatitude", 47.5);
+        return (manager.get()->*call)(header, QVariant());
+    };
+    using Manager = PlaceStorageManager;
+    const auto anyPlace = [](int (Manager::*call)(const AbstractPlace &, const QVariant &)) { return call; };
+    const struct
+    {
+        const char *name;
+        std::function<int()> call;
+        std::vector<std::string> requests;
+        Error::Type status;
+        qint64 id;
+        bool hasPlace;
+    } rows[] = {
+        {"add", [&] { return withPlace(-1, &Manager::addPlace); }, {"1", "20", "12"}, Error::Success, 42, true},
+        {"add again", [&] { return withPlace(42, &Manager::addPlace); }, {}, Error::InvalidArgument, 42, false},
+        {"update", [&] { return withPlace(42, &Manager::updatePlace); }, {"5"}, Error::Success, 42, true},
+        {"remove", [&] { return manager->removePlace(42); }, {"4"}, Error::Success, 42, false},
+        {"use", [&] { return manager->usePlace(42); }, {"6"}, Error::Success, 42, false},
+        {"use found", [&] { return withHeader(42, anyPlace(&Manager::usePlace)); }, {"6"}, Error::Success, 42, false},
+        {"fav stored", [&] { return withPlace(42, &Manager::fav); }, {"12", "5"}, Error::Success, 42, true},
+        {"fav new", [&] { return withPlace(-1, &Manager::fav); }, {"1", "20", "12"}, Error::Success, 42, true},
+        {"fav found", [&] { return withHeader(-1, &Manager::fav); }, {"18", "1", "20", "12"}, Error::Success, 42, true},
+        {"unfav", [&] { return withHeader(42, &Manager::unfav); }, {"12", "14"}, Error::Success, 42, true},
+        {"unfav new", [&] { return withPlace(-1, &Manager::unfav); }, {}, Error::InvalidArgument, -1, false},
+        {"untag", [&] { return manager->removeTag(42, QStringLiteral("a")); }, {"8"}, Error::Success, 42, false},
+        {"get", [&] { return manager->getPlace(42); }, {"12"}, Error::Success, 42, true},
+        {"get found", [&] { return withHeader(-1, anyPlace(&Manager::getPlace)); }, {"18"}, Error::Success, -1, true},
+    };
+    for (const auto &row : rows) {
+        const std::size_t before = channel.requestCount();
+        const int job = row.call();
+        ASSERT_TRUE(arrive(1)) << row.name;
+        const std::vector<std::string> all = requests();
+        EXPECT_EQ(std::vector<std::string>(all.begin() + static_cast<int>(before), all.end()), row.requests)
+            << row.name;
+        EXPECT_EQ(reply(0).jobId(), job) << row.name;
+        EXPECT_EQ(reply(0).status(), row.status) << row.name;
+        EXPECT_EQ(reply(0).placeId(), row.id) << row.name;
+        ASSERT_EQ(!reply(0).place().isNull(), row.hasPlace) << row.name;
+        EXPECT_TRUE(!row.hasPlace || reply(0).place()->thread() == manager->thread()) << row.name;
+        signals.clear();
+    }
+    EXPECT_NE(channel.requests().back().find(f64(47.5).bytes), std::string::npos) << "where the user searched";
+}
+
+TEST_F(PlaceStorageManagerTest, ChangesAreMadeInTheirOrderAndFetchesOvertakeThem)
+{
+    channel.holdAfter(0);
+    addTags("abc");
+    const int fetch = manager->getPlace(42, QStringLiteral("fetch"));
+    ASSERT_TRUE(channel.waitForRequests(2));
+    EventLoop::runOut();
+    EXPECT_THAT(requests(), testing::UnorderedElementsAre("7a", "12")) << "never two changes at once";
+    channel.release();
+    ASSERT_TRUE(arrive(4));
+    std::vector<std::string> changes = requests();
+    changes.erase(std::find(changes.begin(), changes.end(), "12"));
+    EXPECT_THAT(changes, ElementsAre("7a", "7b", "7c"));
+    int last = 0;
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(reply(i).tag(), reply(i).jobId() == fetch ? QVariant(QStringLiteral("fetch")) : QVariant());
+        EXPECT_TRUE(reply(i).jobId() == fetch || reply(i).jobId() > std::exchange(last, reply(i).jobId()));
+    }
+}
+
+TEST_F(PlaceStorageManagerTest, ACancelledJobIsNeverReportedWhereverItIsAndTheNextChangeWaitsForItsEnd)
+{
+    // Of the tag to be cancelled one reply has not arrived, one change and one fetch are at the service, and one change
+    // waits.
+    channel.holdAfter(1);
+    addTags("ab", 1);
+    addTags("c", 2);
+    addTags("d", 1);
+    ASSERT_TRUE(channel.waitForRequests(2));
+    manager->getPlace(42, 1);
+    ASSERT_TRUE(channel.waitForRequests(3));
+    manager->cancel(1);
+    EventLoop::runOut();
+    EXPECT_THAT(requests(), ElementsAre("7a", "7b", "12")) << "the service may still make the cancelled change";
+    channel.release();
+    ASSERT_TRUE(arrive(1));
+    EventLoop::runOut();
+    ASSERT_EQ(signals.size(), 1);
+    EXPECT_EQ(reply(0).tag(), QVariant(2));
+    EXPECT_THAT(requests(), ElementsAre("7a", "7b", "12", "7c"));
+}
+
+TEST_F(PlaceStorageManagerTest, AFailureComesWithItsReason)
+{
+    channel.answerWith([](const std::string &) { return message({i32(59), i32(268), text("no room")}); });
+    manager->getPlace(42);
+    ASSERT_TRUE(arrive(1));
+    EXPECT_EQ(reply(0).status(), Error::StorageFailed);
+    EXPECT_EQ(reply(0).reason(), QStringLiteral("no room"));
+    channel.answerWith([](const std::string &) -> std::string { throw std::runtime_error("anything"); });
+    manager->getPlace(42);
+    manager->removePlace(42);
+    ASSERT_TRUE(arrive(3));
+    for (const int i : {1, 2}) {
+        EXPECT_EQ(reply(i).status(), Error::Unspecified);
+        EXPECT_EQ(reply(i).reason(), QString());
+        EXPECT_EQ(reply(i).placeId(), 42);
+    }
+}
+
+TEST_F(PlaceStorageManagerTest, DestroyingMakesTheChangesThatWaitAndReportsNothing)
+{
+    channel.holdAfter(0);
+    addTags("abc");
+    addTags("d", 1);
+    manager->getPlace(42);
+    ASSERT_TRUE(channel.waitForRequests(2));
+    manager->getPlace(42);
+    manager->cancel(1);
+    std::thread service([this] {
+        QThread::msleep(50);
+        channel.release();
+    });
+    manager.reset();
+    EXPECT_EQ(channel.openHandles(), 0);
+    service.join();
+    EventLoop::runOut();
+    EXPECT_THAT(requests(), testing::UnorderedElementsAre("7a", "12", "7b", "7c")) << "no fetch that was not begun";
+    EXPECT_TRUE(signals.isEmpty());
+}
+
+TEST_F(PlaceStorageManagerTest, AManagerMayBeDestroyedByASlotAndWhileItSaves)
+{
+    QObject::connect(manager.get(), &PlaceStorageManager::finished, [this] { manager.reset(); });
+    addTags("abc");
+    ASSERT_TRUE(EventLoop::runUntil([this] { return !manager; }));
+    EXPECT_EQ(signals.size(), 1);
+    EXPECT_EQ(channel.requestCount(), 3U);
+    const int threads = EventLoop::threads() + 1; // a sanitizer may start one of its own
+    const std::size_t before = channel.requestCount();
+    for (int i = 0; i < EventLoop::managers(); ++i) {
+        PlaceStorageManager saving;
+        Place place;
+        sample::fill(place);
+        saving.updatePlace(place);
+        saving.getPlace(place);
+        saving.fav(place);
+        if (i % 2 == 1)
+            QCoreApplication::processEvents();
+    }
+    EXPECT_EQ(channel.openHandles(), 0);
+    EXPECT_GE(channel.requestCount(), before + 3U * static_cast<unsigned>(EventLoop::managers()));
+    EXPECT_TRUE(EventLoop::runUntil([&] { return EventLoop::threads() <= threads; }));
+}
