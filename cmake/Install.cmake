@@ -7,7 +7,7 @@ install(TARGETS velaplatformplaces velasystem places_platform_headers EXPORT Vel
 install(TARGETS places placesd)
 install(DIRECTORY include/places platform/include/vela DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
 install(FILES ${PROJECT_BINARY_DIR}/include/places/Version.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/places)
-install(FILES platform/include/msgclient.h platform/include/pps.h platform/include/slog2.h
+install(FILES platform/include/dataversion.h platform/include/msgclient.h platform/include/pps.h platform/include/slog2.h
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(FILES examples/data/airports.geojson examples/data/cities.geojson examples/data/README.md
         DESTINATION ${CMAKE_INSTALL_DATADIR}/vela-places)

@@ -26,6 +26,16 @@ std::string environment(const char *name)
     return value ? value : "";
 }
 
+/// Path of what has this name in the channel folder; empty, with errno set, for a name that cannot be one.
+std::string pathOf(const std::string &name)
+{
+    if (name.empty() || name.find('/') != std::string::npos || name.front() == '.') {
+        errno = EINVAL;
+        return {};
+    }
+    return folder() + "/" + name;
+}
+
 /// Waits until a socket takes more bytes. False, with errno set, when it does not before the deadline.
 bool waitForRoom(int fd, Clock::time_point deadline)
 {
@@ -61,16 +71,18 @@ std::string folder()
 
 std::string socketPath(const std::string &name)
 {
-    if (name.empty() || name.find('/') != std::string::npos || name.front() == '.') {
-        errno = EINVAL;
-        return {};
-    }
-    std::string path = folder() + "/" + name;
+    std::string path = pathOf(name);
     if (path.size() >= sizeof(sockaddr_un::sun_path)) {
         errno = ENAMETOOLONG;
         return {};
     }
     return path;
+}
+
+std::string versionPath(const std::string &name)
+{
+    const std::string path = pathOf(name);
+    return path.empty() ? path : path + ".version";
 }
 
 bool isFolderTrusted(uid_t &owner)

@@ -25,6 +25,10 @@ std::string folder();
 /// Path of a channel's socket; empty, with errno set, for a name that cannot be one or a path too long for a socket.
 std::string socketPath(const std::string &name);
 
+/// Path of the file that holds the data version of a channel's service, as a 64-bit number in native byte order; empty,
+/// with errno set, for a name that cannot be one.
+std::string versionPath(const std::string &name);
+
 /// Whether nobody but this process's user and root can put sockets into the channel folder: it is a folder, no symbolic
 /// link, belongs to one of them, and others may not write to it. False with errno set, EACCES where others could.
 /// @param owner the user it belongs to.

@@ -47,6 +47,7 @@ struct Settings
     std::vector<std::unique_ptr<PlaceProvider>> providers;
     std::unique_ptr<ContactBook> contacts;                        ///< Null where there are none.
     std::chrono::milliseconds requestTime = limits::REQUEST_TIME; ///< From a request's arrival to its answer.
+    std::unique_ptr<DataVersion> version;                         ///< Null where clients are told of no change.
 };
 
 /// What all services of a process share.
@@ -62,6 +63,7 @@ struct Shared
         store.keepsOldVersion = true;
         store.reserve.emplace(database);
         store.damage.emplace(database);
+        store.version = std::move(settings.version);
     }
 
     const std::string database;

@@ -193,6 +193,8 @@ void serve(Settings settings, const std::string &ppsRoot, const Sources &sources
     std::vector<Server::Listener> listeners = inheritedListeners();
     if (listeners.empty())
         listeners = ownListeners();
+    // Clients that watch it may ask from now on: the listeners keep them until there is a server.
+    settings.version = std::make_unique<DataVersion>(vela::system::channel::versionPath(ProtocolNames::internal));
     Server server(std::move(listeners), std::move(settings));
     sd_notify(0, "READY=1");
     obeySignals(server, sources);

@@ -235,6 +235,7 @@ void BackupKeeper::swapIn(const std::string &path, Deadline deadline) const
         checked->keepIdsOf(live);
         checked->copyOver(live);
         m_shared.words.expire();
+        m_shared.advanceVersion();
     });
 }
 

@@ -240,6 +240,7 @@ bool Store::transact(const std::function<bool()> &work)
     requireUndamaged(); // a part of the work may have seen it
     takeRoom(numberOf(sql::COUNT_PAGES));
     transaction.commit();
+    m_shared.advanceVersion();
     return true;
 }
 

@@ -2,9 +2,11 @@
 #pragma once
 
 #include "store/DamageReport.h"
+#include "store/DataVersion.h"
 #include "store/Reserve.h"
 #include "text/SharedVocabulary.h"
 
+#include <memory>
 #include <mutex>
 #include <optional>
 
@@ -20,6 +22,14 @@ struct StoreShared
     std::optional<Reserve> reserve; ///< For a full disk; none for a copy.
     /// Writes are refused once there is damage. None for a copy, where damage is the failure of what is done with it.
     std::optional<DamageReport> damage;
+
+    /// Tells clients of a commit. With the write lock held.
+    void advanceVersion()
+    {
+        if (version)
+            version->advance();
+    }
+    std::unique_ptr<DataVersion> version; ///< Null where nobody is told, as for a copy.
 };
 
 } // namespace placesd
