@@ -7,6 +7,8 @@
 #include "RowText.h"
 #include "WorldMap.h"
 
+#include <places/Place.h>
+
 #include <QtCore/QCoreApplication>
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QBoxLayout>
@@ -38,6 +40,9 @@ const QList<SearchResultGroup::Type> ALL =
 
 /// Time until a search is repeated that the service could not answer.
 constexpr std::chrono::seconds RETRY_INTERVAL(2);
+
+/// Names the jobs that fetch a place. The favourites are those without a name.
+const QString FETCH = QStringLiteral("fetch");
 
 /// True when the same search may succeed later.
 bool isPassing(Error::Type error)
@@ -147,8 +152,8 @@ void BrowserWindow::connectActions()
     connect(new QShortcut(TOGGLE_FAVORITE, this), &QShortcut::activated, this, &BrowserWindow::toggleFavorite);
     connect(&m_searches, &SearchManager::resultAvailable, this, &BrowserWindow::takeGroup);
     connect(&m_records, &PlaceSearchManager::auxiliaryDataAvailable, this, &BrowserWindow::takeRecords);
-    connect(&m_loader, &PlaceLoader::fetched, this, &BrowserWindow::takePlace);
-    connect(&m_loader, &PlaceLoader::favoriteChanged, this, &BrowserWindow::takeFavorite);
+    connect(&m_storage, &PlaceStorageManager::finished, this, &BrowserWindow::takeReply);
+    connect(&m_watcher, &PlaceStoreWatcher::changed, this, &BrowserWindow::search);
 }
 
 bool BrowserWindow::eventFilter(QObject *watched, QEvent *event)
@@ -245,24 +250,36 @@ void BrowserWindow::choose(const AnyPlace &place)
     m_isReturnWaiting = false;
     m_isFavoriteOfShown = false;
     m_records.cancel(QVariant());
+    m_storage.cancel(FETCH);
     m_status->setText(m_searchStatus);
     present(place, {});
     if (isCategory(*place)) {
-        m_loader.dropFetch();
         m_star->hide();
         m_status->setText(QStringLiteral("Return shows the places of this category."));
         return endLoading();
     }
     m_isLoading = true;
-    m_loader.fetch(place);
+    m_storage.getPlace(*place, FETCH);
 }
 
-void BrowserWindow::takePlace(Error::Type error, const PlaceLoader::FullPlace &place)
+void BrowserWindow::takeReply(const Reply &reply)
 {
-    if (!place) {
-        report(error);
-        return endLoading();
-    }
+    if (reply.tag() == FETCH)
+        takePlace(reply);
+    else
+        takeFavorite(reply);
+}
+
+void BrowserWindow::takePlace(const Reply &reply)
+{
+    if (reply.status() == Error::Success)
+        return loadRecords(reply.place());
+    report(reply.status());
+    endLoading();
+}
+
+void BrowserWindow::loadRecords(const FullPlace &place)
+{
     m_ownRecords.clear();
     for (int i = 0; i < place->auxiliaryDataCount(); ++i)
         m_ownRecords.append(place->auxiliaryData(i));
@@ -294,19 +311,19 @@ void BrowserWindow::toggleFavorite()
     m_isLoading = true;
     m_isFavoriteOfShown = true;
     m_star->setEnabled(false);
-    m_loader.setFavorite(m_shown, !m_shown->isFavorite());
+    m_shown->isFavorite() ? m_storage.unfav(*m_shown) : m_storage.fav(*m_shown);
 }
 
-void BrowserWindow::takeFavorite(Error::Type error, const PlaceLoader::FullPlace &place)
+void BrowserWindow::takeFavorite(const Reply &reply)
 {
     m_star->setEnabled(true);
-    if (error != Error::Success) {
-        report(error);
+    if (reply.status() != Error::Success) {
+        report(reply.status());
         return m_isFavoriteOfShown ? endLoading() : void();
     }
     if (m_isFavoriteOfShown) {
-        m_list->setCurrentPlace(place);
-        takePlace(error, place);
+        m_list->setCurrentPlace(reply.place());
+        loadRecords(reply.place());
     }
     search();
 }

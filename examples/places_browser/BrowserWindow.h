@@ -1,10 +1,11 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "PlaceLoader.h"
-
+#include <places/AbstractPlace.h>
 #include <places/AuxiliaryDataReply.h>
 #include <places/PlaceSearchManager.h>
+#include <places/PlaceStorageManager.h>
+#include <places/PlaceStoreWatcher.h>
 #include <places/SearchManager.h>
 
 #include <QtCore/QTimer>
@@ -20,7 +21,8 @@ class WorldMap;
 /// Searches places while the user types, and shows the one that is chosen. The arrow keys move in the list wherever one
 /// types. Return acts on the current place, else on the first one, once the answer to what was typed is there; on a
 /// category it shows the places of it. Escape leaves the category or clears the search, Ctrl+D makes the place a
-/// favourite or an ordinary one again. While the service cannot be reached, the search is repeated every two seconds.
+/// favourite or an ordinary one again. The search is repeated when stored places have changed and, while the service
+/// cannot be reached, every two seconds.
 class BrowserWindow : public QMainWindow
 {
     Q_OBJECT
@@ -42,7 +44,9 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    using AnyPlace = PlaceLoader::AnyPlace;
+    using AnyPlace = QSharedPointer<vela::platform::places::AbstractPlace>;
+    using FullPlace = QSharedPointer<vela::platform::places::Place>;
+    using Reply = vela::platform::places::PlaceStorageReply;
 
     QWidget *makeListSide();
     QWidget *makePlaceSide();
@@ -56,17 +60,20 @@ private:
     void takeGroup(vela::platform::places::Error::Type error, const vela::platform::places::SearchResult &result,
                    bool last);
     void choose(const AnyPlace &place);
-    void takePlace(vela::platform::places::Error::Type error, const PlaceLoader::FullPlace &place);
+    void takeReply(const Reply &reply);
+    void takePlace(const Reply &reply);
+    void loadRecords(const FullPlace &place);
     void takeRecords(const QList<vela::platform::places::AuxiliaryDataReply> &replies);
     void toggleFavorite();
-    void takeFavorite(vela::platform::places::Error::Type error, const PlaceLoader::FullPlace &place);
+    void takeFavorite(const Reply &reply);
     void present(const AnyPlace &place, const QList<vela::platform::places::AuxiliaryData> &records);
     void report(vela::platform::places::Error::Type error);
     void endLoading();
 
     vela::platform::places::SearchManager m_searches;
     vela::platform::places::PlaceSearchManager m_records;
-    PlaceLoader m_loader;
+    vela::platform::places::PlaceStorageManager m_storage;
+    vela::platform::places::PlaceStoreWatcher m_watcher;
     AnyPlace m_shown;                                          ///< Null while none is chosen.
     QList<vela::platform::places::AuxiliaryData> m_ownRecords; ///< Those that came with the place.
     QString m_category; ///< Whose places are searched for; empty when it is the term.

@@ -7,6 +7,7 @@
 #include "support/Gazetteer.h"
 #include "support/Placesd.h"
 
+#include <places/Place.h>
 #include <places/PointOfInterestAuxiliaryData.h>
 
 #include <gmock/gmock.h>
@@ -134,6 +135,20 @@ TEST_F(BrowserTest, AContactStandsThereWithEachAddressAndIsShownWithItsRecord)
     press(Qt::Key_Down);
     EXPECT_THAT(text(), HasSubstr("Talweg 2"));
     EXPECT_THAT(text(), HasSubstr("079"));
+}
+
+TEST_F(BrowserTest, WhatAnotherProgramStoresIsShownWithoutBeingAskedFor)
+{
+    EXPECT_EQ(rows(), "# Contacts\nAnna Muster\nAnna Muster");
+    places("add Zurichsee --at 47.25,8.7");
+    EXPECT_TRUE(QTest::qWaitFor(
+        [this] { return rows() == "# Saved places\nZurichsee\n# Contacts\nAnna Muster\nAnna Muster"; }, PATIENCE))
+        << rows();
+    press(Qt::Key_Down);
+    EXPECT_EQ(current(), "Zurichsee");
+    places("remove 1");
+    EXPECT_TRUE(QTest::qWaitFor([this] { return rows() == "# Contacts\nAnna Muster\nAnna Muster"; }, PATIENCE))
+        << rows();
 }
 
 TEST_F(BrowserTest, ClosingWhileTheServiceIsSlowLosesNoFavourite)
