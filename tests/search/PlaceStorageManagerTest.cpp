@@ -2,6 +2,7 @@
 
 #include "places/PlaceStorageManager.h"
 #include "places/PlaceHeader.h"
+#include "search/WorkerQueue.h"
 #include "support/EventLoop.h"
 #include "support/FakeChannel.h"
 #include "support/FakeSystem.h"
@@ -242,4 +243,25 @@ TEST_F(PlaceStorageManagerTest, AManagerMayBeDestroyedByASlotAndWhileItSaves)
     EXPECT_EQ(channel.openHandles(), 0);
     EXPECT_GE(channel.requestCount(), before + 3U * static_cast<unsigned>(EventLoop::managers()));
     EXPECT_TRUE(EventLoop::runUntil([&] { return EventLoop::threads() <= threads; }));
+}
+
+TEST(AWorkerQueue, BeginsNoOrderedJobThatIsTooLate)
+{
+    struct Job
+    {
+        int id = 0;
+    };
+    const auto ignore = [](int) {};
+    const auto wait = [](const Job &, int &) { QThread::msleep(100); };
+    const auto queue = std::make_shared<WorkerQueue<Job, int>>(WorkerThreads::Reports{ignore, ignore}, wait,
+                                                               [](const Job &, int &) { return true; });
+    queue->start();
+    {
+        const WorkerThreads::Lock lock(*queue);
+        for (int i = 0; i < 10; ++i)
+            queue->addOrdered({});
+        queue->wake();
+    }
+    const int left = queue->finish(std::chrono::milliseconds(150));
+    EXPECT_TRUE(left >= 7 && left < 10) << left;
 }
