@@ -49,7 +49,7 @@ TEST_F(ADataVersion, TellsAClientOfEveryChangeByAnother)
 {
     const char *const commands[] = {"add Zurichsee --at 47.25,8.7", "tag 1 lake", "use 1", "fav 1", "remove 1"};
     for (const char *command : commands)
-        EXPECT_TRUE(tellsOf([&] { EXPECT_EQ(places(command).status, 0); })) << command;
+        ASSERT_TRUE(tellsOf([&] { EXPECT_EQ(places(command).status, 0); })) << command;
     const std::string backup = service.path("backup.db").toStdString();
     EXPECT_EQ(InternalPlaceManager().backup(QString::fromStdString(backup)), Error::Success);
     EXPECT_TRUE(
@@ -63,11 +63,11 @@ TEST_F(ADataVersion, TellsAClientOfEveryChangeByAnother)
 
 TEST_F(ADataVersion, TellsOfARestartAndOfManyChangesAtOnce)
 {
-    EXPECT_TRUE(tellsOf([&] {
+    ASSERT_TRUE(tellsOf([&] {
         service.kill();
         service.start();
     }));
-    EXPECT_TRUE(tellsOf([&] {
+    ASSERT_TRUE(tellsOf([&] {
         service.stop();
         service.start();
     }));
@@ -75,7 +75,7 @@ TEST_F(ADataVersion, TellsOfARestartAndOfManyChangesAtOnce)
     constexpr int CHANGES = 200;
     const std::string tag = requests::message(requests::head(7) + wire::Fields{wire::i64(1), wire::text("lake")});
     places("add Zurichsee --at 47.25,8.7");
-    EXPECT_TRUE(tellsOf([&] {
+    ASSERT_TRUE(tellsOf([&] {
         for (int i = 0; i < CHANGES; ++i) {
             EXPECT_EQ(Placesd::code(tag), 0);
             QCoreApplication::processEvents();
