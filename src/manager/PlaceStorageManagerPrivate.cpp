@@ -6,7 +6,6 @@
 #include "protocol/Logger.h"
 
 #include <chrono>
-#include <utility>
 
 namespace vela::platform::places
 {
@@ -88,7 +87,7 @@ bool PlaceStorageManagerPrivate::dataAvailable(const Job &job, Answer &answer)
 std::optional<PlaceStorageReply> PlaceStorageManagerPrivate::takeReply()
 {
     const Queue::Lock lock(*m_queue);
-    const PlaceStorageReply reply = std::move(m_replies.front());
+    const PlaceStorageReply reply = m_replies.front();
     m_replies.pop_front();
     return m_queue->arrived() ? std::optional(reply) : std::nullopt;
 }

@@ -105,24 +105,24 @@ TEST_F(PlaceStorageManagerTest, EveryCallIsReportedWithWhatBecameOfThePlaceThoug
         const char *name;
         std::function<int()> call;
         std::vector<std::string> requests;
-        Error::Type status;
         qint64 id;
+        Error::Type status;
         bool hasPlace;
     } rows[] = {
-        {"add", [&] { return withPlace(-1, &Manager::addPlace); }, {"1", "20", "12"}, Error::Success, 42, true},
-        {"add again", [&] { return withPlace(42, &Manager::addPlace); }, {}, Error::InvalidArgument, 42, false},
-        {"update", [&] { return withPlace(42, &Manager::updatePlace); }, {"5"}, Error::Success, 42, true},
-        {"remove", [&] { return manager->removePlace(42); }, {"4"}, Error::Success, 42, false},
-        {"use", [&] { return manager->usePlace(42); }, {"6"}, Error::Success, 42, false},
-        {"use found", [&] { return withHeader(42, anyPlace(&Manager::usePlace)); }, {"6"}, Error::Success, 42, false},
-        {"fav stored", [&] { return withPlace(42, &Manager::fav); }, {"12", "5"}, Error::Success, 42, true},
-        {"fav new", [&] { return withPlace(-1, &Manager::fav); }, {"1", "20", "12"}, Error::Success, 42, true},
-        {"fav found", [&] { return withHeader(-1, &Manager::fav); }, {"18", "1", "20", "12"}, Error::Success, 42, true},
-        {"unfav", [&] { return withHeader(42, &Manager::unfav); }, {"12", "14"}, Error::Success, 42, true},
-        {"unfav new", [&] { return withPlace(-1, &Manager::unfav); }, {}, Error::InvalidArgument, -1, false},
-        {"untag", [&] { return manager->removeTag(42, QStringLiteral("a")); }, {"8"}, Error::Success, 42, false},
-        {"get", [&] { return manager->getPlace(42); }, {"12"}, Error::Success, 42, true},
-        {"get found", [&] { return withHeader(-1, anyPlace(&Manager::getPlace)); }, {"18"}, Error::Success, -1, true},
+        {"add", [&] { return withPlace(-1, &Manager::addPlace); }, {"1", "20", "12"}, 42, Error::Success, true},
+        {"add again", [&] { return withPlace(42, &Manager::addPlace); }, {}, 42, Error::InvalidArgument, false},
+        {"update", [&] { return withPlace(42, &Manager::updatePlace); }, {"5"}, 42, Error::Success, true},
+        {"remove", [&] { return manager->removePlace(42); }, {"4"}, 42, Error::Success, false},
+        {"use", [&] { return manager->usePlace(42); }, {"6"}, 42, Error::Success, false},
+        {"use found", [&] { return withHeader(42, anyPlace(&Manager::usePlace)); }, {"6"}, 42, Error::Success, false},
+        {"fav stored", [&] { return withPlace(42, &Manager::fav); }, {"12", "5"}, 42, Error::Success, true},
+        {"fav new", [&] { return withPlace(-1, &Manager::fav); }, {"1", "20", "12"}, 42, Error::Success, true},
+        {"fav found", [&] { return withHeader(-1, &Manager::fav); }, {"18", "1", "20", "12"}, 42, Error::Success, true},
+        {"unfav", [&] { return withHeader(42, &Manager::unfav); }, {"12", "14"}, 42, Error::Success, true},
+        {"unfav new", [&] { return withPlace(-1, &Manager::unfav); }, {}, -1, Error::InvalidArgument, false},
+        {"untag", [&] { return manager->removeTag(42, QStringLiteral("a")); }, {"8"}, 42, Error::Success, false},
+        {"get", [&] { return manager->getPlace(42); }, {"12"}, 42, Error::Success, true},
+        {"get found", [&] { return withHeader(-1, anyPlace(&Manager::getPlace)); }, {"18"}, -1, Error::Success, true},
     };
     for (const auto &row : rows) {
         const std::size_t before = channel.requestCount();
@@ -242,7 +242,7 @@ TEST_F(PlaceStorageManagerTest, AManagerMayBeDestroyedByASlotAndWhileItSaves)
             QCoreApplication::processEvents();
     }
     EXPECT_EQ(channel.openHandles(), 0);
-    EXPECT_GE(channel.requestCount(), before + 3U * static_cast<unsigned>(EventLoop::managers()));
+    EXPECT_GE(channel.requestCount(), before + std::size_t{3} * static_cast<std::size_t>(EventLoop::managers()));
     EXPECT_TRUE(EventLoop::runUntil([&] { return EventLoop::threads() <= threads; }));
 }
 
