@@ -163,6 +163,7 @@ TEST_F(BrowserTest, ClosingWhileTheServiceIsSlowLosesNoFavourite)
     });
     window.reset();
     later.join();
+    QTest::qWait(50); // an animation of a button that is gone ends with the next turn of the event loop
     EXPECT_THAT(places("search winter --group favourites").out, HasSubstr("Winterthur"));
 }
 
