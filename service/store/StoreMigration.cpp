@@ -332,7 +332,8 @@ void Store::requirePlaces(SQLite::Database &database)
     SQLite::Database model(":memory:", SQLite::OPEN_READWRITE);
     makeTablesOf(version, model);
     if (tablesOf(database) != tablesOf(model))
-        throw std::runtime_error("it does not have the tables of a database of places: another program made or changed it");
+        throw std::runtime_error(
+            "it does not have the tables of a database of places: another program made or changed it");
 }
 
 void Store::checkPages(const ReportProblem &report)
