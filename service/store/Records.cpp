@@ -2,10 +2,13 @@
 
 #include "store/Records.h"
 
+#include "model/PlacePrivate.h"
 #include "places/Tags.h"
 #include "protocol/PlacesAPIDecoder.h"
 #include "protocol/PlacesAPIEncoder.h"
 #include "store/UnreadablePlace.h"
+
+#include <numeric>
 
 namespace placesd
 {
@@ -16,6 +19,29 @@ using orix_places_protocol::PlacesAPIEncoder;
 
 namespace
 {
+
+/// Records of more text get their room at once: the encoder grows by small steps and copies what it has at each.
+constexpr std::size_t LONG_TEXT = 16 * 1024;
+
+std::size_t unitsOf(const QStringList &texts)
+{
+    return std::accumulate(texts.begin(), texts.end(), std::size_t{0}, [](std::size_t sum, const QString &text) {
+        return sum + static_cast<std::size_t>(text.size());
+    });
+}
+
+void makeRoom(PlacesAPIEncoder &encoder, const Place &place)
+{
+    const PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
+    std::size_t units = unitsOf({data.description()}) + unitsOf(data.tags()) + unitsOf(data.aliases());
+    for (const AuxiliaryData &record : data.auxiliaryData()) {
+        const QMap<QString, QString> properties = record.properties();
+        units += unitsOf(properties.keys()) + unitsOf(properties.values());
+    }
+    constexpr std::size_t BYTES_OF_UNIT = 3; // at most, in UTF-8
+    if (units > LONG_TEXT)
+        encoder.ensureBuffer(static_cast<unsigned int>(units * BYTES_OF_UNIT), false);
+}
 
 std::string messageOf(const PlacesAPIEncoder &encoder)
 {
@@ -41,6 +67,7 @@ std::unique_ptr<Object> decodeWith(bool (PlacesAPIDecoder::*decode)(Object *&), 
 std::string fullRecordOf(const Place &place)
 {
     PlacesAPIEncoder encoder;
+    makeRoom(encoder, place);
     encoder.encodePlace(place);
     return messageOf(encoder);
 }
