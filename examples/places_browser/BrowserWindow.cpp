@@ -287,7 +287,7 @@ void BrowserWindow::loadRecords(const FullPlace &place)
     AuxiliaryDataRequest request;
     request.setPlace(place);
     m_records.cancel(QVariant());
-    m_records.requestAuxiliaryData({request}, QVariant());
+    (void)m_records.requestAuxiliaryData({request}, QVariant()); // Accepted: the request has a place.
 }
 
 void BrowserWindow::takeRecords(const QList<AuxiliaryDataReply> &replies)

@@ -92,30 +92,34 @@ public:
                                                         int position = -1) const;
 
     /// As PlaceManager::fav().
-    Error::Type fav(AbstractPlace *place) const;
+    [[nodiscard]] Error::Type fav(AbstractPlace *place) const;
     /// As PlaceManager::unfav().
-    Error::Type unfav(AbstractPlace *place) const;
+    [[nodiscard]] Error::Type unfav(AbstractPlace *place) const;
 
     /// Fetches a place in full: a stored one by its id, any other as the suggestion it is. Null on failure.
     [[nodiscard]] Place *getPlace(const AbstractPlace *place, Error::Type *error = nullptr) const;
 
     /// As PlaceManager::addRecentlyPickedPlace().
-    Error::Type addRecentlyPickedPlace(Place *place) const;
+    [[nodiscard]] Error::Type addRecentlyPickedPlace(Place *place) const;
     /// As PlaceManager::clearRecentlyPickedPlaces().
-    Error::Type clearRecentlyPickedPlaces() const;
+    [[nodiscard]] Error::Type clearRecentlyPickedPlaces() const;
 
     /// Terms that were searched for recently and start with `prefix`, the latest first. The prefix is compared as
     /// Latin-1 text.
     [[nodiscard]] QStringList getRecentSearchTerms(Error::Type *error = nullptr,
                                                    const QString &prefix = QString()) const;
 
-    /// The place of a contact, by the three numbers that the service knows it by; null on failure.
-    [[nodiscard]] Place *getPlaceFromContact(int first, int second, int third, Error::Type *error = nullptr) const;
+    /// The place of a contact; null on failure.
+    /// @param account as ContactAuxiliaryData::accountId() gives it.
+    /// @param contact as ContactAuxiliaryData::contactId() gives it.
+    /// @param address which of the contact's addresses: its kind (1 home, 2 work, 3 other), plus 3 for each address of
+    /// that kind before it; 0 for the first of all.
+    [[nodiscard]] Place *getPlaceFromContact(int account, int contact, int address, Error::Type *error = nullptr) const;
 
     /// Has the service write all places to a file, by its absolute path.
-    Error::Type backup(const QString &path) const;
+    [[nodiscard]] Error::Type backup(const QString &path) const;
     /// Has the service replace all places by those of a backup.
-    Error::Type restore(const QString &path) const;
+    [[nodiscard]] Error::Type restore(const QString &path) const;
 };
 
 } // namespace vela::platform::places

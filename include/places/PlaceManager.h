@@ -47,17 +47,17 @@ public:
     /// success the object takes the id and everything else that the service made of it. Error::InvalidArgument for
     /// null, a place that is stored already, or one that is not valid; the object is then as it was. When the service
     /// refuses, the object has its new owner and name and is still a new place.
-    Error::Type addPlace(Place *place) const;
+    [[nodiscard]] Error::Type addPlace(Place *place) const;
 
     /// Stores the changes of a place, and forgets the search term that it was found with. Error::InvalidArgument for
     /// null or a place that is not stored or not valid.
-    Error::Type updatePlace(Place *place) const;
+    [[nodiscard]] Error::Type updatePlace(Place *place) const;
 
     /// Removes a stored place.
-    Error::Type removePlace(qint64 id) const;
+    [[nodiscard]] Error::Type removePlace(qint64 id) const;
     /// Removes a stored place; on success the object is a new place again and can be added once more, also where it was
     /// handed over as const. Error::InvalidArgument for null.
-    Error::Type removePlace(const AbstractPlace *place) const;
+    [[nodiscard]] Error::Type removePlace(const AbstractPlace *place) const;
 
     /// Fetches a place in full; null on failure.
     [[nodiscard]] Place *getPlace(qint64 id, Error::Type *error = nullptr) const;
@@ -66,27 +66,27 @@ public:
     [[nodiscard]] Place *getPlace(const PlaceHeader *header, Error::Type *error = nullptr) const;
 
     /// Counts a use of a stored place, now.
-    Error::Type usePlace(qint64 id) const;
+    [[nodiscard]] Error::Type usePlace(qint64 id) const;
     /// Counts a use of a stored place, now. Error::InvalidArgument for null or a place that is not stored.
-    Error::Type usePlace(AbstractPlace *place) const;
+    [[nodiscard]] Error::Type usePlace(AbstractPlace *place) const;
 
     /// Makes a place a favourite, storing it if need be; the object takes the id. Error::InvalidArgument for null.
-    Error::Type fav(AbstractPlace *place) const;
+    [[nodiscard]] Error::Type fav(AbstractPlace *place) const;
     /// Makes a favourite an ordinary place again. When the service keeps it no longer, the object's id becomes -1.
     /// Error::InvalidArgument for null or a place that is not stored or no favourite.
-    Error::Type unfav(AbstractPlace *place) const;
+    [[nodiscard]] Error::Type unfav(AbstractPlace *place) const;
 
     /// Adds a tag to a stored place; one that it carries already changes nothing. Error::NotFound for no such place.
-    Error::Type addTag(qint64 id, const QString &tag) const;
+    [[nodiscard]] Error::Type addTag(qint64 id, const QString &tag) const;
     /// Removes a tag of a stored place; one that it does not carry changes nothing. Error::NotFound for no such place.
-    Error::Type removeTag(qint64 id, const QString &tag) const;
+    [[nodiscard]] Error::Type removeTag(qint64 id, const QString &tag) const;
     /// The tags that stored places carry.
     [[nodiscard]] QStringList getTagsInUse(Error::Type *error = nullptr) const;
 
     /// Keeps a place among the recently picked ones without saving it. Refuses what addPlace() refuses.
-    Error::Type addRecentlyPickedPlace(Place *place) const;
+    [[nodiscard]] Error::Type addRecentlyPickedPlace(Place *place) const;
     /// Forgets the recently picked places; those that were saved as well stay.
-    Error::Type clearRecentlyPickedPlaces() const;
+    [[nodiscard]] Error::Type clearRecentlyPickedPlaces() const;
 
     /// Finds places by name: stored places and those of contacts and, when `includeRemote` is set and `centre` is
     /// valid, points of interest near it.

@@ -35,7 +35,7 @@ public:
     /// Fetches data for each of these requests. An empty list is accepted and reports nothing.
     /// @param tag a value of the caller's own that comes back with every reply and names the requests to cancel().
     /// @return Error::Success, or Error::RefusedList when a request is not valid; then none of them is carried out.
-    int requestAuxiliaryData(const QList<AuxiliaryDataRequest> &requests, const QVariant &tag);
+    [[nodiscard]] int requestAuxiliaryData(const QList<AuxiliaryDataRequest> &requests, const QVariant &tag);
 
     /// Drops every request with this tag: none of them is reported any more.
     void cancel(const QVariant &tag);

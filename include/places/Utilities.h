@@ -40,14 +40,14 @@ public:
     /// description, address, position, and in a record of points of interest the telephone number, e-mail and web
     /// address. False, and the place stays as it is, for a link without a valid position and without any part of an
     /// address.
-    static bool readMapUrl(const QUrl &url, Place &place);
+    [[nodiscard]] static bool readMapUrl(const QUrl &url, Place &place);
 
     /// Writes a place as bytes that deserialize() reads on a machine of the same byte order. On success `out` is an
     /// array of `size` bytes that the caller frees with `delete[]`; on failure both stay as they are.
-    static bool serialize(char *&out, int &size, const Place &place);
+    [[nodiscard]] static bool serialize(char *&out, int &size, const Place &place);
 
     /// Reads a place back. On success `out` is a new place that the caller owns; on failure it stays as it is.
-    static bool deserialize(Place *&out, const char *data, int size);
+    [[nodiscard]] static bool deserialize(Place *&out, const char *data, int size);
 };
 
 } // namespace vela::platform::places

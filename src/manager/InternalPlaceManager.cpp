@@ -121,10 +121,10 @@ QStringList InternalPlaceManager::getRecentSearchTerms(Error::Type *error, const
     return terms;
 }
 
-Place *InternalPlaceManager::getPlaceFromContact(int first, int second, int third, Error::Type *error) const
+Place *InternalPlaceManager::getPlaceFromContact(int account, int contact, int address, Error::Type *error) const
 {
     Place *place = nullptr;
-    PlaceManagerPrivate::report(Protocol().getPlaceFromContact(first, second, third, place), error);
+    PlaceManagerPrivate::report(Protocol().getPlaceFromContact(account, contact, address, place), error);
     return place;
 }
 

@@ -138,7 +138,7 @@ Error::Type PlaceManagerPrivate::addPlace(Place *place, int persistenceMask) con
     data.setId(id);
 
     PlaceHeader *header = nullptr;
-    getHeader(*place, header);
+    (void)getHeader(*place, header); // Null on failure.
     const std::unique_ptr<PlaceHeader> ownedHeader(header);
     const std::unique_ptr<Place> stored(header ? getPlace(header, nullptr) : nullptr);
     if (stored)
@@ -308,7 +308,7 @@ Error::Type PlaceManagerPrivate::removeTag(qint64 id, const QString &tag) const
 QStringList PlaceManagerPrivate::getTagsInUse(Error::Type *error) const
 {
     QStringList tags;
-    Protocol().getTagsInUse(tags, error);
+    (void)Protocol().getTagsInUse(tags, error); // Written to `error`.
     return tags;
 }
 

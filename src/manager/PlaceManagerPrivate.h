@@ -37,24 +37,24 @@ public:
         Coordinates centre;
     };
 
-    Error::Type addPlace(Place *place, int persistenceMask) const;
-    Error::Type updatePlace(Place *place, int persistenceMask) const;
-    Error::Type removePlace(qint64 id) const;
-    Error::Type removePlace(const AbstractPlace *place) const;
-    Place *getPlace(qint64 id, Error::Type *error) const;
-    Place *getPlace(const PlaceHeader *header, Error::Type *error) const;
+    [[nodiscard]] Error::Type addPlace(Place *place, int persistenceMask) const;
+    [[nodiscard]] Error::Type updatePlace(Place *place, int persistenceMask) const;
+    [[nodiscard]] Error::Type removePlace(qint64 id) const;
+    [[nodiscard]] Error::Type removePlace(const AbstractPlace *place) const;
+    [[nodiscard]] Place *getPlace(qint64 id, Error::Type *error) const;
+    [[nodiscard]] Place *getPlace(const PlaceHeader *header, Error::Type *error) const;
     /// Fetches a stored place by its id and resolves any other as a suggestion.
-    Place *getPlace(const AbstractPlace *place, Error::Type *error) const;
-    Error::Type getHeader(const Place &place, PlaceHeader *&header) const;
-    Error::Type usePlace(qint64 id) const;
-    Error::Type usePlace(AbstractPlace *place) const;
-    Error::Type fav(AbstractPlace *place) const;
-    Error::Type unfav(AbstractPlace *place) const;
-    Error::Type addTag(qint64 id, const QString &tag) const;
-    Error::Type removeTag(qint64 id, const QString &tag) const;
+    [[nodiscard]] Place *getPlace(const AbstractPlace *place, Error::Type *error) const;
+    [[nodiscard]] Error::Type getHeader(const Place &place, PlaceHeader *&header) const;
+    [[nodiscard]] Error::Type usePlace(qint64 id) const;
+    [[nodiscard]] Error::Type usePlace(AbstractPlace *place) const;
+    [[nodiscard]] Error::Type fav(AbstractPlace *place) const;
+    [[nodiscard]] Error::Type unfav(AbstractPlace *place) const;
+    [[nodiscard]] Error::Type addTag(qint64 id, const QString &tag) const;
+    [[nodiscard]] Error::Type removeTag(qint64 id, const QString &tag) const;
     QStringList getTagsInUse(Error::Type *error) const;
-    Error::Type addRecentlyPickedPlace(Place *place) const;
-    Error::Type clearRecentlyPickedPlaces() const;
+    [[nodiscard]] Error::Type addRecentlyPickedPlace(Place *place) const;
+    [[nodiscard]] Error::Type clearRecentlyPickedPlaces() const;
 
     QList<PlaceHeader *> findPlaces(const QString &term, Error::Type *error, SearchHandle *handle, const SortRule &sort,
                                     int offset, int limit, bool includeRemote, const Coordinates &centre) const;
@@ -81,12 +81,13 @@ public:
     /// those; Error::InvalidArgument for any other.
     QList<AbstractPlace *> findMorePlaces(SearchHandle &handle, int count, Error::Type &error, int position) const;
 
-    Error::Type getAuxiliaryData(const AuxiliaryDataRequest &request, AuxiliaryDataReply &reply) const;
-    Error::Type getSupportedProviders(QList<Provider> &providers) const;
+    [[nodiscard]] Error::Type getAuxiliaryData(const AuxiliaryDataRequest &request, AuxiliaryDataReply &reply) const;
+    [[nodiscard]] Error::Type getSupportedProviders(QList<Provider> &providers) const;
 
     /// The rules of a group. Error::InvalidArgument, and neither rule is set, for a group that cannot be searched so.
-    static Error::Type buildRules(SearchResultGroup::Type group, const QString &term, const Coordinates &centre,
-                                  bool excludeFavorites, SearchRule &rule, SortRule &sort);
+    [[nodiscard]] static Error::Type buildRules(SearchResultGroup::Type group, const QString &term,
+                                                const Coordinates &centre, bool excludeFavorites, SearchRule &rule,
+                                                SortRule &sort);
     /// Brings a rule into the shape that the service expects: a disjoint rule, or a connective of disjoint rules.
     static void adjustSearchRule(SearchRule &rule);
 
@@ -108,8 +109,8 @@ private:
     static QString getProcessName();
     static QList<PlaceHeader *> findByAnyOf(CreateRule createRule, const QStringList &values, Error::Type *error,
                                             SearchHandle *handle, const SortRule &sort, int offset, int limit);
-    Error::Type favPlace(Place *place) const;
-    Error::Type favHeader(PlaceHeader *header) const;
+    [[nodiscard]] Error::Type favPlace(Place *place) const;
+    [[nodiscard]] Error::Type favHeader(PlaceHeader *header) const;
 };
 
 } // namespace vela::platform::places

@@ -196,7 +196,7 @@ void PlaceHeaderPrivate::resetIdFromContact(int first, int second, const QString
 PlaceHeader *PlaceHeaderPrivate::createPublicHeader(Place &place)
 {
     PlaceHeader *header = nullptr;
-    PlaceManagerPrivate().getHeader(place, header);
+    (void)PlaceManagerPrivate().getHeader(place, header); // Null on failure.
     return header;
 }
 

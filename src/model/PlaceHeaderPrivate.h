@@ -69,7 +69,7 @@ public:
     void resetIdFromContact(int first, int second, const QString &third);
 
     /// Asks the service for the header of a full place. The caller owns the result; null on failure.
-    static PlaceHeader *createPublicHeader(Place &place);
+    [[nodiscard]] static PlaceHeader *createPublicHeader(Place &place);
 
     QString m_externalId;
     QString m_auxiliaryDataType;

@@ -107,12 +107,12 @@ bool PlacesAPIEncoder::encodeGetTags()
     return encodeHeader(MessageType::GetTags);
 }
 
-bool PlacesAPIEncoder::encodeGetPlaceFromContact(int first, int second, int third)
+bool PlacesAPIEncoder::encodeGetPlaceFromContact(int account, int contact, int address)
 {
     return encodeHeader(MessageType::GetPlaceFromContact)
-        && encode(first)
-        && encode(second)
-        && encode(third);
+        && encode(account)
+        && encode(contact)
+        && encode(address);
 }
 
 bool PlacesAPIEncoder::encodeRemoveRecentlyPickedPlaces()

@@ -54,7 +54,7 @@ public:
     bool encodeAddTag(long long id, const std::string &tag);
     bool encodeRemoveTag(long long id, const std::string &tag);
     bool encodeGetTags();
-    bool encodeGetPlaceFromContact(int first, int second, int third);
+    bool encodeGetPlaceFromContact(int account, int contact, int address);
     bool encodeRemoveRecentlyPickedPlaces();
     bool encodeGetPlace(long long id);
     /// Takes the header's search term out of it: a term is sent once.

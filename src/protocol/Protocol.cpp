@@ -127,11 +127,11 @@ Error::Type Protocol::restore(const std::string &path)
     return exchange(reply::Short, [&](auto &request) { return request.encodeRestore(path); });
 }
 
-Error::Type Protocol::getPlaceFromContact(int first, int second, int third, Place *&place)
+Error::Type Protocol::getPlaceFromContact(int account, int contact, int address, Place *&place)
 {
     place = nullptr;
     return exchange(
-        reply::Long, [&](auto &request) { return request.encodeGetPlaceFromContact(first, second, third); },
+        reply::Long, [&](auto &request) { return request.encodeGetPlaceFromContact(account, contact, address); },
         [&](auto &answer) { return answer.decodeGetPlaceFromContactResponse(place); });
 }
 

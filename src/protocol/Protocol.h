@@ -20,38 +20,40 @@ class Protocol : public ClientProtocol
 {
 public:
     /// The public error for a service's answer, also written to `error`.
-    static Error::Type mapReturnCode(orix_places_protocol::ReturnCode code, Error::Type *error);
+    [[nodiscard]] static Error::Type mapReturnCode(orix_places_protocol::ReturnCode code, Error::Type *error);
 
-    Error::Type incrementUsage(qint64 id, const std::string &searchTerm);
-    Error::Type addTag(qint64 id, const std::string &tag);
-    Error::Type removeTag(qint64 id, const std::string &tag);
-    Error::Type getTagsInUse(QStringList &tags, Error::Type *error);
-    Error::Type clearRecentlyPickedPlaces();
+    [[nodiscard]] Error::Type incrementUsage(qint64 id, const std::string &searchTerm);
+    [[nodiscard]] Error::Type addTag(qint64 id, const std::string &tag);
+    [[nodiscard]] Error::Type removeTag(qint64 id, const std::string &tag);
+    [[nodiscard]] Error::Type getTagsInUse(QStringList &tags, Error::Type *error);
+    [[nodiscard]] Error::Type clearRecentlyPickedPlaces();
     /// `stillStored` tells whether the service keeps the place.
-    Error::Type unfav(qint64 id, bool &stillStored);
-    Error::Type backup(const std::string &path);
-    Error::Type restore(const std::string &path);
+    [[nodiscard]] Error::Type unfav(qint64 id, bool &stillStored);
+    [[nodiscard]] Error::Type backup(const std::string &path);
+    [[nodiscard]] Error::Type restore(const std::string &path);
     /// `place` is null on failure, else a place that the caller owns.
-    Error::Type getPlaceFromContact(int first, int second, int third, Place *&place);
+    [[nodiscard]] Error::Type getPlaceFromContact(int account, int contact, int address, Place *&place);
     /// The caller owns `place`.
-    Error::Type getPlaceFromSuggestion(const std::string &suggestion, const Coordinates &centre, Place *&place);
+    [[nodiscard]] Error::Type getPlaceFromSuggestion(const std::string &suggestion, const Coordinates &centre,
+                                                     Place *&place);
     /// Number of places that a find would give; 0 on failure.
     unsigned int findPlacesSize(const SearchRule &rule, Error::Type *error, const Coordinates &centre);
-    Error::Type getAuxiliaryData(const AuxiliaryDataRequest &request, QList<AuxiliaryData> &data);
-    Error::Type getSupportedProviders(QList<Provider> &providers);
+    [[nodiscard]] Error::Type getAuxiliaryData(const AuxiliaryDataRequest &request, QList<AuxiliaryData> &data);
+    [[nodiscard]] Error::Type getSupportedProviders(QList<Provider> &providers);
     /// The caller owns `header`.
-    Error::Type getHeaderFromFullPlace(const Place &place, PlaceHeader *&header);
-    Error::Type getRecentSearchTerms(QStringList &terms, const QString &prefix);
+    [[nodiscard]] Error::Type getHeaderFromFullPlace(const Place &place, PlaceHeader *&header);
+    [[nodiscard]] Error::Type getRecentSearchTerms(QStringList &terms, const QString &prefix);
     /// The page behind the one that `handle` stands at. The caller owns the places.
-    QList<AbstractPlace *> findNextPlaces(SearchHandle &handle, int count, Error::Type &error);
+    [[nodiscard]] QList<AbstractPlace *> findNextPlaces(SearchHandle &handle, int count, Error::Type &error);
     /// The page that starts at `offset`, which was fetched before. The caller owns the places.
-    QList<AbstractPlace *> findPreviousPlaces(SearchHandle &handle, int offset, int count, Error::Type &error);
+    [[nodiscard]] QList<AbstractPlace *> findPreviousPlaces(SearchHandle &handle, int offset, int count,
+                                                            Error::Type &error);
 
     /// What all operations have in common: `encode` writes the request, which is sent, and on success `decode` reads
     /// the reply. What cannot be written, read or allocated is a failed communication. The reason of a failed reply is
     /// kept for Error::reason().
     template <typename Encode, typename Decode>
-    Error::Type exchange(orix_places_protocol::reply::Capacity capacity, Encode encode, Decode decode)
+    [[nodiscard]] Error::Type exchange(orix_places_protocol::reply::Capacity capacity, Encode encode, Decode decode)
     {
         ErrorPrivate::clear();
         try {
@@ -69,15 +71,15 @@ public:
     }
     /// The same for a reply that is nothing but a status.
     template <typename Encode>
-    Error::Type exchange(orix_places_protocol::reply::Capacity capacity, Encode encode)
+    [[nodiscard]] Error::Type exchange(orix_places_protocol::reply::Capacity capacity, Encode encode)
     {
         return exchange(capacity, encode, [](auto &) { return true; });
     }
 
 private:
     static void keepReason(Error::Type error, orix_places_protocol::PlacesAPIDecoder &reply);
-    QList<AbstractPlace *> findPage(SearchHandle &handle, int offset, int count, int providerPrimaryIndex,
-                                    int providerSecondaryIndex, Error::Type &error);
+    [[nodiscard]] QList<AbstractPlace *> findPage(SearchHandle &handle, int offset, int count, int providerPrimaryIndex,
+                                                  int providerSecondaryIndex, Error::Type &error);
 };
 
 } // namespace vela::platform::places

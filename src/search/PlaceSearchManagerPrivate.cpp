@@ -84,7 +84,7 @@ void PlaceSearchManagerPrivate::fetch(const Job &job, QVariant &answer)
     const auto request = job.payload.value<AuxiliaryDataRequest>();
     AuxiliaryDataReply reply = failedReply(request);
     answer.setValue(reply);
-    PlaceManagerPrivate().getAuxiliaryData(request, reply);
+    (void)PlaceManagerPrivate().getAuxiliaryData(request, reply); // The reply has the outcome.
     answer.setValue(reply);
 }
 

@@ -115,20 +115,20 @@ TEST_F(PlaceManagerTest, WhatCannotBeDoneIsRefusedAndNothingIsSent)
 
 TEST_F(PlaceManagerTest, EveryWayOfStoringSetsItsOwnPersistenceMask)
 {
-    const auto maskSent = [this](const std::function<void(Place &)> &store, qint64 id, bool favorite) {
+    const auto maskSent = [this](const std::function<Error::Type(Place &)> &store, qint64 id, bool favorite) {
         Place place;
         sample::fill(place, id);
         if (!favorite)
             place.removeTag(Tags::Favorite);
         channel.refuse(1, 59);
-        store(place);
+        EXPECT_EQ(store(place), Error::StorageFailed);
         return PlacePrivate::privateFromPublic(&place)->persistenceMask();
     };
-    EXPECT_EQ(maskSent([this](Place &place) { manager.addPlace(&place); }, -1, true), 3);
-    EXPECT_EQ(maskSent([this](Place &place) { manager.updatePlace(&place); }, 42, true), 2);
-    EXPECT_EQ(maskSent([this](Place &place) { manager.addRecentlyPickedPlace(&place); }, -1, true), 3);
-    EXPECT_EQ(maskSent([this](Place &place) { manager.addRecentlyPickedPlace(&place); }, -1, false), 1);
-    EXPECT_EQ(maskSent([this](Place &place) { manager.fav(&place); }, 42, false), 3);
+    EXPECT_EQ(maskSent([this](Place &place) { return manager.addPlace(&place); }, -1, true), 3);
+    EXPECT_EQ(maskSent([this](Place &place) { return manager.updatePlace(&place); }, 42, true), 2);
+    EXPECT_EQ(maskSent([this](Place &place) { return manager.addRecentlyPickedPlace(&place); }, -1, true), 3);
+    EXPECT_EQ(maskSent([this](Place &place) { return manager.addRecentlyPickedPlace(&place); }, -1, false), 1);
+    EXPECT_EQ(maskSent([this](Place &place) { return manager.fav(&place); }, 42, false), 3);
 }
 
 TEST_F(PlaceManagerTest, ASearchTermIsHandedOnWithTheNextUseAndDroppedByAnUpdate)
@@ -139,7 +139,7 @@ TEST_F(PlaceManagerTest, ASearchTermIsHandedOnWithTheNextUseAndDroppedByAnUpdate
     EXPECT_EQ(manager.usePlace(&place), Error::Success);
     EXPECT_EQ(channel.body(), message({i64(42), text("cafe")}));
     channel.answer(6);
-    manager.usePlace(&place);
+    EXPECT_EQ(manager.usePlace(&place), Error::Success);
     EXPECT_EQ(channel.body(), message({i64(42), text("")}));
 
     PlacePrivate::privateFromPublic(&place)->setSearchTerm(QStringLiteral("again"));
@@ -191,7 +191,7 @@ TEST_F(PlaceManagerTest, AnUnsavedPlaceIsFetchedAsASuggestion)
     EXPECT_EQ(channel.body(), message(Fields{text("Café")} + centre));
 
     data.m_externalId = QStringLiteral("guide:77");
-    internal.getPlace(static_cast<const AbstractPlace *>(&header), &error);
+    EXPECT_EQ(internal.getPlace(static_cast<const AbstractPlace *>(&header), &error), nullptr);
     EXPECT_EQ(channel.body(), message(Fields{text("guide:77")} + centre));
 
     Place place;
@@ -200,7 +200,7 @@ TEST_F(PlaceManagerTest, AnUnsavedPlaceIsFetchedAsASuggestion)
     record.addProperty(QStringLiteral("searchLatitude"), QStringLiteral("46.5"));
     record.addProperty(QStringLiteral("searchLongitude"), QStringLiteral("6.5"));
     place.addAuxiliaryData(record);
-    internal.getPlace(static_cast<const AbstractPlace *>(&place), &error);
+    EXPECT_EQ(internal.getPlace(static_cast<const AbstractPlace *>(&place), &error), nullptr);
     EXPECT_EQ(channel.body(), message(Fields{text("Full")} + centre));
 }
 

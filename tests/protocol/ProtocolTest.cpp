@@ -142,7 +142,7 @@ TEST_F(ProtocolTest, AnEarlierPageIsAskedForWithTheCursorItWasFoundWith)
     for (const auto &[offset, primary, secondary] :
          {std::tuple(1, 12, 13), std::tuple(7, -1, -1), std::tuple(-3, -1, -1)}) {
         channel.answer(13, Fields{i32(0)} + NO_MORE);
-        protocol.findPreviousPlaces(handle, offset, 5, error);
+        EXPECT_TRUE(protocol.findPreviousPlaces(handle, offset, 5, error).isEmpty());
         EXPECT_THAT(pageOf(channel.body()), ElementsAre(5, offset, primary, secondary));
         EXPECT_EQ(state.index(), offset);
     }

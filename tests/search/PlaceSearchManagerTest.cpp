@@ -87,9 +87,9 @@ TEST_F(PlaceSearchManagerTest, ACancelledTagIsNeverReportedWhereverItsRequestsAr
 {
     // Of the tag to be cancelled one reply has not arrived, one is being fetched and one waits.
     channel.holdAfter(1);
-    manager->requestAuxiliaryData({request(1), request(2)}, 1);
-    manager->requestAuxiliaryData({request(3)}, 2);
-    manager->requestAuxiliaryData({request(4)}, 1);
+    EXPECT_EQ(manager->requestAuxiliaryData({request(1), request(2)}, 1), Error::Success);
+    EXPECT_EQ(manager->requestAuxiliaryData({request(3)}, 2), Error::Success);
+    EXPECT_EQ(manager->requestAuxiliaryData({request(4)}, 1), Error::Success);
     ASSERT_TRUE(channel.waitForRequests(3));
     manager->cancel(1);
     channel.release();
@@ -99,7 +99,7 @@ TEST_F(PlaceSearchManagerTest, ACancelledTagIsNeverReportedWhereverItsRequestsAr
     EXPECT_EQ(replyOf(signals[0]).userDefinedValue(), QVariant(3));
     EXPECT_TRUE(signals[0][2].toBool());
 
-    manager->requestAuxiliaryData({request(5)}, 1);
+    EXPECT_EQ(manager->requestAuxiliaryData({request(5)}, 1), Error::Success);
     EXPECT_TRUE(arrive(2)) << "a tag may be used again";
 }
 
@@ -107,12 +107,12 @@ TEST_F(PlaceSearchManagerTest, AFailedRequestIsReportedWithItsPlace)
 {
     const auto failing = request(1);
     channel.answerWith([](const std::string &) { return message({i32(67), i32(259), text("no guide")}); });
-    manager->requestAuxiliaryData({failing}, 1);
+    EXPECT_EQ(manager->requestAuxiliaryData({failing}, 1), Error::Success);
     ASSERT_TRUE(arrive(1));
     EXPECT_EQ(replyOf(signals[0]).status(), Error::ProviderFailed);
     EXPECT_EQ(replyOf(signals[0]).reason(), QStringLiteral("no guide"));
     channel.answerWith([](const std::string &) -> std::string { throw std::runtime_error("anything"); });
-    manager->requestAuxiliaryData({failing}, 1);
+    EXPECT_EQ(manager->requestAuxiliaryData({failing}, 1), Error::Success);
     ASSERT_TRUE(arrive(2));
     EXPECT_EQ(replyOf(signals[1]).status(), Error::Unspecified);
     EXPECT_EQ(replyOf(signals[1]).place(), failing.place());
@@ -122,12 +122,12 @@ TEST_F(PlaceSearchManagerTest, AFailedRequestIsReportedWithItsPlace)
 TEST_F(PlaceSearchManagerTest, AManagerMayBeDestroyedByASlotAndWhileItFetches)
 {
     QObject::connect(manager.get(), &PlaceSearchManager::auxiliaryDataAvailable, [this] { manager.reset(); });
-    manager->requestAuxiliaryData({request(1), request(2), request(3)}, 1);
+    EXPECT_EQ(manager->requestAuxiliaryData({request(1), request(2), request(3)}, 1), Error::Success);
     ASSERT_TRUE(EventLoop::runUntil([this] { return !manager; }));
     const int threads = EventLoop::threads();
     for (int i = 0; i < EventLoop::managers(); ++i) {
         PlaceSearchManager fetching;
-        fetching.requestAuxiliaryData({request(1), request(2), request(3)}, 1);
+        EXPECT_EQ(fetching.requestAuxiliaryData({request(1), request(2), request(3)}, 1), Error::Success);
         if (i % 2 == 1)
             QCoreApplication::processEvents();
     }

@@ -66,13 +66,13 @@ protected:
 TEST_F(BackupTest, BringsBackWhatWasThereAndNothingElse)
 {
     const qint64 kept = add(QStringLiteral("Kept"));
-    manager.addTag(kept, QStringLiteral("beach"));
+    ASSERT_EQ(manager.addTag(kept, QStringLiteral("beach")), Error::Success);
     ASSERT_EQ(protocol.backup(path("copy.db")), Error::Success);
     struct stat status = {};
     ASSERT_EQ(::stat(path("copy.db").c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777, 0600U) << "places are private";
 
-    manager.removePlace(kept);
+    ASSERT_EQ(manager.removePlace(kept), Error::Success);
     const qint64 later = add(QStringLiteral("Later"));
     ASSERT_EQ(protocol.restore(path("copy.db")), Error::Success);
     EXPECT_THAT(names(), ElementsAre("Kept"));
@@ -229,6 +229,6 @@ TEST_F(BackupTest, RecentSearchTermsComeBackByTheirPrefixNewestFirst)
     };
     EXPECT_THAT(terms("CAF"), ElementsAre(QStringLiteral("cafe"), QString::fromUtf8("Café noir")));
     for (int i = 0; i < 120; ++i)
-        protocol.incrementUsage(id, "term " + std::to_string(i));
+        EXPECT_EQ(protocol.incrementUsage(id, "term " + std::to_string(i)), Error::Success);
     EXPECT_EQ(terms("").size(), 100);
 }

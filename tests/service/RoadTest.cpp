@@ -160,7 +160,7 @@ TEST_F(RoadTest, ATermIsReadInTheFirstWayThatFindsAnything)
     EXPECT_EQ(names(manager.findPlaces(slip, &error, nullptr, {}, 1)), std::vector<std::string>{"Zürich Airport"});
     EXPECT_THAT(names(manager.findPlaces(slip, &error, nullptr, {}, 2)), IsEmpty()) << "behind the last page";
 
-    manager.fav(get(add("Geneva Airport")).get());
+    ASSERT_EQ(manager.fav(get(add("Geneva Airport")).get()), Error::Success);
     const auto favourites = [](const char *term) {
         return InternalPlaceManager().findPlacesSizeByGroup(SearchResultGroup::Favorites, nullptr,
                                                             QString::fromLatin1(term));
@@ -184,9 +184,8 @@ TEST_F(RoadTest, ResultsComeInTheOrderAskedForAndPagesFitTogether)
             location.setCoordinates(Coordinates(name[0] == 'd' ? 10 : 20, 0));
             place.replaceLocation(0, location);
         });
-    manager.usePlace(3);
-    manager.usePlace(3);
-    manager.usePlace(1);
+    for (const qint64 id : {3, 3, 1})
+        ASSERT_EQ(manager.usePlace(id), Error::Success);
     const auto sorted = [&](const SortRule &sort) {
         return names(manager.findPlaces(QString(), &error, nullptr, sort));
     };

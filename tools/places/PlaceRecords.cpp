@@ -34,8 +34,8 @@ AuxiliaryDataReply fetch(const AuxiliaryDataRequest &request)
                          reply = replies.first();
                          loop.quit();
                      });
-    manager.requestAuxiliaryData({request}, {});
-    loop.exec();
+    if (manager.requestAuxiliaryData({request}, {}) == Error::Success)
+        loop.exec(); // A request that was refused has no answer to wait for.
     return reply;
 }
 
