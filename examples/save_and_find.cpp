@@ -20,6 +20,10 @@ int main()
 
     const PlaceManager manager;
     Error::Type error = manager.addPlace(&place);
+    if (error != Error::Success) {
+        std::cerr << qPrintable(errorString(error)) << "\n";
+        return error;
+    }
     for (const PlaceHeader *found : manager.findPlaces(QStringLiteral("old t"), &error)) {
         std::cout << found->id() << " " << qPrintable(found->name()) << "\n"
                   << found->mapUrl().toEncoded().constData() << "\n";

@@ -27,7 +27,7 @@ int main(int argc, char **argv)
     const auto print = [&](Error::Type error, const SearchResult &result, bool isLast) {
         std::cout << (result.source() == SearchResultGroup::Local ? "Your places" : "Suggestions");
         if (error != Error::Success)
-            std::cout << ": failed with error " << error;
+            std::cout << ": " << qUtf8Printable(errorString(error));
         for (const auto &place : result.result())
             std::cout << "\n  " << qUtf8Printable(place->name()) << " - " << qUtf8Printable(place->primaryLocation());
         std::cout << std::endl;

@@ -241,23 +241,6 @@ QString placeText(const AbstractPlace &place, const QList<AuxiliaryData> &record
 
 QString errorText(Error::Type error)
 {
-    switch (error) {
-    case Error::Success:
-        return {};
-    case Error::ServiceUnavailable:
-        return QStringLiteral("No places service is running.");
-    case Error::NotFound:
-        return QStringLiteral("This place is no longer there.");
-    case Error::PermissionDenied:
-        return QStringLiteral("The places service does not permit this.");
-    case Error::CommunicationFailed:
-        return QStringLiteral("The places service did not answer as it should.");
-    case Error::ProviderFailed:
-        return QStringLiteral("A provider of places failed.");
-    case Error::Busy:
-    case Error::TimedOut:
-        return QStringLiteral("The places service has too much to do.");
-    default:
-        return QStringLiteral("The places service refused this (error %1).").arg(error);
-    }
+    const QString phrase = errorString(error);
+    return phrase.at(0).toUpper() + phrase.mid(1) + QLatin1Char('.');
 }

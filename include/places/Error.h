@@ -3,15 +3,17 @@
 
 #include <places/Global.h>
 
-#include <QtCore/QMetaType>
+#include <QtCore/QObject>
 #include <QtCore/QString>
 
 namespace vela::platform::places
 {
 
 /// The outcome of an operation. Operations return it or write it through an `Error::Type *`, which may be null.
-struct Error
+struct PLACES_EXPORT Error
 {
+    Q_GADGET
+public:
     enum Type : int
     {
         Success = 0,             ///< 0: done.
@@ -34,6 +36,7 @@ struct Error
         BackupFailed = 17,       ///< 17: the backup was not made; an earlier file is untouched.
         RestoreFailed = 18,      ///< 18: the backup could not be restored; the store is untouched.
     };
+    Q_ENUM(Type)
 
     /// Why the last request of the calling thread failed, in the words of the service: one line of English text for a
     /// person, at most 1,024 characters and no control character. Other threads do not change it, the next
@@ -41,9 +44,11 @@ struct Error
     /// the reason() of the other replies give the same for requests that other threads made.
     /// @param error what that call reported. Any other error than that of the last request has no reason here.
     /// @return empty when the service gave no reason, or was never asked. Never a condition for what a program does.
-    [[nodiscard]] PLACES_EXPORT static QString reason(Type error);
+    [[nodiscard]] static QString reason(Type error);
 };
 
-} // namespace vela::platform::places
+/// What an error means: a phrase of English text for a person, such as "no places service is running", to be shown
+/// alone or before Error::reason(). Never empty; "failed" for a number that is no error of this library.
+[[nodiscard]] PLACES_EXPORT QString errorString(Error::Type error);
 
-Q_DECLARE_METATYPE(vela::platform::places::Error::Type)
+} // namespace vela::platform::places

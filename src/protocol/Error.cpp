@@ -8,12 +8,41 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 namespace vela::platform::places
 {
 
 namespace
 {
+
+struct Text
+{
+    Error::Type error;
+    const char *english;
+};
+
+constexpr Text TEXTS[] = {
+    {Error::Success, "done"},
+    {Error::Unspecified, "failed"},
+    {Error::RefusedList, "a member of the list is not valid"},
+    {Error::InvalidArgument, "not possible with these arguments"},
+    {Error::Reserved, "failed with an error that is not in use"},
+    {Error::NotFound, "there is no such place"},
+    {Error::AlreadyStored, "stored already"},
+    {Error::PermissionDenied, "not permitted"},
+    {Error::CommunicationFailed, "the places service could not be understood"},
+    {Error::ServiceUnavailable, "no places service is running"},
+    {Error::PlaceNotAcceptable, "the places service does not take such a place"},
+    {Error::StorageFailed, "the places service could not read or write its store"},
+    {Error::LimitExceeded, "more than the places service allows"},
+    {Error::Busy, "the places service is busy"},
+    {Error::TimedOut, "the places service took too long"},
+    {Error::NotUnderstood, "the places service does not know this request"},
+    {Error::ProviderFailed, "a provider of places failed"},
+    {Error::BackupFailed, "the backup was not made"},
+    {Error::RestoreFailed, "the backup was not restored"},
+};
 
 struct Failure
 {
@@ -46,6 +75,14 @@ QString Error::reason(Type error)
     if (error != failure.error || failure.size == 0)
         return {};
     return orix_places_protocol::lineOf(failure.utf8.data(), static_cast<int>(failure.size));
+}
+
+QString errorString(Error::Type error)
+{
+    const auto *const found =
+        std::find_if(std::begin(TEXTS), std::end(TEXTS), [error](const Text &text) { return text.error == error; });
+    // A newer service or library may report an error that this one has no text for.
+    return QLatin1String((found == std::end(TEXTS) ? TEXTS[Error::Unspecified] : *found).english);
 }
 
 } // namespace vela::platform::places

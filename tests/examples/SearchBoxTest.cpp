@@ -24,5 +24,5 @@ TEST(SearchBox, PrintsNothingOfASearchThatWasReplacedAndSaysWhatFailed)
     service.kill();
     const Outcome failed = run("search_box", {}, "zur\n");
     EXPECT_EQ(failed.status, 1);
-    EXPECT_THAT(failed.out, HasSubstr("Your places: failed with error 9\n"));
+    EXPECT_THAT(failed.out, HasSubstr("Your places: no places service is running\n"));
 }

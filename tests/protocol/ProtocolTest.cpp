@@ -11,6 +11,9 @@
 #include "support/FakeChannel.h"
 #include "support/SamplePlace.h"
 
+#include <QtCore/QMetaEnum>
+#include <QtCore/QSet>
+
 #include <gmock/gmock.h>
 
 #include <cerrno>
@@ -209,4 +212,15 @@ TEST_F(ProtocolTest, AReasonBelongsToTheLastRequestOfItsThread)
     EXPECT_EQ(protocol.backup("/b"), Error::ServiceUnavailable);
     for (const Error::Type error : {Error::BackupFailed, Error::ServiceUnavailable})
         EXPECT_EQ(Error::reason(error), QString());
+}
+
+TEST(Errors, HaveATextOfTheirOwn)
+{
+    const QMetaEnum errors = QMetaEnum::fromType<Error::Type>();
+    QSet<QString> texts;
+    for (int i = 0; i < errors.keyCount(); ++i)
+        texts.insert(errorString(static_cast<Error::Type>(errors.value(i))));
+    EXPECT_EQ(texts.size(), errors.keyCount());
+    EXPECT_EQ(errorString(Error::NotFound), QStringLiteral("there is no such place"));
+    EXPECT_EQ(errorString(static_cast<Error::Type>(99)), errorString(Error::Unspecified));
 }

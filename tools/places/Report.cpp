@@ -26,41 +26,37 @@ using namespace places;
 namespace
 {
 
-struct Words
+struct Advice
 {
     Error::Type error;
-    const char *failure;
-    const char *advice; ///< Where the service gives no reason.
+    const char *words;
 };
 
-constexpr Words WORDS[] = {
-    {Error::Success, "done", ""},
-    {Error::Unspecified, "failed", "; the log of the places service may say why"},
-    {Error::RefusedList, "a member of the list is not valid", ""},
-    {Error::InvalidArgument, "not possible with these arguments", "; see --help"},
-    {Error::Reserved, "failed", ""},
-    {Error::NotFound, "there is no such place", "; places find lists those that are there"},
-    {Error::AlreadyStored, "stored already", "; change it with places update"},
-    {Error::PermissionDenied, "not permitted", "; the places may be another user's"},
-    {Error::CommunicationFailed, "the places service could not be understood", "; it may be of another version"},
-    {Error::ServiceUnavailable, "no places service is running", "; start placesd"},
-    {Error::PlaceNotAcceptable, "the places service does not take such a place", ""},
-    {Error::StorageFailed, "the places service could not read or write its store", "; its log says why"},
-    {Error::LimitExceeded, "more than the places service allows", "; ask for less"},
-    {Error::Busy, "the places service is busy", "; try again"},
-    {Error::TimedOut, "the places service took too long", "; try again, or ask for less"},
-    {Error::NotUnderstood, "the places service does not know this request", "; it may be of an older version"},
-    {Error::ProviderFailed, "a provider of places failed", "; the log of the places service says why"},
-    {Error::BackupFailed, "the backup was not made", "; the log of the places service says why"},
-    {Error::RestoreFailed, "the backup was not restored", "; the log of the places service says why"},
+/// What a user can do where the service gives no reason.
+constexpr Advice ADVICE[] = {
+    {Error::Unspecified, "the log of the places service may say why"},
+    {Error::InvalidArgument, "see --help"},
+    {Error::NotFound, "places find lists those that are there"},
+    {Error::AlreadyStored, "change it with places update"},
+    {Error::PermissionDenied, "the places may be another user's"},
+    {Error::CommunicationFailed, "it may be of another version"},
+    {Error::ServiceUnavailable, "start placesd"},
+    {Error::StorageFailed, "its log says why"},
+    {Error::LimitExceeded, "ask for less"},
+    {Error::Busy, "try again"},
+    {Error::TimedOut, "try again, or ask for less"},
+    {Error::NotUnderstood, "it may be of an older version"},
+    {Error::ProviderFailed, "the log of the places service says why"},
+    {Error::BackupFailed, "the log of the places service says why"},
+    {Error::RestoreFailed, "the log of the places service says why"},
 };
 
-/// Unspecified stands for an error that a newer library may have.
-const Words &wordsFor(Error::Type error)
+/// Empty when there is none.
+QString adviceFor(Error::Type error)
 {
-    const auto *const found =
-        std::find_if(std::begin(WORDS), std::end(WORDS), [error](const Words &words) { return words.error == error; });
-    return found == std::end(WORDS) ? WORDS[Error::Unspecified] : *found;
+    const auto *const found = std::find_if(std::begin(ADVICE), std::end(ADVICE),
+                                           [error](const Advice &advice) { return advice.error == error; });
+    return found == std::end(ADVICE) ? QString() : QLatin1String("; ") + QLatin1String(found->words);
 }
 
 } // namespace
@@ -72,9 +68,7 @@ void complain(const QString &where, const QString &problem)
 
 QString textOf(Error::Type outcome, const QString &reason)
 {
-    const Words &words = wordsFor(outcome);
-    const QString failure = QLatin1String(words.failure);
-    return reason.isEmpty() ? failure + QLatin1String(words.advice) : failure + QStringLiteral(": ") + reason;
+    return errorString(outcome) + (reason.isEmpty() ? adviceFor(outcome) : QLatin1String(": ") + reason);
 }
 
 ExitStatus statusOf(Error::Type outcome)
