@@ -90,4 +90,8 @@ private:
     Q_DISABLE_COPY(AbstractPlace)
 };
 
+/// For debugging: number, name and position. A place is an object: a pointer to one is written in the same way.
+PLACES_EXPORT QDebug operator<<(QDebug debug, const AbstractPlace &place);
+PLACES_EXPORT QDebug operator<<(QDebug debug, const AbstractPlace *place);
+
 } // namespace vela::platform::places

@@ -18,8 +18,15 @@ public:
     /// An address of which nothing is known.
     Address();
     Address(const Address &other);
+    /// Takes the value of `other`, which is an address of which nothing is known from then on.
+    Address(Address &&other) noexcept;
     Address &operator=(const Address &other);
+    Address &operator=(Address &&other) noexcept;
     ~Address();
+
+    /// Exchanges the values without a copy.
+    void swap(Address &other) noexcept { d.swap(other.d); }
+    friend void swap(Address &left, Address &right) noexcept { left.swap(right); }
 
     /// A line made to be shown, such as the name of a building; when set it stands for the whole address.
     [[nodiscard]] QString label() const;
@@ -89,4 +96,10 @@ private:
     ValuePointer<AddressPrivate> d;
 };
 
+/// For debugging: the address as one line.
+PLACES_EXPORT QDebug operator<<(QDebug debug, const Address &address);
+
 } // namespace vela::platform::places
+
+Q_DECLARE_TYPEINFO(vela::platform::places::Address, Q_MOVABLE_TYPE);
+Q_DECLARE_METATYPE(vela::platform::places::Address)

@@ -34,8 +34,15 @@ public:
     /// A record of a type that the service stores under `id`.
     AuxiliaryData(qint64 id, const QString &type);
     AuxiliaryData(const AuxiliaryData &other);
+    /// Takes the value of `other`, which is a record without a type from then on.
+    AuxiliaryData(AuxiliaryData &&other) noexcept;
     AuxiliaryData &operator=(const AuxiliaryData &other);
+    AuxiliaryData &operator=(AuxiliaryData &&other) noexcept;
     ~AuxiliaryData();
+
+    /// Exchanges the values without a copy.
+    void swap(AuxiliaryData &other) noexcept { d.swap(other.d); }
+    friend void swap(AuxiliaryData &left, AuxiliaryData &right) noexcept { left.swap(right); }
 
     /// Number given by the service; -1 when not stored.
     [[nodiscard]] qint64 id() const;
@@ -81,6 +88,10 @@ private:
     ValuePointer<AuxiliaryDataPrivate> d;
 };
 
+/// For debugging: type, numbers and keys; the texts under the keys may be private.
+PLACES_EXPORT QDebug operator<<(QDebug debug, const AuxiliaryData &data);
+
 } // namespace vela::platform::places
 
 Q_DECLARE_TYPEINFO(vela::platform::places::AuxiliaryData, Q_MOVABLE_TYPE);
+Q_DECLARE_METATYPE(vela::platform::places::AuxiliaryData)

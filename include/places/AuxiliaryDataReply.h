@@ -6,8 +6,6 @@
 #include <places/Global.h>
 
 #include <QtCore/QList>
-#include <QtCore/QMetaType>
-#include <QtCore/QSharedDataPointer>
 #include <QtCore/QSharedPointer>
 #include <QtCore/QString>
 #include <QtCore/QVariant>
@@ -24,8 +22,15 @@ class PLACES_EXPORT AuxiliaryDataReply
 public:
     AuxiliaryDataReply();
     AuxiliaryDataReply(const AuxiliaryDataReply &other);
+    /// Takes the value of `other`, which is a reply to no request from then on.
+    AuxiliaryDataReply(AuxiliaryDataReply &&other) noexcept;
     AuxiliaryDataReply &operator=(const AuxiliaryDataReply &other);
+    AuxiliaryDataReply &operator=(AuxiliaryDataReply &&other) noexcept;
     virtual ~AuxiliaryDataReply();
+
+    /// Exchanges the values without a copy.
+    void swap(AuxiliaryDataReply &other) noexcept { d.swap(other.d); }
+    friend void swap(AuxiliaryDataReply &left, AuxiliaryDataReply &right) noexcept { left.swap(right); }
 
     /// Outcome of the request.
     [[nodiscard]] Error::Type status() const;
@@ -40,13 +45,17 @@ public:
 
 private:
     friend class AuxiliaryDataReplyData;
-    QSharedDataPointer<AuxiliaryDataReplyData> d;
+    SharedValuePointer<AuxiliaryDataReplyData> d;
 };
 
 /// Compares all values but the reason; the place by identity, not by content.
 PLACES_EXPORT bool operator==(const AuxiliaryDataReply &left, const AuxiliaryDataReply &right);
 PLACES_EXPORT bool operator!=(const AuxiliaryDataReply &left, const AuxiliaryDataReply &right);
 
+/// For debugging: status, reason, place and records.
+PLACES_EXPORT QDebug operator<<(QDebug debug, const AuxiliaryDataReply &reply);
+
 } // namespace vela::platform::places
 
+Q_DECLARE_TYPEINFO(vela::platform::places::AuxiliaryDataReply, Q_MOVABLE_TYPE);
 Q_DECLARE_METATYPE(vela::platform::places::AuxiliaryDataReply)

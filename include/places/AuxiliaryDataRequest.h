@@ -4,8 +4,6 @@
 #include <places/Global.h>
 #include <places/Provider.h>
 
-#include <QtCore/QMetaType>
-#include <QtCore/QSharedDataPointer>
 #include <QtCore/QSharedPointer>
 #include <QtCore/QString>
 #include <QtCore/QVariant>
@@ -22,8 +20,15 @@ class PLACES_EXPORT AuxiliaryDataRequest
 public:
     AuxiliaryDataRequest();
     AuxiliaryDataRequest(const AuxiliaryDataRequest &other);
+    /// Takes the value of `other`, which is a request without a place from then on.
+    AuxiliaryDataRequest(AuxiliaryDataRequest &&other) noexcept;
     AuxiliaryDataRequest &operator=(const AuxiliaryDataRequest &other);
+    AuxiliaryDataRequest &operator=(AuxiliaryDataRequest &&other) noexcept;
     virtual ~AuxiliaryDataRequest();
+
+    /// Exchanges the values without a copy.
+    void swap(AuxiliaryDataRequest &other) noexcept { d.swap(other.d); }
+    friend void swap(AuxiliaryDataRequest &left, AuxiliaryDataRequest &right) noexcept { left.swap(right); }
 
     /// The place whose data is wanted; null when unset.
     [[nodiscard]] QSharedPointer<AbstractPlace> place() const;
@@ -58,13 +63,17 @@ public:
 
 private:
     friend class AuxiliaryDataRequestData;
-    QSharedDataPointer<AuxiliaryDataRequestData> d;
+    SharedValuePointer<AuxiliaryDataRequestData> d;
 };
 
 /// Compares all values; the place by identity, not by content.
 PLACES_EXPORT bool operator==(const AuxiliaryDataRequest &left, const AuxiliaryDataRequest &right);
 PLACES_EXPORT bool operator!=(const AuxiliaryDataRequest &left, const AuxiliaryDataRequest &right);
 
+/// For debugging: place, type and what else is set.
+PLACES_EXPORT QDebug operator<<(QDebug debug, const AuxiliaryDataRequest &request);
+
 } // namespace vela::platform::places
 
+Q_DECLARE_TYPEINFO(vela::platform::places::AuxiliaryDataRequest, Q_MOVABLE_TYPE);
 Q_DECLARE_METATYPE(vela::platform::places::AuxiliaryDataRequest)

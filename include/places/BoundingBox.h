@@ -15,8 +15,15 @@ public:
     /// A box without corners; it is not valid.
     BoundingBox();
     BoundingBox(const BoundingBox &other);
+    /// Takes the value of `other`, which is a box without corners from then on.
+    BoundingBox(BoundingBox &&other) noexcept;
     BoundingBox &operator=(const BoundingBox &other);
+    BoundingBox &operator=(BoundingBox &&other) noexcept;
     ~BoundingBox();
+
+    /// Exchanges the values without a copy.
+    void swap(BoundingBox &other) noexcept { d.swap(other.d); }
+    friend void swap(BoundingBox &left, BoundingBox &right) noexcept { left.swap(right); }
 
     /// North-west corner; invalid when unset.
     [[nodiscard]] Coordinates topLeft() const;
@@ -31,10 +38,17 @@ public:
 
     /// Compares the corners by the rules of Coordinates.
     bool operator==(const BoundingBox &other) const;
+    bool operator!=(const BoundingBox &other) const;
 
 private:
     friend class BoundingBoxPrivate;
     ValuePointer<BoundingBoxPrivate> d;
 };
 
+/// For debugging: the corners.
+PLACES_EXPORT QDebug operator<<(QDebug debug, const BoundingBox &box);
+
 } // namespace vela::platform::places
+
+Q_DECLARE_TYPEINFO(vela::platform::places::BoundingBox, Q_MOVABLE_TYPE);
+Q_DECLARE_METATYPE(vela::platform::places::BoundingBox)

@@ -20,8 +20,15 @@ public:
     /// A view of a copy of `data`, whatever its type.
     explicit CalendarAuxiliaryData(const AuxiliaryData &data);
     CalendarAuxiliaryData(const CalendarAuxiliaryData &other);
+    /// Takes the value of `other`, which is a new, empty record from then on.
+    CalendarAuxiliaryData(CalendarAuxiliaryData &&other) noexcept;
     CalendarAuxiliaryData &operator=(const CalendarAuxiliaryData &other);
+    CalendarAuxiliaryData &operator=(CalendarAuxiliaryData &&other) noexcept;
     ~CalendarAuxiliaryData();
+
+    /// Exchanges the values without a copy.
+    void swap(CalendarAuxiliaryData &other) noexcept { d.swap(other.d); }
+    friend void swap(CalendarAuxiliaryData &left, CalendarAuxiliaryData &right) noexcept { left.swap(right); }
 
     /// What the event is about; empty when unset.
     [[nodiscard]] QString subject() const;
@@ -53,4 +60,10 @@ private:
     ValuePointer<CalendarAuxiliaryDataPrivate> d;
 };
 
+/// For debugging: subject and times.
+PLACES_EXPORT QDebug operator<<(QDebug debug, const CalendarAuxiliaryData &entry);
+
 } // namespace vela::platform::places
+
+Q_DECLARE_TYPEINFO(vela::platform::places::CalendarAuxiliaryData, Q_MOVABLE_TYPE);
+Q_DECLARE_METATYPE(vela::platform::places::CalendarAuxiliaryData)

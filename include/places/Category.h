@@ -4,7 +4,6 @@
 #include <places/Global.h>
 
 #include <QtCore/QList>
-#include <QtCore/QSharedDataPointer>
 #include <QtCore/QString>
 
 namespace vela::platform::places
@@ -18,8 +17,15 @@ class PLACES_EXPORT Category
 public:
     Category();
     Category(const Category &other);
+    /// Takes the value of `other`, which is a category without a code from then on.
+    Category(Category &&other) noexcept;
     Category &operator=(const Category &other);
+    Category &operator=(Category &&other) noexcept;
     ~Category();
+
+    /// Exchanges the values without a copy.
+    void swap(Category &other) noexcept { d.swap(other.d); }
+    friend void swap(Category &left, Category &right) noexcept { left.swap(right); }
 
     /// The provider's code of the category; empty when unset.
     [[nodiscard]] QString code() const;
@@ -30,7 +36,13 @@ public:
     void setChildren(const QList<Category> &children);
 
 private:
-    QSharedDataPointer<CategoryData> d;
+    SharedValuePointer<CategoryData> d;
 };
 
+/// For debugging: code and children.
+PLACES_EXPORT QDebug operator<<(QDebug debug, const Category &category);
+
 } // namespace vela::platform::places
+
+Q_DECLARE_TYPEINFO(vela::platform::places::Category, Q_MOVABLE_TYPE);
+Q_DECLARE_METATYPE(vela::platform::places::Category)

@@ -20,8 +20,15 @@ public:
     /// A view of a copy of `data`, whatever its type.
     explicit ContactAuxiliaryData(const AuxiliaryData &data);
     ContactAuxiliaryData(const ContactAuxiliaryData &other);
+    /// Takes the value of `other`, which is a new, empty record from then on.
+    ContactAuxiliaryData(ContactAuxiliaryData &&other) noexcept;
     ContactAuxiliaryData &operator=(const ContactAuxiliaryData &other);
+    ContactAuxiliaryData &operator=(ContactAuxiliaryData &&other) noexcept;
     ~ContactAuxiliaryData();
+
+    /// Exchanges the values without a copy.
+    void swap(ContactAuxiliaryData &other) noexcept { d.swap(other.d); }
+    friend void swap(ContactAuxiliaryData &left, ContactAuxiliaryData &right) noexcept { left.swap(right); }
 
     /// Identifier of the contact in the address book.
     [[nodiscard]] QString externalId() const;
@@ -71,4 +78,10 @@ private:
     ValuePointer<ContactAuxiliaryDataPrivate> d;
 };
 
+/// For debugging: numbers and full name; the rest of a contact is private.
+PLACES_EXPORT QDebug operator<<(QDebug debug, const ContactAuxiliaryData &contact);
+
 } // namespace vela::platform::places
+
+Q_DECLARE_TYPEINFO(vela::platform::places::ContactAuxiliaryData, Q_MOVABLE_TYPE);
+Q_DECLARE_METATYPE(vela::platform::places::ContactAuxiliaryData)

@@ -17,8 +17,15 @@ public:
     /// A point whose altitude and accuracies are not known.
     Coordinates(double latitude, double longitude);
     Coordinates(const Coordinates &other);
+    /// Takes the value of `other`, which is a point of which nothing is known from then on.
+    Coordinates(Coordinates &&other) noexcept;
     Coordinates &operator=(const Coordinates &other);
+    Coordinates &operator=(Coordinates &&other) noexcept;
     ~Coordinates();
+
+    /// Exchanges the values without a copy.
+    void swap(Coordinates &other) noexcept { d.swap(other.d); }
+    friend void swap(Coordinates &left, Coordinates &right) noexcept { left.swap(right); }
 
     /// Degrees, -90 (south) to 90 (north); NaN when unknown.
     [[nodiscard]] double latitude() const;
@@ -53,4 +60,10 @@ private:
     ValuePointer<CoordinatesPrivate> d;
 };
 
+/// For debugging: the components that are known.
+PLACES_EXPORT QDebug operator<<(QDebug debug, const Coordinates &point);
+
 } // namespace vela::platform::places
+
+Q_DECLARE_TYPEINFO(vela::platform::places::Coordinates, Q_MOVABLE_TYPE);
+Q_DECLARE_METATYPE(vela::platform::places::Coordinates)

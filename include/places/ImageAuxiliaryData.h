@@ -14,6 +14,7 @@ class PLACES_EXPORT ImageAuxiliaryData : public SharedAuxiliaryDataView<ImageDat
 {
 public:
     using SharedAuxiliaryDataView::SharedAuxiliaryDataView;
+    friend void swap(ImageAuxiliaryData &left, ImageAuxiliaryData &right) noexcept { left.swap(right); }
 
     /// True when the record is of type "lbs-image" and url() is a valid URL.
     [[nodiscard]] bool isValid() const;
@@ -22,4 +23,10 @@ public:
     void setDescription(const QString &description);
 };
 
+/// For debugging: description and web address.
+PLACES_EXPORT QDebug operator<<(QDebug debug, const ImageAuxiliaryData &image);
+
 } // namespace vela::platform::places
+
+Q_DECLARE_TYPEINFO(vela::platform::places::ImageAuxiliaryData, Q_MOVABLE_TYPE);
+Q_DECLARE_METATYPE(vela::platform::places::ImageAuxiliaryData)

@@ -21,9 +21,16 @@ public:
     explicit Location(qint64 id);
     /// Copies everything but the zoom, which reads -1 in the copy.
     Location(const Location &other);
+    /// Takes everything but the zoom, as a copy does. `other` is a location of which nothing is known from then on.
+    Location(Location &&other) noexcept;
     /// Assigns everything but the zoom, which stays as it is.
     Location &operator=(const Location &other);
+    Location &operator=(Location &&other) noexcept;
     virtual ~Location();
+
+    /// Exchanges everything but the zoom without a copy.
+    void swap(Location &other) noexcept;
+    friend void swap(Location &left, Location &right) noexcept { left.swap(right); }
 
     /// Number given by the service; -1 when not stored.
     [[nodiscard]] qint64 id() const;
@@ -62,4 +69,10 @@ private:
     ValuePointer<LocationPrivate> d;
 };
 
+/// For debugging: number, position, address and what else is set.
+PLACES_EXPORT QDebug operator<<(QDebug debug, const Location &location);
+
 } // namespace vela::platform::places
+
+Q_DECLARE_TYPEINFO(vela::platform::places::Location, Q_MOVABLE_TYPE);
+Q_DECLARE_METATYPE(vela::platform::places::Location)

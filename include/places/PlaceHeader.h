@@ -21,6 +21,7 @@ public:
         Present = 1, ///< 1: the full place has it.
         Absent = 2,  ///< 2: the full place does not have it.
     };
+    Q_ENUM(Presence)
 
     PlaceHeader();
     ~PlaceHeader() override;

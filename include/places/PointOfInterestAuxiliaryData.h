@@ -24,8 +24,18 @@ public:
     /// A view of a copy of `data`, whatever its type; isValid() tells whether the type is right.
     explicit PointOfInterestAuxiliaryData(const AuxiliaryData &data);
     PointOfInterestAuxiliaryData(const PointOfInterestAuxiliaryData &other);
+    /// Takes the value of `other`, which is a new, empty record from then on.
+    PointOfInterestAuxiliaryData(PointOfInterestAuxiliaryData &&other) noexcept;
     PointOfInterestAuxiliaryData &operator=(const PointOfInterestAuxiliaryData &other);
+    PointOfInterestAuxiliaryData &operator=(PointOfInterestAuxiliaryData &&other) noexcept;
     ~PointOfInterestAuxiliaryData();
+
+    /// Exchanges the values without a copy.
+    void swap(PointOfInterestAuxiliaryData &other) noexcept { d.swap(other.d); }
+    friend void swap(PointOfInterestAuxiliaryData &left, PointOfInterestAuxiliaryData &right) noexcept
+    {
+        left.swap(right);
+    }
 
     /// True when the record is of type "poi".
     [[nodiscard]] bool isValid() const;
@@ -94,4 +104,10 @@ private:
     ValuePointer<PointOfInterestAuxiliaryDataPrivate> d;
 };
 
+/// For debugging: name and category.
+PLACES_EXPORT QDebug operator<<(QDebug debug, const PointOfInterestAuxiliaryData &details);
+
 } // namespace vela::platform::places
+
+Q_DECLARE_TYPEINFO(vela::platform::places::PointOfInterestAuxiliaryData, Q_MOVABLE_TYPE);
+Q_DECLARE_METATYPE(vela::platform::places::PointOfInterestAuxiliaryData)

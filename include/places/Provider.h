@@ -3,7 +3,6 @@
 
 #include <places/Global.h>
 
-#include <QtCore/QExplicitlySharedDataPointer>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 #include <QtCore/QUrl>
@@ -20,8 +19,15 @@ public:
     /// No provider: not valid.
     Provider();
     Provider(const Provider &other);
+    /// Takes the value of `other`, which is no provider from then on.
+    Provider(Provider &&other) noexcept;
     Provider &operator=(const Provider &other);
+    Provider &operator=(Provider &&other) noexcept;
     virtual ~Provider();
+
+    /// Exchanges the values without a copy.
+    void swap(Provider &other) noexcept { d.swap(other.d); }
+    friend void swap(Provider &left, Provider &right) noexcept { left.swap(right); }
 
     /// Name that identifies the provider; empty for no provider.
     [[nodiscard]] QString name() const;
@@ -36,7 +42,7 @@ public:
 
 private:
     friend class ProviderData;
-    QExplicitlySharedDataPointer<ProviderData> d;
+    SharedValuePointer<ProviderData, QExplicitlySharedDataPointer<ProviderData>> d;
 };
 
 /// Compares name and URL: the provider is the same whatever it can be asked for.
@@ -45,4 +51,10 @@ PLACES_EXPORT bool operator!=(const Provider &left, const Provider &right);
 /// Agrees with operator==.
 PLACES_EXPORT unsigned int qHash(const Provider &provider);
 
+/// For debugging: name and web address, without a password that stands in it.
+PLACES_EXPORT QDebug operator<<(QDebug debug, const Provider &provider);
+
 } // namespace vela::platform::places
+
+Q_DECLARE_TYPEINFO(vela::platform::places::Provider, Q_MOVABLE_TYPE);
+Q_DECLARE_METATYPE(vela::platform::places::Provider)

@@ -17,6 +17,7 @@ class PLACES_EXPORT ReviewAuxiliaryData : public SharedAuxiliaryDataView<ReviewD
 {
 public:
     using SharedAuxiliaryDataView::SharedAuxiliaryDataView;
+    friend void swap(ReviewAuxiliaryData &left, ReviewAuxiliaryData &right) noexcept { left.swap(right); }
 
     /// True when the record is of type "lbs-review" and has a rating.
     [[nodiscard]] bool isValid() const;
@@ -45,4 +46,10 @@ public:
     void setCreationTime(const QDateTime &time);
 };
 
+/// For debugging: rating and title.
+PLACES_EXPORT QDebug operator<<(QDebug debug, const ReviewAuxiliaryData &review);
+
 } // namespace vela::platform::places
+
+Q_DECLARE_TYPEINFO(vela::platform::places::ReviewAuxiliaryData, Q_MOVABLE_TYPE);
+Q_DECLARE_METATYPE(vela::platform::places::ReviewAuxiliaryData)

@@ -16,9 +16,17 @@ public:
     SearchHandle();
     /// Copies the find and its position, but not the way back: a copy pages forwards only.
     SearchHandle(const SearchHandle &other);
+    /// Takes the find and its position, but not the way back, as a copy does. `other` is a handle of no find from then
+    /// on.
+    SearchHandle(SearchHandle &&other) noexcept;
     /// Assigns the find and its position; the way back stays the target's own.
     SearchHandle &operator=(const SearchHandle &other);
+    SearchHandle &operator=(SearchHandle &&other) noexcept;
     ~SearchHandle();
+
+    /// Exchanges the finds and their positions without a copy; the way back stays with each handle.
+    void swap(SearchHandle &other) noexcept;
+    friend void swap(SearchHandle &left, SearchHandle &right) noexcept { left.swap(right); }
 
     /// True when the service has more results than were fetched.
     [[nodiscard]] bool hasMoreData() const;
@@ -28,4 +36,10 @@ private:
     ValuePointer<SearchHandlePrivate> d;
 };
 
+/// For debugging: where the next page starts, and whether there is one.
+PLACES_EXPORT QDebug operator<<(QDebug debug, const SearchHandle &handle);
+
 } // namespace vela::platform::places
+
+Q_DECLARE_TYPEINFO(vela::platform::places::SearchHandle, Q_MOVABLE_TYPE);
+Q_DECLARE_METATYPE(vela::platform::places::SearchHandle)

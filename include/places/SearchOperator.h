@@ -3,13 +3,17 @@
 
 #include <places/Global.h>
 
+#include <QtCore/QObject>
+
 namespace vela::platform::places
 {
 
 /// How a search rule compares. Names and auxiliary data compare without regard to case and accents; owners, tags and
 /// types compare exactly.
-struct SearchOperator
+struct PLACES_EXPORT SearchOperator
 {
+    Q_GADGET
+public:
     enum Type : int
     {
         None = 1,           ///< 1: the rule does not compare.
@@ -21,6 +25,7 @@ struct SearchOperator
         Contains = 7,       ///< 7: every word of the term starts a word of the text.
         EndsWith = 8,       ///< 8: the text ends with the term.
     };
+    Q_ENUM(Type)
 };
 
 } // namespace vela::platform::places

@@ -6,7 +6,6 @@
 #include <places/SearchResultGroup.h>
 
 #include <QtCore/QList>
-#include <QtCore/QMetaType>
 #include <QtCore/QSharedPointer>
 #include <QtCore/QString>
 
@@ -22,8 +21,15 @@ class PLACES_EXPORT SearchResult
 public:
     SearchResult();
     SearchResult(const SearchResult &other);
+    /// Takes the value of `other`, which is a result of no group from then on.
+    SearchResult(SearchResult &&other) noexcept;
     SearchResult &operator=(const SearchResult &other);
+    SearchResult &operator=(SearchResult &&other) noexcept;
     ~SearchResult();
+
+    /// Exchanges the values without a copy.
+    void swap(SearchResult &other) noexcept { d.swap(other.d); }
+    friend void swap(SearchResult &left, SearchResult &right) noexcept { left.swap(right); }
 
     /// The group that was searched; SearchResultGroup::None when unset.
     [[nodiscard]] SearchResultGroup::Type source() const;
@@ -39,6 +45,10 @@ private:
     ValuePointer<SearchResultPrivate> d;
 };
 
+/// For debugging: the group, how many places were found, and why it failed.
+PLACES_EXPORT QDebug operator<<(QDebug debug, const SearchResult &result);
+
 } // namespace vela::platform::places
 
+Q_DECLARE_TYPEINFO(vela::platform::places::SearchResult, Q_MOVABLE_TYPE);
 Q_DECLARE_METATYPE(vela::platform::places::SearchResult)

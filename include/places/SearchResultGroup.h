@@ -3,12 +3,16 @@
 
 #include <places/Global.h>
 
+#include <QtCore/QObject>
+
 namespace vela::platform::places
 {
 
 /// The groups that a search can ask for, each a search of its own.
-struct SearchResultGroup
+struct PLACES_EXPORT SearchResultGroup
 {
+    Q_GADGET
+public:
     enum Type : int
     {
         None = 0,                 ///< 0: no group.
@@ -26,6 +30,7 @@ struct SearchResultGroup
         NonContacts = 14,         ///< 14: stored places that are no contact's.
         Remote = 16,              ///< 16: places of remote providers, by category or name.
     };
+    Q_ENUM(Type)
 };
 
 } // namespace vela::platform::places

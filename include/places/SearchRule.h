@@ -20,37 +20,45 @@ public:
     /// The empty rule: every stored place.
     SearchRule();
     SearchRule(const SearchRule &other);
+    /// Takes the value of `other`, which is the empty rule from then on.
+    SearchRule(SearchRule &&other) noexcept;
     SearchRule &operator=(const SearchRule &other);
+    SearchRule &operator=(SearchRule &&other) noexcept;
     ~SearchRule();
 
+    /// Exchanges the values without a copy.
+    void swap(SearchRule &other) noexcept { d.swap(other.d); }
+    friend void swap(SearchRule &left, SearchRule &right) noexcept { left.swap(right); }
+
     /// Places with auxiliary data under a key that compares so.
-    static SearchRule createAuxiliaryKeyRule(SearchOperator::Type op, const QString &key);
+    [[nodiscard]] static SearchRule createAuxiliaryKeyRule(SearchOperator::Type op, const QString &key);
     /// Places with auxiliary data whose value compares so, under any key.
-    static SearchRule createAuxiliaryValueRule(SearchOperator::Type op, const QString &value);
+    [[nodiscard]] static SearchRule createAuxiliaryValueRule(SearchOperator::Type op, const QString &value);
     /// Places with auxiliary data under exactly this key whose value compares so.
-    static SearchRule createAuxiliaryPairRule(const QString &key, SearchOperator::Type op, const QString &value);
+    [[nodiscard]] static SearchRule createAuxiliaryPairRule(const QString &key, SearchOperator::Type op,
+                                                            const QString &value);
     /// Places last used at a time, in seconds since 1970-01-01T00:00:00 UTC, that compares so.
-    static SearchRule createLastUsedTimeRule(SearchOperator::Type op, unsigned int time);
+    [[nodiscard]] static SearchRule createLastUsedTimeRule(SearchOperator::Type op, unsigned int time);
     /// Places whose name compares so; case and accents do not count.
-    static SearchRule createNameRule(SearchOperator::Type op, const QString &name);
+    [[nodiscard]] static SearchRule createNameRule(SearchOperator::Type op, const QString &name);
     /// Places by the application that added them.
-    static SearchRule createOwnerRule(SearchOperator::Type op, const QString &owner);
+    [[nodiscard]] static SearchRule createOwnerRule(SearchOperator::Type op, const QString &owner);
     /// Places with a tag that compares so.
-    static SearchRule createTagRule(SearchOperator::Type op, const QString &tag);
+    [[nodiscard]] static SearchRule createTagRule(SearchOperator::Type op, const QString &tag);
     /// Places with auxiliary data of a type that compares so.
-    static SearchRule createTypeRule(SearchOperator::Type op, const QString &type);
+    [[nodiscard]] static SearchRule createTypeRule(SearchOperator::Type op, const QString &type);
     /// Points of interest of remote providers, by name.
-    static SearchRule createPOINameRule(const QString &text);
+    [[nodiscard]] static SearchRule createPOINameRule(const QString &text);
     /// Places that remote providers find for an address.
-    static SearchRule createGeocodeAddressRule(const QString &text);
+    [[nodiscard]] static SearchRule createGeocodeAddressRule(const QString &text);
     /// Places of contacts, by name.
-    static SearchRule createContactQueryRule(const QString &text);
+    [[nodiscard]] static SearchRule createContactQueryRule(const QString &text);
     /// Places that both rules select.
-    static SearchRule createAndRule(const SearchRule &a, const SearchRule &b);
+    [[nodiscard]] static SearchRule createAndRule(const SearchRule &a, const SearchRule &b);
     /// Places that either rule selects.
-    static SearchRule createOrRule(const SearchRule &a, const SearchRule &b);
+    [[nodiscard]] static SearchRule createOrRule(const SearchRule &a, const SearchRule &b);
     /// Places that were picked recently.
-    static SearchRule createRecentlyPickedRule();
+    [[nodiscard]] static SearchRule createRecentlyPickedRule();
 
     /// True when both rules are built alike; the order within an "and" or an "or" does not count.
     bool operator==(const SearchRule &other) const;
@@ -62,4 +70,10 @@ private:
     QSharedPointer<SearchRulePrivate> d;
 };
 
+/// For debugging: the rule as an expression.
+PLACES_EXPORT QDebug operator<<(QDebug debug, const SearchRule &rule);
+
 } // namespace vela::platform::places
+
+Q_DECLARE_TYPEINFO(vela::platform::places::SearchRule, Q_MOVABLE_TYPE);
+Q_DECLARE_METATYPE(vela::platform::places::SearchRule)

@@ -3,7 +3,6 @@
 
 #include <places/AuxiliaryData.h>
 
-#include <QtCore/QSharedDataPointer>
 #include <QtCore/QUrl>
 
 namespace vela::platform::places
@@ -20,8 +19,14 @@ public:
     /// A view of a copy of `data`, whatever its type; isValid() of the view tells whether the type is right.
     explicit SharedAuxiliaryDataView(const AuxiliaryData &data);
     SharedAuxiliaryDataView(const SharedAuxiliaryDataView &other);
+    /// Takes the record of `other`, which is a new, empty one from then on.
+    SharedAuxiliaryDataView(SharedAuxiliaryDataView &&other) noexcept;
     SharedAuxiliaryDataView &operator=(const SharedAuxiliaryDataView &other);
+    SharedAuxiliaryDataView &operator=(SharedAuxiliaryDataView &&other) noexcept;
     ~SharedAuxiliaryDataView();
+
+    /// Exchanges the records without a copy.
+    void swap(SharedAuxiliaryDataView &other) noexcept { d.swap(other.d); }
 
     /// Web address; empty when unknown.
     [[nodiscard]] QUrl url() const;
@@ -50,7 +55,7 @@ protected:
     void setText(const QString &key, const QString &value);
 
 private:
-    QSharedDataPointer<Data> d;
+    SharedValuePointer<Data> d;
 };
 
 } // namespace vela::platform::places

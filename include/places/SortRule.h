@@ -4,6 +4,7 @@
 #include <places/Coordinates.h>
 #include <places/Global.h>
 
+#include <QtCore/QObject>
 #include <QtCore/QSharedPointer>
 
 namespace vela::platform::places
@@ -12,8 +13,10 @@ namespace vela::platform::places
 class SortRulePrivate;
 
 /// What a find sorts by.
-struct SortField
+struct PLACES_EXPORT SortField
 {
+    Q_GADGET
+public:
     enum Type : int
     {
         Relevance = 0,    ///< 0: usage count, then time of last use.
@@ -23,16 +26,20 @@ struct SortField
         UpdateTime = 4,   ///< 4: time of last change.
         UsageCount = 5,   ///< 5: number of uses.
     };
+    Q_ENUM(Type)
 };
 
 /// Which end of the order comes first.
-struct SortOrder
+struct PLACES_EXPORT SortOrder
 {
+    Q_GADGET
+public:
     enum Type : int
     {
         Ascending = 1,  ///< 1: smallest, earliest or nearest first.
         Descending = 2, ///< 2: largest, latest or farthest first.
     };
+    Q_ENUM(Type)
 };
 
 /// Says in which order a find returns its places. A rule never changes once it is made; copies share it.
@@ -42,12 +49,19 @@ public:
     /// By relevance, most relevant first.
     SortRule();
     SortRule(const SortRule &other);
+    /// Takes the value of `other`, which is the default rule from then on.
+    SortRule(SortRule &&other) noexcept;
     SortRule &operator=(const SortRule &other);
+    SortRule &operator=(SortRule &&other) noexcept;
     ~SortRule();
 
-    static SortRule createSimpleSortRule(SortField::Type field, SortOrder::Type order);
+    /// Exchanges the values without a copy.
+    void swap(SortRule &other) noexcept { d.swap(other.d); }
+    friend void swap(SortRule &left, SortRule &right) noexcept { left.swap(right); }
+
+    [[nodiscard]] static SortRule createSimpleSortRule(SortField::Type field, SortOrder::Type order);
     /// By distance from a point; places without a position come last.
-    static SortRule createDistanceSortRule(const Coordinates &centre, SortOrder::Type order);
+    [[nodiscard]] static SortRule createDistanceSortRule(const Coordinates &centre, SortOrder::Type order);
 
     bool operator==(const SortRule &other) const;
     bool operator!=(const SortRule &other) const;
@@ -58,4 +72,10 @@ private:
     QSharedPointer<SortRulePrivate> d;
 };
 
+/// For debugging: field or point, and order.
+PLACES_EXPORT QDebug operator<<(QDebug debug, const SortRule &rule);
+
 } // namespace vela::platform::places
+
+Q_DECLARE_TYPEINFO(vela::platform::places::SortRule, Q_MOVABLE_TYPE);
+Q_DECLARE_METATYPE(vela::platform::places::SortRule)

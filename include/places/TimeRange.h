@@ -3,8 +3,6 @@
 
 #include <places/Global.h>
 
-#include <QtCore/QSharedDataPointer>
-
 namespace vela::platform::places
 {
 
@@ -16,8 +14,15 @@ class PLACES_EXPORT TimeRange
 public:
     TimeRange();
     TimeRange(const TimeRange &other);
+    /// Takes the value of `other`, which is 0:00 to 0:00 from then on.
+    TimeRange(TimeRange &&other) noexcept;
     TimeRange &operator=(const TimeRange &other);
+    TimeRange &operator=(TimeRange &&other) noexcept;
     ~TimeRange();
+
+    /// Exchanges the values without a copy.
+    void swap(TimeRange &other) noexcept { d.swap(other.d); }
+    friend void swap(TimeRange &left, TimeRange &right) noexcept { left.swap(right); }
 
     /// Hour, 0 to 23.
     [[nodiscard]] short startHour() const;
@@ -36,7 +41,13 @@ public:
     bool operator!=(const TimeRange &other) const;
 
 private:
-    QSharedDataPointer<TimeRangeData> d;
+    SharedValuePointer<TimeRangeData> d;
 };
 
+/// For debugging: "TimeRange(09:00-17:30)".
+PLACES_EXPORT QDebug operator<<(QDebug debug, const TimeRange &range);
+
 } // namespace vela::platform::places
+
+Q_DECLARE_TYPEINFO(vela::platform::places::TimeRange, Q_MOVABLE_TYPE);
+Q_DECLARE_METATYPE(vela::platform::places::TimeRange)

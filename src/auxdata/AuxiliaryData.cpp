@@ -3,6 +3,7 @@
 #include "places/AuxiliaryData.h"
 
 #include "auxdata/AuxiliaryDataPrivate.h"
+#include "model/DebugParts.h"
 
 namespace vela::platform::places
 {
@@ -78,7 +79,9 @@ AuxiliaryData::AuxiliaryData(qint64 id, const QString &type)
 }
 
 AuxiliaryData::AuxiliaryData(const AuxiliaryData &other) = default;
+AuxiliaryData::AuxiliaryData(AuxiliaryData &&other) noexcept = default;
 AuxiliaryData &AuxiliaryData::operator=(const AuxiliaryData &other) = default;
+AuxiliaryData &AuxiliaryData::operator=(AuxiliaryData &&other) noexcept = default;
 AuxiliaryData::~AuxiliaryData() = default;
 
 qint64 AuxiliaryData::id() const
@@ -160,6 +163,19 @@ bool AuxiliaryData::operator==(const AuxiliaryData &other) const
 bool AuxiliaryData::operator!=(const AuxiliaryData &other) const
 {
     return !(*this == other);
+}
+
+QDebug operator<<(QDebug debug, const AuxiliaryData &data)
+{
+    DebugParts parts(debug, "AuxiliaryData");
+    parts.addIf(!data.type().isEmpty(), data.type());
+    if (data.id() != -1)
+        parts.addLabelled("id", data.id());
+    if (!data.externalId().isEmpty())
+        parts.addLabelled("external id", data.externalId());
+    if (!data.properties().isEmpty())
+        parts.addLabelled("keys", QStringList(data.properties().keys()).join(QLatin1Char(' ')));
+    return debug;
 }
 
 } // namespace vela::platform::places

@@ -3,6 +3,7 @@
 #include "places/AuxiliaryDataReply.h"
 
 #include "auxdata/AuxiliaryDataReplyData.h"
+#include "model/DebugParts.h"
 
 namespace vela::platform::places
 {
@@ -18,7 +19,9 @@ AuxiliaryDataReply::AuxiliaryDataReply()
 {}
 
 AuxiliaryDataReply::AuxiliaryDataReply(const AuxiliaryDataReply &other) = default;
+AuxiliaryDataReply::AuxiliaryDataReply(AuxiliaryDataReply &&other) noexcept = default;
 AuxiliaryDataReply &AuxiliaryDataReply::operator=(const AuxiliaryDataReply &other) = default;
+AuxiliaryDataReply &AuxiliaryDataReply::operator=(AuxiliaryDataReply &&other) noexcept = default;
 AuxiliaryDataReply::~AuxiliaryDataReply() = default;
 
 Error::Type AuxiliaryDataReply::status() const
@@ -54,6 +57,16 @@ bool operator==(const AuxiliaryDataReply &left, const AuxiliaryDataReply &right)
 bool operator!=(const AuxiliaryDataReply &left, const AuxiliaryDataReply &right)
 {
     return !(left == right);
+}
+
+QDebug operator<<(QDebug debug, const AuxiliaryDataReply &reply)
+{
+    DebugParts(debug, "AuxiliaryDataReply")
+        .addName(reply.status())
+        .addIf(!reply.reason().isEmpty(), reply.reason())
+        .addIf(!reply.place().isNull(), reply.place().data())
+        .addCount(reply.data().size(), "record");
+    return debug;
 }
 
 } // namespace vela::platform::places

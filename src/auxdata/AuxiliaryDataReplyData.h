@@ -13,8 +13,8 @@ class AuxiliaryDataReplyData : public QSharedData
 {
 public:
     /// The data of a reply, to be filled. The reply no longer shares it with its copies.
-    static AuxiliaryDataReplyData *fromPublic(AuxiliaryDataReply &reply) { return reply.d.data(); }
-    static const AuxiliaryDataReplyData *fromPublic(const AuxiliaryDataReply &reply) { return reply.d.constData(); }
+    static AuxiliaryDataReplyData *fromPublic(AuxiliaryDataReply &reply) { return reply.d.get(); }
+    static const AuxiliaryDataReplyData *fromPublic(const AuxiliaryDataReply &reply) { return reply.d.get(); }
 
     bool operator==(const AuxiliaryDataReplyData &other) const;
 

@@ -3,6 +3,7 @@
 #include "places/AuxiliaryDataRequest.h"
 
 #include "auxdata/AuxiliaryDataRequestData.h"
+#include "model/DebugParts.h"
 
 namespace vela::platform::places
 {
@@ -19,7 +20,9 @@ AuxiliaryDataRequest::AuxiliaryDataRequest()
 {}
 
 AuxiliaryDataRequest::AuxiliaryDataRequest(const AuxiliaryDataRequest &other) = default;
+AuxiliaryDataRequest::AuxiliaryDataRequest(AuxiliaryDataRequest &&other) noexcept = default;
 AuxiliaryDataRequest &AuxiliaryDataRequest::operator=(const AuxiliaryDataRequest &other) = default;
+AuxiliaryDataRequest &AuxiliaryDataRequest::operator=(AuxiliaryDataRequest &&other) noexcept = default;
 AuxiliaryDataRequest::~AuxiliaryDataRequest() = default;
 
 QSharedPointer<AbstractPlace> AuxiliaryDataRequest::place() const
@@ -105,6 +108,20 @@ bool operator==(const AuxiliaryDataRequest &left, const AuxiliaryDataRequest &ri
 bool operator!=(const AuxiliaryDataRequest &left, const AuxiliaryDataRequest &right)
 {
     return !(left == right);
+}
+
+QDebug operator<<(QDebug debug, const AuxiliaryDataRequest &request)
+{
+    DebugParts parts(debug, "AuxiliaryDataRequest");
+    parts.addIf(request.isValid(), request.place().data())
+        .addIf(!request.dataType().isEmpty(), request.dataType())
+        .addIf(request.isRemoteDataOnly(), "remote only")
+        .addIf(request.provider().isValid(), request.provider());
+    if (request.offset() != 0)
+        parts.addLabelled("offset", request.offset());
+    if (request.limit() != -1)
+        parts.addLabelled("limit", request.limit());
+    return debug;
 }
 
 } // namespace vela::platform::places

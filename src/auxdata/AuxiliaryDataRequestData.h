@@ -12,10 +12,7 @@ namespace vela::platform::places
 class AuxiliaryDataRequestData : public QSharedData
 {
 public:
-    static const AuxiliaryDataRequestData *fromPublic(const AuxiliaryDataRequest &request)
-    {
-        return request.d.constData();
-    }
+    static const AuxiliaryDataRequestData *fromPublic(const AuxiliaryDataRequest &request) { return request.d.get(); }
 
     bool operator==(const AuxiliaryDataRequestData &other) const;
 

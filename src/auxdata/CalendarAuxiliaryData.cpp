@@ -4,6 +4,7 @@
 
 #include "auxdata/CalendarAuxiliaryDataPrivate.h"
 #include "auxdata/UnixTime.h"
+#include "model/DebugParts.h"
 
 #include <sstream>
 
@@ -60,7 +61,9 @@ CalendarAuxiliaryData::CalendarAuxiliaryData(const AuxiliaryData &data)
 {}
 
 CalendarAuxiliaryData::CalendarAuxiliaryData(const CalendarAuxiliaryData &other) = default;
+CalendarAuxiliaryData::CalendarAuxiliaryData(CalendarAuxiliaryData &&other) noexcept = default;
 CalendarAuxiliaryData &CalendarAuxiliaryData::operator=(const CalendarAuxiliaryData &other) = default;
+CalendarAuxiliaryData &CalendarAuxiliaryData::operator=(CalendarAuxiliaryData &&other) noexcept = default;
 CalendarAuxiliaryData::~CalendarAuxiliaryData() = default;
 
 QString CalendarAuxiliaryData::subject() const
@@ -121,6 +124,15 @@ bool CalendarAuxiliaryData::operator==(const CalendarAuxiliaryData &other) const
 bool CalendarAuxiliaryData::operator!=(const CalendarAuxiliaryData &other) const
 {
     return !(*this == other);
+}
+
+QDebug operator<<(QDebug debug, const CalendarAuxiliaryData &entry)
+{
+    DebugParts(debug, "CalendarAuxiliaryData")
+        .addIf(!entry.subject().isEmpty(), entry.subject())
+        .addIf(entry.startTime().isValid(), entry.startTime().toString(Qt::ISODate))
+        .addIf(entry.endTime().isValid(), entry.endTime().toString(Qt::ISODate));
+    return debug;
 }
 
 } // namespace vela::platform::places

@@ -3,6 +3,7 @@
 #include "places/ContactAuxiliaryData.h"
 
 #include "auxdata/ContactAuxiliaryDataPrivate.h"
+#include "model/DebugParts.h"
 
 namespace vela::platform::places
 {
@@ -39,7 +40,9 @@ ContactAuxiliaryData::ContactAuxiliaryData(const AuxiliaryData &data)
 {}
 
 ContactAuxiliaryData::ContactAuxiliaryData(const ContactAuxiliaryData &other) = default;
+ContactAuxiliaryData::ContactAuxiliaryData(ContactAuxiliaryData &&other) noexcept = default;
 ContactAuxiliaryData &ContactAuxiliaryData::operator=(const ContactAuxiliaryData &other) = default;
+ContactAuxiliaryData &ContactAuxiliaryData::operator=(ContactAuxiliaryData &&other) noexcept = default;
 ContactAuxiliaryData::~ContactAuxiliaryData() = default;
 
 QString ContactAuxiliaryData::externalId() const
@@ -165,6 +168,15 @@ bool ContactAuxiliaryData::operator==(const ContactAuxiliaryData &other) const
 bool ContactAuxiliaryData::operator!=(const ContactAuxiliaryData &other) const
 {
     return !(*this == other);
+}
+
+QDebug operator<<(QDebug debug, const ContactAuxiliaryData &contact)
+{
+    DebugParts(debug, "ContactAuxiliaryData")
+        .addLabelled("account", contact.accountId())
+        .addLabelled("contact", contact.contactId())
+        .addIf(!contact.fullName().isEmpty(), contact.fullName());
+    return debug;
 }
 
 } // namespace vela::platform::places

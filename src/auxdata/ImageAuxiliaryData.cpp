@@ -3,6 +3,7 @@
 #include "places/ImageAuxiliaryData.h"
 
 #include "auxdata/SharedAuxiliaryData.h"
+#include "model/DebugParts.h"
 
 namespace vela::platform::places
 {
@@ -31,6 +32,14 @@ QString ImageAuxiliaryData::description() const
 void ImageAuxiliaryData::setDescription(const QString &description)
 {
     setText(QStringLiteral("description"), description);
+}
+
+QDebug operator<<(QDebug debug, const ImageAuxiliaryData &image)
+{
+    DebugParts(debug, "ImageAuxiliaryData")
+        .addIf(!image.description().isEmpty(), image.description())
+        .addIf(!image.url().isEmpty(), image.url().toDisplayString());
+    return debug;
 }
 
 } // namespace vela::platform::places

@@ -4,6 +4,7 @@
 
 #include "auxdata/AuxiliaryDataPrivate.h"
 #include "auxdata/PointOfInterestAuxiliaryDataPrivate.h"
+#include "model/DebugParts.h"
 #include "protocol/PPSDecoder.h"
 #include "protocol/PPSEncoder.h"
 
@@ -193,8 +194,11 @@ PointOfInterestAuxiliaryData::PointOfInterestAuxiliaryData(const AuxiliaryData &
 {}
 
 PointOfInterestAuxiliaryData::PointOfInterestAuxiliaryData(const PointOfInterestAuxiliaryData &other) = default;
+PointOfInterestAuxiliaryData::PointOfInterestAuxiliaryData(PointOfInterestAuxiliaryData &&other) noexcept = default;
 PointOfInterestAuxiliaryData &
 PointOfInterestAuxiliaryData::operator=(const PointOfInterestAuxiliaryData &other) = default;
+PointOfInterestAuxiliaryData &
+PointOfInterestAuxiliaryData::operator=(PointOfInterestAuxiliaryData &&other) noexcept = default;
 PointOfInterestAuxiliaryData::~PointOfInterestAuxiliaryData() = default;
 
 bool PointOfInterestAuxiliaryData::isValid() const
@@ -370,6 +374,14 @@ bool PointOfInterestAuxiliaryData::operator==(const PointOfInterestAuxiliaryData
 bool PointOfInterestAuxiliaryData::operator!=(const PointOfInterestAuxiliaryData &other) const
 {
     return !(*this == other);
+}
+
+QDebug operator<<(QDebug debug, const PointOfInterestAuxiliaryData &details)
+{
+    DebugParts(debug, "PointOfInterestAuxiliaryData")
+        .addIf(!details.name().isEmpty(), details.name())
+        .addIf(!details.category().isEmpty(), details.category());
+    return debug;
 }
 
 } // namespace vela::platform::places

@@ -3,6 +3,7 @@
 #include "places/ReservationAuxiliaryData.h"
 
 #include "auxdata/SharedAuxiliaryData.h"
+#include "model/DebugParts.h"
 
 namespace vela::platform::places
 {
@@ -21,6 +22,13 @@ template class SharedAuxiliaryDataView<ReservationData>;
 bool ReservationAuxiliaryData::isValid() const
 {
     return isOfType(AuxiliaryData::TypeReservation) && url().isValid();
+}
+
+QDebug operator<<(QDebug debug, const ReservationAuxiliaryData &reservation)
+{
+    DebugParts(debug, "ReservationAuxiliaryData")
+        .addIf(!reservation.url().isEmpty(), reservation.url().toDisplayString());
+    return debug;
 }
 
 } // namespace vela::platform::places

@@ -4,6 +4,7 @@
 
 #include "auxdata/SharedAuxiliaryData.h"
 #include "auxdata/UnixTime.h"
+#include "model/DebugParts.h"
 
 #include <cmath>
 #include <limits>
@@ -86,6 +87,14 @@ QDateTime ReviewAuxiliaryData::creationTime() const
 void ReviewAuxiliaryData::setCreationTime(const QDateTime &time)
 {
     auxiliaryData().addQVariantProperty(QStringLiteral("creationTime"), unixtime::fromDateTime(time));
+}
+
+QDebug operator<<(QDebug debug, const ReviewAuxiliaryData &review)
+{
+    DebugParts(debug, "ReviewAuxiliaryData")
+        .addNumber(review.rating())
+        .addIf(!review.title().isEmpty(), review.title());
+    return debug;
 }
 
 } // namespace vela::platform::places

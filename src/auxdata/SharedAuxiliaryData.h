@@ -39,7 +39,12 @@ SharedAuxiliaryDataView<Data>::SharedAuxiliaryDataView(const AuxiliaryData &data
 template <typename Data>
 SharedAuxiliaryDataView<Data>::SharedAuxiliaryDataView(const SharedAuxiliaryDataView &other) = default;
 template <typename Data>
+SharedAuxiliaryDataView<Data>::SharedAuxiliaryDataView(SharedAuxiliaryDataView &&other) noexcept = default;
+template <typename Data>
 SharedAuxiliaryDataView<Data> &SharedAuxiliaryDataView<Data>::operator=(const SharedAuxiliaryDataView &other) = default;
+template <typename Data>
+SharedAuxiliaryDataView<Data> &
+SharedAuxiliaryDataView<Data>::operator=(SharedAuxiliaryDataView &&other) noexcept = default;
 template <typename Data>
 SharedAuxiliaryDataView<Data>::~SharedAuxiliaryDataView() = default;
 

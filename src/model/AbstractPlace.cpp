@@ -3,6 +3,8 @@
 #include "places/AbstractPlace.h"
 
 #include "model/AbstractPlacePrivate.h"
+#include "model/DebugParts.h"
+#include "places/PlaceHeader.h"
 
 #include <utility>
 
@@ -146,6 +148,23 @@ QUrl AbstractPlace::primaryUrl() const
 QUrl AbstractPlace::mapUrl() const
 {
     return d->mapUrl();
+}
+
+QDebug operator<<(QDebug debug, const AbstractPlace &place)
+{
+    DebugParts parts(debug, qobject_cast<const PlaceHeader *>(&place) ? "PlaceHeader" : "Place");
+    if (place.isPersisted())
+        parts.addLabelled("id", place.id());
+    parts.addIf(!place.name().isEmpty(), place.name()).addIf(place.hasCoordinates(), place.primaryCoordinates());
+    return debug;
+}
+
+QDebug operator<<(QDebug debug, const AbstractPlace *place)
+{
+    if (place)
+        return debug << *place;
+    DebugParts(debug, "Place").add("null");
+    return debug;
 }
 
 } // namespace vela::platform::places

@@ -3,6 +3,7 @@
 #include "places/Address.h"
 
 #include "model/AddressPrivate.h"
+#include "model/DebugParts.h"
 
 #include <QtCore/QLatin1String>
 
@@ -130,7 +131,9 @@ Address::Address()
 {}
 
 Address::Address(const Address &other) = default;
+Address::Address(Address &&other) noexcept = default;
 Address &Address::operator=(const Address &other) = default;
+Address &Address::operator=(Address &&other) noexcept = default;
 Address::~Address() = default;
 
 QString Address::label() const
@@ -301,6 +304,13 @@ bool Address::operator==(const Address &other) const
 bool Address::operator!=(const Address &other) const
 {
     return !(*this == other);
+}
+
+QDebug operator<<(QDebug debug, const Address &address)
+{
+    const QString label = AddressPrivate::privateFromPublic(&address)->unifiedLabel();
+    DebugParts(debug, "Address").addIf(!address.isEmpty(), label);
+    return debug;
 }
 
 } // namespace vela::platform::places

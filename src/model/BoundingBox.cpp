@@ -3,6 +3,7 @@
 #include "places/BoundingBox.h"
 
 #include "model/BoundingBoxPrivate.h"
+#include "model/DebugParts.h"
 
 namespace vela::platform::places
 {
@@ -12,7 +13,9 @@ BoundingBox::BoundingBox()
 {}
 
 BoundingBox::BoundingBox(const BoundingBox &other) = default;
+BoundingBox::BoundingBox(BoundingBox &&other) noexcept = default;
 BoundingBox &BoundingBox::operator=(const BoundingBox &other) = default;
+BoundingBox &BoundingBox::operator=(BoundingBox &&other) noexcept = default;
 BoundingBox::~BoundingBox() = default;
 
 Coordinates BoundingBox::topLeft() const
@@ -43,6 +46,17 @@ bool BoundingBox::isValid() const
 bool BoundingBox::operator==(const BoundingBox &other) const
 {
     return *d == *other.d;
+}
+
+bool BoundingBox::operator!=(const BoundingBox &other) const
+{
+    return !(*this == other);
+}
+
+QDebug operator<<(QDebug debug, const BoundingBox &box)
+{
+    DebugParts(debug, "BoundingBox").add(box.topLeft()).add(box.bottomRight());
+    return debug;
 }
 
 } // namespace vela::platform::places

@@ -2,6 +2,8 @@
 
 #include "places/Category.h"
 
+#include "model/DebugParts.h"
+
 #include <QtCore/QSharedData>
 
 namespace vela::platform::places
@@ -19,7 +21,9 @@ Category::Category()
 {}
 
 Category::Category(const Category &other) = default;
+Category::Category(Category &&other) noexcept = default;
 Category &Category::operator=(const Category &other) = default;
+Category &Category::operator=(Category &&other) noexcept = default;
 Category::~Category() = default;
 
 QString Category::code() const
@@ -40,6 +44,15 @@ QList<Category> Category::children() const
 void Category::setChildren(const QList<Category> &children)
 {
     d->children = children;
+}
+
+QDebug operator<<(QDebug debug, const Category &category)
+{
+    DebugParts parts(debug, "Category");
+    parts.addIf(!category.code().isEmpty(), category.code());
+    if (!category.children().isEmpty())
+        parts.addLabelled("children", category.children().size());
+    return debug;
 }
 
 } // namespace vela::platform::places

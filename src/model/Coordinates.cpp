@@ -3,6 +3,7 @@
 #include "places/Coordinates.h"
 
 #include "model/CoordinatesPrivate.h"
+#include "model/DebugParts.h"
 
 namespace vela::platform::places
 {
@@ -30,7 +31,9 @@ Coordinates::Coordinates(double latitude, double longitude)
 }
 
 Coordinates::Coordinates(const Coordinates &other) = default;
+Coordinates::Coordinates(Coordinates &&other) noexcept = default;
 Coordinates &Coordinates::operator=(const Coordinates &other) = default;
+Coordinates &Coordinates::operator=(Coordinates &&other) noexcept = default;
 Coordinates::~Coordinates() = default;
 
 double Coordinates::latitude() const
@@ -96,6 +99,15 @@ bool Coordinates::operator==(const Coordinates &other) const
 bool Coordinates::operator!=(const Coordinates &other) const
 {
     return !(*this == other);
+}
+
+QDebug operator<<(QDebug debug, const Coordinates &point)
+{
+    DebugParts parts(debug, "Coordinates");
+    if (!qIsNaN(point.latitude()) || !qIsNaN(point.longitude()))
+        parts.addNumber(point.latitude()).addNumber(point.longitude());
+    parts.addNumber(point.altitude(), " m");
+    return debug;
 }
 
 } // namespace vela::platform::places

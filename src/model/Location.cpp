@@ -3,7 +3,10 @@
 #include "places/Location.h"
 
 #include "model/AddressPrivate.h"
+#include "model/DebugParts.h"
 #include "model/LocationPrivate.h"
+
+#include <utility>
 
 namespace vela::platform::places
 {
@@ -58,6 +61,31 @@ Location::Location(qint64 id)
 Location::Location(const Location &other) = default;
 Location &Location::operator=(const Location &other) = default;
 Location::~Location() = default;
+
+Location::Location(Location &&other) noexcept
+    : d(std::move(other.d))
+{
+    if (zoom() != LocationPrivate::NO_ZOOM)
+        setZoom(LocationPrivate::NO_ZOOM);
+}
+
+Location &Location::operator=(Location &&other) noexcept
+{
+    if (this != &other)
+        Location(std::move(other)).swap(*this);
+    return *this;
+}
+
+void Location::swap(Location &other) noexcept
+{
+    const int ownZoom = zoom();
+    const int otherZoom = other.zoom();
+    d.swap(other.d);
+    if (ownZoom == otherZoom)
+        return;
+    setZoom(ownZoom);
+    other.setZoom(otherZoom);
+}
 
 qint64 Location::id() const
 {
@@ -132,6 +160,21 @@ bool Location::operator==(const Location &other) const
 bool Location::operator!=(const Location &other) const
 {
     return !(*this == other);
+}
+
+QDebug operator<<(QDebug debug, const Location &location)
+{
+    DebugParts parts(debug, "Location");
+    if (location.id() != -1)
+        parts.addLabelled("id", location.id());
+    parts.addIf(location.coordinates() != Coordinates(), location.coordinates())
+        .addIf(!location.address().isEmpty(), location.address());
+    if (!location.virtualData().isEmpty())
+        parts.addName(location.virtualDataType()).add(location.virtualData());
+    parts.addIf(location.boundingBox().isValid(), location.boundingBox());
+    if (location.zoom() != LocationPrivate::NO_ZOOM)
+        parts.addLabelled("zoom", location.zoom());
+    return debug;
 }
 
 } // namespace vela::platform::places

@@ -9,6 +9,8 @@ namespace vela::platform::places
 class LocationPrivate
 {
 public:
+    static constexpr int NO_ZOOM = -1;
+
     LocationPrivate() = default;
     explicit LocationPrivate(qint64 id)
         : m_id(id)
@@ -44,7 +46,7 @@ public:
     Coordinates m_coordinates;
     QString m_virtualData;
     VirtualLocationType::Type m_virtualDataType = VirtualLocationType::None;
-    int m_zoom = -1;
+    int m_zoom = NO_ZOOM;
     QString m_addressUsedToGeocode;
     BoundingBox m_boundingBox;
 };

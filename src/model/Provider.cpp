@@ -2,6 +2,7 @@
 
 #include "places/Provider.h"
 
+#include "model/DebugParts.h"
 #include "model/ProviderData.h"
 
 #include <QtCore/QHash>
@@ -14,7 +15,9 @@ Provider::Provider()
 {}
 
 Provider::Provider(const Provider &other) = default;
+Provider::Provider(Provider &&other) noexcept = default;
 Provider &Provider::operator=(const Provider &other) = default;
+Provider &Provider::operator=(Provider &&other) noexcept = default;
 Provider::~Provider() = default;
 
 QString Provider::name() const
@@ -55,6 +58,14 @@ bool operator!=(const Provider &left, const Provider &right)
 unsigned int qHash(const Provider &provider)
 {
     return (::qHash(provider.name()) + 119U) * 17U + ::qHash(provider.url().toString());
+}
+
+QDebug operator<<(QDebug debug, const Provider &provider)
+{
+    DebugParts(debug, "Provider")
+        .addIf(provider.isValid(), provider.name())
+        .addIf(!provider.url().isEmpty(), provider.url().toDisplayString());
+    return debug;
 }
 
 } // namespace vela::platform::places

@@ -12,8 +12,8 @@ class ProviderData : public QSharedData
 {
 public:
     /// The data of a provider, to be filled; every copy of the provider sees the change.
-    static ProviderData *fromPublic(Provider &provider) { return provider.d.data(); }
-    static const ProviderData *fromPublic(const Provider &provider) { return provider.d.constData(); }
+    static ProviderData *fromPublic(Provider &provider) { return provider.d.get(); }
+    static const ProviderData *fromPublic(const Provider &provider) { return provider.d.get(); }
 
     QString name;
     QUrl url;

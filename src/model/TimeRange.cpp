@@ -2,6 +2,8 @@
 
 #include "places/TimeRange.h"
 
+#include "model/DebugParts.h"
+
 #include <QtCore/QSharedData>
 
 namespace vela::platform::places
@@ -21,7 +23,9 @@ TimeRange::TimeRange()
 {}
 
 TimeRange::TimeRange(const TimeRange &other) = default;
+TimeRange::TimeRange(TimeRange &&other) noexcept = default;
 TimeRange &TimeRange::operator=(const TimeRange &other) = default;
+TimeRange &TimeRange::operator=(TimeRange &&other) noexcept = default;
 TimeRange::~TimeRange() = default;
 
 short TimeRange::startHour() const
@@ -73,6 +77,14 @@ bool TimeRange::operator==(const TimeRange &other) const
 bool TimeRange::operator!=(const TimeRange &other) const
 {
     return !(*this == other);
+}
+
+QDebug operator<<(QDebug debug, const TimeRange &range)
+{
+    const QString text = QString::asprintf("%02d:%02d-%02d:%02d", range.startHour(), range.startMinute(),
+                                           range.endHour(), range.endMinute());
+    DebugParts(debug, "TimeRange").add(qPrintable(text));
+    return debug;
 }
 
 } // namespace vela::platform::places

@@ -2,13 +2,25 @@
 
 #include "places/SearchHandle.h"
 
+#include "model/DebugParts.h"
 #include "search/SearchHandlePrivate.h"
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace vela::platform::places
 {
+
+namespace
+{
+
+bool hasIndices(const ValuePointer<SearchHandlePrivate> &handle)
+{
+    return !handle->indices().empty();
+}
+
+} // namespace
 
 SearchHandlePrivate::SearchHandlePrivate(const SearchHandlePrivate &other)
     : SearchHandlePrivate()
@@ -51,9 +63,38 @@ SearchHandle::SearchHandle(const SearchHandle &other) = default;
 SearchHandle &SearchHandle::operator=(const SearchHandle &other) = default;
 SearchHandle::~SearchHandle() = default;
 
+SearchHandle::SearchHandle(SearchHandle &&other) noexcept
+    : d(std::move(other.d))
+{
+    if (hasIndices(d))
+        d->clearIndices();
+}
+
+SearchHandle &SearchHandle::operator=(SearchHandle &&other) noexcept
+{
+    if (this != &other)
+        SearchHandle(std::move(other)).swap(*this);
+    return *this;
+}
+
+void SearchHandle::swap(SearchHandle &other) noexcept
+{
+    d.swap(other.d);
+    if (hasIndices(d) || hasIndices(other.d))
+        d->swapIndices(*other.d);
+}
+
 bool SearchHandle::hasMoreData() const
 {
     return d->hasMoreData();
+}
+
+QDebug operator<<(QDebug debug, const SearchHandle &handle)
+{
+    DebugParts(debug, "SearchHandle")
+        .addLabelled("next", SearchHandlePrivate::privateFromPublic(&handle)->index())
+        .addIf(handle.hasMoreData(), "more");
+    return debug;
 }
 
 } // namespace vela::platform::places

@@ -24,6 +24,7 @@ public:
     SearchHandlePrivate &operator=(const SearchHandlePrivate &other);
 
     static SearchHandlePrivate *privateFromPublic(SearchHandle *handle) { return handle->d.get(); }
+    static const SearchHandlePrivate *privateFromPublic(const SearchHandle *handle) { return handle->d.get(); }
 
     const SearchRule &searchRule() const { return m_searchRule; }
     void setSearchRule(const SearchRule &rule) { m_searchRule = rule; }
@@ -50,6 +51,8 @@ public:
     const std::vector<IndexMapping> &indices() const { return m_indices; }
     /// Replaces the mapping at a position that has one; any other is appended, and a gap is not filled.
     void addIndexMapping(int position, int primary, int secondary);
+    void clearIndices() noexcept { m_indices.clear(); }
+    void swapIndices(SearchHandlePrivate &other) noexcept { m_indices.swap(other.m_indices); }
 
 private:
     SearchRule m_searchRule;

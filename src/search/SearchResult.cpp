@@ -2,6 +2,7 @@
 
 #include "places/SearchResult.h"
 
+#include "model/DebugParts.h"
 #include "search/SearchResultPrivate.h"
 
 namespace vela::platform::places
@@ -12,7 +13,9 @@ SearchResult::SearchResult()
 {}
 
 SearchResult::SearchResult(const SearchResult &other) = default;
+SearchResult::SearchResult(SearchResult &&other) noexcept = default;
 SearchResult &SearchResult::operator=(const SearchResult &other) = default;
+SearchResult &SearchResult::operator=(SearchResult &&other) noexcept = default;
 SearchResult::~SearchResult() = default;
 
 SearchResultGroup::Type SearchResult::source() const
@@ -33,6 +36,16 @@ QList<QSharedPointer<AbstractPlace>> SearchResult::result() const
 QString SearchResult::reason() const
 {
     return d->reason();
+}
+
+QDebug operator<<(QDebug debug, const SearchResult &result)
+{
+    DebugParts(debug, "SearchResult")
+        .addName(result.source())
+        .addCount(result.result().size(), "place")
+        .addIf(result.handle().hasMoreData(), "more")
+        .addIf(!result.reason().isEmpty(), result.reason());
+    return debug;
 }
 
 } // namespace vela::platform::places

@@ -2,9 +2,12 @@
 
 #include "places/SearchRule.h"
 
+#include "model/DebugParts.h"
 #include "places/Utilities.h"
 #include "search/RuleMembers.h"
 #include "search/SearchRulePrivate.h"
+
+#include <utility>
 
 namespace vela::platform::places
 {
@@ -41,6 +44,54 @@ Node combine(Node a, Node b)
         return b;
     }
     return std::make_unique<Connective>(std::move(a), std::move(b));
+}
+
+QString expressionOf(const SearchRulePrivate *rule);
+
+QString joined(const ConnectiveRule &connective, const char *separator)
+{
+    QStringList members;
+    for (const SearchRulePrivate *member : connective.getRules())
+        members.append(expressionOf(member));
+    return QLatin1Char('(') + members.join(QLatin1String(separator)) + QLatin1Char(')');
+}
+
+QString quoted(const std::string &utf8)
+{
+    QString text;
+    QDebug(&text).nospace() << QString::fromStdString(utf8);
+    return text;
+}
+
+QString comparison(SearchRulePrivate::Field field, SearchOperator::Type op, const QString &value)
+{
+    return QString::fromLatin1(DebugParts::nameOf(field) + ' ' + DebugParts::nameOf(op) + ' ') + value;
+}
+
+/// A rule for a person to read: `(Name Contains "lake" and RecentlyPicked)`.
+QString expressionOf(const SearchRulePrivate *rule)
+{
+    if (const auto *text = dynamic_cast<const UnaryRule<std::string> *>(rule))
+        return comparison(text->getField(), text->getOperator(), quoted(text->getValue()));
+    if (const auto *number = dynamic_cast<const UnaryRule<int> *>(rule))
+        return comparison(number->getField(), number->getOperator(),
+                          QString::number(static_cast<unsigned int>(number->getValue())));
+    if (const auto *nullary = dynamic_cast<const NullaryRule *>(rule))
+        return QString::fromLatin1(DebugParts::nameOf(nullary->getField()));
+    if (const auto *conjunction = dynamic_cast<const AndRule *>(rule))
+        return joined(*conjunction, " and ");
+    if (const auto *disjunction = dynamic_cast<const OrRule *>(rule))
+        return joined(*disjunction, " or ");
+    if (const auto *disjoint = dynamic_cast<const DisjointRule *>(rule))
+        return joined(*disjoint, "");
+    return QStringLiteral("any place");
+}
+
+/// What a rule holds that was moved from. It is never destroyed: a static rule of an application may outlive ours.
+const QSharedPointer<SearchRulePrivate> &newRule()
+{
+    static const auto *const rule = new QSharedPointer<SearchRulePrivate>(new SearchRulePrivate);
+    return *rule;
 }
 
 } // namespace
@@ -275,6 +326,18 @@ SearchRule::SearchRule(const SearchRule &other) = default;
 SearchRule &SearchRule::operator=(const SearchRule &other) = default;
 SearchRule::~SearchRule() = default;
 
+SearchRule::SearchRule(SearchRule &&other) noexcept
+    : d(newRule())
+{
+    d.swap(other.d);
+}
+
+SearchRule &SearchRule::operator=(SearchRule &&other) noexcept
+{
+    SearchRule(std::move(other)).swap(*this);
+    return *this;
+}
+
 SearchRule SearchRule::createAuxiliaryKeyRule(SearchOperator::Type op, const QString &key)
 {
     return SearchRule(SearchRulePrivate::createAuxiliaryKeyRule(op, key).release());
@@ -353,6 +416,14 @@ bool SearchRule::operator==(const SearchRule &other) const
 bool SearchRule::operator!=(const SearchRule &other) const
 {
     return !(*this == other);
+}
+
+QDebug operator<<(QDebug debug, const SearchRule &rule)
+{
+    DebugParts parts(debug, "SearchRule");
+    if (rule != SearchRule())
+        parts.add(qUtf8Printable(expressionOf(SearchRulePrivate::privateFromPublic(rule))));
+    return debug;
 }
 
 } // namespace vela::platform::places

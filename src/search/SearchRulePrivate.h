@@ -15,6 +15,7 @@ namespace vela::platform::places
 /// A node of a rule tree. On its own it is the empty rule.
 class SearchRulePrivate
 {
+    Q_GADGET
 public:
     /// What a leaf tests.
     enum Field : int
@@ -42,6 +43,7 @@ public:
         RemoteByName = 24,          ///< 24: places of the providers by name.
         RemoteByCategoryOrName = 25 ///< 25: places of the providers by category or name.
     };
+    Q_ENUM(Field)
 
     using Node = std::unique_ptr<SearchRulePrivate>;
 
@@ -54,7 +56,7 @@ public:
     virtual ~SearchRulePrivate();
 
     /// A copy that the caller owns.
-    virtual SearchRulePrivate *clone() const;
+    [[nodiscard]] virtual SearchRulePrivate *clone() const;
     virtual bool operator==(const SearchRulePrivate &other) const;
     virtual bool operator!=(const SearchRulePrivate &other) const;
 
@@ -64,35 +66,36 @@ public:
     /// Makes `rule` hold `owned`, which it owns from then on.
     static void setPrivate(SearchRule &rule, SearchRulePrivate *owned) { rule.d.reset(owned); }
 
-    static Node createAuxiliaryKeyRule(SearchOperator::Type op, const QString &key);
-    static Node createAuxiliaryValueRule(SearchOperator::Type op, const QString &value);
-    static Node createAuxiliaryPairRule(const QString &key, SearchOperator::Type op, const QString &value);
-    static Node createLastUsedTimeRule(SearchOperator::Type op, unsigned int time);
-    static Node createNameRule(SearchOperator::Type op, const QString &name);
-    static Node createOwnerRule(SearchOperator::Type op, const QString &owner);
-    static Node createTagRule(SearchOperator::Type op, const QString &tag);
-    static Node createTypeRule(SearchOperator::Type op, const QString &type);
-    static Node createRecentlyPickedRule();
-    static Node createRecentSearchTermsRule();
-    static Node createMyPlacesRule(const QString &owner);
-    static Node createExcludeFavoritesRule();
-    static Node createGeocodeAddressRule(const QString &text);
-    static Node createPOINameRule(const QString &text);
-    static Node createContactQueryRule(const QString &text);
-    static Node createNonContactQueryRule(const QString &text);
-    static Node createListFavoriteRule();
-    static Node createSuggestionRule(const QString &text);
-    static Node createPOICategoryRule(const QString &text);
-    static Node createPOICategorySuggestionRule(const QString &text);
-    static Node createMeetingRoomRule(const QString &text);
-    static Node createRemotePlacesRule(const QString &text, bool byCategory);
-    static Node createQueryRecentlyPickedRule(const QString &text);
-    static Node createQueryTagRule(SearchOperator::Type op, const QString &tag, const QString &text);
+    [[nodiscard]] static Node createAuxiliaryKeyRule(SearchOperator::Type op, const QString &key);
+    [[nodiscard]] static Node createAuxiliaryValueRule(SearchOperator::Type op, const QString &value);
+    [[nodiscard]] static Node createAuxiliaryPairRule(const QString &key, SearchOperator::Type op,
+                                                      const QString &value);
+    [[nodiscard]] static Node createLastUsedTimeRule(SearchOperator::Type op, unsigned int time);
+    [[nodiscard]] static Node createNameRule(SearchOperator::Type op, const QString &name);
+    [[nodiscard]] static Node createOwnerRule(SearchOperator::Type op, const QString &owner);
+    [[nodiscard]] static Node createTagRule(SearchOperator::Type op, const QString &tag);
+    [[nodiscard]] static Node createTypeRule(SearchOperator::Type op, const QString &type);
+    [[nodiscard]] static Node createRecentlyPickedRule();
+    [[nodiscard]] static Node createRecentSearchTermsRule();
+    [[nodiscard]] static Node createMyPlacesRule(const QString &owner);
+    [[nodiscard]] static Node createExcludeFavoritesRule();
+    [[nodiscard]] static Node createGeocodeAddressRule(const QString &text);
+    [[nodiscard]] static Node createPOINameRule(const QString &text);
+    [[nodiscard]] static Node createContactQueryRule(const QString &text);
+    [[nodiscard]] static Node createNonContactQueryRule(const QString &text);
+    [[nodiscard]] static Node createListFavoriteRule();
+    [[nodiscard]] static Node createSuggestionRule(const QString &text);
+    [[nodiscard]] static Node createPOICategoryRule(const QString &text);
+    [[nodiscard]] static Node createPOICategorySuggestionRule(const QString &text);
+    [[nodiscard]] static Node createMeetingRoomRule(const QString &text);
+    [[nodiscard]] static Node createRemotePlacesRule(const QString &text, bool byCategory);
+    [[nodiscard]] static Node createQueryRecentlyPickedRule(const QString &text);
+    [[nodiscard]] static Node createQueryTagRule(SearchOperator::Type op, const QString &tag, const QString &text);
 
     /// Both rules as one: added to `a` or, failing that, to `b` where one is of this kind already, so that chains stay
     /// flat.
-    static Node createAndRule(Node a, Node b);
-    static Node createOrRule(Node a, Node b);
+    [[nodiscard]] static Node createAndRule(Node a, Node b);
+    [[nodiscard]] static Node createOrRule(Node a, Node b);
 
 protected:
     bool isSameKind(const SearchRulePrivate &other) const { return typeid(*this) == typeid(other); }
@@ -108,7 +111,7 @@ public:
     explicit NullaryRule(Field field)
         : m_field(field)
     {}
-    NullaryRule *clone() const override { return new NullaryRule(m_field); }
+    [[nodiscard]] NullaryRule *clone() const override { return new NullaryRule(m_field); }
     bool operator==(const SearchRulePrivate &other) const override;
 
     Field getField() const { return m_field; }
@@ -127,7 +130,7 @@ public:
         , m_field(field)
         , m_value(std::move(value))
     {}
-    UnaryRule *clone() const override { return new UnaryRule(getOperator(), m_field, m_value); }
+    [[nodiscard]] UnaryRule *clone() const override { return new UnaryRule(getOperator(), m_field, m_value); }
     bool operator==(const SearchRulePrivate &other) const override
     {
         if (!isSameKind(other))
@@ -171,7 +174,7 @@ public:
     AndRule() = default;
     AndRule(Node a, Node b);
     using ConnectiveRule::append;
-    AndRule *clone() const override;
+    [[nodiscard]] AndRule *clone() const override;
 };
 
 /// Places that some member selects.
@@ -181,7 +184,7 @@ public:
     OrRule() = default;
     OrRule(Node a, Node b);
     using ConnectiveRule::append;
-    OrRule *clone() const override;
+    [[nodiscard]] OrRule *clone() const override;
 };
 
 /// A search of its own. Its one member is given when it is made.
@@ -190,7 +193,7 @@ class DisjointRule : public ConnectiveRule
 public:
     explicit DisjointRule(Node rule);
     /// A disjoint rule that holds the very same member, which lives as long as either.
-    DisjointRule *clone() const override;
+    [[nodiscard]] DisjointRule *clone() const override;
     /// Without effect; the rule stays the caller's.
     void addRule(const SearchRulePrivate *rule) override;
 

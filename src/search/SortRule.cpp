@@ -2,11 +2,37 @@
 
 #include "places/SortRule.h"
 
+#include "model/DebugParts.h"
 #include "search/RuleMembers.h"
 #include "search/SortRulePrivate.h"
 
+#include <utility>
+
 namespace vela::platform::places
 {
+
+namespace
+{
+
+void addTo(DebugParts &parts, const SortRulePrivate *rule)
+{
+    if (const auto *simple = dynamic_cast<const SimpleSortRule *>(rule))
+        parts.addName(simple->getType()).addName(simple->getOrder());
+    if (const auto *distance = dynamic_cast<const DistanceSortRule *>(rule))
+        parts.addLabelled("distance from", distance->getCoordinates()).addName(distance->getOrder());
+    if (const auto *combined = dynamic_cast<const CombinedSortRule *>(rule))
+        for (const SortRulePrivate *member : combined->getRules())
+            addTo(parts, member);
+}
+
+/// What a rule holds that was moved from. It is never destroyed: a static rule of an application may outlive ours.
+const QSharedPointer<SortRulePrivate> &newRule()
+{
+    static const auto *const rule = new QSharedPointer<SortRulePrivate>(new SimpleSortRule);
+    return *rule;
+}
+
+} // namespace
 
 SortRulePrivate::~SortRulePrivate() = default;
 
@@ -72,6 +98,18 @@ SortRule::SortRule(const SortRule &other) = default;
 SortRule &SortRule::operator=(const SortRule &other) = default;
 SortRule::~SortRule() = default;
 
+SortRule::SortRule(SortRule &&other) noexcept
+    : d(newRule())
+{
+    d.swap(other.d);
+}
+
+SortRule &SortRule::operator=(SortRule &&other) noexcept
+{
+    SortRule(std::move(other)).swap(*this);
+    return *this;
+}
+
 SortRule SortRule::createSimpleSortRule(SortField::Type field, SortOrder::Type order)
 {
     return SortRule(new SimpleSortRule(field, order));
@@ -90,6 +128,13 @@ bool SortRule::operator==(const SortRule &other) const
 bool SortRule::operator!=(const SortRule &other) const
 {
     return !(*this == other);
+}
+
+QDebug operator<<(QDebug debug, const SortRule &rule)
+{
+    DebugParts parts(debug, "SortRule");
+    addTo(parts, SortRulePrivate::privateFromPublic(rule));
+    return debug;
 }
 
 } // namespace vela::platform::places

@@ -130,7 +130,7 @@ TEST(AnAddress, TurnsLinesIntoATextAndBack)
     EXPECT_EQ(address.compactAddressLines(), (QStringList{QStringLiteral("x"), QString(), QStringLiteral("y")}));
 }
 
-TEST(ALocation, LosesItsZoomWhenCopied)
+TEST(ALocation, LosesItsZoomWhenCopiedAndMoved)
 {
     Location original(5);
     original.setZoom(12);
@@ -143,6 +143,19 @@ TEST(ALocation, LosesItsZoomWhenCopied)
     EXPECT_EQ(target.id(), 5);
     EXPECT_EQ(target.zoom(), 5);
     EXPECT_EQ(original.zoom(), 12);
+
+    Location other(6);
+    swap(original, other);
+    EXPECT_EQ(original.id(), 6);
+    EXPECT_EQ(original.zoom(), 12);
+    EXPECT_EQ(other.id(), 5);
+    EXPECT_EQ(other.zoom(), -1);
+    target = std::move(original);
+    EXPECT_EQ(target.id(), 6);
+    EXPECT_EQ(target.zoom(), 5);
+    const Location moved = std::move(target);
+    EXPECT_EQ(moved.id(), 6);
+    EXPECT_EQ(moved.zoom(), -1);
 }
 
 TEST(ALocation, EqualsTheSameWhereaboutsUnderAnotherId)
@@ -153,6 +166,7 @@ TEST(ALocation, EqualsTheSameWhereaboutsUnderAnotherId)
         [](Location &l) {
             BoundingBox box;
             box.setTopLeft(at(1, 2));
+            EXPECT_NE(box, BoundingBox());
             l.setBoundingBox(box);
         },
     };

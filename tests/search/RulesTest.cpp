@@ -108,23 +108,31 @@ TEST(ASortRule, EqualsOneOfTheSameMembersAndTheSameCentre)
 
 TEST(AHandle, KeepsTheWayBackToItself)
 {
+    const auto stateOf = [](SearchHandle &handle) { return SearchHandlePrivate::privateFromPublic(&handle); };
     SearchHandle original;
-    SearchHandlePrivate &state = *SearchHandlePrivate::privateFromPublic(&original);
-    state.setIndex(30);
-    state.setSearchRule(named("a"));
-    state.setMoreData(true);
-    state.addIndexMapping(0, 1, 2);
+    stateOf(original)->setIndex(30);
+    stateOf(original)->setSearchRule(named("a"));
+    stateOf(original)->setMoreData(true);
+    stateOf(original)->addIndexMapping(0, 1, 2);
     SearchHandle copy = original;
     SearchHandle target;
-    SearchHandlePrivate::privateFromPublic(&target)->addIndexMapping(0, 7, 8);
+    stateOf(target)->addIndexMapping(0, 7, 8);
     target = original;
-    for (SearchHandle *handle : {&copy, &target}) {
-        EXPECT_EQ(SearchHandlePrivate::privateFromPublic(handle)->index(), 30);
-        EXPECT_EQ(SearchHandlePrivate::privateFromPublic(handle)->searchRule(), named("a"));
+    SearchHandle moveTarget;
+    stateOf(moveTarget)->addIndexMapping(0, 5, 6);
+    moveTarget = SearchHandle(original);
+    SearchHandle moved = std::move(original);
+    swap(moveTarget, moved);
+    for (SearchHandle *handle : {&copy, &target, &moveTarget, &moved}) {
+        EXPECT_EQ(stateOf(*handle)->index(), 30);
+        EXPECT_EQ(stateOf(*handle)->searchRule(), named("a"));
         EXPECT_TRUE(handle->hasMoreData());
     }
-    EXPECT_THAT(SearchHandlePrivate::privateFromPublic(&copy)->indices(), IsEmpty());
-    EXPECT_THAT(SearchHandlePrivate::privateFromPublic(&target)->indices(), ElementsAre(Pair(7, 8)));
+    EXPECT_THAT(stateOf(copy)->indices(), IsEmpty());
+    EXPECT_THAT(stateOf(target)->indices(), ElementsAre(Pair(7, 8)));
+    EXPECT_THAT(stateOf(moveTarget)->indices(), ElementsAre(Pair(5, 6)));
+    EXPECT_THAT(stateOf(moved)->indices(), IsEmpty());
+    EXPECT_THAT(stateOf(original)->indices(), IsEmpty());
 }
 
 TEST(AHandle, ReplacesAKnownMappingAndAppendsAnyOther)
