@@ -17,10 +17,10 @@ namespace vela::platform::places
 
 /// The private part of a new value. It is never destroyed: a static object of an application may outlive ours.
 template <typename T>
-const T &newPrivatePart()
+Q_NEVER_INLINE const T *newPrivatePart()
 {
     static const T *const part = new T;
-    return *part;
+    return part;
 }
 
 /// The one pointer from a public value class to its private part: owns it, and copies it with the value. A value that
@@ -57,19 +57,16 @@ public:
 
     void swap(ValuePointer &other) noexcept { std::swap(m_value, other.m_value); }
 
-    [[nodiscard]] T *get()
-    {
-        if (!m_value)
-            m_value = new T;
-        return m_value;
-    }
-    [[nodiscard]] const T *get() const { return m_value ? m_value : &newPrivatePart<T>(); }
+    [[nodiscard]] T *get() { return Q_LIKELY(m_value) ? m_value : renew(); }
+    [[nodiscard]] const T *get() const { return Q_LIKELY(m_value) ? m_value : newPrivatePart<T>(); }
     T *operator->() { return get(); }
     const T *operator->() const { return get(); }
     T &operator*() { return *get(); }
     const T &operator*() const { return *get(); }
 
 private:
+    Q_NEVER_INLINE T *renew() { return m_value = new T; }
+
     T *m_value; ///< Null after a move.
 };
 
@@ -93,7 +90,10 @@ public:
             m_value = new T;
         return m_value.data();
     }
-    [[nodiscard]] const T *get() const { return m_value.constData() ? m_value.constData() : &newPrivatePart<T>(); }
+    [[nodiscard]] const T *get() const
+    {
+        return Q_LIKELY(m_value.constData()) ? m_value.constData() : newPrivatePart<T>();
+    }
     T *operator->() { return get(); }
     const T *operator->() const { return get(); }
     T &operator*() { return *get(); }
