@@ -4,8 +4,6 @@
 #include <places/Error.h>
 #include <places/Global.h>
 
-#include <QtCore/QMetaType>
-#include <QtCore/QSharedDataPointer>
 #include <QtCore/QSharedPointer>
 #include <QtCore/QString>
 #include <QtCore/QVariant>
@@ -22,8 +20,15 @@ class PLACES_EXPORT PlaceStorageReply
 public:
     PlaceStorageReply();
     PlaceStorageReply(const PlaceStorageReply &other);
+    /// Takes the value of `other`, which is a reply to no job from then on.
+    PlaceStorageReply(PlaceStorageReply &&other) noexcept;
     PlaceStorageReply &operator=(const PlaceStorageReply &other);
+    PlaceStorageReply &operator=(PlaceStorageReply &&other) noexcept;
     ~PlaceStorageReply();
+
+    /// Exchanges the values without a copy.
+    void swap(PlaceStorageReply &other) noexcept { d.swap(other.d); }
+    friend void swap(PlaceStorageReply &left, PlaceStorageReply &right) noexcept { left.swap(right); }
 
     /// The number that the call gave the job; 0 when unset.
     [[nodiscard]] int jobId() const;
@@ -41,9 +46,13 @@ public:
 
 private:
     friend class PlaceStorageReplyData;
-    QSharedDataPointer<PlaceStorageReplyData> d;
+    SharedValuePointer<PlaceStorageReplyData> d;
 };
+
+/// For debugging: job, status, reason and place.
+PLACES_EXPORT QDebug operator<<(QDebug debug, const PlaceStorageReply &reply);
 
 } // namespace vela::platform::places
 
+Q_DECLARE_TYPEINFO(vela::platform::places::PlaceStorageReply, Q_MOVABLE_TYPE);
 Q_DECLARE_METATYPE(vela::platform::places::PlaceStorageReply)

@@ -3,6 +3,7 @@
 #include "places/PlaceStorageReply.h"
 
 #include "manager/PlaceStorageReplyData.h"
+#include "model/DebugParts.h"
 
 namespace vela::platform::places
 {
@@ -12,7 +13,9 @@ PlaceStorageReply::PlaceStorageReply()
 {}
 
 PlaceStorageReply::PlaceStorageReply(const PlaceStorageReply &other) = default;
+PlaceStorageReply::PlaceStorageReply(PlaceStorageReply &&other) noexcept = default;
 PlaceStorageReply &PlaceStorageReply::operator=(const PlaceStorageReply &other) = default;
+PlaceStorageReply &PlaceStorageReply::operator=(PlaceStorageReply &&other) noexcept = default;
 PlaceStorageReply::~PlaceStorageReply() = default;
 
 int PlaceStorageReply::jobId() const
@@ -43,6 +46,16 @@ qint64 PlaceStorageReply::placeId() const
 QSharedPointer<Place> PlaceStorageReply::place() const
 {
     return d->place;
+}
+
+QDebug operator<<(QDebug debug, const PlaceStorageReply &reply)
+{
+    DebugParts(debug, "PlaceStorageReply")
+        .addLabelled("job", reply.jobId())
+        .addName(reply.status())
+        .addIf(!reply.reason().isEmpty(), reply.reason())
+        .addIf(!reply.place().isNull(), static_cast<const AbstractPlace *>(reply.place().data()));
+    return debug;
 }
 
 } // namespace vela::platform::places

@@ -14,7 +14,7 @@ class PlaceStorageReplyData : public QSharedData
 {
 public:
     /// The data of a reply, to be filled. The reply no longer shares it with its copies.
-    static PlaceStorageReplyData *fromPublic(PlaceStorageReply &reply) { return reply.d.data(); }
+    static PlaceStorageReplyData *fromPublic(PlaceStorageReply &reply) { return reply.d.get(); }
 
     int jobId = 0;
     QVariant tag;

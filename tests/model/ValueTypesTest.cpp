@@ -1,6 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
 #include "auxdata/AuxiliaryDataReplyData.h"
+#include "manager/PlaceStorageReplyData.h"
 #include "model/LocationPrivate.h"
 #include "model/PlacePrivate.h"
 #include "places/AuxiliaryDataRequest.h"
@@ -144,6 +145,16 @@ AuxiliaryDataReply filled()
     return reply;
 }
 template <>
+PlaceStorageReply filled()
+{
+    PlaceStorageReply reply;
+    PlaceStorageReplyData &data = *PlaceStorageReplyData::fromPublic(reply);
+    data.jobId = 3;
+    data.status = Error::LimitExceeded;
+    data.reason = QStringLiteral("too many");
+    return reply;
+}
+template <>
 SearchRule filled()
 {
     return SearchRule::createOrRule(SearchRule::createNameRule(SearchOperator::Contains, QStringLiteral("a \"b\"")),
@@ -179,7 +190,7 @@ class AValue : public testing::Test
 using Values = testing::Types<Coordinates, BoundingBox, Address, Location, Provider, Category, TimeRange, AuxiliaryData,
                               ContactAuxiliaryData, CalendarAuxiliaryData, PointOfInterestAuxiliaryData,
                               ImageAuxiliaryData, ReservationAuxiliaryData, ReviewAuxiliaryData, AuxiliaryDataRequest,
-                              AuxiliaryDataReply, SearchRule, SortRule, SearchHandle, SearchResult>;
+                              AuxiliaryDataReply, PlaceStorageReply, SearchRule, SortRule, SearchHandle, SearchResult>;
 TYPED_TEST_SUITE(AValue, Values);
 
 } // namespace
@@ -265,6 +276,7 @@ TEST(Values, PrintWhatAPersonWantsToSeeInOneLine)
          "AuxiliaryDataRequest(Place(id 42, \"Café\", Coordinates(46.2, 6.15)), Provider(\"guide\", "
          "\"https://guide.example/\"), limit 5)"},
         {printed(filled<AuxiliaryDataReply>()), "AuxiliaryDataReply(ProviderFailed, \"no guide\", 1 record)"},
+        {printed(filled<PlaceStorageReply>()), "PlaceStorageReply(job 3, LimitExceeded, \"too many\")"},
         {printed(SearchRule()), "SearchRule()"},
         {printed(filled<SearchRule>()), "SearchRule((Name Contains \"a \\\"b\\\"\" or RecentlyPicked))"},
         {printed(SortRule()), "SortRule(Relevance, Descending)"},
