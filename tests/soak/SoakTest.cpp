@@ -90,9 +90,10 @@ protected:
     {
         ++score.fullDisks;
         score.fullDisk.begin();
+        // A log that was long once is written from its start again: then only a limit within it is one.
         const qint64 size =
             std::min(QFileInfo(service->path("places.db")).size(), QFileInfo(service->path("places.db-wal")).size());
-        limitFiles(static_cast<rlim_t>(size + LEFT_ON_DISK));
+        limitFiles(static_cast<rlim_t>((random() % 2 == 0 ? size : 0) + LEFT_ON_DISK));
         rest();
         // At times the service is killed on the full disk.
         if (random() % 3 == 0)
