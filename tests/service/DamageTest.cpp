@@ -8,6 +8,7 @@
 #include "store/Repair.h"
 #include "store/Store.h"
 #include "support/Client.h"
+#include "support/Files.h"
 #include "support/Placesd.h"
 #include "support/SamplePlace.h"
 
@@ -21,6 +22,8 @@
 #include <sqlite3.h>
 #include <sys/stat.h>
 
+using files::bytesOf;
+using files::write;
 using namespace vela::platform::places;
 using namespace placesd;
 using testing::AnyOf;
@@ -33,20 +36,6 @@ namespace
 
 constexpr int PAGE = 4096;
 constexpr uid_t GUEST = 1000;
-
-QByteArray bytesOf(const QString &path)
-{
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-    return file.readAll();
-}
-
-void write(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
 
 /// A database of some hundred places, as a service leaves it, and what is in it. Some of the places are larger than a
 /// page, some are guests', and some are removed.

@@ -3,6 +3,7 @@
 #include "places/Place.h"
 #include "store/Check.h"
 #include "store/Store.h"
+#include "support/Files.h"
 #include "support/SamplePlace.h"
 
 #include <gtest/gtest.h>
@@ -12,6 +13,8 @@
 
 #include <sqlite3.h>
 
+using files::bytesOf;
+using files::write;
 using namespace vela::platform::places;
 using placesd::Store;
 using placesd::StoreShared;
@@ -70,20 +73,6 @@ private:
     static inline sqlite3_vfs *m_real = nullptr;
     sqlite3_vfs m_watched = {};
 };
-
-QByteArray bytesOf(const QString &path)
-{
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-    return file.readAll();
-}
-
-void write(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
 
 } // namespace
 
