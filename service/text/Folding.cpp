@@ -74,10 +74,15 @@ std::unique_ptr<icu::Transliterator> transliterator(const char *rules)
     return std::unique_ptr<icu::Transliterator>(icu::Transliterator::createInstance(rules, UTRANS_FORWARD, status));
 }
 
-icu::UnicodeString normalized(const icu::Normalizer2 *(*instance)(UErrorCode &), const icu::UnicodeString &text)
+/// @tparam INSTANCE makes a normalizer that all threads share; null where the data of ICU lack it.
+template <const icu::Normalizer2 *(*INSTANCE)(UErrorCode &)>
+icu::UnicodeString normalized(const icu::UnicodeString &text)
 {
     UErrorCode status = U_ZERO_ERROR;
-    const icu::Normalizer2 *normalizer = instance(status);
+    static const icu::Normalizer2 *const normalizer = [] {
+        UErrorCode unused = U_ZERO_ERROR;
+        return INSTANCE(unused);
+    }();
     icu::UnicodeString result = normalizer ? normalizer->normalize(text, status) : text;
     return U_SUCCESS(status) ? result : text;
 }
@@ -92,7 +97,7 @@ bool isAscii(const QString &text)
 QString caseFolded(const QString &text)
 {
     QString folded =
-        isAscii(text) ? text.toLower() : fromIcu(normalized(icu::Normalizer2::getNFKCCasefoldInstance, toIcu(text)));
+        isAscii(text) ? text.toLower() : fromIcu(normalized<icu::Normalizer2::getNFKCCasefoldInstance>(toIcu(text)));
     return folded.replace(QLatin1Char(KEY_END), QLatin1Char(' '));
 }
 
@@ -101,7 +106,7 @@ QString withoutAccents(const QString &text)
     if (isAscii(text))
         return text;
     static const auto toAscii = transliterator("[:Latin:] Latin-ASCII");
-    const icu::UnicodeString decomposed = normalized(icu::Normalizer2::getNFDInstance, toIcu(text));
+    const icu::UnicodeString decomposed = normalized<icu::Normalizer2::getNFDInstance>(toIcu(text));
     icu::UnicodeString plain;
     for (int32_t i = 0; i < decomposed.length(); i = decomposed.moveIndex32(i, 1)) {
         if (const UChar32 code = decomposed.char32At(i); !isAccent(code))
@@ -110,7 +115,7 @@ QString withoutAccents(const QString &text)
     if (toAscii && hasLetter(plain, [](UChar32 code) { return code >= 0x80 && scriptOf(code) == USCRIPT_LATIN; }))
         toAscii->transliterate(plain);
     // Accents that stood on what was removed may compose again; ASCII letters from capitals do not arise.
-    return fromIcu(normalized(icu::Normalizer2::getNFCInstance, plain)).toLower();
+    return fromIcu(normalized<icu::Normalizer2::getNFCInstance>(plain)).toLower();
 }
 
 QString inLatin(const QString &text)
