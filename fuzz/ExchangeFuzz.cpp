@@ -1,10 +1,10 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
-#include "ExactJson.h"
-#include "Feature.h"
-#include "Formats.h"
-#include "GeoJsonWriter.h"
-#include "Input.h"
+#include "formats/ExactJson.h"
+#include "formats/Feature.h"
+#include "formats/Format.h"
+#include "formats/GeoJsonWriter.h"
+#include "formats/Input.h"
 #include "PlaceLink.h"
 
 #include <places/Place.h>
@@ -24,11 +24,11 @@ using vela::platform::places::Place;
 
 void checkRoundTrip(const Place &place)
 {
-    const QByteArray first = tool::toGeoJsonFeature(place);
-    geojson::ExactDocument feature;
+    const QByteArray first = formats::toGeoJsonFeature(place);
+    formats::ExactDocument feature;
     Place again;
-    if (feature.read(first.constData()).IsError() || !geojson::readFeature(feature, again).isEmpty()
-        || tool::toGeoJsonFeature(again) != first)
+    if (feature.read(first.constData()).IsError() || !formats::readFeature(feature, again).isEmpty()
+        || formats::toGeoJsonFeature(again) != first)
         std::abort();
 }
 
@@ -41,14 +41,14 @@ void readLink(const QByteArray &text)
         checkRoundTrip(place);
 }
 
-void readFile(const tool::Format &format, const QByteArray &bytes)
+void readFile(const formats::Format &format, const QByteArray &bytes)
 {
     const int file = ::memfd_create("input", 0);
     if (file < 0 || ::write(file, bytes.constData(), static_cast<std::size_t>(bytes.size())) != bytes.size())
         std::abort();
     {
-        geojson::Input input(QStringLiteral("/proc/self/fd/%1").arg(file));
-        (void)format.read(input, [](const geojson::ReadPlace &read) {
+        formats::Input input(QStringLiteral("/proc/self/fd/%1").arg(file));
+        (void)format.read(input, [](const formats::ReadPlace &read) {
             if (read.place && read.place->name() != QString())
                 checkRoundTrip(*read.place);
             return true;
@@ -64,11 +64,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (size == 0)
         return 0;
     const QByteArray bytes(reinterpret_cast<const char *>(data) + 1, static_cast<int>(size - 1));
-    const QStringList formats = tool::formatNames(false);
+    const QStringList formats = formats::formatNames(false);
     const int choice = data[0] % (formats.size() + 1);
     if (choice == formats.size())
         readLink(bytes);
     else
-        readFile(*tool::formatByName(formats[choice]), bytes);
+        readFile(*formats::formatByName(formats[choice]), bytes);
     return 0;
 }

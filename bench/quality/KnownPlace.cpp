@@ -2,7 +2,7 @@
 
 #include "KnownPlace.h"
 
-#include "Vocabulary.h"
+#include "formats/Vocabulary.h"
 
 #include <places/AbstractPlace.h>
 #include <places/AuxiliaryData.h>
@@ -102,7 +102,7 @@ KnownPlace::KnownPlace(const Place &place)
     , isAirport(place.hasTag(Tags::Airport))
     , position(place.primaryCoordinates())
 {
-    const auto properties = recordOf(place, QLatin1String(geojson::vocabulary::FOREIGN_PROPERTIES)).properties();
+    const auto properties = recordOf(place, QLatin1String(formats::vocabulary::FOREIGN_PROPERTIES)).properties();
     for (auto each = properties.begin(); each != properties.end(); ++each) {
         if (each.key().startsWith(QLatin1String("name:")))
             translations += namesIn(each.value());

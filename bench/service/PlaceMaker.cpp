@@ -2,9 +2,9 @@
 
 #include "PlaceMaker.h"
 
-#include "Feature.h"
-#include "GeoJsonReader.h"
-#include "Input.h"
+#include "formats/Feature.h"
+#include "formats/GeoJsonReader.h"
+#include "formats/Input.h"
 #include "model/PlacePrivate.h"
 #include "places/Tags.h"
 
@@ -75,8 +75,8 @@ PlaceMaker::PlaceMaker(std::uint64_t seed)
 
 void PlaceMaker::readNames(const char *file, bool areCities)
 {
-    geojson::Input input{QString::fromUtf8(file)};
-    const QString problem = geojson::readGeoJson(input, [&](const geojson::ReadPlace &read) {
+    formats::Input input{QString::fromUtf8(file)};
+    const QString problem = formats::readGeoJson(input, [&](const formats::ReadPlace &read) {
         if (!read.place)
             return true;
         const Address address = read.place->primaryAddress();
@@ -149,7 +149,7 @@ PlaceMaker::MadePlace PlaceMaker::next()
     rapidjson::Document document;
     document.Parse(next.feature.c_str());
     if (const QString problem =
-            document.HasParseError() ? textOf("no JSON") : geojson::readFeature(document, *next.place);
+            document.HasParseError() ? textOf("no JSON") : formats::readFeature(document, *next.place);
         !problem.isEmpty()) {
         std::cerr << "service_bench: " << next.feature << ": " << qPrintable(problem) << "\n";
         std::exit(EXIT_FAILURE);

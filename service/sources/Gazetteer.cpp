@@ -3,8 +3,9 @@
 #include "sources/Gazetteer.h"
 
 #include "auxdata/AuxiliaryDataPrivate.h"
-#include "GeoJsonReader.h"
-#include "Input.h"
+#include "formats/GeoJsonReader.h"
+#include "formats/Input.h"
+#include "formats/Vocabulary.h"
 #include "Limits.h"
 #include "Log.h"
 #include "model/InternalTags.h"
@@ -22,7 +23,6 @@
 #include "text/Folding.h"
 #include "text/OtherNames.h"
 #include "text/TextKeys.h"
-#include "Vocabulary.h"
 
 #include <QtCore/QHash>
 #include <QtCore/QJsonArray>
@@ -113,7 +113,7 @@ AuxiliaryData gatherDetails(PlacePrivate &place, const QString &substituteId)
     for (const AuxiliaryData &record : qAsConst(records)) {
         const QMap<QString, QString> members = record.properties();
         for (auto member = members.begin(); member != members.end(); ++member) {
-            const bool isForeign = record.type() == QLatin1String(geojson::vocabulary::FOREIGN_PROPERTIES);
+            const bool isForeign = record.type() == QLatin1String(formats::vocabulary::FOREIGN_PROPERTIES);
             if (const QString detail = isForeign ? scalarOf(member.value()) : QString(); !detail.isEmpty())
                 poi.addProperty(member.key(), detail);
         }
@@ -405,10 +405,10 @@ void Gazetteer::readFile(const std::string &path, SQLite::Database &database)
     Take statements(database);
     qint64 last = database.execAndGet(sql::SELECT_LAST_RECORD).getInt64();
     const QString name = QString::fromStdString(fs::path(path).filename().string());
-    geojson::Input input(QString::fromLocal8Bit(path.c_str()));
+    formats::Input input(QString::fromLocal8Bit(path.c_str()));
     int count = 0;
     int skipped = 0;
-    const QString problem = geojson::readGeoJson(input, [&](const geojson::ReadPlace &read) {
+    const QString problem = formats::readGeoJson(input, [&](const formats::ReadPlace &read) {
         ++count;
         if (read.place && read.place->hasCoordinates())
             take(statements, ++last, *read.place, QStringLiteral("%1#%2").arg(name).arg(count));

@@ -1,8 +1,8 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
-#include "ExactJson.h"
-#include "Feature.h"
-#include "GeoJsonWriter.h"
+#include "formats/ExactJson.h"
+#include "formats/Feature.h"
+#include "formats/GeoJsonWriter.h"
 #include "support/Placesd.h"
 
 #include <places/Place.h>
@@ -142,10 +142,10 @@ PlacePointer throughService(const PlacePointer &place)
 
 PlacePointer throughGeoJson(const PlacePointer &place)
 {
-    geojson::ExactDocument feature;
-    EXPECT_FALSE(feature.read(tool::toGeoJsonFeature(*place).constData()).IsError());
+    formats::ExactDocument feature;
+    EXPECT_FALSE(feature.read(formats::toGeoJsonFeature(*place).constData()).IsError());
     auto read = std::make_unique<Place>();
-    EXPECT_EQ(geojson::readFeature(feature, *read), QString());
+    EXPECT_EQ(formats::readFeature(feature, *read), QString());
     return read;
 }
 

@@ -13,7 +13,7 @@ from pathlib import Path
 TABLE = "docs/architecture.md"
 HEADING = "## What may include what"
 # Where an include may be found, as the build says; the folder of the including file comes first.
-INCLUDE_FOLDERS = ["include", "src", "service", "geojson", "platform/include", "platform/linux"]
+INCLUDE_FOLDERS = ["include", "src", "service", ".", "platform/include", "platform/linux"]
 # Every file in these needs a row.
 CHECKED = ["src", "service"]
 INCLUDE = re.compile(r'\s*#\s*include\s*(["<])([^">]+)[">]')
@@ -65,7 +65,7 @@ def includes_of(root, file):
         quote, name = match.groups()
         folders = [str(Path(file).parent)] + INCLUDE_FOLDERS
         # Some headers are made by the build, of a file with ".in" at the end of its name.
-        path = next((f"{folder}/{name}" for folder in folders for end in ("", ".in")
+        path = next((str(Path(folder, name)) for folder in folders for end in ("", ".in")
                      if (root / folder / (name + end)).is_file()), None)
         if path or quote == '"':
             yield number, path or name

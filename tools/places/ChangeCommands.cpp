@@ -2,8 +2,8 @@
 
 #include "Commands.h"
 
-#include "Feature.h"
-#include "JsonWriter.h"
+#include "formats/Feature.h"
+#include "formats/JsonWriter.h"
 #include "Options.h"
 #include "PlaceLink.h"
 #include "PlaceRecords.h"
@@ -20,6 +20,7 @@
 namespace tool
 {
 
+using namespace formats;
 using namespace places;
 
 namespace
@@ -97,7 +98,7 @@ void applyContactDetails(Place &place, const Details &details)
 {
     if (!details.phone && !details.email && !details.url)
         return;
-    geojson::changePointOfInterest(place, [&](PointOfInterestAuxiliaryData &poi) {
+    formats::changePointOfInterest(place, [&](PointOfInterestAuxiliaryData &poi) {
         set(poi, &PointOfInterestAuxiliaryData::setPhoneNumber, details.phone);
         set(poi, &PointOfInterestAuxiliaryData::setEmailAddress, details.email);
         if (details.url)

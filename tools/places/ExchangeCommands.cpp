@@ -2,7 +2,7 @@
 
 #include "Commands.h"
 #include "Export.h"
-#include "Formats.h"
+#include "formats/Format.h"
 #include "Import.h"
 #include "Options.h"
 
@@ -15,6 +15,7 @@
 namespace tool
 {
 
+using namespace formats;
 using namespace places;
 
 namespace

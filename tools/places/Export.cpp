@@ -2,7 +2,7 @@
 
 #include "Export.h"
 
-#include "Formats.h"
+#include "formats/Format.h"
 #include "ProgressBar.h"
 #include "TerminalText.h"
 
@@ -23,6 +23,7 @@
 namespace tool
 {
 
+using namespace formats;
 using namespace places;
 
 namespace

@@ -1,7 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
 #include "Commands.h"
-#include "JsonWriter.h"
+#include "formats/JsonWriter.h"
 #include "Options.h"
 #include "TerminalText.h"
 
@@ -17,6 +17,7 @@
 namespace tool
 {
 
+using namespace formats;
 using namespace places;
 
 namespace

@@ -2,9 +2,9 @@
 
 #include "Import.h"
 
-#include "Formats.h"
-#include "Input.h"
-#include "JsonWriter.h"
+#include "formats/Format.h"
+#include "formats/Input.h"
+#include "formats/JsonWriter.h"
 #include "PlaceAdder.h"
 #include "ProgressBar.h"
 
@@ -17,7 +17,8 @@
 namespace tool
 {
 
-using namespace geojson;
+using namespace formats;
+using namespace formats;
 using namespace places;
 
 namespace

@@ -10,7 +10,8 @@
 namespace tool
 {
 
-using namespace geojson;
+using namespace formats;
+using namespace formats;
 using namespace places;
 
 namespace

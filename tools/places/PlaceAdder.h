@@ -1,7 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "PlaceReader.h"
+#include "formats/PlaceReader.h"
 
 #include <places/Error.h>
 
@@ -26,7 +26,7 @@ public:
     /// outcome, and the service's reason for it, say nothing about a member that is no place. Returns false to start no
     /// further additions.
     using Settle =
-        std::function<bool(const geojson::ReadPlace &read, places::Error::Type outcome, const QString &reason)>;
+        std::function<bool(const formats::ReadPlace &read, places::Error::Type outcome, const QString &reason)>;
 
     explicit PlaceAdder(Settle settle);
     /// Waits for the additions in flight.
@@ -35,14 +35,14 @@ public:
     PlaceAdder &operator=(const PlaceAdder &) = delete;
 
     /// Queues a member of the file, and waits while too many are queued. False when no further ones are wanted.
-    bool add(geojson::ReadPlace read);
+    bool add(formats::ReadPlace read);
     /// Waits until everything that was queued is settled.
     void finish();
 
 private:
     struct Item
     {
-        geojson::ReadPlace read;
+        formats::ReadPlace read;
         places::Error::Type outcome = places::Error::Success;
         QString reason;
         bool isDone = false;

@@ -2,7 +2,7 @@
 
 #include "PlaceLink.h"
 
-#include "Feature.h"
+#include "formats/Feature.h"
 
 #include <places/Place.h>
 #include <places/Utilities.h>
@@ -61,7 +61,7 @@ QString readParameters(const QStringList &parameters, Coordinates &position)
         if (name != QLatin1String("u"))
             continue;
         const std::optional<double> number = parseNumber(value);
-        const std::optional<float> metres = number ? geojson::toAccuracy(*number) : std::nullopt;
+        const std::optional<float> metres = number ? formats::toAccuracy(*number) : std::nullopt;
         if (!metres)
             return QStringLiteral("the uncertainty is no number of metres");
         position.setHorizontalAccuracy(*metres);

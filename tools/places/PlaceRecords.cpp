@@ -2,7 +2,7 @@
 
 #include "PlaceRecords.h"
 
-#include "JsonWriter.h"
+#include "formats/JsonWriter.h"
 #include "PlaceView.h"
 
 #include <places/AuxiliaryDataReply.h>
@@ -18,6 +18,7 @@
 namespace tool
 {
 
+using namespace formats;
 using namespace places;
 
 namespace

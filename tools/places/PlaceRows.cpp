@@ -16,6 +16,7 @@
 namespace tool
 {
 
+using namespace formats;
 using namespace vela::platform::places;
 
 namespace

@@ -1,7 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "GeoJsonWriter.h"
+#include "formats/GeoJsonWriter.h"
 
 #include <places/Coordinates.h>
 
@@ -30,6 +30,6 @@ struct RowFormat
 /// A row for each place: its number, a star for a favourite, its name with a short description behind it, where it is,
 /// how far away. When there is little room, addresses lose what names say already, and the ends that all of them share,
 /// such as the country. Then both are cut, but addresses keep a third, so that places of one name can be told apart.
-QStringList rowsOf(const PlaceList &places, const RowFormat &format);
+QStringList rowsOf(const formats::PlaceList &places, const RowFormat &format);
 
 } // namespace tool

@@ -2,8 +2,8 @@
 
 #include "PlaceView.h"
 
+#include "formats/Vocabulary.h"
 #include "TerminalText.h"
-#include "Vocabulary.h"
 
 #include <places/CalendarAuxiliaryData.h>
 #include <places/ContactAuxiliaryData.h>
@@ -25,7 +25,7 @@
 namespace tool
 {
 
-using namespace geojson;
+using namespace formats;
 using namespace vela::platform::places;
 
 namespace

@@ -2,7 +2,7 @@
 
 #include "Report.h"
 
-#include "JsonWriter.h"
+#include "formats/JsonWriter.h"
 #include "PlaceRows.h"
 #include "PlaceView.h"
 #include "TerminalText.h"
@@ -21,6 +21,7 @@
 namespace tool
 {
 
+using namespace formats;
 using namespace places;
 
 namespace

@@ -1,7 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "GeoJsonWriter.h"
+#include "formats/GeoJsonWriter.h"
 
 #include <places/Coordinates.h>
 #include <places/Error.h>
@@ -59,9 +59,9 @@ void reportNoneShown(bool hasMore);
 /// Writes a list of places.
 /// @param hasMore true when the service has more of them.
 /// @param centre where distances are measured from; not valid for none.
-void printPlaces(const PlaceList &found, bool hasMore, Form form, const places::Coordinates &centre);
+void printPlaces(const formats::PlaceList &found, bool hasMore, Form form, const places::Coordinates &centre);
 /// Writes places as rows, as wide as the terminal is.
-void printRows(const PlaceList &found, const places::Coordinates &centre);
+void printRows(const formats::PlaceList &found, const places::Coordinates &centre);
 /// Writes a place with all it has.
 void printPlace(const places::Place &place, Form form);
 /// Writes texts, one a line or as a JSON array.

@@ -2,8 +2,8 @@
 
 #include "Search.h"
 
+#include "formats/JsonWriter.h"
 #include "Groups.h"
-#include "JsonWriter.h"
 #include "Signals.h"
 
 #include <places/AbstractPlace.h>
@@ -17,6 +17,7 @@
 namespace tool
 {
 
+using namespace formats;
 using namespace places;
 
 namespace

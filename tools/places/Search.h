@@ -27,7 +27,7 @@ struct SearchOptions
 void startSearch(places::SearchManager &manager, const SearchOptions &options, const QString &term, int searchId);
 
 /// The places of a result, which owns them.
-PlaceList placesOf(const places::SearchResult &result);
+formats::PlaceList placesOf(const places::SearchResult &result);
 
 /// The title of a group, and how many of its results there are to be seen when it has more.
 QString titleOf(const places::SearchResult &result);

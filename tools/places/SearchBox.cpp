@@ -26,6 +26,7 @@
 namespace tool
 {
 
+using namespace formats;
 using namespace places;
 
 namespace

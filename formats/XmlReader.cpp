@@ -14,10 +14,9 @@
 #include <algorithm>
 #include <cstddef>
 
-namespace tool
+namespace formats
 {
 
-using namespace geojson;
 using namespace vela::platform::places;
 
 namespace
@@ -317,4 +316,4 @@ QString readKml(Input &input, const TakePlace &take)
     return XmlReader(input, KML, take).read();
 }
 
-} // namespace tool
+} // namespace formats

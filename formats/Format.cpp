@@ -1,6 +1,6 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
-#include "Formats.h"
+#include "Format.h"
 
 #include "CsvReader.h"
 #include "DocumentReader.h"
@@ -13,10 +13,8 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QRegularExpression>
 
-namespace tool
+namespace formats
 {
-
-using namespace geojson;
 
 namespace
 {
@@ -82,4 +80,4 @@ QStringList formatNames(bool onlyWritable)
     return names;
 }
 
-} // namespace tool
+} // namespace formats

@@ -17,10 +17,9 @@
 #include <cmath>
 #include <utility>
 
-namespace tool
+namespace formats
 {
 
-using namespace geojson;
 using namespace vela::platform::places;
 
 namespace
@@ -324,4 +323,4 @@ void writeRecord(JsonWriter &out, const AuxiliaryData &data)
     });
 }
 
-} // namespace tool
+} // namespace formats

@@ -12,10 +12,9 @@
 
 #include <cmath>
 
-namespace tool
+namespace formats
 {
 
-using namespace geojson;
 using namespace vela::platform::places;
 
 namespace
@@ -162,4 +161,4 @@ QString readDocuments(Input &input, const TakePlace &take)
     return input.problem();
 }
 
-} // namespace tool
+} // namespace formats

@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <memory>
 
-namespace geojson
+namespace formats
 {
 
 /// Most bytes that one feature, document, record or token of a file may take. It bounds the memory that reading needs.
@@ -46,4 +46,4 @@ private:
 /// Text of UTF-8 bytes. False, and the text is of no use, when they are none.
 bool decodeUtf8(const QByteArray &bytes, QString &text);
 
-} // namespace geojson
+} // namespace formats

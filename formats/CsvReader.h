@@ -3,11 +3,11 @@
 
 #include "PlaceReader.h"
 
-namespace tool
+namespace formats
 {
 
 /// Reads comma-separated values (RFC 4180) in UTF-8. The first row names the columns: latitude, longitude, altitude,
 /// and the properties of a GeoJSON feature; semicolons or tabs may stand for the commas. A ReadPlaces.
-QString readCsv(geojson::Input &input, const geojson::TakePlace &take);
+QString readCsv(Input &input, const TakePlace &take);
 
-} // namespace tool
+} // namespace formats

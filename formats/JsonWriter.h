@@ -14,7 +14,7 @@
 #include <cmath>
 #include <utility>
 
-namespace tool
+namespace formats
 {
 
 /// Members that a place has nothing for, as JSON texts.
@@ -127,4 +127,4 @@ private:
     Foreign m_left;
 };
 
-} // namespace tool
+} // namespace formats

@@ -3,11 +3,11 @@
 
 #include "PlaceReader.h"
 
-namespace geojson
+namespace formats
 {
 
 /// Reads the features of GeoJSON (RFC 7946): a FeatureCollection, a Feature, or several such texts one after the other.
 /// A ReadPlaces.
 QString readGeoJson(Input &input, const TakePlace &take);
 
-} // namespace geojson
+} // namespace formats

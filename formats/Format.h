@@ -6,7 +6,7 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QStringList>
 
-namespace tool
+namespace formats
 {
 
 /// A form in which places are exchanged as files.
@@ -14,7 +14,7 @@ struct Format
 {
     const char *name;       ///< What users call it.
     const char *extensions; ///< Of files, each between blanks.
-    geojson::ReadPlaces read;
+    ReadPlaces read;
     /// Writes a place to stand between the opening, the separators and the ending; null for what is only read.
     QByteArray (*write)(const vela::platform::places::Place &place);
     const char *opening;
@@ -32,4 +32,4 @@ const Format &formatByContent(const QByteArray &head);
 /// The names of all formats, or of those that can be written.
 QStringList formatNames(bool onlyWritable);
 
-} // namespace tool
+} // namespace formats

@@ -15,10 +15,9 @@
 #include <csv.h>
 #include <map>
 
-namespace tool
+namespace formats
 {
 
-using namespace geojson;
 using namespace vela::platform::places;
 
 namespace
@@ -209,4 +208,4 @@ QString readCsv(Input &input, const TakePlace &take)
     return CsvReader(input, take).read();
 }
 
-} // namespace tool
+} // namespace formats

@@ -3,11 +3,11 @@
 
 #include "PlaceReader.h"
 
-namespace tool
+namespace formats
 {
 
 /// Reads JSON documents of places (places/PlaceJson.h), one a line. The places are new ones: without the numbers, uses
 /// and times that the store they come from gave them. A ReadPlaces.
-QString readDocuments(geojson::Input &input, const geojson::TakePlace &take);
+QString readDocuments(Input &input, const TakePlace &take);
 
-} // namespace tool
+} // namespace formats

@@ -15,7 +15,7 @@ class Place;
 class PointOfInterestAuxiliaryData;
 } // namespace vela::platform::places
 
-namespace geojson
+namespace formats
 {
 
 /// Deepest nesting of a feature or document.
@@ -65,4 +65,4 @@ private:
     bool m_hasBadAltitude = false;
 };
 
-} // namespace geojson
+} // namespace formats

@@ -12,7 +12,7 @@ class Place;
 } // namespace vela::platform::places
 
 /// Places as GeoJSON (RFC 7946). The properties are those that readFeature() reads, and those that the service gives.
-namespace tool
+namespace formats
 {
 
 class JsonWriter;
@@ -32,4 +32,4 @@ void writeCollection(JsonWriter &out, const PlaceList &places, bool hasMore);
 /// Writes the members of an object that stands for an auxiliary record.
 void writeRecord(JsonWriter &out, const vela::platform::places::AuxiliaryData &data);
 
-} // namespace tool
+} // namespace formats

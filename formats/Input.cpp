@@ -10,7 +10,7 @@
 
 #include <sys/stat.h>
 
-namespace geojson
+namespace formats
 {
 
 namespace
@@ -77,4 +77,4 @@ bool decodeUtf8(const QByteArray &bytes, QString &text)
     return state.invalidChars == 0 && state.remainingChars == 0;
 }
 
-} // namespace geojson
+} // namespace formats

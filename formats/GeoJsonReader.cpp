@@ -16,7 +16,7 @@
 #include <string>
 #include <utility>
 
-namespace geojson
+namespace formats
 {
 
 using namespace vela::platform::places;
@@ -321,4 +321,4 @@ QString readGeoJson(Input &input, const TakePlace &take)
     return {};
 }
 
-} // namespace geojson
+} // namespace formats

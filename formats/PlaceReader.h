@@ -8,7 +8,7 @@
 #include <functional>
 #include <memory>
 
-namespace geojson
+namespace formats
 {
 
 class Input;
@@ -28,4 +28,4 @@ using TakePlace = std::function<bool(ReadPlace read)>;
 /// Returns what is wrong with the file; empty when nothing is, or when `take` ended it.
 using ReadPlaces = QString (*)(Input &input, const TakePlace &take);
 
-} // namespace geojson
+} // namespace formats

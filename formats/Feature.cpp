@@ -19,7 +19,7 @@
 #include <string_view>
 #include <vector>
 
-namespace geojson
+namespace formats
 {
 
 using namespace vela::platform::places;
@@ -506,4 +506,4 @@ Value TextFeature::toValue(const QString &text)
     return Value(bytes.constData(), static_cast<SizeType>(bytes.size()), m_feature.GetAllocator());
 }
 
-} // namespace geojson
+} // namespace formats

@@ -3,13 +3,13 @@
 
 #include "PlaceReader.h"
 
-namespace tool
+namespace formats
 {
 
 /// Reads the waypoints of GPX 1.0 and 1.1; routes and tracks are passed over. A ReadPlaces.
-QString readGpx(geojson::Input &input, const geojson::TakePlace &take);
+QString readGpx(Input &input, const TakePlace &take);
 
 /// Reads the placemarks of KML 2.2 (OGC 07-147r2) that are points, in whatever folder. A ReadPlaces.
-QString readKml(geojson::Input &input, const geojson::TakePlace &take);
+QString readKml(Input &input, const TakePlace &take);
 
-} // namespace tool
+} // namespace formats

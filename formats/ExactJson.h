@@ -10,7 +10,7 @@
 #include <rapidjson/document.h>
 #include <rapidjson/reader.h>
 
-namespace geojson
+namespace formats
 {
 
 /// A handler of RapidJSON that gets whole numbers of 64 bits as they are and others as the nearest doubles. The
@@ -67,4 +67,4 @@ public:
     }
 };
 
-} // namespace geojson
+} // namespace formats

@@ -7,7 +7,7 @@
 
 /// The names under which the parts of a place stand in the `properties` of a GeoJSON feature: one home for the reader
 /// and the writer. docs/formats.md says what each one means.
-namespace geojson::vocabulary
+namespace formats::vocabulary
 {
 
 using vela::platform::places::Address;
@@ -140,4 +140,4 @@ inline bool isForeign(const QString &type)
     return type == QLatin1String(FOREIGN_PROPERTIES) || type == QLatin1String(FOREIGN_MEMBERS);
 }
 
-} // namespace geojson::vocabulary
+} // namespace formats::vocabulary
