@@ -8,6 +8,6 @@ namespace formats
 
 /// Reads JSON documents of places (places/PlaceJson.h), one a line. The places are new ones: without the numbers, uses
 /// and times that the store they come from gave them. A ReadPlaces.
-QString readDocuments(Input &input, const TakePlace &take);
+QString readDocuments(Input &input, const ReadOptions &options, const TakePlace &take);
 
 } // namespace formats

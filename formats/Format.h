@@ -2,6 +2,7 @@
 #pragma once
 
 #include "PlaceReader.h"
+#include "PlaceWriter.h"
 
 #include <QtCore/QByteArray>
 #include <QtCore/QStringList>
@@ -15,11 +16,7 @@ struct Format
     const char *name;       ///< What users call it.
     const char *extensions; ///< Of files, each between blanks.
     ReadPlaces read;
-    /// Writes a place to stand between the opening, the separators and the ending; null for what is only read.
-    QByteArray (*write)(const vela::platform::places::Place &place);
-    const char *opening;
-    const char *separator;
-    const char *ending;
+    MakePlaceWriter makeWriter; ///< Null for what is only read.
 };
 
 /// The format of this name; null when there is none.

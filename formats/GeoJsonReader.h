@@ -8,6 +8,6 @@ namespace formats
 
 /// Reads the features of GeoJSON (RFC 7946): a FeatureCollection, a Feature, or several such texts one after the other.
 /// A ReadPlaces.
-QString readGeoJson(Input &input, const TakePlace &take);
+QString readGeoJson(Input &input, const ReadOptions &options, const TakePlace &take);
 
 } // namespace formats

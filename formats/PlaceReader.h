@@ -3,7 +3,9 @@
 
 #include <places/Place.h>
 
+#include <QtCore/QMap>
 #include <QtCore/QString>
+#include <QtCore/QStringList>
 
 #include <functional>
 #include <memory>
@@ -13,19 +15,42 @@ namespace formats
 
 class Input;
 
+/// What a member of a file is. Only a place at a point is imported without being asked for.
+enum class MemberKind
+{
+    Place,
+    Line,
+    Area,
+    Track,
+    Route,
+};
+
 /// One member of a file of places.
 struct ReadPlace
 {
-    QString where;                                        ///< Which one it is, to be shown: "feature 3".
-    std::unique_ptr<vela::platform::places::Place> place; ///< New and whole; null when it is no place.
-    QString problem;                                      ///< Why it is no place.
+    QString where = {};                                        ///< Which one it is, to be shown: "feature 3".
+    std::unique_ptr<vela::platform::places::Place> place = {}; ///< New and whole; null when it is no place.
+    QString problem = {};                                      ///< Why it is no place; empty for another kind.
+    MemberKind kind = MemberKind::Place;
+    QString id = {};         ///< Its own id in the file, as text; empty when it has none.
+    QStringList losses = {}; ///< Values that could not be kept, a sentence each. The place is imported without them.
 };
 
 /// Takes a member of a file; false to read no further.
 using TakePlace = std::function<bool(ReadPlace read)>;
 
+/// What the user can say about a file.
+struct ReadOptions
+{
+    bool areas = false; ///< Lines and areas become places at a point inside.
+    /// Names of properties by the headings of a table's columns; other headings are looked up as usual.
+    QMap<QString, QString> columns = {};
+    /// Called with a sentence about what was found out about the file, such as its delimiter; may be empty.
+    std::function<void(const QString &note)> note = {};
+};
+
 /// Reads a file one member at a time, however many there are, and hands out each, those before a fault in the file too.
 /// Returns what is wrong with the file; empty when nothing is, or when `take` ended it.
-using ReadPlaces = QString (*)(Input &input, const TakePlace &take);
+using ReadPlaces = QString (*)(Input &input, const ReadOptions &options, const TakePlace &take);
 
 } // namespace formats
