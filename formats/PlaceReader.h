@@ -16,16 +16,16 @@ class Input;
 /// One member of a file of places.
 struct ReadPlace
 {
-    QString where;                                        ///< Which one it is, to be shown: "feature 3".
-    std::unique_ptr<vela::platform::places::Place> place; ///< New and whole; null when it is no place.
-    QString problem;                                      ///< Why it is no place.
+    QString where;                                        ///< Its name for users: "feature 3".
+    std::unique_ptr<vela::platform::places::Place> place; ///< A new place; null when the member is no place.
+    QString problem;                                      ///< Why the member is no place.
 };
 
-/// Takes a member of a file; false to read no further.
+/// Takes a member of a file; returns false to stop reading.
 using TakePlace = std::function<bool(ReadPlace read)>;
 
-/// Reads a file one member at a time, however many there are, and hands out each, those before a fault in the file too.
-/// Returns what is wrong with the file; empty when nothing is, or when `take` ended it.
+/// Reads a file member by member and hands out each one, also those before an error in the file. Returns the error of
+/// the file; empty on success and when `take` stops the reading.
 using ReadPlaces = QString (*)(Input &input, const TakePlace &take);
 
 } // namespace formats
