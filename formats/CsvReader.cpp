@@ -203,7 +203,7 @@ private:
 
 } // namespace
 
-QString readCsv(Input &input, const TakePlace &take)
+QString readCsv(Input &input, const ReadOptions & /*options*/, const TakePlace &take)
 {
     return CsvReader(input, take).read();
 }

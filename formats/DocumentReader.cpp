@@ -146,7 +146,7 @@ QString readDocument(const QByteArray &line, Place &place)
 
 } // namespace
 
-QString readDocuments(Input &input, const TakePlace &take)
+QString readDocuments(Input &input, const ReadOptions & /*options*/, const TakePlace &take)
 {
     LineReader lines(input);
     QByteArray line;

@@ -8,6 +8,6 @@ namespace formats
 
 /// Reads JSON documents of places (places/PlaceJson.h), one per line, as new places: without ids, use counts and times.
 /// A ReadPlaces.
-QString readDocuments(Input &input, const TakePlace &take);
+QString readDocuments(Input &input, const ReadOptions &options, const TakePlace &take);
 
 } // namespace formats

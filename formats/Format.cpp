@@ -6,6 +6,7 @@
 #include "DocumentReader.h"
 #include "GeoJsonReader.h"
 #include "GeoJsonWriter.h"
+#include "TextWriter.h"
 #include "XmlReader.h"
 
 #include <places/PlaceJson.h>
@@ -26,13 +27,21 @@ QByteArray toDocument(const Place &place)
     return vela::platform::places::PlaceJson::write(place);
 }
 
+constexpr TextForm GEOJSON{toGeoJsonFeature, "{\"type\":\"FeatureCollection\",\"features\":[\n", ",\n", "\n]}\n"};
+constexpr TextForm DOCUMENTS{toDocument, "", "\n", "\n"};
+
+template <const TextForm &FORM>
+std::unique_ptr<PlaceWriter> makeTextWriter(QIODevice &out)
+{
+    return std::make_unique<TextWriter>(out, FORM);
+}
+
 const Format FORMATS[] = {
-    {"geojson", " geojson geojsonl ", readGeoJson, toGeoJsonFeature, "{\"type\":\"FeatureCollection\",\"features\":[\n",
-     ",\n", "\n]}\n"},
-    {"json", " jsonl ndjson ", readDocuments, toDocument, "", "\n", "\n"},
-    {"gpx", " gpx ", readGpx, nullptr, "", "", ""},
-    {"kml", " kml ", readKml, nullptr, "", "", ""},
-    {"csv", " csv tsv ", readCsv, nullptr, "", "", ""},
+    {"geojson", " geojson geojsonl ", readGeoJson, makeTextWriter<GEOJSON>},
+    {"json", " jsonl ndjson ", readDocuments, makeTextWriter<DOCUMENTS>},
+    {"gpx", " gpx ", readGpx, nullptr},
+    {"kml", " kml ", readKml, nullptr},
+    {"csv", " csv tsv ", readCsv, nullptr},
 };
 
 } // namespace
@@ -74,7 +83,7 @@ QStringList formatNames(bool onlyWritable)
 {
     QStringList names;
     for (const Format &format : FORMATS) {
-        if (format.write || !onlyWritable)
+        if (format.makeWriter || !onlyWritable)
             names.append(QLatin1String(format.name));
     }
     return names;

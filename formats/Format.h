@@ -2,6 +2,7 @@
 #pragma once
 
 #include "PlaceReader.h"
+#include "PlaceWriter.h"
 
 #include <QtCore/QByteArray>
 #include <QtCore/QStringList>
@@ -15,11 +16,7 @@ struct Format
     const char *name;       ///< Name for users.
     const char *extensions; ///< File name extensions, each between blanks.
     ReadPlaces read;
-    /// Writes one place, without opening, separator and ending; null for a format that can only be read.
-    QByteArray (*write)(const vela::platform::places::Place &place);
-    const char *opening;
-    const char *separator;
-    const char *ending;
+    MakePlaceWriter makeWriter; ///< Null for a format that can only be read.
 };
 
 /// The format with this name; null when there is none.

@@ -288,7 +288,7 @@ QString problemAt(const char *problem, std::size_t position, const char *detail 
 
 } // namespace
 
-QString readGeoJson(Input &input, const TakePlace &take)
+QString readGeoJson(Input &input, const ReadOptions & /*options*/, const TakePlace &take)
 {
     constexpr unsigned FLAGS = rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag
                                | rapidjson::kParseValidateEncodingFlag | rapidjson::kParseStopWhenDoneFlag;

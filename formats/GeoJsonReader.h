@@ -7,6 +7,6 @@ namespace formats
 {
 
 /// Reads GeoJSON (RFC 7946): a FeatureCollection, a Feature, or a sequence of them. A ReadPlaces.
-QString readGeoJson(Input &input, const TakePlace &take);
+QString readGeoJson(Input &input, const ReadOptions &options, const TakePlace &take);
 
 } // namespace formats

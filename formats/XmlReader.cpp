@@ -306,12 +306,12 @@ private:
 
 } // namespace
 
-QString readGpx(Input &input, const TakePlace &take)
+QString readGpx(Input &input, const ReadOptions & /*options*/, const TakePlace &take)
 {
     return XmlReader(input, GPX, take).read();
 }
 
-QString readKml(Input &input, const TakePlace &take)
+QString readKml(Input &input, const ReadOptions & /*options*/, const TakePlace &take)
 {
     return XmlReader(input, KML, take).read();
 }

@@ -48,7 +48,7 @@ void readFile(const formats::Format &format, const QByteArray &bytes)
         std::abort();
     {
         formats::Input input(QStringLiteral("/proc/self/fd/%1").arg(file));
-        (void)format.read(input, [](const formats::ReadPlace &read) {
+        (void)format.read(input, {}, [](const formats::ReadPlace &read) {
             if (read.place && read.place->name() != QString())
                 checkRoundTrip(*read.place);
             return true;

@@ -27,7 +27,7 @@ KnownPlaces::KnownPlaces(const QStringList &files)
 void KnownPlaces::read(const QString &file)
 {
     formats::Input input(file);
-    const QString problem = formats::readGeoJson(input, [this](const formats::ReadPlace &read) {
+    const QString problem = formats::readGeoJson(input, {}, [this](const formats::ReadPlace &read) {
         if (read.place && read.place->hasCoordinates())
             m_places.emplace_back(*read.place);
         return true;

@@ -76,7 +76,7 @@ PlaceMaker::PlaceMaker(std::uint64_t seed)
 void PlaceMaker::readNames(const char *file, bool areCities)
 {
     formats::Input input{QString::fromUtf8(file)};
-    const QString problem = formats::readGeoJson(input, [&](const formats::ReadPlace &read) {
+    const QString problem = formats::readGeoJson(input, {}, [&](const formats::ReadPlace &read) {
         if (!read.place)
             return true;
         const Address address = read.place->primaryAddress();

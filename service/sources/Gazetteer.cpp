@@ -408,7 +408,7 @@ void Gazetteer::readFile(const std::string &path, SQLite::Database &database)
     formats::Input input(QString::fromLocal8Bit(path.c_str()));
     int count = 0;
     int skipped = 0;
-    const QString problem = formats::readGeoJson(input, [&](const formats::ReadPlace &read) {
+    const QString problem = formats::readGeoJson(input, {}, [&](const formats::ReadPlace &read) {
         ++count;
         if (read.place && read.place->hasCoordinates())
             take(statements, ++last, *read.place, QStringLiteral("%1#%2").arg(name).arg(count));

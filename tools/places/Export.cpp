@@ -38,27 +38,50 @@ SortRule exportOrder()
     return SortRule::createSimpleSortRule(SortField::LastUsedTime, SortOrder::Ascending);
 }
 
+/// Writes text to a terminal and escapes control characters.
+class TerminalFilter : public QIODevice
+{
+public:
+    explicit TerminalFilter(QIODevice &terminal)
+        : m_terminal(terminal)
+    {
+        open(WriteOnly | Unbuffered);
+    }
+
+protected:
+    qint64 readData(char * /*data*/, qint64 /*size*/) override { return -1; }
+    qint64 writeData(const char *data, qint64 size) override
+    {
+        const QByteArray bytes = printableJson(QByteArray(data, static_cast<int>(size)));
+        if (m_terminal.write(bytes) == bytes.size())
+            return size;
+        setErrorString(m_terminal.errorString());
+        return -1;
+    }
+
+private:
+    QIODevice &m_terminal;
+};
+
 /// Writes places one after the other, page by page.
 class Exporter
 {
 public:
     Exporter(QFileDevice &file, const Format &format, const QString &title)
-        : m_file(file)
-        , m_isTerminal(::isatty(file.handle()) != 0)
-        , m_format(format)
+        : m_filter(file)
+        , m_writer(format.makeWriter(::isatty(file.handle()) ? static_cast<QIODevice &>(m_filter) : file))
+        , m_title(file.fileName().isEmpty() ? QStringLiteral("standard output") : file.fileName())
         , m_bar(title)
     {}
 
     ExitStatus run()
     {
-        write(m_format.opening);
+        check(m_writer->begin());
         bool isLast = false;
         for (int offset = 0; !isLast && m_status == Done;)
             isLast = !writePage(offset);
-        if (m_status != Done)
-            return m_status;
-        if (m_count > 0 || m_format.opening[0] != '\0')
-            write(m_format.ending);
+        if (m_status == Done)
+            check(m_writer->end());
         return m_status;
     }
 
@@ -90,27 +113,23 @@ private:
         m_status = report(error, QStringLiteral("place %1").arg(id));
         if (!place || m_status != Done)
             return;
-        if (m_count > 0)
-            write(m_format.separator);
-        write(m_format.write(*place));
+        check(m_writer->write(*place));
         m_bar.show(0, ++m_count);
     }
 
-    void write(const QByteArray &text)
+    void check(const QString &problem)
     {
-        const QByteArray bytes = m_isTerminal ? printableJson(text) : text;
-        if (m_status == Done && m_file.write(bytes) != bytes.size()) {
-            m_bar.clear();
-            complain(m_file.fileName().isEmpty() ? QStringLiteral("standard output") : m_file.fileName(),
-                     m_file.errorString());
-            m_status = Failed;
-        }
+        if (problem.isEmpty())
+            return;
+        m_bar.clear();
+        complain(m_title, problem);
+        m_status = Failed;
     }
 
     const PlaceManager m_manager;
-    QFileDevice &m_file;
-    const bool m_isTerminal;
-    const Format &m_format;
+    TerminalFilter m_filter;
+    const std::unique_ptr<PlaceWriter> m_writer;
+    const QString m_title;
     ProgressBar m_bar;
     int m_count = 0;
     ExitStatus m_status = Done;
@@ -143,7 +162,7 @@ ExitStatus exportPlaces(const QString &path, const QString &formatName)
         format = formatByPath(path);
     if (!format)
         format = formatByName(QStringLiteral("geojson"));
-    if (!format->write) {
+    if (!format->makeWriter) {
         complain(path, QStringLiteral("the format %1 cannot be written; see places export --help")
                            .arg(QLatin1String(format->name)));
         return WrongUse;

@@ -91,7 +91,7 @@ ExitStatus importFile(const QString &path, const QString &formatName, Summary &s
     });
     const auto take = [&](ReadPlace read) { return adder.add(std::move(read)); };
     const QString problem =
-        input.problem().isEmpty() ? formatOf(path, formatName, input).read(input, take) : input.problem();
+        input.problem().isEmpty() ? formatOf(path, formatName, input).read(input, {}, take) : input.problem();
     adder.finish();
     if (problem.isEmpty() || status == NoService)
         return status;
