@@ -67,7 +67,7 @@ const Format *formatByPath(const QString &path)
 
 const Format &formatByContent(const QByteArray &head)
 {
-    // The texts of a document may be named "features" too.
+    // A document may contain the name "features" too.
     static const QRegularExpression GEOJSON(
         QStringLiteral(R"("type"\s*:\s*"Feature(Collection)?"|"features"\s*:\s*\[)"));
     const QByteArray text = head.trimmed();

@@ -11,23 +11,22 @@
 namespace formats
 {
 
-/// Most bytes that one feature, document, record or token of a file may take. It bounds the memory that reading needs.
+/// Maximum size of a feature, document, record or token in bytes. It bounds the memory for reading.
 constexpr std::size_t MAX_ITEM_SIZE = std::size_t(4) * 1024 * 1024;
 
-/// A file, or standard input under the name "-", read once from beginning to end. A UTF-8 byte order mark is passed
-/// over.
+/// A file, or standard input for the path "-", read once from beginning to end. A UTF-8 byte order mark is skipped.
 class Input
 {
 public:
     explicit Input(const QString &path);
 
-    /// Why there is nothing to read, or why reading ended early; empty when nothing is wrong.
+    /// Why opening or reading failed; empty without an error.
     [[nodiscard]] QString problem() const { return m_problem; }
-    /// The first bytes, at most 4096, to tell the format by; reading still begins with them.
+    /// The first bytes, at most 4096, to detect the format. read() still returns them.
     [[nodiscard]] const QByteArray &head() const { return m_head; }
-    /// Reads up to `size` bytes. Returns how many; 0 at the end and on a fault.
+    /// Reads up to `size` bytes. Returns their number; 0 at the end and on an error.
     std::size_t read(char *buffer, std::size_t size);
-    /// How much of the file is read, from 0 to 1; 0 when nobody knows how long it is.
+    /// The part of the file that is read, from 0 to 1; 0 when the size is unknown.
     [[nodiscard]] double progress() const;
 
 private:
@@ -43,7 +42,7 @@ private:
     double m_size = 0;
 };
 
-/// Text of UTF-8 bytes. False, and the text is of no use, when they are none.
+/// Decodes UTF-8. False for invalid UTF-8; the text is then undefined.
 bool decodeUtf8(const QByteArray &bytes, QString &text);
 
 } // namespace formats

@@ -29,17 +29,16 @@ using namespace places;
 namespace
 {
 
-/// Places in one answer of the service. Not too many: a page of headers is held in memory.
+/// Places in one answer of the service: a page of headers is held in memory.
 constexpr int PAGE_SIZE = 1000;
 
-/// An order that nothing but a use of a place changes, and that new places take in the order they were added: pages
-/// neither overlap nor leave gaps.
+/// By last use, then by id. Only a use moves a place, so pages neither overlap nor leave gaps.
 SortRule exportOrder()
 {
     return SortRule::createSimpleSortRule(SortField::LastUsedTime, SortOrder::Ascending);
 }
 
-/// Passes text on to a terminal, with escapes for what would steer it.
+/// Writes text to a terminal and escapes control characters.
 class TerminalFilter : public QIODevice
 {
 public:
@@ -64,7 +63,7 @@ private:
     QIODevice &m_terminal;
 };
 
-/// Writes the places one after the other, page by page.
+/// Writes places one after the other, page by page.
 class Exporter
 {
 public:
@@ -87,8 +86,8 @@ public:
     }
 
 private:
-    /// Writes the places from `offset` on and moves it behind them. False when there are no more. A page can have fewer
-    /// places than were asked for.
+    /// Writes the places of one page and moves `offset` behind it. False when there are no more. A page can have fewer
+    /// places than requested.
     bool writePage(int &offset)
     {
         Error::Type error = Error::Success;
@@ -136,7 +135,7 @@ private:
     ExitStatus m_status = Done;
 };
 
-/// Exports to a file that is open, or could not be opened; `finish` makes it stand.
+/// Exports to a file that is open or failed to open; `finish` commits the file.
 template <typename File, typename Finish>
 ExitStatus exportTo(File &file, const Format &format, const QString &path, Finish finish)
 {
@@ -147,7 +146,7 @@ ExitStatus exportTo(File &file, const Format &format, const QString &path, Finis
     return Failed;
 }
 
-/// True for what cannot be replaced by a new file: standard output, a device, a pipe.
+/// True for a path that cannot be replaced by a new file: standard output, a device, a pipe.
 bool isStream(const QString &path)
 {
     const QFileInfo file(path);
@@ -164,7 +163,7 @@ ExitStatus exportPlaces(const QString &path, const QString &formatName)
     if (!format)
         format = formatByName(QStringLiteral("geojson"));
     if (!format->makeWriter) {
-        complain(path, QStringLiteral("%1 can only be read; see places export --help for what is written")
+        complain(path, QStringLiteral("the format %1 cannot be written; see places export --help")
                            .arg(QLatin1String(format->name)));
         return WrongUse;
     }
