@@ -83,6 +83,7 @@ public:
 
 protected:
     AbstractPlace();
+    /// The private part; never null.
     std::unique_ptr<AbstractPlacePrivate> d;
 
 private:

@@ -32,6 +32,7 @@ public:
     [[nodiscard]] QString label() const;
     void setLabel(const QString &label);
 
+    /// Number of the house, as it is written.
     [[nodiscard]] QString houseNumber() const;
     void setHouseNumber(const QString &houseNumber);
 
@@ -39,6 +40,7 @@ public:
     [[nodiscard]] QString street() const;
     void setStreet(const QString &street);
 
+    /// City or town.
     [[nodiscard]] QString city() const;
     void setCity(const QString &city);
 
@@ -58,12 +60,15 @@ public:
     [[nodiscard]] QString countryCode() const;
     void setCountryCode(const QString &code);
 
+    /// Postal code, as the country writes it.
     [[nodiscard]] QString postalCode() const;
     void setPostalCode(const QString &postalCode);
 
+    /// Campus or site that the building belongs to.
     [[nodiscard]] QString campus() const;
     void setCampus(const QString &campus);
 
+    /// Name or number of the building.
     [[nodiscard]] QString building() const;
     void setBuilding(const QString &building);
 
@@ -73,6 +78,7 @@ public:
     /// True when a floor is set; 0 is a floor.
     [[nodiscard]] bool hasValidFloor() const;
 
+    /// Name or number of the room.
     [[nodiscard]] QString room() const;
     void setRoom(const QString &room);
 

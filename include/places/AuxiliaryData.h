@@ -51,6 +51,7 @@ public:
     [[nodiscard]] QString externalId() const;
     void setExternalId(const QString &externalId);
 
+    /// Type of the record, such as "contact" or "poi"; empty when unset.
     [[nodiscard]] QString type() const;
 
     /// Source of the record; not valid when it has none.

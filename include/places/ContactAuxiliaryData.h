@@ -37,17 +37,28 @@ public:
     /// Number of the contact in its account; 0 when unknown.
     [[nodiscard]] int contactId() const;
 
+    /// First name.
     [[nodiscard]] QString firstName() const;
+    /// Middle name.
     [[nodiscard]] QString middleName() const;
+    /// Family name.
     [[nodiscard]] QString lastName() const;
+    /// The whole name, as the address book shows it.
     [[nodiscard]] QString fullName() const;
+    /// Title or position.
     [[nodiscard]] QString title() const;
+    /// Company or organisation.
     [[nodiscard]] QString company() const;
 
+    /// Telephone number at home.
     [[nodiscard]] QString homePhone() const;
+    /// Number of the mobile telephone.
     [[nodiscard]] QString mobilePhone() const;
+    /// Telephone number at work.
     [[nodiscard]] QString workPhone() const;
+    /// Fax number.
     [[nodiscard]] QString fax() const;
+    /// E-mail address.
     [[nodiscard]] QString emailAddress() const;
     /// Web address; empty when unknown.
     [[nodiscard]] QUrl url() const;
@@ -63,6 +74,7 @@ public:
 
     /// True when the contact lives in the work perimeter.
     [[nodiscard]] bool isWorkContact() const;
+    /// Notes about the contact.
     [[nodiscard]] QString notes() const;
 
     /// A copy of the record behind this view.

@@ -19,6 +19,7 @@ public:
     /// True when the record is of type "lbs-image" and url() is a valid URL.
     [[nodiscard]] bool isValid() const;
 
+    /// Description of the image.
     [[nodiscard]] QString description() const;
     void setDescription(const QString &description);
 };

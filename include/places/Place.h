@@ -22,10 +22,15 @@ public:
     ~Place() override;
 
     // What is set here is stored by PlaceManager::addPlace() and PlaceManager::updatePlace().
+    /// Sets the name that name() returns.
     void setName(const QString &name);
+    /// Sets what description() returns.
     void setDescription(const QString &description);
+    /// Sets what owner() returns.
     void setOwner(const QString &owner);
+    /// Sets what source() returns.
     void setSource(const QString &source);
+    /// Sets what isPrivate() returns.
     void setPrivate(bool isPrivate);
 
     /// Adds a tag: one of Tags, or any other text. False when the place has it already. Tags::MyHome and Tags::MyWork
@@ -34,7 +39,9 @@ public:
     /// Removes a tag and the alias that came with it. False when the place does not have it.
     bool removeTag(const QString &tag);
     using AbstractPlace::hasTag;
+    /// True when the place has this tag.
     [[nodiscard]] bool hasTag(const QString &tag) const;
+    /// Number of tags.
     [[nodiscard]] int tagCount() const;
     /// Tag at `index`, 0 to tagCount() - 1.
     [[nodiscard]] QString tag(int index) const;
@@ -43,6 +50,7 @@ public:
     void addAlias(const QString &alias);
     /// Removes another name of the place, if it has it.
     void removeAlias(const QString &alias);
+    /// The other names, in the order they were added.
     [[nodiscard]] QStringList aliases() const;
 
     /// Appends a location. A copy has no zoom. One that says nothing (no address, position or virtual data) is not
@@ -54,6 +62,7 @@ public:
     bool removeLocation(int index);
     /// Removes the first location that equals `location`. False when there is none.
     bool removeLocation(const Location &location);
+    /// Number of locations.
     [[nodiscard]] int locationCount() const;
     /// A copy of the location at `index`, 0 to locationCount() - 1. Being a copy, it has no zoom.
     [[nodiscard]] Location location(int index) const;
@@ -66,6 +75,7 @@ public:
     bool removeAuxiliaryData(int index);
     /// Removes the first record that equals `data`. False when there is none.
     bool removeAuxiliaryData(const AuxiliaryData &data);
+    /// Number of records.
     [[nodiscard]] int auxiliaryDataCount() const;
     /// A copy of the record at `index`, 0 to auxiliaryDataCount() - 1.
     [[nodiscard]] AuxiliaryData auxiliaryData(int index) const;

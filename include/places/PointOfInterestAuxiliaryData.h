@@ -44,6 +44,7 @@ public:
     [[nodiscard]] QString externalId() const;
     void setExternalId(const QString &externalId);
 
+    /// Name of the place at its provider.
     [[nodiscard]] QString name() const;
     void setName(const QString &name);
 
@@ -64,10 +65,13 @@ public:
     [[nodiscard]] int ratingCount() const;
     void setRatingCount(int count);
 
+    /// Telephone number.
     [[nodiscard]] QString phoneNumber() const;
     void setPhoneNumber(const QString &phoneNumber);
+    /// Fax number.
     [[nodiscard]] QString fax() const;
     void setFax(const QString &fax);
+    /// E-mail address.
     [[nodiscard]] QString emailAddress() const;
     void setEmailAddress(const QString &emailAddress);
     /// Web address; empty when unknown.
@@ -86,9 +90,13 @@ public:
     [[nodiscard]] int utcOffsetSeconds() const;
     void setUtcOffsetSeconds(int seconds);
 
+    /// Where to park, as a text to show.
     [[nodiscard]] QString parkingText() const;
+    /// Whether and how to reserve, as a text to show.
     [[nodiscard]] QString reservationText() const;
+    /// Range of prices, as a text to show.
     [[nodiscard]] QString priceRangeText() const;
+    /// Accepted means of payment, as a text to show.
     [[nodiscard]] QString paymentMethodText() const;
 
     /// A copy of the record behind this view.

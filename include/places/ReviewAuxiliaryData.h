@@ -22,6 +22,7 @@ public:
     /// True when the record is of type "lbs-review" and has a rating.
     [[nodiscard]] bool isValid() const;
 
+    /// Title of the review.
     [[nodiscard]] QString title() const;
     void setTitle(const QString &title);
 
@@ -33,6 +34,7 @@ public:
     [[nodiscard]] QString abstract() const;
     void setAbstract(const QString &abstract);
 
+    /// The whole text of the review.
     [[nodiscard]] QString fullText() const;
     void setFullText(const QString &text);
 

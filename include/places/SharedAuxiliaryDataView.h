@@ -51,6 +51,7 @@ public:
 protected:
     /// True when the record is of exactly this type.
     [[nodiscard]] bool isOfType(const char *type) const;
+    /// Value of a text of the record; empty when it has none of this key.
     [[nodiscard]] QString text(const QString &key) const;
     void setText(const QString &key, const QString &value);
 

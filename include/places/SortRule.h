@@ -59,10 +59,12 @@ public:
     void swap(SortRule &other) noexcept { d.swap(other.d); }
     friend void swap(SortRule &left, SortRule &right) noexcept { left.swap(right); }
 
+    /// By a field of the place.
     [[nodiscard]] static SortRule createSimpleSortRule(SortField::Type field, SortOrder::Type order);
     /// By distance from a point; places without a position come last.
     [[nodiscard]] static SortRule createDistanceSortRule(const Coordinates &centre, SortOrder::Type order);
 
+    /// Compares field, order and centre.
     bool operator==(const SortRule &other) const;
     bool operator!=(const SortRule &other) const;
 

@@ -37,6 +37,7 @@ public:
     [[nodiscard]] short endMinute() const;
     void setEndMinute(short minute);
 
+    /// Compares hours and minutes.
     bool operator==(const TimeRange &other) const;
     bool operator!=(const TimeRange &other) const;
 
