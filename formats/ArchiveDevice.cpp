@@ -50,7 +50,7 @@ bool addEntry(::archive *archive, const QString &member)
     archive_entry_set_pathname_utf8(entry.get(), member.toUtf8().constData());
     archive_entry_set_filetype(entry.get(), S_IFREG);
     archive_entry_set_perm(entry.get(), MEMBER_MODE);
-    // A name with letters that the locale does not have is only a warning.
+    // A name that the locale cannot represent is only a warning.
     return archive_write_header(archive, entry.get()) >= ARCHIVE_WARN;
 }
 
@@ -73,7 +73,7 @@ QString withoutCompression(const QString &path)
 
 void ArchiveDevice::Free::operator()(::archive *archive) const
 {
-    // To free an archive writes its end, unless it has failed.
+    // archive_write_free() would write the end.
     archive_write_fail(archive);
     archive_write_free(archive);
 }
@@ -97,12 +97,12 @@ bool ArchiveDevice::begin(Compression compression, const QString &member)
     }
     const bool isZip = compression == Compression::Zip;
     const int format = isZip ? archive_write_set_format_zip(archive) : archive_write_set_format_raw(archive);
-    // The time is left out of gzip, as it is out of zip: the result depends on the bytes alone.
+    // Without a time the output depends on the data only.
     if (compression == Compression::Gzip)
         archive_write_set_filter_option(archive, "gzip", "timestamp", nullptr);
     if (isZip)
         archive_write_set_format_option(archive, "zip", "hdrcharset", "UTF-8");
-    // No padding behind the end.
+    // No padding at the end.
     archive_write_set_bytes_in_last_block(archive, 1);
     return format == ARCHIVE_OK && archive_write_open(archive, &m_out, nullptr, passOn, nullptr) == ARCHIVE_OK
            && addEntry(archive, isZip ? member : QStringLiteral("data"));

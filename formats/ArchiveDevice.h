@@ -11,7 +11,7 @@ struct archive;
 namespace formats
 {
 
-/// How bytes are compressed on their way to a file.
+/// How a file is compressed.
 enum class Compression
 {
     None,
@@ -19,27 +19,28 @@ enum class Compression
     Bzip2,
     Xz,
     Zstd,
-    Zip, ///< An archive of one file.
+    Zip, ///< Archive of one file.
 };
 
-/// The compression that the ending of a file's name stands for: ".gz", ".bz2", ".xz", ".zst" or ".zip".
+/// The compression of a file by its extension: ".gz", ".bz2", ".xz", ".zst" or ".zip".
 Compression compressionOf(const QString &path);
-/// A file's name without such an ending.
+/// A file's name without such an extension.
 QString withoutCompression(const QString &path);
 
-/// Compresses what is written to it and passes that on to another device, which outlives it. Memory does not grow with
-/// what is written. The same bytes give the same result at any time. For one thread.
+/// Compresses the data that is written to it, and writes it to another device, which outlives this one. Memory does not
+/// grow with the data. The output depends on the data only, not on the time. For one thread.
 class ArchiveDevice : public QIODevice
 {
 public:
-    /// Begins to write to a device that is open. When that fails, this one is not open, and errorString() says why.
+    /// Starts the output on a device that is open. On an error, this device is not open and errorString() has the
+    /// reason.
     /// @param compression any but None.
-    /// @param member name of the file in a zip archive; else without effect.
+    /// @param member name of the file in a zip archive; ignored for other compressions.
     ArchiveDevice(QIODevice &out, Compression compression, const QString &member = {});
-    /// Writes no end: without finish() the file is not whole.
+    /// Without finish() the file stays incomplete.
     ~ArchiveDevice() override;
 
-    /// Writes the end; nothing can be written after it. Returns what went wrong; empty when nothing did.
+    /// Writes the end of the file and closes this device. Returns the error; empty on success.
     [[nodiscard]] QString finish();
 
     [[nodiscard]] bool isSequential() const override { return true; }
@@ -55,7 +56,7 @@ private:
     };
 
     bool begin(Compression compression, const QString &member);
-    /// Keeps the reason of the last failure. Returns false.
+    /// Sets the error string to the error of the last call. Returns false.
     bool fail();
 
     QIODevice &m_out;

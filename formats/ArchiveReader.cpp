@@ -43,7 +43,7 @@ bool startsWithOne(const QByteArray &head, const std::string_view (&signatures)[
                        [text](std::string_view signature) { return text.substr(0, signature.size()) == signature; });
 }
 
-/// Has this thread use UTF-8 while it exists. A name that the locale cannot spell would be lost.
+/// Switches the thread's locale to UTF-8. libarchive drops file names that the locale cannot represent.
 class Utf8Scope
 {
 public:
@@ -87,7 +87,7 @@ ArchiveReader::ArchiveReader(FileBytes &source, const Rank &rank)
     else if (m_isZip)
         findMember(rank);
     else if (!nextEntry())
-        m_archive.reset(); // which compressed nothing
+        m_archive.reset(); // empty data
 }
 
 bool ArchiveReader::open()
@@ -97,7 +97,7 @@ bool ArchiveReader::open()
     if (!archive)
         return false;
     if (m_isZip) {
-        // The reader that goes by the list at the end of the archive keeps that list in memory.
+        // The seekable reader would keep the central directory in memory.
         archive_read_support_format_zip_streamable(archive);
     } else {
         archive_read_support_filter_bzip2(archive);
@@ -129,7 +129,7 @@ void ArchiveReader::findMember(const Rank &rank)
     if (!m_problem.isEmpty())
         return;
     if (best == 0) {
-        m_problem = QStringLiteral("no file in the zip archive has a name that tells of a known format");
+        m_problem = QStringLiteral("no file in the zip archive has the extension of a known format");
     } else if (m_member.isEmpty()) {
         m_source.rewind();
         if (open())

@@ -21,25 +21,23 @@ class FileBytes;
 class ArchiveReader
 {
 public:
-    /// How much a file of a zip archive is wanted, by its name: the first of the most wanted ones is read; 0 for one
-    /// that is not.
+    /// Rank of a file in a zip archive by its name: the first file of the highest rank is read. 0 excludes a file.
     using Rank = std::function<int(const QString &name)>;
-    /// That of a file than which none is wanted more.
+    /// The highest rank.
     static constexpr int BEST_RANK = 3;
 
-    /// True for the first bytes of what this reads.
+    /// Detects the supported formats by the first bytes.
     static bool isArchive(const QByteArray &head);
 
-    /// Begins to read. Where the source cannot go back, as in a pipe, the first file of a zip archive that is wanted at
-    /// all is read.
+    /// Opens the archive. When the source cannot be rewound, the first file of any rank but 0 is read.
     /// @param source is at its beginning, and outlives the reader.
     ArchiveReader(FileBytes &source, const Rank &rank);
 
-    /// Why there is nothing to read, or why reading ended early; empty when nothing is wrong.
+    /// Why opening or reading failed; empty without an error.
     [[nodiscard]] const QString &problem() const { return m_problem; }
-    /// The name of the file in the zip archive; empty when there is no such archive.
+    /// Name of the file in the zip archive; empty for other formats.
     [[nodiscard]] const QString &member() const { return m_member; }
-    /// Reads up to `size` bytes. Returns how many; 0 at the end and on a fault.
+    /// Reads up to `size` bytes. Returns their number; 0 at the end and on an error.
     std::size_t read(char *buffer, std::size_t size);
 
 private:
@@ -48,21 +46,21 @@ private:
         void operator()(::archive *archive) const;
     };
 
-    /// Begins at the beginning of the source.
+    /// Opens an archive at the start of the source.
     bool open();
-    /// Goes to the next file; null at the end and on a fault.
+    /// Goes to the next file; null at the end and on an error.
     archive_entry *nextEntry();
     void findMember(const Rank &rank);
     /// Goes to the first file of at least this rank. Returns the best rank that was seen; it is less when there is
     /// none.
     int findRank(const Rank &rank, int atLeast);
-    /// Keeps the reason of the last failure.
+    /// Keeps the error of the last call.
     void fail();
 
     FileBytes &m_source;
     const bool m_isZip;
-    std::unique_ptr<::archive, Free> m_archive; ///< Null when there is nothing to read.
-    char m_buffer[64 * 1024]; ///< Bytes of the source.
+    std::unique_ptr<::archive, Free> m_archive; ///< Null for empty data.
+    char m_buffer[64 * 1024];                   ///< Bytes of the source.
     QString m_member;
     QString m_problem;
 };

@@ -22,7 +22,7 @@ namespace
 constexpr std::size_t HEAD_SIZE = 4096;
 constexpr unsigned BUFFER_SIZE = 64 * 1024;
 
-/// A descriptor of the file that is the caller's to close; -1 when it cannot be opened.
+/// A descriptor of the file, which the caller closes; -1 on an error.
 int openFile(const QString &path)
 {
     if (path == QLatin1String("-"))
@@ -36,7 +36,7 @@ double sizeOf(int file)
     return ::fstat(file, &status) == 0 ? static_cast<double>(status.st_size) : 0;
 }
 
-/// What is wrong with the compressed bytes or the file; empty when nothing is.
+/// The error of the last read; empty without an error.
 QString faultOf(gzFile_s *file)
 {
     int code = Z_OK;
@@ -48,7 +48,7 @@ QString faultOf(gzFile_s *file)
     case Z_ERRNO:
         return qt_error_string(errno);
     case Z_BUF_ERROR:
-        return QStringLiteral("the gzip file is cut: it ends before its end");
+        return QStringLiteral("the gzip file is cut: it ends too early");
     default:
         return QStringLiteral("the gzip file is damaged: %1")
             .arg(QString::fromUtf8(reason).section(QLatin1String(": "), 1));

@@ -12,24 +12,24 @@ struct gzFile_s;
 namespace formats
 {
 
-/// The bytes of a file, or of standard input under the name "-"; those that gzip (RFC 1952) compressed as they were
-/// before. Its checksums are checked. Memory does not grow with the file.
+/// The bytes of a file, or of standard input for the path "-". Data in gzip format (RFC 1952) is decompressed and its
+/// checksums are checked. Memory does not grow with the file.
 class FileBytes
 {
 public:
     explicit FileBytes(const QString &path);
 
-    /// Why there is nothing to read, or why reading ended early; empty when nothing is wrong.
+    /// Why opening or reading failed; empty without an error.
     [[nodiscard]] const QString &problem() const { return m_problem; }
-    /// The first bytes, at most 4096, to tell what they are; reading still begins with them.
+    /// The first bytes, at most 4096. read() still returns them.
     [[nodiscard]] const QByteArray &head() const { return m_head; }
-    /// Reads up to `size` bytes. Returns how many; 0 at the end and on a fault.
+    /// Reads up to `size` bytes. Returns their number; 0 at the end and on an error.
     std::size_t read(char *buffer, std::size_t size);
-    /// False where there is no way back to the beginning, as in a pipe.
+    /// False for a pipe and other sources that cannot be read twice.
     [[nodiscard]] bool canRewind() const { return m_canRewind; }
     /// Goes back to the beginning.
     void rewind();
-    /// How much of the file is read, from 0 to 1; 0 when nobody knows how long it is.
+    /// The part of the file that is read, from 0 to 1; 0 when the size is unknown.
     [[nodiscard]] double progress() const;
 
 private:
@@ -43,7 +43,7 @@ private:
     std::unique_ptr<gzFile_s, Close> m_file;
     QString m_problem;
     QByteArray m_head;
-    std::size_t m_position = 0; ///< In the head; reading goes on in the file behind it.
+    std::size_t m_position = 0; ///< Of the next byte in the head; its size when the head is read.
     double m_size = 0;
     bool m_canRewind = false;
 };

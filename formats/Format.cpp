@@ -48,12 +48,12 @@ const Format FORMATS[] = {
     {"csv", " csv tsv ", readCsv, nullptr},
 };
 
-bool isFormOfJson(const Format &format)
+bool isJsonFormat(const Format &format)
 {
     return format.read == readGeoJson || format.read == readDocuments;
 }
 
-/// What a text begins with, behind blanks and the record separators of JSON text sequences (RFC 8142).
+/// Removes leading blanks and record separators of JSON text sequences (RFC 8142).
 QByteArray textOf(const QByteArray &head)
 {
     constexpr std::string_view BLANKS = " \t\r\n\x1E";
@@ -63,10 +63,10 @@ QByteArray textOf(const QByteArray &head)
     return head.mid(start);
 }
 
-/// The form of JSON that a text is; null when it is none, or does not tell.
+/// The JSON format of a text; null when it is not JSON or not recognised.
 const Format *jsonByContent(const QByteArray &text)
 {
-    // The texts of a document may be named "features" too.
+    // A document may contain the name "features" too.
     static const QRegularExpression FEATURES(
         QStringLiteral(R"re("type"\s*:\s*"Feature(Collection)?"|"(features|elements)"\s*:\s*\[)re"));
     static const QRegularExpression DOCUMENT(QStringLiteral(R"re("complete"\s*:\s*(true|false))re"));
@@ -113,7 +113,7 @@ const Format &formatOf(const Input &input)
 {
     const Format *named = formatByPath(input.name());
     const Format *json = jsonByContent(textOf(input.head()));
-    const bool isJson = json && (!named || isFormOfJson(*named));
+    const bool isJson = json && (!named || isJsonFormat(*named));
     return isJson ? *json : named ? *named : formatByContent(input.head());
 }
 

@@ -30,7 +30,7 @@ const QSet<QString> &lineElements()
     return NAMES;
 }
 
-/// Other elements of HTML that stand in descriptions.
+/// Other elements of HTML in descriptions.
 const QSet<QString> &otherElements()
 {
     static const QSet<QString> NAMES = wordsOf(
@@ -41,7 +41,7 @@ const QSet<QString> &otherElements()
     return NAMES;
 }
 
-/// Characters by the names of their references. Those of U+00A0 to U+00FF are in their order.
+/// Characters by the names of their references. LATIN_1 has the names of U+00A0 to U+00FF in order.
 const QHash<QString, uint> &namedCharacters()
 {
     static const QHash<QString, uint> CHARACTERS = [] {
@@ -74,7 +74,7 @@ const QHash<QString, uint> &namedCharacters()
     return CHARACTERS;
 }
 
-/// The character of a reference, by what stands between "&" and ";"; 0 when there is none.
+/// The character of a reference, given without "&" and ";"; 0 for an unknown one.
 uint referencedCharacter(const QString &reference)
 {
     if (!reference.startsWith(QLatin1Char('#')))
@@ -85,7 +85,7 @@ uint referencedCharacter(const QString &reference)
     return isCharacter ? code : 0;
 }
 
-/// Goes through a text once.
+/// Scans a text once.
 class HtmlScanner
 {
 public:
@@ -116,7 +116,7 @@ private:
         return skipBehind(QStringLiteral("-->"), m_at + 4);
     }
 
-    /// Goes behind the next `end`; false when there is none. Then the text is not looked through for it again.
+    /// Moves behind the next `end`; false when there is none. A missing `end` is searched only once.
     bool skipBehind(const QString &end, int from)
     {
         if (m_missing.contains(end))
@@ -166,7 +166,7 @@ private:
         return true;
     }
 
-    /// The lines without blanks at their ends and without empty ones after the first.
+    /// The output without blanks at the ends of lines and without repeated empty lines.
     QString tidied() const
     {
         QString tidy;

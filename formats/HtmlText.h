@@ -6,10 +6,10 @@
 namespace formats
 {
 
-/// Plain text of a text that may be HTML. Tags and comments go, references such as "&eacute;" become their characters,
-/// and what starts a line in HTML (br, p, div, li, tr, headings) becomes a line feed. Blanks at the ends of lines go,
-/// as do empty lines after the first. "<" and "&" that begin no tag or reference of HTML stand for themselves, so plain
-/// text stays as it is. Takes time in proportion to the text, whatever it is.
+/// Converts HTML to plain text. Tags and comments are removed, character references such as "&eacute;" are decoded, and
+/// elements that start a line (br, p, div, li, tr, headings) become line feeds. Blanks at the ends of lines and
+/// repeated empty lines are removed. A text without tags and references of HTML is returned unchanged, also when it
+/// contains "<" or "&". Runs in linear time.
 QString htmlToText(const QString &text);
 
 } // namespace formats

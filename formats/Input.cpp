@@ -21,7 +21,7 @@ namespace
 constexpr int HEAD_SIZE = 4096;
 constexpr char BYTE_ORDER_MARK[] = "\xEF\xBB\xBF";
 
-/// How much a file of an archive is wanted. What some systems put beside a file is hidden.
+/// Rank of a file in an archive. Hidden files are metadata of some systems.
 int rankOf(const QString &name)
 {
     const QFileInfo file(name);
@@ -55,7 +55,7 @@ Input::~Input() = default;
 
 QString Input::problem() const
 {
-    // What is wrong behind the head does not count before it is read.
+    // An error behind the head is reported when reading gets there.
     if (m_position < static_cast<std::size_t>(m_head.size()))
         return {};
     return m_archive && !m_archive->problem().isEmpty() ? m_archive->problem() : m_file.problem();

@@ -79,6 +79,7 @@ Finder::Finder(Store &store, PlaceSources sources, Query query, bool external, D
     , m_deadline(deadline)
     , m_plan(plan)
     , m_order(m_query.sort)
+    , m_typedTerm(typedTerm(m_query.rule).toUtf8())
     , m_sources(numberSources(m_query.rule))
 {
     addTerms(m_query.rule, m_terms);
@@ -526,9 +527,14 @@ std::vector<Hit> Finder::candidateHits(const Search &search) const
 
 std::string Finder::recordOf(qint64 id)
 {
+    std::string record;
     if (const CandidateRow *row = m_candidates->row(id))
-        return m_query.headerOnly ? headerOf(*row->place()) : fullRecordOf(*row->place());
-    return m_store.readableRecord(id, m_query.headerOnly);
+        record = m_query.headerOnly ? headerOf(*row->place()) : fullRecordOf(*row->place());
+    else
+        record = m_store.readableRecord(id, m_query.headerOnly);
+    if (!record.empty() && !m_typedTerm.isEmpty())
+        addSearchTerm(record, m_typedTerm);
+    return record;
 }
 
 // ------------------------------------------------------------------------------------------------------- counting

@@ -131,7 +131,8 @@ private:
     ReturnCode countWithoutProviders(qint64 &count);
     ReturnCode countWithProviders(qint64 &count);
     ReturnCode countAll(qint64 &count);
-    /// The record of a place that was found; empty, and a message in the log, for one that cannot be read.
+    /// The record of a place that was found, with the term that it was found by; empty, and a message in the log, for
+    /// one that cannot be read.
     std::string recordOf(qint64 id);
 
     Store &m_store;
@@ -141,6 +142,7 @@ private:
     const Deadline m_deadline;
     const Plan m_plan;
     const Order m_order;
+    const QByteArray m_typedTerm; ///< UTF-8; what is found carries it.
     FindTerms m_terms;
     std::vector<const Rule *> m_sources; ///< Leaves of the query's rule.
     std::vector<Ask> m_asks;

@@ -42,6 +42,9 @@ bool isByWords(const Rule &rule);
 /// Whether the rule is such a leaf, or has one.
 bool hasWords(const Rule &rule);
 
+/// What the user typed, which all leaves search for that take such a text; empty when they differ or there are none.
+QString typedTerm(const Rule &rule);
+
 /// Whether the rule, or one of its members, asks the providers.
 bool asksProviders(const Rule &rule);
 

@@ -187,7 +187,9 @@ Service::Outcome Service::getPlace(Request &request, Encoder &reply)
     Outcome outcome = id == PlaceId::UNDEFINED_PERSISTED_ID
                           ? answerWith(externalId, type, Coordinates(), request, reply)
                           : encodeStored(id, request, reply);
-    if (outcome != Outcome(ReturnCode::Success) || searchTerm.isEmpty() || request.caller.external)
+    // The request has characters of ISO 8859-1 only; "?" may stand for any other.
+    const bool isTerm = !searchTerm.isEmpty() && !searchTerm.contains(QLatin1Char('?'));
+    if (outcome != Outcome(ReturnCode::Success) || !isTerm || request.caller.external)
         return outcome;
     if (m_pool == Pool::Fast)
         return Pool::Writer;

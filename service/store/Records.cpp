@@ -98,4 +98,19 @@ std::unique_ptr<Place> placeOfHeader(const std::string &header)
     return place;
 }
 
+void addSearchTerm(std::string &record, const QByteArray &utf8)
+{
+    PlacesAPIDecoder decoder(record.data(), static_cast<unsigned int>(record.size()));
+    unsigned int size = 0;
+    if (!decoder.serviceSkipToSearchTerm() || !decoder.decode(size) || size != 0)
+        return;
+    const std::size_t start = record.size() - decoder.remaining() - sizeof size;
+    PlacesAPIEncoder text;
+    text.encodeString(utf8.toStdString());
+    // The term starts at a whole word, and so does the number behind it.
+    std::string encoded = messageOf(text);
+    encoded.resize((encoded.size() + 3) / 4 * 4, PlacesAPIEncoder::FILL);
+    record.replace(start, sizeof size, encoded);
+}
+
 } // namespace placesd

@@ -4,6 +4,8 @@
 #include "places/Place.h"
 #include "places/PlaceHeader.h"
 
+#include <QtCore/QByteArray>
+
 #include <memory>
 #include <string>
 
@@ -19,5 +21,8 @@ std::unique_ptr<vela::platform::places::Place> decodePlace(const std::string &re
 std::unique_ptr<vela::platform::places::PlaceHeader> decodeHeader(const std::string &record);
 /// What a header tells of its place. Of the tags only "favourite" is known.
 std::unique_ptr<vela::platform::places::Place> placeOfHeader(const std::string &header);
+
+/// Gives a record, full or header, a search term if it has none. What is no record stays as it is.
+void addSearchTerm(std::string &record, const QByteArray &utf8);
 
 } // namespace placesd

@@ -188,6 +188,14 @@ bool PlacesAPIDecoder::decodePlacePrivate(PlacePrivate &record)
 
 bool PlacesAPIDecoder::decodeCommonFields(PlacePrivate &record)
 {
+    return decodeBeforeSearchTerm(record)
+        && decodeQString(record.searchTerm)
+        && decode(record.securityPerimeter)
+        && decode(record.certainty);
+}
+
+bool PlacesAPIDecoder::decodeBeforeSearchTerm(PlacePrivate &record)
+{
     return decode(record.id)
         && decodeQString(record.name)
         && decodeQString(record.description)
@@ -201,10 +209,7 @@ bool PlacesAPIDecoder::decodeCommonFields(PlacePrivate &record)
         && decode(record.lastUsedTime)
         && decode(record.isHeader)
         && decode(record.dataMask)
-        && decode(record.persistenceMask)
-        && decodeQString(record.searchTerm)
-        && decode(record.securityPerimeter)
-        && decode(record.certainty);
+        && decode(record.persistenceMask);
 }
 
 bool PlacesAPIDecoder::decodeBehindLocations(PlacePrivate &record)
@@ -341,6 +346,12 @@ bool PlacesAPIDecoder::serviceDecodePlace(Place *&place)
         return false;
     place = createPlace(record);
     return true;
+}
+
+bool PlacesAPIDecoder::serviceSkipToSearchTerm()
+{
+    PlacePrivate record;
+    return decodeBeforeSearchTerm(record);
 }
 
 bool PlacesAPIDecoder::decodePlaceHeader(PlaceHeader *&header)

@@ -96,6 +96,8 @@ public:
     // For a service: a full place as encodePlace() writes it, with nothing behind it. Locations that say nothing, which
     // are counted but not written, come last; a record with more than a few of them is refused.
     bool serviceDecodePlace(places::Place *&place);
+    /// For a service: reads a record, full or header, up to its search term.
+    bool serviceSkipToSearchTerm();
 
 private:
     /// A place record as it stands on the wire, before it is known what becomes of it.
@@ -156,6 +158,7 @@ private:
     bool decodePlacePrivate(PlacePrivate &record);
     bool serviceDecodePlacePrivate(PlacePrivate &record);
     bool decodeCommonFields(PlacePrivate &record);
+    bool decodeBeforeSearchTerm(PlacePrivate &record);
     bool decodeBehindLocations(PlacePrivate &record);
     bool decodeHeaderLocation(PlacePrivate &record);
     bool decodeUrl(QUrl &url);

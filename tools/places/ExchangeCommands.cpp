@@ -21,13 +21,13 @@ using namespace places;
 namespace
 {
 
-/// Adds the option that names a format.
+/// Adds the option `--format`.
 void addFormatOption(CLI::App &command, std::string &format, bool onlyWritable)
 {
     std::vector<std::string> names;
     for (const QString &name : formatNames(onlyWritable))
         names.push_back(name.toStdString());
-    command.add_option("--format", format, "Format; without it the file's extension or content tells")
+    command.add_option("--format", format, "Format; by default from the file's extension or content")
         ->check(CLI::IsMember(names));
 }
 
@@ -57,8 +57,7 @@ void addExport(CLI::App &app, Context &context)
 
 using CopyStore = Error::Type (InternalPlaceManager::*)(const QString &) const;
 
-/// Adds a command that has the service copy its store. The service may run in another folder, so it gets an absolute
-/// path.
+/// Adds a command that calls `copy` with a file. The path is made absolute: the service may run in another folder.
 void addCopyCommand(CLI::App &app, Context &context, const char *name, const char *description, CopyStore copy)
 {
     const auto file = std::make_shared<std::string>();
@@ -80,9 +79,8 @@ void addExchangeCommands(CLI::App &app, Context &context)
 {
     addImport(app, context);
     addExport(app, context);
-    addCopyCommand(app, context, "backup", "Write all that is stored to a backup file", &InternalPlaceManager::backup);
-    addCopyCommand(app, context, "restore", "Replace all that is stored by what a backup file holds",
-                   &InternalPlaceManager::restore);
+    addCopyCommand(app, context, "backup", "Write all stored data to a backup file", &InternalPlaceManager::backup);
+    addCopyCommand(app, context, "restore", "Replace all stored data by a backup file", &InternalPlaceManager::restore);
 }
 
 } // namespace tool

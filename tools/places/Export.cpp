@@ -30,17 +30,16 @@ using namespace places;
 namespace
 {
 
-/// Places in one answer of the service. Not too many: a page of headers is held in memory.
+/// Places in one answer of the service: a page of headers is held in memory.
 constexpr int PAGE_SIZE = 1000;
 
-/// An order that nothing but a use of a place changes, and that new places take in the order they were added: pages
-/// neither overlap nor leave gaps.
+/// By last use, then by id. Only a use moves a place, so pages neither overlap nor leave gaps.
 SortRule exportOrder()
 {
     return SortRule::createSimpleSortRule(SortField::LastUsedTime, SortOrder::Ascending);
 }
 
-/// Passes text on to a terminal, with escapes for what would steer it.
+/// Writes text to a terminal and escapes control characters.
 class TerminalFilter : public QIODevice
 {
 public:
@@ -65,8 +64,8 @@ private:
     QIODevice &m_terminal;
 };
 
-/// The device that compresses an exported file, if its name asks for that. In an archive the file has the name without
-/// the archive's ending, and one that tells its format.
+/// The device that compresses the exported file; null for a file name without the extension of a compression. The file
+/// in a zip archive has the archive's name without ".zip".
 std::unique_ptr<ArchiveDevice> makeCompressor(QFileDevice &file, const Format &format)
 {
     const QString path = file.fileName();
@@ -78,7 +77,7 @@ std::unique_ptr<ArchiveDevice> makeCompressor(QFileDevice &file, const Format &f
     return std::make_unique<ArchiveDevice>(file, compression, name + extension);
 }
 
-/// Writes the places one after the other, page by page.
+/// Writes places one after the other, page by page.
 class Exporter
 {
 public:
@@ -104,7 +103,7 @@ public:
     }
 
 private:
-    /// What the writer writes to.
+    /// The device that the writer writes to.
     QIODevice &outOf(QFileDevice &file)
     {
         if (m_compressor)
@@ -112,8 +111,8 @@ private:
         return ::isatty(file.handle()) ? static_cast<QIODevice &>(m_filter) : file;
     }
 
-    /// Writes the places from `offset` on and moves it behind them. False when there are no more. A page can have fewer
-    /// places than were asked for.
+    /// Writes the places of one page and moves `offset` behind it. False when there are no more. A page can have fewer
+    /// places than requested.
     bool writePage(int &offset)
     {
         Error::Type error = Error::Success;
@@ -162,7 +161,7 @@ private:
     ExitStatus m_status = Done;
 };
 
-/// Exports to a file that is open, or could not be opened; `finish` makes it stand.
+/// Exports to a file that is open or failed to open; `finish` commits the file.
 template <typename File, typename Finish>
 ExitStatus exportTo(File &file, const Format &format, const QString &path, Finish finish)
 {
@@ -173,7 +172,7 @@ ExitStatus exportTo(File &file, const Format &format, const QString &path, Finis
     return Failed;
 }
 
-/// True for what cannot be replaced by a new file: standard output, a device, a pipe.
+/// True for a path that cannot be replaced by a new file: standard output, a device, a pipe.
 bool isStream(const QString &path)
 {
     const QFileInfo file(path);
@@ -190,7 +189,7 @@ ExitStatus exportPlaces(const QString &path, const QString &formatName)
     if (!format)
         format = formatByName(QStringLiteral("geojson"));
     if (!format->makeWriter) {
-        complain(path, QStringLiteral("%1 can only be read; see places export --help for what is written")
+        complain(path, QStringLiteral("the format %1 cannot be written; see places export --help")
                            .arg(QLatin1String(format->name)));
         return WrongUse;
     }

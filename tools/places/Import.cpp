@@ -23,20 +23,20 @@ using namespace places;
 namespace
 {
 
-/// Most problems that the summary for programs names. Standard error names all of them.
+/// Problems in the summary as JSON. Standard error lists all of them.
 constexpr int MAX_PROBLEMS = 1000;
 
-/// What became of the places of the files.
+/// Counts and problems of all files.
 struct Summary
 {
     struct Problem
     {
         QString file;
-        QString where; ///< Empty when it is about the file.
+        QString where; ///< Empty for a problem of the whole file.
         QString text;
     };
 
-    /// Tells of a problem, and keeps it.
+    /// Prints a problem and keeps it for the summary.
     void complain(const Problem &problem)
     {
         tool::complain(problem.where.isEmpty() ? problem.file : problem.file + QStringLiteral(": ") + problem.where,
@@ -51,7 +51,7 @@ struct Summary
     QVector<Problem> problems;
 };
 
-/// Adds the places of one file. Stops early only when the service is gone or the file cannot be read on.
+/// Adds the places of one file. Stops early only when the service is unavailable or the file cannot be read further.
 ExitStatus importFile(const QString &path, const QString &formatName, Summary &summary)
 {
     Input input(path);
@@ -62,7 +62,7 @@ ExitStatus importFile(const QString &path, const QString &formatName, Summary &s
         summary.complain({path, where, problem});
     };
     PlaceAdder adder([&](const ReadPlace &read, Error::Type outcome, const QString &reason) {
-        // The import ends with the first place for which there is no service. Others were in flight by then.
+        // The import ends at the first place without a service. Other additions are in flight at that time.
         const bool isLeftOut = status == NoService && (!read.place || statusOf(outcome) == NoService);
         if (isLeftOut)
             return false;

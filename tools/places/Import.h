@@ -8,9 +8,9 @@
 namespace tool
 {
 
-/// Adds the places of files; "-" stands for standard input. What is no place is named and left out; the counts come at
-/// the end; as JSON with the first problems. Failed when anything was left out.
-/// @param format name of the files' format; empty to go by their extensions and contents.
+/// Adds the places of files; "-" is standard input. Members that are no places are reported and left out. Counts are
+/// printed at the end; as JSON with the first problems. Failed when anything was left out.
+/// @param format name of the files' format; empty to detect it by extension and content.
 ExitStatus importFiles(const QStringList &paths, const QString &format, Form form);
 
 } // namespace tool

@@ -14,7 +14,7 @@ using vela::platform::places::Coordinates;
 namespace
 {
 
-/// Puts a whole number from 0 to `largest` into its plain form. False when the argument is none.
+/// Normalizes a whole number from 0 to `largest`. False when the argument is not one.
 bool normalize(std::string &argument, qint64 largest)
 {
     bool isNumber = false;
@@ -63,7 +63,8 @@ Coordinates parsePosition(const std::string &position)
 
 const CLI::Validator IsPosition(
     [](const std::string &argument) {
-        return refusal(parsePosition(argument).isValid(), "not a position in degrees, such as 47.24,8.72", argument);
+        return refusal(parsePosition(argument).isValid(), "not a position in degrees, for example 47.24,8.72",
+                       argument);
     },
     "LATITUDE,LONGITUDE");
 
@@ -89,18 +90,18 @@ const CLI::Validator IsCount(
 
 const CLI::Validator IsName(
     [](const std::string &argument) {
-        return refusal(!text(argument).trimmed().isEmpty(), "a name has to be more than blanks", argument);
+        return refusal(!text(argument).trimmed().isEmpty(), "a name needs more than blanks", argument);
     },
     "NAME");
 
 void addLimitOption(CLI::App &command, Page &page)
 {
-    command.add_option("--limit", page.limit, "Largest number of results")->transform(IsCount)->capture_default_str();
+    command.add_option("--limit", page.limit, "Maximum number of results")->transform(IsCount)->capture_default_str();
 }
 
 void addPageOptions(CLI::App &command, Page &page)
 {
-    command.add_option("--offset", page.offset, "Number of results to pass over")->transform(IsCount);
+    command.add_option("--offset", page.offset, "Number of results to skip")->transform(IsCount);
     addLimitOption(command, page);
 }
 

@@ -17,14 +17,13 @@ namespace tool
 
 namespace places = vela::platform::places;
 
-/// Adds the places of a file with several additions in flight, so that they share the service's transactions. Its
-/// functions are for one thread, which also makes the places and destroys them; memory does not grow with the file.
+/// Adds the places of a file with several requests in flight, so that they share transactions in the service. Call all
+/// functions on one thread; it also creates and destroys the places. Memory use does not depend on the file size.
 class PlaceAdder
 {
 public:
-    /// Takes what became of one member, in the order of the file, on the thread that calls add() and finish(). The
-    /// outcome, and the service's reason for it, say nothing about a member that is no place. Returns false to start no
-    /// further additions.
+    /// Called with the result of each member, in file order, on the thread that calls add() and finish(). Outcome and
+    /// reason are meaningless for a member that is no place. Return false to start no further additions.
     using Settle =
         std::function<bool(const formats::ReadPlace &read, places::Error::Type outcome, const QString &reason)>;
 
@@ -34,9 +33,9 @@ public:
     PlaceAdder(const PlaceAdder &) = delete;
     PlaceAdder &operator=(const PlaceAdder &) = delete;
 
-    /// Queues a member of the file, and waits while too many are queued. False when no further ones are wanted.
+    /// Queues a member of the file. Blocks while the queue is full. False when no further members are wanted.
     bool add(formats::ReadPlace read);
-    /// Waits until everything that was queued is settled.
+    /// Blocks until all queued members are settled.
     void finish();
 
 private:
@@ -50,9 +49,9 @@ private:
 
     void startThread();
     void run();
-    /// Settles members from the front of the queue until at most `most` are left, and all that are done.
+    /// Settles members from the front of the queue: all that are done, and as many as needed to leave at most `most`.
     void settleUntil(std::size_t most);
-    /// Drops the members from the first one on whose addition has not started.
+    /// Drops all members from the first one whose addition has not started.
     void stop();
 
     const Settle m_settle;
@@ -62,7 +61,7 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_isWork;
     std::condition_variable m_isFrontDone;
-    // Guarded by the mutex; an item itself belongs to the thread that works on it until it is done.
+    // Guarded by the mutex. An item belongs to the thread that works on it until it is done.
     std::deque<Item> m_items; ///< In the order of the file.
     std::deque<Item *> m_unstarted;
     bool m_isEnded = false;

@@ -23,14 +23,14 @@ namespace
 
 constexpr char SCHEME[] = "geo:";
 
-/// A number as RFC 5870 writes them: without a plus sign and an exponent.
+/// A number in the form of RFC 5870: no plus sign, no exponent.
 std::optional<double> parseNumber(const QString &text)
 {
     static const QRegularExpression NUMBER(QStringLiteral(R"(\A-?[0-9]+(\.[0-9]+)?\z)"));
     return NUMBER.match(text).hasMatch() ? std::optional(text.toDouble()) : std::nullopt;
 }
 
-/// "LATITUDE,LONGITUDE" or "LATITUDE,LONGITUDE,ALTITUDE" as they stand; invalid for anything else.
+/// "LATITUDE,LONGITUDE" or "LATITUDE,LONGITUDE,ALTITUDE"; invalid for any other text.
 Coordinates parsePosition(const QString &text)
 {
     const QStringList parts = text.split(QLatin1Char(','));
@@ -48,7 +48,7 @@ Coordinates parsePosition(const QString &text)
     return position;
 }
 
-/// Reads the parameters "NAME=VALUE" behind the coordinates; names and values are compared without regard to case.
+/// Reads the parameters "NAME=VALUE" after the coordinates, case-insensitively.
 QString readParameters(const QStringList &parameters, Coordinates &position)
 {
     for (const QString &parameter : parameters) {
@@ -79,7 +79,7 @@ QString queryText(const QString &query)
     return {};
 }
 
-/// Reads "q": it may say better than the coordinates where the place is.
+/// Reads "q", which may give a more precise position than the coordinates.
 void readQuery(const QString &text, Coordinates &position, QString &name, Address &address)
 {
     static const QRegularExpression LABELLED(QStringLiteral(R"(\A([^()]*)\((.*)\)\z)"),
@@ -103,7 +103,7 @@ QString readGeoUri(const QString &uri, Place &place)
     const QString whole = uri.mid(static_cast<int>(std::strlen(SCHEME))).section(QLatin1Char('#'), 0, 0);
     QStringList parts = whole.section(QLatin1Char('?'), 0, 0).split(QLatin1Char(';'));
     Coordinates position = parsePosition(QUrl::fromPercentEncoding(parts.takeFirst().toUtf8()));
-    // The reference system says what the numbers mean.
+    // The reference system comes first: the numbers depend on it.
     if (QString problem = readParameters(parts, position); !problem.isEmpty())
         return problem;
     if (!position.isValid())
@@ -122,11 +122,11 @@ QString readGeoUri(const QString &uri, Place &place)
 
 QString readMapLink(QString link, Place &place)
 {
-    // A "%" that is no escape stands for itself; it would take all others along.
+    // Escape a "%" that begins no escape; else QUrl rewrites all other escapes too.
     static const QRegularExpression BARE_PERCENT(QStringLiteral("%(?![0-9A-Fa-f]{2})"));
     const QUrl url(link.replace(BARE_PERCENT, QStringLiteral("%25")));
     if (!url.isValid() || !Utilities::readMapUrl(url, place))
-        return QStringLiteral("not a link of the map web service, such as places link prints");
+        return QStringLiteral("not a link of the map web service; places link prints one");
     return {};
 }
 
