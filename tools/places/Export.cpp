@@ -2,6 +2,7 @@
 
 #include "Export.h"
 
+#include "formats/ArchiveDevice.h"
 #include "formats/Format.h"
 #include "ProgressBar.h"
 #include "TerminalText.h"
@@ -63,13 +64,27 @@ private:
     QIODevice &m_terminal;
 };
 
+/// The device that compresses the exported file; null for a file name without the extension of a compression. The file
+/// in a zip archive has the archive's name without ".zip".
+std::unique_ptr<ArchiveDevice> makeCompressor(QFileDevice &file, const Format &format)
+{
+    const QString path = file.fileName();
+    const Compression compression = compressionOf(path);
+    if (compression == Compression::None)
+        return nullptr;
+    const QString name = QFileInfo(withoutCompression(path)).fileName();
+    const QString extension = formatByPath(path) ? QString() : QLatin1Char('.') + QLatin1String(format.name);
+    return std::make_unique<ArchiveDevice>(file, compression, name + extension);
+}
+
 /// Writes places one after the other, page by page.
 class Exporter
 {
 public:
     Exporter(QFileDevice &file, const Format &format, const QString &title)
         : m_filter(file)
-        , m_writer(format.makeWriter(::isatty(file.handle()) ? static_cast<QIODevice &>(m_filter) : file))
+        , m_compressor(makeCompressor(file, format))
+        , m_writer(format.makeWriter(outOf(file)))
         , m_title(file.fileName().isEmpty() ? QStringLiteral("standard output") : file.fileName())
         , m_bar(title)
     {}
@@ -82,10 +97,20 @@ public:
             isLast = !writePage(offset);
         if (m_status == Done)
             check(m_writer->end());
+        if (m_status == Done && m_compressor)
+            check(m_compressor->finish());
         return m_status;
     }
 
 private:
+    /// The device that the writer writes to.
+    QIODevice &outOf(QFileDevice &file)
+    {
+        if (m_compressor)
+            return *m_compressor;
+        return ::isatty(file.handle()) ? static_cast<QIODevice &>(m_filter) : file;
+    }
+
     /// Writes the places of one page and moves `offset` behind it. False when there are no more. A page can have fewer
     /// places than requested.
     bool writePage(int &offset)
@@ -128,6 +153,7 @@ private:
 
     const PlaceManager m_manager;
     TerminalFilter m_filter;
+    const std::unique_ptr<ArchiveDevice> m_compressor; ///< Null when nothing is compressed.
     const std::unique_ptr<PlaceWriter> m_writer;
     const QString m_title;
     ProgressBar m_bar;

@@ -18,7 +18,6 @@ namespace tool
 {
 
 using namespace formats;
-using namespace formats;
 using namespace places;
 
 namespace
@@ -52,15 +51,6 @@ struct Summary
     QVector<Problem> problems;
 };
 
-const Format &formatOf(const QString &path, const QString &name, const Input &input)
-{
-    if (const Format *format = formatByName(name))
-        return *format;
-    if (const Format *format = formatByPath(path))
-        return *format;
-    return formatByContent(input.head());
-}
-
 /// Adds the places of one file. Stops early only when the service is unavailable or the file cannot be read further.
 ExitStatus importFile(const QString &path, const QString &formatName, Summary &summary)
 {
@@ -90,8 +80,9 @@ ExitStatus importFile(const QString &path, const QString &formatName, Summary &s
         return status != NoService;
     });
     const auto take = [&](ReadPlace read) { return adder.add(std::move(read)); };
+    const Format *format = formatByName(formatName);
     const QString problem =
-        input.problem().isEmpty() ? formatOf(path, formatName, input).read(input, {}, take) : input.problem();
+        input.problem().isEmpty() ? (format ? *format : formatOf(input)).read(input, {}, take) : input.problem();
     adder.finish();
     if (problem.isEmpty() || status == NoService)
         return status;
