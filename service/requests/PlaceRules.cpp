@@ -125,7 +125,7 @@ void dropUnstoredParts(PlacePrivate &place)
 {
     removeIf(place.m_auxiliaryData, [](const AuxiliaryData &record) { return !record.isPersistable(); });
     removeIf(place.m_locations,
-             [](const Location &location) { return LocationPrivate::privateFromPublic(&location)->saysNothing(); });
+             [](const Location &location) { return LocationPrivate::privateFromPublic(&location)->isUnset(); });
 }
 
 Status permit(Perimeter named, vela::system::SecurityPerimeter::Type own)
