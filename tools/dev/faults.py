@@ -1,5 +1,5 @@
 # Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
-"""The faults of a tired person: every small change to a C++ source that a test should notice."""
+"""Generates typical faults: small changes to a C++ source that a test should detect."""
 
 import re
 from collections import namedtuple
@@ -10,7 +10,7 @@ TOKEN = re.compile(r'(?P<comment>//[^\n]*|/\*.*?\*/)|R"(?P<tag>\w*)\((?P<raw>.*?
                    r'|"(?P<text>(?:\\.|[^"\\\n])*)"'
                    r"|'(?:\\.[^'\n]*|[^'\\\n])'|^[ \t]*#(?:[^\n]*\\\n)*[^\n]*", re.S | re.M)
 IS_SQL = re.compile(r'\b(SELECT|INSERT|UPDATE|DELETE|WHERE|ORDER BY|LIMIT)\b')
-# Lines whose faults no test can or should notice.
+# Lines whose faults no test can or should detect.
 NO_CODE = re.compile(r'static_assert|\bassert\(|Q_ASSERT|\blog(Error|Info)\(|\bLogger::|\.reserve\('
                      r'|^\s*(using|template)\b')
 
@@ -61,7 +61,7 @@ def closing(code, opening):
 
 
 def code_faults(code, source):
-    """Yields (kind, start, end, replacement) for all that is code."""
+    """Yields (kind, start, end, replacement) for all code."""
     for match in OPERATOR.finditer(code):
         for other in SWAPS[match[0]]:
             yield 'operator', match.start(), match.end(), other
@@ -102,7 +102,7 @@ def sql_faults(source, span):
 
 
 def faults_of(file, source):
-    """All faults that can be made in a source."""
+    """All faults for a source."""
     code, sql = mask(source)
     for kind, start, end, text in code_faults(code, source):
         line = code[code.rfind('\n', 0, start + 1) + 1:code.find('\n', end)]

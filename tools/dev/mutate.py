@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
-"""Puts one fault at a time into the sources, builds and runs the tests, and prints the faults that no test noticed.
+"""Inserts one fault at a time into the sources, builds and runs the tests, and prints the faults that no test detects.
 
 Works on copies below build/mutate, one for each worker. Debian 12 has no package for this (mull is not in it).
 """
@@ -26,7 +26,7 @@ from faults import faults_of
 
 ROOT = Path(__file__).resolve().parents[2]
 FOLDERS = ['src', 'include', 'platform', 'service', 'formats', 'tools']
-# The test programs of a folder, the likeliest to notice a fault first. Other folders have those of src.
+# The test programs of a folder, the most likely to detect a fault first. Other folders have those of src.
 PROGRAMS = {
     'src': ['unit_tests', 'formats_tests', 'road_tests', 'browser_tests'],
     'platform': ['platform_tests', 'unit_tests', 'road_tests'],
@@ -68,7 +68,7 @@ class Worker:
                 shutil.copymode(ROOT / name, copy)
 
     def run(self, command, timeout, env=None):
-        """Runs a command and ends all that it started. Returns its exit status; None when the time was up."""
+        """Runs a command and ends all its processes. Returns its exit status; None after a timeout."""
         with open(self.scratch / 'log', 'w') as log:
             self.process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=log, stderr=log, env=env,
                                             start_new_session=True)
@@ -150,7 +150,7 @@ class Sample:
         self.faults = iter([kinds[kind][i] for i in range(rounds) for kind in sorted(kinds) if i < len(kinds[kind])])
 
     def next(self):
-        """The next fault; None when those that were tried or are in hand are enough."""
+        """The next fault; None when enough faults are tried or in progress."""
         if self.results['noticed'] + self.results['survived'] + self.results['in hand'] >= self.count:
             return None
         fault = next(self.faults, None)
@@ -169,7 +169,7 @@ class Sample:
 
 
 class Run:
-    """All samples, shared out between the workers."""
+    """All samples, distributed to the workers."""
 
     def __init__(self, samples, near, jobs):
         self.samples = samples
@@ -184,7 +184,7 @@ class Run:
         self.programs = sorted({program for sample in samples for program in programs_of(sample.group)})
 
     def stages(self, fault):
-        """What is run to notice a fault, in order: (program, suites)."""
+        """The test runs for a fault, in order: (program, suites)."""
         name = fault.file.stem.replace('Private', '').lower()
         late = []
         for program in programs_of(str(fault.file)):
@@ -221,7 +221,7 @@ class Run:
 
     def prepare(self, worker):
         """Builds without a fault, and measures this worker's share of the test programs."""
-        with self.building:  # one after the other: with ccache the second is there at once
+        with self.building:  # one at a time: with ccache the second build is fast
             built = worker.build(self.programs)
         if built is None:
             sys.exit((worker.scratch / 'log').read_text() + 'the sources do not build')
