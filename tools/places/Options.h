@@ -8,6 +8,7 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,16 +22,24 @@ QStringList texts(const std::vector<std::string> &arguments);
 /// Words that were given one by one, as one text.
 QString joined(const std::vector<std::string> &words);
 
-/// The coordinates in a text "LATITUDE,LONGITUDE", in degrees; invalid when it is none.
+/// The coordinates in a text, in any form that readAnyPosition() knows; invalid when it is none.
 vela::platform::places::Coordinates parsePosition(const std::string &position);
+/// Why an argument is no position, for people; empty when it is one.
+std::string positionProblem(const std::string &argument);
+/// Metres of a length such as "500m", "500" or "2km"; nothing when it is none.
+std::optional<double> parseLength(const std::string &length);
 
 // These refuse, as wrong use, what is not of their kind. To be used with transform(): numbers come out in the plain
 // decimal form that they are read in, whatever else CLI11 would make of "010".
 extern const CLI::Validator IsPosition;
 /// The number of a place: from 0 on.
 extern const CLI::Validator IsId;
-/// The number of a place, or a link.
-extern const CLI::Validator IsIdOrLink;
+/// A position, or the number or name of a place. Only a position that makes no sense is refused.
+extern const CLI::Validator IsCentre;
+/// The number of a place, a position or a link.
+extern const CLI::Validator IsIdOrPosition;
+/// A length in metres or kilometres.
+extern const CLI::Validator IsLength;
 /// A number of results: from 0 to the largest int.
 extern const CLI::Validator IsCount;
 /// A text that is not empty and not only of blanks.
