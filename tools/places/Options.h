@@ -35,6 +35,8 @@ extern const CLI::Validator IsIdOrLink;
 extern const CLI::Validator IsCount;
 /// A text that is not empty and not only of blanks.
 extern const CLI::Validator IsName;
+/// Two texts that are not empty, apart by the last "=".
+extern const CLI::Validator IsAssignment;
 
 /// Which of the results are wanted.
 struct Page

@@ -2,8 +2,7 @@
 #pragma once
 
 #include "formats/PlaceReader.h"
-
-#include <places/Error.h>
+#include "MemberImporter.h"
 
 #include <condition_variable>
 #include <deque>
@@ -15,21 +14,19 @@
 namespace tool
 {
 
-namespace places = vela::platform::places;
-
-/// Adds the places of a file with several additions in flight, so that they share the service's transactions. Its
-/// functions are for one thread, which also makes the places and destroys them; memory does not grow with the file.
+/// Stores the members of a file with several of them in flight, so that they share the service's transactions. A member
+/// that may be the same place as an earlier one waits for it. Its functions are for one thread, which also makes the
+/// places and destroys them; memory does not grow with the file.
 class PlaceAdder
 {
 public:
     /// Takes what became of one member, in the order of the file, on the thread that calls add() and finish(). The
-    /// outcome, and the service's reason for it, say nothing about a member that is no place. Returns false to start no
-    /// further additions.
-    using Settle =
-        std::function<bool(const formats::ReadPlace &read, places::Error::Type outcome, const QString &reason)>;
+    /// result says nothing about a member that is no place. Returns false to start with no further members.
+    using Settle = std::function<bool(const formats::ReadPlace &read, const MemberResult &result)>;
 
-    explicit PlaceAdder(Settle settle);
-    /// Waits for the additions in flight.
+    /// @param importer outlives the object.
+    PlaceAdder(const MemberImporter &importer, Settle settle);
+    /// Waits for the members in flight.
     ~PlaceAdder();
     PlaceAdder(const PlaceAdder &) = delete;
     PlaceAdder &operator=(const PlaceAdder &) = delete;
@@ -38,23 +35,36 @@ public:
     bool add(formats::ReadPlace read);
     /// Waits until everything that was queued is settled.
     void finish();
+    /// Drops the members that are not in flight; they are not settled.
+    void stop();
 
 private:
+    enum class Stage
+    {
+        Waiting, ///< For earlier members, or for a thread.
+        InFlight,
+        Done,
+        Dropped,
+    };
     struct Item
     {
         formats::ReadPlace read;
-        places::Error::Type outcome = places::Error::Success;
-        QString reason;
-        bool isDone = false;
+        MemberKey key = {};
+        MemberResult result = {};
+        Stage stage = Stage::Waiting;
+        int earlier = 0;                    ///< Members that it waits for.
+        std::vector<Item *> followers = {}; ///< Members that wait for it.
     };
 
     void startThread();
     void run();
+    /// Makes an item wait for those before it that it may be the same place as.
+    void follow(Item &item);
+    void complete(Item &item);
     /// Settles members from the front of the queue until at most `most` are left, and all that are done.
     void settleUntil(std::size_t most);
-    /// Drops the members from the first one on whose addition has not started.
-    void stop();
 
+    const MemberImporter &m_importer;
     const Settle m_settle;
     std::vector<std::thread> m_threads;
     bool m_isStopped = false;
@@ -62,9 +72,9 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_isWork;
     std::condition_variable m_isFrontDone;
-    // Guarded by the mutex; an item itself belongs to the thread that works on it until it is done.
+    // Guarded by the mutex; a place itself belongs to the thread that works on it until its item is done.
     std::deque<Item> m_items; ///< In the order of the file.
-    std::deque<Item *> m_unstarted;
+    std::deque<Item *> m_ready;
     bool m_isEnded = false;
 };
 

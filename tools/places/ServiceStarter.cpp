@@ -15,6 +15,7 @@
 #include <msgclient.h>
 
 #include <sys/prctl.h>
+#include <unistd.h>
 
 namespace tool
 {
@@ -26,11 +27,15 @@ constexpr int START_TIMEOUT_MS = 10000;
 constexpr int STOP_TIMEOUT_MS = 10000;
 constexpr int OPEN_FLAGS = 2;
 
-/// A process that ends when this one does, however that ends.
+/// A process that ends when this one does, however that ends, and not before: Ctrl-C on the terminal is not for it.
 class Companion : public QProcess
 {
 protected:
-    void setupChildProcess() override { ::prctl(PR_SET_PDEATHSIG, SIGTERM); }
+    void setupChildProcess() override
+    {
+        ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+        ::setpgid(0, 0);
+    }
 };
 
 /// The service's program: the one beside this program, else the one on the path.
