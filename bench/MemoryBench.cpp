@@ -69,9 +69,9 @@ void writeFile(const QByteArray &path, const FileFormat &format, int count)
 }
 
 /// Peak resident memory of a run of the client, in MiB.
-double peakOf(const char *command, const QByteArray &path)
+double peakOf(const char *command, const QByteArray &path, const char *option = nullptr)
 {
-    const char *arguments[] = {PROGRAMS "/places", "--no-start", command, path.constData(), nullptr};
+    const char *arguments[] = {PROGRAMS "/places", "--no-start", command, path.constData(), option, nullptr};
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
@@ -98,7 +98,7 @@ Peaks peaksOf(const FileFormat &format, int count)
     const QByteArray path = service.path("in.").toLocal8Bit() + format.extension;
     writeFile(path, format, count);
     Peaks peaks;
-    peaks.import = peakOf("import", path);
+    peaks.import = peakOf("import", path, "--duplicate"); // they have the same name and position
     peaks.export_ = peakOf("export", service.path("out.geojson").toLocal8Bit());
     return peaks;
 }

@@ -117,6 +117,14 @@ const CLI::Validator IsName(
     },
     "NAME");
 
+const CLI::Validator IsAssignment(
+    [](const std::string &argument) {
+        const std::size_t sign = argument.rfind('=');
+        const bool isAssignment = sign != std::string::npos && sign > 0 && sign + 1 < argument.size();
+        return refusal(isAssignment, "not a heading and a property, such as Place=name", argument);
+    },
+    "HEADING=PROPERTY");
+
 void addLimitOption(CLI::App &command, Page &page)
 {
     command.add_option("--limit", page.limit, "Maximum number of results")->transform(IsCount)->capture_default_str();

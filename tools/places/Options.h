@@ -44,6 +44,8 @@ extern const CLI::Validator IsLength;
 extern const CLI::Validator IsCount;
 /// A text that is not blank.
 extern const CLI::Validator IsName;
+/// Two texts that are not empty, apart by the last "=".
+extern const CLI::Validator IsAssignment;
 
 /// The requested part of the results.
 struct Page
