@@ -2,6 +2,7 @@
 
 #include "Feature.h"
 
+#include "ExactJson.h"
 #include "Vocabulary.h"
 
 #include <places/Place.h>
@@ -451,7 +452,27 @@ QString readFeature(const Value &feature, Place &place)
 
 // ----------------------------------------------------------------------------------------------------- TextFeature
 
-TextFeature::TextFeature()
+namespace
+{
+
+/// True for a value that is nested deeper than `levels`.
+bool isDeeper(const Value &value, int levels)
+{
+    if (value.IsObject())
+        return levels == 0 || std::any_of(value.MemberBegin(), value.MemberEnd(), [levels](const auto &member) {
+                   return isDeeper(member.value, levels - 1);
+               });
+    if (value.IsArray())
+        return levels == 0 || std::any_of(value.Begin(), value.End(), [levels](const Value &element) {
+                   return isDeeper(element, levels - 1);
+               });
+    return false;
+}
+
+} // namespace
+
+TextFeature::TextFeature(KeepText keep)
+    : m_keep(keep)
 {
     auto &allocator = m_feature.GetAllocator();
     m_feature.AddMember("type", "Feature", allocator);
@@ -464,40 +485,108 @@ void TextFeature::setPosition(const QString &longitude, const QString &latitude,
         return;
     auto &allocator = m_feature.GetAllocator();
     Value coordinates(rapidjson::kArrayType);
-    const auto append = [&](const QString &text) {
+    const auto append = [&](const char *what, const QString &text) {
         const std::optional<double> number = toNumber(text);
+        if (!number && m_problem.isEmpty())
+            m_problem = text.isEmpty() ? QStringLiteral("no %1").arg(QLatin1String(what))
+                                       : QStringLiteral("%1 \"%2\" is not a number").arg(QLatin1String(what), text);
         coordinates.PushBack(number ? Value(*number) : Value(), allocator);
-        return number.has_value();
     };
-    append(longitude);
-    append(latitude);
-    m_hasBadAltitude = !altitude.isEmpty() && !append(altitude);
+    append("longitude", longitude);
+    append("latitude", latitude);
+    if (!altitude.isEmpty())
+        append("altitude", altitude);
     Value geometry(rapidjson::kObjectType);
     geometry.AddMember("type", "Point", allocator);
     geometry.AddMember("coordinates", coordinates, allocator);
+    m_feature.RemoveMember("geometry");
     m_feature.AddMember("geometry", geometry, allocator);
+}
+
+void TextFeature::setGeometry(const QByteArray &json)
+{
+    ExactDocument geometry;
+    if (geometry.read(json.constData()).IsError())
+        return;
+    m_feature.RemoveMember("geometry");
+    m_feature.AddMember("geometry", Value(geometry, m_feature.GetAllocator()), m_feature.GetAllocator());
+}
+
+bool TextFeature::setRest(const QString &json)
+{
+    ExactDocument rest;
+    if (rest.read(json.toUtf8().constData()).IsError() || !rest.IsObject() || isDeeper(rest, MAX_DEPTH))
+        return false;
+    auto &allocator = m_feature.GetAllocator();
+    for (auto &member : rest.GetObject()) {
+        const QString name = textOf(member.name);
+        const bool isProperties = name == QLatin1String("properties") && member.value.IsObject();
+        if (isProperties)
+            m_feature["properties"].CopyFrom(member.value, allocator);
+        else if (name == QLatin1String("bbox") || isForeignMember(name, member.value))
+            m_feature.AddMember(Value(member.name, allocator), Value(member.value, allocator), allocator);
+    }
+    return true;
+}
+
+void TextFeature::setId(const QString &id)
+{
+    if (!id.isEmpty())
+        replace(m_feature, QStringLiteral("id"), id);
 }
 
 void TextFeature::set(const QString &name, const QString &value)
 {
-    if (value.isEmpty() || m_names.contains(name))
+    if (m_names.contains(name))
         return;
-    m_names.insert(name);
-    auto &allocator = m_feature.GetAllocator();
-    Value property = toValue(value);
-    if (vocabulary::kinds().value(name) == vocabulary::Kind::Texts) {
-        property.SetArray();
-        for (const QString &element : value.split(QLatin1Char(';'))) {
-            if (const QString text = element.trimmed(); !text.isEmpty())
-                property.PushBack(toValue(text), allocator);
-        }
-    }
-    m_feature["properties"].AddMember(toValue(name), property, allocator);
+    if (!value.isEmpty())
+        m_names.insert(name);
+    replace(m_feature["properties"], name, value);
 }
 
-QString TextFeature::read(Place &place) const
+void TextFeature::setDefaultName()
 {
-    return m_hasBadAltitude ? QStringLiteral("the altitude is no number") : readFeature(m_feature, place);
+    if (!memberOf(m_feature["properties"], vocabulary::NAME))
+        set(QLatin1String(vocabulary::NAME), QLatin1String(vocabulary::UNNAMED));
+}
+
+void TextFeature::read(ReadPlace &read) const
+{
+    auto place = std::make_unique<Place>();
+    read.id = textMember(m_feature, vocabulary::ID);
+    read.problem = m_problem.isEmpty() ? readFeature(m_feature, *place) : m_problem;
+    if (read.problem.isEmpty())
+        read.place = std::move(place);
+}
+
+void TextFeature::replace(Value &object, const QString &name, const QString &text)
+{
+    auto &allocator = m_feature.GetAllocator();
+    const auto member = object.FindMember(toValue(name));
+    const bool isThere = member != object.MemberEnd();
+    if (isThere && keptText(name, member->value) == text)
+        return;
+    const bool isList = &object != &m_feature && vocabulary::kinds().value(name) == vocabulary::Kind::Texts;
+    if (text.isEmpty() && !isList) {
+        object.RemoveMember(toValue(name));
+        return;
+    }
+    Value value = toValue(text);
+    if (isList) {
+        value.SetArray();
+        for (const QString &element : splitList(text))
+            value.PushBack(toValue(element), allocator);
+    }
+    if (isThere)
+        member->value = value;
+    else
+        object.AddMember(toValue(name), value, allocator);
+}
+
+QString TextFeature::keptText(const QString &name, const Value &value) const
+{
+    const QString text = flatText(name, value).value_or(QString());
+    return m_keep ? m_keep(name, text) : text;
 }
 
 Value TextFeature::toValue(const QString &text)

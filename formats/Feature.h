@@ -1,6 +1,9 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "FlatFeature.h"
+#include "PlaceReader.h"
+
 #include <QtCore/QSet>
 #include <QtCore/QString>
 
@@ -41,28 +44,43 @@ void changePointOfInterest(vela::platform::places::Place &place,
 /// of the place is undefined; empty on success.
 QString readFeature(const rapidjson::Value &feature, vela::platform::places::Place &place);
 
-/// A feature built from texts, for text-only formats. Empty texts are unset values.
+/// A feature built from texts, for text-only formats. Empty texts are unset values, except that an empty text for a
+/// list is an empty list.
 class TextFeature
 {
 public:
-    TextFeature();
+    /// @param keep the text that the format stores for a text; null when it stores all texts unchanged.
+    explicit TextFeature(KeepText keep = nullptr);
 
     /// Sets the position: degrees and metres as decimal numbers. Without effect when longitude and latitude are empty.
     /// An invalid number makes read() fail.
     void setPosition(const QString &longitude, const QString &latitude, const QString &altitude = {});
-    /// Sets a property by its GeoJSON name, unless it is set already. The elements of a list are separated by
-    /// semicolons.
+    /// Sets a geometry other than a point. `json` is a GeoJSON geometry; invalid JSON has no effect.
+    void setGeometry(const QByteArray &json);
+    /// Sets all that FlatFeature::rest() returned; call it before the other setters. A value of the rest is kept when
+    /// a setter gives the same text for it. False when `json` is not a feature nested at most MAX_DEPTH deep.
+    bool setRest(const QString &json);
+    /// Sets the id of the feature.
+    void setId(const QString &id);
+    /// Sets a property by its GeoJSON name, unless it is set already. The text of a list is read by splitList().
     void set(const QString &name, const QString &value);
+    /// Sets the name that a places service uses for a place without a name, unless there is one.
+    void setDefaultName();
 
-    /// Fills a new place, as readFeature() does.
-    QString read(vela::platform::places::Place &place) const;
+    /// Sets the place and the id of `read`, or its problem.
+    void read(ReadPlace &read) const;
 
 private:
     rapidjson::Value toValue(const QString &text);
+    /// Sets a member to a text, or removes it when the text is empty; a member with the same text is not changed.
+    void replace(rapidjson::Value &object, const QString &name, const QString &text);
+    /// The text of a member as the format stores it.
+    [[nodiscard]] QString keptText(const QString &name, const rapidjson::Value &value) const;
 
+    KeepText m_keep;
     rapidjson::Document m_feature{rapidjson::kObjectType};
     QSet<QString> m_names;
-    bool m_hasBadAltitude = false;
+    QString m_problem; ///< Of the position.
 };
 
 } // namespace formats

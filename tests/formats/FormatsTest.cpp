@@ -3,6 +3,7 @@
 #include "formats/ExactJson.h"
 #include "formats/Feature.h"
 #include "formats/GeoJsonWriter.h"
+#include "support/FormatFile.h"
 #include "support/Placesd.h"
 
 #include <places/Place.h>
@@ -149,6 +150,19 @@ PlacePointer throughGeoJson(const PlacePointer &place)
     return read;
 }
 
+template <const char *FORMAT>
+PlacePointer throughFile(const PlacePointer &place)
+{
+    ReadFile read = readFile(FORMAT, writeFile(FORMAT, {place.get()}));
+    EXPECT_EQ(read.members.size(), 1U);
+    EXPECT_EQ(read.problem + read.members.at(0).problem, QString());
+    return std::move(read.members.at(0).place);
+}
+
+constexpr char GPX[] = "gpx";
+constexpr char KML[] = "kml";
+constexpr char CSV[] = "csv";
+
 constexpr struct
 {
     const char *name;
@@ -156,7 +170,8 @@ constexpr struct
     qint64 id; ///< What is stored already cannot be given to a service.
 } FORMS[] = {
     {"bytes", throughBytes, 4711},   {"JSON document", throughDocument, 4711}, {"map link", throughMapLink, 4711},
-    {"service", throughService, -1}, {"GeoJSON", throughGeoJson, 4711},
+    {"service", throughService, -1}, {"GeoJSON", throughGeoJson, 4711},        {"GPX", throughFile<GPX>, 4711},
+    {"KML", throughFile<KML>, 4711}, {"CSV", throughFile<CSV>, 4711},
 };
 
 // ------------------------------------------------------------------------------------------------------ the members

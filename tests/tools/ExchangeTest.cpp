@@ -165,15 +165,14 @@ TEST(ExchangeTest, EveryFormatBecomesPlaces)
         {"gpx",
          R"(<?xml version="1.0"?><gpx xmlns="http://www.topografix.com/GPX/1/1"><metadata><name>x</name></metadata>
            <wpt lat="1.5" lon="-2"><ele>10</ele><geoidheight>2.5</geoidheight><name>A &amp; B</name><desc>d</desc><type>summit</type>
-           <link href="http://a.example/"><text>no</text></link><sym>Flag</sym><extensions><name>no</name></extensions></wpt>
-           <rte><rtept lat="0" lon="0"><name>no</name></rtept></rte></gpx>)",
+           <link href="http://a.example/"><text>no</text></link><sym>Flag</sym><extensions><name>no</name></extensions></wpt></gpx>)",
          "[-2.0,1.5,12.5]",
          R"("name":"A & B"|"description":"d"|"tags":["summit"]|"url":"http://a.example/"|"sym":"Flag")"},
         {"kml", R"(<kml xmlns="http://www.opengis.net/kml/2.2"><Document><name>x</name><Folder><Placemark id="p">
            <name>A</name><description><![CDATA[<b>d</b>]]></description><address>Quai 1</address><phoneNumber>1</phoneNumber>
            <ExtendedData><Data name="city"><value>Bern</value></Data><SchemaData><SimpleData name="odd">é</SimpleData></SchemaData></ExtendedData>
            <Point><altitudeMode>absolute</altitudeMode><coordinates> 2,1.5,7 </coordinates></Point></Placemark></Folder></Document></kml>)",
-         "[2.0,1.5,7.0]", R"("description":"<b>d</b>"|"label":"Quai 1"|"phone":"1"|"city":"Bern"|"odd":"é")"},
+         "[2.0,1.5,7.0]", R"("description":"d"|"label":"Quai 1"|"phone":"1"|"city":"Bern"|"odd":"é")"},
         {"gpx", R"(<gpx xmlns="g" xmlns:o="o"><o:wpt lat="0" lon="0"><name>no</name></o:wpt>
            <wpt o:lat="9" lat="1" lon="2"><o:name>ext</o:name><name>re<o:b>no</o:b>al</name></wpt></gpx>)",
          "[2.0,1.0]", R"("name":"real")"},
@@ -248,10 +247,10 @@ TEST(ExchangeTest, BadInputIsNamedAndNothingOfItIsStored)
         {"gpx", "<gpx>" + QByteArray(point).replace("A", QByteArray(1, '\0')) + "</gpx>", 0, "not XML in line 1"},
         {"gpx", "<gpx>" + point + "<x" + attributes(101) + "/></gpx>", 1, "too many attributes in line 1"},
         {"gpx", "<gpx>" + point + "<x" + attributes(20000) + "/></gpx>", 1, "too large in line 1"},
-        {"kml", "<kml><Placemark><name>A</name><LineString/></Placemark></kml>", 0, "placemark 1, line 1: no point"},
-        {"csv", "name,lat,lon\nA,1,2\nA,1\nA,north,2\n\xFF,1,2\nA,1,2\n", 2, "row 4: no point on the Earth"},
+        {"csv", "name,lat,lon\nA,1,2\nA,1\nA,north,2\n\xFF,1,2\nA,1,2\n", 3,
+         "row 4: latitude \"north\" is not a number"},
         {"csv", "name,lat,lon\nA" + QByteArray(1, '\0') + ",1,2\nA,1,2\n", 1, "row 2: a null character in name"},
-        {"csv", "name,lat,lon\n\"A,1,2\n", 0, "not CSV in row 2: a quotation mark"},
+        {"csv", "name,lat,lon\n\"A,1,2\n", 0, "row 2: a quotation mark"},
         {"csv", times(2000, "name,") + "name\n", 0, "not CSV: more than 1000 columns"},
     };
     const Placesd service;
@@ -270,7 +269,7 @@ TEST(ExchangeTest, BadInputIsNamedAndNothingOfItIsStored)
 TEST(ExchangeTest, ProblemsComeInTheOrderOfTheFile)
 {
     QByteArray rows = "name,lat,lon\n";
-    QByteArray problems;
+    QByteArray problems = "commas; columns: latitude from lat, longitude from lon\n";
     for (int row = 2; row <= 500; ++row) {
         const bool isNowhere = row % 7 == 0;
         const bool isRefused = !isNowhere && row % 5 == 0;
@@ -327,7 +326,9 @@ TEST(ExchangeTest, AnExportCanBeImportedAndGoesIntoAPipe)
         EXPECT_THAT(outcome.out, HasSubstr(" skipped, 0 failed\n")) << name << outcome.err;
     }
     EXPECT_EQ(places("export /no/such/folder/x").status, 1);
-    EXPECT_EQ(places("export x.gpx").status, 2);
+    const Outcome unknown = places("export x.xyz");
+    EXPECT_EQ(unknown.status, 2);
+    EXPECT_THAT(unknown.err, HasSubstr("geojson, json, gpx, kml, kmz, csv"));
     const QByteArray pipe = service.path("pipe").toLocal8Bit();
     ASSERT_EQ(::mkfifo(pipe.constData(), 0600), 0);
     const int end = ::open(pipe.constData(), O_RDWR | O_CLOEXEC);
