@@ -9,7 +9,7 @@
 using testing::HasSubstr;
 using testing::StartsWith;
 
-TEST(SearchBox, PrintsNothingOfASearchThatWasReplacedAndSaysWhatFailed)
+TEST(SearchBoxExample, PrintsNothingOfASearchThatWasReplacedAndSaysWhatFailed)
 {
     Placesd service(sampleGazetteer());
     awaitGazetteer();
