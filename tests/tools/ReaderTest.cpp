@@ -12,6 +12,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QtCore/QDir>
 #include <QtCore/QRegularExpression>
 #include <QtCore/QTemporaryDir>
 
@@ -113,6 +114,12 @@ TEST(GeoJsonReader, GivesEveryPropertyItsMemberAndNamesWhatIsNoPlace)
         {with("\"x\":\"" + times(3, MEGABYTE) + "\",\"y\":\"" + times(2, MEGABYTE) + '"'), {"feature 1: too large"}},
         {with("\"x\":\"" + times(5, MEGABYTE) + '"'), {"a text or number is too large at byte 4198400"}},
         {collection("[" + times(3 * 1024 * 1024, "1,") + "1]," + FEATURE), {"feature 1: too large", "feature 2: " + A}},
+        {FEATURE + times(3, MEGABYTE).replace('x', ' ') + FEATURE, {"feature 1: " + A, "feature 2: " + A}},
+        {FEATURE + times(5, MEGABYTE).replace('x', ' ') + FEATURE,
+         {"feature 1: " + A, "too much blank space at byte 4198400"}},
+        {with("\"records\":[{\"properties\":{" + times(1000, "\"k\":1,") + "\"k\":1}}]"),
+         {"feature 1: a list of more than 1000 members"}},
+        {with(times(1000, "\"k\":1,") + "\"k\":1"), {"feature 1: a list of more than 1000 members"}},
         {with("\"tags\":[" + times(1000, "\"t\",") + "\"t\"]"), {"feature 1: a list of more than 1000 members"}},
         {with("\"x\":[" + times(1000, "1,") + "1],\"tags\":[" + times(999, "\"t\",") + "\"t\"]").replace("name", "n"),
          {"feature 1: no name"}},
@@ -199,6 +206,35 @@ TEST(PlaceLink, LeadsToAPlace)
         EXPECT_TRUE(tool::isLink(QLatin1String(text))) << text;
     for (const char *text : {"", "geo", "xgeo:1,2", "ftp://x"})
         EXPECT_FALSE(tool::isLink(QLatin1String(text))) << text;
+}
+
+TEST(Input, SaysWhatThereIsToRead)
+{
+    const QTemporaryDir folder;
+    EXPECT_EQ(geojson::Input(folder.path()).problem(), QStringLiteral("Is a directory"));
+    EXPECT_EQ(geojson::Input(folder.filePath(QStringLiteral("x"))).problem(),
+              QStringLiteral("No such file or directory"));
+    const QString path = folder.filePath(QStringLiteral("in"));
+    files::write(path, "\xEF\xBB\xBF" + times(4096, "a") + "b");
+    const auto openFiles = [] {
+        return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::Files | QDir::System).size();
+    };
+    const int before = openFiles();
+    {
+        geojson::Input input(path);
+        EXPECT_EQ(input.problem(), QString());
+        EXPECT_EQ(input.head(), times(4093, "a"));
+        EXPECT_EQ(input.progress(), 0);
+        char bytes[5000];
+        EXPECT_EQ(input.read(bytes, 1000), 1000U);
+        EXPECT_NEAR(input.progress(), 0.244, 0.001);
+        EXPECT_EQ(input.read(bytes, sizeof bytes), 3093U) << "the rest of the head";
+        EXPECT_EQ(input.read(bytes, sizeof bytes), 4U);
+        EXPECT_EQ(std::string(bytes, 4), "aaab");
+        EXPECT_EQ(input.read(bytes, sizeof bytes), 0U);
+        EXPECT_NEAR(input.progress(), 1, 0.001);
+    }
+    EXPECT_EQ(openFiles(), before);
 }
 
 TEST(Formats, EndWhenNoMorePlacesAreWanted)
