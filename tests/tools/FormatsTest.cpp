@@ -289,7 +289,7 @@ Table documented()
 
 } // namespace
 
-TEST(FormatsTest, TheDocumentedTableIsWhatTheFormsKeep)
+TEST(Formats, TheDocumentedTableIsWhatTheFormsKeep)
 {
     EXPECT_EQ(documented(), tried());
 }
