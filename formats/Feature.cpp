@@ -217,12 +217,6 @@ Location readLocation(const Value &members, const Value *position, const Value *
     return location;
 }
 
-/// True when a location tells where something is. A place cannot be stored with one that does not.
-bool locates(const Location &location)
-{
-    return location.coordinates().isValid() || !location.address().isEmpty() || !location.virtualData().isEmpty();
-}
-
 /// Adds the other locations and, in its place among them, the one that the feature's geometry shows.
 QString addLocations(const Location &shown, const Value &properties, Place &place)
 {
@@ -392,6 +386,11 @@ std::optional<float> toAccuracy(double metres)
 {
     const bool isAccuracy = metres >= 0 && metres <= static_cast<double>(std::numeric_limits<float>::max());
     return isAccuracy ? std::optional(static_cast<float>(metres)) : std::nullopt;
+}
+
+bool locates(const Location &location)
+{
+    return location.coordinates().isValid() || !location.address().isEmpty() || !location.virtualData().isEmpty();
 }
 
 bool isForeignProperty(const QString &name, const Value &value)

@@ -11,6 +11,7 @@
 
 namespace vela::platform::places
 {
+class Location;
 class Place;
 class PointOfInterestAuxiliaryData;
 } // namespace vela::platform::places
@@ -27,6 +28,9 @@ constexpr int MAX_LIST_LENGTH = 1000;
 
 /// An accuracy as places keep it; nothing for what is none: a negative number, or one beyond a float.
 std::optional<float> toAccuracy(double metres);
+
+/// True when a location tells where something is. A place cannot be stored with one that does not.
+bool locates(const vela::platform::places::Location &location);
 
 /// True for a property, or a member of a feature, that readFeature() has no use for and keeps as it is: one of an
 /// unknown name, and one of a known name that is not of its kind.

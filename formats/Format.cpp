@@ -7,6 +7,8 @@
 #include "GeoJsonReader.h"
 #include "GeoJsonWriter.h"
 #include "TextWriter.h"
+#include "VCardReader.h"
+#include "VCardWriter.h"
 #include "XmlReader.h"
 
 #include <places/PlaceJson.h>
@@ -29,6 +31,7 @@ QByteArray toDocument(const Place &place)
 
 constexpr TextForm GEOJSON{toGeoJsonFeature, "{\"type\":\"FeatureCollection\",\"features\":[\n", ",\n", "\n]}\n"};
 constexpr TextForm DOCUMENTS{toDocument, "", "\n", "\n"};
+constexpr TextForm VCARDS{toVCard, "", "", ""};
 
 template <const TextForm &FORM>
 std::unique_ptr<PlaceWriter> makeTextWriter(QIODevice &out)
@@ -42,6 +45,7 @@ const Format FORMATS[] = {
     {"gpx", " gpx ", readGpx, nullptr},
     {"kml", " kml ", readKml, nullptr},
     {"csv", " csv tsv ", readCsv, nullptr},
+    {"vcard", " vcf vcard ", readVCards, makeTextWriter<VCARDS>},
 };
 
 } // namespace
@@ -73,6 +77,8 @@ const Format &formatByContent(const QByteArray &head)
     const QByteArray text = head.trimmed();
     if (text.startsWith('<'))
         return *formatByName(text.contains("<kml") ? QStringLiteral("kml") : QStringLiteral("gpx"));
+    if (text.toUpper().startsWith("BEGIN:VCARD"))
+        return *formatByName(QStringLiteral("vcard"));
     if (!text.startsWith('{') && !text.startsWith('['))
         return *formatByName(QStringLiteral("csv"));
     const bool isGeoJson = text.startsWith('[') || GEOJSON.match(QString::fromUtf8(text)).hasMatch();

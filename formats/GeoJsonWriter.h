@@ -20,6 +20,9 @@ class JsonWriter;
 /// Places that somebody else owns.
 using PlaceList = QVector<const vela::platform::places::AbstractPlace *>;
 
+/// Index of the location that stands for the place where a form has one: the first that has a position, else the first.
+int shownLocation(const vela::platform::places::Place &place);
+
 /// A place as a Feature whose id is the place's number.
 QByteArray toGeoJson(const vela::platform::places::Place &place);
 /// A place as a Feature for other stores and programs: its id is the one that it was imported with, if any.

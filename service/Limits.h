@@ -129,11 +129,6 @@ constexpr int PROVIDER_BATCH = 100;
 constexpr int PROVIDER_RESULTS = 10000;
 /// The same for a search that has to know all of them before it can give any.
 constexpr int PROVIDER_RESULTS_AT_ONCE = 1000;
-/// Most lines of a vCard, longest such line and all of them together, in bytes. A folded line is one. Parsing takes the
-/// square of the lines, and of the parameters of one.
-constexpr int VCARD_LINES = 500;
-constexpr int VCARD_LINE_SIZE = 16 * 1024;
-constexpr int VCARD_SIZE = 256 * 1024;
 /// The part of a file of vCards that is read, in bytes.
 constexpr long long VCARD_FILE_SIZE = 256LL * 1024 * 1024;
 /// Most addresses of a contact, and places of all contacts.

@@ -180,6 +180,10 @@ TEST(ExchangeTest, EveryFormatBecomesPlaces)
         {"geojsonl",
          R"({"type":"Feature","geometry":{"type":"Point","coordinates":[2,1]},"properties":{"name":42,"kind":"large_airport","iata":"BRN"}})",
          "[2.0,1.0]", R"("name":"42"|"aliases":["BRN"]|"tags":["large_airport","lbs-airport"])"},
+        {"vcf",
+         "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:A\r\nUID:u\r\nADR;TYPE=work:;;S;;;;\r\nGEO:1;2\r\nTEL:7\r\nBDAY:1\r\nEND:"
+         "VCARD\r\n",
+         "[2.0,1.0]", R"("id":"u"|"name":"A"|"street":"S"|"phone":"7"|"tags":["lbs-work"]|"vcard":["BDAY:1"])"},
         {"tsv", "name\tlat\tlon\tfavorite\tcompactAddressLines\tname\nA\t1\t2\tTRUE\tx; y\tB\n", "[2.0,1.0]",
          R"("name":"A"|"favorite":true|"compactAddressLines":["x","y"])"},
         {"csv", "\xEF\xBB\xBFName;LAT;lng;tags;CountryCode;floor;odd\r\n\"A;\"\"B\"\"\nC\";1.5;2;\"x; y\";CH;3;+\r\n",

@@ -35,7 +35,7 @@ void addImport(CLI::App &app, Context &context)
 {
     const auto format = std::make_shared<std::string>();
     const auto files = std::make_shared<std::vector<std::string>>();
-    CLI::App *command = app.add_subcommand("import", "Add the places of GeoJSON, JSON, GPX, KML and CSV files");
+    CLI::App *command = app.add_subcommand("import", "Add the places of GeoJSON, JSON, GPX, KML, CSV and vCard files");
     command->add_option("FILE", *files, "Files; - for standard input")->required();
     addFormatOption(*command, *format, false);
     command->callback([&context, files, format] {
@@ -47,7 +47,7 @@ void addExport(CLI::App &app, Context &context)
 {
     const auto format = std::make_shared<std::string>();
     const auto file = std::make_shared<std::string>("-");
-    CLI::App *command = app.add_subcommand("export", "Write all stored places as GeoJSON or JSON documents");
+    CLI::App *command = app.add_subcommand("export", "Write all stored places as GeoJSON, JSON documents or vCards");
     command->add_option("FILE", *file, "File; - for standard output")->capture_default_str();
     addFormatOption(*command, *format, true);
     command->callback([&context, file, format] {
