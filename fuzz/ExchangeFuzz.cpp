@@ -14,8 +14,8 @@
 
 #include <cstdlib>
 
-// The first byte chooses what the rest is read as: a format of the client, or a link or position. Whatever becomes a
-// place is the same after it was written as GeoJSON or as a vCard and read again.
+// The first byte selects the kind of input: a file format, or a link or position. A place that is read must be the same
+// after writing it as GeoJSON or as a vCard and reading it again.
 
 namespace
 {

@@ -29,10 +29,10 @@ namespace
 {
 
 constexpr int ADDRESS_KINDS = 3;
-/// Letters of a country code, ISO 3166-1 alpha-2.
+/// Number of letters of a country code, ISO 3166-1 alpha-2.
 constexpr int CODE_LENGTH = 2;
 
-/// Codes of two letters by the names of the countries, in English and in their own languages.
+/// Two-letter codes by country names, in English and in the country's languages.
 const QHash<QString, QString> &countryCodes()
 {
     static const QHash<QString, QString> codes = [] {
@@ -40,13 +40,13 @@ const QHash<QString, QString> &countryCodes()
         const auto locales = QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyCountry);
         for (const QLocale &locale : locales) {
             const QString code = locale.name().section(QLatin1Char('_'), 1);
-            // "World" and "Europe" have a number.
+            // "World" and "Europe" have numeric codes.
             if (code.size() != CODE_LENGTH)
                 continue;
             for (const QString &name : {QLocale::countryToString(locale.country()), locale.nativeCountryName()})
                 all.insert(searchKey(name), code);
         }
-        // Some locales have no name for their country.
+        // Some locales have no country name.
         all.remove(QString());
         return all;
     }();
@@ -59,7 +59,7 @@ QString countryCodeOf(const QString &country)
     return isCode ? country.toUpper() : countryCodes().value(searchKey(country));
 }
 
-/// The first number that is of a type and, but for that, of none of some others; empty when there is none.
+/// The first number that has a type and none of the types in `butNot`; empty when there is none.
 QString phone(const Addressee &contact, PhoneNumber::Type type, PhoneNumber::Type butNot = {})
 {
     const PhoneNumber::List numbers = contact.phoneNumbers();
@@ -69,7 +69,7 @@ QString phone(const Addressee &contact, PhoneNumber::Type type, PhoneNumber::Typ
     return found == numbers.end() ? QString() : found->number();
 }
 
-/// The path of a picture that is a file of this machine.
+/// The local path of a picture; empty for an embedded or remote picture.
 QString localPath(const KContacts::Picture &picture)
 {
     return picture.isIntern() ? QString() : QUrl(picture.url()).toLocalFile();

@@ -31,7 +31,7 @@ QString nameOf(qint64 id)
     return QStringLiteral("place %1").arg(id);
 }
 
-/// What the user says of a place; what is not said stays as it is.
+/// The values of a place given as options; a value that is not given stays unchanged.
 struct Details
 {
     std::optional<std::string> name;
@@ -75,7 +75,7 @@ void set(Object &object, void (Object::*setter)(const QString &), const std::opt
         (object.*setter)(text(*value));
 }
 
-/// The first location with the changes; nothing when it would say nothing.
+/// The first location with the changes; std::nullopt when no value would be left in it.
 std::optional<Location> changedLocation(const Place &place, const Details &details)
 {
     Location location = place.locationCount() > 0 ? place.location(0) : Location();
@@ -121,7 +121,7 @@ void apply(Place &place, const Details &details)
         place.addLocation(*location);
 }
 
-/// True for a text that is to be a place by itself: a link, or a position where nothing else says where the place is.
+/// True for a text that is a whole place: a link, or a position when no option gives one.
 bool isWhole(const QString &text, const Details &details)
 {
     if (isLink(text))
@@ -154,7 +154,7 @@ ExitStatus add(const QString &nameOrLink, const Details &details, Form form)
     return status;
 }
 
-/// Fetches a place and does something with it.
+/// Fetches a place and calls `work` with it.
 template <typename Work>
 ExitStatus withPlace(qint64 id, Work work)
 {
@@ -163,7 +163,7 @@ ExitStatus withPlace(qint64 id, Work work)
     return place ? work(*place) : report(error, nameOf(id));
 }
 
-/// Does something with each of several places and goes on after a failure; the last failure is the outcome.
+/// Calls `work` for each of several places and continues after a failure; returns the last failure.
 template <typename Work>
 ExitStatus withEach(const std::vector<qint64> &ids, Work work)
 {
@@ -181,7 +181,7 @@ ExitStatus update(Place &place, const Details &details)
     return report(PlaceManager().updatePlace(&place), nameOf(place.id()));
 }
 
-/// Shows a position or what a link leads to; it is not stored.
+/// Shows a position or the place of a link without storing it.
 ExitStatus showLink(const QString &link, Form form)
 {
     Place place;
@@ -222,7 +222,7 @@ void addShowCommand(CLI::App &app, Context &context)
         bool onlyRemote = false;
     };
     const auto options = std::make_shared<Options>();
-    CLI::App *command = app.add_subcommand("show", "Show a place with all it has, a position, or what a link leads to");
+    CLI::App *command = app.add_subcommand("show", "Show all data of a place, a position, or the place of a link");
     command->add_option("PLACE", options->place, "Number of the place, position, geo: URI or map link")
         ->required()
         ->transform(IsIdOrPosition);
@@ -230,13 +230,13 @@ void addShowCommand(CLI::App &app, Context &context)
     CLI::Option *aux =
         command->add_flag("--aux", options->records, "Fetch the place's auxiliary records instead")->excludes(document);
     command->add_option("--type", options->type, "Only records of this type, such as contact or poi")->needs(aux);
-    command->add_flag("--remote", options->onlyRemote, "Only records that a provider has to be asked for")->needs(aux);
+    command->add_flag("--remote", options->onlyRemote, "Only records that are fetched from a provider")->needs(aux);
     command->callback([&context, options] {
         const QString place = text(options->place);
         context.needsService = isId(place);
         context.run = [&context, options, place] {
             if (options->records && !isId(place)) {
-                complain(place, QStringLiteral("only a stored place has records to be fetched; name it by its number"));
+                complain(place, QStringLiteral("records can only be fetched for a stored place; give its number"));
                 return WrongUse;
             }
             if (options->records)
@@ -250,7 +250,7 @@ ExitStatus unfav(Place &place)
 {
     if (place.isFavorite())
         return report(PlaceManager().unfav(&place), nameOf(place.id()));
-    complain(nameOf(place.id()), QStringLiteral("is no favourite; places fav makes it one"));
+    complain(nameOf(place.id()), QStringLiteral("is not a favourite; make it one with places fav"));
     return Failed;
 }
 
@@ -272,7 +272,7 @@ ExitStatus printLink(const Place &place, Form form)
     return Done;
 }
 
-/// Adds a command that does `work` with one place, fetched in full.
+/// Adds a command that calls `work` with one place, fetched in full.
 template <typename Work>
 CLI::App *addPlaceCommand(CLI::App &app, Context &context, const char *name, const char *description, Work work)
 {
@@ -283,7 +283,7 @@ CLI::App *addPlaceCommand(CLI::App &app, Context &context, const char *name, con
     return command;
 }
 
-/// Adds a command that does `work` with each of several places, by their ids.
+/// Adds a command that calls `work` with the id of each of several places.
 template <typename Work>
 void addIdsCommand(CLI::App &app, Context &context, const char *name, const char *description, Work work)
 {
@@ -332,7 +332,7 @@ void addChangeCommands(CLI::App &app, Context &context)
     });
 
     addShowCommand(app, context);
-    CLI::App *updateCommand = addPlaceCommand(app, context, "update", "Change a place; what is not given stays",
+    CLI::App *updateCommand = addPlaceCommand(app, context, "update", "Change the given values of a place",
                                               [details](Place &place) { return update(place, *details); });
     updateCommand->add_option("--name", details->name, "Name")->transform(IsName);
     addDetailOptions(*updateCommand, *details);

@@ -2,6 +2,7 @@
 
 #include "Export.h"
 
+#include "formats/ArchiveDevice.h"
 #include "formats/Format.h"
 #include "ProgressBar.h"
 #include "TerminalText.h"
@@ -29,17 +30,16 @@ using namespace places;
 namespace
 {
 
-/// Places in one answer of the service. Not too many: a page of headers is held in memory.
+/// Places in one answer of the service: a page of headers is held in memory.
 constexpr int PAGE_SIZE = 1000;
 
-/// An order that nothing but a use of a place changes, and that new places take in the order they were added: pages
-/// neither overlap nor leave gaps.
+/// By last use, then by id. Only a use moves a place, so pages neither overlap nor leave gaps.
 SortRule exportOrder()
 {
     return SortRule::createSimpleSortRule(SortField::LastUsedTime, SortOrder::Ascending);
 }
 
-/// Passes text on to a terminal, with escapes for what would steer it.
+/// Writes text to a terminal and escapes control characters.
 class TerminalFilter : public QIODevice
 {
 public:
@@ -64,13 +64,27 @@ private:
     QIODevice &m_terminal;
 };
 
-/// Writes the places one after the other, page by page.
+/// The device that compresses the exported file; null for a file name without the extension of a compression. The file
+/// in a zip archive has the archive's name without ".zip".
+std::unique_ptr<ArchiveDevice> makeCompressor(QFileDevice &file, const Format &format)
+{
+    const QString path = file.fileName();
+    const Compression compression = compressionOf(path);
+    if (compression == Compression::None)
+        return nullptr;
+    const QString name = QFileInfo(withoutCompression(path)).fileName();
+    const QString extension = formatByPath(path) ? QString() : QLatin1Char('.') + QLatin1String(format.name);
+    return std::make_unique<ArchiveDevice>(file, compression, name + extension);
+}
+
+/// Writes places one after the other, page by page.
 class Exporter
 {
 public:
     Exporter(QFileDevice &file, const Format &format, const QString &title)
         : m_filter(file)
-        , m_writer(format.makeWriter(::isatty(file.handle()) ? static_cast<QIODevice &>(m_filter) : file))
+        , m_compressor(makeCompressor(file, format))
+        , m_writer(format.makeWriter(outOf(file)))
         , m_title(file.fileName().isEmpty() ? QStringLiteral("standard output") : file.fileName())
         , m_bar(title)
     {}
@@ -83,12 +97,22 @@ public:
             isLast = !writePage(offset);
         if (m_status == Done)
             check(m_writer->end());
+        if (m_status == Done && m_compressor)
+            check(m_compressor->finish());
         return m_status;
     }
 
 private:
-    /// Writes the places from `offset` on and moves it behind them. False when there are no more. A page can have fewer
-    /// places than were asked for.
+    /// The device that the writer writes to.
+    QIODevice &outOf(QFileDevice &file)
+    {
+        if (m_compressor)
+            return *m_compressor;
+        return ::isatty(file.handle()) ? static_cast<QIODevice &>(m_filter) : file;
+    }
+
+    /// Writes the places of one page and moves `offset` behind it. False when there are no more. A page can have fewer
+    /// places than requested.
     bool writePage(int &offset)
     {
         Error::Type error = Error::Success;
@@ -129,6 +153,7 @@ private:
 
     const PlaceManager m_manager;
     TerminalFilter m_filter;
+    const std::unique_ptr<ArchiveDevice> m_compressor; ///< Null when nothing is compressed.
     const std::unique_ptr<PlaceWriter> m_writer;
     const QString m_title;
     ProgressBar m_bar;
@@ -136,7 +161,7 @@ private:
     ExitStatus m_status = Done;
 };
 
-/// Exports to a file that is open, or could not be opened; `finish` makes it stand.
+/// Exports to a file that is open or failed to open; `finish` commits the file.
 template <typename File, typename Finish>
 ExitStatus exportTo(File &file, const Format &format, const QString &path, Finish finish)
 {
@@ -147,7 +172,7 @@ ExitStatus exportTo(File &file, const Format &format, const QString &path, Finis
     return Failed;
 }
 
-/// True for what cannot be replaced by a new file: standard output, a device, a pipe.
+/// True for a path that cannot be replaced by a new file: standard output, a device, a pipe.
 bool isStream(const QString &path)
 {
     const QFileInfo file(path);
@@ -164,7 +189,7 @@ ExitStatus exportPlaces(const QString &path, const QString &formatName)
     if (!format)
         format = formatByName(QStringLiteral("geojson"));
     if (!format->makeWriter) {
-        complain(path, QStringLiteral("%1 can only be read; see places export --help for what is written")
+        complain(path, QStringLiteral("the format %1 cannot be written; see places export --help")
                            .arg(QLatin1String(format->name)));
         return WrongUse;
     }

@@ -195,7 +195,7 @@ void addFind(CLI::App &app, Context &context)
     addListOption(*find, "--tag", options->tags, "Places with this tag instead; may be given several times")
         ->excludes(term);
     find->add_option("--near", options->position, "Nearest to this position first")->transform(IsPosition);
-    find->add_option("--sort", options->sort, "What comes first")
+    find->add_option("--sort", options->sort, "Order of the results")
         ->check(CLI::IsMember({"relevance", "name", "recent", "new"}))
         ->capture_default_str();
     addPageOptions(*find, options->page);
@@ -236,12 +236,12 @@ void addRecent(CLI::App &app, Context &context)
     const auto options = std::make_shared<Options>();
     CLI::App *recent = app.add_subcommand("recent", "List places by their last use, latest first");
     CLI::Option *mine = recent->add_flag("--mine", options->onlyMine, "Only places that this application added");
-    CLI::Option *terms = recent
-                             ->add_option("--terms", options->prefix,
-                                          "Terms that were searched for instead; all, or those that begin so")
-                             ->expected(0, 1)
-                             ->type_name("[PREFIX]")
-                             ->excludes(mine);
+    CLI::Option *terms =
+        recent
+            ->add_option("--terms", options->prefix, "List recent search terms instead: all, or those with this prefix")
+            ->expected(0, 1)
+            ->type_name("[PREFIX]")
+            ->excludes(mine);
     addPageOptions(*recent, options->page);
     recent->callback([&context, options, terms] {
         if (terms->count() > 0) {

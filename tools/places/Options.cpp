@@ -16,7 +16,7 @@ using vela::platform::places::Coordinates;
 namespace
 {
 
-/// Puts a whole number from 0 to `largest` into its plain form. False when the argument is none.
+/// Normalizes a whole number from 0 to `largest`. False when the argument is not one.
 bool normalize(std::string &argument, qint64 largest)
 {
     bool isNumber = false;
@@ -113,18 +113,26 @@ const CLI::Validator IsCount(
 
 const CLI::Validator IsName(
     [](const std::string &argument) {
-        return refusal(!text(argument).trimmed().isEmpty(), "a name has to be more than blanks", argument);
+        return refusal(!text(argument).trimmed().isEmpty(), "a name needs more than blanks", argument);
     },
     "NAME");
 
+const CLI::Validator IsAssignment(
+    [](const std::string &argument) {
+        const std::size_t sign = argument.rfind('=');
+        const bool isAssignment = sign != std::string::npos && sign > 0 && sign + 1 < argument.size();
+        return refusal(isAssignment, "not a heading and a property, such as Place=name", argument);
+    },
+    "HEADING=PROPERTY");
+
 void addLimitOption(CLI::App &command, Page &page)
 {
-    command.add_option("--limit", page.limit, "Largest number of results")->transform(IsCount)->capture_default_str();
+    command.add_option("--limit", page.limit, "Maximum number of results")->transform(IsCount)->capture_default_str();
 }
 
 void addPageOptions(CLI::App &command, Page &page)
 {
-    command.add_option("--offset", page.offset, "Number of results to pass over")->transform(IsCount);
+    command.add_option("--offset", page.offset, "Number of results to skip")->transform(IsCount);
     addLimitOption(command, page);
 }
 

@@ -110,7 +110,7 @@ QString fillFromSite(const SiteLink &link, Place &place)
 
 QString readMapLink(QString link, Place &place)
 {
-    // A "%" that is no escape stands for itself; it would take all others along.
+    // Escape a "%" that begins no escape; else QUrl rewrites all other escapes too.
     static const QRegularExpression BARE_PERCENT(QStringLiteral("%(?![0-9A-Fa-f]{2})"));
     const QUrl url(link.replace(BARE_PERCENT, QStringLiteral("%25")));
     if (const SiteLink site = readSiteLink(url); site.isKnown && !hasOwnPosition(url))

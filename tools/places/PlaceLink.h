@@ -13,7 +13,7 @@ class Place;
 namespace tool
 {
 
-/// True for a text that is meant as a link to a place: a `geo:` URI or a web address.
+/// True for a text that looks like a link to a place: a `geo:` URI or a web address.
 bool isLink(const QString &text);
 
 /// Fills a new place from a `geo:` URI (RFC 5870), a link of the map web service on any host, one of a map web site
