@@ -95,16 +95,6 @@ void writeLocation(JsonWriter &out, const Location &location)
         out.member(vocabulary::VIRTUAL_DATA_TYPE, qint64(location.virtualDataType()));
 }
 
-/// Index of the location for the feature's geometry: the first one with a position, else the first one.
-int shownLocation(const Place &place)
-{
-    for (int i = 0; i < place.locationCount(); ++i) {
-        if (place.location(i).coordinates().isValid())
-            return i;
-    }
-    return 0;
-}
-
 void writeOtherLocations(JsonWriter &out, const Place &place, int shown)
 {
     if (place.locationCount() < 2)
@@ -279,6 +269,15 @@ QByteArray feature(const Place &place, Members members)
 }
 
 } // namespace
+
+int shownLocation(const Place &place)
+{
+    for (int i = 0; i < place.locationCount(); ++i) {
+        if (place.location(i).coordinates().isValid())
+            return i;
+    }
+    return 0;
+}
 
 QByteArray toGeoJson(const Place &place)
 {
