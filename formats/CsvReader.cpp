@@ -71,7 +71,7 @@ public:
     QString read()
     {
         const QString problem =
-            m_rows.next() ? readHeadings() : QStringLiteral("not CSV: there is no row that names the columns");
+            m_rows.next() ? readHeadings() : QStringLiteral("not CSV: the row with the names of the columns is missing");
         if (!problem.isEmpty() || !m_input.problem().isEmpty())
             return m_input.problem().isEmpty() ? problem : m_input.problem();
         bool goesOn = true;

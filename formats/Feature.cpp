@@ -218,12 +218,6 @@ Location readLocation(const Value &members, const Value *position, const Value *
     return location;
 }
 
-/// True when a location has a position or an address. A place is stored only with such locations.
-bool locates(const Location &location)
-{
-    return location.coordinates().isValid() || !location.address().isEmpty() || !location.virtualData().isEmpty();
-}
-
 /// Adds all locations in order; `shown`, the one of the feature's geometry, is one of them.
 QString addLocations(const Location &shown, const Value &properties, Place &place)
 {
@@ -395,6 +389,11 @@ std::optional<float> toAccuracy(double metres)
     return isAccuracy ? std::optional(static_cast<float>(metres)) : std::nullopt;
 }
 
+bool locates(const Location &location)
+{
+    return location.coordinates().isValid() || !location.address().isEmpty() || !location.virtualData().isEmpty();
+}
+
 bool isForeignProperty(const QString &name, const Value &value)
 {
     const auto known = vocabulary::kinds().find(name);
@@ -514,18 +513,25 @@ void TextFeature::setGeometry(const QByteArray &json)
 
 bool TextFeature::setRest(const QString &json)
 {
+    constexpr SizeType MOST = MAX_LIST_LENGTH;
     ExactDocument rest;
     if (rest.read(json.toUtf8().constData()).IsError() || !rest.IsObject() || isDeeper(rest, MAX_DEPTH))
         return false;
+    const Value *properties = memberOf(rest, "properties");
+    const bool hasProperties = properties && properties->IsObject();
+    if (rest.MemberCount() > MOST || (hasProperties && properties->MemberCount() > MOST))
+        return false;
     auto &allocator = m_feature.GetAllocator();
-    for (auto &member : rest.GetObject()) {
+    for (const auto &member : rest.GetObject()) {
         const QString name = textOf(member.name);
-        const bool isProperties = name == QLatin1String("properties") && member.value.IsObject();
-        if (isProperties)
-            m_feature["properties"].CopyFrom(member.value, allocator);
-        else if (name == QLatin1String("bbox") || isForeignMember(name, member.value))
+        if (name == QLatin1String("bbox") || isForeignMember(name, member.value))
             m_feature.AddMember(Value(member.name, allocator), Value(member.value, allocator), allocator);
     }
+    if (!hasProperties)
+        return true;
+    m_feature["properties"].CopyFrom(*properties, allocator);
+    for (const auto &property : properties->GetObject())
+        m_restNames.insert(textOf(property.name));
     return true;
 }
 
@@ -562,13 +568,17 @@ void TextFeature::read(ReadPlace &read) const
 void TextFeature::replace(Value &object, const QString &name, const QString &text)
 {
     auto &allocator = m_feature.GetAllocator();
-    const auto member = object.FindMember(toValue(name));
+    const bool isId = &object == &m_feature;
+    const bool isList = !isId && vocabulary::kinds().value(name) == vocabulary::Kind::Texts;
+    // Other properties are set once only, so they need no search.
+    const bool mayBeThere = isId || isList || m_restNames.contains(name);
+    const auto member = mayBeThere ? object.FindMember(toValue(name)) : object.MemberEnd();
     const bool isThere = member != object.MemberEnd();
     if (isThere && keptText(name, member->value) == text)
         return;
-    const bool isList = &object != &m_feature && vocabulary::kinds().value(name) == vocabulary::Kind::Texts;
     if (text.isEmpty() && !isList) {
-        object.RemoveMember(toValue(name));
+        if (isThere)
+            object.RemoveMember(member);
         return;
     }
     Value value = toValue(text);

@@ -14,6 +14,7 @@
 
 namespace vela::platform::places
 {
+class Location;
 class Place;
 class PointOfInterestAuxiliaryData;
 } // namespace vela::platform::places
@@ -30,6 +31,9 @@ constexpr int MAX_LIST_LENGTH = 1000;
 
 /// An accuracy as a place stores it; std::nullopt for a negative number or one beyond the range of float.
 std::optional<float> toAccuracy(double metres);
+
+/// True when a location has a position, an address or virtual data. A place is stored only with such locations.
+bool locates(const vela::platform::places::Location &location);
 
 /// True for a property or feature member that readFeature() cannot interpret and keeps unchanged: its name is unknown,
 /// or its value has another type.
@@ -58,7 +62,8 @@ public:
     /// Sets a geometry other than a point. `json` is a GeoJSON geometry; invalid JSON has no effect.
     void setGeometry(const QByteArray &json);
     /// Sets all that FlatFeature::rest() returned; call it before the other setters. A value of the rest is kept when
-    /// a setter gives the same text for it. False when `json` is not a feature nested at most MAX_DEPTH deep.
+    /// a setter gives the same text for it. False when `json` is not an object nested at most MAX_DEPTH deep, with at most
+    /// MAX_LIST_LENGTH properties.
     bool setRest(const QString &json);
     /// Sets the id of the feature.
     void setId(const QString &id);
@@ -80,6 +85,7 @@ private:
     KeepText m_keep;
     rapidjson::Document m_feature{rapidjson::kObjectType};
     QSet<QString> m_names;
+    QSet<QString> m_restNames; ///< Properties of the rest.
     QString m_problem; ///< Of the position.
 };
 

@@ -121,11 +121,12 @@ QString joinList(const QStringList &elements)
 
 std::optional<QString> flatText(const QString &name, const Value &value)
 {
-    if (isForeignProperty(name, value))
-        return scalarText(value);
     const Kind kind = vocabulary::kinds().value(name);
-    if (kind == Kind::Texts && value.IsArray())
-        return joinList(textsOf(value));
+    const bool isForeign = isForeignProperty(name, value);
+    if (kind == Kind::Texts && vocabulary::kinds().contains(name))
+        return isForeign || value.IsNull() ? std::nullopt : std::optional(joinList(textsOf(value)));
+    if (isForeign)
+        return scalarText(value);
     if (kind == Kind::Flag && value.IsFalse())
         return QString();
     return scalarText(value);

@@ -28,7 +28,7 @@ QStringList splitList(const QString &text);
 QString joinList(const QStringList &elements);
 
 /// A property of a feature as one text: a list by joinList(), false as an empty text. std::nullopt for null, an object,
-/// and a list of an unknown property.
+/// a list of an unknown property, and another value of a list property.
 std::optional<QString> flatText(const QString &name, const rapidjson::Value &value);
 
 /// The GeoJSON feature of a place as texts, for text-only formats. TextFeature restores the place from the texts that

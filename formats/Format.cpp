@@ -15,6 +15,8 @@
 #include "KmlWriter.h"
 #include "KmzWriter.h"
 #include "TextWriter.h"
+#include "VCardReader.h"
+#include "VCardWriter.h"
 
 #include <places/PlaceJson.h>
 
@@ -38,6 +40,7 @@ QByteArray toDocument(const Place &place)
 
 constexpr TextForm GEOJSON{toGeoJsonFeature, "{\"type\":\"FeatureCollection\",\"features\":[\n", ",\n", "\n]}\n"};
 constexpr TextForm DOCUMENTS{toDocument, "", "\n", "\n"};
+constexpr TextForm VCARDS{toVCard, "", "", ""};
 
 template <const TextForm &FORM>
 std::unique_ptr<PlaceWriter> makeTextWriter(QIODevice &out)
@@ -50,8 +53,9 @@ const Format FORMATS[] = {
     {"json", " jsonl ndjson ", readDocuments, makeTextWriter<DOCUMENTS>},
     {"gpx", " gpx ", readGpx, makeGpxWriter},
     {"kml", " kml ", readKml, makeKmlWriter},
-    {"kmz", " kmz ", readKml, makeKmzWriter},
     {"csv", " csv tsv ", readCsv, makeCsvWriter},
+    {"vcard", " vcf vcard ", readVCards, makeTextWriter<VCARDS>},
+    {"kmz", " kmz ", readKml, makeKmzWriter},
 };
 
 bool isJsonFormat(const Format &format)
@@ -112,6 +116,8 @@ const Format &formatByContent(const QByteArray &head)
         return *json;
     if (text.startsWith('<'))
         return *formatByName(text.contains("<kml") ? QStringLiteral("kml") : QStringLiteral("gpx"));
+    if (text.left(12).toUpper().startsWith("BEGIN:VCARD"))
+        return *formatByName(QStringLiteral("vcard"));
     return *formatByName(text.startsWith('{') ? QStringLiteral("json") : QStringLiteral("csv"));
 }
 

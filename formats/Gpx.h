@@ -29,7 +29,7 @@ constexpr Child CHILDREN[] = {
     {"cmt", "cmt", nullptr},
     {"desc", vocabulary::DESCRIPTION, nullptr},
     {"src", "src", nullptr},
-    {"link", vocabulary::URL, nullptr}, // in its attribute href
+    {"link", vocabulary::URL, R"([A-Za-z][A-Za-z0-9+.-]*:[A-Za-z0-9._~:/?#@!$&'()*+,;=%-]*)"}, // in its attribute href
     {"sym", "sym", nullptr},
     {"type", "kind", nullptr},
     {"fix", "fix", "none|2d|3d|dgps|pps"},

@@ -28,6 +28,9 @@ namespace
 /// Maximum number of id attributes in a file. They must be unique, so the writer remembers them.
 constexpr int MAX_IDS = 100000;
 
+/// Maximum length of a tag that becomes a folder.
+constexpr int MAX_FOLDER_NAME = 256;
+
 /// True for an NCName of ASCII characters, at most 100.
 bool isNcName(const QString &text)
 {
@@ -46,7 +49,7 @@ QString folderOf(const Place &place)
 {
     for (int i = 0; i < place.tagCount(); ++i) {
         const QString tag = place.tag(i);
-        if (!isPlatformTag(tag) && toXmlText({}, tag) == tag)
+        if (!isPlatformTag(tag) && tag.size() <= MAX_FOLDER_NAME && toXmlText({}, tag) == tag)
             return tag;
     }
     return {};

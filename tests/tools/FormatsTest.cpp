@@ -162,6 +162,7 @@ PlacePointer throughFile(const PlacePointer &place)
 constexpr char GPX[] = "gpx";
 constexpr char KML[] = "kml";
 constexpr char CSV[] = "csv";
+constexpr char VCARD[] = "vcard";
 
 constexpr struct
 {
@@ -171,7 +172,7 @@ constexpr struct
 } FORMS[] = {
     {"bytes", throughBytes, 4711},   {"JSON document", throughDocument, 4711}, {"map link", throughMapLink, 4711},
     {"service", throughService, -1}, {"GeoJSON", throughGeoJson, 4711},        {"GPX", throughFile<GPX>, 4711},
-    {"KML", throughFile<KML>, 4711}, {"CSV", throughFile<CSV>, 4711},
+    {"KML", throughFile<KML>, 4711}, {"CSV", throughFile<CSV>, 4711},          {"vCard", throughFile<VCARD>, 4711},
 };
 
 // ------------------------------------------------------------------------------------------------------ the members
@@ -304,7 +305,7 @@ Table documented()
 
 } // namespace
 
-TEST(FormatsTest, TheDocumentedTableIsWhatTheFormsKeep)
+TEST(Formats, TheDocumentedTableIsWhatTheFormsKeep)
 {
     EXPECT_EQ(documented(), tried());
 }

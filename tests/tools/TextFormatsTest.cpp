@@ -160,7 +160,7 @@ TEST(TextFormatsTest, APlaceComesBackFromItsFileWhateverItHolds)
               R"("phone":"+41","url":"http://a.example/%20?a=b&c","sym":"Flag","cmt":" c","time":"2026-02-30T00:00:00Z","fix":"4d","kind":"summit"}})",
         R"({"type":"Feature","id":17,"vendor":{"x":[1.5,null]},"bbox":[7,46,8,47],)" + point
             + R"("properties":{"name":"\"\u0000\"\u2028","tags":["a;b\\;"," c","\t","x,y"],"aliases":[],"odd":"","":"e","n":17,"time":"2026-02-28T00:00:00Z",)"
-              R"("big":9007199254740993,"nested":{"a":[1]},"floor":"top","id":"other","geojson":"{}","favorite":"maybe","compactAddressLines":["a","","b"]}})",
+              R"("big":9007199254740993,"nested":{"a":[1]},"floor":"top","extendedAddressLines":"x","id":"other","geojson":"{}","favorite":"maybe","compactAddressLines":["a","","b"]}})",
         R"({"type":"Feature","id":"n1",)" + point
             + R"("properties":{"name":"A","description":"1 &lt; 2 <b>x</b> \n\n\n\u00a0&","tags":["lbs-my-home","trip"],"aliases":[],)"
               R"("private":true,"floor":-2,"expiryTime":9,"horizontalAccuracy":2.1,"locationIndex":1,"otherLocations":[{"virtualData":"v"}],)"
