@@ -20,7 +20,7 @@ using orix_places_protocol::PlacesAPIEncoder;
 namespace
 {
 
-/// Records of more text get their room at once: the encoder grows by small steps and copies what it has at each.
+/// Longer records get their memory in advance: the encoder would grow in small steps and copy each time.
 constexpr std::size_t LONG_TEXT = 16 * 1024;
 
 std::size_t unitsOf(const QStringList &texts)
@@ -51,7 +51,7 @@ std::string messageOf(const PlacesAPIEncoder &encoder)
     return std::string(data, static_cast<std::size_t>(length));
 }
 
-/// The object that a record becomes, read with `decode`.
+/// Decodes the object of a record with `decode`.
 template <typename Object>
 std::unique_ptr<Object> decodeWith(bool (PlacesAPIDecoder::*decode)(Object *&), const std::string &record)
 {

@@ -52,7 +52,8 @@ struct Details
 
 void addDetailOptions(CLI::App &command, Details &details)
 {
-    command.add_option("--at", details.position, "Position in degrees")->transform(IsPosition);
+    command.add_option("--at", details.position, "Position: degrees in any usual form, plus code or link")
+        ->transform(IsPosition);
     command.add_option("--description", details.description, "Description");
     command.add_option("--label", details.label, "The address as one line");
     command.add_option("--street", details.street, "Street and house number");
@@ -120,12 +121,21 @@ void apply(Place &place, const Details &details)
         place.addLocation(*location);
 }
 
-/// Adds a place by its name, or the place of a link.
+/// True for a text that is a whole place: a link, or a position when no option gives one.
+bool isWhole(const QString &text, const Details &details)
+{
+    if (isLink(text))
+        return true;
+    const formats::ReadPosition read = readAnyPosition(text);
+    return (read.position.isValid() || !read.problem.isEmpty()) && !changedLocation(Place(), details);
+}
+
+/// Adds a place by its name, or the place at a position or of a link.
 ExitStatus add(const QString &nameOrLink, const Details &details, Form form)
 {
     Place place;
     place.setSource(AbstractPlace::SourceManualInput);
-    if (!isLink(nameOrLink)) {
+    if (!isWhole(nameOrLink, details)) {
         place.setName(nameOrLink);
     } else if (const QString problem = readLink(nameOrLink, place); !problem.isEmpty()) {
         complain(nameOrLink, problem);
@@ -171,7 +181,7 @@ ExitStatus update(Place &place, const Details &details)
     return report(PlaceManager().updatePlace(&place), nameOf(place.id()));
 }
 
-/// Shows the place of a link without storing it.
+/// Shows a position or the place of a link without storing it.
 ExitStatus showLink(const QString &link, Form form)
 {
     Place place;
@@ -183,9 +193,17 @@ ExitStatus showLink(const QString &link, Form form)
     return Done;
 }
 
+/// True for the number of a stored place.
+bool isId(const QString &text)
+{
+    bool isNumber = false;
+    (void)text.toLongLong(&isNumber);
+    return isNumber;
+}
+
 ExitStatus show(const QString &idOrLink, Form form)
 {
-    if (isLink(idOrLink))
+    if (!isId(idOrLink))
         return showLink(idOrLink, form);
     return withPlace(idOrLink.toLongLong(), [form](const Place &place) {
         printPlace(place, form);
@@ -204,10 +222,10 @@ void addShowCommand(CLI::App &app, Context &context)
         bool onlyRemote = false;
     };
     const auto options = std::make_shared<Options>();
-    CLI::App *command = app.add_subcommand("show", "Show all data of a place, or the place of a link");
-    command->add_option("PLACE", options->place, "Number of the place, geo: URI or map link")
+    CLI::App *command = app.add_subcommand("show", "Show all data of a place, a position, or the place of a link");
+    command->add_option("PLACE", options->place, "Number of the place, position, geo: URI or map link")
         ->required()
-        ->transform(IsIdOrLink);
+        ->transform(IsIdOrPosition);
     CLI::Option *document = command->add_flag("--document", options->asDocument, "Write the place's JSON document");
     CLI::Option *aux =
         command->add_flag("--aux", options->records, "Fetch the place's auxiliary records instead")->excludes(document);
@@ -215,9 +233,9 @@ void addShowCommand(CLI::App &app, Context &context)
     command->add_flag("--remote", options->onlyRemote, "Only records that are fetched from a provider")->needs(aux);
     command->callback([&context, options] {
         const QString place = text(options->place);
-        context.needsService = !isLink(place);
+        context.needsService = isId(place);
         context.run = [&context, options, place] {
-            if (options->records && isLink(place)) {
+            if (options->records && !isId(place)) {
                 complain(place, QStringLiteral("records can only be fetched for a stored place; give its number"));
                 return WrongUse;
             }
@@ -305,8 +323,9 @@ void addChangeCommands(CLI::App &app, Context &context)
     const auto details = std::make_shared<Details>();
     CLI::App *addCommand = app.add_subcommand("add", "Add a place and print its number");
     const auto nameOrLink = std::make_shared<std::string>();
-    addCommand->add_option("PLACE", *nameOrLink, "Name, geo: URI or map link")->required()->transform(IsName);
-    addCommand->add_option("--name", details->name, "Name of a place that is given by a link")->transform(IsName);
+    addCommand->add_option("PLACE", *nameOrLink, "Name, position, geo: URI or map link")->required()->transform(IsName);
+    addCommand->add_option("--name", details->name, "Name of a place that is given by a position or link")
+        ->transform(IsName);
     addDetailOptions(*addCommand, *details);
     addCommand->callback([&context, nameOrLink, details] {
         context.run = [&context, nameOrLink, details] { return add(text(*nameOrLink), *details, context.form); };

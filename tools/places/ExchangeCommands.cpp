@@ -9,6 +9,7 @@
 #include <places/InternalPlaceManager.h>
 
 #include <QtCore/QFileInfo>
+#include <QtCore/QMap>
 
 #include <memory>
 
@@ -31,15 +32,66 @@ void addFormatOption(CLI::App &command, std::string &format, bool onlyWritable)
         ->check(CLI::IsMember(names));
 }
 
+/// Splits each "HEADING=PROPERTY".
+QMap<QString, QString> columnsOf(const std::vector<std::string> &assignments)
+{
+    QMap<QString, QString> columns;
+    for (const QString &assignment : texts(assignments)) {
+        const int sign = assignment.lastIndexOf(QLatin1Char('='));
+        columns.insert(assignment.left(sign), assignment.mid(sign + 1));
+    }
+    return columns;
+}
+
+/// What is done about members that are stored already: the last of these options that is given counts.
+void addStoredOptions(CLI::App &command, StoredMembers &stored)
+{
+    const auto add = [&](const char *name, const char *description, StoredMembers value) {
+        return command.add_flag_callback(
+            name, [&stored, value] { stored = value; }, description);
+    };
+    CLI::Option *skip = add("--skip-existing", "Leave what is stored already as it is (default)", StoredMembers::Skip);
+    CLI::Option *update =
+        add("--update", "Change what is stored already into what the file says", StoredMembers::Update);
+    CLI::Option *duplicate =
+        add("--duplicate", "Store everything, also what is stored already", StoredMembers::Duplicate);
+    update->excludes(skip, duplicate);
+    duplicate->excludes(skip);
+}
+
 void addImport(CLI::App &app, Context &context)
 {
-    const auto format = std::make_shared<std::string>();
-    const auto files = std::make_shared<std::vector<std::string>>();
-    CLI::App *command = app.add_subcommand("import", "Add the places of GeoJSON, JSON, GPX, KML and CSV files");
-    command->add_option("FILE", *files, "Files; - for standard input")->required();
-    addFormatOption(*command, *format, false);
-    command->callback([&context, files, format] {
-        context.run = [&context, files, format] { return importFiles(texts(*files), text(*format), context.form); };
+    struct Arguments
+    {
+        std::vector<std::string> files;
+        std::string format;
+        std::string tag;
+        std::vector<std::string> columns;
+        bool areas = false;
+        bool isDryRun = false;
+        StoredMembers stored = StoredMembers::Skip;
+    };
+    const auto arguments = std::make_shared<Arguments>();
+    CLI::App *command = app.add_subcommand("import", "Add the places of files");
+    command->add_option("FILE", arguments->files, "Files; - for standard input")->required();
+    addFormatOption(*command, arguments->format, false);
+    addStoredOptions(*command, arguments->stored);
+    command->add_option("--tag", arguments->tag, "Tag for every place that is added")->transform(IsName);
+    command->add_flag("--areas", arguments->areas, "Import lines and areas as places at a point inside");
+    addListOption(*command, "--columns", arguments->columns, "Property that a column of a table is, by its heading")
+        ->delimiter(',')
+        ->transform(IsAssignment);
+    command->add_flag("--dry-run", arguments->isDryRun, "Write nothing; say what would be done");
+    command->callback([&context, arguments] {
+        context.run = [&context, arguments] {
+            ImportOptions options;
+            options.format = text(arguments->format);
+            options.read.areas = arguments->areas;
+            options.read.columns = columnsOf(arguments->columns);
+            options.store = {arguments->stored, arguments->isDryRun, text(arguments->tag)};
+            options.form = context.form;
+            return importFiles(texts(arguments->files), options);
+        };
     });
 }
 

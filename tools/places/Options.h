@@ -8,6 +8,7 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,20 +22,30 @@ QStringList texts(const std::vector<std::string> &arguments);
 /// Words given as separate arguments, joined with blanks.
 QString joined(const std::vector<std::string> &words);
 
-/// The coordinates in "LATITUDE,LONGITUDE", in degrees; invalid when the text has another form.
+/// The coordinates in a text, in any form that readAnyPosition() knows; invalid for any other text.
 vela::platform::places::Coordinates parsePosition(const std::string &position);
+/// Why an argument is no position, for people; empty when it is one.
+std::string positionProblem(const std::string &argument);
+/// Metres of a length such as "500m", "500" or "2km"; nothing when it is none.
+std::optional<double> parseLength(const std::string &length);
 
 // Validators; an argument of another kind is wrong use. Use them with transform(): it replaces a number with its plain
 // decimal form, because CLI11 reads "010" as octal.
 extern const CLI::Validator IsPosition;
 /// The number of a place: from 0 on.
 extern const CLI::Validator IsId;
-/// The number of a place, or a link.
-extern const CLI::Validator IsIdOrLink;
+/// A position, or the number or name of a place. Only a position that makes no sense is refused.
+extern const CLI::Validator IsCentre;
+/// The number of a place, a position or a link.
+extern const CLI::Validator IsIdOrPosition;
+/// A length in metres or kilometres.
+extern const CLI::Validator IsLength;
 /// A number of results: from 0 to the largest int.
 extern const CLI::Validator IsCount;
 /// A text that is not blank.
 extern const CLI::Validator IsName;
+/// Two texts that are not empty, apart by the last "=".
+extern const CLI::Validator IsAssignment;
 
 /// The requested part of the results.
 struct Page

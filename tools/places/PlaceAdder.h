@@ -2,8 +2,7 @@
 #pragma once
 
 #include "formats/PlaceReader.h"
-
-#include <places/Error.h>
+#include "MemberImporter.h"
 
 #include <condition_variable>
 #include <deque>
@@ -15,20 +14,19 @@
 namespace tool
 {
 
-namespace places = vela::platform::places;
-
-/// Adds the places of a file with several requests in flight, so that they share transactions in the service. Call all
-/// functions on one thread; it also creates and destroys the places. Memory use does not depend on the file size.
+/// Stores the members of a file with several requests in flight, so that they share transactions in the service. A
+/// member that may be the same place as an earlier one waits for it. Call all functions on one thread; it also creates
+/// and destroys the places. Memory use does not depend on the file size.
 class PlaceAdder
 {
 public:
-    /// Called with the result of each member, in file order, on the thread that calls add() and finish(). Outcome and
-    /// reason are meaningless for a member that is no place. Return false to start no further additions.
-    using Settle =
-        std::function<bool(const formats::ReadPlace &read, places::Error::Type outcome, const QString &reason)>;
+    /// Called with the result of each member, in file order, on the thread that calls add() and finish(). The result is
+    /// meaningless for a member that is no place. Return false to start no further members.
+    using Settle = std::function<bool(const formats::ReadPlace &read, const MemberResult &result)>;
 
-    explicit PlaceAdder(Settle settle);
-    /// Waits for the additions in flight.
+    /// @param importer outlives the object.
+    PlaceAdder(const MemberImporter &importer, Settle settle);
+    /// Waits for the members in flight.
     ~PlaceAdder();
     PlaceAdder(const PlaceAdder &) = delete;
     PlaceAdder &operator=(const PlaceAdder &) = delete;
@@ -37,23 +35,36 @@ public:
     bool add(formats::ReadPlace read);
     /// Blocks until all queued members are settled.
     void finish();
+    /// Drops the members that are not in flight; they are not settled.
+    void stop();
 
 private:
+    enum class Stage
+    {
+        Waiting, ///< For earlier members, or for a thread.
+        InFlight,
+        Done,
+        Dropped,
+    };
     struct Item
     {
         formats::ReadPlace read;
-        places::Error::Type outcome = places::Error::Success;
-        QString reason;
-        bool isDone = false;
+        MemberKey key = {};
+        MemberResult result = {};
+        Stage stage = Stage::Waiting;
+        int earlier = 0;                    ///< Members that it waits for.
+        std::vector<Item *> followers = {}; ///< Members that wait for it.
     };
 
     void startThread();
     void run();
+    /// Makes an item wait for earlier items that may be the same place.
+    void follow(Item &item);
+    void complete(Item &item);
     /// Settles members from the front of the queue: all that are done, and as many as needed to leave at most `most`.
     void settleUntil(std::size_t most);
-    /// Drops all members from the first one whose addition has not started.
-    void stop();
 
+    const MemberImporter &m_importer;
     const Settle m_settle;
     std::vector<std::thread> m_threads;
     bool m_isStopped = false;
@@ -61,9 +72,9 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_isWork;
     std::condition_variable m_isFrontDone;
-    // Guarded by the mutex. An item belongs to the thread that works on it until it is done.
+    // Guarded by the mutex. A place belongs to the thread that works on it until its item is done.
     std::deque<Item> m_items; ///< In the order of the file.
-    std::deque<Item *> m_unstarted;
+    std::deque<Item *> m_ready;
     bool m_isEnded = false;
 };
 

@@ -15,6 +15,7 @@
 #include <msgclient.h>
 
 #include <sys/prctl.h>
+#include <unistd.h>
 
 namespace tool
 {
@@ -26,11 +27,15 @@ constexpr int START_TIMEOUT_MS = 10000;
 constexpr int STOP_TIMEOUT_MS = 10000;
 constexpr int OPEN_FLAGS = 2;
 
-/// A child process that ends with this process, even when this one crashes.
+/// A child process that ends with this process, even when this one crashes, and ignores Ctrl-C on the terminal.
 class ChildProcess : public QProcess
 {
 protected:
-    void setupChildProcess() override { ::prctl(PR_SET_PDEATHSIG, SIGTERM); }
+    void setupChildProcess() override
+    {
+        ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+        ::setpgid(0, 0);
+    }
 };
 
 /// The service's program: beside this program, else on the PATH.
