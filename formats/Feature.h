@@ -1,6 +1,8 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "PlaceReader.h"
+
 #include <QtCore/QSet>
 #include <QtCore/QString>
 
@@ -41,8 +43,11 @@ bool isForeignMember(const QString &name, const rapidjson::Value &value);
 void changePointOfInterest(vela::platform::places::Place &place,
                            const std::function<void(vela::platform::places::PointOfInterestAuxiliaryData &)> &change);
 
-/// Fills a new place from a GeoJSON feature, nested at most MAX_DEPTH deep. Returns the error, after which the content
-/// of the place is undefined; empty on success.
+/// Reads a GeoJSON feature, nested at most MAX_DEPTH deep, into the place, problem, kind, id and losses of `result`. A
+/// feature without a name becomes a place with the default name.
+void readFeature(const rapidjson::Value &feature, const ReadOptions &options, ReadPlace &result);
+/// The same into a new place, without options. Returns why the feature is no place; the place is then undefined. Empty
+/// on success.
 QString readFeature(const rapidjson::Value &feature, vela::platform::places::Place &place);
 
 /// A feature built from texts, for text-only formats. Empty texts are unset values.

@@ -54,6 +54,9 @@ constexpr char VERTICAL_ACCURACY[] = "verticalAccuracy";
 constexpr char VIRTUAL_DATA[] = "virtualData";
 constexpr char VIRTUAL_DATA_TYPE[] = "virtualDataType";
 
+/// Name that a places service gives a place without one.
+constexpr char UNNAMED[] = "Unnamed Place";
+
 constexpr char NAME[] = "name";
 constexpr char DESCRIPTION[] = "description";
 constexpr char PHONE[] = "phone";

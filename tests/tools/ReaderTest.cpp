@@ -112,22 +112,19 @@ TEST(GeoJsonReader, GivesEveryPropertyItsMemberAndNamesWhatIsNoPlace)
     expectAll("geojson");
     const std::pair<QByteArray, Lines> cases[] = {
         {with("\"x\":\"" + times(3, MEGABYTE) + "\",\"y\":\"" + times(2, MEGABYTE) + '"'), {"feature 1: too large"}},
-        {with("\"x\":\"" + times(5, MEGABYTE) + '"'), {"a text or number is too large at byte 4198400"}},
+        {with("\"x\":\"" + times(5, MEGABYTE) + '"'), {"feature 1: too large"}},
         {collection("[" + times(3 * 1024 * 1024, "1,") + "1]," + FEATURE), {"feature 1: too large", "feature 2: " + A}},
         {FEATURE + times(3, MEGABYTE).replace('x', ' ') + FEATURE, {"feature 1: " + A, "feature 2: " + A}},
-        {FEATURE + times(5, MEGABYTE).replace('x', ' ') + FEATURE,
-         {"feature 1: " + A, "too much blank space at byte 4198400"}},
+        {FEATURE + times(5, MEGABYTE).replace('x', ' ') + FEATURE, {"feature 1: " + A, "feature 2: " + A}},
         {with("\"records\":[{\"properties\":{" + times(1000, "\"k\":1,") + "\"k\":1}}]"),
          {"feature 1: a list of more than 1000 members"}},
         {with(times(1000, "\"k\":1,") + "\"k\":1"), {"feature 1: a list of more than 1000 members"}},
         {with("\"tags\":[" + times(1000, "\"t\",") + "\"t\"]"), {"feature 1: a list of more than 1000 members"}},
-        {with("\"x\":[" + times(1000, "1,") + "1],\"tags\":[" + times(999, "\"t\",") + "\"t\"]").replace("name", "n"),
-         {"feature 1: no name"}},
         {collection(times(1000, "[") + times(1000, "]") + "," + FEATURE),
          {"feature 1: nested too deep", "feature 2: " + A}},
-        {collection(FEATURE + "," + times(20000, "[")), {"feature 1: " + A, "nested too deep at byte 10104"}},
-        {with("\"x\":\"\xFF\""), {"not JSON at byte 96: Invalid encoding in string."}},
-        {"", {"not JSON at byte 0: The document is empty."}},
+        {collection(FEATURE + "," + times(20000, "[")), {"feature 1: " + A, "at byte 10107: nested too deep"}},
+        {with("\"x\":\"\xFF\""), {"at byte 0: not JSON: Invalid encoding in string."}},
+        {"", {}},
     };
     for (const auto &[bytes, gives] : cases)
         EXPECT_EQ(read("geojson", bytes), gives);
@@ -141,10 +138,10 @@ TEST(CsvReader, ReadsRowsUnderHeadings)
          {R"(row 2: {"geometry":{"coordinates":[2.0,1.5]},"properties":{"name":"A;\"B\"\nC","countryCode":"CH",)"
           R"("floor":3,"tags":["x","y"],"odd":"+"}})"}},
         {"name,lat,lon\nA,1,2\nA,1\nA,north,2\n\xFF,1,2\nA" + QByteArray(1, '\0') + ",1,2\nA,1,2\n",
-         {"row 2: " + A, "row 3: 2 fields instead of 3", "row 4: no point on the Earth", "row 5: name is not UTF-8",
-          "row 6: a null character in name", "row 7: " + A}},
+         {"row 2: " + A, "row 3: 2 fields instead of 3", "row 4: latitude \"north\" is not a number",
+          "row 5: name is not UTF-8", "row 6: a null character in name", "row 7: " + A}},
         {times(1000, "name,") + "name\n", {"not CSV: more than 1000 columns"}},
-        {times(998, "x,") + "name,lat\n" + times(998, ",") + "A,1\n", {"row 2: no point on the Earth"}},
+        {times(998, "x,") + "name,lat\n" + times(998, ",") + "A,1\n", {"row 2: longitude \"\" is not a number"}},
         {"", {"not CSV: the row with the names of the columns is missing"}},
         {"name,\xFF\n1,2\n", {"not CSV: the first row is not UTF-8"}},
         {"name,lat,lon\n" + times(5, MEGABYTE) + ",1,2\nA,1,2\n", {"not CSV in row 2: a field is too large"}},
@@ -270,6 +267,6 @@ TEST(Formats, AreToldByNameAndByContent)
         EXPECT_STREQ(found ? found->name : nullptr, format) << path;
     }
     EXPECT_EQ(formats::formatByName(QStringLiteral("tsv")), nullptr);
-    EXPECT_EQ(formats::formatNames(true), (QStringList{QStringLiteral("geojson"), QStringLiteral("json")}));
-    EXPECT_EQ(formats::formatNames(false).size(), 5);
+    EXPECT_TRUE(formats::formatNames(false).contains(QStringLiteral("gpx")));
+    EXPECT_FALSE(formats::formatNames(true).contains(QStringLiteral("gpx"))) << "it cannot be written";
 }
