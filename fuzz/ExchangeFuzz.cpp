@@ -1,21 +1,21 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
-#include "ExactJson.h"
-#include "Feature.h"
-#include "Formats.h"
-#include "GeoJsonWriter.h"
-#include "Input.h"
+#include "formats/ExactJson.h"
+#include "formats/Feature.h"
+#include "formats/Format.h"
+#include "formats/GeoJsonWriter.h"
+#include "formats/Input.h"
+#include "formats/VCardReader.h"
+#include "formats/VCardWriter.h"
+#include "MemoryFile.h"
 #include "PlaceLink.h"
 
 #include <places/Place.h>
 
 #include <cstdlib>
 
-#include <sys/mman.h>
-#include <unistd.h>
-
-// The first byte chooses what the rest is read as: a format of the client, or a link. Whatever becomes a place is the
-// same after it was written as GeoJSON and read again.
+// The first byte selects the kind of input: a file format, or a link or position. A place that is read must be the same
+// after writing it as GeoJSON or as a vCard and reading it again.
 
 namespace
 {
@@ -24,12 +24,34 @@ using vela::platform::places::Place;
 
 void checkRoundTrip(const Place &place)
 {
-    const QByteArray first = tool::toGeoJsonFeature(place);
-    geojson::ExactDocument feature;
+    const QByteArray first = formats::toGeoJsonFeature(place);
+    formats::ExactDocument feature;
     Place again;
-    if (feature.read(first.constData()).IsError() || !geojson::readFeature(feature, again).isEmpty()
-        || tool::toGeoJsonFeature(again) != first)
+    if (feature.read(first.constData()).IsError() || !formats::readFeature(feature, again).isEmpty()
+        || formats::toGeoJsonFeature(again) != first)
         std::abort();
+}
+
+/// An import of the place's card gives the same place.
+void checkCard(const Place &place)
+{
+    const MemoryFile file(formats::toVCard(place));
+    formats::Input input(file.path());
+    int count = 0;
+    (void)formats::readVCards(input, {}, [&](const formats::ReadPlace &read) {
+        ++count;
+        if (!read.place || formats::toGeoJsonFeature(*read.place) != formats::toGeoJsonFeature(place))
+            std::abort();
+        return true;
+    });
+    if (count != 1)
+        std::abort();
+}
+
+void check(const Place &place)
+{
+    checkRoundTrip(place);
+    checkCard(place);
 }
 
 void readLink(const QByteArray &text)
@@ -38,23 +60,18 @@ void readLink(const QByteArray &text)
     const QString problem = tool::readLink(QString::fromUtf8(text), place);
     place.setName(QStringLiteral("a name"));
     if (problem.isEmpty() && place.hasPhysicalLocation())
-        checkRoundTrip(place);
+        check(place);
 }
 
-void readFile(const tool::Format &format, const QByteArray &bytes)
+void readFile(const formats::Format &format, const QByteArray &bytes)
 {
-    const int file = ::memfd_create("input", 0);
-    if (file < 0 || ::write(file, bytes.constData(), static_cast<std::size_t>(bytes.size())) != bytes.size())
-        std::abort();
-    {
-        geojson::Input input(QStringLiteral("/proc/self/fd/%1").arg(file));
-        (void)format.read(input, [](const geojson::ReadPlace &read) {
-            if (read.place && read.place->name() != QString())
-                checkRoundTrip(*read.place);
-            return true;
-        });
-    }
-    ::close(file);
+    const MemoryFile file(bytes);
+    formats::Input input(file.path());
+    (void)format.read(input, {}, [](const formats::ReadPlace &read) {
+        if (read.place && read.place->name() != QString())
+            check(*read.place);
+        return true;
+    });
 }
 
 } // namespace
@@ -64,11 +81,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (size == 0)
         return 0;
     const QByteArray bytes(reinterpret_cast<const char *>(data) + 1, static_cast<int>(size - 1));
-    const QStringList formats = tool::formatNames(false);
+    const QStringList formats = formats::formatNames(false);
     const int choice = data[0] % (formats.size() + 1);
     if (choice == formats.size())
         readLink(bytes);
     else
-        readFile(*tool::formatByName(formats[choice]), bytes);
+        readFile(*formats::formatByName(formats[choice]), bytes);
     return 0;
 }

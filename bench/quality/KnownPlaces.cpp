@@ -2,8 +2,8 @@
 
 #include "KnownPlaces.h"
 
-#include "GeoJsonReader.h"
-#include "Input.h"
+#include "formats/GeoJsonReader.h"
+#include "formats/Input.h"
 #include "Spelling.h"
 
 #include <algorithm>
@@ -26,8 +26,8 @@ KnownPlaces::KnownPlaces(const QStringList &files)
 
 void KnownPlaces::read(const QString &file)
 {
-    geojson::Input input(file);
-    const QString problem = geojson::readGeoJson(input, [this](const geojson::ReadPlace &read) {
+    formats::Input input(file);
+    const QString problem = formats::readGeoJson(input, {}, [this](const formats::ReadPlace &read) {
         if (read.place && read.place->hasCoordinates())
             m_places.emplace_back(*read.place);
         return true;

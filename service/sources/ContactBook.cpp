@@ -2,23 +2,21 @@
 
 #include "sources/ContactBook.h"
 
+#include "formats/Input.h"
+#include "formats/VCard.h"
+#include "formats/VCardFile.h"
 #include "Limits.h"
 #include "Log.h"
 #include "model/PlacePrivate.h"
 #include "places/AuxiliaryData.h"
 #include "places/Place.h"
 #include "sources/Gazetteer.h"
-#include "sources/VCardFile.h"
 #include "store/IndexEntries.h"
 #include "text/TextKeys.h"
-
-#include <QtCore/QFile>
 
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <kcontacts/addressee.h>
-#include <kcontacts/vcardconverter.h>
 #include <limits>
 
 #include <sys/inotify.h>
@@ -34,7 +32,7 @@ namespace fs = std::filesystem;
 namespace
 {
 
-/// 32-bit FNV-1a, made positive: a number for a text that is the same at every start.
+/// 32-bit FNV-1a, made positive: a stable number for a text.
 int hashOf(const QByteArray &text)
 {
     std::uint32_t hash = 2166136261U;
@@ -50,7 +48,7 @@ bool isVCardFile(const fs::directory_entry &entry)
     return (extension == ".vcf" || extension == ".vcard") && entry.is_regular_file(ignored);
 }
 
-/// What a file is told by: names of files may be names of people. `find -inum` finds it.
+/// Identifies a file in the log, because file names may be names of people. `find -inum` finds the file.
 unsigned long long inodeOf(const fs::path &path)
 {
     struct stat status = {};
@@ -58,19 +56,31 @@ unsigned long long inodeOf(const fs::path &path)
     return static_cast<unsigned long long>(status.st_ino);
 }
 
-void report(const fs::path &path, const VCardFaults &faults, int unusable)
+/// What a file of vCards has besides whole cards.
+struct Faults
+{
+    int cut = 0;
+    int leftOut = 0;
+    int unusable = 0;
+    bool isTooLong = false;
+    QString unread; ///< Why it was not read to its end; empty when it was.
+};
+
+void report(const fs::path &path, const Faults &faults)
 {
     const unsigned long long inode = inodeOf(path);
     if (faults.cut > 0)
-        logError("contacts: file with inode %llu: %d cards are cut; what stands there was read", inode, faults.cut);
+        logError("contacts: file with inode %llu: %d cards have no end; their lines were read", inode, faults.cut);
     if (faults.leftOut > 0)
         logError("contacts: file with inode %llu: %d lines are too long or too many for a card and were left out",
                  inode, faults.leftOut);
-    if (!faults.hasEnded)
+    if (faults.isTooLong)
         logError("contacts: file with inode %llu: too long; only its beginning was read", inode);
-    if (unusable > 0)
+    if (faults.unusable > 0)
         logError("contacts: file with inode %llu: %d cards have no name or cannot be read, and were left out", inode,
-                 unusable);
+                 faults.unusable);
+    if (!faults.unread.isEmpty())
+        logError("contacts: file with inode %llu cannot be read: %s", inode, qUtf8Printable(faults.unread));
 }
 
 } // namespace
@@ -133,10 +143,10 @@ FoundPlace ContactBook::place(const QString &externalId, Deadline deadline)
     return found == all->entries.end() ? nullptr : found->place;
 }
 
-/// What is known of the contacts, after a look for changes.
+/// The current contacts, after a check for changes.
 ContactBook::Snapshot ContactBook::contents(Deadline deadline)
 {
-    // While somebody reads, everybody else goes by what was there before.
+    // While one thread reads, the others use the previous contents.
     if (const std::unique_lock<std::mutex> turn(m_reading, std::try_to_lock); turn)
         readChanges();
     std::unique_lock<std::mutex> lock(m_mutex);
@@ -181,7 +191,7 @@ ContactBook::Snapshot ContactBook::contentsOf(const std::map<std::string, File> 
     return contents;
 }
 
-/// Whether the folder may have changed since it was read. A folder that is not there is looked for each time.
+/// Whether the folder may have changed since the last reading. A missing folder is looked for each time.
 bool ContactBook::hasChanged()
 {
     const int generation = m_gazetteer ? m_gazetteer->generation() : 0;
@@ -205,7 +215,7 @@ bool ContactBook::hasChanged()
             inotify_event event = {};
             std::memcpy(&event, events.data() + at, sizeof event);
             at += static_cast<ssize_t>(sizeof event) + static_cast<ssize_t>(event.len);
-            // The folder itself is gone, or another one now; the next look watches what is there then.
+            // The folder itself was removed or replaced; the next check watches the new one.
             if (event.mask & (IN_DELETE_SELF | IN_MOVE_SELF | IN_IGNORED)) {
                 m_changes.reset();
                 return true;
@@ -258,36 +268,35 @@ ContactBook::File ContactBook::readFile(const fs::directory_entry &entry)
     File file;
     file.size = entry.file_size(ignored);
     file.time = entry.last_write_time(ignored);
-    QFile cards(QString::fromLocal8Bit(entry.path().c_str()));
-    if (!cards.open(QIODevice::ReadOnly)) {
-        logError("contacts: file with inode %llu cannot be read: %s", inodeOf(entry.path()),
-                 qUtf8Printable(cards.errorString()));
-        return file;
-    }
     const Geocode geocode = [this](const Address &address) {
         return m_geocodedWith > 0 ? m_gazetteer->geocode(address, Clock::now() + limits::GEOCODING_TIME)
                                   : Coordinates();
     };
-    const KContacts::VCardConverter converter;
     int number = 0;
-    int unusable = 0;
-    const VCardFaults faults = readVCards(cards, [&](const QByteArray &card) {
-        const KContacts::Addressee contact = converter.parseVCard(card);
+    Faults faults;
+    const auto take = [&](const formats::CardText &card) {
+        const formats::VCard contact(card.text);
         // A card that does not name itself is known by where it stands.
-        const QByteArray key = hasProperty(card, "UID")
-                                   ? contact.uid().toUtf8()
-                                   : QByteArray(entry.path().filename().c_str()) + '#' + QByteArray::number(number);
+        const QByteArray key = contact.uid().isEmpty()
+                                   ? QByteArray(entry.path().filename().c_str()) + '#' + QByteArray::number(number)
+                                   : contact.uid().toUtf8();
         ++number;
-        if (contact.realName().isEmpty() && contact.organization().isEmpty() && contact.nickName().isEmpty())
-            ++unusable;
+        faults.cut += card.isCut ? 1 : 0;
+        faults.leftOut += card.leftOut;
+        if (contact.name().isEmpty())
+            ++faults.unusable;
         for (const FoundPlace &place : placesOf(contact, idFor(key), geocode))
             file.entries.push_back(entryFor(place, isRoom(contact)));
-    });
-    report(entry.path(), faults, unusable);
+        return true;
+    };
+    formats::Input cards(QString::fromLocal8Bit(entry.path().c_str()));
+    faults.isTooLong = !formats::splitVCards(cards, take, limits::VCARD_FILE_SIZE);
+    faults.unread = cards.problem();
+    report(entry.path(), faults);
     return file;
 }
 
-/// The number of a contact: as far as possible one that follows from the contact alone.
+/// The number of a contact, derived from the contact alone if possible.
 int ContactBook::idFor(const QByteArray &key)
 {
     int id = hashOf(key);

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
-"""Checks the includes of every source file against the table "What may include what" of docs/architecture.md.
+"""Checks the includes of every source file against the table "Allowed includes" of docs/architecture.md.
 
 Usage: check_includes.py ROOT
 """
@@ -11,9 +11,9 @@ from dataclasses import dataclass, field
 from pathlib import Path
 
 TABLE = "docs/architecture.md"
-HEADING = "## What may include what"
+HEADING = "## Allowed includes"
 # Where an include may be found, as the build says; the folder of the including file comes first.
-INCLUDE_FOLDERS = ["include", "src", "service", "geojson", "platform/include", "platform/linux"]
+INCLUDE_FOLDERS = ["include", "src", "service", ".", "platform/include", "platform/linux"]
 # Every file in these needs a row.
 CHECKED = ["src", "service"]
 INCLUDE = re.compile(r'\s*#\s*include\s*(["<])([^">]+)[">]')
@@ -23,7 +23,7 @@ INCLUDE = re.compile(r'\s*#\s*include\s*(["<])([^">]+)[">]')
 class Row:
     line: int
     allowed: list
-    exceptions: dict = field(default_factory=dict)  # file: what it may include as well
+    exceptions: dict = field(default_factory=dict)  # file: additional includes
 
 
 def names_in(text):
@@ -65,7 +65,7 @@ def includes_of(root, file):
         quote, name = match.groups()
         folders = [str(Path(file).parent)] + INCLUDE_FOLDERS
         # Some headers are made by the build, of a file with ".in" at the end of its name.
-        path = next((f"{folder}/{name}" for folder in folders for end in ("", ".in")
+        path = next((str(Path(folder, name)) for folder in folders for end in ("", ".in")
                      if (root / folder / (name + end)).is_file()), None)
         if path or quote == '"':
             yield number, path or name
@@ -83,7 +83,7 @@ def check_file(root, rows, file, used):
             continue
         used.update((file, name) for name in exceptions if is_in(path, [name]))
         if not is_in(path, exceptions):
-            problems.append(f"{file}:{number}: {path} is not among what {Path(file).parent}/ may include")
+            problems.append(f"{file}:{number}: {path} is not allowed for {Path(file).parent}/")
     return problems
 
 

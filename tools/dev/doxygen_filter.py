@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 # Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
-"""Writes a header for Doxygen: members that follow a pattern and have no comment get the one of the pattern.
+"""Writes a header for Doxygen: members that match a pattern and have no comment get the comment of the pattern.
 
 Usage: doxygen_filter.py HEADER
-So the reference describes every member, and the headers only what a pattern does not say. Each other member without a
-comment remains a warning.
+So the reference describes every member, and headers only need comments that no pattern provides. All other members
+without a comment cause warnings.
 """
 
 import re
@@ -14,10 +14,10 @@ from pathlib import Path
 PATTERNS = [
     (r"(\w+)\(const \1 &other\);", "Copies the value."),
     (r"(\w+) &operator=\(const \1 &other\);", "Copies the value."),
-    (r"(\w+) &operator=\(\1 &&other\) noexcept;", "Takes the value, as the move constructor does."),
-    (r"friend void swap\(", "Exchanges the values without a copy."),
+    (r"(\w+) &operator=\(\1 &&other\) noexcept;", "Moves the value, like the move constructor."),
+    (r"friend void swap\(", "Swaps the values without a copy."),
     (r"(friend )?bool operator!=\(", "The opposite of ==."),
-    (r"operator AuxiliaryData\(\) const", "A copy of the record behind this view."),
+    (r"operator AuxiliaryData\(\) const", "A copy of the record."),
     (r"enum Type : int", "The values; the class is their scope."),
     (r"explicit \w+\(QObject \*parent = nullptr\);", "Lives in the calling thread; `parent`, when given, owns it."),
 ]

@@ -2,8 +2,8 @@
 
 #include "Commands.h"
 
-#include "Feature.h"
-#include "JsonWriter.h"
+#include "formats/Feature.h"
+#include "formats/JsonWriter.h"
 #include "Options.h"
 #include "PlaceLink.h"
 #include "PlaceRecords.h"
@@ -20,6 +20,7 @@
 namespace tool
 {
 
+using namespace formats;
 using namespace places;
 
 namespace
@@ -30,7 +31,7 @@ QString nameOf(qint64 id)
     return QStringLiteral("place %1").arg(id);
 }
 
-/// What the user says of a place; what is not said stays as it is.
+/// The values of a place given as options; a value that is not given stays unchanged.
 struct Details
 {
     std::optional<std::string> name;
@@ -51,7 +52,8 @@ struct Details
 
 void addDetailOptions(CLI::App &command, Details &details)
 {
-    command.add_option("--at", details.position, "Position in degrees")->transform(IsPosition);
+    command.add_option("--at", details.position, "Position: degrees in any usual form, plus code or link")
+        ->transform(IsPosition);
     command.add_option("--description", details.description, "Description");
     command.add_option("--label", details.label, "The address as one line");
     command.add_option("--street", details.street, "Street and house number");
@@ -73,7 +75,7 @@ void set(Object &object, void (Object::*setter)(const QString &), const std::opt
         (object.*setter)(text(*value));
 }
 
-/// The first location with the changes; nothing when it would say nothing.
+/// The first location with the changes; std::nullopt when no value would be left in it.
 std::optional<Location> changedLocation(const Place &place, const Details &details)
 {
     Location location = place.locationCount() > 0 ? place.location(0) : Location();
@@ -97,7 +99,7 @@ void applyContactDetails(Place &place, const Details &details)
 {
     if (!details.phone && !details.email && !details.url)
         return;
-    geojson::changePointOfInterest(place, [&](PointOfInterestAuxiliaryData &poi) {
+    formats::changePointOfInterest(place, [&](PointOfInterestAuxiliaryData &poi) {
         set(poi, &PointOfInterestAuxiliaryData::setPhoneNumber, details.phone);
         set(poi, &PointOfInterestAuxiliaryData::setEmailAddress, details.email);
         if (details.url)
@@ -119,12 +121,21 @@ void apply(Place &place, const Details &details)
         place.addLocation(*location);
 }
 
-/// Adds a place by its name, or the place that a link leads to.
+/// True for a text that is a whole place: a link, or a position when no option gives one.
+bool isWhole(const QString &text, const Details &details)
+{
+    if (isLink(text))
+        return true;
+    const formats::ReadPosition read = readAnyPosition(text);
+    return (read.position.isValid() || !read.problem.isEmpty()) && !changedLocation(Place(), details);
+}
+
+/// Adds a place by its name, or the place at a position or of a link.
 ExitStatus add(const QString &nameOrLink, const Details &details, Form form)
 {
     Place place;
     place.setSource(AbstractPlace::SourceManualInput);
-    if (!isLink(nameOrLink)) {
+    if (!isWhole(nameOrLink, details)) {
         place.setName(nameOrLink);
     } else if (const QString problem = readLink(nameOrLink, place); !problem.isEmpty()) {
         complain(nameOrLink, problem);
@@ -143,7 +154,7 @@ ExitStatus add(const QString &nameOrLink, const Details &details, Form form)
     return status;
 }
 
-/// Fetches a place and does something with it.
+/// Fetches a place and calls `work` with it.
 template <typename Work>
 ExitStatus withPlace(qint64 id, Work work)
 {
@@ -152,7 +163,7 @@ ExitStatus withPlace(qint64 id, Work work)
     return place ? work(*place) : report(error, nameOf(id));
 }
 
-/// Does something with each of several places and goes on after a failure; the last failure is the outcome.
+/// Calls `work` for each of several places and continues after a failure; returns the last failure.
 template <typename Work>
 ExitStatus withEach(const std::vector<qint64> &ids, Work work)
 {
@@ -170,7 +181,7 @@ ExitStatus update(Place &place, const Details &details)
     return report(PlaceManager().updatePlace(&place), nameOf(place.id()));
 }
 
-/// Shows what a link leads to; it is not stored.
+/// Shows a position or the place of a link without storing it.
 ExitStatus showLink(const QString &link, Form form)
 {
     Place place;
@@ -182,9 +193,17 @@ ExitStatus showLink(const QString &link, Form form)
     return Done;
 }
 
+/// True for the number of a stored place.
+bool isId(const QString &text)
+{
+    bool isNumber = false;
+    (void)text.toLongLong(&isNumber);
+    return isNumber;
+}
+
 ExitStatus show(const QString &idOrLink, Form form)
 {
-    if (isLink(idOrLink))
+    if (!isId(idOrLink))
         return showLink(idOrLink, form);
     return withPlace(idOrLink.toLongLong(), [form](const Place &place) {
         printPlace(place, form);
@@ -203,21 +222,21 @@ void addShowCommand(CLI::App &app, Context &context)
         bool onlyRemote = false;
     };
     const auto options = std::make_shared<Options>();
-    CLI::App *command = app.add_subcommand("show", "Show a place with all it has, or what a link leads to");
-    command->add_option("PLACE", options->place, "Number of the place, geo: URI or map link")
+    CLI::App *command = app.add_subcommand("show", "Show all data of a place, a position, or the place of a link");
+    command->add_option("PLACE", options->place, "Number of the place, position, geo: URI or map link")
         ->required()
-        ->transform(IsIdOrLink);
+        ->transform(IsIdOrPosition);
     CLI::Option *document = command->add_flag("--document", options->asDocument, "Write the place's JSON document");
     CLI::Option *aux =
         command->add_flag("--aux", options->records, "Fetch the place's auxiliary records instead")->excludes(document);
     command->add_option("--type", options->type, "Only records of this type, such as contact or poi")->needs(aux);
-    command->add_flag("--remote", options->onlyRemote, "Only records that a provider has to be asked for")->needs(aux);
+    command->add_flag("--remote", options->onlyRemote, "Only records that are fetched from a provider")->needs(aux);
     command->callback([&context, options] {
         const QString place = text(options->place);
-        context.needsService = !isLink(place);
+        context.needsService = isId(place);
         context.run = [&context, options, place] {
-            if (options->records && isLink(place)) {
-                complain(place, QStringLiteral("only a stored place has records to be fetched; name it by its number"));
+            if (options->records && !isId(place)) {
+                complain(place, QStringLiteral("records can only be fetched for a stored place; give its number"));
                 return WrongUse;
             }
             if (options->records)
@@ -231,7 +250,7 @@ ExitStatus unfav(Place &place)
 {
     if (place.isFavorite())
         return report(PlaceManager().unfav(&place), nameOf(place.id()));
-    complain(nameOf(place.id()), QStringLiteral("is no favourite; places fav makes it one"));
+    complain(nameOf(place.id()), QStringLiteral("is not a favourite; make it one with places fav"));
     return Failed;
 }
 
@@ -253,7 +272,7 @@ ExitStatus printLink(const Place &place, Form form)
     return Done;
 }
 
-/// Adds a command that does `work` with one place, fetched in full.
+/// Adds a command that calls `work` with one place, fetched in full.
 template <typename Work>
 CLI::App *addPlaceCommand(CLI::App &app, Context &context, const char *name, const char *description, Work work)
 {
@@ -264,7 +283,7 @@ CLI::App *addPlaceCommand(CLI::App &app, Context &context, const char *name, con
     return command;
 }
 
-/// Adds a command that does `work` with each of several places, by their ids.
+/// Adds a command that calls `work` with the id of each of several places.
 template <typename Work>
 void addIdsCommand(CLI::App &app, Context &context, const char *name, const char *description, Work work)
 {
@@ -304,15 +323,16 @@ void addChangeCommands(CLI::App &app, Context &context)
     const auto details = std::make_shared<Details>();
     CLI::App *addCommand = app.add_subcommand("add", "Add a place and print its number");
     const auto nameOrLink = std::make_shared<std::string>();
-    addCommand->add_option("PLACE", *nameOrLink, "Name, geo: URI or map link")->required()->transform(IsName);
-    addCommand->add_option("--name", details->name, "Name of a place that is given by a link")->transform(IsName);
+    addCommand->add_option("PLACE", *nameOrLink, "Name, position, geo: URI or map link")->required()->transform(IsName);
+    addCommand->add_option("--name", details->name, "Name of a place that is given by a position or link")
+        ->transform(IsName);
     addDetailOptions(*addCommand, *details);
     addCommand->callback([&context, nameOrLink, details] {
         context.run = [&context, nameOrLink, details] { return add(text(*nameOrLink), *details, context.form); };
     });
 
     addShowCommand(app, context);
-    CLI::App *updateCommand = addPlaceCommand(app, context, "update", "Change a place; what is not given stays",
+    CLI::App *updateCommand = addPlaceCommand(app, context, "update", "Change the given values of a place",
                                               [details](Place &place) { return update(place, *details); });
     updateCommand->add_option("--name", details->name, "Name")->transform(IsName);
     addDetailOptions(*updateCommand, *details);

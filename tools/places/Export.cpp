@@ -2,7 +2,8 @@
 
 #include "Export.h"
 
-#include "Formats.h"
+#include "formats/ArchiveDevice.h"
+#include "formats/Format.h"
 #include "ProgressBar.h"
 #include "TerminalText.h"
 
@@ -23,48 +24,95 @@
 namespace tool
 {
 
+using namespace formats;
 using namespace places;
 
 namespace
 {
 
-/// Places in one answer of the service. Not too many: a page of headers is held in memory.
+/// Places in one answer of the service: a page of headers is held in memory.
 constexpr int PAGE_SIZE = 1000;
 
-/// An order that nothing but a use of a place changes, and that new places take in the order they were added: pages
-/// neither overlap nor leave gaps.
+/// By last use, then by id. Only a use moves a place, so pages neither overlap nor leave gaps.
 SortRule exportOrder()
 {
     return SortRule::createSimpleSortRule(SortField::LastUsedTime, SortOrder::Ascending);
 }
 
-/// Writes the places one after the other, page by page.
+/// Writes text to a terminal and escapes control characters.
+class TerminalFilter : public QIODevice
+{
+public:
+    explicit TerminalFilter(QIODevice &terminal)
+        : m_terminal(terminal)
+    {
+        open(WriteOnly | Unbuffered);
+    }
+
+protected:
+    qint64 readData(char * /*data*/, qint64 /*size*/) override { return -1; }
+    qint64 writeData(const char *data, qint64 size) override
+    {
+        const QByteArray bytes = printableJson(QByteArray(data, static_cast<int>(size)));
+        if (m_terminal.write(bytes) == bytes.size())
+            return size;
+        setErrorString(m_terminal.errorString());
+        return -1;
+    }
+
+private:
+    QIODevice &m_terminal;
+};
+
+/// The device that compresses the exported file; null for a file name without the extension of a compression. The file
+/// in a zip archive has the archive's name without ".zip".
+std::unique_ptr<ArchiveDevice> makeCompressor(QFileDevice &file, const Format &format)
+{
+    const QString path = file.fileName();
+    const Compression compression = compressionOf(path);
+    if (compression == Compression::None)
+        return nullptr;
+    const QString name = QFileInfo(withoutCompression(path)).fileName();
+    const QString extension = formatByPath(path) ? QString() : QLatin1Char('.') + QLatin1String(format.name);
+    return std::make_unique<ArchiveDevice>(file, compression, name + extension);
+}
+
+/// Writes places one after the other, page by page.
 class Exporter
 {
 public:
     Exporter(QFileDevice &file, const Format &format, const QString &title)
-        : m_file(file)
-        , m_isTerminal(::isatty(file.handle()) != 0)
-        , m_format(format)
+        : m_filter(file)
+        , m_compressor(makeCompressor(file, format))
+        , m_writer(format.makeWriter(outOf(file)))
+        , m_title(file.fileName().isEmpty() ? QStringLiteral("standard output") : file.fileName())
         , m_bar(title)
     {}
 
     ExitStatus run()
     {
-        write(m_format.opening);
+        check(m_writer->begin());
         bool isLast = false;
         for (int offset = 0; !isLast && m_status == Done;)
             isLast = !writePage(offset);
-        if (m_status != Done)
-            return m_status;
-        if (m_count > 0 || m_format.opening[0] != '\0')
-            write(m_format.ending);
+        if (m_status == Done)
+            check(m_writer->end());
+        if (m_status == Done && m_compressor)
+            check(m_compressor->finish());
         return m_status;
     }
 
 private:
-    /// Writes the places from `offset` on and moves it behind them. False when there are no more. A page can have fewer
-    /// places than were asked for.
+    /// The device that the writer writes to.
+    QIODevice &outOf(QFileDevice &file)
+    {
+        if (m_compressor)
+            return *m_compressor;
+        return ::isatty(file.handle()) ? static_cast<QIODevice &>(m_filter) : file;
+    }
+
+    /// Writes the places of one page and moves `offset` behind it. False when there are no more. A page can have fewer
+    /// places than requested.
     bool writePage(int &offset)
     {
         Error::Type error = Error::Success;
@@ -90,33 +138,30 @@ private:
         m_status = report(error, QStringLiteral("place %1").arg(id));
         if (!place || m_status != Done)
             return;
-        if (m_count > 0)
-            write(m_format.separator);
-        write(m_format.write(*place));
+        check(m_writer->write(*place));
         m_bar.show(0, ++m_count);
     }
 
-    void write(const QByteArray &text)
+    void check(const QString &problem)
     {
-        const QByteArray bytes = m_isTerminal ? printableJson(text) : text;
-        if (m_status == Done && m_file.write(bytes) != bytes.size()) {
-            m_bar.clear();
-            complain(m_file.fileName().isEmpty() ? QStringLiteral("standard output") : m_file.fileName(),
-                     m_file.errorString());
-            m_status = Failed;
-        }
+        if (problem.isEmpty())
+            return;
+        m_bar.clear();
+        complain(m_title, problem);
+        m_status = Failed;
     }
 
     const PlaceManager m_manager;
-    QFileDevice &m_file;
-    const bool m_isTerminal;
-    const Format &m_format;
+    TerminalFilter m_filter;
+    const std::unique_ptr<ArchiveDevice> m_compressor; ///< Null when nothing is compressed.
+    const std::unique_ptr<PlaceWriter> m_writer;
+    const QString m_title;
     ProgressBar m_bar;
     int m_count = 0;
     ExitStatus m_status = Done;
 };
 
-/// Exports to a file that is open, or could not be opened; `finish` makes it stand.
+/// Exports to a file that is open or failed to open; `finish` commits the file.
 template <typename File, typename Finish>
 ExitStatus exportTo(File &file, const Format &format, const QString &path, Finish finish)
 {
@@ -127,7 +172,7 @@ ExitStatus exportTo(File &file, const Format &format, const QString &path, Finis
     return Failed;
 }
 
-/// True for what cannot be replaced by a new file: standard output, a device, a pipe.
+/// True for a path that cannot be replaced by a new file: standard output, a device, a pipe.
 bool isStream(const QString &path)
 {
     const QFileInfo file(path);
@@ -143,8 +188,8 @@ ExitStatus exportPlaces(const QString &path, const QString &formatName)
         format = formatByPath(path);
     if (!format)
         format = formatByName(QStringLiteral("geojson"));
-    if (!format->write) {
-        complain(path, QStringLiteral("%1 can only be read; see places export --help for what is written")
+    if (!format->makeWriter) {
+        complain(path, QStringLiteral("the format %1 cannot be written; see places export --help")
                            .arg(QLatin1String(format->name)));
         return WrongUse;
     }

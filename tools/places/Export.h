@@ -6,9 +6,9 @@
 namespace tool
 {
 
-/// Writes every stored place to a file, which is replaced only when all are written, or to standard output under the
-/// name "-". Texts are written as they are, but on a terminal: there they have escapes, see printableJson().
-/// @param format name of the format; empty to go by the file's extension, and else for GeoJSON.
+/// Writes all stored places to a file, or to standard output for the path "-". The file is replaced only when all
+/// places are written. Texts are written unchanged, except on a terminal: there printableJson() escapes them.
+/// @param format name of the format; empty to take it from the file's extension, with GeoJSON as the fallback.
 ExitStatus exportPlaces(const QString &path, const QString &format);
 
 } // namespace tool

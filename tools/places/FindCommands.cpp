@@ -1,22 +1,28 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
 #include "Commands.h"
-#include "JsonWriter.h"
+#include "formats/JsonWriter.h"
 #include "Options.h"
+#include "PlaceLink.h"
 #include "TerminalText.h"
 
 #include <places/InternalPlaceManager.h>
+#include <places/Place.h>
 #include <places/PlaceHeader.h>
 #include <places/PlaceManager.h>
 #include <places/PlaceSearchManager.h>
 #include <places/SearchHandle.h>
+#include <places/Utilities.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
+#include <optional>
 
 namespace tool
 {
 
+using namespace formats;
 using namespace places;
 
 namespace
@@ -29,6 +35,8 @@ struct FindOptions
 {
     std::vector<std::string> terms;
     std::string position;
+    Coordinates centre = {}; ///< Of the position.
+    std::optional<std::string> radius = {};
     std::vector<std::string> tags;
     std::string sort = "relevance";
     Page page;
@@ -36,8 +44,8 @@ struct FindOptions
 
 SortRule sortRuleOf(const FindOptions &options)
 {
-    if (!options.position.empty())
-        return SortRule::createDistanceSortRule(parsePosition(options.position), SortOrder::Ascending);
+    if (options.centre.isValid())
+        return SortRule::createDistanceSortRule(options.centre, SortOrder::Ascending);
     if (options.sort == "name")
         return SortRule::createSimpleSortRule(SortField::Name, SortOrder::Ascending);
     if (options.sort == "recent")
@@ -47,22 +55,48 @@ SortRule sortRuleOf(const FindOptions &options)
     return {};
 }
 
-/// Runs a find and prints what it found, with distances from `centre` if that is valid.
+using Headers = std::vector<std::unique_ptr<PlaceHeader>>;
+
+/// What a find found.
 template <typename Find>
-ExitStatus printFound(const char *command, Form form, Find find, const Coordinates &centre = Coordinates())
+Headers found(Find find, Error::Type &error, SearchHandle &handle)
+{
+    Headers headers;
+    for (PlaceHeader *place : find(&error, &handle))
+        headers.emplace_back(place);
+    return headers;
+}
+
+/// Leaves out what is farther from `centre` than some metres, of headers by distance. True when there was any.
+bool leaveOutFarther(Headers &headers, const Coordinates &centre, double metres)
+{
+    const auto isFarther = [&](const auto &place) {
+        const Coordinates position = place->primaryCoordinates();
+        return !position.isValid() || Utilities::calculateDistanceInMeter(centre, position) > metres;
+    };
+    const auto end = std::remove_if(headers.begin(), headers.end(), isFarther);
+    const bool wereAny = end != headers.end();
+    headers.erase(end, headers.end());
+    return wereAny;
+}
+
+/// Runs a find and prints what it found, with distances from `centre` if that is valid, and only up to `radius` metres
+/// if it is given.
+template <typename Find>
+ExitStatus printFound(const char *command, Form form, Find find, const Coordinates &centre = Coordinates(),
+                      std::optional<double> radius = std::nullopt)
 {
     Error::Type error = Error::Success;
     SearchHandle handle;
-    std::vector<std::unique_ptr<PlaceHeader>> found;
-    for (PlaceHeader *place : find(&error, &handle))
-        found.emplace_back(place);
+    Headers headers = found(find, error, handle);
     const ExitStatus status = report(error, QLatin1String(command));
     if (status != Done)
         return status;
     PlaceList places;
-    for (const auto &place : found)
+    const bool isWhole = radius && leaveOutFarther(headers, centre, *radius);
+    for (const auto &place : headers)
         places.append(place.get());
-    printPlaces(places, handle.hasMoreData(), form, centre);
+    printPlaces(places, handle.hasMoreData() && !isWhole, form, centre);
     return Done;
 }
 
@@ -76,32 +110,110 @@ ExitStatus findPlaces(const FindOptions &options, Form form)
                    ? manager.findPlaces(joined(options.terms), error, handle, sort, page.offset, page.limit)
                    : manager.findPlacesByTags(texts(options.tags), error, handle, sort, page.offset, page.limit);
     };
-    return printFound("find", form, find, parsePosition(options.position));
+    const std::optional<double> radius = options.radius ? parseLength(*options.radius) : std::nullopt;
+    return printFound("find", form, find, options.centre, radius);
+}
+
+/// The position of a stored place.
+ExitStatus positionOf(qint64 id, Coordinates &position)
+{
+    Error::Type error = Error::Success;
+    const QString title = QStringLiteral("place %1").arg(id);
+    const std::unique_ptr<Place> place(PlaceManager().getPlace(id, &error));
+    if (!place)
+        return report(error, title);
+    position = place->primaryCoordinates();
+    if (position.isValid())
+        return Done;
+    complain(title, QStringLiteral("has no position; give it one with places update --at"));
+    return Failed;
+}
+
+/// The places that a name may mean: those of exactly this name or, without any, all that a find finds.
+Headers namesakes(const QString &name, Error::Type &error)
+{
+    SearchHandle handle;
+    Headers all = found(
+        [&name](Error::Type *outcome, SearchHandle *next) { return PlaceManager().findPlaces(name, outcome, next); },
+        error, handle);
+    const auto isOther = [&name](const auto &place) { return place->name().compare(name, Qt::CaseInsensitive) != 0; };
+    const auto end = std::stable_partition(all.begin(), all.end(), [&](const auto &place) { return !isOther(place); });
+    if (end != all.begin())
+        all.erase(end, all.end());
+    return all;
+}
+
+/// Names what a name may mean, and how to say which.
+void complainOfNamesakes(const QString &name, const Headers &headers)
+{
+    constexpr std::size_t MOST = 10;
+    QStringList candidates;
+    for (std::size_t i = 0; i < std::min(headers.size(), MOST); ++i) {
+        const QString where = headers[i]->primaryLocation();
+        candidates.append(QStringLiteral("%1 %2").arg(headers[i]->id()).arg(headers[i]->name())
+                          + (where.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(where)));
+    }
+    const QString more = headers.size() > MOST ? QStringLiteral(" and others") : QString();
+    complain(name,
+             QStringLiteral("may be %1%2; name one by its number").arg(candidates.join(QStringLiteral(", ")), more));
+}
+
+/// Finds the position that the user means: one that is written as such, or that of a stored place.
+ExitStatus findCentre(const QString &centre, Coordinates &position)
+{
+    bool isNumber = false;
+    const qint64 id = centre.toLongLong(&isNumber);
+    position = readAnyPosition(centre).position;
+    if (position.isValid())
+        return Done;
+    if (isNumber)
+        return positionOf(id, position);
+    Error::Type error = Error::Success;
+    const Headers headers = namesakes(centre, error);
+    if (error != Error::Success)
+        return report(error, centre);
+    if (headers.size() == 1)
+        return positionOf(headers.front()->id(), position);
+    if (headers.empty())
+        complain(centre, QStringLiteral("no stored place has this name; ") + unknownForm());
+    else
+        complainOfNamesakes(centre, headers);
+    return Failed;
+}
+
+ExitStatus findNear(FindOptions &options, Form form)
+{
+    const ExitStatus status = findCentre(text(options.position), options.centre);
+    return status == Done ? findPlaces(options, form) : status;
 }
 
 void addFind(CLI::App &app, Context &context)
 {
     const auto options = std::make_shared<FindOptions>();
-    const auto run = [&context, options] {
-        context.run = [&context, options] { return findPlaces(*options, context.form); };
-    };
-
     CLI::App *find = app.add_subcommand("find", "Find places by the beginnings of words in their names");
     CLI::Option *term = find->add_option("TERM", options->terms, "Words to look for; none for every place");
     addListOption(*find, "--tag", options->tags, "Places with this tag instead; may be given several times")
         ->excludes(term);
     find->add_option("--near", options->position, "Nearest to this position first")->transform(IsPosition);
-    find->add_option("--sort", options->sort, "What comes first")
+    find->add_option("--sort", options->sort, "Order of the results")
         ->check(CLI::IsMember({"relevance", "name", "recent", "new"}))
         ->capture_default_str();
     addPageOptions(*find, options->page);
-    find->callback(run);
+    find->callback([&context, options] {
+        options->centre = parsePosition(options->position);
+        context.run = [&context, options] { return findPlaces(*options, context.form); };
+    });
 
-    CLI::App *near = app.add_subcommand("near", "List the places nearest to a position");
-    near->add_option("POSITION", options->position, "Position in degrees")->required()->transform(IsPosition);
+    CLI::App *near = app.add_subcommand("near", "List the places nearest to a position or to a stored place");
+    near->add_option("CENTRE", options->position, "Position, or number or name of a stored place")
+        ->required()
+        ->transform(IsCentre);
     near->add_option("TERM", options->terms, "Words to look for in the names");
+    near->add_option("--radius", options->radius, "Only places up to this distance, such as 500m or 2km")
+        ->transform(IsLength);
     addPageOptions(*near, options->page);
-    near->callback(run);
+    near->callback(
+        [&context, options] { context.run = [&context, options] { return findNear(*options, context.form); }; });
 }
 
 ExitStatus listRecentTerms(const QString &prefix, Form form)
@@ -124,12 +236,12 @@ void addRecent(CLI::App &app, Context &context)
     const auto options = std::make_shared<Options>();
     CLI::App *recent = app.add_subcommand("recent", "List places by their last use, latest first");
     CLI::Option *mine = recent->add_flag("--mine", options->onlyMine, "Only places that this application added");
-    CLI::Option *terms = recent
-                             ->add_option("--terms", options->prefix,
-                                          "Terms that were searched for instead; all, or those that begin so")
-                             ->expected(0, 1)
-                             ->type_name("[PREFIX]")
-                             ->excludes(mine);
+    CLI::Option *terms =
+        recent
+            ->add_option("--terms", options->prefix, "List recent search terms instead: all, or those with this prefix")
+            ->expected(0, 1)
+            ->type_name("[PREFIX]")
+            ->excludes(mine);
     addPageOptions(*recent, options->page);
     recent->callback([&context, options, terms] {
         if (terms->count() > 0) {

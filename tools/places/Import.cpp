@@ -2,144 +2,160 @@
 
 #include "Import.h"
 
-#include "Formats.h"
-#include "Input.h"
-#include "JsonWriter.h"
+#include "formats/Format.h"
+#include "formats/Input.h"
+#include "ImportSummary.h"
+#include "Interruption.h"
 #include "PlaceAdder.h"
 #include "ProgressBar.h"
 
 #include <places/Place.h>
-
-#include <QtCore/QVector>
 
 #include <algorithm>
 
 namespace tool
 {
 
-using namespace geojson;
+using namespace formats;
 using namespace places;
 
 namespace
 {
 
-/// Most problems that the summary for programs names. Standard error names all of them.
-constexpr int MAX_PROBLEMS = 1000;
-
-/// What became of the places of the files.
-struct Summary
+/// Imports one file.
+class FileImport
 {
-    struct Problem
-    {
-        QString file;
-        QString where; ///< Empty when it is about the file.
-        QString text;
-    };
+public:
+    FileImport(const QString &path, const ImportOptions &options, const MemberImporter &importer,
+               ImportSummary &summary)
+        : m_path(path)
+        , m_options(options)
+        , m_summary(summary)
+        , m_input(path)
+        , m_bar(path)
+        , m_adder(importer, [this](const ReadPlace &read, const MemberResult &result) { return settle(read, result); })
+    {}
 
-    /// Tells of a problem, and keeps it.
-    void complain(const Problem &problem)
+    /// Stops early only when the service is gone, on a signal, or when the file cannot be read on.
+    ExitStatus run()
     {
-        tool::complain(problem.where.isEmpty() ? problem.file : problem.file + QStringLiteral(": ") + problem.where,
-                       problem.text);
-        if (problems.size() < MAX_PROBLEMS)
-            problems.append(problem);
+        const QString problem = m_input.problem().isEmpty() ? read() : m_input.problem();
+        if (Interruption::signal() != 0)
+            m_adder.stop();
+        m_adder.finish();
+        if (Interruption::signal() != 0)
+            return static_cast<ExitStatus>(Interrupted + Interruption::signal());
+        if (problem.isEmpty() || m_status == NoService)
+            return m_status;
+        complain({}, problem);
+        return Failed;
     }
 
-    qint64 imported = 0;
-    qint64 skipped = 0;
-    qint64 failed = 0;
-    QVector<Problem> problems;
+private:
+    QString read()
+    {
+        ReadOptions options = m_options.read;
+        options.note = [this](const QString &note) {
+            m_bar.clear();
+            tool::complain(m_path, note);
+        };
+        const Format *named = formatByName(m_options.format);
+        return (named ? *named : formatOf(m_input)).read(m_input, options, [this](ReadPlace read) {
+            return Interruption::signal() == 0 && m_adder.add(std::move(read));
+        });
+    }
+
+    /// The import ends with the first place for which there is no service. Others were in flight by then.
+    bool settle(const ReadPlace &read, const MemberResult &result)
+    {
+        if (m_status == NoService && (!read.place || statusOf(result.error) == NoService))
+            return false;
+        if (read.place)
+            settlePlace(read, result);
+        else if (read.kind == MemberKind::Place)
+            fail(read, read.problem, Failed);
+        else
+            m_summary.count(read.kind);
+        m_bar.show(m_input.progress(), m_summary.members());
+        return m_status != NoService;
+    }
+
+    void settlePlace(const ReadPlace &read, const MemberResult &result)
+    {
+        if (result.outcome == MemberOutcome::Failed)
+            return fail(read, textOf(result.error, result.reason), statusOf(result.error));
+        m_summary.count(result.outcome);
+        const bool isTaken = result.outcome == MemberOutcome::Imported || result.outcome == MemberOutcome::Updated;
+        if (!isTaken)
+            return;
+        for (const QString &loss : read.losses) {
+            m_bar.clear();
+            m_summary.complainOfLoss({m_path, read.where, loss});
+        }
+        if (m_options.store.isDryRun && m_options.form == Form::Table)
+            printPlan(read, result);
+    }
+
+    void printPlan(const ReadPlace &read, const MemberResult &result)
+    {
+        m_bar.clear();
+        const QString what = read.where + QStringLiteral(": ") + read.place->name();
+        printLine(result.outcome == MemberOutcome::Imported
+                      ? QStringLiteral("would import %1").arg(what)
+                      : QStringLiteral("would update place %1 with %2").arg(result.id).arg(what));
+    }
+
+    void fail(const ReadPlace &read, const QString &problem, ExitStatus status)
+    {
+        complain(read.where, problem);
+        m_summary.count(MemberOutcome::Failed);
+        m_status = std::max(m_status, status);
+    }
+
+    void complain(const QString &where, const QString &problem)
+    {
+        m_bar.clear();
+        m_summary.complain({m_path, where, problem});
+    }
+
+    const QString m_path;
+    const ImportOptions &m_options;
+    ImportSummary &m_summary;
+    ExitStatus m_status = Done;
+    Input m_input;
+    ProgressBar m_bar;
+    PlaceAdder m_adder;
 };
 
-const Format &formatOf(const QString &path, const QString &name, const Input &input)
+void adviseToGoOn(StoredMembers stored)
 {
-    if (const Format *format = formatByName(name))
-        return *format;
-    if (const Format *format = formatByPath(path))
-        return *format;
-    return formatByContent(input.head());
-}
-
-/// Adds the places of one file. Stops early only when the service is gone or the file cannot be read on.
-ExitStatus importFile(const QString &path, const QString &formatName, Summary &summary)
-{
-    Input input(path);
-    ProgressBar bar(path);
-    ExitStatus status = Done;
-    const auto complain = [&](const QString &where, const QString &problem) {
-        bar.clear();
-        summary.complain({path, where, problem});
-    };
-    PlaceAdder adder([&](const ReadPlace &read, Error::Type outcome, const QString &reason) {
-        // The import ends with the first place for which there is no service. Others were in flight by then.
-        const bool isLeftOut = status == NoService && (!read.place || statusOf(outcome) == NoService);
-        if (isLeftOut)
-            return false;
-        if (!read.place) {
-            complain(read.where, read.problem);
-            ++summary.skipped;
-            status = std::max(status, Failed);
-        } else if (outcome == Error::Success) {
-            bar.show(input.progress(), ++summary.imported);
-        } else {
-            complain(read.where, textOf(outcome, reason));
-            ++summary.failed;
-            status = std::max(status, statusOf(outcome));
-        }
-        return status != NoService;
-    });
-    const auto take = [&](ReadPlace read) { return adder.add(std::move(read)); };
-    const QString problem =
-        input.problem().isEmpty() ? formatOf(path, formatName, input).read(input, take) : input.problem();
-    adder.finish();
-    if (problem.isEmpty() || status == NoService)
-        return status;
-    complain(QString(), problem);
-    return Failed;
-}
-
-QByteArray toJson(const Summary &summary)
-{
-    JsonWriter out;
-    out.object([&] {
-        out.member("imported", summary.imported);
-        out.member("skipped", summary.skipped);
-        out.member("failed", summary.failed);
-        out.key("problems");
-        out.array([&] {
-            for (const Summary::Problem &problem : summary.problems) {
-                out.object([&] {
-                    out.member("file", problem.file);
-                    out.member("where", problem.where);
-                    out.member("problem", problem.text);
-                });
-            }
-        });
-    });
-    return out.result();
+    complain(QStringLiteral("interrupted"),
+             stored == StoredMembers::Duplicate
+                 ? QStringLiteral("what was imported is stored; without --duplicate the same command imports the rest")
+                 : QStringLiteral("run the same command again: what is stored is skipped"));
 }
 
 } // namespace
 
-ExitStatus importFiles(const QStringList &paths, const QString &format, Form form)
+ExitStatus importFiles(const QStringList &paths, const ImportOptions &options)
 {
-    Summary summary;
+    const Interruption interruption;
+    const MemberImporter importer(options.store);
+    ImportSummary summary;
     ExitStatus status = Done;
     for (const QString &path : paths) {
-        const ExitStatus outcome = importFile(path, format, summary);
+        const ExitStatus outcome = FileImport(path, options, importer, summary).run();
         if (outcome != Done)
             status = outcome;
-        if (outcome == NoService)
+        if (outcome == NoService || outcome > Interrupted)
             break;
     }
-    if (form == Form::Table) {
-        printLine(QStringLiteral("%1 imported, %2 skipped, %3 failed")
-                      .arg(summary.imported)
-                      .arg(summary.skipped)
-                      .arg(summary.failed));
-    } else {
-        printJson(toJson(summary));
-    }
+    if (options.form != Form::Table)
+        printJson(summary.json());
+    else if (!options.isQuiet)
+        printLine(summary.text(options.store));
+    if (status > Interrupted)
+        adviseToGoOn(options.store.stored);
     return status;
 }
 

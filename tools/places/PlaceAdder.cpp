@@ -2,7 +2,7 @@
 
 #include "PlaceAdder.h"
 
-#include <places/PlaceManager.h>
+#include "Interruption.h"
 
 #include <system_error>
 #include <utility>
@@ -10,21 +10,21 @@
 namespace tool
 {
 
-using namespace geojson;
-using namespace places;
+using namespace formats;
 
 namespace
 {
 
-/// Additions in flight.
+/// Members in flight.
 constexpr std::size_t THREADS = 48;
-/// Most members of the file that are read and not settled. More than the threads, so that none waits for the reader.
+/// Maximum number of members that are read but not settled. More than threads, so that no thread waits for the reader.
 constexpr std::size_t QUEUE_LENGTH = 192;
 
 } // namespace
 
-PlaceAdder::PlaceAdder(Settle settle)
-    : m_settle(std::move(settle))
+PlaceAdder::PlaceAdder(const MemberImporter &importer, Settle settle)
+    : m_importer(importer)
+    , m_settle(std::move(settle))
 {}
 
 PlaceAdder::~PlaceAdder()
@@ -45,13 +45,16 @@ bool PlaceAdder::add(ReadPlace read)
     if (m_isStopped)
         return false;
     const bool isPlace = read.place != nullptr;
+    const MemberKey key = isPlace ? MemberKey::of(*read.place) : MemberKey();
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         Item &item = m_items.emplace_back();
         item.read = std::move(read);
-        item.isDone = !isPlace;
+        item.key = key;
         if (isPlace)
-            m_unstarted.push_back(&item);
+            follow(item);
+        else
+            item.stage = Stage::Done;
     }
     if (!isPlace)
         return true;
@@ -61,7 +64,20 @@ bool PlaceAdder::add(ReadPlace read)
     return true;
 }
 
-/// Fewer threads do as well, as long as there is one.
+void PlaceAdder::follow(Item &item)
+{
+    for (Item &before : m_items) {
+        const bool isUnderWay = before.stage == Stage::Waiting || before.stage == Stage::InFlight;
+        if (&before == &item || !isUnderWay || !m_importer.mayBeSame(before.key, item.key))
+            continue;
+        before.followers.push_back(&item);
+        ++item.earlier;
+    }
+    if (item.earlier == 0)
+        m_ready.push_back(&item);
+}
+
+/// Failing to start a thread is no error while another one runs.
 void PlaceAdder::startThread()
 {
     try {
@@ -79,36 +95,50 @@ void PlaceAdder::finish()
 
 void PlaceAdder::run()
 {
-    const PlaceManager manager;
+    Interruption::leaveToOtherThreads();
     std::unique_lock<std::mutex> lock(m_mutex);
     for (;;) {
-        m_isWork.wait(lock, [this] { return m_isEnded || !m_unstarted.empty(); });
+        m_isWork.wait(lock, [this] { return m_isEnded || !m_ready.empty(); });
         if (m_isEnded)
             return;
-        Item &item = *m_unstarted.front();
-        m_unstarted.pop_front();
+        Item &item = *m_ready.front();
+        m_ready.pop_front();
+        item.stage = Stage::InFlight;
         lock.unlock();
-        item.outcome = manager.addPlace(item.read.place.get());
-        item.reason = Error::reason(item.outcome);
+        item.result = m_importer.import(*item.read.place, item.key);
         lock.lock();
-        item.isDone = true;
-        if (&item == &m_items.front())
-            m_isFrontDone.notify_one();
+        complete(item);
     }
+}
+
+void PlaceAdder::complete(Item &item)
+{
+    item.stage = Stage::Done;
+    for (Item *follower : item.followers) {
+        if (--follower->earlier > 0 || follower->stage != Stage::Waiting)
+            continue;
+        m_ready.push_back(follower);
+        m_isWork.notify_one();
+    }
+    if (&item == &m_items.front())
+        m_isFrontDone.notify_one();
 }
 
 void PlaceAdder::settleUntil(std::size_t most)
 {
+    const auto isFrontDone = [this] {
+        return m_items.front().stage == Stage::Done || m_items.front().stage == Stage::Dropped;
+    };
     std::unique_lock<std::mutex> lock(m_mutex);
     for (;;) {
         if (m_items.size() > most)
-            m_isFrontDone.wait(lock, [this] { return m_items.front().isDone; });
-        if (m_items.empty() || !m_items.front().isDone)
+            m_isFrontDone.wait(lock, isFrontDone);
+        if (m_items.empty() || !isFrontDone())
             return;
         const Item item = std::move(m_items.front());
         m_items.pop_front();
         lock.unlock();
-        if (!m_settle(item.read, item.outcome, item.reason))
+        if (item.stage == Stage::Done && !m_settle(item.read, item.result))
             stop();
         lock.lock();
     }
@@ -118,10 +148,13 @@ void PlaceAdder::stop()
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_isStopped = true;
-    while (!m_unstarted.empty()) {
-        if (m_unstarted.back() == &m_items.back())
-            m_unstarted.pop_back();
-        m_items.pop_back();
+    m_ready.clear();
+    bool hasDropped = false;
+    for (Item &item : m_items) {
+        if (item.stage != Stage::Waiting && (item.read.place || !hasDropped))
+            continue;
+        item.stage = Stage::Dropped;
+        hasDropped = true;
     }
 }
 

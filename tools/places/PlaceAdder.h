@@ -1,9 +1,8 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "PlaceReader.h"
-
-#include <places/Error.h>
+#include "formats/PlaceReader.h"
+#include "MemberImporter.h"
 
 #include <condition_variable>
 #include <deque>
@@ -15,46 +14,57 @@
 namespace tool
 {
 
-namespace places = vela::platform::places;
-
-/// Adds the places of a file with several additions in flight, so that they share the service's transactions. Its
-/// functions are for one thread, which also makes the places and destroys them; memory does not grow with the file.
+/// Stores the members of a file with several requests in flight, so that they share transactions in the service. A
+/// member that may be the same place as an earlier one waits for it. Call all functions on one thread; it also creates
+/// and destroys the places. Memory use does not depend on the file size.
 class PlaceAdder
 {
 public:
-    /// Takes what became of one member, in the order of the file, on the thread that calls add() and finish(). The
-    /// outcome, and the service's reason for it, say nothing about a member that is no place. Returns false to start no
-    /// further additions.
-    using Settle =
-        std::function<bool(const geojson::ReadPlace &read, places::Error::Type outcome, const QString &reason)>;
+    /// Called with the result of each member, in file order, on the thread that calls add() and finish(). The result is
+    /// meaningless for a member that is no place. Return false to start no further members.
+    using Settle = std::function<bool(const formats::ReadPlace &read, const MemberResult &result)>;
 
-    explicit PlaceAdder(Settle settle);
-    /// Waits for the additions in flight.
+    /// @param importer outlives the object.
+    PlaceAdder(const MemberImporter &importer, Settle settle);
+    /// Waits for the members in flight.
     ~PlaceAdder();
     PlaceAdder(const PlaceAdder &) = delete;
     PlaceAdder &operator=(const PlaceAdder &) = delete;
 
-    /// Queues a member of the file, and waits while too many are queued. False when no further ones are wanted.
-    bool add(geojson::ReadPlace read);
-    /// Waits until everything that was queued is settled.
+    /// Queues a member of the file. Blocks while the queue is full. False when no further members are wanted.
+    bool add(formats::ReadPlace read);
+    /// Blocks until all queued members are settled.
     void finish();
+    /// Drops the members that are not in flight; they are not settled.
+    void stop();
 
 private:
+    enum class Stage
+    {
+        Waiting, ///< For earlier members, or for a thread.
+        InFlight,
+        Done,
+        Dropped,
+    };
     struct Item
     {
-        geojson::ReadPlace read;
-        places::Error::Type outcome = places::Error::Success;
-        QString reason;
-        bool isDone = false;
+        formats::ReadPlace read;
+        MemberKey key = {};
+        MemberResult result = {};
+        Stage stage = Stage::Waiting;
+        int earlier = 0;                    ///< Members that it waits for.
+        std::vector<Item *> followers = {}; ///< Members that wait for it.
     };
 
     void startThread();
     void run();
-    /// Settles members from the front of the queue until at most `most` are left, and all that are done.
+    /// Makes an item wait for earlier items that may be the same place.
+    void follow(Item &item);
+    void complete(Item &item);
+    /// Settles members from the front of the queue: all that are done, and as many as needed to leave at most `most`.
     void settleUntil(std::size_t most);
-    /// Drops the members from the first one on whose addition has not started.
-    void stop();
 
+    const MemberImporter &m_importer;
     const Settle m_settle;
     std::vector<std::thread> m_threads;
     bool m_isStopped = false;
@@ -62,9 +72,9 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_isWork;
     std::condition_variable m_isFrontDone;
-    // Guarded by the mutex; an item itself belongs to the thread that works on it until it is done.
+    // Guarded by the mutex. A place belongs to the thread that works on it until its item is done.
     std::deque<Item> m_items; ///< In the order of the file.
-    std::deque<Item *> m_unstarted;
+    std::deque<Item *> m_ready;
     bool m_isEnded = false;
 };
 

@@ -2,8 +2,8 @@
 
 #include "Search.h"
 
+#include "formats/JsonWriter.h"
 #include "Groups.h"
-#include "JsonWriter.h"
 #include "Signals.h"
 
 #include <places/AbstractPlace.h>
@@ -17,12 +17,13 @@
 namespace tool
 {
 
+using namespace formats;
 using namespace places;
 
 namespace
 {
 
-/// Takes the groups of one search as they come.
+/// Prints the groups of one search as they arrive.
 class GroupPrinter
 {
 public:
@@ -84,7 +85,7 @@ private:
         });
     }
 
-    /// The groups in the order in which they were asked for, whichever came first.
+    /// The groups in the requested order.
     QByteArray toJson()
     {
         JsonWriter out;
@@ -153,7 +154,7 @@ ExitStatus search(const SearchOptions &options, Form form)
     loop.exec();
     if (!interruption)
         return printer.finish();
-    // Destroying the manager would wait for the service. The process ends by the signal, and its threads with it.
+    // Destroying the manager would wait for the service. The process ends by the signal, together with the threads.
     QObject::disconnect(manager.release(), nullptr, &loop, nullptr);
     return *interruption;
 }

@@ -1,0 +1,511 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "Feature.h"
+
+#include "Vocabulary.h"
+
+#include <places/Place.h>
+#include <places/PointOfInterestAuxiliaryData.h>
+#include <places/Tags.h>
+
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace formats
+{
+
+using namespace vela::platform::places;
+using rapidjson::SizeType;
+using rapidjson::Value;
+
+namespace
+{
+
+QString textOf(const Value &value)
+{
+    return QString::fromUtf8(value.GetString(), static_cast<int>(value.GetStringLength()));
+}
+
+/// The last member with this name; null when there is none.
+const Value *memberOf(const Value &object, const char *name)
+{
+    if (!object.IsObject())
+        return nullptr;
+    const std::string_view wanted(name);
+    for (auto member = object.MemberEnd(); member != object.MemberBegin();) {
+        --member;
+        if (std::string_view(member->name.GetString(), member->name.GetStringLength()) == wanted)
+            return &member->value;
+    }
+    return nullptr;
+}
+
+/// A string, number or bool, as a text.
+std::optional<QString> scalarOf(const Value &value)
+{
+    if (value.IsString())
+        return textOf(value);
+    if (value.IsInt64())
+        return QString::number(value.GetInt64());
+    if (value.IsNumber())
+        return QString::number(value.GetDouble(), 'g', 17);
+    if (value.IsBool())
+        return value.GetBool() ? QStringLiteral("true") : QStringLiteral("false");
+    return std::nullopt;
+}
+
+std::optional<double> toNumber(const QString &text)
+{
+    bool isNumber = false;
+    const double number = text.toDouble(&isNumber);
+    return isNumber && std::isfinite(number) ? std::optional(number) : std::nullopt;
+}
+
+/// A number, or the number in a text.
+std::optional<double> numberOf(const Value &value)
+{
+    return toNumber(scalarOf(value).value_or(QString()));
+}
+
+/// A number as an integer; std::nullopt when it is not whole or out of range.
+template <typename Integer>
+std::optional<Integer> integerOf(const Value &value)
+{
+    const std::optional<double> number = numberOf(value);
+    if (!number || std::trunc(*number) != *number || *number < static_cast<double>(std::numeric_limits<Integer>::min())
+        || *number >= std::ldexp(1.0, std::numeric_limits<Integer>::digits))
+        return std::nullopt;
+    return static_cast<Integer>(*number);
+}
+
+std::optional<float> accuracyOf(const Value &value)
+{
+    const std::optional<double> metres = numberOf(value);
+    return metres ? toAccuracy(*metres) : std::nullopt;
+}
+
+std::optional<bool> flagOf(const Value &value)
+{
+    const QString text = scalarOf(value).value_or(QString()).toLower();
+    if (text == QLatin1String("true") || text == QLatin1String("false"))
+        return text == QLatin1String("true");
+    return std::nullopt;
+}
+
+template <typename Condition>
+bool isListOf(const Value &value, Condition condition)
+{
+    return value.IsArray() && std::all_of(value.Begin(), value.End(), condition);
+}
+
+/// The texts and numbers of an array, as texts.
+std::optional<QStringList> textsOf(const Value &value)
+{
+    if (!isListOf(value, [](const Value &element) { return element.IsString() || element.IsNumber(); }))
+        return std::nullopt;
+    QStringList texts;
+    for (const Value &element : value.GetArray())
+        texts.append(*scalarOf(element));
+    return texts;
+}
+
+/// Applies `read` to the member with this name; std::nullopt when there is none.
+template <typename Type>
+std::optional<Type> read(const Value &object, const char *name, std::optional<Type> (*readValue)(const Value &))
+{
+    const Value *value = memberOf(object, name);
+    return value ? readValue(*value) : std::nullopt;
+}
+
+QString textMember(const Value &object, const char *name)
+{
+    return read(object, name, scalarOf).value_or(QString());
+}
+
+/// The objects of an array that contains only objects.
+std::vector<const Value *> objectsMember(const Value &object, const char *name)
+{
+    std::vector<const Value *> objects;
+    if (const Value *list = memberOf(object, name); list && isListOf(*list, std::mem_fn(&Value::IsObject))) {
+        for (const Value &element : list->GetArray())
+            objects.push_back(&element);
+    }
+    return objects;
+}
+
+QString jsonText(const Value &value)
+{
+    rapidjson::StringBuffer text;
+    rapidjson::Writer<rapidjson::StringBuffer> writer(text);
+    value.Accept(writer);
+    return QString::fromUtf8(text.GetString(), static_cast<int>(text.GetSize()));
+}
+
+// ------------------------------------------------------------------------------------------------------- locations
+
+bool areNumbers(const Value *list, SizeType atLeast)
+{
+    return list && list->IsArray() && list->Size() >= atLeast
+           && std::all_of(list->Begin(), list->End(), [](const Value &number) { return number.IsNumber(); });
+}
+
+/// A GeoJSON position: longitude, latitude, optional altitude.
+Coordinates readPosition(const Value *numbers)
+{
+    if (!areNumbers(numbers, 2))
+        return {};
+    Coordinates position((*numbers)[1].GetDouble(), (*numbers)[0].GetDouble());
+    if (numbers->Size() > 2)
+        position.setAltitude((*numbers)[2].GetDouble());
+    return position;
+}
+
+/// A GeoJSON bounding box: south-west corner, then north-east, both with or both without altitude.
+BoundingBox readBox(const Value *numbers)
+{
+    BoundingBox box;
+    if (!areNumbers(numbers, 4) || (numbers->Size() != 4 && numbers->Size() != 6))
+        return box;
+    const SizeType dimensions = numbers->Size() / 2;
+    const auto number = [numbers](SizeType i) { return (*numbers)[i].GetDouble(); };
+    Coordinates topLeft(number(dimensions + 1), number(0));
+    Coordinates bottomRight(number(1), number(dimensions));
+    if (dimensions == 3) {
+        topLeft.setAltitude(number(5));
+        bottomRight.setAltitude(number(2));
+    }
+    box.setTopLeft(topLeft);
+    box.setBottomRight(bottomRight);
+    return box.isValid() ? box : BoundingBox();
+}
+
+Address readAddress(const Value &members)
+{
+    Address address;
+    for (const auto &part : vocabulary::ADDRESS_TEXTS)
+        (address.*part.set)(textMember(members, part.name));
+    for (const auto &part : vocabulary::ADDRESS_LINES)
+        (address.*part.set)(read(members, part.name, textsOf).value_or(QStringList()));
+    if (const auto floor = read(members, vocabulary::FLOOR, integerOf<int>))
+        address.setFloor(*floor);
+    return address;
+}
+
+Location readLocation(const Value &members, const Value *position, const Value *box)
+{
+    Coordinates coordinates = readPosition(position);
+    if (const auto metres = read(members, vocabulary::HORIZONTAL_ACCURACY, accuracyOf))
+        coordinates.setHorizontalAccuracy(*metres);
+    if (const auto metres = read(members, vocabulary::VERTICAL_ACCURACY, accuracyOf))
+        coordinates.setVerticalAccuracy(*metres);
+    Location location;
+    if (coordinates.isValid())
+        location.setCoordinates(coordinates);
+    location.setAddress(readAddress(members));
+    location.setBoundingBox(readBox(box));
+    location.setVirtualData(textMember(members, vocabulary::VIRTUAL_DATA));
+    if (const auto type = read(members, vocabulary::VIRTUAL_DATA_TYPE, integerOf<int>))
+        location.setVirtualDataType(static_cast<VirtualLocationType::Type>(*type));
+    return location;
+}
+
+/// Adds all locations in order; `shown`, the one of the feature's geometry, is one of them.
+QString addLocations(const Location &shown, const Value &properties, Place &place)
+{
+    QList<Location> locations;
+    for (const Value *other : objectsMember(properties, vocabulary::OTHER_LOCATIONS))
+        locations.append(readLocation(*other, memberOf(*other, "coordinates"), memberOf(*other, "bbox")));
+    const int index = read(properties, vocabulary::LOCATION_INDEX, integerOf<int>).value_or(0);
+    locations.insert(qBound(0, index, locations.size()), shown);
+    for (const Location &location : qAsConst(locations)) {
+        if (!locates(location))
+            return QStringLiteral("a location that is nowhere");
+        place.addLocation(location);
+    }
+    return {};
+}
+
+// --------------------------------------------------------------------------------------------------------- records
+
+void addRecords(const Value &properties, Place &place)
+{
+    for (const Value *record : objectsMember(properties, vocabulary::RECORDS)) {
+        AuxiliaryData data(textMember(*record, "type"));
+        data.setExternalId(textMember(*record, "externalId"));
+        if (const Value *values = memberOf(*record, "properties"); values && values->IsObject()) {
+            for (const auto &value : values->GetObject())
+                data.addProperty(textOf(value.name), scalarOf(value.value).value_or(QString()));
+        }
+        place.addAuxiliaryData(data);
+    }
+}
+
+/// Sets the contact details that differ from the records: a person edits these properties, so they take precedence.
+void setContactDetails(const Value &properties, Place &place)
+{
+    const QString phone = textMember(properties, vocabulary::PHONE);
+    if (!phone.isEmpty() && phone != place.primaryPhoneNumber())
+        changePointOfInterest(place, [&](auto &poi) { poi.setPhoneNumber(phone); });
+    const QString email = textMember(properties, vocabulary::EMAIL);
+    if (!email.isEmpty() && email != place.primaryEmailAddress())
+        changePointOfInterest(place, [&](auto &poi) { poi.setEmailAddress(email); });
+    const QString url = textMember(properties, vocabulary::URL);
+    if (QUrl(url).isValid() && url != place.primaryUrl().toString(QUrl::FullyEncoded))
+        changePointOfInterest(place, [&](auto &poi) { poi.setUrl(QUrl(url)); });
+}
+
+// ------------------------------------------------------------------------------------------------ foreign features
+
+bool isOfKind(const Value &value, vocabulary::Kind kind)
+{
+    using vocabulary::Kind;
+    switch (kind) {
+    case Kind::Text:
+        return scalarOf(value).has_value();
+    case Kind::Url:
+        return scalarOf(value) == QString() || QUrl(scalarOf(value).value_or(QString())).isValid();
+    case Kind::Whole:
+        return integerOf<int>(value).has_value();
+    case Kind::Metres:
+        return accuracyOf(value).has_value();
+    case Kind::Time:
+        return integerOf<quint64>(value).has_value();
+    case Kind::Flag:
+        return flagOf(value).has_value();
+    case Kind::Texts:
+        return textsOf(value).has_value();
+    case Kind::Objects:
+        return isListOf(value, std::mem_fn(&Value::IsObject));
+    case Kind::Unread:
+        break;
+    }
+    return true;
+}
+
+/// Keeps members that a place cannot hold, as JSON texts, in an auxiliary record.
+void keepForeign(const Value &object, bool (*isForeign)(const QString &, const Value &), const char *type, Place &place)
+{
+    AuxiliaryData data{QString::fromLatin1(type)};
+    for (const auto &member : object.GetObject()) {
+        if (const QString name = textOf(member.name); isForeign(name, member.value))
+            data.addProperty(name, jsonText(member.value));
+    }
+    if (!data.properties().isEmpty())
+        place.addAuxiliaryData(data);
+}
+
+/// Maps properties of other programs to the properties of this format. A feature with a list of tags is not changed.
+void interpret(const Value &feature, const Value &properties, Place &place, Location &location)
+{
+    if (read(properties, vocabulary::TAGS, textsOf))
+        return;
+    const QString kind = textMember(properties, "kind");
+    const QString id = textMember(feature, "id");
+    if (!kind.isEmpty())
+        place.addTag(kind);
+    if (kind.endsWith(QLatin1String("airport")))
+        place.addTag(Tags::Airport);
+    for (const char *code : {"iata", "icao"}) {
+        if (const QString alias = textMember(properties, code); !alias.isEmpty())
+            place.addAlias(alias);
+    }
+    Address address = location.address();
+    if (kind == QLatin1String("city") && address.city().isEmpty())
+        address.setCity(place.name());
+    location.setAddress(address);
+    if (!kind.isEmpty() || !id.isEmpty()) {
+        changePointOfInterest(place, [&](auto &poi) {
+            poi.setExternalId(id);
+            if (!kind.isEmpty())
+                poi.setCategory(kind);
+        });
+    }
+}
+
+/// Finds the point of a feature; null without a geometry. False when the geometry is not a Point.
+bool findPosition(const Value &feature, const Value *&position)
+{
+    const Value *geometry = memberOf(feature, "geometry");
+    if (!geometry || geometry->IsNull())
+        return true;
+    if (textMember(*geometry, "type") != QLatin1String("Point"))
+        return false;
+    position = memberOf(*geometry, "coordinates");
+    return readPosition(position).isValid();
+}
+
+/// True when a list of the feature that becomes a list of the place has more than MAX_LIST_LENGTH members.
+bool isTooLong(const Value &feature, const Value &properties)
+{
+    constexpr SizeType MOST = MAX_LIST_LENGTH;
+    if (feature.MemberCount() > MOST || properties.MemberCount() > MOST)
+        return true;
+    for (const auto &property : properties.GetObject()) {
+        if (property.value.IsArray() && property.value.Size() > MOST
+            && !isForeignProperty(textOf(property.name), property.value))
+            return true;
+    }
+    for (const Value *record : objectsMember(properties, vocabulary::RECORDS)) {
+        if (const Value *values = memberOf(*record, "properties");
+            values && values->IsObject() && values->MemberCount() > MOST)
+            return true;
+    }
+    return false;
+}
+
+void addTexts(const Value &properties, Place &place)
+{
+    place.setName(textMember(properties, vocabulary::NAME));
+    place.setDescription(textMember(properties, vocabulary::DESCRIPTION));
+    place.setSource(textMember(properties, vocabulary::SOURCE));
+    const QStringList tags = read(properties, vocabulary::TAGS, textsOf).value_or(QStringList());
+    for (const QString &tag : tags)
+        place.addTag(tag);
+    if (read(properties, vocabulary::FAVORITE, flagOf).value_or(false))
+        place.addTag(Tags::Favorite);
+    // Some tags add an alias; the list of aliases, if present, replaces it.
+    const std::optional<QStringList> aliases = read(properties, vocabulary::ALIASES, textsOf);
+    if (!aliases)
+        return;
+    const QStringList ownAliases = place.aliases();
+    for (const QString &alias : ownAliases)
+        place.removeAlias(alias);
+    for (const QString &alias : *aliases)
+        place.addAlias(alias);
+}
+
+} // namespace
+
+std::optional<float> toAccuracy(double metres)
+{
+    const bool isAccuracy = metres >= 0 && metres <= static_cast<double>(std::numeric_limits<float>::max());
+    return isAccuracy ? std::optional(static_cast<float>(metres)) : std::nullopt;
+}
+
+bool locates(const Location &location)
+{
+    return location.coordinates().isValid() || !location.address().isEmpty() || !location.virtualData().isEmpty();
+}
+
+bool isForeignProperty(const QString &name, const Value &value)
+{
+    const auto known = vocabulary::kinds().find(name);
+    return known == vocabulary::kinds().end() || (!value.IsNull() && !isOfKind(value, *known));
+}
+
+bool isForeignMember(const QString &name, const Value &value)
+{
+    if (name == QLatin1String("bbox"))
+        return !value.IsNull() && !readBox(&value).isValid();
+    return name != QLatin1String("type") && name != QLatin1String("geometry") && name != QLatin1String("properties");
+}
+
+void changePointOfInterest(Place &place, const std::function<void(PointOfInterestAuxiliaryData &)> &change)
+{
+    int index = 0;
+    while (index < place.auxiliaryDataCount()
+           && place.auxiliaryData(index).type() != AuxiliaryData::TypePointOfInterest)
+        ++index;
+    if (index == place.auxiliaryDataCount())
+        place.addAuxiliaryData(PointOfInterestAuxiliaryData());
+    PointOfInterestAuxiliaryData poi(place.auxiliaryData(index));
+    change(poi);
+    place.replaceAuxiliaryData(index, poi);
+}
+
+QString readFeature(const Value &feature, Place &place)
+{
+    if (textMember(feature, "type") != QLatin1String("Feature"))
+        return QStringLiteral("not a feature");
+    static const Value NO_PROPERTIES(rapidjson::kObjectType);
+    const Value *given = memberOf(feature, "properties");
+    const Value &properties = given && given->IsObject() ? *given : NO_PROPERTIES;
+    if (isTooLong(feature, properties))
+        return QStringLiteral("a list of more than %1 members").arg(MAX_LIST_LENGTH);
+    const Value *position = nullptr;
+    if (!findPosition(feature, position))
+        return QStringLiteral("no point on the Earth");
+    Location location = readLocation(properties, position, memberOf(feature, "bbox"));
+    if (!locates(location))
+        return QStringLiteral("no point on the Earth");
+    if (textMember(properties, vocabulary::NAME).trimmed().isEmpty())
+        return QStringLiteral("no name");
+
+    addTexts(properties, place);
+    place.setPrivate(read(properties, vocabulary::PRIVATE, flagOf).value_or(false));
+    place.setExpiredTime(read(properties, vocabulary::EXPIRY_TIME, integerOf<quint64>).value_or(0));
+    addRecords(properties, place);
+    interpret(feature, properties, place, location);
+    setContactDetails(properties, place);
+    keepForeign(properties, isForeignProperty, vocabulary::FOREIGN_PROPERTIES, place);
+    keepForeign(feature, isForeignMember, vocabulary::FOREIGN_MEMBERS, place);
+    return addLocations(location, properties, place);
+}
+
+// ----------------------------------------------------------------------------------------------------- TextFeature
+
+TextFeature::TextFeature()
+{
+    auto &allocator = m_feature.GetAllocator();
+    m_feature.AddMember("type", "Feature", allocator);
+    m_feature.AddMember("properties", Value(rapidjson::kObjectType), allocator);
+}
+
+void TextFeature::setPosition(const QString &longitude, const QString &latitude, const QString &altitude)
+{
+    if (longitude.isEmpty() && latitude.isEmpty())
+        return;
+    auto &allocator = m_feature.GetAllocator();
+    Value coordinates(rapidjson::kArrayType);
+    const auto append = [&](const QString &text) {
+        const std::optional<double> number = toNumber(text);
+        coordinates.PushBack(number ? Value(*number) : Value(), allocator);
+        return number.has_value();
+    };
+    append(longitude);
+    append(latitude);
+    m_hasBadAltitude = !altitude.isEmpty() && !append(altitude);
+    Value geometry(rapidjson::kObjectType);
+    geometry.AddMember("type", "Point", allocator);
+    geometry.AddMember("coordinates", coordinates, allocator);
+    m_feature.AddMember("geometry", geometry, allocator);
+}
+
+void TextFeature::set(const QString &name, const QString &value)
+{
+    if (value.isEmpty() || m_names.contains(name))
+        return;
+    m_names.insert(name);
+    auto &allocator = m_feature.GetAllocator();
+    Value property = toValue(value);
+    if (vocabulary::kinds().value(name) == vocabulary::Kind::Texts) {
+        property.SetArray();
+        const QStringList elements = value.split(QLatin1Char(';'));
+        for (const QString &element : elements) {
+            if (const QString text = element.trimmed(); !text.isEmpty())
+                property.PushBack(toValue(text), allocator);
+        }
+    }
+    m_feature["properties"].AddMember(toValue(name), property, allocator);
+}
+
+QString TextFeature::read(Place &place) const
+{
+    return m_hasBadAltitude ? QStringLiteral("the altitude is no number") : readFeature(m_feature, place);
+}
+
+Value TextFeature::toValue(const QString &text)
+{
+    const QByteArray bytes = text.toUtf8();
+    return Value(bytes.constData(), static_cast<SizeType>(bytes.size()), m_feature.GetAllocator());
+}
+
+} // namespace formats

@@ -1,0 +1,92 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "Input.h"
+
+#include "ArchiveDevice.h"
+#include "ArchiveReader.h"
+#include "Format.h"
+
+#include <QtCore/QFileInfo>
+#include <QtCore/QTextCodec>
+
+#include <algorithm>
+#include <cstring>
+
+namespace formats
+{
+
+namespace
+{
+
+constexpr int HEAD_SIZE = 4096;
+constexpr char BYTE_ORDER_MARK[] = "\xEF\xBB\xBF";
+
+/// Rank of a file in an archive. Hidden files are metadata of some systems.
+int rankOf(const QString &name)
+{
+    const QFileInfo file(name);
+    const Format *format = formatByPath(name);
+    if (!format || file.fileName().startsWith(QLatin1Char('.')))
+        return 0;
+    if (name == QLatin1String("doc.kml"))
+        return ArchiveReader::BEST_RANK;
+    return format == formatByName(QStringLiteral("kml")) ? 2 : 1;
+}
+
+} // namespace
+
+Input::Input(const QString &path)
+    : m_path(path)
+    , m_file(path)
+    , m_head(m_file.head())
+{
+    if (ArchiveReader::isArchive(m_head))
+        m_archive = std::make_unique<ArchiveReader>(m_file, rankOf);
+    m_head.resize(HEAD_SIZE);
+    int count = 0;
+    while (const std::size_t more = readOn(m_head.data() + count, static_cast<std::size_t>(HEAD_SIZE - count)))
+        count += static_cast<int>(more);
+    m_head.resize(count);
+    if (m_head.startsWith(BYTE_ORDER_MARK))
+        m_head.remove(0, static_cast<int>(std::strlen(BYTE_ORDER_MARK)));
+}
+
+Input::~Input() = default;
+
+QString Input::problem() const
+{
+    // An error behind the head is reported when reading gets there.
+    if (m_position < static_cast<std::size_t>(m_head.size()))
+        return {};
+    return m_archive && !m_archive->problem().isEmpty() ? m_archive->problem() : m_file.problem();
+}
+
+QString Input::name() const
+{
+    return m_archive && !m_archive->member().isEmpty() ? m_archive->member() : withoutCompression(m_path);
+}
+
+std::size_t Input::read(char *buffer, std::size_t size)
+{
+    const auto headSize = static_cast<std::size_t>(m_head.size());
+    if (m_position >= headSize)
+        return readOn(buffer, size);
+    const std::size_t count = std::min(size, headSize - m_position);
+    std::memcpy(buffer, m_head.constData() + m_position, count);
+    m_position += count;
+    return count;
+}
+
+std::size_t Input::readOn(char *buffer, std::size_t size)
+{
+    return m_archive ? m_archive->read(buffer, size) : m_file.read(buffer, size);
+}
+
+bool decodeUtf8(const QByteArray &bytes, QString &text)
+{
+    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
+    text = QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
+    return state.invalidChars == 0 && state.remainingChars == 0;
+}
+
+} // namespace formats

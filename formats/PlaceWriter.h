@@ -1,0 +1,39 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QtCore/QIODevice>
+#include <QtCore/QString>
+
+#include <memory>
+
+namespace vela::platform::places
+{
+class Place;
+}
+
+namespace formats
+{
+
+/// Writes a file of places, one place after the other. Memory does not grow with the file.
+class PlaceWriter
+{
+public:
+    PlaceWriter() = default;
+    PlaceWriter(const PlaceWriter &) = delete;
+    PlaceWriter &operator=(const PlaceWriter &) = delete;
+    virtual ~PlaceWriter() = default;
+
+    /// Each returns what went wrong; empty when nothing did. begin() comes first, end() last; a file without end() is
+    /// not whole.
+    [[nodiscard]] virtual QString begin() = 0;
+    [[nodiscard]] virtual QString write(const vela::platform::places::Place &place) = 0;
+    [[nodiscard]] virtual QString end() = 0;
+};
+
+/// Makes a writer to a device that is open and outlives it.
+using MakePlaceWriter = std::unique_ptr<PlaceWriter> (*)(QIODevice &out);
+
+/// Writes all bytes; returns what went wrong.
+[[nodiscard]] QString writeAll(QIODevice &out, const QByteArray &bytes);
+
+} // namespace formats

@@ -1,0 +1,133 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "support/Client.h"
+#include "support/Placesd.h"
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+
+using testing::EndsWith;
+using testing::HasSubstr;
+
+namespace
+{
+
+/// A feature at 46 degrees north; a degree of longitude is 77.2 km there.
+std::string feature(const std::string &id, const std::string &name, double longitude, const std::string &more = {})
+{
+    const std::string member = id.empty() ? "" : R"("id":)" + id + ",";
+    return R"({"type":"Feature",)" + member + R"("geometry":{"type":"Point","coordinates":[)"
+           + std::to_string(longitude) + R"(,46]},"properties":{"name":")" + name + "\"" + more + "}}\n";
+}
+
+Outcome import(const std::string &text, const QStringList &options = {})
+{
+    return places(QStringList{QStringLiteral("import"), QStringLiteral("-")} + options,
+                  QByteArray::fromStdString(text));
+}
+
+int stored()
+{
+    return static_cast<int>(QByteArray::fromStdString(places("export").out).count("\"type\":\"Feature\""));
+}
+
+} // namespace
+
+TEST(ImportTest, AMemberIsKnownByItsIdElseByNameAndPosition)
+{
+    const std::string many = [] {
+        std::string text;
+        for (int i = 0; i < 100; ++i)
+            text += feature("\"twice\"", "Twice", 1) + feature("", "Twice too", 2);
+        return text;
+    }();
+    const std::string rows = "name,city,lat,lon\nNowhere,Bern,,\nNowhere,Basel,,\nnowhere,Bern,,\n";
+    const struct
+    {
+        const char *what;
+        std::string text;
+        int imported;
+        int skipped;
+    } cases[] = {
+        {"a file", feature("1", "Bern", 7) + feature("\"b\"", "Basel", 8), 2, 0},
+        {"the same again", feature("1", "Bern", 7) + feature("\"b\"", "Basel", 8), 0, 2},
+        {"another file that numbers from 1", feature("1", "Chur", 9), 1, 0},
+        {"the id and the name", feature("1", "BERN", 70), 0, 1},
+        {"the id, 0.8 km away", feature("\"b\"", "Bâle", 8.01), 0, 1},
+        {"the id, 1.2 km away", feature("\"b\"", "Riehen", 8.016), 1, 0},
+        {"a number is no text", feature("\"1\"", "Bern", 7.1), 1, 0},
+        {"the name, 20 m away", feature("", "bern", 7.00026), 0, 1},
+        {"the name, 30 m away", feature("", "Bern", 7.0004), 1, 0},
+        {"another id and the name, 8 m away", feature("2", "Bern", 6.9999), 1, 0},
+        {"another id and the name, 0.1 m away", feature("3", "Bern", 7.000001), 0, 1},
+        {"no position: the name and the address", rows, 2, 1},
+        {"many times in one file, at the same time", many, 2, 198},
+    };
+    const Placesd service;
+    int count = 0;
+    for (const auto &row : cases) {
+        const std::string outcome =
+            std::to_string(row.imported) + " imported, " + std::to_string(row.skipped) + " skipped, 0 failed\n";
+        EXPECT_THAT(import(row.text, {QStringLiteral("--dry-run")}).out, HasSubstr("dry run, nothing is written: "));
+        EXPECT_EQ(import(row.text).out, outcome) << row.what;
+        EXPECT_EQ(stored(), count += row.imported) << row.what;
+    }
+    EXPECT_EQ(import(many, {QStringLiteral("--duplicate")}).out, "200 imported, 0 skipped, 0 failed\n");
+    EXPECT_EQ(stored(), count + 200);
+}
+
+TEST(ImportTest, AChainHasMoreNamesakesThanOneAnswerHolds)
+{
+    std::string chain;
+    for (int i = 0; i < 60; ++i)
+        chain += feature("1", "Chain", i) + feature("", "Chain", 0.5 + i / 6000.0);
+    const Placesd service;
+    EXPECT_EQ(import(chain, {QStringLiteral("--duplicate")}).out, "120 imported, 0 skipped, 0 failed\n");
+    EXPECT_EQ(
+        import(feature("1", "Other", 59) + feature("1", "Chain", 90) + feature("", "Chain", 0.5 + 59 / 6000.0)).out,
+        "0 imported, 3 skipped, 0 failed\n");
+}
+
+TEST(ImportTest, AnUpdateTakesOverWhatTheFileSaysAndKeepsTheRest)
+{
+    const Placesd service;
+    const QStringList update{QStringLiteral("--update")};
+    const std::string first = feature("1", "Bern", 7, R"(,"street":"A","x":1,"tags":["city"],"phone":"1")");
+    EXPECT_EQ(import(first, {QStringLiteral("--tag"), QStringLiteral("trip")}).out,
+              "1 imported, 0 skipped, 0 failed\n");
+    EXPECT_EQ(import(first, update).out, "0 imported, 0 updated, 1 unchanged, 0 skipped, 0 failed\n");
+    for (const char *change : {"fav 1", "tag 1 mine", "use 1", "update 1 --city Bern --email a@b.example"})
+        EXPECT_EQ(places(change).status, 0);
+    EXPECT_EQ(import(first, update).out, "0 imported, 0 updated, 1 unchanged, 0 skipped, 0 failed\n");
+
+    const std::string second = feature("1", "Berne", 7.001, R"(,"street":"B","x":2,"tags":["capital"],"phone":"2")");
+    EXPECT_EQ(import(second, update + QStringList{QStringLiteral("--dry-run")}).out,
+              "would update place 1 with feature 1: Berne\n"
+              "dry run, nothing is written: 0 imported, 1 updated, 0 unchanged, 0 skipped, 0 failed\n");
+    EXPECT_THAT(places("export").out, HasSubstr("\"name\":\"Bern\""));
+    EXPECT_EQ(import(second + first + second, update).out, "0 imported, 3 updated, 0 unchanged, 0 skipped, 0 failed\n");
+    const std::string out = places("export").out;
+    for (const char *part : {R"("id":1)", R"("name":"Berne")", "[7.001,46.0]", R"("street":"B")", R"("x":2)",
+                             R"("phone":"2")", R"("city":"Bern")", R"("email":"a@b.example")", R"("favorite":true)",
+                             R"("usageCount":1)", R"("tags":["city","trip","lbs-favorite","mine","capital"])"})
+        EXPECT_THAT(out, HasSubstr(part));
+}
+
+TEST(ImportTest, AnInterruptedImportSaysHowToGoOn)
+{
+    const Placesd service;
+    for (const int signal : {SIGINT, SIGTERM}) {
+        QProcess client;
+        client.start(QStringLiteral(PROGRAMS "/places"), {QStringLiteral("import"), QStringLiteral("-")});
+        client.write(QByteArray::fromStdString(feature("", "A", signal)) + QByteArray(64 * 1024, '\n'));
+        for (int i = 0; i < 1000 && stored() == (signal == SIGINT ? 0 : 1); ++i)
+            client.waitForBytesWritten(10);
+        EXPECT_EQ(::kill(static_cast<pid_t>(client.processId()), signal), 0);
+        EXPECT_TRUE(client.waitForFinished(60000)) << "also while it waits for more of the file";
+        EXPECT_EQ(client.exitStatus(), QProcess::CrashExit) << "so that a shell makes 128 and the signal of it";
+        EXPECT_EQ(client.readAllStandardOutput(), "1 imported, 0 skipped, 0 failed\n");
+        EXPECT_THAT(client.readAllStandardError().toStdString(),
+                    EndsWith("interrupted: run the same command again: what is stored is skipped\n"));
+    }
+}

@@ -1,0 +1,310 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "support/Client.h"
+#include "support/Files.h"
+#include "support/Placesd.h"
+#include "support/Terminal.h"
+
+#include <gmock/gmock.h>
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using testing::HasSubstr;
+using testing::Not;
+
+namespace
+{
+
+QJsonObject json(const char *arguments)
+{
+    return QJsonDocument::fromJson(QByteArray::fromStdString(places(arguments).out)).object();
+}
+
+QByteArray times(int count, const QByteArray &bytes)
+{
+    return bytes.repeated(count);
+}
+
+QByteArray exported()
+{
+    const Outcome outcome = places("export");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    return QByteArray::fromStdString(outcome.out);
+}
+
+QJsonArray features(const QByteArray &text)
+{
+    return QJsonDocument::fromJson(text)[QLatin1String("features")].toArray();
+}
+
+class PlacesTool : public testing::Test
+{
+protected:
+    /// Imports bytes as a file of this extension.
+    Outcome importFile(const char *extension, const QByteArray &bytes)
+    {
+        const QString path = service.path("in") + QLatin1Char('.') + QLatin1String(extension);
+        files::write(path, bytes);
+        return places(QStringList{QStringLiteral("import"), QStringLiteral("--duplicate"), path});
+    }
+
+    Placesd service;
+};
+
+} // namespace
+
+TEST_F(PlacesTool, APlaceGoesThroughItsWholeLife)
+{
+    EXPECT_EQ(places("add Café --at -46.9,7.4 --city Bern --tag beach --phone 031").out, "1\n");
+    EXPECT_EQ(places("fav 1").status, 0);
+    EXPECT_EQ(places("tag 1 a b").status, 0);
+    EXPECT_EQ(places("untag 1 a").status, 0);
+    EXPECT_EQ(places("use 1").status, 0);
+    const std::string copy = service.path("copy.db").toStdString();
+    EXPECT_EQ(places(("backup " + copy).c_str()).status, 0);
+    EXPECT_EQ(places("update 1 --name Kaffee --email a@b.example").status, 0);
+    const QJsonObject place = json("--json show 1");
+    const QJsonObject properties = place[QLatin1String("properties")].toObject();
+    EXPECT_EQ(place[QLatin1String("geometry")].toObject()[QLatin1String("coordinates")].toArray(),
+              (QJsonArray{7.4, -46.9}));
+    EXPECT_EQ(properties[QLatin1String("name")], QLatin1String("Kaffee"));
+    EXPECT_EQ(properties[QLatin1String("phone")], QLatin1String("031")) << "what was not changed stays";
+    EXPECT_EQ(properties[QLatin1String("usageCount")], 1);
+    EXPECT_EQ(properties[QLatin1String("tags")].toArray().size(), 3);
+    EXPECT_THAT(places("find kaf").out, HasSubstr("Kaffee"));
+    EXPECT_EQ(places("tags").out, "b\nbeach\nlbs-favorite\n");
+    EXPECT_THAT(places("link 1").out, HasSubstr("lat=-46.9000000&lon=7.4000000"));
+    EXPECT_EQ(places("unfav 1").status, 0);
+    EXPECT_EQ(places("remove 1").status, 0);
+    EXPECT_EQ(json("--json find kaf")[QLatin1String("features")].toArray().size(), 0);
+    EXPECT_EQ(places(("restore " + copy).c_str()).status, 0);
+    EXPECT_THAT(places("find").out, HasSubstr("Café"));
+    for (const char *some : {"use 99 1", "tag 99 x", "remove 99 1"})
+        EXPECT_EQ(places(some).status, 1) << some << ": one of them failed";
+    EXPECT_EQ(places("--json find").out, "{\"type\":\"FeatureCollection\",\"hasMore\":false,\"features\":[]}\n");
+}
+
+TEST_F(PlacesTool, EveryWayOfGoingWrongHasItsStatusAndSaysWhy)
+{
+    const struct
+    {
+        const char *arguments;
+        int status;
+        const char *says;
+    } cases[] = {
+        {"show 99", 1, "places: place 99: there is no such place: no place has the id 99\n"},
+        {"show", 2, "PLACE"},
+        {"near 91,0", 2, "not a position: 91,0: latitude 91 is beyond 90"},
+        {"near nowhere", 1, "places: nowhere: no stored place has this name; a position is written as 47.24,8.72"},
+        {"near 99", 1, "place 99: there is no such place"},
+        {"near 1,2 --radius far", 2, "not a length, such as 500m or 2km: far"},
+        {"find --near 9G8F+6X", 2, "a short plus code"},
+        {"show x", 2, "a position is written as"},
+        {"add X", 2, "needs a position"},
+        {"fav 010", 1, "place 10: there is no such place"},
+        {"find --limit 9999999999", 2, "not a whole number from 0 to 2147483647: 9999999999"},
+        {"update 1 --name \u00a0", 2, "more than blanks"},
+        {"import /no/such.geojson", 1, "No such file"},
+        {"fly", 2, ""},
+        {"search z --group everything", 2, "everything"},
+        {"search --as-you-type", 1, "Search: "},
+        {"show 99 --aux", 1, "place 99"},
+        {"restore nothing.db", 1, "places: restore: the backup was not restored: /"},
+        {"restore nothing.db", 1, "/nothing.db cannot be opened by the service: No such file"},
+        {"backup /dev/null", 1, "backup: the backup was not made: /dev/null is no regular file"},
+        {"find --limit 99999", 1, "a page has at most 10000 places"},
+    };
+    for (const auto &row : cases) {
+        const Outcome outcome = places(row.arguments);
+        EXPECT_EQ(outcome.status, row.status) << row.arguments;
+        EXPECT_THAT(outcome.err, HasSubstr(row.says)) << row.arguments;
+        EXPECT_EQ(outcome.out, outcome.status == 1 && QByteArray(row.arguments).startsWith("import")
+                                   ? "0 imported, 0 skipped, 0 failed\n"
+                                   : "")
+            << row.arguments;
+    }
+    EXPECT_EQ(places(QStringList{QStringLiteral("add"), QStringLiteral(" "), QStringLiteral("--at=1,2")}).status, 2);
+    service.kill();
+    EXPECT_EQ(places("--no-start tags").status, 69);
+}
+
+TEST_F(PlacesTool, PlacesAreListedNearAStoredOne)
+{
+    for (const char *arguments : {"add 47.24,8.72 --name Lake-house", "add 8FVC9G8F+6X --name Far",
+                                  "add Hut --city Bern", "add Lake-view --at 47\u00b015'N,8\u00b043'12\"E"})
+        EXPECT_EQ(places(arguments).status, 0) << arguments;
+    const struct
+    {
+        const char *arguments;
+        int status;
+        const char *says;
+        std::size_t lines;
+    } cases[] = {
+        {"near lake-house", 0, "Lake-view", 4},
+        {"near LAKE-HOUSE --radius 2km", 0, "1.1 km", 2},
+        {"near 1 --radius 500m", 0, "Lake-house", 1},
+        {"near lake-v --radius 0", 0, "Lake-view", 1},
+        {"near lake", 1, "1 Lake-house", 0},
+        {"near lake", 1, "Lake-house; name one by its number", 0},
+        {"near hut", 1, "places: place 3: has no position", 0},
+    };
+    for (const auto &row : cases) {
+        const Outcome outcome = places(row.arguments);
+        EXPECT_EQ(outcome.status, row.status) << row.arguments;
+        EXPECT_THAT(outcome.out + outcome.err, HasSubstr(row.says)) << row.arguments;
+        EXPECT_EQ(static_cast<std::size_t>(std::count(outcome.out.begin(), outcome.out.end(), '\n')), row.lines)
+            << row.arguments;
+    }
+}
+
+TEST_F(PlacesTool, ALimitOfNoneIsNotTakenForNothingFound)
+{
+    places("add Lake --at 1,2");
+    const struct
+    {
+        const char *arguments;
+        const char *says;
+    } cases[] = {{"find lake --limit 0", "places: --limit 0 shows none of those that are found\n"},
+                 {"search lake --limit 0", "places: --limit 0 shows none of those that are found\n"},
+                 {"find river --limit 0", "places: nothing found\n"},
+                 {"search river --limit 0", "places: nothing found\n"}};
+    for (const auto &row : cases) {
+        const Outcome outcome = places(row.arguments);
+        EXPECT_EQ(outcome.err, row.says) << row.arguments;
+        EXPECT_EQ(outcome.out + std::to_string(outcome.status), "0") << row.arguments;
+    }
+}
+
+TEST_F(PlacesTool, ArgumentsMayBeginWithADashAndAnOptionTakesNoMoreThanItsOwn)
+{
+    EXPECT_EQ(places("add --at -1,-2 -- -x").out, "1\n");
+    EXPECT_EQ(places("tag 1 -- -t").status, 0);
+    EXPECT_EQ(places("add --tag a Lake --at 1,2").out, "2\n") << "a tag, and then the name";
+    EXPECT_EQ(places("tags").out, "-t\na\n");
+}
+
+TEST_F(PlacesTool, NothingThatAPlaceHoldsReachesTheTerminalAsAnOrder)
+{
+    const QString evil = QString::fromUtf8("\x1b[2J\xc2\x9b"
+                                           "31m\x07\x7f\xe2\x80\x8f\xe2\x80\xae\xe2\x81\xa6"
+                                           "Evil");
+    EXPECT_EQ(places(QStringList{QStringLiteral("add"), evil, QStringLiteral("--at=1,2"), QStringLiteral("--tag"), evil,
+                                 QStringLiteral("--city"), evil, QStringLiteral("--description"), evil})
+                  .out,
+              "1\n");
+    const Outcome imported = places(QStringList{QStringLiteral("import"), evil});
+    const std::string shown = places("find").out + places("show 1").out + places("tags").out + imported.err;
+    EXPECT_THAT(shown, HasSubstr("Evil"));
+    const QString wrong = evil.mid(1);
+    const Outcome refused = places(QStringList{QStringLiteral("find"), QStringLiteral("--limit"), wrong});
+    EXPECT_EQ(refused.status, 2);
+    Terminal terminal([] { ::execl("/bin/sh", "sh", "-c", PROGRAMS "/places export 2> /dev/null", nullptr); });
+    EXPECT_EQ(terminal.wait(), 0);
+    std::string written = terminal.output();
+    for (const char *arguments : {"--json find", "--json show 1", "--json tags", "show 1 --document"})
+        written += places(arguments).out;
+    EXPECT_THAT(written, HasSubstr("Evil"));
+    for (const char *order : {"\x1b", "\xc2\x9b", "\x07", "\x7f", "\xe2\x80\x8f", "\xe2\x80\xae", "\xe2\x81\xa6"})
+        EXPECT_THAT(shown + refused.err + written, Not(HasSubstr(order)));
+
+    // Programs get what is stored: JSON by its escapes, an exported file as it is.
+    const QJsonObject properties = json("--json show 1")[QLatin1String("properties")].toObject();
+    EXPECT_EQ(properties[QLatin1String("name")].toString(), evil);
+    EXPECT_THAT(places("export").out, HasSubstr(evil.mid(evil.indexOf(QChar(0x7F))).toStdString()));
+}
+
+TEST_F(PlacesTool, OutputThatCannotBeWrittenIsAFailure)
+{
+    EXPECT_EQ(places("add Lake --at 1,2").out, "1\n");
+    for (const char *arguments : {"find", "--json find", "export"}) {
+        QProcess process;
+        process.setStandardOutputFile(QStringLiteral("/dev/full"));
+        process.start(QStringLiteral(PROGRAMS "/places"), QString::fromLatin1(arguments).split(QLatin1Char(' ')));
+        EXPECT_TRUE(process.waitForFinished());
+        EXPECT_EQ(process.exitCode(), 1) << arguments;
+    }
+}
+
+TEST_F(PlacesTool, ProblemsComeInTheOrderOfTheFile)
+{
+    QByteArray rows = "name,lat,lon\n";
+    QByteArray problems;
+    for (int row = 2; row <= 2000; ++row) {
+        const bool isNowhere = row % 7 == 0;
+        const bool isRefused = !isNowhere && row % 5 == 0;
+        rows += (isRefused ? times(5000, "x") : QByteArray("A")) + (isNowhere ? ",91,2\n" : ",1,2\n");
+        if (isNowhere || isRefused)
+            problems += "row " + QByteArray::number(row)
+                        + (isNowhere ? ": no point on the Earth\n"
+                                     : ": more than the places service allows: a text of the place has more than 4096 "
+                                       "UTF-16 units (descriptions and values of properties: 262144), or one of its "
+                                       "lists more than 1000 members\n");
+    }
+    const Outcome outcome = importFile("csv", rows);
+    const QString start = QStringLiteral("places: %1: ").arg(service.path("in.csv"));
+    EXPECT_EQ(QString::fromStdString(outcome.err).remove(start), QString::fromUtf8(problems));
+    EXPECT_EQ(outcome.out, "1371 imported, 0 skipped, 628 failed\n");
+    EXPECT_EQ(features(exported()).size(), 1371) << "more than a page of the service";
+}
+
+TEST_F(PlacesTool, AnImportEndsWhenTheServiceDoesAndKeepsWhatWasStored)
+{
+    QProcess client;
+    client.start(QStringLiteral(PROGRAMS "/places"),
+                 {QStringLiteral("--no-start"), QStringLiteral("import"), QStringLiteral("--format"),
+                  QStringLiteral("csv"), QStringLiteral("-")});
+    client.write("name,lat,lon\nA,1,2\n" + times(64 * 1024, "\n"));
+    for (int i = 0; i < 1000 && features(exported()).isEmpty(); ++i)
+        client.waitForBytesWritten(10);
+    // Writes are answered in their order, so the addition is answered too.
+    EXPECT_EQ(places("use 1").status, 0);
+    service.kill();
+    client.write("B,1,2\nC,1,2\n");
+    client.closeWriteChannel();
+    EXPECT_TRUE(client.waitForFinished(60000));
+    EXPECT_EQ(client.exitCode(), 69);
+    EXPECT_EQ(client.readAllStandardOutput(), "1 imported, 0 skipped, 1 failed\n");
+    service.start();
+    EXPECT_EQ(features(exported()).size(), 1);
+}
+
+TEST_F(PlacesTool, AnExportCanBeImportedAndGoesIntoAPipe)
+{
+    EXPECT_EQ(exported(), "{\"type\":\"FeatureCollection\",\"features\":[\n\n]}\n");
+    EXPECT_EQ(places("add A --at 1,2").status, 0);
+    const Outcome documents = places("export --format json");
+    EXPECT_EQ(QByteArray::fromStdString(documents.out).count("\"complete\":true"), 1);
+    EXPECT_EQ(places("import -", QByteArray::fromStdString(documents.out)).out, "0 imported, 1 skipped, 0 failed\n");
+    for (const char *name : {"out.geojson.gz", "out.zip"}) {
+        EXPECT_EQ(places(QStringList{QStringLiteral("export"), service.path(name)}).status, 0) << name;
+        const Outcome outcome = places(QStringList{QStringLiteral("import"), service.path(name)});
+        EXPECT_EQ(outcome.out, "0 imported, 1 skipped, 0 failed\n") << name << outcome.err;
+    }
+    EXPECT_EQ(places("export /no/such/folder/x").status, 1);
+    EXPECT_EQ(places("export x.gpx").status, 2);
+    const QByteArray pipe = service.path("pipe").toLocal8Bit();
+    ASSERT_EQ(::mkfifo(pipe.constData(), 0600), 0);
+    const int end = ::open(pipe.constData(), O_RDWR | O_CLOEXEC);
+    EXPECT_EQ(places(QStringList{QStringLiteral("export"), service.path("pipe")}).status, 0);
+    char byte = 0;
+    EXPECT_EQ(::read(end, &byte, 1), 1) << "a pipe is written to, not replaced";
+    ::close(end);
+}
+
+TEST(PlacesToolAlone, StartsAServiceOfItsOwnWhereNoneRuns)
+{
+    QTemporaryDir home;
+    qputenv("VELA_CHANNEL_DIR", home.filePath(QStringLiteral("none")).toLocal8Bit());
+    qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
+    const Outcome added = places("add Café --at 46.9,7.4");
+    EXPECT_EQ(added.out, "1\n");
+    EXPECT_THAT(added.err, HasSubstr("started one for this command"));
+    EXPECT_THAT(places("find caf").out, HasSubstr("Café"))
+        << "the places are the user's own, whoever starts the service";
+}

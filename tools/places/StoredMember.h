@@ -1,0 +1,17 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "MemberKey.h"
+
+#include <places/Error.h>
+
+#include <memory>
+
+namespace tool
+{
+
+/// Finds the stored place that a member of a file stands for: by its id, else by its name and position. Null when there
+/// is none, and on failure, of which `error` tells. For any thread.
+std::unique_ptr<places::Place> findStoredMember(const MemberKey &key, places::Error::Type &error);
+
+} // namespace tool
