@@ -318,7 +318,8 @@ void addTexts(const Value &properties, Place &place)
     place.setName(name.trimmed().isEmpty() ? QLatin1String(vocabulary::UNNAMED) : name);
     place.setDescription(textMember(properties, vocabulary::DESCRIPTION));
     place.setSource(textMember(properties, vocabulary::SOURCE));
-    for (const QString &tag : read(properties, vocabulary::TAGS, textsOf).value_or(QStringList()))
+    const QStringList tags = read(properties, vocabulary::TAGS, textsOf).value_or(QStringList());
+    for (const QString &tag : tags)
         place.addTag(tag);
     if (read(properties, vocabulary::FAVORITE, flagOf).value_or(false))
         place.addTag(Tags::Favorite);
@@ -326,7 +327,8 @@ void addTexts(const Value &properties, Place &place)
     const std::optional<QStringList> aliases = read(properties, vocabulary::ALIASES, textsOf);
     if (!aliases)
         return;
-    for (const QString &alias : place.aliases())
+    const QStringList ownAliases = place.aliases();
+    for (const QString &alias : ownAliases)
         place.removeAlias(alias);
     for (const QString &alias : *aliases)
         place.addAlias(alias);
@@ -469,7 +471,8 @@ void TextFeature::set(const QString &name, const QString &value)
     Value property = toValue(value);
     if (vocabulary::kinds().value(name) == vocabulary::Kind::Texts) {
         property.SetArray();
-        for (const QString &element : value.split(QLatin1Char(';'))) {
+        const QStringList elements = value.split(QLatin1Char(';'));
+        for (const QString &element : elements) {
             if (const QString text = element.trimmed(); !text.isEmpty())
                 property.PushBack(toValue(text), allocator);
         }
