@@ -70,8 +70,9 @@ public:
 
     QString read()
     {
-        const QString problem =
-            m_rows.next() ? readHeadings() : QStringLiteral("not CSV: the row with the names of the columns is missing");
+        const QString problem = m_rows.next()
+                                    ? readHeadings()
+                                    : QStringLiteral("not CSV: the row with the names of the columns is missing");
         if (!problem.isEmpty() || !m_input.problem().isEmpty())
             return m_input.problem().isEmpty() ? problem : m_input.problem();
         bool goesOn = true;
@@ -221,7 +222,7 @@ private:
                 feature.set(name, values[i]);
         }
         if (readPosition(values, feature, read))
-            feature.read(read);
+            feature.read(m_options, read);
     }
 
     /// True for a column of the position. Coordinates and geometry are used only without a latitude column.
@@ -232,7 +233,7 @@ private:
                || name == QLatin1String(csv::ALTITUDE) || (isWhole && !m_hasLatitude);
     }
 
-    /// Sets the position of the feature. False when the row is no place at a point.
+    /// Sets the position of the feature. False when it cannot be read.
     bool readPosition(const QStringList &values, TextFeature &feature, ReadPlace &read)
     {
         Position position{number(valueOf(values, csv::LONGITUDE)), number(valueOf(values, csv::LATITUDE)),
@@ -243,12 +244,11 @@ private:
             const WellKnownText geometry = readWellKnownText(text);
             position = {geometry.position.value(0), geometry.position.value(1), geometry.position.value(2),
                         geometry.problem};
-            read.kind = m_options.areas ? MemberKind::Place : geometry.kind;
             feature.setGeometry(geometry.json);
         }
         read.problem = position.problem;
         feature.setPosition(position.longitude, position.latitude, position.altitude);
-        return read.problem.isEmpty() && read.kind == MemberKind::Place;
+        return read.problem.isEmpty();
     }
 
     Input &m_input;

@@ -24,7 +24,8 @@ public:
     /// Parses a text into this handler. A number beyond the range of double is an error.
     rapidjson::ParseResult parse(const char *text)
     {
-        constexpr unsigned FLAGS = rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag;
+        constexpr unsigned FLAGS = rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag
+                                   | rapidjson::kParseValidateEncodingFlag;
         rapidjson::StringStream stream(text);
         rapidjson::Reader reader;
         return reader.Parse<FLAGS>(stream, *this);

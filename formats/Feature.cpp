@@ -3,6 +3,8 @@
 #include "Feature.h"
 
 #include "ExactJson.h"
+#include "Geometry.h"
+#include "JsonValue.h"
 #include "Vocabulary.h"
 
 #include <places/Place.h>
@@ -17,7 +19,6 @@
 #include <functional>
 #include <limits>
 #include <optional>
-#include <string_view>
 #include <vector>
 
 namespace formats
@@ -29,39 +30,6 @@ using rapidjson::Value;
 
 namespace
 {
-
-QString textOf(const Value &value)
-{
-    return QString::fromUtf8(value.GetString(), static_cast<int>(value.GetStringLength()));
-}
-
-/// The last member with this name; null when there is none.
-const Value *memberOf(const Value &object, const char *name)
-{
-    if (!object.IsObject())
-        return nullptr;
-    const std::string_view wanted(name);
-    for (auto member = object.MemberEnd(); member != object.MemberBegin();) {
-        --member;
-        if (std::string_view(member->name.GetString(), member->name.GetStringLength()) == wanted)
-            return &member->value;
-    }
-    return nullptr;
-}
-
-/// A string, number or bool, as a text.
-std::optional<QString> scalarOf(const Value &value)
-{
-    if (value.IsString())
-        return textOf(value);
-    if (value.IsInt64())
-        return QString::number(value.GetInt64());
-    if (value.IsNumber())
-        return QString::number(value.GetDouble(), 'g', 17);
-    if (value.IsBool())
-        return value.GetBool() ? QStringLiteral("true") : QStringLiteral("false");
-    return std::nullopt;
-}
 
 std::optional<double> toNumber(const QString &text)
 {
@@ -124,11 +92,6 @@ std::optional<Type> read(const Value &object, const char *name, std::optional<Ty
 {
     const Value *value = memberOf(object, name);
     return value ? readValue(*value) : std::nullopt;
-}
-
-QString textMember(const Value &object, const char *name)
-{
-    return read(object, name, scalarOf).value_or(QString());
 }
 
 /// The objects of an array that contains only objects.
@@ -200,9 +163,9 @@ Address readAddress(const Value &members)
     return address;
 }
 
-Location readLocation(const Value &members, const Value *position, const Value *box)
+/// @param coordinates longitude, latitude and altitude only.
+Location readLocation(const Value &members, Coordinates coordinates, const Value *box)
 {
-    Coordinates coordinates = readPosition(position);
     if (const auto metres = read(members, vocabulary::HORIZONTAL_ACCURACY, accuracyOf))
         coordinates.setHorizontalAccuracy(*metres);
     if (const auto metres = read(members, vocabulary::VERTICAL_ACCURACY, accuracyOf))
@@ -223,7 +186,7 @@ QString addLocations(const Location &shown, const Value &properties, Place &plac
 {
     QList<Location> locations;
     for (const Value *other : objectsMember(properties, vocabulary::OTHER_LOCATIONS))
-        locations.append(readLocation(*other, memberOf(*other, "coordinates"), memberOf(*other, "bbox")));
+        locations.append(readLocation(*other, readPosition(memberOf(*other, "coordinates")), memberOf(*other, "bbox")));
     const int index = read(properties, vocabulary::LOCATION_INDEX, integerOf<int>).value_or(0);
     locations.insert(qBound(0, index, locations.size()), shown);
     for (const Location &location : qAsConst(locations)) {
@@ -331,18 +294,6 @@ void interpret(const Value &feature, const Value &properties, Place &place, Loca
     }
 }
 
-/// Finds the point of a feature; null without a geometry. False when the geometry is not a Point.
-bool findPosition(const Value &feature, const Value *&position)
-{
-    const Value *geometry = memberOf(feature, "geometry");
-    if (!geometry || geometry->IsNull())
-        return true;
-    if (textMember(*geometry, "type") != QLatin1String("Point"))
-        return false;
-    position = memberOf(*geometry, "coordinates");
-    return readPosition(position).isValid();
-}
-
 /// True when a list of the feature that becomes a list of the place has more than MAX_LIST_LENGTH members.
 bool isTooLong(const Value &feature, const Value &properties)
 {
@@ -364,10 +315,12 @@ bool isTooLong(const Value &feature, const Value &properties)
 
 void addTexts(const Value &properties, Place &place)
 {
-    place.setName(textMember(properties, vocabulary::NAME));
+    const QString name = textMember(properties, vocabulary::NAME);
+    place.setName(name.trimmed().isEmpty() ? QLatin1String(vocabulary::UNNAMED) : name);
     place.setDescription(textMember(properties, vocabulary::DESCRIPTION));
     place.setSource(textMember(properties, vocabulary::SOURCE));
-    for (const QString &tag : read(properties, vocabulary::TAGS, textsOf).value_or(QStringList()))
+    const QStringList tags = read(properties, vocabulary::TAGS, textsOf).value_or(QStringList());
+    for (const QString &tag : tags)
         place.addTag(tag);
     if (read(properties, vocabulary::FAVORITE, flagOf).value_or(false))
         place.addTag(Tags::Favorite);
@@ -375,10 +328,57 @@ void addTexts(const Value &properties, Place &place)
     const std::optional<QStringList> aliases = read(properties, vocabulary::ALIASES, textsOf);
     if (!aliases)
         return;
-    for (const QString &alias : place.aliases())
+    const QStringList ownAliases = place.aliases();
+    for (const QString &alias : ownAliases)
         place.removeAlias(alias);
     for (const QString &alias : *aliases)
         place.addAlias(alias);
+}
+
+/// Fills a place from a feature that is not a line or area. Returns why that is not possible.
+QString fillPlace(const Value &feature, const Value &properties, const Geometry &geometry, Place &place)
+{
+    Location location = readLocation(properties, geometry.point, memberOf(feature, "bbox"));
+    if (!location.boundingBox().isValid())
+        location.setBoundingBox(geometry.box);
+    if (!locates(location))
+        return QStringLiteral("it has neither a position nor an address");
+    addTexts(properties, place);
+    place.setPrivate(read(properties, vocabulary::PRIVATE, flagOf).value_or(false));
+    place.setExpiredTime(read(properties, vocabulary::EXPIRY_TIME, integerOf<quint64>).value_or(0));
+    addRecords(properties, place);
+    interpret(feature, properties, place, location);
+    setContactDetails(properties, place);
+    keepForeign(properties, isForeignProperty, vocabulary::FOREIGN_PROPERTIES, place);
+    keepForeign(feature, isForeignMember, vocabulary::FOREIGN_MEMBERS, place);
+    return addLocations(location, properties, place);
+}
+
+/// Fills a place and everything of the result but its place. False when the feature is no place.
+bool fillResult(const Value &feature, const ReadOptions &options, Place &place, ReadPlace &result)
+{
+    static const Value NO_PROPERTIES(rapidjson::kObjectType);
+    const Value *given = memberOf(feature, "properties");
+    const Value &properties = given && given->IsObject() ? *given : NO_PROPERTIES;
+    const QString type = textMember(feature, "type");
+    if (type != QLatin1String("Feature"))
+        result.problem = type.isEmpty() ? QStringLiteral("not a feature")
+                                        : QStringLiteral("not a feature: its type is %1").arg(quoted(type));
+    else if (isTooLong(feature, properties))
+        result.problem = QStringLiteral("a list of more than %1 members").arg(MAX_LIST_LENGTH);
+    if (!result.problem.isEmpty())
+        return false;
+    const Value *shape = memberOf(feature, "geometry");
+    const Geometry geometry = shape ? readGeometry(*shape, options.areas) : Geometry();
+    result.id = textMember(feature, "id");
+    result.kind = geometry.kind;
+    result.problem = geometry.problem;
+    result.losses += geometry.losses;
+    if (result.kind == MemberKind::Place && result.problem.isEmpty()) {
+        result.problem = fillPlace(feature, properties, geometry, place);
+        return result.problem.isEmpty();
+    }
+    return false;
 }
 
 } // namespace
@@ -420,33 +420,18 @@ void changePointOfInterest(Place &place, const std::function<void(PointOfInteres
     place.replaceAuxiliaryData(index, poi);
 }
 
+void readFeature(const Value &feature, const ReadOptions &options, ReadPlace &result)
+{
+    auto place = std::make_unique<Place>();
+    if (fillResult(feature, options, *place, result))
+        result.place = std::move(place);
+}
+
 QString readFeature(const Value &feature, Place &place)
 {
-    if (textMember(feature, "type") != QLatin1String("Feature"))
-        return QStringLiteral("not a feature");
-    static const Value NO_PROPERTIES(rapidjson::kObjectType);
-    const Value *given = memberOf(feature, "properties");
-    const Value &properties = given && given->IsObject() ? *given : NO_PROPERTIES;
-    if (isTooLong(feature, properties))
-        return QStringLiteral("a list of more than %1 members").arg(MAX_LIST_LENGTH);
-    const Value *position = nullptr;
-    if (!findPosition(feature, position))
-        return QStringLiteral("no point on the Earth");
-    Location location = readLocation(properties, position, memberOf(feature, "bbox"));
-    if (!locates(location))
-        return QStringLiteral("no point on the Earth");
-    if (textMember(properties, vocabulary::NAME).trimmed().isEmpty())
-        return QStringLiteral("no name");
-
-    addTexts(properties, place);
-    place.setPrivate(read(properties, vocabulary::PRIVATE, flagOf).value_or(false));
-    place.setExpiredTime(read(properties, vocabulary::EXPIRY_TIME, integerOf<quint64>).value_or(0));
-    addRecords(properties, place);
-    interpret(feature, properties, place, location);
-    setContactDetails(properties, place);
-    keepForeign(properties, isForeignProperty, vocabulary::FOREIGN_PROPERTIES, place);
-    keepForeign(feature, isForeignMember, vocabulary::FOREIGN_MEMBERS, place);
-    return addLocations(location, properties, place);
+    ReadPlace result;
+    const bool isPlace = fillResult(feature, {}, place, result);
+    return isPlace || !result.problem.isEmpty() ? result.problem : QStringLiteral("its geometry is a line or an area");
 }
 
 // ----------------------------------------------------------------------------------------------------- TextFeature
@@ -484,17 +469,14 @@ void TextFeature::setPosition(const QString &longitude, const QString &latitude,
         return;
     auto &allocator = m_feature.GetAllocator();
     Value coordinates(rapidjson::kArrayType);
-    const auto append = [&](const char *what, const QString &text) {
+    const auto append = [&](const QString &text) {
         const std::optional<double> number = toNumber(text);
-        if (!number && m_problem.isEmpty())
-            m_problem = text.isEmpty() ? QStringLiteral("no %1").arg(QLatin1String(what))
-                                       : QStringLiteral("%1 \"%2\" is not a number").arg(QLatin1String(what), text);
-        coordinates.PushBack(number ? Value(*number) : Value(), allocator);
+        coordinates.PushBack(number ? Value(*number) : toValue(text), allocator);
     };
-    append("longitude", longitude);
-    append("latitude", latitude);
+    append(longitude);
+    append(latitude);
     if (!altitude.isEmpty())
-        append("altitude", altitude);
+        append(altitude);
     Value geometry(rapidjson::kObjectType);
     geometry.AddMember("type", "Point", allocator);
     geometry.AddMember("coordinates", coordinates, allocator);
@@ -550,19 +532,9 @@ void TextFeature::set(const QString &name, const QString &value)
     replace(m_feature["properties"], name, value);
 }
 
-void TextFeature::setDefaultName()
+void TextFeature::read(const ReadOptions &options, ReadPlace &read) const
 {
-    if (!memberOf(m_feature["properties"], vocabulary::NAME))
-        set(QLatin1String(vocabulary::NAME), QLatin1String(vocabulary::UNNAMED));
-}
-
-void TextFeature::read(ReadPlace &read) const
-{
-    auto place = std::make_unique<Place>();
-    read.id = textMember(m_feature, vocabulary::ID);
-    read.problem = m_problem.isEmpty() ? readFeature(m_feature, *place) : m_problem;
-    if (read.problem.isEmpty())
-        read.place = std::move(place);
+    readFeature(m_feature, options, read);
 }
 
 void TextFeature::replace(Value &object, const QString &name, const QString &text)

@@ -44,8 +44,11 @@ bool isForeignMember(const QString &name, const rapidjson::Value &value);
 void changePointOfInterest(vela::platform::places::Place &place,
                            const std::function<void(vela::platform::places::PointOfInterestAuxiliaryData &)> &change);
 
-/// Fills a new place from a GeoJSON feature, nested at most MAX_DEPTH deep. Returns the error, after which the content
-/// of the place is undefined; empty on success.
+/// Reads a GeoJSON feature, nested at most MAX_DEPTH deep, into the place, problem, kind, id and losses of `result`. A
+/// feature without a name becomes a place with the default name.
+void readFeature(const rapidjson::Value &feature, const ReadOptions &options, ReadPlace &result);
+/// The same into a new place, without options. Returns why the feature is no place; the place is then undefined. Empty
+/// on success.
 QString readFeature(const rapidjson::Value &feature, vela::platform::places::Place &place);
 
 /// A feature built from texts, for text-only formats. Empty texts are unset values, except that an empty text for a
@@ -57,23 +60,20 @@ public:
     explicit TextFeature(KeepText keep = nullptr);
 
     /// Sets the position: degrees and metres as decimal numbers. Without effect when longitude and latitude are empty.
-    /// An invalid number makes read() fail.
+    /// Other texts are reported by read().
     void setPosition(const QString &longitude, const QString &latitude, const QString &altitude = {});
     /// Sets a geometry other than a point. `json` is a GeoJSON geometry; invalid JSON has no effect.
     void setGeometry(const QByteArray &json);
     /// Sets all that FlatFeature::rest() returned; call it before the other setters. A value of the rest is kept when
-    /// a setter gives the same text for it. False when `json` is not an object nested at most MAX_DEPTH deep, with at most
-    /// MAX_LIST_LENGTH properties.
+    /// a setter gives the same text for it. False when `json` is not an object nested at most MAX_DEPTH deep, with at
+    /// most MAX_LIST_LENGTH properties.
     bool setRest(const QString &json);
     /// Sets the id of the feature.
     void setId(const QString &id);
     /// Sets a property by its GeoJSON name, unless it is set already. The text of a list is read by splitList().
     void set(const QString &name, const QString &value);
-    /// Sets the name that a places service uses for a place without a name, unless there is one.
-    void setDefaultName();
-
-    /// Sets the place and the id of `read`, or its problem.
-    void read(ReadPlace &read) const;
+    /// Reads the feature, as readFeature() does.
+    void read(const ReadOptions &options, ReadPlace &read) const;
 
 private:
     rapidjson::Value toValue(const QString &text);
@@ -86,7 +86,6 @@ private:
     rapidjson::Document m_feature{rapidjson::kObjectType};
     QSet<QString> m_names;
     QSet<QString> m_restNames; ///< Properties of the rest.
-    QString m_problem; ///< Of the position.
 };
 
 } // namespace formats

@@ -5,6 +5,7 @@
 #include "ExactJson.h"
 #include "Feature.h"
 #include "GeoJsonWriter.h"
+#include "JsonValue.h"
 #include "Vocabulary.h"
 
 #include <places/Place.h>
@@ -26,11 +27,6 @@ using vocabulary::Kind;
 
 namespace
 {
-
-QString textOf(const Value &text)
-{
-    return QString::fromUtf8(text.GetString(), static_cast<int>(text.GetStringLength()));
-}
 
 template <typename Object>
 auto find(Object &object, const QString &name)

@@ -53,7 +53,7 @@ void setExtensions(const XmlMember &waypoint, TextFeature &feature)
     }
 }
 
-void readWaypoint(const XmlMember &waypoint, const ReadOptions & /*options*/, ReadPlace &read)
+void readWaypoint(const XmlMember &waypoint, const ReadOptions &options, ReadPlace &read)
 {
     TextFeature feature(toXmlText);
     feature.setRest(waypoint.value(qPrintable(
@@ -64,8 +64,7 @@ void readWaypoint(const XmlMember &waypoint, const ReadOptions & /*options*/, Re
             feature.set(property, field.value);
     }
     setExtensions(waypoint, feature);
-    feature.setDefaultName();
-    feature.read(read);
+    feature.read(options, read);
 }
 
 } // namespace

@@ -37,19 +37,21 @@ public:
         else if (name == QLatin1String("Polygon"))
             takePolygon();
         else if (name == QLatin1String("LineString") || name == QLatin1String("LinearRing"))
-            takeLine(MemberKind::Line);
+            takeLine();
         else if (name == QLatin1String("gx:Track"))
-            takeLine(MemberKind::Track);
+            takeTrack();
         else if (name == QLatin1String("Model"))
-            m_result.unreadable = QStringLiteral("its geometry is a Model; places are points");
+            m_result.problem = QStringLiteral("its geometry is a Model; places are points");
     }
 
     KmlGeometry result()
     {
-        if (m_parts.size() == 1)
-            m_result.json = m_parts.first();
-        else if (!m_parts.isEmpty())
+        if (m_parts.size() != 1 || m_result.position.isEmpty())
+            m_result.position.clear();
+        if (m_parts.size() > 1)
             m_result.json = R"({"type":"GeometryCollection","geometries":[)" + m_parts.join(',') + "]}";
+        else if (m_result.position.isEmpty())
+            m_result.json = m_parts.join();
         return m_result;
     }
 
@@ -60,26 +62,25 @@ private:
         // In all other modes, the default included, the altitude has no effect.
         if (!std::exchange(m_isAbsolute, false))
             position = position.mid(0, 2);
-        for (QString &number : position)
-            number = number.trimmed();
+        for (QString &text : position)
+            text = text.trimmed();
         m_result.position = position;
-        ++m_result.points;
-        m_parts.append(R"({"type":"Point","coordinates":[)" + position.mid(0, 2).join(QLatin1Char(',')).toUtf8()
-                       + "]}");
+        m_parts.append(R"({"type":"Point","coordinates":[)" + number(position.value(0)) + ','
+                       + number(position.value(1)) + "]}");
     }
 
-    void takeLine(MemberKind kind)
+    void takeLine() { m_parts.append(R"({"type":"LineString","coordinates":)" + takePositions() + '}'); }
+
+    void takeTrack()
     {
-        m_parts.append(R"({"type":"LineString","coordinates":)" + takePositions() + '}');
-        if (m_result.kind == MemberKind::Place || kind == MemberKind::Track)
-            m_result.kind = m_result.kind == MemberKind::Area ? MemberKind::Area : kind;
+        takeLine();
+        m_result.isTrack = true;
     }
 
     void takePolygon()
     {
         m_parts.append(R"({"type":"Polygon","coordinates":[)" + m_rings.join(',') + "]}");
         m_rings.clear();
-        m_result.kind = MemberKind::Area;
     }
 
     /// The positions as a GeoJSON list, without altitudes.
@@ -90,20 +91,20 @@ private:
         for (const QString &text : std::exchange(m_coordinates, {}).split(SPACE, Qt::SkipEmptyParts)) {
             const QStringList numbers = text.split(QLatin1Char(','));
             const QByteArray position = number(numbers.value(0)) + ',' + number(numbers.value(1));
-            if (position.startsWith(',') || position.endsWith(','))
-                m_result.unreadable = QStringLiteral("\"%1\" is not a position").arg(text.left(80));
+            if (position.contains("null"))
+                m_result.problem = QStringLiteral("\"%1\" is not a position").arg(text.left(80));
             positions.append('[' + position + ']');
         }
         m_isAbsolute = false;
         return '[' + positions.join(',') + ']';
     }
 
-    /// A number as JSON; empty when the text is no number.
+    /// A number as JSON, null when the text is no number.
     static QByteArray number(const QString &text)
     {
         bool isNumber = false;
         const double number = text.toDouble(&isNumber);
-        return isNumber && std::isfinite(number) ? QByteArray::number(number, 'g', 17) : QByteArray();
+        return isNumber && std::isfinite(number) ? QByteArray::number(number, 'g', 17) : QByteArrayLiteral("null");
     }
 
     KmlGeometry m_result;

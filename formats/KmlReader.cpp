@@ -70,7 +70,6 @@ TextFeature featureOf(const XmlMember &placemark)
         if (each.name != QLatin1String(vocabulary::REST) || each.value != rest)
             feature.set(each.name, each.value);
     }
-    feature.setDefaultName();
     return feature;
 }
 
@@ -89,25 +88,15 @@ void addFolders(const QStringList &folders, Place &place)
 void readPlacemark(const XmlMember &placemark, const ReadOptions &options, ReadPlace &read)
 {
     const KmlGeometry geometry = readKmlGeometry(placemark);
-    if (!geometry.unreadable.isEmpty()) {
-        read.problem = geometry.unreadable;
+    read.problem = geometry.problem;
+    if (!read.problem.isEmpty())
         return;
-    }
-    if (geometry.kind == MemberKind::Place && geometry.points > 1) {
-        read.problem = QStringLiteral("its geometry is %1 points; a place has one").arg(geometry.points);
-        return;
-    }
-    if (geometry.kind != MemberKind::Place && !options.areas) {
-        read.kind = geometry.kind;
-        read.id = placemark.value("@id");
-        return;
-    }
     TextFeature feature = featureOf(placemark);
-    if (geometry.kind == MemberKind::Place)
-        feature.setPosition(geometry.position.value(0), geometry.position.value(1), geometry.position.value(2));
-    else
-        feature.setGeometry(geometry.json);
-    feature.read(read);
+    feature.setGeometry(geometry.json);
+    feature.setPosition(geometry.position.value(0), geometry.position.value(1), geometry.position.value(2));
+    feature.read(options, read);
+    if (read.kind == MemberKind::Line && geometry.isTrack)
+        read.kind = MemberKind::Track;
     if (read.place)
         addFolders(placemark.folders, *read.place);
 }

@@ -54,7 +54,7 @@ public:
     [[nodiscard]] QString note() const;
     /// The identifier that the card gives itself; empty when it has none.
     [[nodiscard]] QString uid() const;
-    /// The texts of all lines of a property that is a list.
+    /// The texts of a property that is a list, of all its lines, each once.
     [[nodiscard]] QStringList texts(const char *property) const;
     /// Its addresses that say something; without any, its position. An only address has the position of its card when
     /// it has none of its own.
@@ -67,7 +67,7 @@ private:
     QVector<VCardLine> m_lines;
 };
 
-/// The text of an escaped value, or of an escaped parameter (RFC 6868).
+/// The text of an escaped value.
 QString unescaped(const QByteArray &value);
 
 } // namespace formats

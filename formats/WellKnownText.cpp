@@ -14,12 +14,11 @@ constexpr struct
 {
     const char *name; ///< Well-known text, in capitals.
     const char *type; ///< GeoJSON.
-    MemberKind kind;
 } GEOMETRIES[] = {
-    {"LINESTRING", "LineString", MemberKind::Line},
-    {"MULTILINESTRING", "MultiLineString", MemberKind::Line},
-    {"POLYGON", "Polygon", MemberKind::Area},
-    {"MULTIPOLYGON", "MultiPolygon", MemberKind::Area},
+    {"LINESTRING", "LineString"},
+    {"MULTILINESTRING", "MultiLineString"},
+    {"POLYGON", "Polygon"},
+    {"MULTIPOLYGON", "MultiPolygon"},
 };
 
 /// The positions of a text as a GeoJSON list: it has the same structure with other brackets.
@@ -49,7 +48,6 @@ WellKnownText readWellKnownText(const QString &text)
     for (const auto &geometry : GEOMETRIES) {
         if (name != QLatin1String(geometry.name))
             continue;
-        result.kind = geometry.kind;
         result.json =
             QByteArray(R"({"type":")") + geometry.type + R"(","coordinates":)" + toLists(match.captured(2)) + '}';
         return result;

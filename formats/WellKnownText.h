@@ -1,7 +1,8 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "PlaceReader.h"
+#include <QtCore/QByteArray>
+#include <QtCore/QStringList>
 
 namespace formats
 {
@@ -10,9 +11,8 @@ namespace formats
 struct WellKnownText
 {
     QStringList position = {}; ///< A point: longitude, latitude and optional altitude.
-    MemberKind kind = MemberKind::Place;
-    QByteArray json = {}; ///< A line or area as GeoJSON.
-    QString problem = {}; ///< Why the text is no geometry; empty when it is one.
+    QByteArray json = {};      ///< Another geometry as GeoJSON.
+    QString problem = {};      ///< Why the text is no geometry; empty when it is one.
 };
 
 WellKnownText readWellKnownText(const QString &text);

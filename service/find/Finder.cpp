@@ -189,7 +189,8 @@ std::vector<FoundPlace> Finder::localPlaces(const Rule &leaf, ReturnCode &code)
     std::vector<FoundPlace> places;
     const SourceKind kind = sourceKindOf(leaf);
     if (kind == SourceKind::SearchTerms && !m_external) {
-        for (const QString &term : m_store.recentTerms(leaf.text))
+        const QStringList terms = m_store.recentTerms(leaf.text);
+        for (const QString &term : terms)
             places.push_back(placeOf(term));
     }
     if (asksContacts(leaf)) {

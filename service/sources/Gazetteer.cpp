@@ -410,7 +410,8 @@ void Gazetteer::readFile(const std::string &path, SQLite::Database &database)
     int skipped = 0;
     const QString problem = formats::readGeoJson(input, {}, [&](const formats::ReadPlace &read) {
         ++count;
-        if (read.place && read.place->hasCoordinates())
+        const bool hasName = read.place && read.place->name() != QLatin1String(formats::vocabulary::UNNAMED);
+        if (hasName && read.place->hasCoordinates())
             take(statements, ++last, *read.place, QStringLiteral("%1#%2").arg(name).arg(count));
         else
             ++skipped;
@@ -419,7 +420,7 @@ void Gazetteer::readFile(const std::string &path, SQLite::Database &database)
     if (!problem.isEmpty())
         logError("the gazetteer's file %s: %s", path.c_str(), qUtf8Printable(problem));
     if (skipped > 0)
-        logError("the gazetteer's file %s: %d features have no position or are no places; they are left out",
+        logError("the gazetteer's file %s: %d features have no position or no name, or are no places; they are left out",
                  path.c_str(), skipped);
 }
 

@@ -12,19 +12,19 @@
 #include <vector>
 
 /// What a format's reader hands out.
-struct ReadFile
+struct FormatFile
 {
     std::vector<formats::ReadPlace> members;
     QStringList notes;
     QString problem;
 };
 
-inline ReadFile readFile(const char *format, const QByteArray &bytes, formats::ReadOptions options = {})
+inline FormatFile readFile(const char *format, const QByteArray &bytes, formats::ReadOptions options = {})
 {
     QTemporaryFile file;
     EXPECT_TRUE(file.open() && file.write(bytes) == bytes.size() && file.flush());
     formats::Input input(file.fileName());
-    ReadFile read;
+    FormatFile read;
     options.note = [&](const QString &note) { read.notes.append(note); };
     read.problem = formats::formatByName(QLatin1String(format))->read(input, options, [&](formats::ReadPlace member) {
         read.members.push_back(std::move(member));

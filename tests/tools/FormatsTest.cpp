@@ -153,7 +153,7 @@ PlacePointer throughGeoJson(const PlacePointer &place)
 template <const char *FORMAT>
 PlacePointer throughFile(const PlacePointer &place)
 {
-    ReadFile read = readFile(FORMAT, writeFile(FORMAT, {place.get()}));
+    FormatFile read = readFile(FORMAT, writeFile(FORMAT, {place.get()}));
     EXPECT_EQ(read.members.size(), 1U);
     EXPECT_EQ(read.problem + read.members.at(0).problem, QString());
     return std::move(read.members.at(0).place);

@@ -241,7 +241,7 @@ TEST_F(PlacesTool, ProblemsComeInTheOrderOfTheFile)
         rows += (isRefused ? times(5000, "x") : QByteArray("A")) + (isNowhere ? ",91,2\n" : ",1,2\n");
         if (isNowhere || isRefused)
             problems += "row " + QByteArray::number(row)
-                        + (isNowhere ? ": no point on the Earth\n"
+                        + (isNowhere ? ": latitude 91 is beyond 90; are longitude and latitude swapped?\n"
                                      : ": more than the places service allows: a text of the place has more than 4096 "
                                        "UTF-16 units (descriptions and values of properties: 262144), or one of its "
                                        "lists more than 1000 members\n");

@@ -47,10 +47,12 @@ QString describe(const ReadPlace &read)
                 .arg(position.altitude());
     for (int i = 0; i < read.place->tagCount(); ++i)
         text += QStringLiteral(" #") + read.place->tag(i);
+    for (const QString &loss : read.losses)
+        text += QStringLiteral(" without: ") + loss;
     return read.id.isEmpty() ? text : text + QStringLiteral(" id ") + read.id;
 }
 
-std::string describe(const ReadFile &file)
+std::string describe(const FormatFile &file)
 {
     QStringList lines;
     for (const ReadPlace &member : file.members)
@@ -68,6 +70,8 @@ TEST(TextFormatsTest, EveryMemberIsHandedOutWithWhatWasFound)
     formats::ReadOptions columns;
     columns.columns = {{QStringLiteral("a"), QStringLiteral("name")},
                        {QStringLiteral("b"), QStringLiteral("latitude")}};
+    formats::ReadOptions areas;
+    areas.areas = true;
     const struct
     {
         const char *format;
@@ -76,12 +80,12 @@ TEST(TextFormatsTest, EveryMemberIsHandedOutWithWhatWasFound)
         formats::ReadOptions options = {};
     } cases[] = {
         {"gpx",
-         R"(<gpx><wpt lat="1" lon="2"/><wpt lat="x" lon="2"><name>B</name></wpt><wpt lat="1"><name>C</name></wpt>
+         R"(<gpx><wpt lat="1" lon="2"><ele>high</ele></wpt><wpt lat="x" lon="2"><name>B</name></wpt><wpt lat="1"><name>C</name></wpt>
 <rte><name>Down the hill</name><rtept lat="0" lon="0"><name>no</name></rtept></rte>
 <trk><trkseg><trkpt lat="0" lon="0"><name>no</name></trkpt></trkseg><name>T</name></trk><trk/></gpx>)",
-         "waypoint 1, line 1: Unnamed Place at 1,2,nan\n"
+         "waypoint 1, line 1: Unnamed Place at 1,2,nan without: altitude \"high\" is not a number\n"
          "waypoint 2, line 1: latitude \"x\" is not a number\n"
-         "waypoint 3, line 1: no longitude\n"
+         "waypoint 3, line 1: longitude \"\" is not a number\n"
          "route 1 \"Down the hill\", line 2: a route\n"
          "track 1 \"T\", line 3: a track\n"
          "track 2, line 3: a track"},
@@ -100,10 +104,16 @@ TEST(TextFormatsTest, EveryMemberIsHandedOutWithWhatWasFound)
          "placemark 3, line 4: a line\n"
          "placemark 4, line 5: an area\n"
          "placemark 5, line 6: a track\n"
-         "placemark 6, line 7: its geometry is 2 points; a place has one\n"
+         "placemark 6, line 7: its geometry has 2 points; a place has one (--areas takes the first)\n"
          "placemark 7, line 8: \"a,1\" is not a position\n"
          "network link 1, line 9: links to other files are not followed; import what it leads to: "
          "http://a.example/b.kml"},
+        {"kml",
+         "<kml><Placemark><name>A</name><Polygon><outerBoundaryIs><LinearRing><coordinates>0,0 2,0 2,2 0,2 0,0"
+         "</coordinates></LinearRing></outerBoundaryIs></Polygon></Placemark></kml>",
+         "placemark 1, line 1: A at 1,1,nan", areas},
+        {"csv", "name;wkt\nA;POLYGON((0 0, 2 0, 2 2, 0 2, 0 0))\n",
+         "row 2: A at 1,1,nan\nsemicolons; columns: geometry from wkt", areas},
         {"csv", "Title;Y;X;Tags;when\nA;47,5;8,25;a\\;b; c\nB;1;2;;\n",
          "row 2: 6 fields instead of 5\n"
          "row 3: B at 1,2,nan\n"
@@ -116,7 +126,7 @@ TEST(TextFormatsTest, EveryMemberIsHandedOutWithWhatWasFound)
          "row 2: A at 1,2,3 id 7\n"
          "row 3: a line\n"
          "row 4: geometry \"CIRCLE\" is not a point such as POINT(8.54 47.37)\n"
-         "row 5: no point on the Earth\n"
+         "row 5: it has neither a position nor an address\n"
          "pipes; columns as named"},
         {"csv", "name,coordinates,title\nA,\"1.5, 2\",t\nB,\"1\",t\n",
          "row 2: A at 1.5,2,nan\n"
@@ -169,7 +179,7 @@ TEST(TextFormatsTest, APlaceComesBackFromItsFileWhateverItHolds)
     for (const char *format : {"gpx", "kml", "kmz", "csv"}) {
         for (const QByteArray &feature : features) {
             const auto place = placeOf(feature);
-            const ReadFile read = readFile(format, writeFile(format, {place.get()}));
+            const FormatFile read = readFile(format, writeFile(format, {place.get()}));
             ASSERT_EQ(read.members.size(), 1U) << format;
             ASSERT_TRUE(read.members[0].place) << describe(read);
             EXPECT_EQ(formats::toGeoJsonFeature(*read.members[0].place), formats::toGeoJsonFeature(*place)) << format;
@@ -187,7 +197,7 @@ TEST(TextFormatsTest, WhatAPersonChangesInAFileCountsMoreThanTheRest)
             .replace("A\x01,", "New,")
             .replace(">a<", ">b; c<")
             .replace(",\"a \",", ",b; c,");
-        const ReadFile read = readFile(format, bytes);
+        const FormatFile read = readFile(format, bytes);
         EXPECT_THAT(describe(read), HasSubstr("New at 1,2,nan #b #c")) << format << bytes.constData();
     }
 }
