@@ -4,8 +4,8 @@
 
 #include "CsvColumns.h"
 #include "CsvRows.h"
-#include "Feature.h"
 #include "Input.h"
+#include "TextFeature.h"
 #include "Vocabulary.h"
 #include "WellKnownText.h"
 

@@ -2,8 +2,8 @@
 
 #include "GpxReader.h"
 
-#include "Feature.h"
 #include "Gpx.h"
+#include "TextFeature.h"
 #include "XmlReader.h"
 #include "XmlText.h"
 

@@ -3,6 +3,7 @@
 
 #include <QtCore/QString>
 
+#include <cmath>
 #include <optional>
 #include <string_view>
 
@@ -54,6 +55,14 @@ inline QString textMember(const rapidjson::Value &object, const char *name)
 {
     const rapidjson::Value *value = memberOf(object, name);
     return value ? scalarOf(*value).value_or(QString()) : QString();
+}
+
+/// The finite number in a text; std::nullopt for any other text.
+inline std::optional<double> toNumber(const QString &text)
+{
+    bool isNumber = false;
+    const double number = text.toDouble(&isNumber);
+    return isNumber && std::isfinite(number) ? std::optional(number) : std::nullopt;
 }
 
 } // namespace formats

@@ -2,10 +2,10 @@
 
 #include "KmlReader.h"
 
-#include "Feature.h"
 #include "HtmlText.h"
 #include "KmlGeometry.h"
 #include "KmlText.h"
+#include "TextFeature.h"
 #include "Vocabulary.h"
 #include "XmlReader.h"
 #include "XmlText.h"
