@@ -72,13 +72,13 @@ TEST_F(TransportTest, AReplyThatFillsTheBufferIsTakenAtOnceAndALongerOneFetched)
 {
     const Fields body = {text(std::string(400, 'x'))};
     const int size = 8 + 4 + 400;
-    channel.answer(9, body);
+    channel.answer(MessageType::GetTags, body);
     EXPECT_EQ(send(size), ReturnCode::Success);
     EXPECT_EQ(channel.pendingFetches(), 0);
 
     for (const int capacity : {size - 1, 100, 0}) {
         std::string text;
-        channel.answer(9, body);
+        channel.answer(MessageType::GetTags, body);
         EXPECT_EQ(send(capacity), ReturnCode::Success) << capacity;
         EXPECT_TRUE(reply.decodeString(text));
         EXPECT_EQ(text.size(), 400U);
@@ -90,13 +90,13 @@ TEST_F(TransportTest, WhatIsNoReplyIsAFailure)
 {
     for (const int length : {0x7fffffff, 64 * 1024 * 1024 + 1, 5000}) {
         channel.claimLength(length);
-        channel.answer(9);
+        channel.answer(MessageType::GetTags);
         EXPECT_EQ(send(), ReturnCode::TransportFailed) << length;
     }
     EXPECT_EQ(channel.pendingFetches(), 1) << "no memory is taken for what is beyond the bound";
     channel.claimLength(-1);
     for (std::size_t cut = 0; cut < 8; ++cut) {
-        channel.answerBytes(message({i32(0), i32(265)}).substr(0, cut));
+        channel.answerBytes(FakeChannel::reply(MessageType::GetTags).substr(0, cut));
         EXPECT_EQ(send(), ReturnCode::TransportFailed) << cut;
     }
     channel.breakExchange(5);
@@ -107,11 +107,11 @@ TEST_F(TransportTest, WhatIsNoReplyIsAFailure)
 TEST_F(TransportTest, AnOverridingNameIsOpenedInTheServicesStead)
 {
     ClientProtocol::OVERIDED_CSM_NAME = "places.test";
-    channel.answer(9);
+    channel.answer(MessageType::GetTags);
     send();
     ClientProtocol::OVERIDED_CSM_NAME.clear();
     EXPECT_EQ(channel.openedNames().back(), "places.test");
-    channel.answer(9);
+    channel.answer(MessageType::GetTags);
     send();
     EXPECT_THAT(channel.openedNames().back(), testing::StartsWith("places"));
     EXPECT_NE(channel.openedNames().back(), "places.test");
