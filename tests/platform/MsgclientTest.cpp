@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <numeric>
 #include <thread>
 #include <vector>
 
@@ -100,6 +101,19 @@ private:
 
 } // namespace
 
+TEST_F(MsgclientTest, FindsItsFolderByTheEnvironment)
+{
+    uid_t owner = 0;
+    EXPECT_TRUE(channel::isFolderTrusted(owner));
+    EXPECT_EQ(owner, ::geteuid());
+    ::setenv("XDG_RUNTIME_DIR", "/tmp/none", 1);
+    ::setenv("VELA_CHANNEL_DIR", "", 1);
+    EXPECT_EQ(channel::folder(), "/tmp/none/vela");
+    EXPECT_FALSE(channel::isFolderTrusted(owner));
+    ::unsetenv("XDG_RUNTIME_DIR");
+    EXPECT_EQ(channel::folder(), "/run/vela");
+}
+
 TEST_F(MsgclientTest, NobodyListeningIsNoSuchChannel)
 {
     EXPECT_EQ(msgclient_open("test", 0, 2), nullptr);
@@ -185,7 +199,8 @@ TEST_F(MsgclientTest, OneHandleCarriesSeveralExchanges)
 
 TEST_F(MsgclientTest, AReplyThatDoesNotFitStaysPendingUntilItIsTaken)
 {
-    const std::string large(300000, 'x');
+    std::string large(300000, ' ');
+    std::iota(large.begin(), large.end(), '\0');
     serve([&](int fd) {
         takeRequest(fd);
         reply(fd, large);
@@ -294,6 +309,9 @@ TEST_F(MsgclientTest, AServerThatTakesARequestInDribsAndDrabsDoesNotHoldUpItsCli
                                       start + std::chrono::milliseconds(200)));
     EXPECT_EQ(errno, ETIMEDOUT);
     EXPECT_LT(channel::Clock::now() - start, std::chrono::seconds(3)) << "all of it would take five";
+    char byte = 0;
+    EXPECT_FALSE(channel::receiveAll(client.get(), &byte, 1, channel::Clock::now() + std::chrono::milliseconds(20)));
+    EXPECT_EQ(errno, ETIMEDOUT) << "nor does one that says nothing";
     ::shutdown(client.get(), SHUT_RDWR);
     reader.join();
 }
