@@ -128,6 +128,9 @@ TEST(WireBuffer, ReadsThatCannotBeAreRefusedAndChangeNothing)
         EXPECT_FALSE(load(decoder, row.bytes).decodeString(text)) << row.name;
         EXPECT_EQ(text, "before") << row.name;
     }
+    int value = 7;
+    EXPECT_FALSE(PlacesBaseDecoder(nullptr, 4).decode(value));
+    EXPECT_EQ(value, 7);
 }
 
 TEST(WireBuffer, EveryFillByteHasToBeRight)

@@ -7,9 +7,11 @@
 
 #include <gmock/gmock.h>
 
+#include <QtCore/QDir>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
+#include <QtCore/QRegularExpression>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -90,69 +92,28 @@ TEST_F(PlacesTool, APlaceGoesThroughItsWholeLife)
     EXPECT_EQ(places("--json find").out, "{\"type\":\"FeatureCollection\",\"hasMore\":false,\"features\":[]}\n");
 }
 
-TEST_F(PlacesTool, EveryWayOfGoingWrongHasItsStatusAndSaysWhy)
+/// data/session.txt is what a terminal shows: a command behind "$ ", its output, its errors, its exit status.
+TEST_F(PlacesTool, AnswersEveryCommandAsInTheSession)
 {
-    const struct
-    {
-        const char *arguments;
-        int status;
-        const char *says;
-    } cases[] = {
-        {"show 99", 1, "places: place 99: there is no such place: no place has the id 99\n"},
-        {"show", 2, "PLACE"},
-        {"near 91,0", 2, "not a position"},
-        {"add X", 2, "needs a position"},
-        {"fav 010", 1, "place 10: there is no such place"},
-        {"find --limit 9999999999", 2, "not a whole number from 0 to 2147483647: 9999999999"},
-        {"update 1 --name \u00a0", 2, "more than blanks"},
-        {"import /no/such.geojson", 1, "No such file"},
-        {"fly", 2, ""},
-        {"search z --group everything", 2, "everything"},
-        {"search --as-you-type", 1, "Search: "},
-        {"show 99 --aux", 1, "place 99"},
-        {"restore nothing.db", 1, "places: restore: the backup was not restored: /"},
-        {"restore nothing.db", 1, "/nothing.db cannot be opened by the service: No such file"},
-        {"backup /dev/null", 1, "backup: the backup was not made: /dev/null is no regular file"},
-        {"find --limit 99999", 1, "a page has at most 10000 places"},
-    };
-    for (const auto &row : cases) {
-        const Outcome outcome = places(row.arguments);
-        EXPECT_EQ(outcome.status, row.status) << row.arguments;
-        EXPECT_THAT(outcome.err, HasSubstr(row.says)) << row.arguments;
-        EXPECT_EQ(outcome.out, outcome.status == 1 && QByteArray(row.arguments).startsWith("import")
-                                   ? "0 imported, 0 skipped, 0 failed\n"
-                                   : "")
-            << row.arguments;
+    files::write(service.path("in.csv"), "name,lat,lon\nA,91,2\n");
+    const QString folder = service.path("in.csv").chopped(6);
+    const QString session = QString::fromUtf8(files::bytesOf(QStringLiteral(SOURCES "/tests/tools/data/session.txt")));
+    QString seen;
+    for (const QString &line : session.split(QLatin1Char('\n'))) {
+        if (!line.startsWith(QLatin1String("$ ")))
+            continue;
+        const QString arguments = line.mid(2).replace(QLatin1String("FOLDER/"), folder);
+        const Outcome outcome = places(arguments.split(QLatin1Char(' ')));
+        seen += QStringLiteral("%1\n%2%3[%4]\n")
+                    .arg(line, QString::fromStdString(outcome.out), QString::fromStdString(outcome.err),
+                         QString::number(outcome.status));
     }
+    seen.replace(folder, QStringLiteral("FOLDER/")).replace(QDir::currentPath(), QStringLiteral("HERE"));
+    seen.replace(QRegularExpression(QStringLiteral("(?<=Time\":)[1-9]\\d*")), QStringLiteral("TIME"));
+    EXPECT_EQ(seen.toStdString(), session.toStdString());
     EXPECT_EQ(places(QStringList{QStringLiteral("add"), QStringLiteral(" "), QStringLiteral("--at=1,2")}).status, 2);
     service.kill();
     EXPECT_EQ(places("--no-start tags").status, 69);
-}
-
-TEST_F(PlacesTool, ALimitOfNoneIsNotTakenForNothingFound)
-{
-    places("add Lake --at 1,2");
-    const struct
-    {
-        const char *arguments;
-        const char *says;
-    } cases[] = {{"find lake --limit 0", "places: --limit 0 shows none of those that are found\n"},
-                 {"search lake --limit 0", "places: --limit 0 shows none of those that are found\n"},
-                 {"find river --limit 0", "places: nothing found\n"},
-                 {"search river --limit 0", "places: nothing found\n"}};
-    for (const auto &row : cases) {
-        const Outcome outcome = places(row.arguments);
-        EXPECT_EQ(outcome.err, row.says) << row.arguments;
-        EXPECT_EQ(outcome.out + std::to_string(outcome.status), "0") << row.arguments;
-    }
-}
-
-TEST_F(PlacesTool, ArgumentsMayBeginWithADashAndAnOptionTakesNoMoreThanItsOwn)
-{
-    EXPECT_EQ(places("add --at -1,-2 -- -x").out, "1\n");
-    EXPECT_EQ(places("tag 1 -- -t").status, 0);
-    EXPECT_EQ(places("add --tag a Lake --at 1,2").out, "2\n") << "a tag, and then the name";
-    EXPECT_EQ(places("tags").out, "-t\na\n");
 }
 
 TEST_F(PlacesTool, NothingThatAPlaceHoldsReachesTheTerminalAsAnOrder)
