@@ -61,37 +61,6 @@ protected:
 
 } // namespace
 
-TEST_F(PlacesTool, APlaceGoesThroughItsWholeLife)
-{
-    EXPECT_EQ(places("add Café --at -46.9,7.4 --city Bern --tag beach --phone 031").out, "1\n");
-    EXPECT_EQ(places("fav 1").status, 0);
-    EXPECT_EQ(places("tag 1 a b").status, 0);
-    EXPECT_EQ(places("untag 1 a").status, 0);
-    EXPECT_EQ(places("use 1").status, 0);
-    const std::string copy = service.path("copy.db").toStdString();
-    EXPECT_EQ(places(("backup " + copy).c_str()).status, 0);
-    EXPECT_EQ(places("update 1 --name Kaffee --email a@b.example").status, 0);
-    const QJsonObject place = json("--json show 1");
-    const QJsonObject properties = place[QLatin1String("properties")].toObject();
-    EXPECT_EQ(place[QLatin1String("geometry")].toObject()[QLatin1String("coordinates")].toArray(),
-              (QJsonArray{7.4, -46.9}));
-    EXPECT_EQ(properties[QLatin1String("name")], QLatin1String("Kaffee"));
-    EXPECT_EQ(properties[QLatin1String("phone")], QLatin1String("031")) << "what was not changed stays";
-    EXPECT_EQ(properties[QLatin1String("usageCount")], 1);
-    EXPECT_EQ(properties[QLatin1String("tags")].toArray().size(), 3);
-    EXPECT_THAT(places("find kaf").out, HasSubstr("Kaffee"));
-    EXPECT_EQ(places("tags").out, "b\nbeach\nlbs-favorite\n");
-    EXPECT_THAT(places("link 1").out, HasSubstr("lat=-46.9000000&lon=7.4000000"));
-    EXPECT_EQ(places("unfav 1").status, 0);
-    EXPECT_EQ(places("remove 1").status, 0);
-    EXPECT_EQ(json("--json find kaf")[QLatin1String("features")].toArray().size(), 0);
-    EXPECT_EQ(places(("restore " + copy).c_str()).status, 0);
-    EXPECT_THAT(places("find").out, HasSubstr("Café"));
-    for (const char *some : {"use 99 1", "tag 99 x", "remove 99 1"})
-        EXPECT_EQ(places(some).status, 1) << some << ": one of them failed";
-    EXPECT_EQ(places("--json find").out, "{\"type\":\"FeatureCollection\",\"hasMore\":false,\"features\":[]}\n");
-}
-
 /// data/session.txt is what a terminal shows: a command behind "$ ", its output, its errors, its exit status.
 TEST_F(PlacesTool, AnswersEveryCommandAsInTheSession)
 {
