@@ -3,15 +3,14 @@
 #include "support/Client.h"
 #include "support/Files.h"
 #include "support/Placesd.h"
+#include "support/Session.h"
 #include "support/Terminal.h"
 
 #include <gmock/gmock.h>
 
-#include <QtCore/QDir>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
-#include <QtCore/QRegularExpression>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -61,25 +60,10 @@ protected:
 
 } // namespace
 
-/// data/session.txt is what a terminal shows: a command behind "$ ", its output, its errors, its exit status.
 TEST_F(PlacesTool, AnswersEveryCommandAsInTheSession)
 {
     files::write(service.path("in.csv"), "name,lat,lon\nA,91,2\n");
-    const QString folder = service.path("in.csv").chopped(6);
-    const QString session = QString::fromUtf8(files::bytesOf(QStringLiteral(SOURCES "/tests/tools/data/session.txt")));
-    QString seen;
-    for (const QString &line : session.split(QLatin1Char('\n'))) {
-        if (!line.startsWith(QLatin1String("$ ")))
-            continue;
-        const QString arguments = line.mid(2).replace(QLatin1String("FOLDER/"), folder);
-        const Outcome outcome = places(arguments.split(QLatin1Char(' ')));
-        seen += QStringLiteral("%1\n%2%3[%4]\n")
-                    .arg(line, QString::fromStdString(outcome.out), QString::fromStdString(outcome.err),
-                         QString::number(outcome.status));
-    }
-    seen.replace(folder, QStringLiteral("FOLDER/")).replace(QDir::currentPath(), QStringLiteral("HERE"));
-    seen.replace(QRegularExpression(QStringLiteral("(?<=Time\":)[1-9]\\d*")), QStringLiteral("TIME"));
-    EXPECT_EQ(seen.toStdString(), session.toStdString());
+    expectSession("session.txt", service);
     EXPECT_EQ(places(QStringList{QStringLiteral("add"), QStringLiteral(" "), QStringLiteral("--at=1,2")}).status, 2);
     service.kill();
     EXPECT_EQ(places("--no-start tags").status, 69);
