@@ -54,6 +54,7 @@ protected:
         std::strcpy(address.sun_path, path().c_str());
         EXPECT_EQ(::bind(socket.get(), reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
         EXPECT_EQ(::listen(socket.get(), 5), 0);
+        EXPECT_TRUE(channel::setTimeout(socket.get(), SO_RCVTIMEO, channel::Clock::now() + std::chrono::seconds(20)));
         return socket;
     }
 

@@ -257,7 +257,7 @@ TEST_F(SearchManagerTest, DestroyingWaitsForTheWorkersAndCancelsWhatIsOutstandin
     record();
     manager->search(FIRST, Coordinates(), 6, {Group::Favorites});
     ASSERT_TRUE(channel.waitForRequests(5));
-    QThread::msleep(20);
+    EXPECT_TRUE(EventLoop::awaitEvent());
     manager.reset();
     EXPECT_THAT(events, ElementsAre("started 6")) << "answered, though not reported: nothing is left to cancel";
 }
