@@ -94,19 +94,22 @@ TEST_F(PlaceManagerTest, WhatCannotBeDoneIsRefusedAndNothingIsSent)
     PlaceHeader header;
     sample::fill(stored);
     sample::fill(fresh, -1);
-    EXPECT_EQ(manager.addPlace(nullptr), Error::InvalidArgument);
-    EXPECT_EQ(manager.addPlace(&stored), Error::InvalidArgument);
-    EXPECT_EQ(manager.addPlace(&withoutLocation), Error::InvalidArgument);
-    EXPECT_EQ(manager.addRecentlyPickedPlace(nullptr), Error::InvalidArgument);
-    EXPECT_EQ(manager.updatePlace(nullptr), Error::InvalidArgument);
-    EXPECT_EQ(manager.updatePlace(&fresh), Error::InvalidArgument);
-    EXPECT_EQ(manager.removePlace(nullptr), Error::InvalidArgument);
-    EXPECT_EQ(manager.usePlace(nullptr), Error::InvalidArgument);
-    EXPECT_EQ(manager.usePlace(&fresh), Error::InvalidArgument);
-    EXPECT_EQ(manager.fav(nullptr), Error::InvalidArgument);
-    EXPECT_EQ(manager.unfav(nullptr), Error::InvalidArgument);
-    EXPECT_EQ(manager.unfav(&fresh), Error::InvalidArgument);
-    EXPECT_EQ(manager.unfav(&header), Error::InvalidArgument);
+    const Error::Type refused[] = {
+        manager.addPlace(nullptr),
+        manager.addPlace(&stored),
+        manager.addPlace(&withoutLocation),
+        manager.addRecentlyPickedPlace(nullptr),
+        manager.updatePlace(nullptr),
+        manager.updatePlace(&fresh),
+        manager.removePlace(nullptr),
+        manager.usePlace(nullptr),
+        manager.usePlace(&fresh),
+        manager.fav(nullptr),
+        manager.unfav(nullptr),
+        manager.unfav(&fresh),
+        manager.unfav(&header),
+    };
+    EXPECT_THAT(refused, testing::Each(Error::InvalidArgument));
     EXPECT_EQ(manager.getPlace(static_cast<const PlaceHeader *>(nullptr), &error), nullptr);
     EXPECT_EQ(error, Error::InvalidArgument);
     EXPECT_THAT(manager.findEquivalentPlaces(nullptr, &error), IsEmpty());
