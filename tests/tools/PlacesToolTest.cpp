@@ -145,7 +145,7 @@ TEST_F(PlacesTool, AnImportEndsWhenTheServiceDoesAndKeepsWhatWasStored)
     // Writes are answered in their order, so the addition is answered too.
     EXPECT_EQ(places("use 1").status, 0);
     service.kill();
-    client.write("B,1,2\nC,1,2\n");
+    client.write("B,1,2\nC,91,2\nD,1,2\n");
     client.closeWriteChannel();
     EXPECT_TRUE(client.waitForFinished(60000));
     EXPECT_EQ(client.exitCode(), 69);
