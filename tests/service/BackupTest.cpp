@@ -216,19 +216,3 @@ TEST_F(BackupTest, GoesOnWhileOthersReadAndWrite)
     EXPECT_EQ(protocol.restore(path("old.db")), Error::Success);
     EXPECT_EQ(names().size(), 50U);
 }
-
-TEST_F(BackupTest, RecentSearchTermsComeBackByTheirPrefixNewestFirst)
-{
-    const qint64 id = add(QStringLiteral("Place"));
-    for (const char *term : {"cafe", "Zürich", "Café noir", "cafe"})
-        EXPECT_EQ(protocol.incrementUsage(id, term), Error::Success);
-    const auto terms = [&](const char *prefix) {
-        QStringList found;
-        EXPECT_EQ(protocol.getRecentSearchTerms(found, QString::fromUtf8(prefix)), Error::Success);
-        return found;
-    };
-    EXPECT_THAT(terms("CAF"), ElementsAre(QStringLiteral("cafe"), QString::fromUtf8("Café noir")));
-    for (int i = 0; i < 120; ++i)
-        EXPECT_EQ(protocol.incrementUsage(id, "term " + std::to_string(i)), Error::Success);
-    EXPECT_EQ(terms("").size(), 100);
-}

@@ -73,7 +73,7 @@ TEST_F(ADataVersion, TellsOfARestartAndOfManyChangesAtOnce)
     }));
     changes.clear();
     constexpr int CHANGES = 200;
-    const std::string tag = requests::message(requests::head(7) + wire::Fields{wire::i64(1), wire::text("lake")});
+    const std::string tag = requests::withId(requests::Type::AddTag, 1, {wire::text("lake")});
     places("add Zurichsee --at 47.25,8.7");
     ASSERT_TRUE(tellsOf([&] {
         for (int i = 0; i < CHANGES; ++i) {

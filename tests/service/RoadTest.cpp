@@ -114,68 +114,6 @@ TEST_F(RoadTest, NamesAreFoundByTheBeginningsOfTheirWords)
     EXPECT_EQ(names(manager.findPlaces(QString())).size(), 6U);
 }
 
-TEST_F(RoadTest, ATermIsReadInTheFirstWayThatFindsAnything)
-{
-    const qint64 hut = add("Berghaus", [](Place &place) {
-        Address address;
-        address.setCity(QStringLiteral("Grindelwald"));
-        Location location;
-        location.setAddress(address);
-        place.addLocation(location);
-        place.setDescription(QStringLiteral("fondue by the fire"));
-        place.addTag(QStringLiteral("ski-hut"));
-        AuxiliaryData record(QStringLiteral("x-other"));
-        record.addProperty(QStringLiteral("name:it"), QStringLiteral("Casa di montagna"));
-        place.addAuxiliaryData(record);
-    });
-    for (const char *name :
-         {"Zürich Airport", "Zürich See", "Łódź", "Glück auf", "Москва", "東京タワー", "Fire station"})
-        add(name);
-    const struct
-    {
-        const char *term;
-        std::vector<std::string> found;
-    } cases[] = {
-        {"fire", {"Fire station"}}, // not the hut: a name has the word
-        {"ski berg", {"Berghaus"}},
-        {"grindelw fondue", {"Berghaus"}},
-        {"montagna", {"Berghaus"}},
-        {"zuirch airprot", {"Zürich Airport"}},
-        {"zurihc", {"Zürich See", "Zürich Airport"}},
-        {"gridnelwlad", {"Berghaus"}},
-        {"zurich terminal airport", {"Zürich Airport"}},
-        {"lodz", {"Łódź"}},
-        {"glueck", {"Glück auf"}},
-        {"moskva", {"Москва"}},
-        {"タワー", {"東京タワー"}},
-        {"zurich1", {}},
-        {"x", {}},
-    };
-    for (const auto &row : cases) {
-        const QString term = QString::fromUtf8(row.term);
-        EXPECT_EQ(names(manager.findPlaces(term, &error)), row.found) << row.term;
-        EXPECT_EQ(count(SearchRule::createNameRule(SearchOperator::Contains, term)), row.found.size()) << row.term;
-    }
-    const QString slip = QStringLiteral("zurihc");
-    EXPECT_EQ(names(manager.findPlaces(slip, &error, nullptr, {}, 1)), std::vector<std::string>{"Zürich Airport"});
-    EXPECT_THAT(names(manager.findPlaces(slip, &error, nullptr, {}, 2)), IsEmpty()) << "behind the last page";
-
-    ASSERT_EQ(manager.fav(get(add("Geneva Airport")).get()), Error::Success);
-    const auto favourites = [](const char *term) {
-        return InternalPlaceManager().findPlacesSizeByGroup(SearchResultGroup::Favorites, nullptr,
-                                                            QString::fromLatin1(term));
-    };
-    EXPECT_EQ(favourites("genvea airprot"), 1U);
-    EXPECT_EQ(favourites("zuirch airprot"), 0U) << "that airport is known, and no favourite";
-
-    const std::unique_ptr<Place> renamed = get(hut);
-    renamed->setDescription(QStringLiteral("closed"));
-    ASSERT_EQ(manager.updatePlace(renamed.get()), Error::Success);
-    EXPECT_THAT(names(manager.findPlaces(QStringLiteral("fondue"))), IsEmpty());
-    ASSERT_EQ(manager.removePlace(hut), Error::Success);
-    EXPECT_THAT(names(manager.findPlaces(QStringLiteral("gridnelwlad"))), IsEmpty()) << "known, but of no place";
-}
-
 TEST_F(RoadTest, ResultsComeInTheOrderAskedForAndPagesFitTogether)
 {
     for (const char *name : {"delta", "Alpha", "charlie", "Bravo", "alpha"})
@@ -243,17 +181,4 @@ TEST_F(RoadTest, FavouritesTagsUsesAndOwnersAreKept)
         EXPECT_EQ(manager.removeTag(repeated, tag), Error::Success);
     EXPECT_FALSE(get(repeated)->hasTag()) << "each of a tag goes";
     EXPECT_THAT(get(repeated)->aliases(), IsEmpty());
-}
-
-TEST_F(RoadTest, TheRecentBucketIsEmptiedWithoutLosingWhatWasSaved)
-{
-    add("Saved");
-    Place picked;
-    sample::fill(picked, -1);
-    picked.removeTag(Tags::Favorite);
-    ASSERT_EQ(manager.addRecentlyPickedPlace(&picked), Error::Success);
-    EXPECT_EQ(count(SearchRule::createRecentlyPickedRule()), 2U);
-    EXPECT_EQ(manager.clearRecentlyPickedPlaces(), Error::Success);
-    EXPECT_EQ(count(SearchRule::createRecentlyPickedRule()), 0U);
-    EXPECT_THAT(names(manager.findPlaces(QString())), ElementsAre("Saved"));
 }

@@ -114,37 +114,6 @@ TEST_F(WriteTest, AFailedWriteReachesOnlyItsOwnClient)
     EXPECT_EQ(names(), std::vector<std::string>(12 + 9, "Good"));
 }
 
-/// To sort the marks of one letter takes quadratic time: with so many it would take longer than a client waits.
-TEST_F(WriteTest, TextsHaveALimitAndMarksWithoutEndCostNothing)
-{
-    constexpr int LONGEST = 256 * 1024;
-    const QString marks = QStringLiteral("\u0301\u0316").repeated(LONGEST / 2);
-    const auto addWith = [](const std::function<void(Place &)> &shape) {
-        Place place;
-        sample::fill(place, -1);
-        shape(place);
-        return PlaceManager().addPlace(&place);
-    };
-    const auto property = [&](const QString &value) {
-        return addWith([&](Place &place) {
-            AuxiliaryData record(QStringLiteral("x-other"));
-            record.addProperty(QStringLiteral("note"), value);
-            place.addAuxiliaryData(record);
-        });
-    };
-    EXPECT_EQ(property(marks), Error::Success);
-    EXPECT_EQ(property(marks + QLatin1Char('x')), Error::LimitExceeded);
-    EXPECT_EQ(addWith([&](Place &place) { place.setDescription(marks); }), Error::Success);
-    EXPECT_EQ(addWith([&](Place &place) {
-                  Address address;
-                  address.setCity(marks);
-                  Location location;
-                  location.setAddress(address);
-                  place.addLocation(location);
-              }),
-              Error::LimitExceeded);
-}
-
 TEST_F(WriteTest, WaitingForOthersIsPartOfTheTimeOfARequest)
 {
     const std::vector<Write> writes(5, [] { return add("Good"); });

@@ -50,7 +50,7 @@ inline void send(const Clients &clients, const std::string &request, std::size_t
 inline std::string everything(int offset = 0)
 {
     using namespace requests;
-    return find(1000, offset, rule(1, 0, 1, "", 0), {i32(1), i32(1), i32(0), i32(0)}, false);
+    return find(1000, offset, EVERYTHING, UNSORTED, false);
 }
 
 } // namespace crowd

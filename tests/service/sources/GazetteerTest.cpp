@@ -174,7 +174,7 @@ struct Index
 
 } // namespace
 
-TEST(GazetteerSearch, GivesEveryPageOfEveryOrderAsRankingEveryFeatureDoes)
+TEST(Gazetteer, GivesEveryPageOfEveryOrderAsRankingEveryFeatureDoes)
 {
     Index index;
     for (const SearchKind kind : {SearchKind::Address, SearchKind::Name, SearchKind::Category,
@@ -202,7 +202,7 @@ TEST(GazetteerSearch, GivesEveryPageOfEveryOrderAsRankingEveryFeatureDoes)
     }
 }
 
-TEST(GazetteerSearch, GivesTheNearestOfACategoryAndTheOneOfANameThatIsThere)
+TEST(Gazetteer, GivesTheNearestOfACategoryAndTheOneOfANameThatIsThere)
 {
     Index index;
     ProviderSearch nearest;
@@ -225,7 +225,7 @@ TEST(GazetteerSearch, GivesTheNearestOfACategoryAndTheOneOfANameThatIsThere)
     }
 }
 
-TEST(GazetteerSearch, EndsWhenItsTimeIsUpWhateverItsPlan)
+TEST(Gazetteer, EndsWhenItsTimeIsUpWhateverItsPlan)
 {
     Index index;
     ProviderSearch search;
@@ -243,7 +243,7 @@ TEST(GazetteerSearch, EndsWhenItsTimeIsUpWhateverItsPlan)
     }
 }
 
-TEST(GazetteerSearch, FindsWhatWasMeant)
+TEST(Gazetteer, FindsWhatWasMeant)
 {
     QTemporaryDir folder;
     QFile file(folder.filePath(QStringLiteral("features.geojson")));
