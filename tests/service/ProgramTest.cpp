@@ -78,7 +78,7 @@ std::string found(Group group, const char *term)
 
 } // namespace
 
-TEST(TheProgram, DoesNotStartOnArgumentsThatMakeNoSense)
+TEST(Placesd, DoesNotStartOnArgumentsThatMakeNoSense)
 {
     const QTemporaryDir folder;
     qputenv("VELA_CHANNEL_DIR", folder.filePath(QStringLiteral("channels")).toLocal8Bit());
@@ -112,7 +112,7 @@ TEST(TheProgram, DoesNotStartOnArgumentsThatMakeNoSense)
     }
 }
 
-TEST(TheProgram, ServesOnlyInAFolderThatNobodyElseCanReplace)
+TEST(Placesd, ServesOnlyInAFolderThatNobodyElseCanReplace)
 {
     const QTemporaryDir folder;
     const auto path = [&](const char *name) { return folder.filePath(QLatin1String(name)); };
@@ -155,7 +155,7 @@ TEST(TheProgram, ServesOnlyInAFolderThatNobodyElseCanReplace)
     EXPECT_TRUE(QFile::exists(path("blocked/places"))) << "only sockets are removed";
 }
 
-TEST(TheProgram, ReadsContactsAgainWhenSignalled)
+TEST(Placesd, ReadsContactsAgainWhenSignalled)
 {
     const QTemporaryDir folder;
     const QString cards = folder.filePath(QStringLiteral("cards.vcf"));
@@ -175,7 +175,7 @@ TEST(TheProgram, ReadsContactsAgainWhenSignalled)
     EXPECT_EQ(found(Group::Contacts, ""), "Bert;");
 }
 
-TEST(TheProgram, ReadsGazetteersAgainAndTellsItsStateWhenSignalled)
+TEST(Placesd, ReadsGazetteersAgainAndTellsItsStateWhenSignalled)
 {
     const QTemporaryDir folder;
     const QString places = folder.filePath(QStringLiteral("places.geojson"));
@@ -201,7 +201,7 @@ TEST(TheProgram, ReadsGazetteersAgainAndTellsItsStateWhenSignalled)
                               "type [1-9][0-9]* with [0-9.]+ ms\n"));
 }
 
-TEST(TheProgram, LeavesTheFilesOfOthersAsTheyAre)
+TEST(Placesd, LeavesTheFilesOfOthersAsTheyAre)
 {
     const QTemporaryDir folder;
     qputenv("VELA_CHANNEL_DIR", folder.filePath(QStringLiteral("channels")).toLocal8Bit());
@@ -237,7 +237,7 @@ TEST(TheProgram, LeavesTheFilesOfOthersAsTheyAre)
     }
 }
 
-TEST(TheProgram, MakesAnOpenDatabasePrivate)
+TEST(Placesd, MakesAnOpenDatabasePrivate)
 {
     Placesd service;
     service.kill();
@@ -257,7 +257,7 @@ TEST(TheProgram, MakesAnOpenDatabasePrivate)
     EXPECT_TRUE(service.isRunning()) << "an empty file is a new database";
 }
 
-TEST(TheProgram, ForgetsTheNamesOfPlacesThatAreGone)
+TEST(Placesd, ForgetsTheNamesOfPlacesThatAreGone)
 {
     Placesd service;
     for (int i = 0; i < 100; ++i)
@@ -278,7 +278,7 @@ TEST(TheProgram, ForgetsTheNamesOfPlacesThatAreGone)
     }
 }
 
-TEST(TheProgram, LeavesNoCoreWithTheSessionKey)
+TEST(Placesd, LeavesNoCoreWithTheSessionKey)
 {
     const QTemporaryDir folder;
     const QByteArray path = folder.path().toLocal8Bit();

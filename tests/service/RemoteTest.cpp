@@ -7,10 +7,7 @@
 #include "places/AuxiliaryDataRequest.h"
 #include "places/PlaceHeader.h"
 #include "places/PlaceManager.h"
-#include "places/Tags.h"
 #include "protocol/Protocol.h"
-#include "search/SearchHandlePrivate.h"
-#include "search/SearchRulePrivate.h"
 #include "support/Placesd.h"
 #include "support/SamplePlace.h"
 
@@ -18,15 +15,10 @@
 
 #include <QtCore/QFile>
 
-#include <chrono>
-#include <SQLiteCpp/SQLiteCpp.h>
-#include <thread>
-
 using namespace vela::platform::places;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Group = SearchResultGroup::Type;
-using Rules = SearchRulePrivate;
 using Names = std::vector<std::string>;
 
 namespace
@@ -53,27 +45,6 @@ protected:
     {
         return internal.findPlacesByGroup(group, &error, &handle, QString::fromUtf8(term), 0, limit, centre, false);
     }
-    QList<AbstractPlace *> findMixed(const SearchRule &rule, int limit = 9)
-    {
-        SearchHandlePrivate &state = *SearchHandlePrivate::privateFromPublic(&handle);
-        SearchRule adjusted = rule;
-        PlaceManagerPrivate::adjustSearchRule(adjusted);
-        state.setSearchRule(adjusted);
-        state.setHeaderOnly(true);
-        return protocol.findNextPlaces(handle, limit, error);
-    }
-    static SearchRule toRule(Rules::Node node)
-    {
-        SearchRule rule;
-        Rules::setPrivate(rule, node.release());
-        return rule;
-    }
-    qint64 store(AbstractPlace &found)
-    {
-        EXPECT_EQ(manager.fav(&found), Error::Success);
-        return found.id();
-    }
-
     Placesd service;
     PlaceManager manager;
     PlaceManagerPrivate internal;
@@ -141,23 +112,6 @@ TEST_F(GazetteerTest, ASuggestionLeadsToItsPlace)
     EXPECT_EQ(protocol.getPlaceFromSuggestion("no such name anywhere", zurich, found), Error::NotFound);
 }
 
-TEST_F(GazetteerTest, APlaceThatWasStoredIsThatPlaceFromThenOn)
-{
-    const auto found = group(Group::RemoteByName, "geneva");
-    const std::size_t count = names(found).size();
-    const qint64 id = store(*found[0]);
-    ASSERT_GT(id, 0);
-    const auto again = group(Group::RemoteByName, "geneva");
-    EXPECT_EQ(names(again).size(), count) << "once, not twice";
-    EXPECT_EQ(std::count_if(again.begin(), again.end(), [id](const auto &place) { return place->id() == id; }), 1);
-
-    const auto both =
-        manager.findPlaces(QStringLiteral("geneva"), &error, nullptr, SortRule(), 0, 20, true, Coordinates(46.2, 6.1));
-    EXPECT_EQ(both.size(), static_cast<int>(count));
-    EXPECT_EQ(std::count_if(both.begin(), both.end(), [id](const PlaceHeader *place) { return place->id() == id; }), 1);
-    qDeleteAll(both);
-}
-
 TEST_F(GazetteerTest, ItsDetailsAreAuxiliaryData)
 {
     const auto found = group(Group::PointsOfInterest, "zurich airport", 1);
@@ -176,7 +130,7 @@ TEST_F(GazetteerTest, ItsDetailsAreAuxiliaryData)
     EXPECT_THAT(providers[0].supportedDataTypes(), ElementsAre(AuxiliaryData::TypePointOfInterest));
 }
 
-TEST(AGazetteer, TakesWhatAFileHasAndReadsItAgainWhenItChanges)
+TEST(Gazetteer, TakesWhatAFileHasAndReadsItAgainWhenItChanges)
 {
     QTemporaryDir folder;
     const QString file = folder.filePath(QStringLiteral("places.geojson"));
@@ -212,40 +166,6 @@ TEST(AGazetteer, TakesWhatAFileHasAndReadsItAgainWhenItChanges)
     EXPECT_EQ(error == Error::Success ? found() : Names(), Names{"Café Three"}) << "a damaged index is made anew";
 }
 
-TEST_F(GuideTest, PagesFitTogetherForwardsAndBackwards)
-{
-    for (const char *name : {"many local", "many more"}) {
-        Place place;
-        sample::fill(place, -1);
-        place.setName(QLatin1String(name));
-        ASSERT_EQ(manager.addPlace(&place), Error::Success);
-    }
-    auto rule = std::make_unique<OrRule>(
-        std::make_unique<DisjointRule>(Rules::createNameRule(SearchOperator::Contains, QStringLiteral("many"))),
-        std::make_unique<DisjointRule>(Rules::createPOINameRule(QStringLiteral("many"))));
-    const SearchRule search = toRule(std::move(rule));
-    Names all;
-    std::vector<int> starts;
-    do {
-        starts.push_back(static_cast<int>(all.size()));
-        const auto page = findMixed(search, 37);
-        ASSERT_EQ(error, Error::Success);
-        for (const std::string &name : names(page))
-            all.push_back(name);
-        qDeleteAll(page);
-    } while (handle.hasMoreData() && all.size() < 1000);
-    EXPECT_EQ(all.size(), 252U);
-    EXPECT_EQ(std::set<std::string>(all.begin(), all.end()).size(), 252U) << "nothing twice";
-    EXPECT_EQ(internal.findPlacesSize(search, &error, Coordinates()), 252U);
-
-    for (const int start : {starts[3], 0, 100, 251}) {
-        const auto page = protocol.findPreviousPlaces(handle, start, 37, error);
-        const auto end = std::min<std::size_t>(all.size(), static_cast<std::size_t>(start) + 37);
-        EXPECT_EQ(names(page), Names(all.begin() + start, all.begin() + static_cast<std::ptrdiff_t>(end))) << start;
-        qDeleteAll(page);
-    }
-}
-
 TEST_F(GuideTest, AFailingProviderTakesNothingFromTheOthers)
 {
     for (const char *name : {"fail here", "throw here", "stuck here"}) {
@@ -264,38 +184,4 @@ TEST_F(GuideTest, AFailingProviderTakesNothingFromTheOthers)
         EXPECT_EQ(error, Error::Success) << term;
         qDeleteAll(merged);
     }
-}
-
-TEST_F(GuideTest, ASlowProviderHoldsUpNobodyElse)
-{
-    std::vector<std::thread> waiting(20);
-    for (std::thread &thread : waiting) {
-        thread = std::thread([] {
-            Error::Type slow = Error::Unspecified;
-            EXPECT_THAT(PlaceManagerPrivate().findPlacesByGroup(Group::RemoteByName, &slow, nullptr,
-                                                                QStringLiteral("stuck"), 0, 9, {}, false),
-                        IsEmpty());
-            EXPECT_EQ(slow, Error::TimedOut) << "also in the queue";
-        });
-    }
-    const auto start = std::chrono::steady_clock::now();
-    for (int i = 0; i < 5; ++i) {
-        Place place;
-        sample::fill(place, -1);
-        EXPECT_EQ(manager.addPlace(&place), Error::Success);
-        EXPECT_THAT(manager.getTagsInUse(), testing::Contains(Tags::Favorite));
-    }
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2)) << "writers too";
-    for (std::thread &thread : waiting)
-        thread.join();
-}
-
-TEST_F(GuideTest, TheExternalChannelHasRemotePlacesToo)
-{
-    using namespace wire;
-    const auto code = [](const Fields &body) {
-        return Placesd::code(message(Fields{i32(18), i32(0), text("")} + body), "places.external");
-    };
-    EXPECT_EQ(code(Fields{text("bar/1")} + coordinate(0, 0, 0, 0, 0)), 0);
-    EXPECT_EQ(code(Fields{text("bar/1")}), 50);
 }

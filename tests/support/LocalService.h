@@ -28,8 +28,11 @@ public:
     /// The reply to a request.
     std::string exchange(const std::string &request, const Caller &caller = OWNER, std::size_t room = 1 << 24)
     {
-        const placesd::Answer answer = service.answer(request.data(), static_cast<unsigned int>(request.size()), caller,
-                                                      placesd::Clock::now() + shared.requestTime, room);
+        return bytesOf(service.answer(request.data(), static_cast<unsigned int>(request.size()), caller,
+                                      placesd::Clock::now() + shared.requestTime, room));
+    }
+    static std::string bytesOf(const placesd::Answer &answer)
+    {
         char *bytes = nullptr;
         int length = 0;
         answer.reply->getData(bytes, length);

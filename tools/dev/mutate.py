@@ -30,7 +30,7 @@ FOLDERS = ['src', 'include', 'platform', 'service', 'geojson', 'tools']
 PROGRAMS = {
     'src': ['unit_tests', 'formats_tests', 'road_tests', 'browser_tests'],
     'platform': ['platform_tests', 'unit_tests', 'road_tests'],
-    'service': ['road_tests', 'formats_tests'],
+    'service': ['service_tests', 'road_tests', 'formats_tests'],
     'geojson': ['unit_tests', 'formats_tests', 'road_tests'],
     'tools': ['unit_tests', 'formats_tests', 'road_tests', 'browser_tests'],
 }

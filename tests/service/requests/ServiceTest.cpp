@@ -55,6 +55,11 @@ std::string put(const char *name, const Shape &shape = {}, qint64 id = PlaceId::
     return store(place, perimeter);
 }
 
+int codeOf(const Answer &answer)
+{
+    return LocalService::codeIn(LocalService::bytesOf(answer));
+}
+
 Fields auxiliary(qint64 id)
 {
     return Fields{i64(id), text(""), text(""), text("")} + coordinate(0, 0, 0, 0, 0) + texts({})
@@ -532,13 +537,44 @@ TEST_F(ServiceTest, EachPoolPassesOnWhatAnotherRuns)
         if (row.pool == Pool::Writer) {
             EXPECT_EQ(answer(writer, deadline).pool, row.afterWriter) << type;
         }
-        const Answer late = answer(writer, Clock::now() - std::chrono::seconds(1));
-        char *bytes = nullptr;
-        int length = 0;
-        late.reply->getData(bytes, length);
-        EXPECT_EQ(LocalService::codeIn({bytes, std::size_t(length)}), ReturnCode::TookTooLong) << type;
+        const Deadline passed = Clock::now() - std::chrono::seconds(1);
+        EXPECT_EQ(codeOf(answer(writer, passed)), ReturnCode::TookTooLong) << type;
     }
     const RequestStatistics &statistics = local.shared.statistics;
     EXPECT_EQ(statistics.count(), 36U) << "one that is passed on counts where it is answered";
     EXPECT_GT(statistics.slowest().time, std::chrono::seconds(1));
+}
+
+/// What SQLite takes back of a transaction when a statement fails: what the statement did before, the statement, or
+/// all.
+TEST_F(ServiceTest, AFailedWriteOfAGroupReachesOnlyItsOwnClient)
+{
+    SQLite::Database database(local.path("places.db"), SQLite::OPEN_READWRITE);
+    for (const char *how : {"FAIL", "ABORT", "ROLLBACK"}) {
+        const std::string name = how;
+        database.exec("CREATE TRIGGER on_" + name + " AFTER INSERT ON place WHEN new.sort_key = lower('" + name
+                      + "') BEGIN SELECT RAISE(" + name + ", 'as told'); END");
+    }
+    Service writer(local.shared, Pool::Writer);
+    const auto writeTogether = [&](const std::vector<std::string> &requests, std::vector<int> &codes) {
+        codes.clear();
+        auto next = requests.begin();
+        return writer.writeTogether(Clock::now() + local.shared.requestTime, [&] {
+            const Answer answer = writer.answer(next->data(), static_cast<unsigned int>(next->size()), OWNER,
+                                                Clock::now() + local.shared.requestTime, 1 << 20);
+            codes.push_back(codeOf(answer));
+            return ++next != requests.end();
+        });
+    };
+    std::vector<int> codes;
+    EXPECT_TRUE(
+        writeTogether({put("good"), put("FAIL"), withId(Type::RemovePlace, 99), put("ABORT"), put("good")}, codes));
+    EXPECT_THAT(codes, ElementsAre(ReturnCode::Success, ReturnCode::StorageFailed, ReturnCode::NoSuchPlace,
+                                   ReturnCode::StorageFailed, ReturnCode::Success));
+    EXPECT_EQ(local.store.placeCount(~0), 2);
+    EXPECT_FALSE(writeTogether({put("good"), put("ROLLBACK"), put("good")}, codes)) << "they run again one by one";
+    EXPECT_EQ(local.store.placeCount(~0), 2);
+    EXPECT_EQ(code(put("ROLLBACK")), ReturnCode::StorageFailed);
+    const std::lock_guard<std::timed_mutex> others(local.shared.store.writeLock);
+    EXPECT_FALSE(writer.writeTogether(Clock::now(), [] { return false; })) << "others write for all the time there is";
 }
