@@ -146,6 +146,7 @@ TEST_F(BackupTest, AFailedOneChangesNothing)
         {"disguised", "not have the tables", nullptr},
         {"viewed", "not have the tables", nullptr},
         {"uncounted", "uncounted: it is damaged: counts of tags", nullptr},
+        {"misshared", "places of the open channel and their counts", nullptr},
         {"undefined", "", nullptr},
         {"reused", "it is damaged", nullptr},
         {"unreadable", "its record cannot be read; name another backup", nullptr},
