@@ -44,7 +44,7 @@ void bindEach(SQLite::Statement &statement, const Values &...values)
     (bindOne(statement, ++index, values), ...);
 }
 
-/// Binds values, bytes as text and NULL for an invalid one, from a position on; returns the position behind them.
-int bindAll(SQLite::Statement &statement, const std::vector<QVariant> &values, int from);
+/// Binds values, bytes as text and NULL for an invalid one, to the parameters of a statement, in their order.
+void bindAll(SQLite::Statement &statement, const std::vector<QVariant> &values);
 
 } // namespace placesd
