@@ -124,9 +124,7 @@ TEST(Placesd, GivesACrowdNoMoreThanItsMemory)
 
 TEST(Placesd, LeavesThreadsForOthersAndStopsInTimeInACrowd)
 {
-    qputenv("GUIDE_REQUEST_SECONDS", "20");
     Placesd service({}, "placesd_with_guide");
-    qunsetenv("GUIDE_REQUEST_SECONDS");
     const Clients slow = connectMany(service, OPEN, 20);
     send(slow, SLOW);
     // Until they have all threads that they can get.
