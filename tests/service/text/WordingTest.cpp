@@ -66,7 +66,8 @@ TEST(Wording, ATermIsReadInTheFirstWayThatFindsAnything)
                                         QStringLiteral("Bern, capital"),
                                         QStringLiteral("Geneva Airport"),
                                         QStringLiteral("Gate 123456"),
-                                        QStringLiteral("Airpark, closed")};
+                                        QStringLiteral("Airpark, closed"),
+                                        QStringLiteral("Lake Barn")};
     const struct
     {
         const char *term;
@@ -82,6 +83,7 @@ TEST(Wording, ATermIsReadInTheFirstWayThatFindsAnything)
         {"zurich terminal see", "((\"see\"*) AND (\"zurich\"*))"},
         {"zurich am see", "((\"see\"*) AND (\"zurich\"*))"},
         {"bern lausanne geneva", "names: ((\"bern\"*) AND (\"lausanne\"*) AND (\"geneva\"*))"},
+        {"lake bern", "((\"lake\"*) AND (\"bern\"* OR \"ber\"* OR \"barn\"*))"}, // each word is known, but not together
         {"gate 123457", "((\"gate\"*))"},
         {"123457", "names: ((\"123457\"*))"},
         {"x", "names: ((\"x\"*))"},
