@@ -16,6 +16,7 @@
 #include <functional>
 #include <limits>
 #include <SQLiteCpp/SQLiteCpp.h>
+#include <stdexcept>
 
 using namespace placesd;
 using namespace requests;
@@ -575,6 +576,7 @@ TEST_F(ServiceTest, AFailedWriteOfAGroupReachesOnlyItsOwnClient)
     EXPECT_FALSE(writeTogether({put("good"), put("ROLLBACK"), put("good")}, codes)) << "they run again one by one";
     EXPECT_EQ(local.store.placeCount(~0), 2);
     EXPECT_EQ(code(put("ROLLBACK")), ReturnCode::StorageFailed);
+    EXPECT_FALSE(writer.writeTogether(Deadline::max(), []() -> bool { throw std::runtime_error("as told"); }));
     const std::lock_guard<std::timed_mutex> others(local.shared.store.writeLock);
     EXPECT_FALSE(writer.writeTogether(Clock::now(), [] { return false; })) << "others write for all the time there is";
 }
