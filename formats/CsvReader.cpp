@@ -2,210 +2,271 @@
 
 #include "CsvReader.h"
 
+#include "CsvColumns.h"
+#include "CsvRows.h"
 #include "Feature.h"
 #include "Input.h"
 #include "Vocabulary.h"
+#include "WellKnownText.h"
 
-#include <places/Place.h>
+#include <QtCore/QRegularExpression>
+#include <QtCore/QTextCodec>
 
-#include <QtCore/QByteArrayList>
-#include <QtCore/QStringList>
-
-#include <cstdlib>
-#include <csv.h>
-#include <map>
+#include <algorithm>
 
 namespace formats
 {
 
-using namespace vela::platform::places;
-
 namespace
 {
 
-/// Most columns of a row.
+/// Maximum number of columns.
 constexpr int MAX_COLUMNS = 1000;
 
-/// The character between the fields: the most frequent candidate in the first line, outside quotation marks.
-unsigned char separatorOf(const QByteArray &head)
+bool isAscii(const QByteArray &bytes)
 {
-    std::map<char, int> counts;
-    bool isQuoted = false;
-    for (const char c : head) {
-        isQuoted ^= c == '"';
-        if (c == '\n' && !isQuoted)
-            break;
-        counts[c] += isQuoted ? 0 : 1;
-    }
-    char best = ',';
-    for (const char candidate : {';', '\t'}) {
-        if (counts[candidate] > counts[best])
-            best = candidate;
-    }
-    return static_cast<unsigned char>(best);
+    return std::none_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
 }
 
-/// The property name for a column heading; an unknown heading is used as it is.
-QString columnName(const QString &heading)
+/// True for a number with a decimal comma: "47,3769".
+bool hasDecimalComma(const QString &text)
 {
-    static constexpr struct
-    {
-        const char *heading;
-        const char *name;
-    } OTHER_NAMES[] = {
-        {"lat", "latitude"},      {"lon", "longitude"},       {"lng", "longitude"},      {"long", "longitude"},
-        {"alt", "altitude"},      {"ele", "altitude"},        {"elevation", "altitude"}, {"title", vocabulary::NAME},
-        {"latitude", "latitude"}, {"longitude", "longitude"}, {"altitude", "altitude"},
-    };
-    for (const auto &other : OTHER_NAMES) {
-        if (heading.compare(QLatin1String(other.heading), Qt::CaseInsensitive) == 0)
-            return QLatin1String(other.name);
-    }
-    const QHash<QString, vocabulary::Kind> &known = vocabulary::kinds();
-    for (auto each = known.begin(); each != known.end(); ++each) {
-        if (heading.compare(each.key(), Qt::CaseInsensitive) == 0)
-            return each.key();
-    }
-    return heading;
+    static const QRegularExpression NUMBER(QStringLiteral("^\\s*[-+]?\\d+,\\d+\\s*$"));
+    return NUMBER.match(text).hasMatch();
 }
 
-/// Receives the rows from the parser.
+/// The position of a row, as texts.
+struct Position
+{
+    QString longitude;
+    QString latitude;
+    QString altitude;
+    QString problem = {};
+};
+
+/// Latitude and longitude in one text: "47.2, 8.7".
+void readPair(const QString &text, Position &position)
+{
+    static const QRegularExpression APART(QStringLiteral("[\\s,;()\\[\\]]+"));
+    const QStringList numbers = text.split(APART, Qt::SkipEmptyParts);
+    if (numbers.size() == 2) {
+        position.latitude = numbers[0];
+        position.longitude = numbers[1];
+    } else if (!text.isEmpty()) {
+        position.problem = QStringLiteral("coordinates \"%1\" are not a latitude and a longitude").arg(text.left(80));
+    }
+}
+
+/// Reads rows as places.
 class CsvReader
 {
 public:
-    CsvReader(Input &input, const TakePlace &take)
+    CsvReader(Input &input, const ReadOptions &options, const TakePlace &take)
         : m_input(input)
+        , m_options(options)
         , m_take(take)
-    {
-        csv_init(&m_parser, CSV_STRICT | CSV_STRICT_FINI);
-        csv_set_delim(&m_parser, separatorOf(input.head()));
-        csv_set_realloc_func(&m_parser, growField);
-    }
-    CsvReader(const CsvReader &) = delete;
-    CsvReader &operator=(const CsvReader &) = delete;
-    ~CsvReader() { csv_free(&m_parser); }
+        , m_rows(input, MAX_COLUMNS)
+    {}
 
     QString read()
     {
-        char buffer[16 * 1024];
-        while (const std::size_t count = m_input.read(buffer, sizeof buffer)) {
-            if (csv_parse(&m_parser, buffer, count, onField, onRow, this) != count)
-                return parseProblem();
-            if (m_ended || !m_problem.isEmpty())
-                return m_problem;
+        const QString problem = m_rows.next()
+                                    ? readHeadings()
+                                    : QStringLiteral("not CSV: the row with the names of the columns is missing");
+        if (!problem.isEmpty() || !m_input.problem().isEmpty())
+            return m_input.problem().isEmpty() ? problem : m_input.problem();
+        bool goesOn = true;
+        for (int row = 2; goesOn && m_rows.next(); ++row) {
+            ReadPlace read;
+            read.where = QStringLiteral("row %1").arg(row);
+            readRow(read);
+            if (row == 2)
+                noteColumns();
+            goesOn = m_take(std::move(read));
         }
-        if (!m_input.problem().isEmpty())
-            return m_input.problem();
-        if (csv_fini(&m_parser, onField, onRow, this) != 0)
-            return parseProblem();
-        if (m_columns.isEmpty() && m_problem.isEmpty())
-            return QStringLiteral("not CSV: the row with the names of the columns is missing");
-        return m_problem;
+        return goesOn ? m_input.problem() : QString();
     }
 
 private:
-    static void *growField(void *memory, std::size_t size)
+    QString readHeadings()
     {
-        return size > MAX_ITEM_SIZE ? nullptr : std::realloc(memory, size);
-    }
-    static void onField(void *bytes, std::size_t size, void *self)
-    {
-        static_cast<CsvReader *>(self)->addField(QByteArray(static_cast<const char *>(bytes), static_cast<int>(size)));
-    }
-    static void onRow(int /*end*/, void *self) { static_cast<CsvReader *>(self)->finishRow(); }
-
-    QString parseProblem()
-    {
-        if (m_ended || !m_problem.isEmpty())
-            return m_problem;
-        const bool isTooLarge = csv_error(&m_parser) == CSV_ENOMEM;
-        return QStringLiteral("not CSV in row %1: %2")
-            .arg(m_row + 1)
-            .arg(QLatin1String(isTooLarge ? "a field is too large" : "a quotation mark at the wrong place"));
-    }
-
-    void addField(const QByteArray &bytes)
-    {
-        m_size += static_cast<std::size_t>(bytes.size());
-        if (m_size <= MAX_ITEM_SIZE && m_fields.size() <= MAX_COLUMNS)
-            m_fields.append(bytes);
-    }
-
-    void finishRow()
-    {
-        ++m_row;
-        if (m_columns.isEmpty())
-            takeHeadings();
-        else if (!m_ended && m_problem.isEmpty())
-            takePlace();
-        m_fields.clear();
-        m_size = 0;
-    }
-
-    void takeHeadings()
-    {
-        for (const QByteArray &field : qAsConst(m_fields)) {
+        if (!m_rows.problem().isEmpty())
+            return QStringLiteral("not CSV in row 1: %1").arg(m_rows.problem());
+        if (m_rows.fields().size() > MAX_COLUMNS)
+            return QStringLiteral("not CSV: more than %1 columns").arg(MAX_COLUMNS);
+        QStringList headings;
+        for (const QByteArray &field : m_rows.fields()) {
             QString heading;
-            if (!decodeUtf8(field, heading))
-                m_problem = QStringLiteral("not CSV: the first row is not UTF-8");
-            m_columns.append(columnName(heading));
+            if (!decode(field, heading))
+                return QStringLiteral("not CSV: the first row is not UTF-8");
+            headings.append(heading);
         }
-        if (m_columns.size() > MAX_COLUMNS || m_size > MAX_ITEM_SIZE)
-            m_problem = QStringLiteral("not CSV: more than %1 columns").arg(MAX_COLUMNS);
-        else if (m_problem.isEmpty() && !m_columns.contains(QLatin1String(vocabulary::NAME)))
-            m_problem = QStringLiteral("not CSV with a row of headings: there is no column \"name\"; add one");
+        for (auto given = m_options.columns.begin(); given != m_options.columns.end(); ++given) {
+            if (!headings.contains(given.key()))
+                return QStringLiteral("no column is called \"%1\"; there are %2").arg(given.key(), quoted(headings));
+        }
+        m_columns = columnsOf(headings, m_options.columns);
+        m_hasLatitude = m_columns.names.contains(QLatin1String(csv::LATITUDE));
+        if (m_columns.names.contains(QLatin1String(vocabulary::NAME)))
+            return {};
+        return QStringLiteral(
+                   "the first row has no heading for the name of places: found are %1, expected are headings "
+                   "such as name, latitude and longitude")
+            .arg(quoted(headings));
     }
 
-    void takePlace()
+    /// The first headings, for users.
+    static QString quoted(const QStringList &headings)
     {
-        auto place = std::make_unique<Place>();
-        const QString problem = readRow(*place);
-        const QString where = QStringLiteral("row %1").arg(m_row);
-        m_ended = !m_take({where, problem.isEmpty() ? std::move(place) : nullptr, problem});
+        constexpr int SHOWN = 8;
+        QStringList texts;
+        for (const QString &heading : headings.mid(0, SHOWN))
+            texts.append(QLatin1Char('"') + heading.left(40) + QLatin1Char('"'));
+        return texts.join(QStringLiteral(", ")) + (headings.size() > SHOWN ? QStringLiteral(" ...") : QString());
     }
 
-    QString readRow(Place &place) const
+    void note(const QString &text) const
     {
-        if (m_size > MAX_ITEM_SIZE)
-            return QStringLiteral("more than the %1 bytes that a row may have").arg(MAX_ITEM_SIZE);
-        if (m_fields.size() != m_columns.size())
-            return QStringLiteral("%1 fields instead of %2").arg(m_fields.size()).arg(m_columns.size());
-        TextFeature feature;
-        QMap<QString, QString> position;
-        for (int i = 0; i < m_fields.size(); ++i) {
-            const QString &column = m_columns[i];
+        if (m_options.note)
+            m_options.note(text);
+    }
+
+    /// Reports what the headings and the first row told, unless all is as an export writes it.
+    void noteColumns() const
+    {
+        static const QMap<char, QString> DELIMITERS{{',', QStringLiteral("commas")},
+                                                    {';', QStringLiteral("semicolons")},
+                                                    {'\t', QStringLiteral("tabs")},
+                                                    {'|', QStringLiteral("pipes")}};
+        const QString description = m_columns.description();
+        const bool isPlain = m_rows.delimiter() == ',' && !m_rows.isUtf16() && description.isEmpty();
+        if (isPlain)
+            return;
+        note(QStringLiteral("%1%2%3; %4")
+                 .arg(DELIMITERS[m_rows.delimiter()], m_hasDecimalComma ? QStringLiteral(", decimal comma") : QString(),
+                      m_rows.isUtf16() ? QStringLiteral(", UTF-16") : QString(),
+                      description.isEmpty() ? QStringLiteral("columns as named") : description));
+    }
+
+    /// Decodes a field. A file is Windows-1252 when its first characters beyond ASCII are not UTF-8.
+    bool decode(const QByteArray &bytes, QString &text)
+    {
+        if (!m_isWindows1252 && decodeUtf8(bytes, text)) {
+            m_isUtf8 = m_isUtf8 || !isAscii(bytes);
+            return true;
+        }
+        if (m_isUtf8)
+            return false;
+        if (!m_isWindows1252)
+            note(QStringLiteral("not UTF-8; read as Windows-1252"));
+        m_isWindows1252 = true;
+        text = QTextCodec::codecForName("Windows-1252")->toUnicode(bytes);
+        return true;
+    }
+
+    void readRow(ReadPlace &read)
+    {
+        read.problem = m_rows.problem();
+        if (read.problem.isEmpty() && m_rows.fields().size() != m_columns.names.size())
+            read.problem =
+                QStringLiteral("%1 fields instead of %2").arg(m_rows.fields().size()).arg(m_columns.names.size());
+        QStringList values;
+        if (read.problem.isEmpty())
+            read.problem = decodeFields(values);
+        if (read.problem.isEmpty())
+            readValues(values, read);
+    }
+
+    QString decodeFields(QStringList &values)
+    {
+        for (int i = 0; i < m_rows.fields().size(); ++i) {
             QString value;
-            if (!decodeUtf8(m_fields[i], value))
-                return QStringLiteral("%1 is not UTF-8").arg(column);
+            if (!decode(m_rows.fields()[i], value))
+                return QStringLiteral("%1 is not UTF-8").arg(m_columns.names[i]);
             if (value.contains(QChar::Null))
-                return QStringLiteral("a null character in %1").arg(column);
-            if (column == QLatin1String("latitude") || column == QLatin1String("longitude")
-                || column == QLatin1String("altitude"))
-                position[column] = value;
-            else
-                feature.set(column, value);
+                return QStringLiteral("a null character in %1").arg(m_columns.names[i]);
+            values.append(value);
         }
-        feature.setPosition(position.value(QStringLiteral("longitude")), position.value(QStringLiteral("latitude")),
-                            position.value(QStringLiteral("altitude")));
-        return feature.read(place);
+        return {};
+    }
+
+    /// The first value that is not empty in the columns with this name.
+    [[nodiscard]] QString valueOf(const QStringList &values, const char *name) const
+    {
+        for (int i = 0; i < values.size(); ++i) {
+            if (m_columns.names[i] == QLatin1String(name) && !values[i].isEmpty())
+                return values[i];
+        }
+        return {};
+    }
+
+    /// Replaces a decimal comma, unless commas separate the fields.
+    QString number(QString text)
+    {
+        if (m_rows.delimiter() == ',' || !hasDecimalComma(text))
+            return text;
+        m_hasDecimalComma = true;
+        return text.replace(QLatin1Char(','), QLatin1Char('.'));
+    }
+
+    void readValues(const QStringList &values, ReadPlace &read)
+    {
+        TextFeature feature(toCsvText);
+        const QString rest = valueOf(values, vocabulary::REST);
+        const bool hasRest = feature.setRest(rest);
+        for (int i = 0; i < values.size(); ++i) {
+            const QString &name = m_columns.names[i];
+            if (name == QLatin1String(vocabulary::ID))
+                feature.setId(values[i]);
+            else if (!isPosition(name) && !(hasRest && name == QLatin1String(vocabulary::REST)))
+                feature.set(name, values[i]);
+        }
+        if (readPosition(values, feature, read))
+            feature.read(m_options, read);
+    }
+
+    /// True for a column of the position. Coordinates and geometry are used only without a latitude column.
+    [[nodiscard]] bool isPosition(const QString &name) const
+    {
+        const bool isWhole = name == QLatin1String(csv::COORDINATES) || name == QLatin1String(csv::GEOMETRY);
+        return name == QLatin1String(csv::LATITUDE) || name == QLatin1String(csv::LONGITUDE)
+               || name == QLatin1String(csv::ALTITUDE) || (isWhole && !m_hasLatitude);
+    }
+
+    /// Sets the position of the feature. False when it cannot be read.
+    bool readPosition(const QStringList &values, TextFeature &feature, ReadPlace &read)
+    {
+        Position position{number(valueOf(values, csv::LONGITUDE)), number(valueOf(values, csv::LATITUDE)),
+                          number(valueOf(values, csv::ALTITUDE))};
+        if (!m_hasLatitude)
+            readPair(valueOf(values, csv::COORDINATES), position);
+        if (const QString text = valueOf(values, csv::GEOMETRY); !m_hasLatitude && !text.isEmpty()) {
+            const WellKnownText geometry = readWellKnownText(text);
+            position = {geometry.position.value(0), geometry.position.value(1), geometry.position.value(2),
+                        geometry.problem};
+            feature.setGeometry(geometry.json);
+        }
+        read.problem = position.problem;
+        feature.setPosition(position.longitude, position.latitude, position.altitude);
+        return read.problem.isEmpty();
     }
 
     Input &m_input;
+    const ReadOptions &m_options;
     const TakePlace &m_take;
-    csv_parser m_parser = {};
-    QStringList m_columns;
-    QByteArrayList m_fields;
-    std::size_t m_size = 0;
-    QString m_problem;
-    int m_row = 0;
-    bool m_ended = false;
+    CsvRows m_rows;
+    CsvColumns m_columns;
+    bool m_hasLatitude = false;
+    bool m_hasDecimalComma = false;
+    bool m_isUtf8 = false;        ///< A field contained UTF-8 beyond ASCII.
+    bool m_isWindows1252 = false; ///< A field contained other bytes before that.
 };
 
 } // namespace
 
-QString readCsv(Input &input, const ReadOptions & /*options*/, const TakePlace &take)
+QString readCsv(Input &input, const ReadOptions &options, const TakePlace &take)
 {
-    return CsvReader(input, take).read();
+    return CsvReader(input, options, take).read();
 }
 
 } // namespace formats

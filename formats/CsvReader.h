@@ -6,8 +6,8 @@
 namespace formats
 {
 
-/// Reads comma-separated values (RFC 4180) in UTF-8; semicolons and tabs are accepted as separators too. The first row
-/// names the columns: latitude, longitude, altitude, and the properties of a GeoJSON feature. A ReadPlaces.
+/// Reads comma-separated values (RFC 4180), also with other separators, with decimal commas, and in UTF-16 or
+/// Windows-1252. The first row names the columns, see columnsOf(). A ReadPlaces.
 QString readCsv(Input &input, const ReadOptions &options, const TakePlace &take);
 
 } // namespace formats

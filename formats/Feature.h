@@ -1,6 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "FlatFeature.h"
 #include "PlaceReader.h"
 
 #include <QtCore/QSet>
@@ -50,28 +51,41 @@ void readFeature(const rapidjson::Value &feature, const ReadOptions &options, Re
 /// on success.
 QString readFeature(const rapidjson::Value &feature, vela::platform::places::Place &place);
 
-/// A feature built from texts, for text-only formats. Empty texts are unset values.
+/// A feature built from texts, for text-only formats. Empty texts are unset values, except that an empty text for a
+/// list is an empty list.
 class TextFeature
 {
 public:
-    TextFeature();
+    /// @param keep the text that the format stores for a text; null when it stores all texts unchanged.
+    explicit TextFeature(KeepText keep = nullptr);
 
     /// Sets the position: degrees and metres as decimal numbers. Without effect when longitude and latitude are empty.
-    /// An invalid number makes read() fail.
+    /// Other texts are reported by read().
     void setPosition(const QString &longitude, const QString &latitude, const QString &altitude = {});
-    /// Sets a property by its GeoJSON name, unless it is set already. The elements of a list are separated by
-    /// semicolons.
+    /// Sets a geometry other than a point. `json` is a GeoJSON geometry; invalid JSON has no effect.
+    void setGeometry(const QByteArray &json);
+    /// Sets all that FlatFeature::rest() returned; call it before the other setters. A value of the rest is kept when
+    /// a setter gives the same text for it. False when `json` is not an object nested at most MAX_DEPTH deep, with at
+    /// most MAX_LIST_LENGTH properties.
+    bool setRest(const QString &json);
+    /// Sets the id of the feature.
+    void setId(const QString &id);
+    /// Sets a property by its GeoJSON name, unless it is set already. The text of a list is read by splitList().
     void set(const QString &name, const QString &value);
-
-    /// Fills a new place, as readFeature() does.
-    QString read(vela::platform::places::Place &place) const;
+    /// Reads the feature, as readFeature() does.
+    void read(const ReadOptions &options, ReadPlace &read) const;
 
 private:
     rapidjson::Value toValue(const QString &text);
+    /// Sets a member to a text, or removes it when the text is empty; a member with the same text is not changed.
+    void replace(rapidjson::Value &object, const QString &name, const QString &text);
+    /// The text of a member as the format stores it.
+    [[nodiscard]] QString keptText(const QString &name, const rapidjson::Value &value) const;
 
+    KeepText m_keep;
     rapidjson::Document m_feature{rapidjson::kObjectType};
     QSet<QString> m_names;
-    bool m_hasBadAltitude = false;
+    QSet<QString> m_restNames; ///< Properties of the rest.
 };
 
 } // namespace formats

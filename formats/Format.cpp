@@ -4,14 +4,19 @@
 
 #include "ArchiveDevice.h"
 #include "CsvReader.h"
+#include "CsvWriter.h"
 #include "DocumentReader.h"
 #include "GeoJsonReader.h"
 #include "GeoJsonWriter.h"
+#include "GpxReader.h"
+#include "GpxWriter.h"
 #include "Input.h"
+#include "KmlReader.h"
+#include "KmlWriter.h"
+#include "KmzWriter.h"
 #include "TextWriter.h"
 #include "VCardReader.h"
 #include "VCardWriter.h"
-#include "XmlReader.h"
 
 #include <places/PlaceJson.h>
 
@@ -46,10 +51,11 @@ std::unique_ptr<PlaceWriter> makeTextWriter(QIODevice &out)
 const Format FORMATS[] = {
     {"geojson", " geojson geojsonl json ", readGeoJson, makeTextWriter<GEOJSON>},
     {"json", " jsonl ndjson ", readDocuments, makeTextWriter<DOCUMENTS>},
-    {"gpx", " gpx ", readGpx, nullptr},
-    {"kml", " kml ", readKml, nullptr},
-    {"csv", " csv tsv ", readCsv, nullptr},
+    {"gpx", " gpx ", readGpx, makeGpxWriter},
+    {"kml", " kml ", readKml, makeKmlWriter},
+    {"csv", " csv tsv ", readCsv, makeCsvWriter},
     {"vcard", " vcf vcard ", readVCards, makeTextWriter<VCARDS>},
+    {"kmz", " kmz ", readKml, makeKmzWriter},
 };
 
 bool isJsonFormat(const Format &format)

@@ -28,6 +28,12 @@ public:
     [[nodiscard]] virtual QString begin() = 0;
     [[nodiscard]] virtual QString write(const vela::platform::places::Place &place) = 0;
     [[nodiscard]] virtual QString end() = 0;
+
+    /// Why the last place is not in the file; empty when it is.
+    [[nodiscard]] const QString &leftOut() const { return m_leftOut; }
+
+protected:
+    QString m_leftOut; ///< Set by each write() of a format that cannot hold every place.
 };
 
 /// Makes a writer to a device that is open and outlives it.

@@ -20,8 +20,10 @@ struct AddressText
     void (Address::*set)(const QString &);
 };
 
+constexpr char LABEL[] = "label";
+
 constexpr AddressText ADDRESS_TEXTS[] = {
-    {"label", &Address::label, &Address::setLabel},
+    {LABEL, &Address::label, &Address::setLabel},
     {"room", &Address::room, &Address::setRoom},
     {"building", &Address::building, &Address::setBuilding},
     {"campus", &Address::campus, &Address::setCampus},
@@ -54,7 +56,11 @@ constexpr char VERTICAL_ACCURACY[] = "verticalAccuracy";
 constexpr char VIRTUAL_DATA[] = "virtualData";
 constexpr char VIRTUAL_DATA_TYPE[] = "virtualDataType";
 
-/// Name that a places service gives a place without one.
+/// Fields of text-only formats: the id of the feature, and FlatFeature::rest().
+constexpr char ID[] = "id";
+constexpr char REST[] = "geojson";
+
+/// Name of a place without a name, as in the service.
 constexpr char UNNAMED[] = "Unnamed Place";
 
 constexpr char NAME[] = "name";

@@ -4,20 +4,18 @@
 
 #include "Feature.h"
 #include "Input.h"
-#include "Vocabulary.h"
 
 #include <places/Place.h>
 
-#include <QtCore/QVector>
+#include <QtCore/QMap>
 #include <QtCore/QXmlStreamReader>
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
 namespace formats
 {
-
-using namespace vela::platform::places;
 
 namespace
 {
@@ -27,113 +25,13 @@ constexpr int MAX_ATTRIBUTES = 100;
 /// Maximum number of equals signs in an unparsed tag or text; each may be an attribute.
 constexpr std::ptrdiff_t MAX_EQUALS_SIGNS = 10000;
 
-/// An attribute or a nested element of an element that may be a place: its path of local names from there ("@lat",
-/// "link@href", "Point/coordinates"), and its value or text. An element is added when it ends.
-struct Field
-{
-    QString path;
-    QString value;
-};
-
-using Fields = QVector<Field>;
-
-/// Differences between the XML formats.
-struct XmlFormat
-{
-    const char *root;    ///< Local name of the root element.
-    const char *element; ///< Local name of an element that may be a place.
-    const char *unit;    ///< Name of this element for users.
-    void (*fill)(const Fields &fields, TextFeature &feature);
-};
-
-QString valueOf(const Fields &fields, const char *path)
-{
-    for (const Field &field : fields) {
-        if (field.path == QLatin1String(path))
-            return field.value;
-    }
-    return {};
-}
-
-bool isChild(const Field &field)
-{
-    return !field.path.contains(QLatin1Char('/')) && !field.path.contains(QLatin1Char('@'));
-}
-
-// ------------------------------------------------------------------------------------------------------------- GPX
-
-/// GPX gives elevations above the geoid; with the height of the geoid this becomes the altitude above the ellipsoid.
-QString gpxAltitude(const Fields &fields)
-{
-    const QString elevation = valueOf(fields, "ele");
-    bool isNumber = false;
-    const double metres = elevation.toDouble(&isNumber);
-    return isNumber ? QString::number(metres + valueOf(fields, "geoidheight").toDouble(), 'g', 17) : elevation;
-}
-
-void fillFromGpx(const Fields &fields, TextFeature &feature)
-{
-    static constexpr struct
-    {
-        const char *path;
-        const char *name;
-    } NAMES[] = {
-        {"name", vocabulary::NAME},
-        {"desc", vocabulary::DESCRIPTION},
-        {"link@href", vocabulary::URL},
-        {"url", vocabulary::URL},
-        {"type", "kind"},
-    };
-    feature.setPosition(valueOf(fields, "@lon"), valueOf(fields, "@lat"), gpxAltitude(fields));
-    QStringList taken{QStringLiteral("ele"), QStringLiteral("geoidheight")};
-    for (const auto &each : NAMES) {
-        feature.set(QLatin1String(each.name), valueOf(fields, each.path));
-        taken.append(QLatin1String(each.path));
-    }
-    for (const Field &field : fields) {
-        if (isChild(field) && !taken.contains(field.path))
-            feature.set(field.path, field.value);
-    }
-}
-
-// ------------------------------------------------------------------------------------------------------------- KML
-
-void fillFromKml(const Fields &fields, TextFeature &feature)
-{
-    const QStringList position = valueOf(fields, "Point/coordinates").split(QLatin1Char(','));
-    // In all other modes, the default included, the altitude has no effect.
-    const bool isAbsolute = valueOf(fields, "Point/altitudeMode") == QLatin1String("absolute");
-    feature.setPosition(position.value(0), position.value(1), isAbsolute ? position.value(2) : QString());
-    feature.set(QLatin1String(vocabulary::NAME), valueOf(fields, "name"));
-    feature.set(QLatin1String(vocabulary::DESCRIPTION), valueOf(fields, "description"));
-    feature.set(QStringLiteral("label"), valueOf(fields, "address"));
-    feature.set(QLatin1String(vocabulary::PHONE), valueOf(fields, "phoneNumber"));
-    static const QString DATA = QStringLiteral("ExtendedData/Data");
-    static const QString SIMPLE_DATA = QStringLiteral("ExtendedData/SchemaData/SimpleData");
-    QString name;
-    for (const Field &field : fields) {
-        if (field.path == DATA + QStringLiteral("@name") || field.path == SIMPLE_DATA + QStringLiteral("@name"))
-            name = field.value;
-        else if (!name.isEmpty() && (field.path == SIMPLE_DATA || field.path == DATA + QStringLiteral("/value")))
-            feature.set(name, field.value);
-        if (field.path == DATA || field.path == SIMPLE_DATA)
-            name.clear();
-    }
-}
-
-// ---------------------------------------------------------------------------------------------------- one for both
-
-constexpr XmlFormat GPX{"gpx", "wpt", "waypoint", fillFromGpx};
-constexpr XmlFormat KML{"kml", "Placemark", "placemark", fillFromKml};
-
-/// Reads a document token by token. Memory is limited by the size of a token and of an element that may be a place.
-/// Document types are refused, so a document cannot declare entities.
 class XmlReader
 {
 public:
-    XmlReader(Input &input, const XmlFormat &format, const TakePlace &take)
+    XmlReader(Input &input, const XmlFormat &format, const ReadOptions &options, const TakePlace &take)
         : m_input(input)
         , m_format(format)
+        , m_options(options)
         , m_take(take)
     {}
 
@@ -153,6 +51,13 @@ public:
     }
 
 private:
+    /// An open folder.
+    struct Folder
+    {
+        int depth = 0; ///< Depth of the element in the file.
+        QString name = {};
+    };
+
     /// Reads the next token and feeds the parser as needed. False at the end and on an error.
     bool next()
     {
@@ -181,8 +86,7 @@ private:
         case QXmlStreamReader::StartElement:
             return start();
         case QXmlStreamReader::Characters:
-            if (m_depth > 0 && m_foreignDepth == 0 && !m_problemOfPlace)
-                addText();
+            addText();
             return true;
         case QXmlStreamReader::EndElement:
             return end();
@@ -195,30 +99,58 @@ private:
     {
         if (m_xml.attributes().size() + m_xml.namespaceDeclarations().size() > MAX_ATTRIBUTES)
             return refuse("a tag has too many attributes");
-        const QString name = m_xml.name().toString();
         if (++m_fileDepth == 1)
             m_namespace = m_xml.namespaceUri().toString();
-        if (m_fileDepth == 1 && name != QLatin1String(m_format.root))
+        if (m_fileDepth == 1 && m_xml.name() != QLatin1String(m_format.root))
             return refuse("another kind of document");
         if (m_fileDepth > MAX_DEPTH)
             return refuse("nested too deep");
-        if (m_foreignDepth > 0 || m_xml.namespaceUri() != m_namespace) {
+        const bool isExtension = m_format.extension && m_xml.namespaceUri() == QLatin1String(m_format.extension);
+        if (m_foreignDepth > 0 || (m_xml.namespaceUri() != m_namespace && !isExtension)) {
             ++m_foreignDepth;
             return true;
         }
-        if (m_depth == 0 && name != QLatin1String(m_format.element))
-            return true;
-        if (m_depth++ == 0)
-            m_line = m_xml.lineNumber();
-        else
-            m_path.append(name);
         m_text.clear();
+        if (m_depth == 0)
+            startOutside(isExtension);
+        else
+            startInside(isExtension);
+        return true;
+    }
+
+    /// Handles an element outside of all members: a member, a folder, or another one.
+    void startOutside(bool isExtension)
+    {
+        if (isExtension)
+            return;
+        if (m_format.folder && m_xml.name() == QLatin1String(m_format.folder))
+            m_folders.append(Folder{m_fileDepth});
+        const auto *found =
+            std::find_if(m_format.elements.begin(), m_format.elements.end(),
+                         [this](const XmlElement &element) { return m_xml.name() == QLatin1String(element.name); });
+        if (found == m_format.elements.end())
+            return;
+        m_element = found;
+        m_depth = 1;
+        m_line = m_xml.lineNumber();
+        addAttributes();
+    }
+
+    void startInside(bool isExtension)
+    {
+        ++m_depth;
+        const QString prefix = isExtension ? QLatin1String(m_format.prefix) + QLatin1Char(':') : QString();
+        m_path.append(prefix + m_xml.name().toString());
+        addAttributes();
+    }
+
+    void addAttributes()
+    {
         const QString path = m_path.join(QLatin1Char('/'));
         for (const QXmlStreamAttribute &attribute : m_xml.attributes()) {
             if (attribute.namespaceUri().isEmpty())
                 addField(path + QLatin1Char('@') + attribute.name().toString(), attribute.value().toString());
         }
-        return true;
     }
 
     bool end()
@@ -228,28 +160,62 @@ private:
             --m_foreignDepth;
             return true;
         }
-        if (m_depth == 0)
-            return true;
-        if (--m_depth > 0) {
-            addField(m_path.join(QLatin1Char('/')), m_text.trimmed());
-            m_path.removeLast();
-            m_text.clear();
+        if (m_depth == 0) {
+            endOutside();
             return true;
         }
-        return handOut();
+        if (--m_depth == 0) {
+            handOut();
+            return true;
+        }
+        addField(m_path.join(QLatin1Char('/')), m_text.trimmed());
+        m_path.removeLast();
+        m_text.clear();
+        return true;
+    }
+
+    void endOutside()
+    {
+        if (m_folders.isEmpty())
+            return;
+        if (m_folders.last().depth > m_fileDepth)
+            m_folders.removeLast();
+        else if (isNameOfFolder(m_fileDepth + 1))
+            m_folders.last().name = m_text.trimmed();
+        m_text.clear();
+    }
+
+    [[nodiscard]] bool isNameOfFolder(int depth) const
+    {
+        return !m_folders.isEmpty() && m_folders.last().depth + 1 == depth && m_xml.name() == QLatin1String("name");
+    }
+
+    /// True for text that is kept: of a folder or of an element that never is a place, only the name.
+    [[nodiscard]] bool isKept() const
+    {
+        if (m_depth == 0)
+            return !m_folders.isEmpty() && m_folders.last().depth + 1 == m_fileDepth;
+        return m_element->fill || (m_path.size() == 1 && m_path.first() == QLatin1String("name"));
     }
 
     void addText()
     {
+        if (m_foreignDepth > 0 || m_problemOfPlace || !isKept())
+            return;
         m_text += m_xml.text();
-        count(m_xml.text().size());
+        if (m_depth > 0)
+            count(m_xml.text().size());
+        else if (m_text.size() > MAX_FOLDER_NAME)
+            m_text.truncate(MAX_FOLDER_NAME);
     }
 
     void addField(const QString &path, const QString &value)
     {
-        count(static_cast<int>(sizeof(Field)) + path.size() + value.size());
+        if (!isKept())
+            return;
+        count(static_cast<int>(sizeof(XmlField)) + path.size() + value.size());
         if (!m_problemOfPlace)
-            m_fields.append({path, value});
+            m_member.fields.append({path, value});
     }
 
     void count(int size)
@@ -259,22 +225,32 @@ private:
             m_problemOfPlace = "too large";
     }
 
-    bool handOut()
+    void handOut()
     {
-        auto place = std::make_unique<Place>();
-        QString problem = QLatin1String(m_problemOfPlace);
-        if (!m_problemOfPlace) {
-            TextFeature feature;
-            m_format.fill(m_fields, feature);
-            problem = feature.read(*place);
-        }
-        m_fields.clear();
+        for (const Folder &folder : qAsConst(m_folders))
+            m_member.folders.append(folder.name);
+        ReadPlace read;
+        read.kind = m_element->kind;
+        read.where = where();
+        if (m_problemOfPlace)
+            read.problem = QLatin1String(m_problemOfPlace);
+        else if (m_element->fill)
+            m_element->fill(m_member, m_options, read);
+        m_member = {};
         m_size = 0;
         m_problemOfPlace = nullptr;
-        const QString where =
-            QStringLiteral("%1 %2, line %3").arg(QLatin1String(m_format.unit)).arg(++m_count).arg(m_line);
-        m_ended = !m_take({where, problem.isEmpty() ? std::move(place) : nullptr, problem});
-        return true;
+        m_ended = !m_take(std::move(read));
+    }
+
+    /// An element that never is a place is reported with its name.
+    QString where()
+    {
+        const QString name = m_element->fill ? QString() : m_member.value("name");
+        return QStringLiteral("%1 %2%3, line %4")
+            .arg(QLatin1String(m_element->unit))
+            .arg(++m_counts[m_element])
+            .arg(name.isEmpty() ? QString() : QStringLiteral(" \"%1\"").arg(name))
+            .arg(m_line);
     }
 
     bool refuse(const char *problem)
@@ -283,37 +259,47 @@ private:
         return false;
     }
 
+    /// Maximum length of a folder's name; the rest is cut off.
+    static constexpr int MAX_FOLDER_NAME = 4096;
+
     Input &m_input;
     const XmlFormat &m_format;
+    const ReadOptions &m_options;
     const TakePlace &m_take;
     QXmlStreamReader m_xml;
     QString m_problem;
-    QString m_namespace; ///< Namespace of the root, if any; elements of other namespaces are skipped.
+    QString m_namespace; ///< Namespace of the root, if any.
     int m_fileDepth = 0;
     int m_foreignDepth = 0; ///< Depth inside a skipped element; 0 outside.
-    int m_count = 0;
-    bool m_ended = false; ///< TakePlace wants no more places.
+    QVector<Folder> m_folders;
+    QMap<const XmlElement *, int> m_counts;
+    bool m_ended = false; ///< TakePlace wants no more members.
 
-    // The current element that may be a place: the depth in it (0 outside) and its fields.
+    // The current member: the depth in it (0 outside) and its content.
+    const XmlElement *m_element = nullptr;
     int m_depth = 0;
     qint64 m_line = 0;
     QStringList m_path;
     QString m_text;
-    Fields m_fields;
+    XmlMember m_member;
     std::size_t m_size = 0;
     const char *m_problemOfPlace = nullptr;
 };
 
 } // namespace
 
-QString readGpx(Input &input, const ReadOptions & /*options*/, const TakePlace &take)
+QString XmlMember::value(const char *path) const
 {
-    return XmlReader(input, GPX, take).read();
+    for (const XmlField &field : fields) {
+        if (field.path == QLatin1String(path))
+            return field.value;
+    }
+    return {};
 }
 
-QString readKml(Input &input, const ReadOptions & /*options*/, const TakePlace &take)
+QString readXml(Input &input, const XmlFormat &format, const ReadOptions &options, const TakePlace &take)
 {
-    return XmlReader(input, KML, take).read();
+    return XmlReader(input, format, options, take).read();
 }
 
 } // namespace formats

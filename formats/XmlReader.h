@@ -3,13 +3,53 @@
 
 #include "PlaceReader.h"
 
+#include <QtCore/QVector>
+
 namespace formats
 {
 
-/// Reads the waypoints of GPX 1.0 and 1.1; routes and tracks are skipped. A ReadPlaces.
-QString readGpx(Input &input, const ReadOptions &options, const TakePlace &take);
+/// An attribute or a nested element of a member of an XML file: its path of local names from there ("@lat",
+/// "link@href", "Point/coordinates"), and its value or text. An element is added when it ends.
+struct XmlField
+{
+    QString path;
+    QString value; ///< Without white space at the ends.
+};
 
-/// Reads the placemarks of KML 2.2 (OGC 07-147r2) that are points, in all folders. A ReadPlaces.
-QString readKml(Input &input, const ReadOptions &options, const TakePlace &take);
+/// The content of a member of an XML file.
+struct XmlMember
+{
+    QVector<XmlField> fields;
+    QStringList folders; ///< Names of the folders around it, the outermost first.
+
+    /// The first value of this path; empty when there is none.
+    [[nodiscard]] QString value(const char *path) const;
+};
+
+/// An element that is a member of the file.
+struct XmlElement
+{
+    const char *name; ///< Local name.
+    const char *unit; ///< Its name for users.
+    /// Sets all of `read` but `where`. Null for an element that never is a place; only its name is read.
+    void (*fill)(const XmlMember &member, const ReadOptions &options, ReadPlace &read);
+    MemberKind kind = MemberKind::Place; ///< Of an element without `fill`.
+};
+
+/// Differences between the XML formats.
+struct XmlFormat
+{
+    const char *root; ///< Local name of the root element.
+    QVector<XmlElement> elements;
+    const char *folder; ///< Local name of the elements that group members and have a child "name"; null for none.
+    /// Second namespace that is read, besides that of the root, and the prefix of its elements in paths.
+    const char *extension;
+    const char *prefix;
+};
+
+/// Reads a document token by token. Memory is limited by the size of a token and of a member. Document types are
+/// refused, so a document cannot declare entities. Elements of other namespaces are skipped. Returns the error of the
+/// file, as ReadPlaces does.
+QString readXml(Input &input, const XmlFormat &format, const ReadOptions &options, const TakePlace &take);
 
 } // namespace formats

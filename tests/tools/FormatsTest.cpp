@@ -3,9 +3,7 @@
 #include "formats/ExactJson.h"
 #include "formats/Feature.h"
 #include "formats/GeoJsonWriter.h"
-#include "formats/Input.h"
-#include "formats/VCardReader.h"
-#include "formats/VCardWriter.h"
+#include "support/FormatFile.h"
 #include "support/Placesd.h"
 
 #include <places/Place.h>
@@ -17,7 +15,6 @@
 
 #include <QtCore/QFile>
 #include <QtCore/QMap>
-#include <QtCore/QTemporaryFile>
 
 #include <map>
 #include <memory>
@@ -153,20 +150,19 @@ PlacePointer throughGeoJson(const PlacePointer &place)
     return read;
 }
 
-PlacePointer throughVCard(const PlacePointer &place)
+template <const char *FORMAT>
+PlacePointer throughFile(const PlacePointer &place)
 {
-    QTemporaryFile file;
-    EXPECT_TRUE(file.open() && file.write(formats::toVCard(*place)) > 0 && file.flush());
-    formats::Input input(file.fileName());
-    PlacePointer read;
-    EXPECT_EQ(formats::readVCards(input, {},
-                                  [&read](formats::ReadPlace member) {
-                                      read = std::move(member.place);
-                                      return true;
-                                  }),
-              QString());
-    return read;
+    FormatFile read = readFile(FORMAT, writeFile(FORMAT, {place.get()}));
+    EXPECT_EQ(read.members.size(), 1U);
+    EXPECT_EQ(read.problem + read.members.at(0).problem, QString());
+    return std::move(read.members.at(0).place);
 }
+
+constexpr char GPX[] = "gpx";
+constexpr char KML[] = "kml";
+constexpr char CSV[] = "csv";
+constexpr char VCARD[] = "vcard";
 
 constexpr struct
 {
@@ -175,7 +171,8 @@ constexpr struct
     qint64 id; ///< What is stored already cannot be given to a service.
 } FORMS[] = {
     {"bytes", throughBytes, 4711},   {"JSON document", throughDocument, 4711}, {"map link", throughMapLink, 4711},
-    {"service", throughService, -1}, {"GeoJSON", throughGeoJson, 4711},        {"vCard", throughVCard, 4711},
+    {"service", throughService, -1}, {"GeoJSON", throughGeoJson, 4711},        {"GPX", throughFile<GPX>, 4711},
+    {"KML", throughFile<KML>, 4711}, {"CSV", throughFile<CSV>, 4711},          {"vCard", throughFile<VCARD>, 4711},
 };
 
 // ------------------------------------------------------------------------------------------------------ the members

@@ -143,7 +143,7 @@ TEST_F(PlacesTool, OutputThatCannotBeWrittenIsAFailure)
 TEST_F(PlacesTool, ProblemsComeInTheOrderOfTheFile)
 {
     QByteArray rows = "name,lat,lon\n";
-    QByteArray problems;
+    QByteArray problems = "commas; columns: latitude from lat, longitude from lon\n";
     for (int row = 2; row <= 2000; ++row) {
         const bool isNowhere = row % 7 == 0;
         const bool isRefused = !isNowhere && row % 5 == 0;
@@ -196,7 +196,9 @@ TEST_F(PlacesTool, AnExportCanBeImportedAndGoesIntoAPipe)
         EXPECT_EQ(outcome.out, "0 imported, 1 skipped, 0 failed\n") << name << outcome.err;
     }
     EXPECT_EQ(places("export /no/such/folder/x").status, 1);
-    EXPECT_EQ(places("export x.gpx").status, 2);
+    const Outcome unknown = places("export x.xyz");
+    EXPECT_EQ(unknown.status, 2);
+    EXPECT_THAT(unknown.err, HasSubstr("geojson, json, gpx, kml, csv, vcard, kmz"));
     const QByteArray pipe = service.path("pipe").toLocal8Bit();
     ASSERT_EQ(::mkfifo(pipe.constData(), 0600), 0);
     const int end = ::open(pipe.constData(), O_RDWR | O_CLOEXEC);

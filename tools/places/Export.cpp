@@ -102,6 +102,15 @@ public:
         return m_status;
     }
 
+    /// Reports the number of places that the format cannot hold; Done when there are none.
+    ExitStatus reportLeftOut()
+    {
+        if (m_leftOutCount == 0)
+            return Done;
+        complain(m_title, QStringLiteral("places left out: %1").arg(m_leftOutCount));
+        return Failed;
+    }
+
 private:
     /// The device that the writer writes to.
     QIODevice &outOf(QFileDevice &file)
@@ -139,7 +148,13 @@ private:
         if (!place || m_status != Done)
             return;
         check(m_writer->write(*place));
-        m_bar.show(0, ++m_count);
+        if (m_writer->leftOut().isEmpty()) {
+            m_bar.show(0, ++m_count);
+            return;
+        }
+        m_bar.clear();
+        complain(QStringLiteral("place %1 \"%2\"").arg(id).arg(place->name()), m_writer->leftOut());
+        ++m_leftOutCount;
     }
 
     void check(const QString &problem)
@@ -158,15 +173,23 @@ private:
     const QString m_title;
     ProgressBar m_bar;
     int m_count = 0;
+    int m_leftOutCount = 0;
     ExitStatus m_status = Done;
 };
 
-/// Exports to a file that is open or failed to open; `finish` commits the file.
+/// Exports to a file that is open or failed to open; `finish` commits the file, also when places were left out.
 template <typename File, typename Finish>
 ExitStatus exportTo(File &file, const Format &format, const QString &path, Finish finish)
 {
-    const ExitStatus status = file.isOpen() ? Exporter(file, format, path).run() : Done;
-    if (status != Done || (file.isOpen() && finish(file)))
+    ExitStatus status = Done;
+    if (file.isOpen()) {
+        Exporter exporter(file, format, path);
+        status = exporter.run();
+        if (status != Done)
+            return status;
+        status = exporter.reportLeftOut();
+    }
+    if (file.isOpen() && finish(file))
         return status;
     complain(path, file.errorString());
     return Failed;
@@ -179,18 +202,27 @@ bool isStream(const QString &path)
     return path == QLatin1String("-") || (file.exists() && !file.isFile());
 }
 
+/// The format with this name, else the format of the file's extension; GeoJSON without an extension. Null for an
+/// unknown extension.
+const Format *exportFormat(const QString &path, const QString &name)
+{
+    if (const Format *format = formatByName(name))
+        return format;
+    const bool hasExtension = path != QLatin1String("-") && !QFileInfo(withoutCompression(path)).suffix().isEmpty();
+    return hasExtension ? formatByPath(path) : formatByName(QStringLiteral("geojson"));
+}
+
 } // namespace
 
 ExitStatus exportPlaces(const QString &path, const QString &formatName)
 {
-    const Format *format = formatByName(formatName);
-    if (!format)
-        format = formatByPath(path);
-    if (!format)
-        format = formatByName(QStringLiteral("geojson"));
-    if (!format->makeWriter) {
-        complain(path, QStringLiteral("the format %1 cannot be written; see places export --help")
-                           .arg(QLatin1String(format->name)));
+    const Format *format = exportFormat(path, formatName);
+    if (!format || !format->makeWriter) {
+        complain(path,
+                 QStringLiteral("%1; use the extension of, or --format with, one of: %2")
+                     .arg(format ? QStringLiteral("the format %1 cannot be written").arg(QLatin1String(format->name))
+                                 : QStringLiteral("unknown file extension"),
+                          formatNames(true).join(QStringLiteral(", "))));
         return WrongUse;
     }
     if (isStream(path)) {

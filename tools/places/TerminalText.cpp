@@ -43,11 +43,11 @@ QString printable(QString text)
 
 QByteArray printableJson(const QByteArray &json)
 {
-    // Below DEL, the only control characters in JSON are white space between tokens.
-    constexpr ushort DEL = 0x7F;
+    // White space between tokens. JSON contains no other control characters below DEL, but CSV may.
+    static const QString BLANKS = QStringLiteral("\t\n\r");
     QString text;
     for (const QChar c : QString::fromUtf8(json)) {
-        if (c.unicode() >= DEL && steers(c))
+        if (steers(c) && !BLANKS.contains(c))
             text += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
         else
             text += c;

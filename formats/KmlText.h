@@ -1,0 +1,15 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QtCore/QString>
+
+namespace formats
+{
+
+/// A text as a KML file stores it: as XML, a description as HTML too. A KeepText.
+QString toKmlText(const QString &name, const QString &text);
+
+/// The HTML of a description, of which htmlToText() makes the text again. `text` comes from toKmlText().
+QString toKmlDescription(const QString &text);
+
+} // namespace formats

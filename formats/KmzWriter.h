@@ -1,0 +1,12 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "PlaceWriter.h"
+
+namespace formats
+{
+
+/// Writes KMZ: a zip archive with the KML file doc.kml, see makeKmlWriter(). A MakePlaceWriter.
+std::unique_ptr<PlaceWriter> makeKmzWriter(QIODevice &out);
+
+} // namespace formats
