@@ -35,7 +35,7 @@ constexpr std::size_t MOST_KEYS = 16;
 qint64 numberOf(Store &store, const char *sql, const std::vector<QVariant> &bindings)
 {
     const auto row = store.statements().take(sql);
-    bindAll(*row, bindings, 1);
+    bindAll(*row, bindings);
     return row->executeStep() ? row->getColumn(0).getInt64() : 0;
 }
 

@@ -16,7 +16,7 @@ StatementSource::StatementSource(Store &store, const char *sql, const std::vecto
     : m_statement(store.statements().take(sql))
     , m_row(store, *m_statement)
 {
-    bindAll(*m_statement, bindings, 1);
+    bindAll(*m_statement, bindings);
 }
 
 const PlaceRow *StatementSource::next()

@@ -28,7 +28,7 @@ bool isInNoName(Store &store, const Wording::Word &word)
                     [&known](const Spelling &spelling) { return known.hasPrefix(spelling.text); }))
         return false;
     const auto row = store.statements().take(sql::COUNT_SOME_WITH_WORDS);
-    bindAll(*row, {QByteArray::fromStdString(Wording({word}).expression()), 1}, 1);
+    bindAll(*row, {QByteArray::fromStdString(Wording({word}).expression()), 1});
     row->executeStep();
     return row->getColumn(0).getInt() == 0;
 }
@@ -75,7 +75,7 @@ const std::optional<std::vector<qint64>> &SearchTerm::ids() const
     m_hasCollected = true;
     std::vector<qint64> ids;
     const auto row = m_store.statements().take(m_test.isOfNames() ? sql::SOME_WITH_WORDS : sql::SOME_IN_TEXTS);
-    bindAll(*row, {expression(), m_mostIds + 1}, 1);
+    bindAll(*row, {expression(), m_mostIds + 1});
     while (!expressions().exact.empty() && row->executeStep())
         ids.push_back(row->getColumn(0).getInt64());
     if (ids.size() <= static_cast<std::size_t>(m_mostIds)) {
@@ -118,7 +118,7 @@ qint64 SearchTerm::count(qint64 limit) const
         return known->second;
     const char *statement = m_test.isOfNames() ? sql::COUNT_SOME_WITH_WORDS : sql::COUNT_SOME_IN_TEXTS;
     const auto row = m_store.statements().take(statement);
-    bindAll(*row, {expression(), limit}, 1);
+    bindAll(*row, {expression(), limit});
     row->executeStep();
     return m_counts[limit] = row->getColumn(0).getInt64();
 }

@@ -177,7 +177,7 @@ struct Take
 void takeNames(SQLite::Statement &statement, qint64 number, const QStringList &names)
 {
     for (const QString &name : names) {
-        bindAll(statement, {number, searchKey(name)}, 1);
+        bindAll(statement, {number, searchKey(name)});
         statement.exec();
         statement.reset();
     }
@@ -199,13 +199,11 @@ void take(Take &statements, qint64 number, Place &place, const QString &substitu
         data.addAlias(name);
     const QString kind = PointOfInterestAuxiliaryData(details).category();
     const Coordinates position = data.primaryCoordinates();
-    bindAll(statements.keys,
-            {number, position.latitude(), position.longitude(), searchKey(data.name()),
-             QString::fromUtf8(otherKeys.data(), static_cast<int>(otherKeys.size())), sortKey(data.name()), kind,
-             indexKey(kind), indexKey(aliases), indexKey(parts.join(QLatin1Char(' '))), details.externalId(),
-             searchKey(address.region()), searchKey(address.country()), address.isoAlpha2CountryCode(),
-             weightOf(details, kind)},
-            1);
+    bindAll(statements.keys, {number, position.latitude(), position.longitude(), searchKey(data.name()),
+                              QString::fromUtf8(otherKeys.data(), static_cast<int>(otherKeys.size())),
+                              sortKey(data.name()), kind, indexKey(kind), indexKey(aliases),
+                              indexKey(parts.join(QLatin1Char(' '))), details.externalId(), searchKey(address.region()),
+                              searchKey(address.country()), address.isoAlpha2CountryCode(), weightOf(details, kind)});
     statements.keys.exec();
     statements.keys.reset();
     takeNames(statements.name, number, names + aliases);
@@ -610,10 +608,8 @@ Coordinates Gazetteer::geocode(const Address &address, Deadline deadline)
     };
     const auto found = ask<Answer>(deadline, [&](Connection &connection, Answer &answer) {
         SQLite::Statement city(connection.database, sql::SELECT_CITY);
-        bindAll(city,
-                {searchKey(address.city()), searchKey(address.country()), searchKey(address.region()),
-                 address.isoAlpha2CountryCode().toUpper()},
-                1);
+        bindAll(city, {searchKey(address.city()), searchKey(address.country()), searchKey(address.region()),
+                       address.isoAlpha2CountryCode().toUpper()});
         if (address.city().isEmpty() || !city.executeStep())
             return;
         const Coordinates position(city.getColumn(0).getDouble(), city.getColumn(1).getDouble());

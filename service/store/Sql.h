@@ -295,7 +295,9 @@ constexpr char SELECT_TABLES[] =
 constexpr char CHECK_NAME_INDEX[] = "INSERT INTO name_index(name_index, rank) VALUES ('integrity-check', 1)";
 constexpr char CHECK_TEXT_INDEX[] = "INSERT INTO text_index(text_index) VALUES ('integrity-check')";
 /// These return 1 for a problem.
-constexpr char IS_POSITION_WRONG[] = "SELECT rtreecheck('position') <> 'ok'";
+constexpr char IS_POSITION_WRONG[] =
+    "SELECT rtreecheck('position') <> 'ok' OR (SELECT count(*) FROM position) <> (SELECT count(latitude) FROM place)"
+    " OR EXISTS (SELECT 1 FROM place WHERE latitude IS NOT NULL AND id NOT IN (SELECT id FROM position))";
 constexpr char IS_RECORD_MISSING[] = "SELECT EXISTS (SELECT 1 FROM place WHERE id NOT IN (SELECT place FROM record))"
                                      " OR EXISTS (SELECT 1 FROM record WHERE place NOT IN (SELECT id FROM place))";
 constexpr char IS_FACET_WRONG[] = "SELECT EXISTS (SELECT 1 FROM facet WHERE id < 1"

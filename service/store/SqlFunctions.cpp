@@ -82,11 +82,11 @@ void bindOne(SQLite::Statement &statement, int index, const std::optional<double
         statement.bind(index);
 }
 
-int bindAll(SQLite::Statement &statement, const std::vector<QVariant> &values, int from)
+void bindAll(SQLite::Statement &statement, const std::vector<QVariant> &values)
 {
+    int index = 0;
     for (const QVariant &value : values)
-        bindValue(statement, from++, value);
-    return from;
+        bindValue(statement, ++index, value);
 }
 
 } // namespace placesd

@@ -42,7 +42,7 @@ void bindEach(SQLite::Statement &statement, const Values &...values)
     (bindOne(statement, ++index, values), ...);
 }
 
-/// Binds values from a position on: byte arrays as text, invalid variants as NULL. Returns the next position.
-int bindAll(SQLite::Statement &statement, const std::vector<QVariant> &values, int from);
+/// Binds values to the parameters of a statement in order: byte arrays as text, invalid variants as NULL.
+void bindAll(SQLite::Statement &statement, const std::vector<QVariant> &values);
 
 } // namespace placesd

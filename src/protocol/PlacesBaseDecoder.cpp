@@ -33,8 +33,6 @@ PlacesBaseDecoder::~PlacesBaseDecoder() = default;
 
 PlacesBaseDecoder &PlacesBaseDecoder::operator=(PlacesBaseDecoder &other)
 {
-    if (this == &other)
-        return *this;
     m_owned = std::move(other.m_owned);
     m_start = std::exchange(other.m_start, nullptr);
     m_end = std::exchange(other.m_end, nullptr);

@@ -3,6 +3,7 @@
 #include "auxdata/AuxiliaryDataPrivate.h"
 #include "places/ContactAuxiliaryData.h"
 #include "places/PointOfInterestAuxiliaryData.h"
+#include "places/ReviewAuxiliaryData.h"
 
 #include <gmock/gmock.h>
 
@@ -23,6 +24,32 @@ AuxiliaryData recordWith(const char *key, const char *value, const QString &type
 PointOfInterestAuxiliaryData poiWith(const char *key, const char *value)
 {
     return PointOfInterestAuxiliaryData(recordWith(key, value, AuxiliaryData::TypePointOfInterest));
+}
+
+/// A text of a view and its key, which is part of the stored format, as is whether it is found in its legacy spelling.
+template <typename View>
+struct ViewText
+{
+    const char *key;
+    QString (View::*get)() const;
+    bool isLegacy = false;
+    void (View::*set)(const QString &) = nullptr;
+};
+
+template <typename View>
+void expectTexts(const std::vector<ViewText<View>> &texts)
+{
+    const QString value = QStringLiteral("é");
+    for (const auto &text : texts) {
+        const std::string framed = ";" + std::string(text.key) + ";";
+        EXPECT_EQ((View(recordWith(text.key, "é")).*text.get)(), value) << text.key;
+        EXPECT_EQ((View(recordWith(framed.c_str(), "é")).*text.get)().isEmpty(), !text.isLegacy) << text.key;
+        View view;
+        if (text.set) {
+            (view.*text.set)(value);
+            EXPECT_EQ(view.auxiliaryData().properties(), (QMap<QString, QString>{{QLatin1String(text.key), value}}));
+        }
+    }
 }
 
 TimeRange range(short startHour, short startMinute, short endHour, short endMinute)
@@ -70,25 +97,27 @@ TEST(AuxiliaryData, FindsTheLegacySpellingOfAKeyOnlyWhereItIsAskedFor)
     EXPECT_EQ(AuxiliaryDataPrivate::fromPublic(both)->legacyProperty(QStringLiteral("fax")), QString());
 }
 
-/// Which keys are also found in their legacy spelling is part of the stored format.
 TEST(ContactAuxiliaryData, ReadsEachKeyInTheSpellingsItHas)
 {
     using Contact = ContactAuxiliaryData;
-    const struct
-    {
-        const char *key;
-        QString (Contact::*get)() const;
-        bool legacy;
-    } keys[] = {
+    expectTexts<Contact>({
+        {"fullName", &Contact::fullName},
+        {"firstName", &Contact::firstName},
+        {"middleName", &Contact::middleName},
+        {"lastName", &Contact::lastName},
+        {"title", &Contact::title},
+        {"company", &Contact::company},
+        {"mobilePhone", &Contact::mobilePhone},
+        {"homePhone", &Contact::homePhone},
+        {"workPhone", &Contact::workPhone},
+        {"email", &Contact::emailAddress},
         {"fax", &Contact::fax, true},
-        {"email", &Contact::emailAddress, false},
+        {"notes", &Contact::notes, true},
+        {"photoOriginal", &Contact::photoPathOriginal, true},
         {"photolarge", &Contact::photoPathLarge, true},
-    };
-    for (const auto &row : keys) {
-        const std::string framed = ";" + std::string(row.key) + ";";
-        EXPECT_EQ((Contact(recordWith(row.key, "é")).*row.get)(), QStringLiteral("é")) << row.key;
-        EXPECT_EQ((Contact(recordWith(framed.c_str(), "é")).*row.get)().isEmpty(), !row.legacy) << row.key;
-    }
+        {"photosmall", &Contact::photoPathSmall, true},
+        {"photomime", &Contact::photoMimeType, true},
+    });
     EXPECT_EQ(Contact(recordWith(";accountId;", "12")).accountId(), 12);
     EXPECT_EQ(Contact(recordWith("accountId", "12abc")).accountId(), 0);
     EXPECT_EQ(Contact(recordWith("contactId", "-3")).contactId(), -3);
@@ -101,24 +130,31 @@ TEST(ContactAuxiliaryData, ReadsEachKeyInTheSpellingsItHas)
 TEST(PointOfInterestAuxiliaryData, ReadsEachKeyInTheSpellingsItHas)
 {
     using Poi = PointOfInterestAuxiliaryData;
-    const struct
-    {
-        const char *key;
-        QString (Poi::*get)() const;
-        bool legacy;
-    } keys[] = {
-        {"fax", &Poi::fax, true},
-        {"phoneNumber", &Poi::phoneNumber, false},
-        {"openingHoursStr", &Poi::openingHoursString, true},
+    expectTexts<Poi>({
+        {"name", &Poi::name, false, &Poi::setName},
+        {"category", &Poi::category, false, &Poi::setCategory},
+        {"phoneNumber", &Poi::phoneNumber, false, &Poi::setPhoneNumber},
+        {"emailAddress", &Poi::emailAddress, false, &Poi::setEmailAddress},
+        {"fax", &Poi::fax, true, &Poi::setFax},
+        {"openingHoursStr", &Poi::openingHoursString, true, &Poi::setOpeningHoursString},
+        {"parkingText", &Poi::parkingText, true},
+        {"reservationText", &Poi::reservationText, true},
+        {"priceRangeText", &Poi::priceRangeText, true},
         {"paymentMethodText", &Poi::paymentMethodText, true},
-    };
-    for (const auto &row : keys) {
-        const std::string framed = ";" + std::string(row.key) + ";";
-        EXPECT_EQ((poiWith(row.key, "é").*row.get)(), QStringLiteral("é")) << row.key;
-        EXPECT_EQ((poiWith(framed.c_str(), "é").*row.get)().isEmpty(), !row.legacy) << row.key;
-    }
+    });
     EXPECT_TRUE(Poi().isValid());
     EXPECT_FALSE(Poi(recordWith("name", "n", AuxiliaryData::TypeContact)).isValid());
+}
+
+TEST(ReviewAuxiliaryData, KeepsEachTextUnderItsKey)
+{
+    using Review = ReviewAuxiliaryData;
+    expectTexts<Review>({
+        {"title", &Review::title, false, &Review::setTitle},
+        {"abstract", &Review::abstract, false, &Review::setAbstract},
+        {"fullText", &Review::fullText, false, &Review::setFullText},
+        {"userName", &Review::userName, false, &Review::setUserName},
+    });
 }
 
 TEST(PointOfInterestAuxiliaryData, KeepsNumbersAsTexts)

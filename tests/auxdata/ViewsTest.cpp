@@ -113,15 +113,13 @@ TEST(ReviewAuxiliaryData, TellsAMissingRatingFromARatingOfZero)
     EXPECT_FALSE(ReviewAuxiliaryData(recordOf("poi", unreadable)).isValid());
 }
 
-TEST(ReviewAuxiliaryData, KeepsItsTextsUnderItsOwnKeys)
+TEST(ReviewAuxiliaryData, KeepsItsTimeAsSeconds)
 {
     ReviewAuxiliaryData review;
     EXPECT_EQ(review.creationTime(), at(0));
     review.setRating(4.5);
-    review.setAbstract(QStringLiteral("a"));
     review.setCreationTime(at(3000000000));
     const Properties expected = {{QStringLiteral("rating"), QStringLiteral("4.5")},
-                                 {QStringLiteral("abstract"), QStringLiteral("a")},
                                  {QStringLiteral("creationTime"), QStringLiteral("3000000000")}};
     EXPECT_EQ(review.auxiliaryData().properties(), expected);
     EXPECT_EQ(review.creationTime(), at(3000000000));

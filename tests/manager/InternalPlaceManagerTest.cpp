@@ -16,6 +16,7 @@ using namespace wire;
 using find::disjoint;
 using find::findBody;
 using find::ruleOf;
+using orix_places_protocol::MessageType;
 using Rules = SearchRulePrivate;
 
 namespace
@@ -26,7 +27,7 @@ const Fields NO_MORE = {flag(false), i32(0), i32(-1), i32(-1)};
 class InternalPlaceManagerTest : public testing::Test
 {
 protected:
-    void answerFind(const Fields &places) { channel.answer(13, places + NO_MORE); }
+    void answerFind(const Fields &places) { channel.answer(MessageType::FindPlaces, places + NO_MORE); }
 
     FakeSystem system;
     FakeChannel channel;

@@ -19,6 +19,8 @@ using namespace wire;
 using find::disjoint;
 using find::findBody;
 using find::ruleOf;
+using orix_places_protocol::MessageType;
+using orix_places_protocol::ReturnCode;
 using testing::IsEmpty;
 using Rules = SearchRulePrivate;
 
@@ -43,7 +45,7 @@ protected:
     PlaceManagerTest() { qputenv("PLACE_CARD_INVOKER_DNAME", "app.test"); }
     ~PlaceManagerTest() override { qunsetenv("PLACE_CARD_INVOKER_DNAME"); }
 
-    void answerFind(const Fields &places = {i32(0)}) { channel.answer(13, places + NO_MORE); }
+    void answerFind(const Fields &places = {i32(0)}) { channel.answer(MessageType::FindPlaces, places + NO_MORE); }
 
     FakeSystem system;
     FakeChannel channel;
@@ -62,9 +64,9 @@ TEST_F(PlaceManagerTest, ANewPlaceTakesItsOwnerItsNameAndAllThatTheServiceMadeOf
     Location location;
     location.setCoordinates(Coordinates(1, 2));
     place.addLocation(location);
-    channel.answer(1, {i64(42)});
-    channel.answer(20, sample::headerFields());
-    channel.answer(12, sample::placeFields(42, ""));
+    channel.answer(MessageType::AddPlace, {i64(42)});
+    channel.answer(MessageType::GetHeaderFromFullPlace, sample::headerFields());
+    channel.answer(MessageType::GetPlace, sample::placeFields(42, ""));
     EXPECT_EQ(manager.addPlace(&place), Error::Success);
     EXPECT_EQ(place.id(), 42);
     EXPECT_EQ(place.creationTime(), 1000U);
@@ -78,8 +80,8 @@ TEST_F(PlaceManagerTest, APlaceThatIsStoredButCannotBeFetchedIsStored)
 {
     Place place;
     sample::fill(place, -1);
-    channel.answer(1, {i64(42)});
-    channel.refuse(20, 64);
+    channel.answer(MessageType::AddPlace, {i64(42)});
+    channel.refuse(MessageType::GetHeaderFromFullPlace, ReturnCode::Busy);
     EXPECT_EQ(manager.addPlace(&place), Error::Success);
     EXPECT_EQ(place.id(), 42);
 }
@@ -92,19 +94,22 @@ TEST_F(PlaceManagerTest, WhatCannotBeDoneIsRefusedAndNothingIsSent)
     PlaceHeader header;
     sample::fill(stored);
     sample::fill(fresh, -1);
-    EXPECT_EQ(manager.addPlace(nullptr), Error::InvalidArgument);
-    EXPECT_EQ(manager.addPlace(&stored), Error::InvalidArgument);
-    EXPECT_EQ(manager.addPlace(&withoutLocation), Error::InvalidArgument);
-    EXPECT_EQ(manager.addRecentlyPickedPlace(nullptr), Error::InvalidArgument);
-    EXPECT_EQ(manager.updatePlace(nullptr), Error::InvalidArgument);
-    EXPECT_EQ(manager.updatePlace(&fresh), Error::InvalidArgument);
-    EXPECT_EQ(manager.removePlace(nullptr), Error::InvalidArgument);
-    EXPECT_EQ(manager.usePlace(nullptr), Error::InvalidArgument);
-    EXPECT_EQ(manager.usePlace(&fresh), Error::InvalidArgument);
-    EXPECT_EQ(manager.fav(nullptr), Error::InvalidArgument);
-    EXPECT_EQ(manager.unfav(nullptr), Error::InvalidArgument);
-    EXPECT_EQ(manager.unfav(&fresh), Error::InvalidArgument);
-    EXPECT_EQ(manager.unfav(&header), Error::InvalidArgument);
+    const Error::Type refused[] = {
+        manager.addPlace(nullptr),
+        manager.addPlace(&stored),
+        manager.addPlace(&withoutLocation),
+        manager.addRecentlyPickedPlace(nullptr),
+        manager.updatePlace(nullptr),
+        manager.updatePlace(&fresh),
+        manager.removePlace(nullptr),
+        manager.usePlace(nullptr),
+        manager.usePlace(&fresh),
+        manager.fav(nullptr),
+        manager.unfav(nullptr),
+        manager.unfav(&fresh),
+        manager.unfav(&header),
+    };
+    EXPECT_THAT(refused, testing::Each(Error::InvalidArgument));
     EXPECT_EQ(manager.getPlace(static_cast<const PlaceHeader *>(nullptr), &error), nullptr);
     EXPECT_EQ(error, Error::InvalidArgument);
     EXPECT_THAT(manager.findEquivalentPlaces(nullptr, &error), IsEmpty());
@@ -120,7 +125,7 @@ TEST_F(PlaceManagerTest, EveryWayOfStoringSetsItsOwnPersistenceMask)
         sample::fill(place, id);
         if (!favorite)
             place.removeTag(Tags::Favorite);
-        channel.refuse(1, 59);
+        channel.refuse(MessageType::AddPlace, ReturnCode::StorageFailed);
         EXPECT_EQ(store(place), Error::StorageFailed);
         return PlacePrivate::privateFromPublic(&place)->persistenceMask();
     };
@@ -135,15 +140,15 @@ TEST_F(PlaceManagerTest, ASearchTermIsHandedOnWithTheNextUseAndDroppedByAnUpdate
 {
     Place place;
     sample::fill(place);
-    channel.answer(6);
+    channel.answer(MessageType::IncrementUsage);
     EXPECT_EQ(manager.usePlace(&place), Error::Success);
     EXPECT_EQ(channel.body(), message({i64(42), text("cafe")}));
-    channel.answer(6);
+    channel.answer(MessageType::IncrementUsage);
     EXPECT_EQ(manager.usePlace(&place), Error::Success);
     EXPECT_EQ(channel.body(), message({i64(42), text("")}));
 
     PlacePrivate::privateFromPublic(&place)->setSearchTerm(QStringLiteral("again"));
-    channel.answer(5);
+    channel.answer(MessageType::UpdatePlace);
     EXPECT_EQ(manager.updatePlace(&place), Error::Success);
     EXPECT_THAT(channel.body(), testing::Not(testing::HasSubstr("again")));
     EXPECT_TRUE(PlacePrivate::privateFromPublic(&place)->searchTerm().isEmpty());
@@ -153,10 +158,10 @@ TEST_F(PlaceManagerTest, ARemovedPlaceCanBeAddedAgain)
 {
     Place place;
     sample::fill(place);
-    channel.refuse(4, 54);
+    channel.refuse(MessageType::RemovePlace, ReturnCode::NoSuchPlace);
     EXPECT_EQ(manager.removePlace(&place), Error::NotFound);
     EXPECT_TRUE(place.isPersisted());
-    channel.answer(4);
+    channel.answer(MessageType::RemovePlace);
     EXPECT_EQ(manager.removePlace(static_cast<const AbstractPlace *>(&place)), Error::Success);
     EXPECT_EQ(channel.perimeter(), 2);
     EXPECT_FALSE(place.isPersisted());
@@ -168,11 +173,11 @@ TEST_F(PlaceManagerTest, AFetchedPlaceKeepsTheCertaintyOfItsHeader)
 {
     PlaceHeader header;
     PlaceHeaderPrivate::privateFromPublic(&header)->setCertainty(SearchResultCertainty::Guess);
-    channel.answer(12, sample::placeFields());
+    channel.answer(MessageType::GetPlace, sample::placeFields());
     const std::unique_ptr<Place> place(manager.getPlace(&header, &error));
     ASSERT_TRUE(place);
     EXPECT_EQ(place->certainty(), SearchResultCertainty::Guess);
-    channel.answerBytes(message({i32(0), i32(268)}));
+    channel.answerBytes(FakeChannel::reply(MessageType::GetPlace));
     EXPECT_EQ(manager.getPlace(7, &error), nullptr);
     EXPECT_EQ(error, Error::CommunicationFailed);
 }
@@ -184,7 +189,7 @@ TEST_F(PlaceManagerTest, AnUnsavedPlaceIsFetchedAsASuggestion)
     data.setName(QStringLiteral("Café"));
     header.setProperty("searchLatitude", 46.5);
     header.setProperty("searchLongitude", QStringLiteral("6.5"));
-    channel.refuse(18, 67);
+    channel.refuse(MessageType::GetPlaceFromSuggestion, ReturnCode::ProviderFailed);
     EXPECT_EQ(internal.getPlace(static_cast<const AbstractPlace *>(&header), &error), nullptr);
     EXPECT_EQ(error, Error::ProviderFailed);
     const Fields centre = coordinate(sample::NOT_SET, 46.5, 6.5, sample::NO_ACCURACY, sample::NO_ACCURACY);
@@ -211,19 +216,19 @@ TEST_F(PlaceManagerTest, AFavouriteIsStoredWhateverItWas)
     Place fresh;
     sample::fill(fresh, -1);
     fresh.removeTag(Tags::Favorite);
-    channel.answer(1, {i64(42)});
-    channel.answer(20, sample::headerFields());
-    channel.answer(12, sample::placeFields());
+    channel.answer(MessageType::AddPlace, {i64(42)});
+    channel.answer(MessageType::GetHeaderFromFullPlace, sample::headerFields());
+    channel.answer(MessageType::GetPlace, sample::placeFields());
     EXPECT_EQ(manager.fav(&fresh), Error::Success);
     EXPECT_EQ(fresh.id(), 42);
     EXPECT_TRUE(fresh.isFavorite());
 
     PlaceHeader header;
     PlaceHeaderPrivate::privateFromPublic(&header)->setId(42);
-    channel.answer(12, sample::placeFields());
-    channel.answer(5);
+    channel.answer(MessageType::GetPlace, sample::placeFields());
+    channel.answer(MessageType::UpdatePlace);
     EXPECT_EQ(manager.fav(&header), Error::Success);
-    EXPECT_EQ(channel.type(), 5);
+    EXPECT_EQ(channel.type(), MessageType::UpdatePlace);
     EXPECT_TRUE(header.isFavorite());
     EXPECT_TRUE(header.hasTag());
 }
@@ -233,20 +238,20 @@ TEST_F(PlaceManagerTest, AFavouriteThatCannotBeStoredIsNone)
     Place place;
     sample::fill(place);
     place.removeTag(Tags::Favorite);
-    channel.refuse(5, 60);
+    channel.refuse(MessageType::UpdatePlace, ReturnCode::NotPermitted);
     EXPECT_EQ(manager.fav(&place), Error::PermissionDenied);
     EXPECT_FALSE(place.isFavorite());
     EXPECT_EQ(PlacePrivate::privateFromPublic(&place)->searchTerm(), QStringLiteral("cafe"));
     Place nameless;
     sample::fill(nameless, -1);
     nameless.setName(QString());
-    channel.refuse(1, 60);
+    channel.refuse(MessageType::AddPlace, ReturnCode::NotPermitted);
     EXPECT_EQ(manager.fav(&nameless), Error::PermissionDenied);
     EXPECT_EQ(nameless.name(), QString());
     EXPECT_EQ(nameless.owner(), QStringLiteral("app"));
     PlaceHeader header;
     PlaceHeaderPrivate::privateFromPublic(&header)->setId(7);
-    channel.refuse(12, 54);
+    channel.refuse(MessageType::GetPlace, ReturnCode::NoSuchPlace);
     EXPECT_EQ(manager.fav(&header), Error::NotFound);
     EXPECT_FALSE(header.isFavorite());
 }
@@ -261,7 +266,7 @@ TEST_F(PlaceManagerTest, UnfavKeepsTheIdOnlyOfAPlaceThatStaysStored)
     for (const auto &row : cases) {
         Place place;
         sample::fill(place);
-        channel.answer(14, {flag(row.stays)});
+        channel.answer(MessageType::Unfav, {flag(row.stays)});
         EXPECT_EQ(manager.unfav(&place), Error::Success);
         EXPECT_FALSE(place.isFavorite());
         EXPECT_EQ(place.id(), row.id);
@@ -270,14 +275,14 @@ TEST_F(PlaceManagerTest, UnfavKeepsTheIdOnlyOfAPlaceThatStaysStored)
         PlaceHeaderPrivate::privateFromPublic(&header)->setData(*PlacePrivate::privateFromPublic(&place));
         PlaceHeaderPrivate::privateFromPublic(&header)->setId(42);
         PlaceHeaderPrivate::privateFromPublic(&header)->setTagBit(Tags::Favorite, true);
-        channel.answer(14, {flag(row.stays)});
+        channel.answer(MessageType::Unfav, {flag(row.stays)});
         EXPECT_EQ(manager.unfav(&header), Error::Success);
         EXPECT_FALSE(header.isFavorite());
         EXPECT_EQ(header.id(), row.id);
     }
     Place place;
     sample::fill(place);
-    channel.refuse(14, 59);
+    channel.refuse(MessageType::Unfav, ReturnCode::StorageFailed);
     EXPECT_EQ(manager.unfav(&place), Error::StorageFailed);
     EXPECT_TRUE(place.isFavorite());
 }
@@ -433,7 +438,7 @@ TEST_F(PlaceManagerTest, AFindNotesWhereTheNextPageStarts)
     EXPECT_EQ(state.searchRule(), ruleOf(disjoint(Rules::createMyPlacesRule(QStringLiteral("app.test")))));
     qDeleteAll(found);
 
-    channel.refuse(13, 59);
+    channel.refuse(MessageType::FindPlaces, ReturnCode::StorageFailed);
     EXPECT_THAT(manager.findMyPlaces(&error, &handle, SortRule(), 70, 10), IsEmpty());
     EXPECT_EQ(error, Error::StorageFailed);
     EXPECT_EQ(state.index(), 30);

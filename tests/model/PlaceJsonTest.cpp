@@ -22,10 +22,12 @@ namespace
 
 const char COMMON[] = R"("id":42,"name":"Café","description":"by the lake","owner":"app","restricted":true,)"
                       R"("certainty":2,"perimeter":2,"lastUsedTime":4000,)";
-const char LOCATION[] = R"("location":{"id":42,"address":{"label":"Café au lac","room":"2b","floor":-1,)"
-                        R"("street":"Quai 1","city":"Genève","alpha2CountryCode":"CH","alpha3CountryCode":"CHE",)"
-                        R"("compactAddressLines":"Quai 1\nGenève"},)"
-                        R"("coordinates":{"latitude":46.2,"longitude":6.15,"horizontalAccuracy":12.5}})";
+const char LOCATION[] =
+    R"("location":{"id":42,"address":{"label":"Café au lac","room":"2b","floor":-1,)"
+    R"("building":"B","campus":"C","houseNumber":"1","street":"Quai 1","city":"Genève","region":"GE",)"
+    R"("country":"Suisse","postalCode":"1201","alpha2CountryCode":"CH","alpha3CountryCode":"CHE",)"
+    R"("extendedAddressLines":"E","compactAddressLines":"Quai 1\nGenève"},)"
+    R"("coordinates":{"latitude":46.2,"longitude":6.15,"horizontalAccuracy":12.5}})";
 
 std::string written(const AbstractPlace &place)
 {

@@ -171,17 +171,18 @@ TEST(PlaceHeader, KnowsWhatItsMaskTells)
 
 TEST(PlaceHeader, HasABitForEveryTagOfThePlatform)
 {
-    const std::pair<QString, qint64> bits[] = {{Tags::Favorite, 0x1000},
-                                               {Tags::Airport, 0x20000},
-                                               {QLatin1String(Tags::Automotive), 0x40000},
-                                               {QLatin1String(Tags::Travel), 0x8000000}};
-    for (const auto &[tag, bit] : bits) {
+    qint64 bit = 0x800;
+    for (const char *tag :
+         {"lbs-favorite", "lbs-my-home", "lbs-my-work", "lbs-home", "lbs-work", "lbs-airport", "lbs-automotive",
+          "lbs-bank", "lbs-entertainment", "lbs-health-care", "lbs-lodging", "lbs-personal-services",
+          "lbs-public-offices", "lbs-restaurant", "lbs-shopping", "lbs-travel"}) {
+        bit *= 2;
         Place place;
-        place.addTag(tag);
+        place.addTag(QLatin1String(tag));
         PlaceHeader header;
         PlaceHeaderPrivate::privateFromPublic(&header)->setData(dataOf(place));
-        EXPECT_EQ(PlaceHeaderPrivate::privateFromPublic(&header)->dataMask(), bit | 0x800) << qPrintable(tag);
-        EXPECT_EQ(header.hasTag(tag), PlaceHeader::Present);
+        EXPECT_EQ(PlaceHeaderPrivate::privateFromPublic(&header)->dataMask(), bit | 0x800) << tag;
+        EXPECT_EQ(header.hasTag(QLatin1String(tag)), PlaceHeader::Present);
     }
 }
 

@@ -24,6 +24,7 @@
 
 #include <gmock/gmock.h>
 
+#include <cstring>
 #include <tuple>
 #include <type_traits>
 
@@ -69,120 +70,71 @@ QSharedPointer<AbstractPlace> place()
 template <typename Value>
 Value filled()
 {
-    return Value(record(QStringLiteral("poi")));
+    Value value = {};
+    if constexpr (std::is_same_v<Value, Coordinates>) {
+        value = Coordinates(46.948, 7.4474321);
+        value.setAltitude(540);
+    } else if constexpr (std::is_same_v<Value, BoundingBox>) {
+        value.setTopLeft(Coordinates(47, 7));
+    } else if constexpr (std::is_same_v<Value, Address>) {
+        value.setStreet(QStringLiteral("Quai 1"));
+        value.setCity(QStringLiteral("Genève"));
+    } else if constexpr (std::is_same_v<Value, Location>) {
+        value = Location(5);
+        value.setCoordinates(Coordinates(46.2, 6.15));
+        value.setAddress(filled<Address>());
+        value.setVirtualDataType(VirtualLocationType::ConferenceCall);
+        value.setVirtualData(QStringLiteral("+41 22"));
+    } else if constexpr (std::is_same_v<Value, Provider>) {
+        value = sample::provider();
+    } else if constexpr (std::is_same_v<Value, Category>) {
+        value.setCode(QStringLiteral("food"));
+        value.setChildren({Category()});
+    } else if constexpr (std::is_same_v<Value, TimeRange>) {
+        value.setStartHour(9);
+        value.setEndHour(17);
+        value.setEndMinute(30);
+    } else if constexpr (std::is_same_v<Value, AuxiliaryDataRequest>) {
+        value.setPlace(place());
+        value.setProvider(sample::provider());
+        value.setLimit(5);
+    } else if constexpr (std::is_same_v<Value, AuxiliaryDataReply>) {
+        AuxiliaryDataReplyData::fromPublic(value)->status = Error::ProviderFailed;
+        AuxiliaryDataReplyData::fromPublic(value)->reason = QStringLiteral("no guide");
+        AuxiliaryDataReplyData::fromPublic(value)->data = {AuxiliaryData()};
+    } else if constexpr (std::is_same_v<Value, PlaceStorageReply>) {
+        PlaceStorageReplyData::fromPublic(value)->jobId = 3;
+        PlaceStorageReplyData::fromPublic(value)->status = Error::LimitExceeded;
+        PlaceStorageReplyData::fromPublic(value)->reason = QStringLiteral("too many");
+    } else if constexpr (std::is_same_v<Value, SearchRule>) {
+        value =
+            SearchRule::createOrRule(SearchRule::createNameRule(SearchOperator::Contains, QStringLiteral("a \"b\"")),
+                                     SearchRule::createRecentlyPickedRule());
+    } else if constexpr (std::is_same_v<Value, SortRule>) {
+        value = SortRule::createDistanceSortRule(Coordinates(1, 2), SortOrder::Ascending);
+    } else if constexpr (std::is_same_v<Value, SearchHandle>) {
+        SearchHandlePrivate::privateFromPublic(&value)->setIndex(20);
+        SearchHandlePrivate::privateFromPublic(&value)->setMoreData(true);
+    } else if constexpr (std::is_same_v<Value, SearchResult>) {
+        SearchResultPrivate &data = *SearchResultPrivate::privateFromPublic(&value);
+        data.setSource(SearchResultGroup::Favorites);
+        data.setHandle(filled<SearchHandle>());
+        data.setResult({place(), place()});
+    } else {
+        value = Value(record(QStringLiteral("poi")));
+    }
+    return value;
 }
-template <>
-Coordinates filled()
+
+/// What a type is called without its name space.
+struct Names
 {
-    Coordinates point(46.948, 7.4474321);
-    point.setAltitude(540);
-    return point;
-}
-template <>
-BoundingBox filled()
-{
-    BoundingBox box;
-    box.setTopLeft(Coordinates(47, 7));
-    return box;
-}
-template <>
-Address filled()
-{
-    Address address;
-    address.setStreet(QStringLiteral("Quai 1"));
-    address.setCity(QStringLiteral("Genève"));
-    return address;
-}
-template <>
-Location filled()
-{
-    Location location(5);
-    location.setCoordinates(Coordinates(46.2, 6.15));
-    location.setAddress(filled<Address>());
-    location.setVirtualDataType(VirtualLocationType::ConferenceCall);
-    location.setVirtualData(QStringLiteral("+41 22"));
-    return location;
-}
-template <>
-Provider filled()
-{
-    return sample::provider();
-}
-template <>
-Category filled()
-{
-    Category category;
-    category.setCode(QStringLiteral("food"));
-    category.setChildren({Category()});
-    return category;
-}
-template <>
-TimeRange filled()
-{
-    TimeRange range;
-    range.setStartHour(9);
-    range.setEndHour(17);
-    range.setEndMinute(30);
-    return range;
-}
-template <>
-AuxiliaryDataRequest filled()
-{
-    AuxiliaryDataRequest request;
-    request.setPlace(place());
-    request.setProvider(sample::provider());
-    request.setLimit(5);
-    return request;
-}
-template <>
-AuxiliaryDataReply filled()
-{
-    AuxiliaryDataReply reply;
-    AuxiliaryDataReplyData &data = *AuxiliaryDataReplyData::fromPublic(reply);
-    data.status = Error::ProviderFailed;
-    data.reason = QStringLiteral("no guide");
-    data.data = {AuxiliaryData()};
-    return reply;
-}
-template <>
-PlaceStorageReply filled()
-{
-    PlaceStorageReply reply;
-    PlaceStorageReplyData &data = *PlaceStorageReplyData::fromPublic(reply);
-    data.jobId = 3;
-    data.status = Error::LimitExceeded;
-    data.reason = QStringLiteral("too many");
-    return reply;
-}
-template <>
-SearchRule filled()
-{
-    return SearchRule::createOrRule(SearchRule::createNameRule(SearchOperator::Contains, QStringLiteral("a \"b\"")),
-                                    SearchRule::createRecentlyPickedRule());
-}
-template <>
-SortRule filled()
-{
-    return SortRule::createDistanceSortRule(Coordinates(1, 2), SortOrder::Ascending);
-}
-template <>
-SearchHandle filled()
-{
-    SearchHandle handle;
-    SearchHandlePrivate::privateFromPublic(&handle)->setIndex(20);
-    SearchHandlePrivate::privateFromPublic(&handle)->setMoreData(true);
-    return handle;
-}
-template <>
-SearchResult filled()
-{
-    SearchResult result;
-    SearchResultPrivate &data = *SearchResultPrivate::privateFromPublic(&result);
-    data.setSource(SearchResultGroup::Favorites);
-    data.setHandle(filled<SearchHandle>());
-    data.setResult({place(), place()});
-    return result;
-}
+    template <typename Value>
+    static std::string GetName(int /*index*/)
+    {
+        return std::string(QMetaType::typeName(qMetaTypeId<Value>())).substr(std::strlen("vela::platform::places::"));
+    }
+};
 
 template <typename Value>
 class AValue : public testing::Test
@@ -191,7 +143,7 @@ using Values = testing::Types<Coordinates, BoundingBox, Address, Location, Provi
                               ContactAuxiliaryData, CalendarAuxiliaryData, PointOfInterestAuxiliaryData,
                               ImageAuxiliaryData, ReservationAuxiliaryData, ReviewAuxiliaryData, AuxiliaryDataRequest,
                               AuxiliaryDataReply, PlaceStorageReply, SearchRule, SortRule, SearchHandle, SearchResult>;
-TYPED_TEST_SUITE(AValue, Values);
+TYPED_TEST_SUITE(AValue, Values, Names);
 
 } // namespace
 

@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <numeric>
 #include <thread>
 #include <vector>
 
@@ -53,6 +54,7 @@ protected:
         std::strcpy(address.sun_path, path().c_str());
         EXPECT_EQ(::bind(socket.get(), reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
         EXPECT_EQ(::listen(socket.get(), 5), 0);
+        EXPECT_TRUE(channel::setTimeout(socket.get(), SO_RCVTIMEO, channel::Clock::now() + std::chrono::seconds(20)));
         return socket;
     }
 
@@ -99,6 +101,19 @@ private:
 };
 
 } // namespace
+
+TEST_F(MsgclientTest, FindsItsFolderByTheEnvironment)
+{
+    uid_t owner = 0;
+    EXPECT_TRUE(channel::isFolderTrusted(owner));
+    EXPECT_EQ(owner, ::geteuid());
+    ::setenv("XDG_RUNTIME_DIR", "/tmp/none", 1);
+    ::setenv("VELA_CHANNEL_DIR", "", 1);
+    EXPECT_EQ(channel::folder(), "/tmp/none/vela");
+    EXPECT_FALSE(channel::isFolderTrusted(owner));
+    ::unsetenv("XDG_RUNTIME_DIR");
+    EXPECT_EQ(channel::folder(), "/run/vela");
+}
 
 TEST_F(MsgclientTest, NobodyListeningIsNoSuchChannel)
 {
@@ -185,13 +200,16 @@ TEST_F(MsgclientTest, OneHandleCarriesSeveralExchanges)
 
 TEST_F(MsgclientTest, AReplyThatDoesNotFitStaysPendingUntilItIsTaken)
 {
-    const std::string large(300000, 'x');
+    std::string large(300000, ' ');
+    std::iota(large.begin(), large.end(), '\0');
     serve([&](int fd) {
         takeRequest(fd);
         reply(fd, large);
         takeRequest(fd);
         reply(fd, "next");
     });
+    EXPECT_EQ(MSGCLIENT_OK, 0) << "the platform's own numbers";
+    EXPECT_EQ(MSGCLIENT_TRUNCATED, 240);
     _msgclient_open *client = msgclient_open("test", 0, 2);
     ASSERT_EQ(exchange(client, "give", 1000), MSGCLIENT_TRUNCATED);
     EXPECT_EQ(m_length, 300000);
@@ -294,6 +312,9 @@ TEST_F(MsgclientTest, AServerThatTakesARequestInDribsAndDrabsDoesNotHoldUpItsCli
                                       start + std::chrono::milliseconds(200)));
     EXPECT_EQ(errno, ETIMEDOUT);
     EXPECT_LT(channel::Clock::now() - start, std::chrono::seconds(3)) << "all of it would take five";
+    char byte = 0;
+    EXPECT_FALSE(channel::receiveAll(client.get(), &byte, 1, channel::Clock::now() + std::chrono::milliseconds(20)));
+    EXPECT_EQ(errno, ETIMEDOUT) << "nor does one that says nothing";
     ::shutdown(client.get(), SHUT_RDWR);
     reader.join();
 }

@@ -145,6 +145,8 @@ TEST(PpsDecoder, MembersAreFoundByNameAndElementsInTurn)
         pps_decoder_push(&edge.decoder, nullptr);
         EXPECT_EQ(pps_decoder_get_int(&edge.decoder, nullptr, &value), expected == 0 ? PPS_ERROR_TYPE : PPS_OK) << json;
         EXPECT_EQ(value, expected);
+        EXPECT_EQ(pps_decoder_get_int(&edge.decoder, nullptr, &value),
+                  expected == 0 ? PPS_ERROR_TYPE : PPS_ERROR_NOT_FOUND);
     }
 }
 

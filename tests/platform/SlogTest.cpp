@@ -28,8 +28,9 @@ TEST(Slog, WritesWhatIsSevereEnoughUnderTheNameOfItsSet)
     config.verbosity_level = SLOG2_INFO;
     config.buffer_config[0] = {"fast", 2};
     config.buffer_config[1] = {"slow", 1};
-    slog2_buffer_t buffers[2] = {};
+    slog2_buffer_t buffers[3] = {};
     ASSERT_EQ(slog2_register(&config, buffers, 0), 0);
+    EXPECT_EQ(buffers[2], nullptr) << "not one of the set";
 
     testing::internal::CaptureStderr();
     EXPECT_EQ(log(buffers[1], SLOG2_WARNING, "number %d", 7), 0);

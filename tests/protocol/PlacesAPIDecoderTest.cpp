@@ -1,9 +1,9 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
+#include "protocol/PlacesAPIDecoder.h"
 #include "model/PlaceHeaderPrivate.h"
 #include "places/PlaceHeader.h"
 #include "places/SearchHandle.h"
-#include "protocol/PlacesAPIDecoder.h"
 #include "search/SearchHandlePrivate.h"
 #include "support/SamplePlace.h"
 
@@ -21,12 +21,12 @@ using testing::Pair;
 namespace
 {
 
-/// A reply of a type, behind its status.
+/// A reply to a request, behind its status.
 struct Reply
 {
-    Reply(int type, const std::string &body)
+    Reply(MessageType request, const std::string &body)
     {
-        const std::string bytes = message({i32(0), i32(type)}) + body;
+        const std::string bytes = message({i32(0), i32(static_cast<int>(request) + REPLY_OFFSET)}) + body;
         PlacesAPIDecoder loaded(bytes.data(), static_cast<unsigned>(bytes.size()));
         ReturnCode code = ReturnCode::NoStatus;
         EXPECT_TRUE(loaded.decodeResponse(code));
@@ -48,7 +48,7 @@ const Fields PAGING = {flag(true), i32(20), i32(3), i32(4), i32(2), i32(5), i32(
 
 TEST(PlacesAPIDecoder, OfAHeaderGivesTheHeaderWhatItHolds)
 {
-    Reply reply(268, message(sample::headerFields()));
+    Reply reply(MessageType::GetPlace, message(sample::headerFields()));
     PlaceHeader *decoded = nullptr;
     ASSERT_TRUE(reply.decoder.decodePlaceHeader(decoded));
     const std::unique_ptr<PlaceHeader> header(decoded);
@@ -72,7 +72,7 @@ TEST(PlacesAPIDecoder, OfAHeaderGivesTheHeaderWhatItHolds)
 
 TEST(PlacesAPIDecoder, OfTheOtherFormGivesWhatTheRecordHolds)
 {
-    Reply full(268, message(sample::placeFields()));
+    Reply full(MessageType::GetPlace, message(sample::placeFields()));
     PlaceHeader *header = nullptr;
     ASSERT_TRUE(full.decoder.decodePlaceHeader(header));
     const std::unique_ptr<PlaceHeader> ownedHeader(header);
@@ -80,7 +80,7 @@ TEST(PlacesAPIDecoder, OfTheOtherFormGivesWhatTheRecordHolds)
     EXPECT_EQ(header->primaryPhoneNumber(), QStringLiteral("+41 22"));
     EXPECT_EQ(header->primaryCoordinates(), Coordinates(46.2, 6.15));
 
-    Reply brief(268, message(sample::headerFields()));
+    Reply brief(MessageType::GetPlace, message(sample::headerFields()));
     Place *place = nullptr;
     ASSERT_TRUE(brief.decoder.decodePlace(place));
     const std::unique_ptr<Place> ownedPlace(place);
@@ -102,8 +102,8 @@ TEST(PlacesAPIDecoder, GivesEachRecordAProviderOfItsOwn)
                    + Fields{i32(0)};
         };
         QList<AuxiliaryData> data;
-        EXPECT_TRUE(
-            Reply(259, message(Fields{i32(2)} + record(first) + record(second))).decoder.decodeGetAuxiliaryData(data));
+        EXPECT_TRUE(Reply(MessageType::GetAuxiliaryData, message(Fields{i32(2)} + record(first) + record(second)))
+                        .decoder.decodeGetAuxiliaryData(data));
         return data;
     };
     const QList<AuxiliaryData> earlier = records("a", "b");
@@ -115,7 +115,7 @@ TEST(PlacesAPIDecoder, GivesEachRecordAProviderOfItsOwn)
 
 TEST(PlacesAPIDecoder, OfMixedPlacesKeepsTheirOrderAndKind)
 {
-    Reply reply(269,
+    Reply reply(MessageType::FindPlaces,
                 message(Fields{i32(3)} + sample::headerFields(1) + sample::placeFields(2) + sample::headerFields(3)));
     Owned<QList<AbstractPlace *>> places;
     ASSERT_TRUE(reply.decoder.decodePlaces(places.list));
@@ -135,12 +135,12 @@ TEST(PlacesAPIDecoder, OfAnotherTypeIsRefused)
     QStringList texts;
     QList<AuxiliaryData> data;
     Owned<QList<PlaceHeader *>> headers;
-    EXPECT_FALSE(Reply(258, body).decoder.decodeAddPlaceResponse(id));
-    EXPECT_FALSE(Reply(269, body).decoder.decodeUnfav(flag));
-    EXPECT_FALSE(Reply(269, body).decoder.decodeFindPlacesSize(size));
-    EXPECT_FALSE(Reply(265, body).decoder.decodeGetRecentSearchTerms(texts));
-    EXPECT_FALSE(Reply(275, body).decoder.decodeGetAuxiliaryData(data));
-    EXPECT_FALSE(Reply(268, body).decoder.decodeFindPlaces(headers.list, nullptr));
+    EXPECT_FALSE(Reply(MessageType::GetRecentSearchTerms, body).decoder.decodeAddPlaceResponse(id));
+    EXPECT_FALSE(Reply(MessageType::FindPlaces, body).decoder.decodeUnfav(flag));
+    EXPECT_FALSE(Reply(MessageType::FindPlaces, body).decoder.decodeFindPlacesSize(size));
+    EXPECT_FALSE(Reply(MessageType::GetTags, body).decoder.decodeGetRecentSearchTerms(texts));
+    EXPECT_FALSE(Reply(MessageType::GetProviders, body).decoder.decodeGetAuxiliaryData(data));
+    EXPECT_FALSE(Reply(MessageType::GetPlace, body).decoder.decodeFindPlaces(headers.list, nullptr));
     EXPECT_EQ(id, -7);
     EXPECT_EQ(size, 7U);
     EXPECT_TRUE(flag);
@@ -152,7 +152,7 @@ TEST(PlacesAPIDecoder, ThatIsDamagedIsRefusedAtWhateverByte)
     const std::string whole = message(Fields{i32(2)} + sample::headerFields() + sample::placeFields() + PAGING);
     const std::size_t withoutTail = whole.size() - 20;
     const auto refused = [](const std::string &bytes) {
-        Reply reply(269, bytes);
+        Reply reply(MessageType::FindPlaces, bytes);
         Owned<QList<AbstractPlace *>> places;
         return !reply.decoder.decodeFindPlaces(places.list, nullptr) && places.list.isEmpty();
     };
@@ -184,23 +184,26 @@ TEST(PlacesAPIDecoder, WithANegativeOrImpossibleCountIsRefused)
 {
     for (const int count : {-1, 2, 0x7fffffff, std::numeric_limits<int>::min()}) {
         QStringList tags = {QStringLiteral("before")};
-        EXPECT_FALSE(Reply(265, message({i32(count), text("one")})).decoder.decodeGetTagsResponse(tags)) << count;
+        EXPECT_FALSE(
+            Reply(MessageType::GetTags, message({i32(count), text("one")})).decoder.decodeGetTagsResponse(tags))
+            << count;
         EXPECT_THAT(tags, IsEmpty());
     }
     QStringList tags;
-    EXPECT_TRUE(Reply(265, message({i32(0)})).decoder.decodeGetTagsResponse(tags));
+    EXPECT_TRUE(Reply(MessageType::GetTags, message({i32(0)})).decoder.decodeGetTagsResponse(tags));
 }
 
 TEST(PlacesAPIDecoder, IsRecordedAtItsPositions)
 {
     SearchHandle handle;
     SearchHandlePrivate &state = *SearchHandlePrivate::privateFromPublic(&handle);
-    ASSERT_TRUE(Reply(269, message(PAGING)).decoder.decodeSearchHandle(&handle));
+    ASSERT_TRUE(Reply(MessageType::FindPlaces, message(PAGING)).decoder.decodeSearchHandle(&handle));
     EXPECT_TRUE(handle.hasMoreData());
     EXPECT_EQ(state.providerPrimaryIndex(), 3);
     EXPECT_EQ(state.providerSecondaryIndex(), 4);
     EXPECT_THAT(state.indices(), ElementsAre(Pair(5, 6), Pair(7, 8)));
-    EXPECT_TRUE(Reply(269, message(PAGING)).decoder.decodeSearchHandle(nullptr)) << "read, and stored nowhere";
+    EXPECT_TRUE(Reply(MessageType::FindPlaces, message(PAGING)).decoder.decodeSearchHandle(nullptr))
+        << "read, and stored nowhere";
 }
 
 TEST(PlacesAPIDecoder, MayEndBeforeItsMappingsButNotWithinThem)
@@ -209,14 +212,15 @@ TEST(PlacesAPIDecoder, MayEndBeforeItsMappingsButNotWithinThem)
     const std::size_t withoutTail = 16;
     for (std::size_t length = 0; length <= whole.size(); ++length) {
         SearchHandle handle;
-        const bool accepted = Reply(269, whole.substr(0, length)).decoder.decodeSearchHandle(&handle);
+        const bool accepted =
+            Reply(MessageType::FindPlaces, whole.substr(0, length)).decoder.decodeSearchHandle(&handle);
         const bool isWhole = (length >= withoutTail && length < withoutTail + 4) || length == whole.size();
         EXPECT_EQ(accepted, isWhole) << length;
         EXPECT_EQ(handle.hasMoreData(), isWhole) << length;
     }
     for (const int count : {-1, 3, 0x20000000, 0x7fffffff}) {
         const Fields fields = {flag(true), i32(0), i32(0), i32(0), i32(count), i32(1), i32(2), i32(3), i32(4)};
-        EXPECT_FALSE(Reply(269, message(fields)).decoder.decodeSearchHandle(nullptr)) << count;
+        EXPECT_FALSE(Reply(MessageType::FindPlaces, message(fields)).decoder.decodeSearchHandle(nullptr)) << count;
     }
 }
 
@@ -225,7 +229,7 @@ TEST(PlacesAPIDecoder, SurvivesABaseIndexThatMakesNoSense)
     for (const int base : {-5, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
         SearchHandle handle;
         const Fields fields = {flag(false), i32(base), i32(0), i32(0), i32(2), i32(1), i32(2), i32(3), i32(4)};
-        EXPECT_TRUE(Reply(269, message(fields)).decoder.decodeSearchHandle(&handle));
+        EXPECT_TRUE(Reply(MessageType::FindPlaces, message(fields)).decoder.decodeSearchHandle(&handle));
         EXPECT_THAT(SearchHandlePrivate::privateFromPublic(&handle)->indices(), ElementsAre(Pair(1, 2), Pair(3, 4)));
     }
 }

@@ -1,10 +1,10 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
+#include "protocol/PlacesAPIEncoder.h"
 #include "model/PlaceHeaderPrivate.h"
 #include "places/AuxiliaryDataRequest.h"
 #include "places/PlaceHeader.h"
 #include "places/Utilities.h"
-#include "protocol/PlacesAPIEncoder.h"
 #include "search/SearchRulePrivate.h"
 #include "search/SortRulePrivate.h"
 #include "support/SamplePlace.h"

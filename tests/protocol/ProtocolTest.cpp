@@ -21,6 +21,8 @@
 
 using namespace vela::platform::places;
 using namespace wire;
+using orix_places_protocol::MessageType;
+using orix_places_protocol::ReturnCode;
 using testing::ElementsAre;
 using testing::Pair;
 
@@ -76,15 +78,15 @@ TEST_F(ProtocolTest, AReplyThatIsCutLeavesWhatTheCallerHas)
     QList<AuxiliaryData> data = {AuxiliaryData()};
     AuxiliaryDataRequest request;
     request.setPlace(QSharedPointer<AbstractPlace>(new Place));
-    const std::pair<int, std::function<Error::Type()>> operations[] = {
-        {2, [&] { return protocol.getRecentSearchTerms(texts, QString()); }},
-        {3, [&] { return protocol.getAuxiliaryData(request, data); }},
-        {9, [&] { return protocol.getTagsInUse(texts, nullptr); }},
-        {19, [&] { return protocol.getSupportedProviders(providers); }},
+    const std::pair<MessageType, std::function<Error::Type()>> operations[] = {
+        {MessageType::GetRecentSearchTerms, [&] { return protocol.getRecentSearchTerms(texts, QString()); }},
+        {MessageType::GetAuxiliaryData, [&] { return protocol.getAuxiliaryData(request, data); }},
+        {MessageType::GetTags, [&] { return protocol.getTagsInUse(texts, nullptr); }},
+        {MessageType::GetProviders, [&] { return protocol.getSupportedProviders(providers); }},
     };
     for (const auto &[type, operation] : operations) {
         channel.answer(type, {i32(2), text("one")});
-        EXPECT_EQ(operation(), Error::CommunicationFailed) << type;
+        EXPECT_EQ(operation(), Error::CommunicationFailed) << static_cast<int>(type);
     }
     EXPECT_EQ(texts, QStringList{QStringLiteral("before")});
     EXPECT_EQ(providers.size(), 1);
@@ -104,12 +106,12 @@ TEST_F(ProtocolTest, WhatCannotBeWrittenIsNotSent)
 TEST_F(ProtocolTest, RepliesBecomeResults)
 {
     QStringList terms;
-    channel.answer(2, texts({"cafe", "café"}));
+    channel.answer(MessageType::GetRecentSearchTerms, texts({"cafe", "café"}));
     EXPECT_EQ(protocol.getRecentSearchTerms(terms, QStringLiteral("ca")), Error::Success);
     EXPECT_EQ(terms, (QStringList{QStringLiteral("cafe"), QStringLiteral("café")}));
 
     Error::Type error = Error::Unspecified;
-    channel.answer(17, {i32(138000)});
+    channel.answer(MessageType::FindPlacesSize, {i32(138000)});
     EXPECT_EQ(protocol.findPlacesSize(SearchRule(), &error, Coordinates()), 138000U);
     EXPECT_EQ(error, Error::Success);
 }
@@ -120,8 +122,9 @@ TEST_F(ProtocolTest, TheNextPageStartsWhereTheLastOneEnded)
     state.setProviderPrimaryIndex(3);
     state.setProviderSecondaryIndex(4);
     Error::Type error = Error::Unspecified;
-    channel.answer(13, Fields{i32(2)} + sample::headerFields(1) + sample::placeFields(2)
-                           + Fields{flag(true), i32(0), i32(5), i32(6), i32(2), i32(1), i32(2), i32(3), i32(4)});
+    channel.answer(MessageType::FindPlaces,
+                   Fields{i32(2)} + sample::headerFields(1) + sample::placeFields(2)
+                       + Fields{flag(true), i32(0), i32(5), i32(6), i32(2), i32(1), i32(2), i32(3), i32(4)});
     const QList<AbstractPlace *> found = protocol.findNextPlaces(handle, 10, error);
     EXPECT_EQ(error, Error::Success);
     EXPECT_EQ(found.size(), 2);
@@ -131,7 +134,7 @@ TEST_F(ProtocolTest, TheNextPageStartsWhereTheLastOneEnded)
     EXPECT_THAT(state.indices(), ElementsAre(Pair(1, 2), Pair(3, 4)));
     qDeleteAll(found);
 
-    channel.answer(13, Fields{i32(0)} + NO_MORE);
+    channel.answer(MessageType::FindPlaces, Fields{i32(0)} + NO_MORE);
     EXPECT_TRUE(protocol.findNextPlaces(handle, 10, error).isEmpty());
     EXPECT_EQ(state.index(), 22) << "a page without places leads nowhere";
     EXPECT_FALSE(handle.hasMoreData());
@@ -144,7 +147,7 @@ TEST_F(ProtocolTest, AnEarlierPageIsAskedForWithTheCursorItWasFoundWith)
     Error::Type error = Error::Unspecified;
     for (const auto &[offset, primary, secondary] :
          {std::tuple(1, 12, 13), std::tuple(7, -1, -1), std::tuple(-3, -1, -1)}) {
-        channel.answer(13, Fields{i32(0)} + NO_MORE);
+        channel.answer(MessageType::FindPlaces, Fields{i32(0)} + NO_MORE);
         EXPECT_TRUE(protocol.findPreviousPlaces(handle, offset, 5, error).isEmpty());
         EXPECT_THAT(pageOf(channel.body()), ElementsAre(5, offset, primary, secondary));
         EXPECT_EQ(state.index(), offset);
@@ -156,13 +159,13 @@ TEST_F(ProtocolTest, APageThatCannotBeReadLeavesTheHandleAlone)
     state.setIndex(20);
     const Fields good = Fields{i32(1)} + sample::headerFields();
     Error::Type error = Error::Success;
-    channel.answer(12, good + NO_MORE);
+    channel.answer(MessageType::GetPlace, good + NO_MORE);
     EXPECT_TRUE(protocol.findNextPlaces(handle, 10, error).isEmpty());
     EXPECT_EQ(error, Error::CommunicationFailed) << "a reply of another type";
-    channel.answer(13, good);
+    channel.answer(MessageType::FindPlaces, good);
     EXPECT_TRUE(protocol.findNextPlaces(handle, 10, error).isEmpty());
     EXPECT_EQ(error, Error::CommunicationFailed) << "places without a paging state";
-    channel.refuse(13, 65);
+    channel.refuse(MessageType::FindPlaces, ReturnCode::TookTooLong);
     EXPECT_TRUE(protocol.findNextPlaces(handle, 10, error).isEmpty());
     EXPECT_EQ(error, Error::TimedOut);
     EXPECT_EQ(state.index(), 20);
@@ -190,7 +193,7 @@ TEST_F(ProtocolTest, TheReasonOfAFailureIsReadFromAnyReply)
         {"what steers a terminal", {text("a\n\x1b[31m\u2028b")}, QStringLiteral("a  [31m b")},
     };
     for (const auto &row : cases) {
-        channel.refuse(15, 68, row.behindStatus);
+        channel.refuse(MessageType::Backup, ReturnCode::BackupFailed, row.behindStatus);
         EXPECT_EQ(protocol.backup("/b"), Error::BackupFailed) << row.name;
         EXPECT_EQ(Error::reason(Error::BackupFailed), row.reason) << row.name;
     }
@@ -198,11 +201,11 @@ TEST_F(ProtocolTest, TheReasonOfAFailureIsReadFromAnyReply)
 
 TEST_F(ProtocolTest, AReasonBelongsToTheLastRequestOfItsThread)
 {
-    channel.refuse(15, 68, {text("mine")});
+    channel.refuse(MessageType::Backup, ReturnCode::BackupFailed, {text("mine")});
     EXPECT_EQ(protocol.backup("/b"), Error::BackupFailed);
     std::thread([&] {
         EXPECT_EQ(Error::reason(Error::BackupFailed), QString());
-        channel.refuse(15, 68, {text("theirs")});
+        channel.refuse(MessageType::Backup, ReturnCode::BackupFailed, {text("theirs")});
         EXPECT_EQ(protocol.backup("/b"), Error::BackupFailed);
     }).join();
     EXPECT_EQ(Error::reason(Error::BackupFailed), QStringLiteral("mine"));

@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 
 #include <limits>
+#include <msgclient.h>
 
 using namespace orix_places_protocol;
 using namespace wire;
@@ -128,6 +129,11 @@ TEST(WireBuffer, ReadsThatCannotBeAreRefusedAndChangeNothing)
         EXPECT_FALSE(load(decoder, row.bytes).decodeString(text)) << row.name;
         EXPECT_EQ(text, "before") << row.name;
     }
+    int value = 7;
+    EXPECT_FALSE(PlacesBaseDecoder(nullptr, 4).decode(value));
+    const _msgserver_data none = {nullptr, 4};
+    EXPECT_FALSE(PlacesBaseDecoder(&none).decode(value) || PlacesBaseDecoder(nullptr).decode(value));
+    EXPECT_EQ(value, 7);
 }
 
 TEST(WireBuffer, EveryFillByteHasToBeRight)

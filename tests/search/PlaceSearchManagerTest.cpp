@@ -16,6 +16,8 @@
 
 using namespace vela::platform::places;
 using namespace wire;
+using orix_places_protocol::MessageType;
+using orix_places_protocol::ReturnCode;
 using testing::IsEmpty;
 
 namespace
@@ -41,7 +43,9 @@ protected:
     {
         PlaceSearchManagerPrivate::providersRetrieved = false;
         PlaceSearchManagerPrivate::providers.clear();
-        channel.answerWith([](const std::string &) { return FakeChannel::reply(3, sample::auxiliaryFields()); });
+        channel.answerWith([](const std::string &) {
+            return FakeChannel::reply(MessageType::GetAuxiliaryData, sample::auxiliaryFields());
+        });
     }
     bool arrive(int count)
     {
@@ -106,7 +110,9 @@ TEST_F(PlaceSearchManagerTest, ACancelledTagIsNeverReportedWhereverItsRequestsAr
 TEST_F(PlaceSearchManagerTest, AFailedRequestIsReportedWithItsPlace)
 {
     const auto failing = request(1);
-    channel.answerWith([](const std::string &) { return message({i32(67), i32(259), text("no guide")}); });
+    channel.answerWith([](const std::string &) {
+        return FakeChannel::reply(MessageType::GetAuxiliaryData, ReturnCode::ProviderFailed, {text("no guide")});
+    });
     EXPECT_EQ(manager->requestAuxiliaryData({failing}, 1), Error::Success);
     ASSERT_TRUE(arrive(1));
     EXPECT_EQ(replyOf(signals[0]).status(), Error::ProviderFailed);
@@ -139,7 +145,8 @@ TEST_F(PlaceSearchManagerTest, AManagerMayBeDestroyedByASlotAndWhileItFetches)
 TEST_F(PlaceSearchManagerTest, ProvidersAreAskedForOnceAndFoundByTheExactType)
 {
     channel.answerWith([](const std::string &) {
-        return FakeChannel::reply(19, Fields{i32(2)} + sample::providerFields("a") + sample::providerFields("b"));
+        return FakeChannel::reply(MessageType::GetProviders,
+                                  Fields{i32(2)} + sample::providerFields("a") + sample::providerFields("b"));
     });
     const QList<Provider> providers = PlaceSearchManager::getSupportedProviders();
     ASSERT_EQ(providers.size(), 2);
@@ -152,7 +159,8 @@ TEST_F(PlaceSearchManagerTest, ProvidersAreAskedForOnceAndFoundByTheExactType)
 
 TEST_F(PlaceSearchManagerTest, ProvidersThatCouldNotBeAskedForAreNotAskedForAgain)
 {
-    channel.answerWith([](const std::string &) { return message({i32(64), i32(275)}); });
+    channel.answerWith(
+        [](const std::string &) { return FakeChannel::reply(MessageType::GetProviders, ReturnCode::Busy, {}); });
     EXPECT_THAT(PlaceSearchManager::getSupportedProviders(), IsEmpty());
     EXPECT_THAT(PlaceSearchManager::findProviders(QStringLiteral("poi")), IsEmpty());
     EXPECT_EQ(channel.requestCount(), 1U);

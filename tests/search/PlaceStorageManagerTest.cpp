@@ -13,38 +13,41 @@
 #include <QtCore/QThread>
 #include <QtTest/QSignalSpy>
 
+#include <atomic>
 #include <cstring>
 #include <stdexcept>
 #include <thread>
 
 using namespace vela::platform::places;
 using namespace wire;
+using orix_places_protocol::MessageType;
+using orix_places_protocol::ReturnCode;
 using testing::ElementsAre;
 
 namespace
 {
 
-int typeOf(const std::string &request)
+MessageType typeOf(const std::string &request)
 {
     int type = 0;
     std::memcpy(&type, request.data(), sizeof type);
-    return type;
+    return static_cast<MessageType>(type);
 }
 
 /// Answers as a service does that stores one place, number 42.
 std::string answer(const std::string &request)
 {
-    const int type = typeOf(request);
+    const MessageType type = typeOf(request);
     switch (type) {
-    case 1:
+    case MessageType::AddPlace:
         return FakeChannel::reply(type, {i64(42)});
-    case 12:
+    case MessageType::GetPlace:
         return FakeChannel::reply(type, sample::placeFields());
-    case 14:
+    case MessageType::Unfav:
         return FakeChannel::reply(type, {flag(true)});
-    case 18:
+    case MessageType::GetPlaceFromSuggestion:
         return FakeChannel::reply(type, sample::placeFields(-1));
-    case 20:
+    case MessageType::GetHeaderFromFullPlace:
         return FakeChannel::reply(type, sample::headerFields());
     default:
         return FakeChannel::reply(type, {});
@@ -62,12 +65,20 @@ protected:
         return EventLoop::runUntil([&] { return signals.size() >= count; });
     }
     PlaceStorageReply reply(int index) { return signals[index][0].value<PlaceStorageReply>(); }
-    /// The requests so far: their types, and behind it the tag, if there is one of a single letter.
+    /// The types of the requests so far.
+    std::vector<MessageType> types()
+    {
+        std::vector<MessageType> types;
+        for (const std::string &request : channel.requests())
+            types.push_back(typeOf(request));
+        return types;
+    }
+    /// The same as texts: "get" for GetPlace, and for AddTag its tag of a single letter.
     std::vector<std::string> requests()
     {
         std::vector<std::string> texts;
         for (const std::string &request : channel.requests())
-            texts.push_back(std::to_string(typeOf(request)) + (typeOf(request) == 7 ? request.substr(24) : ""));
+            texts.push_back(typeOf(request) == MessageType::GetPlace ? "get" : request.substr(24));
         return texts;
     }
     void addTags(const char *tags, const QVariant &tag = QVariant())
@@ -104,32 +115,78 @@ TEST_F(PlaceStorageManagerTest, EveryCallIsReportedWithWhatBecameOfThePlaceThoug
     {
         const char *name;
         std::function<int()> call;
-        std::vector<std::string> requests;
+        std::vector<MessageType> requests;
         qint64 id;
         Error::Type status;
         bool hasPlace;
     } rows[] = {
-        {"add", [&] { return withPlace(-1, &Manager::addPlace); }, {"1", "20", "12"}, 42, Error::Success, true},
+        {"add",
+         [&] { return withPlace(-1, &Manager::addPlace); },
+         {MessageType::AddPlace, MessageType::GetHeaderFromFullPlace, MessageType::GetPlace},
+         42,
+         Error::Success,
+         true},
         {"add again", [&] { return withPlace(42, &Manager::addPlace); }, {}, 42, Error::InvalidArgument, false},
-        {"update", [&] { return withPlace(42, &Manager::updatePlace); }, {"5"}, 42, Error::Success, true},
-        {"remove", [&] { return manager->removePlace(42); }, {"4"}, 42, Error::Success, false},
-        {"use", [&] { return manager->usePlace(42); }, {"6"}, 42, Error::Success, false},
-        {"use found", [&] { return withHeader(42, anyPlace(&Manager::usePlace)); }, {"6"}, 42, Error::Success, false},
-        {"fav stored", [&] { return withPlace(42, &Manager::fav); }, {"12", "5"}, 42, Error::Success, true},
-        {"fav new", [&] { return withPlace(-1, &Manager::fav); }, {"1", "20", "12"}, 42, Error::Success, true},
-        {"fav found", [&] { return withHeader(-1, &Manager::fav); }, {"18", "1", "20", "12"}, 42, Error::Success, true},
-        {"unfav", [&] { return withHeader(42, &Manager::unfav); }, {"12", "14"}, 42, Error::Success, true},
+        {"update",
+         [&] { return withPlace(42, &Manager::updatePlace); },
+         {MessageType::UpdatePlace},
+         42,
+         Error::Success,
+         true},
+        {"remove", [&] { return manager->removePlace(42); }, {MessageType::RemovePlace}, 42, Error::Success, false},
+        {"use", [&] { return manager->usePlace(42); }, {MessageType::IncrementUsage}, 42, Error::Success, false},
+        {"use found",
+         [&] { return withHeader(42, anyPlace(&Manager::usePlace)); },
+         {MessageType::IncrementUsage},
+         42,
+         Error::Success,
+         false},
+        {"fav stored",
+         [&] { return withPlace(42, &Manager::fav); },
+         {MessageType::GetPlace, MessageType::UpdatePlace},
+         42,
+         Error::Success,
+         true},
+        {"fav new",
+         [&] { return withPlace(-1, &Manager::fav); },
+         {MessageType::AddPlace, MessageType::GetHeaderFromFullPlace, MessageType::GetPlace},
+         42,
+         Error::Success,
+         true},
+        {"fav found",
+         [&] { return withHeader(-1, &Manager::fav); },
+         {MessageType::GetPlaceFromSuggestion, MessageType::AddPlace, MessageType::GetHeaderFromFullPlace,
+          MessageType::GetPlace},
+         42,
+         Error::Success,
+         true},
+        {"unfav",
+         [&] { return withHeader(42, &Manager::unfav); },
+         {MessageType::GetPlace, MessageType::Unfav},
+         42,
+         Error::Success,
+         true},
         {"unfav new", [&] { return withPlace(-1, &Manager::unfav); }, {}, -1, Error::InvalidArgument, false},
-        {"untag", [&] { return manager->removeTag(42, QStringLiteral("a")); }, {"8"}, 42, Error::Success, false},
-        {"get", [&] { return manager->getPlace(42); }, {"12"}, 42, Error::Success, true},
-        {"get found", [&] { return withHeader(-1, anyPlace(&Manager::getPlace)); }, {"18"}, -1, Error::Success, true},
+        {"untag",
+         [&] { return manager->removeTag(42, QStringLiteral("a")); },
+         {MessageType::RemoveTag},
+         42,
+         Error::Success,
+         false},
+        {"get", [&] { return manager->getPlace(42); }, {MessageType::GetPlace}, 42, Error::Success, true},
+        {"get found",
+         [&] { return withHeader(-1, anyPlace(&Manager::getPlace)); },
+         {MessageType::GetPlaceFromSuggestion},
+         -1,
+         Error::Success,
+         true},
     };
     for (const auto &row : rows) {
         const std::size_t before = channel.requestCount();
         const int job = row.call();
         ASSERT_TRUE(arrive(1)) << row.name;
-        const std::vector<std::string> all = requests();
-        EXPECT_EQ(std::vector<std::string>(all.begin() + static_cast<int>(before), all.end()), row.requests)
+        const std::vector<MessageType> all = types();
+        EXPECT_EQ(std::vector<MessageType>(all.begin() + static_cast<int>(before), all.end()), row.requests)
             << row.name;
         EXPECT_EQ(reply(0).jobId(), job) << row.name;
         EXPECT_EQ(reply(0).status(), row.status) << row.name;
@@ -148,12 +205,12 @@ TEST_F(PlaceStorageManagerTest, ChangesAreMadeInTheirOrderAndFetchesOvertakeThem
     const int fetch = manager->getPlace(42, QStringLiteral("fetch"));
     ASSERT_TRUE(channel.waitForRequests(2));
     EventLoop::runOut();
-    EXPECT_THAT(requests(), testing::UnorderedElementsAre("7a", "12")) << "never two changes at once";
+    EXPECT_THAT(requests(), testing::UnorderedElementsAre("a", "get")) << "never two changes at once";
     channel.release();
     ASSERT_TRUE(arrive(4));
     std::vector<std::string> changes = requests();
-    changes.erase(std::find(changes.begin(), changes.end(), "12"));
-    EXPECT_THAT(changes, ElementsAre("7a", "7b", "7c"));
+    changes.erase(std::find(changes.begin(), changes.end(), "get"));
+    EXPECT_THAT(changes, ElementsAre("a", "b", "c"));
     int last = 0;
     for (int i = 0; i < 4; ++i) {
         EXPECT_EQ(reply(i).tag(), reply(i).jobId() == fetch ? QVariant(QStringLiteral("fetch")) : QVariant());
@@ -174,18 +231,20 @@ TEST_F(PlaceStorageManagerTest, ACancelledJobIsNeverReportedWhereverItIsAndTheNe
     manager->getPlace(42, 1);
     ASSERT_TRUE(channel.waitForRequests(3));
     manager->cancel(1);
-    EXPECT_THAT(requests(), ElementsAre("7a", "7b", "12")) << "the service may still make the cancelled change";
+    EXPECT_THAT(requests(), ElementsAre("a", "b", "get")) << "the service may still make the cancelled change";
     channel.release();
     ASSERT_TRUE(arrive(1));
     EventLoop::runOut();
     ASSERT_EQ(signals.size(), 1);
     EXPECT_EQ(reply(0).tag(), QVariant(2));
-    EXPECT_THAT(requests(), ElementsAre("7a", "7b", "12", "7c"));
+    EXPECT_THAT(requests(), ElementsAre("a", "b", "get", "c"));
 }
 
 TEST_F(PlaceStorageManagerTest, AFailureComesWithItsReason)
 {
-    channel.answerWith([](const std::string &) { return message({i32(59), i32(268), text("no room")}); });
+    channel.answerWith([](const std::string &) {
+        return FakeChannel::reply(MessageType::GetPlace, ReturnCode::StorageFailed, {text("no room")});
+    });
     manager->getPlace(42);
     ASSERT_TRUE(arrive(1));
     EXPECT_EQ(reply(0).status(), Error::StorageFailed);
@@ -218,7 +277,7 @@ TEST_F(PlaceStorageManagerTest, DestroyingMakesTheChangesThatWaitAndReportsNothi
     EXPECT_EQ(channel.openHandles(), 0);
     service.join();
     EventLoop::runOut();
-    EXPECT_THAT(requests(), testing::UnorderedElementsAre("7a", "12", "7b", "7c")) << "no fetch that was not begun";
+    EXPECT_THAT(requests(), testing::UnorderedElementsAre("a", "get", "b", "c")) << "no fetch that was not begun";
     EXPECT_TRUE(signals.isEmpty());
 }
 
@@ -252,17 +311,25 @@ TEST(WorkerQueue, BeginsNoOrderedJobThatIsTooLate)
     {
         int id = 0;
     };
+    static std::atomic<int> begun;
+    begun = 0;
     const auto ignore = [](int) {};
-    const auto wait = [](const Job &, int &) { QThread::msleep(100); };
-    const auto queue = std::make_shared<WorkerQueue<Job, int>>(WorkerThreads::Reports{ignore, ignore}, wait,
+    const auto work = [](const Job &, int &) {
+        ++begun;
+        QThread::msleep(200);
+    };
+    const auto queue = std::make_shared<WorkerQueue<Job, int>>(WorkerThreads::Reports{ignore, ignore}, work,
                                                                [](const Job &, int &) { return true; });
     queue->start();
     {
         const WorkerThreads::Lock lock(*queue);
-        for (int i = 0; i < 10; ++i)
+        for (int i = 0; i < 50; ++i)
             queue->addOrdered({});
         queue->wake();
     }
-    const int left = queue->finish(std::chrono::milliseconds(150));
-    EXPECT_TRUE(left >= 7 && left < 10) << left;
+    for (int i = 0; i < 5000 && begun == 0; ++i)
+        QThread::msleep(1);
+    const int left = queue->finish(std::chrono::milliseconds(0));
+    EXPECT_GT(left, 0);
+    EXPECT_EQ(begun + left, 50);
 }

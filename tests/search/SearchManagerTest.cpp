@@ -20,6 +20,8 @@
 
 using namespace vela::platform::places;
 using namespace wire;
+using orix_places_protocol::MessageType;
+using orix_places_protocol::ReturnCode;
 using Group = SearchResultGroup;
 using testing::AnyOf;
 using testing::Each;
@@ -37,7 +39,7 @@ const QList<Group::Type> FOUR = {Group::Favorites, Group::Contacts, Group::Addre
 std::string found(const std::string &request)
 {
     const qint64 id = request.find("first") != std::string::npos ? 1 : 2;
-    return FakeChannel::reply(13,
+    return FakeChannel::reply(MessageType::FindPlaces,
                               Fields{i32(1)} + sample::headerFields(id) + Fields{flag(true), i32(0), i32(-1), i32(-1)});
 }
 
@@ -172,7 +174,7 @@ TEST_F(SearchManagerTest, FavouritesAreLeftOutOnDemandAndFailuresAreReportedByGr
 
     const std::function<std::string(const std::string &)> failures[] = {
         [](const std::string &) {
-            return message({i32(67), i32(269), text("no guide")});
+            return FakeChannel::reply(MessageType::FindPlaces, ReturnCode::ProviderFailed, {text("no guide")});
         },
         [](const std::string &) { return std::string("garbage"); },
         [](const std::string &) -> std::string { throw std::bad_alloc(); },
@@ -255,7 +257,7 @@ TEST_F(SearchManagerTest, DestroyingWaitsForTheWorkersAndCancelsWhatIsOutstandin
     record();
     manager->search(FIRST, Coordinates(), 6, {Group::Favorites});
     ASSERT_TRUE(channel.waitForRequests(5));
-    QThread::msleep(20);
+    EXPECT_TRUE(EventLoop::awaitEvent());
     manager.reset();
     EXPECT_THAT(events, ElementsAre("started 6")) << "answered, though not reported: nothing is left to cancel";
 }

@@ -2,7 +2,6 @@
 
 #include "manager/PlaceManagerPrivate.h"
 #include "model/PlaceHeaderPrivate.h"
-#include "places/ContactAuxiliaryData.h"
 #include "places/PlaceHeader.h"
 #include "places/PlaceManager.h"
 #include "places/Tags.h"
@@ -16,7 +15,6 @@
 
 using namespace vela::platform::places;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 using Group = SearchResultGroup::Type;
@@ -42,14 +40,8 @@ QByteArray card(const QByteArray &lines)
     return QByteArray("BEGIN:VCARD\r\nVERSION:3.0\r\n") + lines + "END:VCARD\r\n";
 }
 
-const QByteArray ANNA =
-    card("UID:anna\r\nFN:Anna Müller\r\nN:Müller;Anna;B;;\r\nNICKNAME:Annie\r\nORG:Acme\r\n"
-         "TITLE:Engineer\r\nTEL;TYPE=CELL:+41 79\r\nTEL;TYPE=HOME:+41 44\r\nTEL;TYPE=WORK,FAX:+41 1\r\n"
-         "EMAIL:anna@example.org\r\nURL:https://anna.example/\r\nNOTE:from school\r\n"
-         "PHOTO;VALUE=URI:file:///photos/anna.jpg\r\n"
-         "ADR;TYPE=HOME:;;Seestrasse 1;Zürich;;8001;Schweiz\r\n"
-         "ADR;TYPE=WORK:;;Rue 2;Geneva;;1200;Switzerland\r\n"
-         "ADR;TYPE=WORK:;;Main Street 3;Nowhere;;;\r\n");
+const QByteArray ANNA = card("UID:anna\r\nFN:Anna M\xC3\xBCller\r\nADR;TYPE=HOME:;;Seestrasse 1;Bern;;8001;Schweiz\r\n"
+                             "ADR;TYPE=WORK:;;Rue 2;Geneva;;1200;\r\nADR;TYPE=WORK:;;Main Street 3;Nowhere;;;\r\n");
 
 /// The contacts of a folder, as places.
 class ContactTest : public testing::Test
@@ -84,8 +76,7 @@ protected:
     }
 
     Cards cards;
-    Placesd service{{QStringLiteral("--contacts"), cards.folder.path(), QStringLiteral("--gazetteer"),
-                     QStringLiteral(SOURCES "/examples/data/cities.geojson")}};
+    Placesd service{{QStringLiteral("--contacts"), cards.folder.path(), QStringLiteral("--gazetteer"), QString()}};
     PlaceManager manager;
     PlaceManagerPrivate internal;
     Protocol protocol;
@@ -94,47 +85,6 @@ protected:
 };
 
 } // namespace
-
-TEST_F(ContactTest, TheirAddressesArePlacesWithAllThatTheCardSays)
-{
-    EXPECT_FALSE(group(Group::RemoteByName, "zurich").empty()) << "the gazetteer has been read";
-    const int id = annasId();
-    const std::unique_ptr<Place> home = fromContact(1, id, 1);
-    ASSERT_TRUE(home);
-    EXPECT_TRUE(home->hasTag(Tags::Home));
-    EXPECT_EQ(home->source(), AbstractPlace::SourceContactService);
-    EXPECT_EQ(home->primaryAddress().street(), QStringLiteral("Seestrasse 1"));
-    EXPECT_EQ(home->primaryAddress().isoAlpha2CountryCode(), QStringLiteral("CH")) << "a country in its own language";
-    EXPECT_NEAR(home->primaryCoordinates().latitude(), 47.37, 0.1) << "found by the gazetteer";
-    const ContactAuxiliaryData contact(home->auxiliaryData(0));
-    EXPECT_EQ(contact.externalId(), QStringLiteral("1,%1,1").arg(id));
-    const QStringList texts = {contact.lastName(), contact.company(), contact.mobilePhone(),
-                               contact.fax(),      contact.notes(),   contact.photoPathOriginal()};
-    EXPECT_EQ(texts.join(QLatin1Char('|')).toStdString(), "Müller|Acme|+41 79|+41 1|from school|/photos/anna.jpg");
-    EXPECT_FALSE(fromContact(1, id, 5)->hasCoordinates()) << "its second work address, which no gazetteer knows";
-    EXPECT_FALSE(fromContact(1, id, 4));
-    EXPECT_EQ(error, Error::NotFound);
-}
-
-TEST_F(ContactTest, TheCountryOfAnAddressIsTheOneThatItNames)
-{
-    EXPECT_FALSE(group(Group::RemoteByName, "zurich").empty()) << "the gazetteer has been read";
-    const struct
-    {
-        const char *country;
-        const char *code;
-        bool isFound;
-    } cases[] = {{"", "", true},       {" ", "", true},    {"Polska", "PL", false}, {"Suisse", "CH", true},
-                 {"World", "", false}, {"ch", "CH", true}, {"Europe", "", false}};
-    for (const auto &row : cases) {
-        cards.write("one.vcf", card(QByteArray("FN:One\r\nADR;TYPE=HOME:;;;Zürich;;;") + row.country + "\r\n"));
-        ASSERT_THAT(group(Group::Contacts, "one"), ElementsAre("One"));
-        const std::unique_ptr<Place> place(internal.getPlace(found[0].data(), &error));
-        ASSERT_TRUE(place) << row.country;
-        EXPECT_EQ(place->primaryAddress().isoAlpha2CountryCode(), QLatin1String(row.code)) << row.country;
-        EXPECT_EQ(place->hasCoordinates(), row.isFound) << row.country;
-    }
-}
 
 TEST_F(ContactTest, AStoredAddressIsThatPlaceAndStandsOnce)
 {
@@ -156,52 +106,6 @@ TEST_F(ContactTest, AStoredAddressIsThatPlaceAndStandsOnce)
         << "found by the contact's name, under its own";
     ASSERT_EQ(manager.removePlace(stored), Error::Success);
     EXPECT_EQ(group(Group::Contacts, "anna"), Names(3, "Anna Müller"));
-}
-
-TEST_F(ContactTest, TheFolderIsReadAgainWhenItChanges)
-{
-    const int id = annasId();
-    cards.write("bob.vcf", card("UID:bob\r\nFN:Bob\r\nADR;TYPE=HOME:;;;Berlin;;;Germany\r\n"));
-    EXPECT_THAT(group(Group::Contacts, "bob"), ElementsAre("Bob"));
-    cards.write("bob.vcf", card("UID:bob\r\nFN:Robert\r\nADR;TYPE=HOME:;;;Berlin;;;Germany\r\n"));
-    EXPECT_THAT(group(Group::Contacts, "bob"), IsEmpty());
-    EXPECT_THAT(group(Group::Contacts, "rob"), ElementsAre("Robert"));
-    EXPECT_THAT(group(Group::Contacts, "robret"), ElementsAre("Robert"));
-    EXPECT_THAT(group(Group::Contacts, "robert berlni"), ElementsAre("Robert")) << "the address has words, too";
-    QFile::rename(cards.folder.filePath(QStringLiteral("anna.vcf")), cards.folder.filePath(QStringLiteral("z.vcf")));
-    EXPECT_EQ(annasId(), id) << "a contact keeps its number wherever its card is";
-    service.kill();
-    service.start();
-    EXPECT_EQ(annasId(), id) << "and from start to start";
-}
-
-TEST_F(ContactTest, WhatCanBeReadOfABadCardIs)
-{
-    cards.write("old.vcf", "BEGIN:VCARD\r\nVERSION:2.1\r\nN;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:M=C3=BCller;Old\r\n"
-                           "ADR;WORK:;;Weg 1;Bern;;;CH\r\nEND:VCARD\r\n");
-    cards.write("cut.vcf", card("FN:Whole\r\nADR:;;Weg 1;Bern;;;CH\r\n")
-                               + card("FN:Lost its end\r\nADR:;;Weg 2;Bern;;;CH\r\n").chopped(14)
-                               + card("FN:After\r\nADR:;;Weg 3;Bern;;;CH\r\n")
-                               + "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:Ends early\r\nADR:;;Weg 4;Bern;;;CH\r\nTEL:+4");
-    cards.write("huge.vcf", card("FN:Before\r\nADR:;;Weg 5;Bern;;;CH\r\n") + "BEGIN:VCARD\r\nFN:Huge\r\nNOTE:"
-                                + QByteArray(6 * 1024 * 1024, 'x') + "\r\nPHOTO;ENCODING=b:" + QByteArray(100000, 'x')
-                                + "\r\n yyy\r\nTITLE:" + QByteArray(30000, 'x') + "\r\nADR:;;W;B;;;\r\n"
-                                + ("X-A:" + QByteArray(15000, 'x') + "\r\n").repeated(20) + "END:VCARD\r\n"
-                                + card("FN:Behind\r\nADR:;;Weg 6;Bern;;;CH\r\n"));
-    QByteArray numbers;
-    for (int i = 0; i < 40000; ++i)
-        numbers += "TEL:" + QByteArray::number(i) + "\r\n";
-    cards.write("numbers.vcf", card("FN:Numbers\r\nADR:;;Weg 7;Bern;;;CH\r\n" + numbers));
-    QByteArray noise(100000, 'x');
-    for (int i = 0; i < noise.size(); ++i)
-        noise[i] = static_cast<char>(i * 7919 >> 3);
-    cards.write("noise.vcf", noise + "\nBEGIN:VCARD\n" + noise + "\nEND:VCARD\n" + card("ADR:;;No name;;;;\r\n"));
-    EXPECT_THAT(group(Group::Contacts, ""),
-                UnorderedElementsAre("After", "Anna Müller", "Anna Müller", "Anna Müller", "Before", "Behind",
-                                     "Ends early", "Huge", "Lost its end", "Numbers", "Old Müller", "Whole"));
-    EXPECT_THAT(service.log(), HasSubstr(": 5 lines are too long"))
-        << "the note, the title, and what goes beyond 256 KiB; no picture";
-    EXPECT_THAT(service.log(), HasSubstr(": 39504 lines are too long"));
 }
 
 TEST_F(ContactTest, RoomsStoredPlacesAndContactsComeOneAfterTheOther)

@@ -24,7 +24,7 @@ namespace
 {
 
 /// What a client that watches the store is told.
-class ADataVersion : public testing::Test
+class DataVersion : public testing::Test
 {
 protected:
     /// Does something, and waits until the watcher has told of it.
@@ -45,7 +45,7 @@ protected:
 
 } // namespace
 
-TEST_F(ADataVersion, TellsAClientOfEveryChangeByAnother)
+TEST_F(DataVersion, TellsAClientOfEveryChangeByAnother)
 {
     const char *const commands[] = {"add Zurichsee --at 47.25,8.7", "tag 1 lake", "use 1", "fav 1", "remove 1"};
     for (const char *command : commands)
@@ -61,7 +61,7 @@ TEST_F(ADataVersion, TellsAClientOfEveryChangeByAnother)
     EXPECT_EQ(PlaceStoreWatcher::dataVersion(), version) << "nothing was changed";
 }
 
-TEST_F(ADataVersion, TellsOfARestartAndOfManyChangesAtOnce)
+TEST_F(DataVersion, TellsOfARestartAndOfManyChangesAtOnce)
 {
     ASSERT_TRUE(tellsOf([&] {
         service.kill();
@@ -73,7 +73,7 @@ TEST_F(ADataVersion, TellsOfARestartAndOfManyChangesAtOnce)
     }));
     changes.clear();
     constexpr int CHANGES = 200;
-    const std::string tag = requests::message(requests::head(7) + wire::Fields{wire::i64(1), wire::text("lake")});
+    const std::string tag = requests::withId(requests::Type::AddTag, 1, {wire::text("lake")});
     places("add Zurichsee --at 47.25,8.7");
     ASSERT_TRUE(tellsOf([&] {
         for (int i = 0; i < CHANGES; ++i) {
@@ -84,7 +84,7 @@ TEST_F(ADataVersion, TellsOfARestartAndOfManyChangesAtOnce)
     EXPECT_LT(changes.size(), CHANGES / 4);
 }
 
-TEST_F(ADataVersion, SaysNothingElseAndIsReadOnlyByOthers)
+TEST_F(DataVersion, SaysNothingElseAndIsReadOnlyByOthers)
 {
     EXPECT_EQ(places("add Hideout --at 47.25,8.7").status, 0);
     struct stat status = {};
@@ -93,7 +93,7 @@ TEST_F(ADataVersion, SaysNothingElseAndIsReadOnlyByOthers)
     EXPECT_EQ(status.st_mode & 0777U, 0644U) << "whatever the mask of the service";
 }
 
-TEST(APlaceStoreWatcher, WaitsForAFolderThatIsNotThereYetAndTrustsNoFileOfOthers)
+TEST(PlaceStoreWatcher, WaitsForAFolderThatIsNotThereYetAndTrustsNoFileOfOthers)
 {
     const EventLoop loop;
     const QTemporaryDir root;

@@ -107,12 +107,12 @@ protected:
                     ElementsAre(USED, CONTACT, RECENT));
         EXPECT_THAT(ids(manager.findPlacesByTypes({AuxiliaryData::TypeContact})), ElementsAre(CONTACT));
         EXPECT_THAT(ids(manager.findPlacesByOwners({QStringLiteral("app")})), ElementsAre(FULL));
-        const std::string everything = requests::find(9, 0, requests::rule(1, 0, 1, "", 0));
+        const std::string everything = requests::find(9, 0);
         EXPECT_EQ(Placesd::exchange(everything, "places.external").substr(0, 12),
                   wire::message({wire::i32(0), wire::i32(269), wire::i32(0)}))
             << "private then and now";
-        EXPECT_EQ(Placesd::code(wire::message(requests::head(4) + wire::Fields{wire::i64(FULL)}), "places.external"),
-                  54);
+        EXPECT_EQ(Placesd::code(requests::withId(requests::Type::RemovePlace, FULL), "places.external"),
+                  orix_places_protocol::NoSuchPlace);
         EXPECT_THAT(ids(manager.findRecentPlaces(&error)), ElementsAre(USED, RECENT, CONTACT, FULL));
         EXPECT_EQ(error, Error::Success);
         QStringList terms;

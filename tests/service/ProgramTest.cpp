@@ -5,6 +5,7 @@
 #include "places/PlaceManager.h"
 #include "protocol/Protocol.h"
 #include "support/Client.h"
+#include "support/Files.h"
 #include "support/Placesd.h"
 
 #include <gmock/gmock.h>
@@ -25,6 +26,8 @@
 #include <unistd.h>
 
 using namespace vela::platform::places;
+using files::bytesOf;
+using files::write;
 using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::StartsWith;
@@ -32,13 +35,6 @@ using Group = SearchResultGroup::Type;
 
 namespace
 {
-
-void write(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
 
 QByteArray feature(const char *name)
 {
@@ -78,41 +74,39 @@ std::string found(Group group, const char *term)
 
 } // namespace
 
-TEST(TheProgram, DoesNotStartOnArgumentsThatMakeNoSense)
+TEST(Placesd, DoesNotStartOnArgumentsThatMakeNoSense)
 {
     const QTemporaryDir folder;
     qputenv("VELA_CHANNEL_DIR", folder.filePath(QStringLiteral("channels")).toLocal8Bit());
-    const QString file = folder.filePath(QStringLiteral("file"));
-    write(file, feature("One"));
+    const std::string file = folder.filePath(QStringLiteral("file")).toStdString();
+    write(QString::fromStdString(file), feature("One"));
     const struct
     {
-        QStringList arguments;
+        std::vector<std::string> arguments;
         int status;
-        QString says;
+        std::string says;
     } cases[] = {
-        {{QStringLiteral("--gazetteer"), file, QStringLiteral("/no/gazetteer")},
-         1,
-         QStringLiteral("/no/gazetteer: No such file or directory")},
-        {{QStringLiteral("--gazetteer"), folder.path()}, 1, folder.path() + QStringLiteral(": Is a directory")},
-        {{QStringLiteral("--contacts"), QStringLiteral("/no/contacts")},
-         1,
-         QStringLiteral("/no/contacts: No such file or directory")},
-        {{QStringLiteral("--contacts"), file}, 1, file + QStringLiteral(": Not a directory")},
-        {{QStringLiteral("--fly")}, 2, QStringLiteral("--fly; see placesd --help")},
-        {{QStringLiteral("fly\nhigh")}, 2, QStringLiteral("fly high; see placesd --help")},
-        {{QStringLiteral("--pps-root")}, 2, QStringLiteral("--pps-root")},
+        {{"--gazetteer", file, "/no/gazetteer"}, 1, "/no/gazetteer: No such file or directory"},
+        {{"--gazetteer", folder.path().toStdString()}, 1, folder.path().toStdString() + ": Is a directory"},
+        {{"--contacts", "/no/contacts"}, 1, "/no/contacts: No such file or directory"},
+        {{"--contacts", file}, 1, file + ": Not a directory"},
+        {{"--fly"}, 2, "--fly; see placesd --help"},
+        {{"fly\nhigh"}, 2, "fly high; see placesd --help"},
+        {{"--pps-root"}, 2, "--pps-root"},
     };
     for (const auto &row : cases) {
-        const Outcome outcome =
-            run("placesd", QStringList{QStringLiteral("--database"), file + QStringLiteral(".db")} + row.arguments);
+        QStringList arguments{QStringLiteral("--database"), QString::fromStdString(file + ".db")};
+        for (const std::string &argument : row.arguments)
+            arguments.append(QString::fromStdString(argument));
+        const Outcome outcome = run("placesd", arguments);
         EXPECT_EQ(outcome.status, row.status) << outcome.err;
         EXPECT_THAT(outcome.err, StartsWith("placesd: "));
-        EXPECT_THAT(outcome.err, HasSubstr(row.says.toStdString()));
+        EXPECT_THAT(outcome.err, HasSubstr(row.says));
         EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
     }
 }
 
-TEST(TheProgram, ServesOnlyInAFolderThatNobodyElseCanReplace)
+TEST(Placesd, ServesOnlyInAFolderThatNobodyElseCanReplace)
 {
     const QTemporaryDir folder;
     const auto path = [&](const char *name) { return folder.filePath(QLatin1String(name)); };
@@ -155,43 +149,32 @@ TEST(TheProgram, ServesOnlyInAFolderThatNobodyElseCanReplace)
     EXPECT_TRUE(QFile::exists(path("blocked/places"))) << "only sockets are removed";
 }
 
-TEST(TheProgram, ReadsContactsAgainWhenSignalled)
+TEST(Placesd, ReadsItsSourcesAgainAndTellsItsStateWhenSignalled)
 {
     const QTemporaryDir folder;
     const QString cards = folder.filePath(QStringLiteral("cards.vcf"));
+    const QString places = folder.filePath(QStringLiteral("places.geojson"));
     write(cards, card("Anna"));
-    Placesd service({QStringLiteral("--gazetteer"), QString(), QStringLiteral("--contacts"), folder.path()});
-    EXPECT_EQ(found(Group::Contacts, ""), "Anna;");
+    write(places, feature("Caf\u00E9 One"));
+    Placesd service({QStringLiteral("--gazetteer"), places, QStringLiteral("--contacts"), folder.path()});
+    const auto foundNow = [] { return found(Group::Contacts, "") + found(Group::Remote, "cafe"); };
+    EXPECT_EQ(foundNow(), "Anna;Caf\u00E9 One;");
     // The card looks as before: size and time are the same.
     struct stat status = {};
     ASSERT_EQ(::stat(cards.toLocal8Bit().constData(), &status), 0);
     write(cards, card("Bert"));
     const timespec times[] = {status.st_atim, status.st_mtim};
     ASSERT_EQ(::utimensat(AT_FDCWD, cards.toLocal8Bit().constData(), times, 0), 0);
-    EXPECT_EQ(found(Group::Contacts, ""), "Anna;");
+    write(places, feature("Caf\u00E9 Twice"));
+    EXPECT_EQ(foundNow(), "Anna;Caf\u00E9 One;");
     service.signal(SIGHUP);
-    for (int i = 0; i < 500 && found(Group::Contacts, "") != "Bert;"; ++i)
+    for (int i = 0; i < 1000 && foundNow() != "Bert;Caf\u00E9 Twice;"; ++i)
         ::usleep(10000);
-    EXPECT_EQ(found(Group::Contacts, ""), "Bert;");
-}
-
-TEST(TheProgram, ReadsGazetteersAgainAndTellsItsStateWhenSignalled)
-{
-    const QTemporaryDir folder;
-    const QString places = folder.filePath(QStringLiteral("places.geojson"));
-    write(places, feature("Café One"));
-    Placesd service({QStringLiteral("--gazetteer"), places});
-    EXPECT_EQ(found(Group::Remote, "cafe"), "Café One;");
-    write(places, feature("Café Twice"));
-    EXPECT_EQ(found(Group::Remote, "cafe"), "Café One;");
-    service.signal(SIGHUP);
-    for (int i = 0; i < 500 && found(Group::Remote, "cafe") != "Café Twice;"; ++i)
-        ::usleep(10000);
-    EXPECT_EQ(found(Group::Remote, "cafe"), "Café Twice;");
+    EXPECT_EQ(foundNow(), "Bert;Caf\u00E9 Twice;");
     QFile::remove(places);
     service.signal(SIGHUP);
     service.awaitLog("places.geojson: No such file or directory");
-    EXPECT_EQ(found(Group::Remote, "cafe"), "Café Twice;") << "what was read stays";
+    EXPECT_EQ(foundNow(), "Bert;Caf\u00E9 Twice;") << "what was read stays";
 
     addPlace("Stored");
     service.signal(SIGUSR1);
@@ -201,7 +184,7 @@ TEST(TheProgram, ReadsGazetteersAgainAndTellsItsStateWhenSignalled)
                               "type [1-9][0-9]* with [0-9.]+ ms\n"));
 }
 
-TEST(TheProgram, LeavesTheFilesOfOthersAsTheyAre)
+TEST(Placesd, LeavesTheFilesOfOthersAsTheyAre)
 {
     const QTemporaryDir folder;
     qputenv("VELA_CHANNEL_DIR", folder.filePath(QStringLiteral("channels")).toLocal8Bit());
@@ -222,9 +205,8 @@ TEST(TheProgram, LeavesTheFilesOfOthersAsTheyAre)
     const auto state = [&] {
         QByteArray bytes;
         for (const QString &name : QDir(folder.path()).entryList(QDir::Files)) {
-            QFile file(folder.filePath(name));
-            EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-            bytes += name.toUtf8() + (name.endsWith(QLatin1String("-shm")) ? QByteArray() : file.readAll());
+            bytes +=
+                name.toUtf8() + (name.endsWith(QLatin1String("-shm")) ? QByteArray() : bytesOf(folder.filePath(name)));
         }
         return bytes;
     };
@@ -237,7 +219,7 @@ TEST(TheProgram, LeavesTheFilesOfOthersAsTheyAre)
     }
 }
 
-TEST(TheProgram, MakesAnOpenDatabasePrivate)
+TEST(Placesd, MakesAnOpenDatabasePrivate)
 {
     Placesd service;
     service.kill();
@@ -257,7 +239,7 @@ TEST(TheProgram, MakesAnOpenDatabasePrivate)
     EXPECT_TRUE(service.isRunning()) << "an empty file is a new database";
 }
 
-TEST(TheProgram, ForgetsTheNamesOfPlacesThatAreGone)
+TEST(Placesd, ForgetsTheNamesOfPlacesThatAreGone)
 {
     Placesd service;
     for (int i = 0; i < 100; ++i)
@@ -270,15 +252,13 @@ TEST(TheProgram, ForgetsTheNamesOfPlacesThatAreGone)
     ASSERT_EQ(Protocol().backup(service.path("backup.db").toStdString()), Error::Success);
     service.stop();
     for (const char *path : {"places.db", "backup.db"}) {
-        QFile file(service.path(path));
-        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-        const QByteArray bytes = file.readAll().toLower();
+        const QByteArray bytes = bytesOf(service.path(path)).toLower();
         for (const char *name : {"kept", "newname", "oldname", "goneaway"})
             EXPECT_EQ(bytes.contains(name), name[0] == 'k' || name[0] == 'n') << path << name;
     }
 }
 
-TEST(TheProgram, LeavesNoCoreWithTheSessionKey)
+TEST(Placesd, LeavesNoCoreWithTheSessionKey)
 {
     const QTemporaryDir folder;
     const QByteArray path = folder.path().toLocal8Bit();

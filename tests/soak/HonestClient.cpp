@@ -60,14 +60,9 @@ void HonestClient::checkAll()
 Error::Type HonestClient::ask(bool isChange, const std::function<Error::Type()> &request)
 {
     const unsigned outage = m_score.outage.now();
-    const unsigned stall = m_score.stall.now();
     const unsigned fullDisk = m_score.fullDisk.now();
-    const auto start = steady_clock::now();
     const Error::Type error = request();
-    const auto time = duration_cast<milliseconds>(steady_clock::now() - start);
     const bool wasUp = !m_score.outage.wasThereSince(outage);
-    if (wasUp && !m_score.stall.wasThereSince(stall))
-        raise(m_score.slowest, static_cast<unsigned>(time.count()));
     if (error == Error::Success) {
         m_score.acknowledged += isChange ? 1U : 0U;
     } else if (!wasUp && (error == Error::ServiceUnavailable || error == Error::CommunicationFailed)) {

@@ -78,11 +78,9 @@ protected:
     void stallService()
     {
         ++score.stalls;
-        score.stall.begin();
         service->pause();
         rest();
         service->resume();
-        score.stall.end();
     }
 
     /// Lets no file of the service grow, for a while.
@@ -104,7 +102,6 @@ protected:
 
     void kill()
     {
-        raise(score.memory, static_cast<unsigned>(service->memory("VmHWM:")));
         ++score.kills;
         score.outage.begin();
         service->kill();
@@ -160,7 +157,6 @@ TEST_F(SoakTest, NothingAcknowledgedIsLostAndNoAnswerIsWrong)
     end();
     for (HonestClient &client : honest)
         client.checkAll();
-    raise(score.memory, static_cast<unsigned>(service->memory("VmHWM:")));
     service->stop();
     const bool isWhole = isDatabaseWhole();
     service.reset(); // its log comes before the result

@@ -1,6 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QtCore/QAbstractEventDispatcher>
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
 #include <QtTest/QTest>
@@ -16,6 +17,14 @@ public:
     static bool runUntil(const std::function<bool()> &condition) { return QTest::qWaitFor(condition, 60000); }
     /// Handles events for a time in which something would happen that must not.
     static void runOut() { QTest::qWait(60); }
+
+    /// Waits until there is an event to handle, and handles none. False when there is none within 20 seconds.
+    static bool awaitEvent()
+    {
+        for (int i = 0; i < 20000 && !QAbstractEventDispatcher::instance()->hasPendingEvents(); ++i)
+            QTest::qSleep(1);
+        return QAbstractEventDispatcher::instance()->hasPendingEvents();
+    }
 
     /// Number of threads of this process.
     static int threads()

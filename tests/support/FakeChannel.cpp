@@ -118,14 +118,20 @@ FakeChannel::~FakeChannel()
     current = nullptr;
 }
 
-void FakeChannel::answer(int request, const wire::Fields &body)
+void FakeChannel::answer(MessageType request, const wire::Fields &body)
 {
     m_replies.push_back(reply(request, body));
 }
 
-std::string FakeChannel::reply(int request, const wire::Fields &body)
+std::string FakeChannel::reply(MessageType request, const wire::Fields &body)
 {
-    return wire::message(wire::Fields{wire::i32(0), wire::i32(request + 256)} + body);
+    return reply(request, ReturnCode::Success, body);
+}
+
+std::string FakeChannel::reply(MessageType request, ReturnCode code, const wire::Fields &reason)
+{
+    const int type = static_cast<int>(request) + orix_places_protocol::REPLY_OFFSET;
+    return wire::message(wire::Fields{wire::i32(code), wire::i32(type)} + reason);
 }
 
 void FakeChannel::answerWith(std::function<std::string(const std::string &)> responder)
@@ -165,9 +171,9 @@ std::size_t FakeChannel::requestCount() const
     return m_requests.size();
 }
 
-void FakeChannel::refuse(int request, int code, const wire::Fields &reason)
+void FakeChannel::refuse(MessageType request, ReturnCode code, const wire::Fields &reason)
 {
-    m_replies.push_back(wire::message(wire::Fields{wire::i32(code), wire::i32(request + 256)} + reason));
+    m_replies.push_back(reply(request, code, reason));
 }
 
 std::string FakeChannel::body() const
@@ -175,9 +181,9 @@ std::string FakeChannel::body() const
     return m_requests.empty() ? std::string() : m_requests.back().substr(HEAD_SIZE);
 }
 
-int FakeChannel::type() const
+FakeChannel::MessageType FakeChannel::type() const
 {
-    return m_requests.empty() ? -1 : intAt(m_requests.back(), 0);
+    return static_cast<MessageType>(m_requests.empty() ? -1 : intAt(m_requests.back(), 0));
 }
 
 int FakeChannel::perimeter() const

@@ -1,6 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "protocol/ProtocolTypes.h"
 #include "support/Wire.h"
 
 #include <condition_variable>
@@ -18,6 +19,9 @@
 class FakeChannel
 {
 public:
+    using MessageType = orix_places_protocol::MessageType;
+    using ReturnCode = orix_places_protocol::ReturnCode;
+
     FakeChannel();
     ~FakeChannel();
 
@@ -26,9 +30,9 @@ public:
     /// Every exchange fails with this status from now on.
     void breakExchange(int status) { m_brokenStatus = status; }
     /// Lays a reply ready: a status of success, the type of the reply to `request`, and the body.
-    void answer(int request, const wire::Fields &body = {});
+    void answer(MessageType request, const wire::Fields &body = {});
     /// The same with any return code and what follows it, such as a reason.
-    void refuse(int request, int code, const wire::Fields &reason = {});
+    void refuse(MessageType request, ReturnCode code, const wire::Fields &reason = {});
     /// Lays a reply ready as it stands.
     void answerBytes(const std::string &bytes) { m_replies.push_back(bytes); }
     /// A reply that does not fit is announced with this length, whatever its own.
@@ -36,8 +40,9 @@ public:
 
     /// Makes the reply to each request from now on, on the thread that sends it. May throw.
     void answerWith(std::function<std::string(const std::string &request)> responder);
-    /// A reply of success as answer() lays it ready.
-    static std::string reply(int request, const wire::Fields &body);
+    /// A reply as answer() and refuse() lay it ready.
+    static std::string reply(MessageType request, const wire::Fields &body = {});
+    static std::string reply(MessageType request, ReturnCode code, const wire::Fields &reason);
     /// Lets `count` more exchanges pass. Those behind them come as far as their request and are held there.
     void holdAfter(std::size_t count);
     /// Lets go of what is held, and holds nothing any more.
@@ -49,7 +54,7 @@ public:
     [[nodiscard]] std::size_t requestCount() const;
     /// The last request without its head: type, perimeter and an empty session key.
     [[nodiscard]] std::string body() const;
-    [[nodiscard]] int type() const;
+    [[nodiscard]] MessageType type() const;
     [[nodiscard]] int perimeter() const;
     [[nodiscard]] const std::vector<std::string> &openedNames() const { return m_openedNames; }
     [[nodiscard]] int openHandles() const { return m_openHandles; }

@@ -37,6 +37,10 @@ private:
 
     std::mt19937 m_random;
     const std::vector<std::string> m_seeds = {
-        wire::message(requests::head(1, 2) + sample::placeFields(-1, "")), wire::message(requests::head(9)),
-        requests::find(5, 0, requests::rule(2, 0, 1, "", 1) + requests::rule(13, 4, 7, "caf", 0))};
+        wire::message(requests::head(requests::Type::AddPlace, 2) + sample::placeFields(-1, "")),
+        wire::message(requests::head(requests::Type::GetTags)),
+        requests::find(
+            5, 0,
+            requests::rule(requests::Kind::And, {requests::rule(requests::Kind::UnaryString, requests::Rules::Name,
+                                                                requests::Operator::Contains, "caf")}))};
 };

@@ -47,10 +47,10 @@ inline void send(const Clients &clients, const std::string &request, std::size_t
 }
 
 /// Asks for all places in full.
-inline std::string everything(int offset = 0)
+inline std::string everything()
 {
     using namespace requests;
-    return find(1000, offset, rule(1, 0, 1, "", 0), {i32(1), i32(1), i32(0), i32(0)}, false);
+    return find(1000, 0, EVERYTHING, UNSORTED, false);
 }
 
 } // namespace crowd

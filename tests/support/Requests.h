@@ -2,6 +2,10 @@
 #pragma once
 
 #include "Channel.h"
+#include "places/SearchOperator.h"
+#include "protocol/ProtocolTypes.h"
+#include "search/SearchRulePrivate.h"
+#include "store/Records.h"
 #include "support/Wire.h"
 
 #include <gtest/gtest.h>
@@ -16,22 +20,55 @@ namespace requests
 {
 
 using namespace wire;
+using Type = orix_places_protocol::MessageType;
+using Kind = orix_places_protocol::SearchRuleKind;
+using Rules = vela::platform::places::SearchRulePrivate;
+using Operator = vela::platform::places::SearchOperator;
 
-inline Fields head(int type, int perimeter = 0, const std::string &key = "")
+inline Fields head(Type type, int perimeter = 0, const std::string &key = "")
 {
-    return {i32(type), i32(perimeter), text(key)};
+    return {i32(static_cast<int>(type)), i32(perimeter), text(key)};
 }
 
-inline Fields rule(int kind, int field, int op, const std::string &value, int members)
+inline Fields rule(Kind kind, int field = 0, int op = Operator::None, const std::string &value = "", int members = 0)
 {
-    return {i32(kind), i32(field), i32(op), text(value), text(""), i32(0), i32(members)};
+    return {i32(static_cast<int>(kind)), i32(field), i32(op), text(value), text(""), i32(0), i32(members)};
+}
+/// Rules of several members.
+inline Fields rule(Kind kind, const std::vector<Fields> &members)
+{
+    Fields all = rule(kind, 0, Operator::None, "", static_cast<int>(members.size()));
+    for (const Fields &member : members)
+        all = all + member;
+    return all;
+}
+const Fields EVERYTHING = rule(Kind::Abstract);
+/// A sort rule that sorts nothing: kind, order, field, members.
+const Fields UNSORTED = {i32(1), i32(1), i32(0), i32(0)};
+
+inline std::string find(int count, int offset, const Fields &searchRule = EVERYTHING, const Fields &sortRule = UNSORTED,
+                        bool headerOnly = true, int perimeter = 0, Type type = Type::FindPlaces)
+{
+    return message(head(type, perimeter) + Fields{i32(count), i32(offset)} + coordinate(0, 0, 0, 0, 0)
+                   + Fields{flag(headerOnly)} + searchRule + sortRule + Fields{i32(-1), i32(-1)});
 }
 
-inline std::string find(int count, int offset, const Fields &searchRule,
-                        const Fields &sortRule = {i32(1), i32(1), i32(0), i32(0)}, bool headerOnly = true)
+/// A request about a stored place.
+inline std::string withId(Type type, long long id, const Fields &more = {}, int perimeter = 0)
 {
-    return message(head(13) + Fields{i32(count), i32(offset)} + coordinate(0, 0, 0, 0, 0) + Fields{flag(headerOnly)}
-                   + searchRule + sortRule + Fields{i32(-1), i32(-1)});
+    return message(head(type, perimeter) + Fields{i64(id)} + more);
+}
+
+inline std::string fetch(long long id, int perimeter = 0, const std::string &term = "")
+{
+    return withId(Type::GetPlace, id, {text(""), text(""), text(term)}, perimeter);
+}
+
+/// The request that stores a place, or changes one that has an id.
+inline std::string store(const vela::platform::places::Place &place, int perimeter = 0)
+{
+    return message(head(place.isPersisted() ? Type::UpdatePlace : Type::AddPlace, perimeter))
+           + placesd::fullRecordOf(place);
 }
 
 inline vela::system::channel::Descriptor connectTo(const std::string &path)

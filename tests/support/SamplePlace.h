@@ -36,11 +36,18 @@ inline void fill(Place &place, qint64 id = 42)
     address.setLabel(QStringLiteral("Café au lac"));
     address.setRoom(QStringLiteral("2b"));
     address.setFloor(-1);
+    address.setBuilding(QStringLiteral("B"));
+    address.setCampus(QStringLiteral("C"));
+    address.setHouseNumber(QStringLiteral("1"));
     address.setStreet(QStringLiteral("Quai 1"));
     address.setCity(QStringLiteral("Genève"));
+    address.setRegion(QStringLiteral("GE"));
+    address.setCountry(QStringLiteral("Suisse"));
+    address.setPostalCode(QStringLiteral("1201"));
     address.setIsoAlpha2CountryCode(QStringLiteral("CH"));
     address.setCountryCode(QStringLiteral("CHE"));
     address.setCompactAddressLines({QStringLiteral("Quai 1"), QStringLiteral("Genève")});
+    address.setExtendedAddressLines({QStringLiteral("E")});
     Coordinates coordinates(46.2, 6.15);
     coordinates.setHorizontalAccuracy(12.5F);
     Location location(7);
@@ -88,9 +95,10 @@ inline wire::Fields locationFields()
     using namespace wire;
     const Fields corner = coordinate(NOT_SET, NOT_SET, NOT_SET, NO_ACCURACY, NO_ACCURACY);
     return Fields{i64(7), i32(12)} + coordinate(NOT_SET, 46.2, 6.15, 12.5F, NO_ACCURACY)
-           + Fields{text("Café au lac"), text("2b"), i32(-1),  text(""),   text(""),    text(""), text("Quai 1"),
-                    text("Genève"),      text(""),   text(""), text("CH"), text("CHE"), text("")}
-           + texts({"Quai 1", "Genève"}) + texts({}) + Fields{i32(0), text(""), text("quai")} + corner + corner;
+           + Fields{text("Café au lac"), text("2b"),     i32(-1),        text("B"),  text("C"),
+                    text("1"),           text("Quai 1"), text("Genève"), text("GE"), text("Suisse"),
+                    text("CH"),          text("CHE"),    text("1201")}
+           + texts({"Quai 1", "Genève"}) + texts({"E"}) + Fields{i32(0), text(""), text("quai")} + corner + corner;
 }
 
 inline wire::Fields auxiliaryFields()

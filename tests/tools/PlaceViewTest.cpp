@@ -107,6 +107,23 @@ TEST(PlaceRows, ShowWhatTellsPlacesApart)
     EXPECT_TRUE(tool::rowsOf({}, {}).isEmpty());
 }
 
+TEST(PlaceRows, TellTermsAndCategoriesFromPlaces)
+{
+    using tool::ResultKind;
+    Place found;
+    found.setName(QStringLiteral("food"));
+    EXPECT_EQ(tool::kindOf(found), ResultKind::Term);
+    found.addAuxiliaryData(AuxiliaryData(AuxiliaryData::TypePointOfInterest));
+    EXPECT_EQ(tool::kindOf(found), ResultKind::Place);
+    found.addTag(QStringLiteral("lbs-st-category"));
+    EXPECT_EQ(tool::kindOf(found), ResultKind::Category);
+    EXPECT_EQ(tool::rowsOf({&found}, {}).first().simplified(), QStringLiteral("food category"));
+    Location location;
+    location.setCoordinates(Coordinates(1, 2));
+    found.addLocation(location);
+    EXPECT_EQ(tool::kindOf(found), ResultKind::Place);
+}
+
 TEST(TerminalText, TakesItsColumnsAndSteersNothing)
 {
     std::setlocale(LC_CTYPE, "C.UTF-8");

@@ -3,6 +3,7 @@
 #include "support/Client.h"
 #include "support/Files.h"
 #include "support/Placesd.h"
+#include "support/Session.h"
 #include "support/Terminal.h"
 
 #include <gmock/gmock.h>
@@ -59,76 +60,10 @@ protected:
 
 } // namespace
 
-TEST_F(PlacesTool, APlaceGoesThroughItsWholeLife)
+TEST_F(PlacesTool, AnswersEveryCommandAsInTheSession)
 {
-    EXPECT_EQ(places("add Café --at -46.9,7.4 --city Bern --tag beach --phone 031").out, "1\n");
-    EXPECT_EQ(places("fav 1").status, 0);
-    EXPECT_EQ(places("tag 1 a b").status, 0);
-    EXPECT_EQ(places("untag 1 a").status, 0);
-    EXPECT_EQ(places("use 1").status, 0);
-    const std::string copy = service.path("copy.db").toStdString();
-    EXPECT_EQ(places(("backup " + copy).c_str()).status, 0);
-    EXPECT_EQ(places("update 1 --name Kaffee --email a@b.example").status, 0);
-    const QJsonObject place = json("--json show 1");
-    const QJsonObject properties = place[QLatin1String("properties")].toObject();
-    EXPECT_EQ(place[QLatin1String("geometry")].toObject()[QLatin1String("coordinates")].toArray(),
-              (QJsonArray{7.4, -46.9}));
-    EXPECT_EQ(properties[QLatin1String("name")], QLatin1String("Kaffee"));
-    EXPECT_EQ(properties[QLatin1String("phone")], QLatin1String("031")) << "what was not changed stays";
-    EXPECT_EQ(properties[QLatin1String("usageCount")], 1);
-    EXPECT_EQ(properties[QLatin1String("tags")].toArray().size(), 3);
-    EXPECT_THAT(places("find kaf").out, HasSubstr("Kaffee"));
-    EXPECT_EQ(places("tags").out, "b\nbeach\nlbs-favorite\n");
-    EXPECT_THAT(places("link 1").out, HasSubstr("lat=-46.9000000&lon=7.4000000"));
-    EXPECT_EQ(places("unfav 1").status, 0);
-    EXPECT_EQ(places("remove 1").status, 0);
-    EXPECT_EQ(json("--json find kaf")[QLatin1String("features")].toArray().size(), 0);
-    EXPECT_EQ(places(("restore " + copy).c_str()).status, 0);
-    EXPECT_THAT(places("find").out, HasSubstr("Café"));
-    for (const char *some : {"use 99 1", "tag 99 x", "remove 99 1"})
-        EXPECT_EQ(places(some).status, 1) << some << ": one of them failed";
-    EXPECT_EQ(places("--json find").out, "{\"type\":\"FeatureCollection\",\"hasMore\":false,\"features\":[]}\n");
-}
-
-TEST_F(PlacesTool, EveryWayOfGoingWrongHasItsStatusAndSaysWhy)
-{
-    const struct
-    {
-        const char *arguments;
-        int status;
-        const char *says;
-    } cases[] = {
-        {"show 99", 1, "places: place 99: there is no such place: no place has the id 99\n"},
-        {"show", 2, "PLACE"},
-        {"near 91,0", 2, "not a position: 91,0: latitude 91 is beyond 90"},
-        {"near nowhere", 1, "places: nowhere: no stored place has this name; a position is written as 47.24,8.72"},
-        {"near 99", 1, "place 99: there is no such place"},
-        {"near 1,2 --radius far", 2, "not a length, such as 500m or 2km: far"},
-        {"find --near 9G8F+6X", 2, "a short plus code"},
-        {"show x", 2, "a position is written as"},
-        {"add X", 2, "needs a position"},
-        {"fav 010", 1, "place 10: there is no such place"},
-        {"find --limit 9999999999", 2, "not a whole number from 0 to 2147483647: 9999999999"},
-        {"update 1 --name \u00a0", 2, "more than blanks"},
-        {"import /no/such.geojson", 1, "No such file"},
-        {"fly", 2, ""},
-        {"search z --group everything", 2, "everything"},
-        {"search --as-you-type", 1, "Search: "},
-        {"show 99 --aux", 1, "place 99"},
-        {"restore nothing.db", 1, "places: restore: the backup was not restored: /"},
-        {"restore nothing.db", 1, "/nothing.db cannot be opened by the service: No such file"},
-        {"backup /dev/null", 1, "backup: the backup was not made: /dev/null is no regular file"},
-        {"find --limit 99999", 1, "a page has at most 10000 places"},
-    };
-    for (const auto &row : cases) {
-        const Outcome outcome = places(row.arguments);
-        EXPECT_EQ(outcome.status, row.status) << row.arguments;
-        EXPECT_THAT(outcome.err, HasSubstr(row.says)) << row.arguments;
-        EXPECT_EQ(outcome.out, outcome.status == 1 && QByteArray(row.arguments).startsWith("import")
-                                   ? "0 imported, 0 skipped, 0 failed\n"
-                                   : "")
-            << row.arguments;
-    }
+    files::write(service.path("in.csv"), "name,lat,lon\nA,91,2\n");
+    expectSession("session.txt", service);
     EXPECT_EQ(places(QStringList{QStringLiteral("add"), QStringLiteral(" "), QStringLiteral("--at=1,2")}).status, 2);
     service.kill();
     EXPECT_EQ(places("--no-start tags").status, 69);
@@ -161,32 +96,6 @@ TEST_F(PlacesTool, PlacesAreListedNearAStoredOne)
         EXPECT_EQ(static_cast<std::size_t>(std::count(outcome.out.begin(), outcome.out.end(), '\n')), row.lines)
             << row.arguments;
     }
-}
-
-TEST_F(PlacesTool, ALimitOfNoneIsNotTakenForNothingFound)
-{
-    places("add Lake --at 1,2");
-    const struct
-    {
-        const char *arguments;
-        const char *says;
-    } cases[] = {{"find lake --limit 0", "places: --limit 0 shows none of those that are found\n"},
-                 {"search lake --limit 0", "places: --limit 0 shows none of those that are found\n"},
-                 {"find river --limit 0", "places: nothing found\n"},
-                 {"search river --limit 0", "places: nothing found\n"}};
-    for (const auto &row : cases) {
-        const Outcome outcome = places(row.arguments);
-        EXPECT_EQ(outcome.err, row.says) << row.arguments;
-        EXPECT_EQ(outcome.out + std::to_string(outcome.status), "0") << row.arguments;
-    }
-}
-
-TEST_F(PlacesTool, ArgumentsMayBeginWithADashAndAnOptionTakesNoMoreThanItsOwn)
-{
-    EXPECT_EQ(places("add --at -1,-2 -- -x").out, "1\n");
-    EXPECT_EQ(places("tag 1 -- -t").status, 0);
-    EXPECT_EQ(places("add --tag a Lake --at 1,2").out, "2\n") << "a tag, and then the name";
-    EXPECT_EQ(places("tags").out, "-t\na\n");
 }
 
 TEST_F(PlacesTool, NothingThatAPlaceHoldsReachesTheTerminalAsAnOrder)
@@ -265,7 +174,7 @@ TEST_F(PlacesTool, AnImportEndsWhenTheServiceDoesAndKeepsWhatWasStored)
     // Writes are answered in their order, so the addition is answered too.
     EXPECT_EQ(places("use 1").status, 0);
     service.kill();
-    client.write("B,1,2\nC,1,2\n");
+    client.write("B,1,2\nC,91,2\nD,1,2\n");
     client.closeWriteChannel();
     EXPECT_TRUE(client.waitForFinished(60000));
     EXPECT_EQ(client.exitCode(), 69);

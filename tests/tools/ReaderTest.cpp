@@ -173,6 +173,7 @@ TEST(XmlReader, ReadsWaypointsAndPlacemarks)
         {POINT + attributes(100) + attributes(101), {isA, "a tag has too many attributes in line 1"}},
         {POINT + attributes(20000), {isA, "a text or tag is too large in line 1"}},
         {times(5, MEGABYTE), {"a text or tag is too large in line 1"}},
+        {POINT + "<x>&none;</x>" + times(5, MEGABYTE), {isA, "not XML in line 1: Entity 'none' not declared."}},
     };
     for (const auto &[bytes, gives] : cases)
         EXPECT_EQ(read("gpx", "<gpx>" + bytes + "</gpx>"), gives);

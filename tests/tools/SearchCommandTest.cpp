@@ -3,14 +3,11 @@
 #include "support/Client.h"
 #include "support/Gazetteer.h"
 #include "support/Placesd.h"
+#include "support/Session.h"
 #include "support/Sources.h"
 #include "support/Terminal.h"
 
 #include <gmock/gmock.h>
-
-#include <QtCore/QJsonArray>
-#include <QtCore/QJsonDocument>
-#include <QtCore/QJsonObject>
 
 using testing::HasSubstr;
 using testing::Not;
@@ -67,33 +64,9 @@ public:
 
 } // namespace
 
-TEST_F(SearchCommand, EachGroupComesUnderItsTitleAndOnlyThoseWithResults)
+TEST_F(SearchCommand, AnswersAsInTheSession)
 {
-    const Outcome found = places("search zo --group local --group contacts,remote");
-    EXPECT_EQ(found.status, 0);
-    EXPECT_THAT(found.out, HasSubstr("On this device\n"));
-    EXPECT_THAT(found.out, HasSubstr("Zollhaus"));
-    EXPECT_THAT(found.out, HasSubstr("Contacts\n          Zoe"));
-    EXPECT_THAT(found.out, Not(HasSubstr("Elsewhere")));
-    EXPECT_THAT(places("search zo --no-favourites").out, Not(HasSubstr("Zoo")));
-    EXPECT_THAT(places("search zz").err, HasSubstr("nothing found"));
-    const Outcome failed = places("search zo --no-favourites --group favourites,local");
-    EXPECT_THAT(failed.err, HasSubstr("favourites: "));
-    EXPECT_THAT(failed.out, HasSubstr("Zollhaus")) << "the others are still shown";
-    EXPECT_THAT(places("search z --group Remote --limit 1").out, HasSubstr("Elsewhere, the first 1\n"));
-}
-
-TEST_F(SearchCommand, ProgramsGetOneDocumentWithTheGroupsInTheOrderTheyAskedFor)
-{
-    const Outcome found = places("--json search zo --group suggestions,local --limit 1");
-    const QJsonArray groups =
-        QJsonDocument::fromJson(QByteArray::fromStdString(found.out))[QLatin1String("groups")].toArray();
-    ASSERT_EQ(groups.size(), 2) << found.out;
-    EXPECT_EQ(groups[0].toObject()[QLatin1String("group")], QLatin1String("suggestions"));
-    const QJsonObject local = groups[1].toObject();
-    EXPECT_EQ(local[QLatin1String("type")], QLatin1String("FeatureCollection"));
-    EXPECT_EQ(local[QLatin1String("hasMore")], true);
-    EXPECT_EQ(local[QLatin1String("features")].toArray().size(), 1);
+    expectSession("search.txt", service);
 }
 
 TEST_F(SearchCommand, AnInterruptEndsASearchAtOnceWhateverTheServiceOwes)
@@ -244,12 +217,8 @@ TEST_F(SearchBox, ATerminalWithoutACursorIsServedByLines)
     EXPECT_EQ(places("search --as-you-type", "heathrow").status, 1) << "the end of the input chooses nothing";
 }
 
-TEST_F(SearchCommand, ContactsAreListedAndProvidersAskedForWhatTheyKnowOfAPlace)
+TEST_F(SearchCommand, ProvidersAreAskedForWhatTheyKnowOfAPlace)
 {
-    const std::string all = places("contacts").out;
-    EXPECT_LT(all.find("Anna"), all.find("Zoe")) << all;
-    EXPECT_THAT(places("contacts zo").out, Not(HasSubstr("Anna")));
-    EXPECT_THAT(places("--json providers").out, HasSubstr("\"supportedDataTypes\":[\"poi\"]"));
     EXPECT_EQ(places(QStringList{QStringLiteral("import"), sources.gazetteer()}).out,
               "3 imported, 0 skipped, 0 failed\n");
     // An import gives ids in no particular order.

@@ -30,7 +30,7 @@ FOLDERS = ['src', 'include', 'platform', 'service', 'formats', 'tools']
 PROGRAMS = {
     'src': ['unit_tests', 'tool_tests', 'road_tests', 'browser_tests'],
     'platform': ['platform_tests', 'unit_tests', 'road_tests'],
-    'service': ['road_tests', 'tool_tests'],
+    'service': ['service_tests', 'road_tests', 'tool_tests'],
     'formats': ['tool_tests', 'road_tests'],
     'tools': ['tool_tests', 'browser_tests'],
 }

@@ -72,7 +72,7 @@ Page pageOf(Store &store, const Providers &providers, const Query &query, bool e
 } // namespace
 
 /// PLACES_FINDS says how many finds are compared, 4000 without that, PLACES_SEED with which seed to begin.
-TEST(AFind, GivesByEveryPlanWhatALookAtEveryPlaceGives)
+TEST(Finder, GivesByEveryPlanWhatALookAtEveryPlaceGives)
 {
     constexpr int SIZES[] = {300, 0, 50, 1, 200, 50, 300, 50, 200, 3300};
     const int named = qEnvironmentVariableIntValue("PLACES_FINDS");
@@ -131,7 +131,7 @@ TEST(AFind, GivesByEveryPlanWhatALookAtEveryPlaceGives)
 }
 
 /// What is damaged may be missing, or fail the find.
-TEST(AFindByDistance, EndsWhateverItsIndexHolds)
+TEST(NearestSource, EndsWhateverItsIndexHolds)
 {
     const QTemporaryDir folder;
     const std::string path = folder.filePath(QStringLiteral("places.db")).toStdString();

@@ -1,15 +1,15 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
-#include "places/Place.h"
-#include "places/PlaceManager.h"
-#include "protocol/Protocol.h"
-#include "support/Placesd.h"
+#include "store/Backup.h"
+
+#include "store/Store.h"
+#include "support/Files.h"
 #include "support/SamplePlace.h"
 
 #include <gmock/gmock.h>
 
 #include <QtCore/QDir>
-#include <QtCore/QFile>
+#include <QtCore/QTemporaryDir>
 
 #include <atomic>
 #include <SQLiteCpp/SQLiteCpp.h>
@@ -17,48 +17,46 @@
 #include <thread>
 #include <unistd.h>
 
+using namespace placesd;
 using namespace vela::platform::places;
-using testing::AllOf;
+using orix_places_protocol::ReturnCode;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 
 namespace
 {
 
-/// The store's own road into a file and back.
 class BackupTest : public testing::Test
 {
 protected:
     qint64 add(const QString &name)
     {
         Place place;
-        place.addLocation(Location());
-        PlacePrivate::privateFromPublic(&place)->m_locations[0].setCoordinates(Coordinates(46, 7));
+        sample::fill(place, -1);
         place.setName(name);
-        EXPECT_EQ(manager.addPlace(&place), Error::Success);
+        EXPECT_TRUE(store.write([&] { return store.insert(place), true; }));
         return place.id();
     }
     std::vector<std::string> names()
     {
         std::vector<std::string> names;
-        for (const PlaceHeader *place : manager.findPlaces(QString(), nullptr, nullptr, byName, 0, 10000)) {
-            names.push_back(place->name().toStdString());
-            delete place;
+        for (qint64 id = 1; id <= 9999; ++id) {
+            if (const std::unique_ptr<Place> place = store.place(id))
+                names.push_back(place->name().toStdString());
         }
         return names;
     }
-    std::string path(const char *name) { return service.path(name).toStdString(); }
-    void write(const char *name, const QByteArray &bytes)
-    {
-        QFile file(service.path(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-    }
+    Status backUp(const std::string &file) { return keeper.backUp(file, Deadline::max()); }
+    Status restore(const std::string &file) { return keeper.restore(file, Deadline::max()); }
+    std::string path(const char *name) const { return folder.filePath(QLatin1String(name)).toStdString(); }
+    void write(const char *name, const QByteArray &bytes) { files::write(folder.filePath(QLatin1String(name)), bytes); }
 
-    Placesd service;
-    PlaceManager manager;
-    Protocol protocol;
-    const SortRule byName = SortRule::createSimpleSortRule(SortField::Name, SortOrder::Ascending);
+    const mode_t mask = ::umask(0077); // as the program has it
+    const QTemporaryDir folder;
+    StoreShared shared;
+    BackupKeeper keeper{path("places.db"), shared};
+    Store store{path("places.db"), shared};
 };
 
 } // namespace
@@ -66,37 +64,39 @@ protected:
 TEST_F(BackupTest, BringsBackWhatWasThereAndNothingElse)
 {
     const qint64 kept = add(QStringLiteral("Kept"));
-    ASSERT_EQ(manager.addTag(kept, QStringLiteral("beach")), Error::Success);
-    ASSERT_EQ(protocol.backup(path("copy.db")), Error::Success);
+    ASSERT_EQ(backUp(path("copy.db")), ReturnCode::Success);
     struct stat status = {};
     ASSERT_EQ(::stat(path("copy.db").c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777, 0600U) << "places are private";
 
-    ASSERT_EQ(manager.removePlace(kept), Error::Success);
+    ASSERT_TRUE(store.write([&] { return store.remove(kept); }));
     const qint64 later = add(QStringLiteral("Later"));
-    ASSERT_EQ(protocol.restore(path("copy.db")), Error::Success);
+    EXPECT_TRUE(store.vocabulary().hasPrefix("later"));
+    shared.damage.emplace(path("places.db"));
+    ASSERT_EQ(restore(path("copy.db")), ReturnCode::Success);
     EXPECT_THAT(names(), ElementsAre("Kept"));
-    EXPECT_THAT(manager.getTagsInUse(), ElementsAre(QStringLiteral("beach")));
+    EXPECT_EQ(store.placeCount(~0), 1);
     EXPECT_GT(add(QStringLiteral("Next")), later) << "no id comes back as another place's";
-    EXPECT_EQ(manager.findPlaces(QStringLiteral("later")).size(), 0) << "the index of the names was restored too";
-
-    service.kill();
-    service.start();
-    EXPECT_THAT(names(), ElementsAre("Kept", "Next"));
-    EXPECT_EQ(QDir(service.path(""))
-                  .entryList({QStringLiteral("*.db.*"), QStringLiteral("*restore*")}, QDir::AllEntries | QDir::Hidden)
-                  .size(),
-              0)
+    store.check([](const std::string &problem, qint64 place) { ADD_FAILURE() << problem << place; });
+    EXPECT_THAT(
+        QDir(folder.path())
+            .entryList({QStringLiteral("*.db.*"), QStringLiteral("*restore*")}, QDir::AllEntries | QDir::Hidden),
+        IsEmpty())
         << "nothing is left lying about";
+
+    EXPECT_EQ(keeper.restore(path("copy.db"), Clock::now()), ReturnCode::TookTooLong);
+    EXPECT_EQ(keeper.backUp(path("late.db"), Clock::now()), ReturnCode::TookTooLong);
+    shared.damage->note(SQLite::Exception("as told", 11));
+    EXPECT_EQ(restore(path("copy.db")), ReturnCode::StorageFailed);
+    EXPECT_THAT(backUp(path("copy.db")).reason, HasSubstr("the database is damaged")) << "a good one stays";
+    EXPECT_EQ(SQLite::Database(path("copy.db")).execAndGet("SELECT count(*) FROM place").getInt(), 1);
 }
 
 TEST_F(BackupTest, AFailedOneChangesNothing)
 {
     add(QStringLiteral("Here"));
-    ASSERT_EQ(protocol.backup(path("copy.db")), Error::Success);
-    QFile good(service.path("copy.db"));
-    ASSERT_TRUE(good.open(QIODevice::ReadOnly));
-    const QByteArray copy = good.readAll();
+    ASSERT_EQ(backUp(path("copy.db")), ReturnCode::Success);
+    const QByteArray copy = files::bytesOf(folder.filePath(QStringLiteral("copy.db")));
     write("text", "not a database at all, but longer than its magic");
     write("cut", copy.left(copy.size() / 2));
     QByteArray torn = copy;
@@ -146,6 +146,7 @@ TEST_F(BackupTest, AFailedOneChangesNothing)
         {"disguised", "not have the tables", nullptr},
         {"viewed", "not have the tables", nullptr},
         {"uncounted", "uncounted: it is damaged: counts of tags", nullptr},
+        {"misshared", "places of the open channel and their counts", nullptr},
         {"undefined", "", nullptr},
         {"reused", "it is damaged", nullptr},
         {"unreadable", "its record cannot be read; name another backup", nullptr},
@@ -161,38 +162,30 @@ TEST_F(BackupTest, AFailedOneChangesNothing)
         {"places.db-gazetteer", "in use", "in use"},
         {"open/copy.db", "No such file", "no sticky bit; name a file in another folder"},
     };
-    const auto failed = [](Error::Type error) {
-        const std::string reason = Error::reason(error).toStdString();
-        EXPECT_LE(reason.size(), orix_places_protocol::REASON_SIZE);
-        return reason;
+    const std::string here = path("");
+    const auto expectFailure = [&](const Status &status, ReturnCode code, const char *reason) {
+        EXPECT_EQ(status, code) << reason;
+        EXPECT_THAT(status.reason, testing::AllOf(HasSubstr(here), HasSubstr(reason)));
     };
     for (const auto &file : files) {
-        if (file.reason) {
-            EXPECT_EQ(protocol.restore(path(file.name)), Error::RestoreFailed) << file.name;
-            EXPECT_THAT(failed(Error::RestoreFailed),
-                        AllOf(HasSubstr(service.path("").toStdString()), HasSubstr(file.reason)));
-        }
-        if (file.ofBackup) {
-            EXPECT_EQ(protocol.backup(path(file.name)), Error::BackupFailed) << file.name;
-            EXPECT_THAT(failed(Error::BackupFailed),
-                        AllOf(HasSubstr(service.path("").toStdString()), HasSubstr(file.ofBackup)));
-            EXPECT_THAT(service.log(), HasSubstr(Error::reason(Error::BackupFailed).toStdString()));
-        }
+        if (file.reason)
+            expectFailure(restore(path(file.name)), ReturnCode::RestoreFailed, file.reason);
+        if (file.ofBackup)
+            expectFailure(backUp(path(file.name)), ReturnCode::BackupFailed, file.ofBackup);
     }
-    EXPECT_EQ(QFile::symLinkTarget(service.path("symlink")), service.path("copy.db"));
+    EXPECT_EQ(QFile::symLinkTarget(folder.filePath(QStringLiteral("symlink"))).toStdString(), path("copy.db"));
     // Nobody can write there, not even root.
-    EXPECT_EQ(protocol.backup("/proc/copy.db"), Error::BackupFailed);
-    EXPECT_THAT(failed(Error::BackupFailed), AllOf(HasSubstr("/proc"), HasSubstr("write to")));
+    EXPECT_THAT(backUp("/proc/copy.db").reason, testing::AllOf(HasSubstr("/proc"), HasSubstr("write to")));
     EXPECT_EQ(SQLite::Database(path("other")).execAndGet("SELECT count(*) FROM theirs").getInt(), 0);
     ::chmod(path("open").c_str(), 01777);
     write("empty", "");
     for (const char *name : {"open/copy.db", "empty", "copy.db", "a ?#%41", "a ?#%41"})
-        EXPECT_EQ(protocol.backup(path(name)), Error::Success) << name;
-    for (const char *name : {"", "copy.db", "./copy.db"}) {
-        EXPECT_EQ(protocol.backup(name), Error::BackupFailed) << name;
-        EXPECT_EQ(protocol.restore(name), Error::RestoreFailed) << name;
-        EXPECT_THAT(failed(Error::RestoreFailed), HasSubstr("is no absolute path")) << name;
+        EXPECT_EQ(backUp(path(name)), ReturnCode::Success) << name;
+    for (const std::string name : {"", "copy.db", "./copy.db"}) {
+        for (const Status &status : {backUp(name), restore(name)})
+            EXPECT_THAT(status.reason, HasSubstr("is no absolute path")) << name;
     }
+    EXPECT_THAT(backUp("/none/" + std::string(600, 'x') + "/y").reason, testing::StartsWith("...xxx"));
     EXPECT_THAT(names(), ElementsAre("Here"));
 }
 
@@ -200,35 +193,19 @@ TEST_F(BackupTest, GoesOnWhileOthersReadAndWrite)
 {
     for (int i = 0; i < 50; ++i)
         add(QStringLiteral("Old %1").arg(i));
-    ASSERT_EQ(protocol.backup(path("old.db")), Error::Success);
+    ASSERT_EQ(backUp(path("old.db")), ReturnCode::Success);
     std::atomic<bool> stop = false;
     std::thread writer([&] {
         for (int i = 0; !stop; ++i)
             add(QStringLiteral("New %1").arg(i));
     });
     for (int i = 0; i < 5; ++i) {
-        EXPECT_EQ(protocol.backup(path("live.db")), Error::Success);
-        EXPECT_EQ(protocol.restore(path(i % 2 ? "old.db" : "live.db")), Error::Success);
+        EXPECT_EQ(backUp(path("live.db")), ReturnCode::Success);
+        EXPECT_EQ(restore(path(i % 2 ? "old.db" : "live.db")), ReturnCode::Success);
     }
     stop = true;
     writer.join();
     EXPECT_EQ(SQLite::Database(path("live.db")).execAndGet("PRAGMA integrity_check").getString(), "ok");
-    EXPECT_EQ(protocol.restore(path("old.db")), Error::Success);
+    EXPECT_EQ(restore(path("old.db")), ReturnCode::Success);
     EXPECT_EQ(names().size(), 50U);
-}
-
-TEST_F(BackupTest, RecentSearchTermsComeBackByTheirPrefixNewestFirst)
-{
-    const qint64 id = add(QStringLiteral("Place"));
-    for (const char *term : {"cafe", "Zürich", "Café noir", "cafe"})
-        EXPECT_EQ(protocol.incrementUsage(id, term), Error::Success);
-    const auto terms = [&](const char *prefix) {
-        QStringList found;
-        EXPECT_EQ(protocol.getRecentSearchTerms(found, QString::fromUtf8(prefix)), Error::Success);
-        return found;
-    };
-    EXPECT_THAT(terms("CAF"), ElementsAre(QStringLiteral("cafe"), QString::fromUtf8("Café noir")));
-    for (int i = 0; i < 120; ++i)
-        EXPECT_EQ(protocol.incrementUsage(id, "term " + std::to_string(i)), Error::Success);
-    EXPECT_EQ(terms("").size(), 100);
 }

@@ -76,7 +76,7 @@ private:
 
 } // namespace
 
-TEST(ALossOfPower, CostsNothingThatWasAcknowledged)
+TEST(Store, LosesNothingThatWasAcknowledgedWithThePower)
 {
     const WatchedFiles watched;
     const QTemporaryDir folder;

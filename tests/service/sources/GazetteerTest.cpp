@@ -1,14 +1,19 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
 #include "sources/Gazetteer.h"
+#include "model/InternalTags.h"
+#include "model/PlacePrivate.h"
 #include "places/Place.h"
+#include "places/Tags.h"
 #include "places/Utilities.h"
+#include "support/Files.h"
 #include "text/TextKeys.h"
 
 #include <gmock/gmock.h>
 
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
+#include <QtCore/QThread>
 
 #include <algorithm>
 #include <random>
@@ -164,6 +169,43 @@ QStringList idsOf(const std::vector<FoundPlace> &places)
     return ids;
 }
 
+QByteArray feature(const char *id, const char *name, const char *more = "")
+{
+    return QByteArray(R"({"type":"Feature","id":")") + id
+           + R"(","geometry":{"type":"Point","coordinates":[8,47]},"properties":{"name":")" + name + "\"" + more + "}}";
+}
+
+/// A gazetteer of some features.
+struct Towns
+{
+    explicit Towns(const QByteArrayList &features, const QByteArray &behind = "]}")
+    {
+        write(features, behind);
+        open();
+    }
+    void write(const QByteArrayList &features, const QByteArray &behind = "]}") const
+    {
+        files::write(file, R"({"type":"FeatureCollection","features":[)" + features.join(',') + behind);
+    }
+    void open()
+    {
+        made = std::make_unique<Gazetteer>(std::vector<std::string>{file.toStdString()}, index.toStdString());
+    }
+    QStringList find(const char *term, SearchKind kind = SearchKind::Name)
+    {
+        ProviderSearch search;
+        search.term = QString::fromUtf8(term);
+        search.kind = kind;
+        search.count = 20;
+        return idsOf(made->search(search).places);
+    }
+
+    QTemporaryDir folder;
+    const QString file = folder.filePath(QStringLiteral("features.geojson"));
+    const QString index = folder.filePath(QStringLiteral("index"));
+    std::unique_ptr<Gazetteer> made;
+};
+
 struct Index
 {
     QTemporaryDir folder;
@@ -174,7 +216,7 @@ struct Index
 
 } // namespace
 
-TEST(GazetteerSearch, GivesEveryPageOfEveryOrderAsRankingEveryFeatureDoes)
+TEST(Gazetteer, GivesEveryPageOfEveryOrderAsRankingEveryFeatureDoes)
 {
     Index index;
     for (const SearchKind kind : {SearchKind::Address, SearchKind::Name, SearchKind::Category,
@@ -202,7 +244,7 @@ TEST(GazetteerSearch, GivesEveryPageOfEveryOrderAsRankingEveryFeatureDoes)
     }
 }
 
-TEST(GazetteerSearch, GivesTheNearestOfACategoryAndTheOneOfANameThatIsThere)
+TEST(Gazetteer, GivesTheNearestOfACategoryAndTheOneOfANameThatIsThere)
 {
     Index index;
     ProviderSearch nearest;
@@ -225,7 +267,7 @@ TEST(GazetteerSearch, GivesTheNearestOfACategoryAndTheOneOfANameThatIsThere)
     }
 }
 
-TEST(GazetteerSearch, EndsWhenItsTimeIsUpWhateverItsPlan)
+TEST(Gazetteer, EndsWhenItsTimeIsUpWhateverItsPlan)
 {
     Index index;
     ProviderSearch search;
@@ -243,76 +285,147 @@ TEST(GazetteerSearch, EndsWhenItsTimeIsUpWhateverItsPlan)
     }
 }
 
-TEST(GazetteerSearch, FindsWhatWasMeant)
+TEST(Gazetteer, FindsWhatWasMeant)
 {
-    QTemporaryDir folder;
-    QFile file(folder.filePath(QStringLiteral("features.geojson")));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    QStringList features;
-    const auto add = [&features](const char *id, const char *name, const char *more) {
-        features.append(
-            QStringLiteral(R"({"type":"Feature","id":"%1","geometry":{"type":"Point","coordinates":[8,47]},)"
-                           R"("properties":{"name":"%2"%3}})")
-                .arg(QLatin1String(id), QString::fromUtf8(name), QString::fromUtf8(more)));
+    Towns towns({
+        feature("munich", "M\u00FCnchen",
+                R"(,"name:en":"Munich","alt_name":"Minga;Monaco","country":"Germany","population":9)"),
+        feature("mingan", "Minga North", R"(,"population":20)"),
+        feature("erkrath", "Munich Airport Erkrath",
+                R"(,"iata":"KRA","keywords":"Old Field, Kramsach","population":10)"),
+        feature("krakow", "Krak\u00F3w", R"(,"population":30)"),
+        feature("moscow", "\u041C\u043E\u0441\u043A\u0432\u0430"),
+        feature("tower", "\u6771\u4EAC\u30BF\u30EF\u30FC"),
+        feature("lodz", "\u0141\u00F3d\u017A"),
+        feature("gluck", "Gl\u00FCck"),
+        feature("ohare", "Chicago O'Hare Airport"),
+        feature("cozumel", "Cozumel Airport"),
+        feature("norfolk", "Norfolk International Airport"),
+        feature("zurich", "Z\u00FCrich Airport"),
+        feature("offenbach", "Offenbach", R"(,"country":"Germany")"),
+        feature("east", "Offenbach Ost", R"(,"country":"Germany","population":40)"),
+        feature("gate", "Gate 1234567"),
+    });
+    const std::pair<const char *, const char *> cases[] = {
+        {"munich", "munich erkrath"},
+        {"minga", "munich mingan"},
+        {"kra", "erkrath krakow"},
+        {"KRAMSACH", "erkrath"},
+        {"Offenbach, Germany", "offenbach east"},
+        {"minga germany", "munich"},
+        {"muenchen", "munich"},
+        {"moskva", "moscow"},
+        {"\u30BF\u30EF\u30FC", "tower"},
+        {"Lodz", "lodz"},
+        {"glueck", "gluck"},
+        {"Gluck", "gluck"},
+        {"ohare", "ohare"},
+        {"zuirch airprot", "zurich"},
+        {"cozumel international airport", "cozumel"},
+        {"Offenbach am Main", "offenbach east"},
+        {"gate 1234568", "gate"}, // half of the words, and no digit is corrected
+        {"1234568", ""},
+        {"x", ""},
     };
-    add("munich", "München", R"(,"name:en":"Munich","alt_name":"Minga;Monaco","country":"Germany","population":9)");
-    add("mingan", "Minga North", R"(,"population":20)");
-    add("erkrath", "Munich Airport Erkrath", R"(,"iata":"KRA","keywords":"Old Field, Kramsach","population":10)");
-    add("krakow", "Kraków", R"(,"population":30)");
-    add("moscow", "Москва", "");
-    add("tower", "東京タワー", "");
-    add("lodz", "Łódź", "");
-    add("tromso", "Tromsø", "");
-    add("gluck", "Glück", "");
-    add("ohare", "Chicago O'Hare Airport", "");
-    add("cozumel", "Cozumel Airport", "");
-    add("norfolk", "Norfolk International Airport", "");
-    add("zurich", "Zürich Airport", "");
-    add("offenbach", "Offenbach", R"(,"country":"Germany")");
-    add("east", "Offenbach Ost", R"(,"country":"Germany","population":40)");
-    add("gate", "Gate 1234567", "");
-    file.write("{\"type\":\"FeatureCollection\",\"features\":[" + features.join(QLatin1Char(',')).toUtf8() + "]}");
-    file.close();
-    Gazetteer gazetteer({file.fileName().toStdString()}, folder.filePath(QStringLiteral("index")).toStdString());
-    const QString emoji = QString::fromUtf8("\xF0\x9F\x98\x80").repeated(1000);
+    for (const auto &[term, ids] : cases)
+        EXPECT_EQ(towns.find(term).join(QLatin1Char(' ')).toStdString(), ids) << term;
+    ProviderSearch search;
+    search.count = 1;
+    search.term = QStringLiteral("munich");
+    EXPECT_EQ(towns.made->search(search).places.at(0)->description(), QStringLiteral("Munich")) << "its name there";
+    for (const QString &term :
+         {QString(4096, QLatin1Char('x')), QStringLiteral("\U0001F600").repeated(1000), QString(100, QChar(0xD800))}) {
+        search.term = term;
+        EXPECT_TRUE(towns.made->search(search).places.empty());
+    }
+}
+
+TEST(Gazetteer, TakesWhatAFileHasAndMakesItsIndexAnewWhenThatChanges)
+{
+    Towns towns({feature("1", "One"), R"({"type":"Feature"})", feature("", "Two")}, R"(,{"type":"Fea)");
+    EXPECT_EQ(towns.find(""), (QStringList{QStringLiteral("1"), QStringLiteral("features.geojson#3")}))
+        << "before the cut; one without an id is known by its place in the file";
+    towns.write({feature("3", "Three")});
+    EXPECT_EQ(towns.find("").size(), 2) << "until it is told";
+    const int generation = towns.made->generation();
+    towns.made->reread();
+    for (int i = 0; i < 2000 && towns.made->generation() == generation; ++i)
+        QThread::msleep(10);
+    EXPECT_EQ(towns.find(""), QStringList{QStringLiteral("3")});
+    for (const qint64 size : {5000, 0}) {
+        towns.made.reset();
+        ASSERT_TRUE(QFile(towns.index).resize(size));
+        towns.open();
+        EXPECT_EQ(towns.find(""), QStringList{QStringLiteral("3")}) << "a damaged index is made anew";
+    }
+    towns.made.reset();
+    ASSERT_TRUE(QFile::remove(towns.file));
+    towns.open();
+    EXPECT_EQ(towns.made->search({}).code, orix_places_protocol::ProviderFailed);
+}
+
+TEST(Gazetteer, SuggestsPlacesAndCategoriesAndKnowsTheirDetails)
+{
+    Towns towns({feature("zrh", "Z\u00FCrich Airport", R"(,"kind":"large_airport","iata":"ZRH","city":"Kloten")"),
+                 feature("lake", "Large Lake", R"(,"kind":"water")"),
+                 feature("kloten", "Kloten", R"(,"kind":"city","city":"Kloten","country":"Switzerland")")});
+    EXPECT_EQ(towns.find("large", SearchKind::Suggestion).join(QLatin1Char(' ')).toStdString(),
+              "category:large_airport lake");
+    EXPECT_EQ(towns.find("large", SearchKind::CategorySuggestion),
+              QStringList{QStringLiteral("category:large_airport")});
+    EXPECT_EQ(towns.find("", SearchKind::CategorySuggestion).size(), 3);
+    EXPECT_EQ(towns.find("kloten switzerland", SearchKind::Address), QStringList{QStringLiteral("kloten")});
     const struct
     {
-        QString term;
-        QStringList found;
+        const char *term;
+        SearchKind kind;
+        const char *name;
+        std::vector<const char *> tags;
+        SearchResultCertainty::Type certainty;
     } cases[] = {
-        {QStringLiteral("munich"), {QStringLiteral("munich"), QStringLiteral("erkrath")}},
-        {QStringLiteral("minga"), {QStringLiteral("munich"), QStringLiteral("mingan")}},
-        {QStringLiteral("kra"), {QStringLiteral("erkrath"), QStringLiteral("krakow")}},
-        {QStringLiteral("KRAMSACH"), {QStringLiteral("erkrath")}},
-        {QStringLiteral("Offenbach, Germany"), {QStringLiteral("offenbach"), QStringLiteral("east")}},
-        {QStringLiteral("minga germany"), {QStringLiteral("munich")}},
-        {QStringLiteral("muenchen"), {QStringLiteral("munich")}},
-        {QStringLiteral("moskva"), {QStringLiteral("moscow")}},
-        {QStringLiteral("タワー"), {QStringLiteral("tower")}},
-        {QStringLiteral("Lodz"), {QStringLiteral("lodz")}},
-        {QStringLiteral("TROMSO"), {QStringLiteral("tromso")}},
-        {QStringLiteral("glueck"), {QStringLiteral("gluck")}},
-        {QStringLiteral("Gluck"), {QStringLiteral("gluck")}},
-        {QStringLiteral("ohare"), {QStringLiteral("ohare")}},
-        {QStringLiteral("zuirch airprot"), {QStringLiteral("zurich")}},
-        {QStringLiteral("cozumel international airport"), {QStringLiteral("cozumel")}},
-        {QStringLiteral("Offenbach am Main"), {QStringLiteral("offenbach"), QStringLiteral("east")}},
-        {QStringLiteral("gate 1234568"), {QStringLiteral("gate")}}, // half of the words, and no digit is corrected
-        {QStringLiteral("1234568"), {}},
-        {QStringLiteral("x"), {}},
-        {QString(4096, QLatin1Char('x')), {}},
-        {emoji, {}},
-        {QString(100, QChar(0xD800)), {}},
+        {"zurich",
+         SearchKind::Suggestion,
+         "Z\u00FCrich Airport",
+         {InternalTags::Suggestion, InternalTags::SuggestionAirport},
+         SearchResultCertainty::Likely},
+        {"kloten",
+         SearchKind::Suggestion,
+         "Kloten",
+         {InternalTags::Suggestion, InternalTags::SuggestionAddress},
+         SearchResultCertainty::Exact},
+        {"lake",
+         SearchKind::Suggestion,
+         "Large Lake",
+         {InternalTags::Suggestion, InternalTags::SuggestionPointOfInterest},
+         SearchResultCertainty::Likely},
+        {"lake", SearchKind::Name, "Large Lake", {}, SearchResultCertainty::Likely},
+        {"large",
+         SearchKind::CategorySuggestion,
+         "large airport",
+         {InternalTags::Suggestion, InternalTags::SuggestionCategory},
+         SearchResultCertainty::Unknown},
     };
     for (const auto &row : cases) {
         ProviderSearch search;
-        search.term = row.term;
-        search.count = 20;
-        const ProviderAnswer answer = gazetteer.search(search);
-        EXPECT_EQ(answer.code, orix_places_protocol::Success);
-        EXPECT_EQ(idsOf(answer.places), row.found) << row.term.left(40).toStdString();
-        if (row.term == QLatin1String("munich")) {
-            EXPECT_EQ(answer.places.at(0)->description(), QStringLiteral("Munich"));
-        }
+        search.term = QLatin1String(row.term);
+        search.kind = row.kind;
+        search.count = 1;
+        const ProviderAnswer answer = towns.made->search(search);
+        ASSERT_EQ(answer.places.size(), 1U) << row.term;
+        const Place &place = *answer.places[0];
+        EXPECT_EQ(place.name().toStdString(), row.name);
+        for (const char *tag :
+             {InternalTags::Suggestion, InternalTags::SuggestionAirport, InternalTags::SuggestionAddress,
+              InternalTags::SuggestionPointOfInterest, InternalTags::SuggestionCategory})
+            EXPECT_EQ(place.hasTag(QLatin1String(tag)), std::count(row.tags.begin(), row.tags.end(), tag) > 0)
+                << row.term << tag;
+        EXPECT_EQ(PlacePrivate::privateFromPublic(&place)->certainty(), row.certainty) << row.term;
+        EXPECT_EQ(place.auxiliaryData(0).provider().name(), QStringLiteral("gazetteer"));
     }
+    const auto records = towns.made->auxiliaryData({QStringLiteral("zrh"), {}, {}}, Deadline::max()).records;
+    ASSERT_EQ(records.size(), 1);
+    EXPECT_EQ(records[0].property(QStringLiteral("iata")), QStringLiteral("ZRH"));
+    EXPECT_TRUE(towns.made->auxiliaryData({{}, QStringLiteral("Kloten"), {}}, Deadline::max()).records.isEmpty());
+    EXPECT_EQ(towns.made->resolve(QStringLiteral("lake"), {}, Deadline::max()).places.size(), 1U);
+    EXPECT_EQ(towns.made->resolve(QStringLiteral("none"), {}, Deadline::max()).places.size(), 0U);
 }

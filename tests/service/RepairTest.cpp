@@ -1,11 +1,11 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
+#include "store/Repair.h"
 #include "places/PlaceHeader.h"
 #include "places/PlaceManager.h"
 #include "protocol/Protocol.h"
 #include "store/Check.h"
 #include "store/Records.h"
-#include "store/Repair.h"
 #include "store/Store.h"
 #include "support/Client.h"
 #include "support/Files.h"
@@ -39,12 +39,12 @@ constexpr uid_t GUEST = 1000;
 
 /// A database of some hundred places, as a service leaves it, and what is in it. Some of the places are larger than a
 /// page, some are guests', and some are removed.
-class DamageTest : public testing::Test
+class RepairTest : public testing::Test
 {
 protected:
     static constexpr int ADDED = 400;
 
-    DamageTest()
+    RepairTest()
     {
         StoreShared shared;
         const std::string file = path("sound.db").toStdString();
@@ -169,7 +169,7 @@ protected:
 
 } // namespace
 
-TEST_F(DamageTest, IsRepairedAsFarAsPagesCanBeRead)
+TEST_F(RepairTest, IsRepairedAsFarAsPagesCanBeRead)
 {
     const struct
     {
@@ -213,7 +213,7 @@ TEST_F(DamageTest, IsRepairedAsFarAsPagesCanBeRead)
     }
 }
 
-TEST_F(DamageTest, NoPageIsNeededForThePlacesOnOthers)
+TEST_F(RepairTest, NoPageIsNeededForThePlacesOnOthers)
 {
     const int wanted = qEnvironmentVariableIsSet("PLACES_ROUNDS") ? qEnvironmentVariableIntValue("PLACES_ROUNDS") : 12;
     const QByteArray sound = bytesOf(path("sound.db"));
@@ -247,7 +247,7 @@ TEST_F(DamageTest, NoPageIsNeededForThePlacesOnOthers)
 }
 
 /// Without the root of their table, records are looked for on all pages.
-TEST_F(DamageTest, OnlyTheNewestVersionOfAPlaceComesBackAndNoRemovedOne)
+TEST_F(RepairTest, OnlyTheNewestVersionOfAPlaceComesBackAndNoRemovedOne)
 {
     const int root = pagesOf("name = 'record' AND pagetype = 'internal'")[0];
     const int leaf = pagesOf("name = 'record' AND pagetype = 'leaf'")[2];
@@ -273,7 +273,7 @@ TEST_F(DamageTest, OnlyTheNewestVersionOfAPlaceComesBackAndNoRemovedOne)
     expectPlaces(repair("damaged.db"), {});
 }
 
-TEST_F(DamageTest, WhatIsOnlyInTheLogIsRepaired)
+TEST_F(RepairTest, WhatIsOnlyInTheLogIsRepaired)
 {
     QByteArray database = bytesOf(path("log.db"));
     const QByteArray log = bytesOf(path("log.db-wal"));
@@ -290,7 +290,7 @@ TEST_F(DamageTest, WhatIsOnlyInTheLogIsRepaired)
     EXPECT_GT(repair("log.db").places, records.size());
 }
 
-TEST_F(DamageTest, TheProgramTellsByItsStatus)
+TEST_F(RepairTest, TheProgramTellsByItsStatus)
 {
     QByteArray damaged = bytesOf(path("sound.db"));
     const int leaf = pagesOf("name = 'record' AND pagetype = 'leaf'")[2];
@@ -339,7 +339,7 @@ TEST_F(DamageTest, TheProgramTellsByItsStatus)
     EXPECT_FALSE(QFile::exists(path("fourth.db")));
 }
 
-TEST_F(DamageTest, IsWrittenToByNoWriteUnderWay)
+TEST_F(RepairTest, IsWrittenToByNoWriteUnderWay)
 {
     const std::string file = path("sound.db").toStdString();
     StoreShared shared;
@@ -359,55 +359,4 @@ TEST_F(DamageTest, IsWrittenToByNoWriteUnderWay)
         EXPECT_THROW(write(SQLITE_OK), SQLite::Exception);
     }
     EXPECT_EQ(store.recentTerms(QString()).size(), 2);
-}
-
-TEST_F(DamageTest, AServiceThatMeetsItReadsOnAndWritesNoMore)
-{
-    Placesd service({QStringLiteral("--gazetteer"), QString()});
-    service.stop();
-    const std::vector<int> leaves = pagesOf("name = 'record' AND pagetype = 'leaf'");
-    QByteArray damaged = bytesOf(path("sound.db"));
-    damaged.replace((leaves[2] - 1) * PAGE, PAGE, noise(PAGE));
-    write(service.path("places.db"), damaged);
-    service.start();
-    const std::set<qint64> lost = placesOn({leaves[2]});
-    const std::set<qint64> others = placesOn({leaves[3]});
-    PlaceManager manager;
-    Place fresh;
-    sample::fill(fresh, -1);
-    PlacePrivate::privateFromPublic(&fresh)->setSearchTerm(QString());
-    EXPECT_EQ(manager.addPlace(&fresh), Error::Success) << "nobody knows yet";
-    Error::Type error = Error::Success;
-    EXPECT_EQ(manager.getPlace(*lost.begin(), &error), nullptr);
-    EXPECT_EQ(error, Error::StorageFailed);
-    const QString database = service.path("places.db");
-    service.awaitLog(qPrintable(database + QStringLiteral(" is damaged")));
-    EXPECT_THAT(service.log(), HasSubstr("placesd --repair " + database.toStdString() + " NEW"));
-
-    const std::unique_ptr<Place> read(manager.getPlace(*others.begin(), &error));
-    EXPECT_EQ(error, Error::Success);
-    EXPECT_EQ(static_cast<std::size_t>(Protocol().findPlacesSize(SearchRule(), &error, Coordinates())),
-              records.size() + 1);
-    Place refused;
-    sample::fill(refused, -1);
-    EXPECT_EQ(manager.addPlace(&refused), Error::StorageFailed);
-    EXPECT_EQ(manager.addTag(*others.begin(), QStringLiteral("beach")), Error::StorageFailed);
-    EXPECT_EQ(manager.removePlace(*others.begin()), Error::StorageFailed);
-    EXPECT_EQ(manager.removePlace(ADDED + 99), Error::StorageFailed) << "no such place, but who can tell";
-    EXPECT_EQ(Protocol().restore(path("sound.db").toStdString()), Error::StorageFailed);
-    EXPECT_EQ(Protocol().backup(path("backup.db").toStdString()), Error::BackupFailed) << "a good one stays";
-    service.signal(SIGUSR1);
-    service.awaitLog("state: the database is damaged, 321 places");
-    EXPECT_EQ(run("placesd", {QStringLiteral("--check"), database}).status, 3) << "while it is in use";
-    EXPECT_EQ(run("placesd", {QStringLiteral("--repair"), database, path("new.db")}).status, 1);
-    service.stop();
-    const std::string log = service.log();
-    EXPECT_EQ(log.find("is damaged ("), log.rfind("is damaged (")) << "once";
-
-    EXPECT_EQ(run("placesd", {QStringLiteral("--repair"), database, path("new.db")}).status, 3);
-    ASSERT_TRUE(QFile::remove(database) && QFile::copy(path("new.db"), database));
-    service.start();
-    EXPECT_EQ(manager.removePlace(*others.begin()), Error::Success);
-    EXPECT_EQ(static_cast<std::size_t>(Protocol().findPlacesSize(SearchRule(), &error, Coordinates())),
-              records.size() - lost.size());
 }

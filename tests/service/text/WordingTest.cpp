@@ -1,0 +1,168 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "text/Wording.h"
+
+#include "Limits.h"
+#include "text/Expansion.h"
+#include "text/JoinedVocabulary.h"
+#include "text/TermTest.h"
+#include "text/TextKeys.h"
+#include "text/Vocabulary.h"
+
+#include <gmock/gmock.h>
+
+using namespace placesd;
+using testing::ElementsAre;
+
+namespace
+{
+
+/// Places by their texts; the part before a comma is the name.
+class Search
+{
+public:
+    explicit Search(std::vector<QString> texts)
+        : m_texts(std::move(texts))
+    {
+        for (const QString &text : m_texts)
+            m_words.add(utf8Words(indexKey(text)));
+    }
+
+    /// The reading of a term as an expression, with "names: " where only names are looked at.
+    std::string read(const QString &term)
+    {
+        const auto count = [this](const Reading &reading) {
+            return std::count_if(m_texts.begin(), m_texts.end(), [&](const QString &text) {
+                const QString part = reading.inNames ? text.section(QLatin1Char(','), 0, 0) : text;
+                return std::any_of(reading.wordings.begin(), reading.wordings.end(),
+                                   [&](const Wording &wording) { return wording.isIn(indexKey(part).toStdString()); });
+            });
+        };
+        const auto finds = [&](const Reading &reading) { return ++asked, count(reading) > 0; };
+        const Reading reading = chooseReading(Wording::of(term), {m_words, finds, count});
+        return (reading.inNames ? "names: " : "") + reading.expression();
+    }
+    int asked = 0; ///< How often something was looked for.
+
+private:
+    const std::vector<QString> m_texts;
+    Vocabulary m_words;
+};
+
+QString manyWords(int count)
+{
+    QString words;
+    for (int i = 0; i < count; ++i)
+        words += QStringLiteral("w%1 ").arg(i);
+    return words;
+}
+
+} // namespace
+
+TEST(Wording, ATermIsReadInTheFirstWayThatFindsAnything)
+{
+    const std::vector<QString> texts = {QStringLiteral("Z\u00FCrich Airport, Kloten"),
+                                        QStringLiteral("Z\u00FCrich See"),
+                                        QStringLiteral("Bern, capital"),
+                                        QStringLiteral("Geneva Airport"),
+                                        QStringLiteral("Gate 123456"),
+                                        QStringLiteral("Airpark, closed"),
+                                        QStringLiteral("Lake Barn")};
+    const struct
+    {
+        const char *term;
+        const char *reading;
+    } cases[] = {
+        {"", "names: ()"},
+        {"--", "names: ()"},
+        {"zur see", "names: ((\"zur\"*) AND (\"see\"*))"},
+        {"Zuerich", "names: ((\"zuerich\"*))"},
+        {"kloten zur", "((\"kloten\"*) AND (\"zur\"*))"},
+        {"klotne", "((\"klotne\"* OR \"klote\"*))"},
+        {"genvea airport", "((\"genvea\"* OR \"geneva\") AND (\"airport\"*))"},
+        {"zurich terminal see", "((\"see\"*) AND (\"zurich\"*))"},
+        {"zurich am see", "((\"see\"*) AND (\"zurich\"*))"},
+        {"bern lausanne geneva", "names: ((\"bern\"*) AND (\"lausanne\"*) AND (\"geneva\"*))"},
+        {"lake bern", "((\"lake\"*) AND (\"bern\"* OR \"ber\"* OR \"barn\"*))"}, // each word is known, but not together
+        {"gate 123457", "((\"gate\"*))"},
+        {"123457", "names: ((\"123457\"*))"},
+        {"x", "names: ((\"x\"*))"},
+    };
+    Search search(texts);
+    for (const auto &row : cases)
+        EXPECT_EQ(search.read(QString::fromUtf8(row.term)), row.reading) << row.term;
+    search.asked = 0;
+    search.read(QStringLiteral("zur"));
+    EXPECT_EQ(search.asked, 1);
+    search.read(QString());
+    EXPECT_EQ(search.asked, 1) << "nothing is looked for without words";
+    EXPECT_EQ(Wording::of(manyWords(limits::TERM_WORDS + 1)).words().size(), std::size_t{limits::TERM_WORDS});
+    EXPECT_EQ(Wording::of(QStringLiteral("a A \u00E1")).words().size(), 1U);
+    EXPECT_EQ(Wording::of(QStringLiteral("\u6771\u4EAC\u90FD")).expression(),
+              "((\"\u6771\u4EAC\"*) AND (\"\u4EAC\u90FD\"*) AND (\"\u90FD\"*))");
+}
+
+TEST(Expansion, BeginningsBecomeTheWordsThatStartSo)
+{
+    Vocabulary words;
+    words.add({"zurich", "zurichsee", "airport", "airports", "airpark", "airpol", "airpush", "bern"});
+    const struct
+    {
+        const char *term;
+        const char *exact;
+        const char *broad;
+        bool isSlow;
+    } cases[] = {
+        {"zuri", "((\"zurich\" OR \"zurichsee\"))", "((\"zurich\" OR \"zurichsee\"))", false},
+        {"zur", "((\"zur\"*))", "", false},
+        {"airp", "((\"airp\"*))", "", true},
+        {"airpo bern", "((\"airpol\" OR \"airport\" OR \"airports\") AND (\"bern\"))",
+         "((\"airpol\" OR \"airport\" OR \"airports\") AND (\"bern\"))", false},
+        {"airp zurichs bern", "((\"airp\"*) AND (\"zurichsee\") AND (\"bern\"))", "((\"zurichsee\") AND (\"bern\"))",
+         true},
+        {"zurich nowhere", "", "", false},
+    };
+    for (const auto &row : cases) {
+        const MatchExpressions found = matchExpressions({{Wording::of(QString::fromUtf8(row.term))}, false}, words);
+        EXPECT_EQ(found.exact, row.exact) << row.term;
+        EXPECT_EQ(found.broad, row.broad) << row.term;
+        EXPECT_EQ(found.isSlowToOpen, row.isSlow) << row.term;
+    }
+}
+
+TEST(TermTest, LooksForATermWithoutWordsAsItIs)
+{
+    const TermTest signs(QStringLiteral("--"), {{Wording()}, false});
+    EXPECT_TRUE(signs.isOfNames() && !signs.hasWords());
+    EXPECT_TRUE(signs("a -- b"));
+    EXPECT_FALSE(signs("ab\x1F--")) << "of all keys that of the name";
+    const auto of = [](const char *term, bool inNames) {
+        return TermTest(QLatin1String(term), {{Wording::of(QLatin1String(term))}, inNames});
+    };
+    EXPECT_TRUE(of("ab", false)("x abc") && !of("ab", false)("xab"));
+    EXPECT_TRUE(of("ab", true).isLike(of("AB", true)));
+    EXPECT_FALSE(of("ab", true).isLike(of("ab", false)) || of("ab", true).isLike(of("a", true)));
+    EXPECT_FALSE(of("ab", false).isOfNames());
+}
+
+TEST(JoinedVocabulary, GivesTheWordsOfBothOnce)
+{
+    Vocabulary one;
+    one.add({"geneva", "zurich", "zug"});
+    Vocabulary two;
+    two.add({"geneve", "zurich", "zuoz"});
+    const JoinedVocabulary both(one, two);
+    EXPECT_TRUE(both.hasPrefix("zug") && both.hasPrefix("zuo"));
+    EXPECT_FALSE(both.hasPrefix("zur2"));
+    EXPECT_THAT(both.startingWith("zu", 9), ElementsAre("zug", "zuoz", "zurich"));
+    EXPECT_THAT(both.startingWith("zu", 2), ElementsAre("zug", "zuoz"));
+    const auto corrections = [&](const char *typed, std::size_t limit) {
+        std::vector<std::string> found;
+        for (const Correction &each : both.corrections(typed, false, limit, 2))
+            found.push_back(each.word);
+        return found;
+    };
+    EXPECT_THAT(corrections("genevx", 9), ElementsAre("geneva", "geneve"));
+    EXPECT_THAT(corrections("genevx", 1), ElementsAre("geneva"));
+    EXPECT_THAT(corrections("zurihc", 9), ElementsAre("zurich"));
+}
