@@ -1,6 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
 #include "places/InternalPlaceManager.h"
+#include "places/Place.h"
 #include "places/PlaceHeader.h"
 #include "places/PlaceManager.h"
 #include "support/Placesd.h"

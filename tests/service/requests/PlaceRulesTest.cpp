@@ -156,7 +156,7 @@ TEST(PlaceRules, SayWhatAPlaceMustBe)
         AuxiliaryData transient(QStringLiteral("x"));
         AuxiliaryDataPrivate::fromPublic(transient)->setPersistable(false);
         data.addAuxiliaryData(transient);
-        dropWhatIsNotStored(data);
+        dropUnstoredParts(data);
         EXPECT_LE(data.m_locations.size(), 1);
         EXPECT_EQ(data.m_auxiliaryData.size(), 1);
         const auto number = &row - std::begin(cases);

@@ -2,17 +2,16 @@
 
 #include "sources/ContactBook.h"
 
-#include "Limits.h"
+#include "formats/Input.h"
+#include "formats/VCardFile.h"
 #include "places/ContactAuxiliaryData.h"
 #include "places/Place.h"
 #include "places/Tags.h"
 #include "sources/Gazetteer.h"
-#include "sources/VCardFile.h"
 #include "support/Files.h"
 
 #include <gmock/gmock.h>
 
-#include <QtCore/QBuffer>
 #include <QtCore/QTemporaryDir>
 
 #include <optional>
@@ -182,7 +181,8 @@ TEST_F(ContactBookTest, IsReadAgainWhenItsFolderChanges)
 
 TEST(VCardFile, WhatCanBeReadOfABadCardIs)
 {
-    const QByteArray longest(limits::VCARD_LINE_SIZE - 4, 'x');
+    const QTemporaryDir folder;
+    const QByteArray longest(formats::MAX_VCARD_LINE_SIZE - 4, 'x');
     const auto lines = [](int count) { return QByteArray("A:b\n").repeated(count); };
     const auto filled = [&](int rest) {
         return QByteArray("X:" + QByteArray(16379, 'x') + "\n").repeated(16).chopped(1 + rest) + "\n";
@@ -204,26 +204,30 @@ TEST(VCardFile, WhatCanBeReadOfABadCardIs)
         {"a longer one", "BEGIN:VCARD\nA:" + longest + "bc\nB:c\nEND:VCARD\n", {3}, 1},
         {"a longer folded one", "BEGIN:VCARD\nA:" + longest + "\n b\n\tc\nB:c\nEND:VCARD\n", {3}, 1},
         {"a long picture", "BEGIN:VCARD\nitem1.Photo;ENCODING=b:" + longest.repeated(9) + "\nEND:VCARD\n", {2}},
-        {"most lines", "BEGIN:VCARD\n" + lines(limits::VCARD_LINES - 1) + "END:VCARD\n", {limits::VCARD_LINES + 1}},
+        {"most lines",
+         "BEGIN:VCARD\n" + lines(formats::MAX_VCARD_LINES - 1) + "END:VCARD\n",
+         {formats::MAX_VCARD_LINES + 1}},
         {"too many lines",
-         "BEGIN:VCARD\n" + lines(limits::VCARD_LINES + 1) + "END:VCARD\n",
-         {limits::VCARD_LINES + 1},
+         "BEGIN:VCARD\n" + lines(formats::MAX_VCARD_LINES + 1) + "END:VCARD\n",
+         {formats::MAX_VCARD_LINES + 1},
          2},
         {"all together", "BEGIN:VCARD\n" + filled(0) + "Y:" + QByteArray(9999, 'y') + "\nEND:VCARD\n", {18}, 1},
     };
     for (const auto &row : cases) {
-        QBuffer file;
-        file.setData(row.bytes);
-        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        const QString path = folder.filePath(QStringLiteral("cards"));
+        files::write(path, row.bytes);
+        formats::Input file(path);
         std::vector<int> taken;
-        const VCardFaults faults =
-            readVCards(file, [&](const QByteArray &one) { taken.push_back(one.trimmed().count('\n') + 1); });
+        int leftOut = 0;
+        int cut = 0;
+        EXPECT_TRUE(formats::splitVCards(file, [&](const formats::CardText &one) {
+            taken.push_back(one.text.trimmed().count('\n') + 1);
+            leftOut += one.leftOut;
+            cut += one.isCut ? 1 : 0;
+            return true;
+        })) << row.name;
         EXPECT_EQ(taken, row.lines) << row.name;
-        EXPECT_EQ(faults.leftOut, row.leftOut) << row.name;
-        EXPECT_EQ(faults.cut, row.cut) << row.name;
-        EXPECT_TRUE(faults.hasEnded) << row.name;
+        EXPECT_EQ(leftOut, row.leftOut) << row.name;
+        EXPECT_EQ(cut, row.cut) << row.name;
     }
-    for (const auto &[line, has] :
-         {std::pair("uid:1", true), {"a.UID;x=y:1", true}, {"XUID:1", false}, {"UID", false}, {":UID", false}})
-        EXPECT_EQ(hasProperty(card(QByteArray(line) + "\n"), "UID"), has) << line;
 }

@@ -142,7 +142,7 @@ TEST(Providers, AreAskedUntilTheyHaveGivenWhatIsWanted)
     EXPECT_EQ(ask(Providers({}), "fail", 0, 3).code, ReturnCode::Success) << "there is none to fail";
     EXPECT_THAT(names(providers.resolve(QStringLiteral("b2"), {}, Deadline::max()).places), ElementsAre("b2"));
     const auto give = [&](const char *type, const Provider &only = {}) {
-        return providers.thatGive(QLatin1String(type), only).size();
+        return providers.providersFor(QLatin1String(type), only).size();
     };
     EXPECT_EQ(give(""), 1U);
     EXPECT_EQ(give("poi"), 1U);

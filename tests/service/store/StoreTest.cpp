@@ -36,7 +36,7 @@ PlacePrivate &dataOf(Place &place)
 std::shared_ptr<Place> storable(Chance &chance, qint64 id = PlaceId::UNDEFINED_PERSISTED_ID)
 {
     std::shared_ptr<Place> place = chance.place(id);
-    dropWhatIsNotStored(dataOf(*place));
+    dropUnstoredParts(dataOf(*place));
     return place;
 }
 
