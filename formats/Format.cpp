@@ -5,13 +5,12 @@
 #include "ArchiveDevice.h"
 #include "CsvReader.h"
 #include "DocumentReader.h"
+#include "DocumentWriter.h"
 #include "GeoJsonReader.h"
 #include "GeoJsonWriter.h"
 #include "Input.h"
 #include "TextWriter.h"
 #include "XmlReader.h"
-
-#include <places/PlaceJson.h>
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QRegularExpression>
@@ -24,15 +23,7 @@ namespace formats
 namespace
 {
 
-using vela::platform::places::Place;
-
-QByteArray toDocument(const Place &place)
-{
-    return vela::platform::places::PlaceJson::write(place);
-}
-
 constexpr TextForm GEOJSON{toGeoJsonFeature, "{\"type\":\"FeatureCollection\",\"features\":[\n", ",\n", "\n]}\n"};
-constexpr TextForm DOCUMENTS{toDocument, "", "\n", "\n"};
 
 template <const TextForm &FORM>
 std::unique_ptr<PlaceWriter> makeTextWriter(QIODevice &out)
@@ -42,10 +33,11 @@ std::unique_ptr<PlaceWriter> makeTextWriter(QIODevice &out)
 
 const Format FORMATS[] = {
     {"geojson", " geojson geojsonl json ", readGeoJson, makeTextWriter<GEOJSON>},
-    {"json", " jsonl ndjson ", readDocuments, makeTextWriter<DOCUMENTS>},
+    {"json", " jsonl ndjson ", readDocuments, makeDocumentWriter},
     {"gpx", " gpx ", readGpx, nullptr},
     {"kml", " kml ", readKml, nullptr},
     {"csv", " csv tsv ", readCsv, nullptr},
+    {"json-latin1", "", readDocuments, makeLatin1DocumentWriter},
 };
 
 bool isJsonFormat(const Format &format)

@@ -28,6 +28,8 @@ public:
     [[nodiscard]] virtual QString begin() = 0;
     [[nodiscard]] virtual QString write(const vela::platform::places::Place &place) = 0;
     [[nodiscard]] virtual QString end() = 0;
+    /// After end(): a sentence about values that the format could not hold; empty for none.
+    [[nodiscard]] virtual QString note() const { return {}; }
 };
 
 /// Makes a writer to a device that is open and outlives it.

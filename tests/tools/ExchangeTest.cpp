@@ -320,6 +320,17 @@ TEST(ExchangeTest, AnExportCanBeImportedAndGoesIntoAPipe)
     EXPECT_EQ(places("add A --at 1,2").status, 0);
     const Outcome documents = places("export --format json");
     EXPECT_EQ(QByteArray::fromStdString(documents.out).count("\"complete\":true"), 1);
+    EXPECT_EQ(places("add \xC5\x81\xC3\xB3"
+                     "d --at 1,2")
+                  .status,
+              0);
+    EXPECT_THAT(places("export --format json").out, HasSubstr("\"name\":\"\xC5\x81\xC3\xB3"
+                                                              "d\""));
+    const Outcome reduced = places("export --format json-latin1");
+    EXPECT_THAT(reduced.out, HasSubstr("\"name\":\"?\xC3\xB3"
+                                       "d\""));
+    EXPECT_THAT(reduced.err, HasSubstr("1 place has characters that ISO 8859-1 does not have"));
+    EXPECT_EQ(reduced.status, 0);
     EXPECT_EQ(places("import -", QByteArray::fromStdString(documents.out)).out, "0 imported, 1 skipped, 0 failed\n");
     for (const char *name : {"out.geojson.gz", "out.zip"}) {
         EXPECT_EQ(places(QStringList{QStringLiteral("export"), service.path(name)}).status, 0) << name;
