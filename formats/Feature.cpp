@@ -180,12 +180,6 @@ Location readLocation(const Value &members, Coordinates coordinates, const Value
     return location;
 }
 
-/// True when a location has a position or an address. A place is stored only with such locations.
-bool locates(const Location &location)
-{
-    return location.coordinates().isValid() || !location.address().isEmpty() || !location.virtualData().isEmpty();
-}
-
 /// Adds all locations in order; `shown`, the one of the feature's geometry, is one of them.
 QString addLocations(const Location &shown, const Value &properties, Place &place)
 {
@@ -324,7 +318,8 @@ void addTexts(const Value &properties, Place &place)
     place.setName(name.trimmed().isEmpty() ? QLatin1String(vocabulary::UNNAMED) : name);
     place.setDescription(textMember(properties, vocabulary::DESCRIPTION));
     place.setSource(textMember(properties, vocabulary::SOURCE));
-    for (const QString &tag : read(properties, vocabulary::TAGS, textsOf).value_or(QStringList()))
+    const QStringList tags = read(properties, vocabulary::TAGS, textsOf).value_or(QStringList());
+    for (const QString &tag : tags)
         place.addTag(tag);
     if (read(properties, vocabulary::FAVORITE, flagOf).value_or(false))
         place.addTag(Tags::Favorite);
@@ -332,7 +327,8 @@ void addTexts(const Value &properties, Place &place)
     const std::optional<QStringList> aliases = read(properties, vocabulary::ALIASES, textsOf);
     if (!aliases)
         return;
-    for (const QString &alias : place.aliases())
+    const QStringList ownAliases = place.aliases();
+    for (const QString &alias : ownAliases)
         place.removeAlias(alias);
     for (const QString &alias : *aliases)
         place.addAlias(alias);
@@ -390,6 +386,11 @@ std::optional<float> toAccuracy(double metres)
 {
     const bool isAccuracy = metres >= 0 && metres <= static_cast<double>(std::numeric_limits<float>::max());
     return isAccuracy ? std::optional(static_cast<float>(metres)) : std::nullopt;
+}
+
+bool locates(const Location &location)
+{
+    return location.coordinates().isValid() || !location.address().isEmpty() || !location.virtualData().isEmpty();
 }
 
 bool isForeignProperty(const QString &name, const Value &value)
@@ -470,7 +471,8 @@ void TextFeature::set(const QString &name, const QString &value)
     Value property = toValue(value);
     if (vocabulary::kinds().value(name) == vocabulary::Kind::Texts) {
         property.SetArray();
-        for (const QString &element : value.split(QLatin1Char(';'))) {
+        const QStringList elements = value.split(QLatin1Char(';'));
+        for (const QString &element : elements) {
             if (const QString text = element.trimmed(); !text.isEmpty())
                 property.PushBack(toValue(text), allocator);
         }

@@ -10,6 +10,8 @@
 #include "GeoJsonWriter.h"
 #include "Input.h"
 #include "TextWriter.h"
+#include "VCardReader.h"
+#include "VCardWriter.h"
 #include "XmlReader.h"
 
 #include <QtCore/QFileInfo>
@@ -24,6 +26,7 @@ namespace
 {
 
 constexpr TextForm GEOJSON{toGeoJsonFeature, "{\"type\":\"FeatureCollection\",\"features\":[\n", ",\n", "\n]}\n"};
+constexpr TextForm VCARDS{toVCard, "", "", ""};
 
 template <const TextForm &FORM>
 std::unique_ptr<PlaceWriter> makeTextWriter(QIODevice &out)
@@ -37,6 +40,7 @@ const Format FORMATS[] = {
     {"gpx", " gpx ", readGpx, nullptr},
     {"kml", " kml ", readKml, nullptr},
     {"csv", " csv tsv ", readCsv, nullptr},
+    {"vcard", " vcf vcard ", readVCards, makeTextWriter<VCARDS>},
     {"json-latin1", "", readDocuments, makeLatin1DocumentWriter},
 };
 
@@ -98,6 +102,8 @@ const Format &formatByContent(const QByteArray &head)
         return *json;
     if (text.startsWith('<'))
         return *formatByName(text.contains("<kml") ? QStringLiteral("kml") : QStringLiteral("gpx"));
+    if (text.left(12).toUpper().startsWith("BEGIN:VCARD"))
+        return *formatByName(QStringLiteral("vcard"));
     return *formatByName(text.startsWith('{') ? QStringLiteral("json") : QStringLiteral("csv"));
 }
 

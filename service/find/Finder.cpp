@@ -189,7 +189,8 @@ std::vector<FoundPlace> Finder::localPlaces(const Rule &leaf, ReturnCode &code)
     std::vector<FoundPlace> places;
     const SourceKind kind = sourceKindOf(leaf);
     if (kind == SourceKind::SearchTerms && !m_external) {
-        for (const QString &term : m_store.recentTerms(leaf.text))
+        const QStringList terms = m_store.recentTerms(leaf.text);
+        for (const QString &term : terms)
             places.push_back(placeOf(term));
     }
     if (asksContacts(leaf)) {
@@ -409,7 +410,7 @@ Finder::ReturnCode Finder::findByBatches(Page &page)
             return code;
         if (isComplete || !m_hasMoreBatches)
             break;
-        // The offset counts from the start of all results and can lie far behind this batch; a cursor counts within its
+        // The offset counts from the start of all results and can be far after this batch; a cursor counts within its
         // batch.
         qint64 passed = cursor.position;
         const bool isBehind = !hasCursor && page.records.empty() && cursor.position > 0;

@@ -334,6 +334,7 @@ std::unique_ptr<RowSource> FoundCondition::sortedSource(Store &store, const Orde
         keys.push_back(order.keyOf(*row));
     std::sort(keys.begin(), keys.end(), order);
     std::vector<qint64> ids;
+    ids.reserve(keys.size());
     for (const Order::Key &key : keys)
         ids.push_back(key.id);
     return std::make_unique<IdSource>(store, std::move(ids));

@@ -68,7 +68,7 @@ std::string publishSessionKey(const std::string &root)
     std::filesystem::create_directories(folder);
     const std::string path = folder + "/session?wait";
     const std::string fresh = path + ".new";
-    const std::string key = makeKey();
+    std::string key = makeKey();
     replaceFile(fresh, std::string(REQUEST_SLOT, '\0') + "@session\njson:{\"session\":\"" + key + "\"}\n");
     if (std::rename(fresh.c_str(), path.c_str()) != 0)
         fail("cannot put " + path + " in place");

@@ -4,7 +4,6 @@
 
 #include "Channel.h"
 #include "Log.h"
-#include "store/Check.h"
 #include "store/DatabaseFile.h"
 #include "store/FileCopy.h"
 #include "store/PrivateFolder.h"
@@ -61,7 +60,7 @@ void requireSafe(const fs::path &folder)
 {
     struct stat status = {};
     if (::stat(folder.c_str(), &status) != 0)
-        fail(folder, "is not a folder that the service can use", "; make it, or name a file in another folder");
+        fail(folder, "is no folder that the service can use", "; make it, or name a file in another folder");
     if (::access(folder.c_str(), W_OK | X_OK) != 0)
         fail(folder, "is a folder that the service may not write to", "; name a file in another folder");
     if ((status.st_mode & S_IWOTH) != 0 && (status.st_mode & S_ISVTX) == 0)

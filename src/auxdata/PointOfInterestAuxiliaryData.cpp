@@ -133,7 +133,8 @@ QMap<DayOfWeek::Type, QList<TimeRange>> PointOfInterestAuxiliaryDataPrivate::ope
     const QString text = legacyProperty(QStringLiteral("openingHours"));
     if (text.isEmpty())
         return hours;
-    for (const QString &entry : text.split(DAY_SEPARATOR)) {
+    const QStringList entries = text.split(DAY_SEPARATOR);
+    for (const QString &entry : entries) {
         const QStringList parts = entry.split(RANGE_SEPARATOR);
         QList<TimeRange> ranges;
         for (int i = 1; i < parts.size(); ++i)

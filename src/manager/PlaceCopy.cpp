@@ -28,7 +28,8 @@ PlaceCopy::PlaceCopy(const AbstractPlace &place)
         m_data = std::make_shared<PlacePrivate>(*full);
     else if (const auto *header = dynamic_cast<const PlaceHeaderPrivate *>(data))
         m_data = std::make_shared<PlaceHeaderPrivate>(*header);
-    for (const QByteArray &name : place.dynamicPropertyNames())
+    const QList<QByteArray> names = place.dynamicPropertyNames();
+    for (const QByteArray &name : names)
         m_properties.insert(name, place.property(name.constData()));
 }
 

@@ -72,13 +72,13 @@ SortRule byLastUse()
 /// A value that an application attached to a place: a property of the object, else of one of its auxiliary records.
 QVariant extendedValue(const AbstractPlace &place, const char *name)
 {
-    if (const QVariant value = place.property(name); value.isValid())
+    if (QVariant value = place.property(name); value.isValid())
         return value;
     const auto *full = dynamic_cast<const Place *>(&place);
     if (!full)
         return {};
     for (const AuxiliaryData &data : PlacePrivate::privateFromPublic(full)->auxiliaryData()) {
-        if (const QVariant value = data.qvariantProperty(QLatin1String(name)); value.isValid())
+        if (QVariant value = data.qvariantProperty(QLatin1String(name)); value.isValid())
             return value;
     }
     return {};
@@ -96,7 +96,7 @@ double extendedDegrees(const AbstractPlace &place, const char *name)
 QString suggestionText(const AbstractPlace &place)
 {
     if (const auto *header = dynamic_cast<const PlaceHeader *>(&place)) {
-        const QString externalId = PlaceHeaderPrivate::privateFromPublic(header)->externalId();
+        QString externalId = PlaceHeaderPrivate::privateFromPublic(header)->externalId();
         if (!externalId.isEmpty())
             return externalId;
     }
@@ -171,6 +171,7 @@ Error::Type PlaceManagerPrivate::removePlace(const AbstractPlace *place) const
     if (error != Error::Success)
         return error;
     AbstractPlacePrivate *data = AbstractPlacePrivate::mutablePrivate(*place);
+    Q_ASSERT(data);
     if (auto *full = dynamic_cast<PlacePrivate *>(data))
         full->clearPersistedStates();
     data->setId(PlaceId::UNDEFINED_PERSISTED_ID);
@@ -282,13 +283,14 @@ Error::Type PlaceManagerPrivate::unfav(AbstractPlace *place) const
     if (error != Error::Success)
         return error;
 
-    AbstractPlacePrivate &data = *AbstractPlacePrivate::privateFromPublic(place);
-    if (auto *full = dynamic_cast<PlacePrivate *>(&data))
+    AbstractPlacePrivate *data = AbstractPlacePrivate::privateFromPublic(place);
+    Q_ASSERT(data);
+    if (auto *full = dynamic_cast<PlacePrivate *>(data))
         full->removeTag(Tags::Favorite);
-    else if (auto *header = dynamic_cast<PlaceHeaderPrivate *>(&data))
+    else if (auto *header = dynamic_cast<PlaceHeaderPrivate *>(data))
         header->setTagBit(Tags::Favorite, false);
     if (!stillStored)
-        data.setId(PlaceId::UNDEFINED_PERSISTED_ID);
+        data->setId(PlaceId::UNDEFINED_PERSISTED_ID);
     return error;
 }
 
@@ -359,8 +361,9 @@ template QList<AbstractPlace *> PlaceManagerPrivate::find(const Query &, Error::
 QList<QSharedPointer<AbstractPlace>> PlaceManagerPrivate::findShared(const Query &query, Error::Type *error,
                                                                      SearchHandle *handle)
 {
+    const QList<AbstractPlace *> places = find<AbstractPlace>(query, error, handle);
     QList<QSharedPointer<AbstractPlace>> found;
-    for (AbstractPlace *place : find<AbstractPlace>(query, error, handle))
+    for (AbstractPlace *place : places)
         found.append(QSharedPointer<AbstractPlace>(place));
     return found;
 }
@@ -532,6 +535,7 @@ Error::Type PlaceManagerPrivate::buildRules(SearchResultGroup::Type group, const
 void PlaceManagerPrivate::adjustSearchRule(SearchRule &rule)
 {
     const SearchRulePrivate *node = Rules::privateFromPublic(rule);
+    Q_ASSERT(node);
     if (isDisjoint(node))
         return;
     if (const auto *connective = dynamic_cast<const ConnectiveRule *>(node)) {

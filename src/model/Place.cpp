@@ -106,7 +106,7 @@ QString PlacePrivate::primaryLocation() const
 Address PlacePrivate::primaryAddress() const
 {
     for (const Location &location : m_locations) {
-        if (const Address address = location.address(); !address.isEmpty())
+        if (Address address = location.address(); !address.isEmpty())
             return address;
     }
     return {};
@@ -115,7 +115,7 @@ Address PlacePrivate::primaryAddress() const
 Coordinates PlacePrivate::primaryCoordinates() const
 {
     for (const Location &location : m_locations) {
-        if (const Coordinates coordinates = location.coordinates(); coordinates.isValid())
+        if (Coordinates coordinates = location.coordinates(); coordinates.isValid())
             return coordinates;
     }
     return {};
@@ -248,7 +248,7 @@ QString PlacePrivate::primaryAuxiliaryValue(PrimaryField field) const
     // A contact record has priority at any position of the list; otherwise the first record with a value.
     QString first;
     for (const AuxiliaryData &data : m_auxiliaryData) {
-        const QString value = fieldValue(data, field);
+        QString value = fieldValue(data, field);
         if (!value.isEmpty() && data.type() == AuxiliaryData::TypeContact)
             return value;
         if (first.isEmpty())

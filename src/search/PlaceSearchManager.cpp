@@ -41,8 +41,9 @@ QList<Provider> PlaceSearchManager::getSupportedProviders()
 
 QList<Provider> PlaceSearchManager::findProviders(const QString &dataType)
 {
+    const QList<Provider> providers = getSupportedProviders();
     QList<Provider> found;
-    for (const Provider &provider : getSupportedProviders()) {
+    for (const Provider &provider : providers) {
         if (provider.canRequestAdditionalData() && provider.supportedDataTypes().contains(dataType))
             found.append(provider);
     }

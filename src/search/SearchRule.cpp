@@ -327,7 +327,7 @@ SearchRule &SearchRule::operator=(const SearchRule &other) = default;
 SearchRule::~SearchRule() = default;
 
 SearchRule::SearchRule(SearchRule &&other) noexcept
-    : d(newRule())
+    : d(newRule()) // NOLINT(performance-move-constructor-init): the shared default rule is copied, not `other`
 {
     d.swap(other.d);
 }

@@ -99,7 +99,7 @@ SortRule &SortRule::operator=(const SortRule &other) = default;
 SortRule::~SortRule() = default;
 
 SortRule::SortRule(SortRule &&other) noexcept
-    : d(newRule())
+    : d(newRule()) // NOLINT(performance-move-constructor-init): the shared default rule is copied, not `other`
 {
     d.swap(other.d);
 }

@@ -99,7 +99,7 @@ void addExport(CLI::App &app, Context &context)
 {
     const auto format = std::make_shared<std::string>();
     const auto file = std::make_shared<std::string>("-");
-    CLI::App *command = app.add_subcommand("export", "Write all stored places as GeoJSON or JSON documents");
+    CLI::App *command = app.add_subcommand("export", "Write all stored places as GeoJSON, JSON documents or vCards");
     command->add_option("FILE", *file, "File; - for standard output")->capture_default_str();
     addFormatOption(*command, *format, true);
     command->callback([&context, file, format] {

@@ -3,6 +3,9 @@
 #include "formats/ExactJson.h"
 #include "formats/Feature.h"
 #include "formats/GeoJsonWriter.h"
+#include "formats/Input.h"
+#include "formats/VCardReader.h"
+#include "formats/VCardWriter.h"
 #include "support/Placesd.h"
 
 #include <places/Place.h>
@@ -14,6 +17,7 @@
 
 #include <QtCore/QFile>
 #include <QtCore/QMap>
+#include <QtCore/QTemporaryFile>
 
 #include <map>
 #include <memory>
@@ -155,6 +159,21 @@ PlacePointer throughGeoJson(const PlacePointer &place)
     return read;
 }
 
+PlacePointer throughVCard(const PlacePointer &place)
+{
+    QTemporaryFile file;
+    EXPECT_TRUE(file.open() && file.write(formats::toVCard(*place)) > 0 && file.flush());
+    formats::Input input(file.fileName());
+    PlacePointer read;
+    EXPECT_EQ(formats::readVCards(input, {},
+                                  [&read](formats::ReadPlace member) {
+                                      read = std::move(member.place);
+                                      return true;
+                                  }),
+              QString());
+    return read;
+}
+
 constexpr struct
 {
     const char *name;
@@ -167,6 +186,7 @@ constexpr struct
     {"map link", throughMapLink, 4711},
     {"service", throughService, -1},
     {"GeoJSON", throughGeoJson, 4711},
+    {"vCard", throughVCard, 4711},
 };
 
 // ------------------------------------------------------------------------------------------------------ the members
@@ -299,7 +319,7 @@ Table documented()
 
 } // namespace
 
-TEST(FormatsTest, TheDocumentedTableIsWhatTheFormsKeep)
+TEST(Formats, TheDocumentedTableIsWhatTheFormsKeep)
 {
     EXPECT_EQ(documented(), tried());
 }

@@ -1,0 +1,51 @@
+#!/bin/sh
+# Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+# Does with a build what the README tells a reader to do: installs it, builds the program of "Ten lines" outside the tree,
+# once with the README's lines for CMake and once with pkg-config, and runs both against the installed placesd.
+# Usage: consumer.sh BUILD_FOLDER
+set -eu
+cd "$(dirname "$0")/../.."
+folder=$(mktemp -d)
+service=
+trap '[ -z "$service" ] || { kill "$service"; wait "$service" || true; }; rm -rf "$folder"' EXIT
+
+# The first block of this LANGUAGE in the README's section of the program.
+readme() { sed -n '/^## Ten lines/,/^## /p' README.md | sed -n "/^\`\`\`$1\$/,/^\`\`\`\$/p" | sed '1d; /^```$/,$d'; }
+
+cmake --install "$1" --prefix "$folder/installed" >/dev/null
+mkdir "$folder/program"
+readme cpp >"$folder/program/main.cpp"
+{
+    echo 'cmake_minimum_required(VERSION 3.25)'
+    echo 'project(my_program LANGUAGES CXX)'
+    readme cmake | sed '/^find_package/a add_executable(my_program main.cpp)'
+} >"$folder/program/CMakeLists.txt"
+cd "$folder/program"
+
+cmake -S . -B by-cmake -DCMAKE_PREFIX_PATH="$folder/installed" >/dev/null
+cmake --build by-cmake >/dev/null
+mkdir by-pkg-config
+libraries=$(dirname "$(find "$folder/installed" -name 'libvelaplatformplaces.so')")
+PKG_CONFIG_PATH=$libraries/pkgconfig
+export PKG_CONFIG_PATH
+# shellcheck disable=SC2046 # The flags are words.
+c++ main.cpp -o by-pkg-config/my_program $(pkg-config --cflags --libs velaplatformplaces) "-Wl,-rpath,$libraries"
+
+export VELA_CHANNEL_DIR="$folder/channel"
+"$folder/installed/bin/placesd" --database "$folder/places.db" --gazetteer '' &
+service=$!
+for _ in $(seq 100); do
+    [ ! -S "$VELA_CHANNEL_DIR/places" ] || break
+    sleep 0.1
+done
+
+# Each run stores the place once more and finds all.
+id=0
+for program in by-cmake by-pkg-config; do
+    id=$((id + 1))
+    written=$($program/my_program)
+    case "$written" in
+    *"$id Old town"*'/?lat=46.948'*) echo "$program: found place $id" ;;
+    *) echo "$program: unexpected output: $written" >&2; exit 1 ;;
+    esac
+done
