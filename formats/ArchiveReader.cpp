@@ -21,18 +21,8 @@ using namespace std::string_view_literals;
 
 constexpr std::string_view ZIP[] = {"PK\x03\x04"sv, "PK\x05\x06"sv};
 constexpr std::string_view COMPRESSED[] = {
-    "BZh91AY&SY"sv,
-    "BZh11AY&SY"sv,
-    "BZh21AY&SY"sv,
-    "BZh31AY&SY"sv,
-    "BZh41AY&SY"sv,
-    "BZh51AY&SY"sv,
-    "BZh61AY&SY"sv,
-    "BZh71AY&SY"sv,
-    "BZh81AY&SY"sv,
-    "\xFD"
-    "7zXZ\0"sv,
-    "\x28\xB5\x2F\xFD"sv,
+    "BZh91AY&SY"sv, "BZh11AY&SY"sv, "BZh21AY&SY"sv, "BZh31AY&SY"sv, "BZh41AY&SY"sv,
+    "BZh51AY&SY"sv, "BZh61AY&SY"sv, "BZh71AY&SY"sv, "BZh81AY&SY"sv, "\x28\xB5\x2F\xFD"sv,
 };
 
 template <std::size_t COUNT>
@@ -101,7 +91,6 @@ bool ArchiveReader::open()
         archive_read_support_format_zip_streamable(archive);
     } else {
         archive_read_support_filter_bzip2(archive);
-        archive_read_support_filter_xz(archive);
         archive_read_support_filter_zstd(archive);
         archive_read_support_format_raw(archive);
         archive_read_support_format_empty(archive);
@@ -126,6 +115,8 @@ archive_entry *ArchiveReader::nextEntry()
 void ArchiveReader::findMember(const Rank &rank)
 {
     const int best = findRank(rank, m_source.canRewind() ? BEST_RANK : 1);
+    if (best > 0 && m_member.isEmpty())
+        m_problem.clear(); // damage behind the file that is read
     if (!m_problem.isEmpty())
         return;
     if (best == 0) {

@@ -16,8 +16,8 @@ namespace formats
 
 class FileBytes;
 
-/// Undoes what bzip2, xz and Zstandard did to bytes, or reads one file of a zip archive. Bytes come as they are needed
-/// and archives are never listed in memory.
+/// Decompresses bzip2 and Zstandard, or reads one file of a zip archive. The data is streamed; the files of an archive
+/// are never listed in memory.
 class ArchiveReader
 {
 public:

@@ -85,7 +85,7 @@ QString readDocument(const QByteArray &line, Place &place)
     if (checked.Code() == rapidjson::kParseErrorTermination)
         return QStringLiteral("a list of more than %1 members").arg(MAX_LIST_LENGTH);
     QString reason;
-    const std::unique_ptr<Place> read = PlaceJson::readPlace(line, nullptr, &reason);
+    const std::unique_ptr<Place> read = PlaceJson::readPlace(line, PlaceJson::Texts::Unicode, nullptr, &reason);
     if (!read && checked.IsError() && !line.contains('\0'))
         return QStringLiteral("not JSON at byte %1: %2")
             .arg(checked.Offset())

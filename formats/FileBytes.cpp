@@ -11,7 +11,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <zlib.h>
 
 namespace formats
 {
@@ -20,16 +19,9 @@ namespace
 {
 
 constexpr std::size_t HEAD_SIZE = 4096;
-constexpr unsigned BUFFER_SIZE = 64 * 1024;
-
-/// A descriptor of the file; -1 on an error. Standard input is no copy, so that a program can replace it while a read
-/// waits.
-int openFile(const QString &path)
-{
-    if (path == QLatin1String("-"))
-        return STDIN_FILENO;
-    return ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
-}
+constexpr unsigned char GZIP[] = {0x1F, 0x8B};
+/// The largest window, and a gzip header and trailer.
+constexpr int WINDOW_BITS = MAX_WBITS + 16;
 
 double sizeOf(int file)
 {
@@ -37,55 +29,36 @@ double sizeOf(int file)
     return ::fstat(file, &status) == 0 ? static_cast<double>(status.st_size) : 0;
 }
 
-/// The error of the last read; empty without an error.
-QString faultOf(gzFile_s *file)
-{
-    int code = Z_OK;
-    const char *reason = ::gzerror(file, &code);
-    switch (code) {
-    case Z_OK:
-    case Z_STREAM_END:
-        return {};
-    case Z_ERRNO:
-        return qt_error_string(errno);
-    case Z_BUF_ERROR:
-        return QStringLiteral("the gzip file is cut: it ends too early");
-    default:
-        return QStringLiteral("the gzip file is damaged: %1")
-            .arg(QString::fromUtf8(reason).section(QLatin1String(": "), 1));
-    }
-}
-
 } // namespace
 
-void FileBytes::Close::operator()(gzFile_s *file) const
-{
-    const int kept = isStandardInput ? ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0) : -1;
-    ::gzclose_r(file);
-    if (kept >= 0) {
-        ::dup2(kept, STDIN_FILENO);
-        ::close(kept);
-    }
-}
-
 FileBytes::FileBytes(const QString &path)
+    : m_file(path == QLatin1String("-") ? STDIN_FILENO
+                                        : ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC))
 {
-    const int file = openFile(path);
-    if (file >= 0) {
-        m_file.get_deleter().isStandardInput = file == STDIN_FILENO;
-        m_file.reset(::gzdopen(file, "rb"));
-    }
-    if (!m_file) {
+    if (m_file < 0) {
         m_problem = qt_error_string(errno);
-        if (file > STDIN_FILENO)
-            ::close(file);
         return;
     }
-    m_size = sizeOf(file);
-    m_canRewind = ::lseek(file, 0, SEEK_CUR) >= 0;
-    ::gzbuffer(m_file.get(), BUFFER_SIZE);
+    m_size = sizeOf(m_file);
+    m_canRewind = ::lseek(m_file, 0, SEEK_CUR) == 0;
+    while (m_stream.avail_in < sizeof GZIP && fill()) {
+    }
+    m_isGzip = m_stream.avail_in >= sizeof GZIP && std::memcmp(m_buffer, GZIP, sizeof GZIP) == 0;
+    if (m_isGzip && ::inflateInit2(&m_stream, WINDOW_BITS) != Z_OK)
+        m_problem = QStringLiteral("there is not enough memory to decompress it");
     m_head.resize(HEAD_SIZE);
-    m_head.resize(static_cast<int>(readOn(m_head.data(), HEAD_SIZE)));
+    std::size_t count = 0;
+    while (const std::size_t more = readOn(m_head.data() + count, HEAD_SIZE - count))
+        count += more;
+    m_head.resize(static_cast<int>(count));
+}
+
+FileBytes::~FileBytes()
+{
+    if (m_isGzip)
+        ::inflateEnd(&m_stream);
+    if (m_file > STDIN_FILENO)
+        ::close(m_file);
 }
 
 std::size_t FileBytes::read(char *buffer, std::size_t size)
@@ -99,25 +72,88 @@ std::size_t FileBytes::read(char *buffer, std::size_t size)
     return count;
 }
 
+bool FileBytes::fill()
+{
+    // What is left of the input is at its front only while the format is detected.
+    const std::size_t left = m_stream.avail_in;
+    const ssize_t count = ::read(m_file, m_buffer + left, sizeof m_buffer - left);
+    if (count < 0)
+        m_problem = qt_error_string(errno);
+    if (count <= 0)
+        return false;
+    m_stream.next_in = m_buffer;
+    m_stream.avail_in = static_cast<unsigned>(left + static_cast<std::size_t>(count));
+    m_filePosition += static_cast<double>(count);
+    return true;
+}
+
 std::size_t FileBytes::readOn(char *buffer, std::size_t size)
 {
-    if (!m_file || !m_problem.isEmpty())
+    if (size == 0 || m_file < 0 || !m_problem.isEmpty())
         return 0;
-    const int count = ::gzread(m_file.get(), buffer, static_cast<unsigned>(std::min(size, std::size_t(1) << 20)));
-    if (count < static_cast<int>(size))
-        m_problem = faultOf(m_file.get());
-    return count > 0 ? static_cast<std::size_t>(count) : 0;
+    return m_isGzip ? decompress(buffer, size) : copy(buffer, size);
+}
+
+std::size_t FileBytes::copy(char *buffer, std::size_t size)
+{
+    if (m_stream.avail_in == 0 && !fill())
+        return 0;
+    const auto count = static_cast<unsigned>(std::min<std::size_t>(size, m_stream.avail_in));
+    std::memcpy(buffer, m_stream.next_in, count);
+    m_stream.next_in += count;
+    m_stream.avail_in -= count;
+    return count;
+}
+
+std::size_t FileBytes::decompress(char *buffer, std::size_t size)
+{
+    const auto room = static_cast<unsigned>(std::min<std::size_t>(size, sizeof m_buffer));
+    m_stream.next_out = reinterpret_cast<unsigned char *>(buffer);
+    m_stream.avail_out = room;
+    while (m_stream.avail_out == room) {
+        if (m_stream.avail_in == 0 && !fill()) {
+            if (m_problem.isEmpty() && !m_isBetween)
+                m_problem = QStringLiteral("the gzip file is cut: it ends too early");
+            return 0;
+        }
+        if (m_isBetween && *m_stream.next_in != GZIP[0])
+            return 0; // padding behind the last member
+        if (m_isBetween)
+            ::inflateReset(&m_stream);
+        const int code = ::inflate(&m_stream, Z_NO_FLUSH);
+        m_isBetween = code == Z_STREAM_END;
+        if (code != Z_OK && code != Z_BUF_ERROR && !m_isBetween) {
+            m_problem = QStringLiteral("the gzip file is damaged");
+            if (m_stream.msg)
+                m_problem += QStringLiteral(": ") + QString::fromLatin1(m_stream.msg);
+            break;
+        }
+    }
+    return room - m_stream.avail_out;
 }
 
 void FileBytes::rewind()
 {
-    if (m_canRewind && ::gzseek(m_file.get(), m_head.size(), SEEK_SET) >= 0)
-        m_position = 0;
+    if (!m_canRewind || ::lseek(m_file, 0, SEEK_SET) < 0)
+        return;
+    m_stream.avail_in = 0;
+    m_filePosition = 0;
+    m_isBetween = false;
+    if (m_isGzip)
+        ::inflateReset(&m_stream);
+    char skipped[HEAD_SIZE];
+    for (auto left = static_cast<std::size_t>(m_head.size()); left > 0;) {
+        const std::size_t count = readOn(skipped, left);
+        if (count == 0)
+            return;
+        left -= count;
+    }
+    m_position = 0;
 }
 
 double FileBytes::progress() const
 {
-    return m_file && m_size > 0 ? std::min(1.0, static_cast<double>(::gzoffset(m_file.get())) / m_size) : 0;
+    return m_size > 0 ? std::min(1.0, m_filePosition / m_size) : 0;
 }
 
 } // namespace formats

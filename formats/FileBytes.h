@@ -5,9 +5,7 @@
 #include <QtCore/QString>
 
 #include <cstddef>
-#include <memory>
-
-struct gzFile_s;
+#include <zlib.h>
 
 namespace formats
 {
@@ -18,6 +16,9 @@ class FileBytes
 {
 public:
     explicit FileBytes(const QString &path);
+    ~FileBytes();
+    FileBytes(const FileBytes &) = delete;
+    FileBytes &operator=(const FileBytes &) = delete;
 
     /// Why opening or reading failed; empty without an error.
     [[nodiscard]] const QString &problem() const { return m_problem; }
@@ -33,20 +34,25 @@ public:
     [[nodiscard]] double progress() const;
 
 private:
-    struct Close
-    {
-        bool isStandardInput; ///< It stays open.
-        void operator()(gzFile_s *file) const;
-    };
-
+    /// Reads behind the head.
     std::size_t readOn(char *buffer, std::size_t size);
+    std::size_t copy(char *buffer, std::size_t size);
+    std::size_t decompress(char *buffer, std::size_t size);
+    /// Reads the next bytes of the file to the input of the stream. False at the end and on an error.
+    bool fill();
 
-    std::unique_ptr<gzFile_s, Close> m_file;
+    int m_file = -1;
     QString m_problem;
     QByteArray m_head;
     std::size_t m_position = 0; ///< Of the next byte in the head; its size when the head is read.
     double m_size = 0;
+    double m_filePosition = 0;
     bool m_canRewind = false;
+
+    bool m_isGzip = false;
+    bool m_isBetween = false; ///< Between two members of a gzip file.
+    z_stream m_stream = {};   ///< Its input is used for other files too.
+    unsigned char m_buffer[64 * 1024];
 };
 
 } // namespace formats

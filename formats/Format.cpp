@@ -6,6 +6,7 @@
 #include "CsvReader.h"
 #include "CsvWriter.h"
 #include "DocumentReader.h"
+#include "DocumentWriter.h"
 #include "GeoJsonReader.h"
 #include "GeoJsonWriter.h"
 #include "GpxReader.h"
@@ -18,8 +19,6 @@
 #include "VCardReader.h"
 #include "VCardWriter.h"
 
-#include <places/PlaceJson.h>
-
 #include <QtCore/QFileInfo>
 #include <QtCore/QRegularExpression>
 
@@ -31,15 +30,7 @@ namespace formats
 namespace
 {
 
-using vela::platform::places::Place;
-
-QByteArray toDocument(const Place &place)
-{
-    return vela::platform::places::PlaceJson::write(place);
-}
-
 constexpr TextForm GEOJSON{toGeoJsonFeature, "{\"type\":\"FeatureCollection\",\"features\":[\n", ",\n", "\n]}\n"};
-constexpr TextForm DOCUMENTS{toDocument, "", "\n", "\n"};
 constexpr TextForm VCARDS{toVCard, "", "", ""};
 
 template <const TextForm &FORM>
@@ -50,12 +41,13 @@ std::unique_ptr<PlaceWriter> makeTextWriter(QIODevice &out)
 
 const Format FORMATS[] = {
     {"geojson", " geojson geojsonl json ", readGeoJson, makeTextWriter<GEOJSON>},
-    {"json", " jsonl ndjson ", readDocuments, makeTextWriter<DOCUMENTS>},
+    {"json", " jsonl ndjson ", readDocuments, makeDocumentWriter},
     {"gpx", " gpx ", readGpx, makeGpxWriter},
     {"kml", " kml ", readKml, makeKmlWriter},
     {"csv", " csv tsv ", readCsv, makeCsvWriter},
     {"vcard", " vcf vcard ", readVCards, makeTextWriter<VCARDS>},
     {"kmz", " kmz ", readKml, makeKmzWriter},
+    {"json-latin1", "", readDocuments, makeLatin1DocumentWriter},
 };
 
 bool isJsonFormat(const Format &format)

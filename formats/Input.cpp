@@ -5,6 +5,7 @@
 #include "ArchiveDevice.h"
 #include "ArchiveReader.h"
 #include "Format.h"
+#include "XzReader.h"
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QTextCodec>
@@ -42,6 +43,8 @@ Input::Input(const QString &path)
 {
     if (ArchiveReader::isArchive(m_head))
         m_archive = std::make_unique<ArchiveReader>(m_file, rankOf);
+    else if (XzReader::isXz(m_head))
+        m_xz = std::make_unique<XzReader>(m_file);
     m_head.resize(HEAD_SIZE);
     int count = 0;
     while (const std::size_t more = readOn(m_head.data() + count, static_cast<std::size_t>(HEAD_SIZE - count)))
@@ -58,7 +61,8 @@ QString Input::problem() const
     // An error behind the head is reported when reading gets there.
     if (m_position < static_cast<std::size_t>(m_head.size()))
         return {};
-    return m_archive && !m_archive->problem().isEmpty() ? m_archive->problem() : m_file.problem();
+    const QString problem = m_archive ? m_archive->problem() : m_xz ? m_xz->problem() : QString();
+    return problem.isEmpty() ? m_file.problem() : problem;
 }
 
 QString Input::name() const
@@ -79,7 +83,9 @@ std::size_t Input::read(char *buffer, std::size_t size)
 
 std::size_t Input::readOn(char *buffer, std::size_t size)
 {
-    return m_archive ? m_archive->read(buffer, size) : m_file.read(buffer, size);
+    if (m_archive)
+        return m_archive->read(buffer, size);
+    return m_xz ? m_xz->read(buffer, size) : m_file.read(buffer, size);
 }
 
 bool decodeUtf8(const QByteArray &bytes, QString &text)

@@ -13,6 +13,7 @@ namespace formats
 {
 
 class ArchiveReader;
+class XzReader;
 
 /// Maximum size of a feature, document, record or token in bytes. It bounds the memory for reading.
 constexpr std::size_t MAX_ITEM_SIZE = std::size_t(4) * 1024 * 1024;
@@ -44,7 +45,9 @@ private:
 
     const QString m_path;
     FileBytes m_file;
-    std::unique_ptr<ArchiveReader> m_archive; ///< Null for a file that is not compressed.
+    // Null for a file that is not in one of their formats.
+    std::unique_ptr<ArchiveReader> m_archive;
+    std::unique_ptr<XzReader> m_xz;
     QByteArray m_head;
     std::size_t m_position = 0; ///< Of the next byte in the head; its size when the head is read.
 };

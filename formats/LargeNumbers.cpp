@@ -36,9 +36,11 @@ QByteArray withLargeNumbersAsTexts(const QByteArray &json, QStringList &losses)
         const char c = json[at];
         const bool isNumber = !inString && (c == '-' || (c >= '0' && c <= '9'));
         if (!isNumber) {
-            const bool isEscape = inString && c == '\\';
+            const bool isEscape = inString && c == '\\' && at + 1 < json.size();
             inString = inString != (c == '"');
-            out += json.mid(at, isEscape ? 2 : 1);
+            out += c;
+            if (isEscape)
+                out += json[at + 1];
             at += isEscape ? 2 : 1;
             continue;
         }

@@ -28,6 +28,8 @@ public:
     [[nodiscard]] virtual QString begin() = 0;
     [[nodiscard]] virtual QString write(const vela::platform::places::Place &place) = 0;
     [[nodiscard]] virtual QString end() = 0;
+    /// After end(): a sentence about values that the format could not hold; empty for none.
+    [[nodiscard]] virtual QString note() const { return {}; }
 
     /// Why the last place is not in the file; empty when it is.
     [[nodiscard]] const QString &leftOut() const { return m_leftOut; }

@@ -16,19 +16,31 @@
 /// false for a header. It contains only the first location of a place, and neither source, search term, virtual data,
 /// bounding box, zoom nor the providers of records.
 ///
-/// Texts in a document are limited to ISO 8859-1. Each other UTF-16 unit (one for a Cyrillic letter, two for an emoji)
-/// and the null character become "?", in writing and in reading, also when they are written as escapes.
+/// Texts in a document are limited to ISO 8859-1, or keep all of Unicode: see Texts.
 ///
 /// The functions are stateless and thread-safe, as far as the places are.
 namespace vela::platform::places::PlaceJson
 {
 
-/// The document of a full place or a header. Empty only when memory is exhausted.
-[[nodiscard]] PLACES_EXPORT QByteArray write(const AbstractPlace &place);
+/// Texts of a document, in writing and in reading, also when characters are written as escapes. Both forms are UTF-8.
+enum class Texts
+{
+    /// Each UTF-16 unit that is not in ISO 8859-1 (one for a Cyrillic letter, two for an emoji) and the null character
+    /// become "?". Every reader of these documents understands this form.
+    Latin1 = 0,
+    /// All characters but the null character and surrogates without their pair, which become "?". Reads the other form
+    /// too.
+    Unicode = 1,
+};
 
-/// The place of a document: a Place or a PlaceHeader. All members except "complete" are optional. A member that is
-/// missing, of another type or out of range gets its default, and unknown members are ignored. For repeated names the
-/// first member counts, in the properties of a record the last.
+/// The document of a full place or a header, with texts in ISO 8859-1. Empty only when memory is exhausted.
+[[nodiscard]] PLACES_EXPORT QByteArray write(const AbstractPlace &place);
+/// The same with a choice of texts.
+[[nodiscard]] PLACES_EXPORT QByteArray write(const AbstractPlace &place, Texts texts);
+
+/// The place of a document, with texts in ISO 8859-1: a Place or a PlaceHeader. All members except "complete" are
+/// optional. A member that is missing, of another type or out of range gets its default, and unknown members are
+/// ignored. For repeated names the first member counts, in the properties of a record the last.
 ///
 /// Null with Error::InvalidArgument, and `reason` set to an English sentence, when the text is not UTF-8, is not JSON,
 /// is nested deeper than 256 levels, contains a number beyond the range of double, is not an object, or has no boolean
@@ -36,9 +48,15 @@ namespace vela::platform::places::PlaceJson
 /// is empty. `error` and `reason` may be null.
 [[nodiscard]] PLACES_EXPORT std::unique_ptr<AbstractPlace>
 read(const QByteArray &document, Error::Type *error = nullptr, QString *reason = nullptr);
+/// The same with a choice of texts.
+[[nodiscard]] PLACES_EXPORT std::unique_ptr<AbstractPlace>
+read(const QByteArray &document, Texts texts, Error::Type *error = nullptr, QString *reason = nullptr);
 
 /// Like read(), for full places only: Error::InvalidArgument for the document of a header.
 [[nodiscard]] PLACES_EXPORT std::unique_ptr<Place> readPlace(const QByteArray &document, Error::Type *error = nullptr,
                                                              QString *reason = nullptr);
+/// The same with a choice of texts.
+[[nodiscard]] PLACES_EXPORT std::unique_ptr<Place> readPlace(const QByteArray &document, Texts texts,
+                                                             Error::Type *error = nullptr, QString *reason = nullptr);
 
 } // namespace vela::platform::places::PlaceJson

@@ -11,6 +11,11 @@
 namespace vela::platform::places
 {
 
+namespace json
+{
+struct Decoder;
+}
+
 class AbstractPlacePrivate
 {
 public:
@@ -32,12 +37,16 @@ public:
     virtual QString primaryPhoneNumber() const = 0;
     virtual QUrl primaryUrl() const = 0;
     virtual QUrl mapUrl() const = 0;
-    /// Sets all values from a JSON document; the decoder must have entered the top-level object. A value that is
-    /// missing or of another type gets its default; without an object all values do. `flags` are ignored. Always true.
-    virtual bool fromJSON(pps_decoder_t &decoder, int flags) = 0;
-    /// Writes the JSON document of the place, in ISO 8859-1, and sets `status` to 1. False, without a change of `out`,
-    /// only when memory is exhausted.
-    virtual bool toJSON(QString &out, int &status) const = 0;
+    /// Reads a JSON document whose top-level object the decoder has entered. A member that is missing or has another
+    /// type gets the default value, as does everything when the decoder is not in an object.
+    virtual void readJSON(const json::Decoder &decoder) = 0;
+    /// Writes the JSON document with all characters of the texts. False without memory.
+    virtual bool toUnicodeJSON(QString &out) const = 0;
+    /// Reads a document as readJSON() does, with texts in ISO 8859-1. `flags` are ignored. Always true.
+    bool fromJSON(pps_decoder_t &decoder, int flags);
+    /// Writes the JSON document; other characters than those of ISO 8859-1 become "?". Sets `status` to 1. False, with
+    /// `out` unchanged, without memory.
+    bool toJSON(QString &out, int &status) const;
 
     static AbstractPlacePrivate *privateFromPublic(AbstractPlace *place) { return place->d.get(); }
     static const AbstractPlacePrivate *privateFromPublic(const AbstractPlace *place) { return place->d.get(); }
@@ -85,10 +94,10 @@ public:
 protected:
     // Members that full places and headers have in common in JSON.
     void encodeJSONCommonData(pps_encoder_t &encoder, int &status) const;
-    bool decodeJSONCommonData(pps_decoder_t &decoder);
+    void decodeJSONCommonData(const json::Decoder &decoder);
     void encodeJSONLocation(pps_encoder_t &encoder, const Location &location) const;
     /// False, without a change of the location, when the document has none.
-    bool decodeJSONLocation(pps_decoder_t &decoder, Location &location);
+    bool decodeJSONLocation(const json::Decoder &decoder, Location &location);
 };
 
 } // namespace vela::platform::places

@@ -2,8 +2,11 @@
 
 #include "model/JsonMember.h"
 
+#include <QtCore/QTextCodec>
+
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 
 namespace vela::platform::places::json
@@ -14,9 +17,23 @@ QByteArray toEightBit(const QString &text)
     return text.toLatin1().replace('\0', '?');
 }
 
+QByteArray toUtf8(const QString &text)
+{
+    return text.toUtf8().replace('\0', '?');
+}
+
+QString Decoder::text(const char *bytes) const
+{
+    if (texts == PlaceJson::Texts::Latin1)
+        return QString::fromLatin1(bytes);
+    // QString::fromUtf8() would drop a byte order mark, which is a character of the text here.
+    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
+    return QTextCodec::codecForName("UTF-8")->toUnicode(bytes, static_cast<int>(std::strlen(bytes)), &state);
+}
+
 void write(pps_encoder_t &encoder, const char *name, const QString &text)
 {
-    pps_encoder_add_string(&encoder, name, toEightBit(text).constData());
+    pps_encoder_add_string(&encoder, name, toUtf8(text).constData());
 }
 
 void write(pps_encoder_t &encoder, const char *name, bool value)
@@ -51,12 +68,12 @@ void writeIfKnown(pps_encoder_t &encoder, const char *name, double value)
         pps_encoder_add_double(&encoder, name, value);
 }
 
-bool read(pps_decoder_t &decoder, const char *name, QString &text)
+bool read(const Decoder &decoder, const char *name, QString &text)
 {
     const char *bytes = nullptr;
-    if (pps_decoder_get_string(&decoder, name, &bytes) != PPS_OK)
+    if (pps_decoder_get_string(&decoder.codec, name, &bytes) != PPS_OK)
         return false;
-    text = QString::fromLatin1(bytes);
+    text = decoder.text(bytes);
     return true;
 }
 

@@ -1,16 +1,30 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "places/PlaceJson.h"
 #include "protocol/PPSDecoder.h"
 
 #include <QtCore/QString>
 
-/// The members of a JSON document. Texts are ISO 8859-1. A null name is the element of an array.
+/// The members of a JSON document. Texts are written as UTF-8. A null name is the element of an array.
 namespace vela::platform::places::json
 {
 
 /// The text in ISO 8859-1. Other characters become "?", as does the null character, which ends a text of the codec.
 QByteArray toEightBit(const QString &text);
+/// The text in UTF-8. The null character and surrogates without their pair become "?".
+QByteArray toUtf8(const QString &text);
+
+/// A decoder and the encoding of its texts.
+struct Decoder
+{
+    pps_decoder_t &codec;
+    PlaceJson::Texts texts;
+
+    operator pps_decoder_t &() const { return codec; }
+    /// The text of bytes of the codec.
+    [[nodiscard]] QString text(const char *bytes) const;
+};
 
 void write(pps_encoder_t &encoder, const char *name, const QString &text);
 void write(pps_encoder_t &encoder, const char *name, bool value);
@@ -24,7 +38,7 @@ void writeIfKnown(pps_encoder_t &encoder, const char *name, double value);
 
 /// Each function returns false and leaves the value unchanged when the member is missing, has another type or is out of
 /// range.
-bool read(pps_decoder_t &decoder, const char *name, QString &text);
+bool read(const Decoder &decoder, const char *name, QString &text);
 bool read(pps_decoder_t &decoder, const char *name, bool &value);
 bool read(pps_decoder_t &decoder, const char *name, int &value);
 bool read(pps_decoder_t &decoder, const char *name, qint64 &value);

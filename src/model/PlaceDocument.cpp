@@ -62,7 +62,7 @@ void writeFloor(pps_encoder_t &encoder, const char *name, const AddressPrivate &
         write(encoder, name, address.floor());
 }
 
-void readFloor(pps_decoder_t &decoder, const char *name, AddressPrivate &address)
+void readFloor(const json::Decoder &decoder, const char *name, AddressPrivate &address)
 {
     int floor = 0;
     if (read(decoder, name, floor))
@@ -89,7 +89,7 @@ void writeAddress(pps_encoder_t &encoder, const AddressPrivate &address)
     pps_encoder_end_object(&encoder);
 }
 
-void readAddress(pps_decoder_t &decoder, AddressPrivate &address)
+void readAddress(const json::Decoder &decoder, AddressPrivate &address)
 {
     for (const auto &[name, part] : ADDRESS_PARTS) {
         if (part == AddressPrivate::Floor)
@@ -115,7 +115,7 @@ void writeCoordinates(pps_encoder_t &encoder, const CoordinatesPrivate &point)
     pps_encoder_end_object(&encoder);
 }
 
-void readCoordinates(pps_decoder_t &decoder, CoordinatesPrivate &point)
+void readCoordinates(const json::Decoder &decoder, CoordinatesPrivate &point)
 {
     read(decoder, "latitude", point.latitude);
     read(decoder, "longitude", point.longitude);
@@ -135,7 +135,7 @@ void writeTags(pps_encoder_t &encoder, const QStringList &tags)
 }
 
 /// Finds repeated tags by hash: a foreign document may contain too many for a search in the list.
-void readTags(pps_decoder_t &decoder, PlacePrivate &place)
+void readTags(const json::Decoder &decoder, PlacePrivate &place)
 {
     QSet<QString> known;
     readEach(decoder, "tags", PPS_TYPE_ARRAY, [&] {
@@ -156,14 +156,14 @@ void writeRecord(pps_encoder_t &encoder, const AuxiliaryDataPrivate &record)
     write(encoder, "persistable", record.persistable);
     pps_encoder_start_object(&encoder, "data");
     for (auto property = record.properties.begin(); property != record.properties.end(); ++property)
-        write(encoder, json::toEightBit(property.key()).constData(), property.value());
+        write(encoder, json::toUtf8(property.key()).constData(), property.value());
     pps_encoder_end_object(&encoder);
     pps_encoder_end_object(&encoder);
 }
 
-void readProperty(pps_decoder_t &decoder, AuxiliaryData &record)
+void readProperty(const json::Decoder &decoder, AuxiliaryData &record)
 {
-    const QString key = QString::fromLatin1(pps_decoder_name(&decoder));
+    const QString key = decoder.text(pps_decoder_name(&decoder.codec));
     QString value;
     if (read(decoder, nullptr, value))
         record.addProperty(key, value);
@@ -197,7 +197,7 @@ AuxiliaryData convertedByType(const AuxiliaryData &record)
 }
 
 /// Reads the record in the current element and adds it to the place.
-void readRecord(pps_decoder_t &decoder, PlacePrivate &place)
+void readRecord(const json::Decoder &decoder, PlacePrivate &place)
 {
     qint64 id = PlaceId::UNDEFINED_PERSISTED_ID;
     QString type;
@@ -227,11 +227,28 @@ bool writeDocument(QString &out, Write writeMembers)
     const char *text = pps_encoder_buffer(&encoder);
     if (!text)
         return false;
-    out = QString::fromLatin1(text, pps_encoder_length(&encoder));
+    out = QString::fromUtf8(text, pps_encoder_length(&encoder));
     return true;
 }
 
 } // namespace
+
+bool AbstractPlacePrivate::toJSON(QString &out, int &status) const
+{
+    QString text;
+    if (!toUnicodeJSON(text))
+        return false;
+    // Everything but texts is ASCII, so the whole document can be reduced at once.
+    out = QString::fromLatin1(json::toEightBit(text));
+    status = WRITTEN;
+    return true;
+}
+
+bool AbstractPlacePrivate::fromJSON(pps_decoder_t &decoder, int /*flags*/)
+{
+    readJSON({decoder, PlaceJson::Texts::Latin1});
+    return true;
+}
 
 void AbstractPlacePrivate::encodeJSONCommonData(pps_encoder_t &encoder, int &status) const
 {
@@ -246,7 +263,7 @@ void AbstractPlacePrivate::encodeJSONCommonData(pps_encoder_t &encoder, int &sta
     write(encoder, "lastUsedTime", m_lastUsedTime);
 }
 
-bool AbstractPlacePrivate::decodeJSONCommonData(pps_decoder_t &decoder)
+void AbstractPlacePrivate::decodeJSONCommonData(const json::Decoder &decoder)
 {
     read(decoder, "id", m_id);
     read(decoder, "name", m_name);
@@ -256,7 +273,6 @@ bool AbstractPlacePrivate::decodeJSONCommonData(pps_decoder_t &decoder)
     readNumber(decoder, "certainty", m_certainty);
     readNumber(decoder, "perimeter", m_securityPerimeter);
     read(decoder, "lastUsedTime", m_lastUsedTime);
-    return true;
 }
 
 void AbstractPlacePrivate::encodeJSONLocation(pps_encoder_t &encoder, const Location &location) const
@@ -270,7 +286,7 @@ void AbstractPlacePrivate::encodeJSONLocation(pps_encoder_t &encoder, const Loca
     pps_encoder_end_object(&encoder);
 }
 
-bool AbstractPlacePrivate::decodeJSONLocation(pps_decoder_t &decoder, Location &location)
+bool AbstractPlacePrivate::decodeJSONLocation(const json::Decoder &decoder, Location &location)
 {
     LocationPrivate &data = *LocationPrivate::privateFromPublic(&location);
     return readObject(decoder, "location", [&] {
@@ -282,9 +298,10 @@ bool AbstractPlacePrivate::decodeJSONLocation(pps_decoder_t &decoder, Location &
     });
 }
 
-bool PlacePrivate::toJSON(QString &out, int &status) const
+bool PlacePrivate::toUnicodeJSON(QString &out) const
 {
     return writeDocument(out, [&](pps_encoder_t &encoder) {
+        int status = 0;
         encodeJSONCommonData(encoder, status);
         write(encoder, "complete", true);
         write(encoder, "usageCount", m_usageCount);
@@ -301,10 +318,10 @@ bool PlacePrivate::toJSON(QString &out, int &status) const
     });
 }
 
-bool PlacePrivate::fromJSON(pps_decoder_t &decoder, int)
+void PlacePrivate::readJSON(const json::Decoder &decoder)
 {
     *this = PlacePrivate();
-    const bool done = decodeJSONCommonData(decoder);
+    decodeJSONCommonData(decoder);
     read(decoder, "usageCount", m_usageCount);
     read(decoder, "expiryTime", m_expiredTime);
     read(decoder, "creationTime", m_createdTime);
@@ -316,12 +333,12 @@ bool PlacePrivate::fromJSON(pps_decoder_t &decoder, int)
         const PPSDecoder::PushResourceManager element(decoder, nullptr);
         readRecord(decoder, *this);
     });
-    return done;
 }
 
-bool PlaceHeaderPrivate::toJSON(QString &out, int &status) const
+bool PlaceHeaderPrivate::toUnicodeJSON(QString &out) const
 {
     return writeDocument(out, [&](pps_encoder_t &encoder) {
+        int status = 0;
         encodeJSONCommonData(encoder, status);
         writeUnlessEmpty(encoder, "__externalId", m_externalId);
         writeUnlessEmpty(encoder, "__auxDataType", m_auxiliaryDataType);
@@ -334,11 +351,11 @@ bool PlaceHeaderPrivate::toJSON(QString &out, int &status) const
     });
 }
 
-bool PlaceHeaderPrivate::fromJSON(pps_decoder_t &decoder, int)
+void PlaceHeaderPrivate::readJSON(const json::Decoder &decoder)
 {
     *this = PlaceHeaderPrivate();
     m_location.setZoom(Location().zoom()); // assignment does not copy the zoom
-    const bool done = decodeJSONCommonData(decoder);
+    decodeJSONCommonData(decoder);
     read(decoder, "__externalId", m_externalId);
     read(decoder, "__auxDataType", m_auxiliaryDataType);
     read(decoder, "__dataMask", m_dataMask);
@@ -347,7 +364,6 @@ bool PlaceHeaderPrivate::fromJSON(pps_decoder_t &decoder, int)
     if (QString url; read(decoder, "primaryUrl", url))
         m_primaryUrl = QUrl(url);
     decodeJSONLocation(decoder, m_location);
-    return done;
 }
 
 } // namespace vela::platform::places

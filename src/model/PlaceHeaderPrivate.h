@@ -40,8 +40,8 @@ public:
     QString primaryPhoneNumber() const override { return m_primaryPhoneNumber; }
     QUrl primaryUrl() const override { return m_primaryUrl; }
     QUrl mapUrl() const override;
-    bool fromJSON(pps_decoder_t &decoder, int flags) override;
-    bool toJSON(QString &out, int &status) const override;
+    void readJSON(const json::Decoder &decoder) override;
+    bool toUnicodeJSON(QString &out) const override;
 
     static PlaceHeaderPrivate *privateFromPublic(PlaceHeader *header) { return header->privatePart(); }
     static const PlaceHeaderPrivate *privateFromPublic(const PlaceHeader *header) { return header->privatePart(); }

@@ -83,12 +83,13 @@ Refusal makePlace(pps_decoder_t &decoder, std::unique_ptr<AbstractPlace> &place)
 }
 
 /// Reads a document to a place; null when it is refused.
-Refusal readDocument(const QByteArray &document, std::unique_ptr<AbstractPlace> &place)
+Refusal readDocument(const QByteArray &document, Texts texts, std::unique_ptr<AbstractPlace> &place)
 {
     QString text;
     if (Refusal refusal = decodeUtf8(document, text); !refusal.isEmpty())
         return refusal;
-    QByteArray bytes = json::toEightBit(withoutWideEscapes(text));
+    text = withoutWideEscapes(text);
+    QByteArray bytes = texts == Texts::Latin1 ? json::toEightBit(text) : json::toUtf8(text);
     PPSDecoder decoder;
     if (!decoder.init())
         throw std::bad_alloc();
@@ -99,7 +100,7 @@ Refusal readDocument(const QByteArray &document, std::unique_ptr<AbstractPlace> 
     const PPSDecoder::PushResourceManager object(decoder, nullptr);
     Refusal refusal = makePlace(*&decoder, place);
     if (refusal.isEmpty())
-        AbstractPlacePrivate::privateFromPublic(place.get())->fromJSON(*&decoder, 0);
+        AbstractPlacePrivate::privateFromPublic(place.get())->readJSON({*&decoder, texts});
     return refusal;
 }
 
@@ -130,10 +131,19 @@ std::unique_ptr<Wanted> readAndReport(Error::Type *error, QString *reason, Read 
 
 QByteArray write(const AbstractPlace &place)
 {
+    return write(place, Texts::Latin1);
+}
+
+QByteArray write(const AbstractPlace &place, Texts texts)
+{
     try {
+        const AbstractPlacePrivate &data = *AbstractPlacePrivate::privateFromPublic(&place);
         QString text;
         int status = 0;
-        AbstractPlacePrivate::privateFromPublic(&place)->toJSON(text, status);
+        if (texts == Texts::Latin1)
+            data.toJSON(text, status);
+        else
+            data.toUnicodeJSON(text);
         return text.toUtf8();
     } catch (const std::bad_alloc &) {
         return {};
@@ -142,14 +152,25 @@ QByteArray write(const AbstractPlace &place)
 
 std::unique_ptr<AbstractPlace> read(const QByteArray &document, Error::Type *error, QString *reason)
 {
-    return readAndReport<AbstractPlace>(error, reason, [&](auto &place) { return readDocument(document, place); });
+    return read(document, Texts::Latin1, error, reason);
+}
+
+std::unique_ptr<AbstractPlace> read(const QByteArray &document, Texts texts, Error::Type *error, QString *reason)
+{
+    return readAndReport<AbstractPlace>(error, reason,
+                                        [&](auto &place) { return readDocument(document, texts, place); });
 }
 
 std::unique_ptr<Place> readPlace(const QByteArray &document, Error::Type *error, QString *reason)
 {
+    return readPlace(document, Texts::Latin1, error, reason);
+}
+
+std::unique_ptr<Place> readPlace(const QByteArray &document, Texts texts, Error::Type *error, QString *reason)
+{
     return readAndReport<Place>(error, reason, [&](std::unique_ptr<Place> &place) {
         std::unique_ptr<AbstractPlace> any;
-        Refusal refusal = readDocument(document, any);
+        Refusal refusal = readDocument(document, texts, any);
         if (refusal.isEmpty() && !qobject_cast<Place *>(any.get()))
             return QStringLiteral("The document is that of a place header, not of a full place.");
         place.reset(qobject_cast<Place *>(any.release()));

@@ -34,8 +34,8 @@ public:
     QString primaryPhoneNumber() const override;
     QUrl primaryUrl() const override;
     QUrl mapUrl() const override;
-    bool fromJSON(pps_decoder_t &decoder, int flags) override;
-    bool toJSON(QString &out, int &status) const override;
+    void readJSON(const json::Decoder &decoder) override;
+    bool toUnicodeJSON(QString &out) const override;
 
     static PlacePrivate *privateFromPublic(Place *place) { return place->privatePart(); }
     static const PlacePrivate *privateFromPublic(const Place *place) { return place->privatePart(); }

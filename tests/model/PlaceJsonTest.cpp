@@ -150,6 +150,28 @@ TEST(PlaceJson, HoldsWhatEightBitsCanHoldHoweverItIsSpelled)
         EXPECT_EQ(nameIn(bad), QStringLiteral("(refused)")) << bad;
 }
 
+TEST(PlaceJson, KeepsAllOfUnicodeWhenAsked)
+{
+    constexpr PlaceJson::Texts UNICODE = PlaceJson::Texts::Unicode;
+    const QString text = QStringLiteral("\uFEFFZü\"\\\n€ж😀\uFFFF.");
+    Place place;
+    place.setName(text + QChar(QChar::Null) + QChar(0xD83D) + QStringLiteral("."));
+    place.addTag(text);
+    AuxiliaryData record(QStringLiteral("own"));
+    record.addProperty(text, text);
+    place.addAuxiliaryData(record);
+    const QByteArray document = PlaceJson::write(place, UNICODE);
+    const auto read = PlaceJson::readPlace(document, UNICODE);
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->name(), text + QStringLiteral("??."));
+    EXPECT_EQ(read->tag(0), text);
+    EXPECT_EQ(read->auxiliaryData(0).property(text), text);
+    EXPECT_EQ(PlaceJson::write(*read, UNICODE), document);
+    EXPECT_EQ(written(*PlaceJson::readPlace(document)), written(place)) << "either form reads the other";
+    const auto spelled = PlaceJson::read(R"({"complete":true,"name":"\u20ac\ud83d\ude00\ud800\u0000."})", UNICODE);
+    EXPECT_EQ(spelled->name(), QStringLiteral("€😀??."));
+}
+
 TEST(PlaceJson, IsRefusedWholeAndWithAReason)
 {
     const std::string deep = std::string(1000, '[') + std::string(1000, ']');

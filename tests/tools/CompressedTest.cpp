@@ -137,6 +137,7 @@ TEST(CompressedTest, OneFileOfAnArchiveIsRead)
         {member("__MACOSX/._b.kml") + member("i.png") + member("\xC3\xA9.csv") + archive("b.csv"), "\xC3\xA9.csv"},
         {emptyMember("folder/") + archive("folder/a.json"), "folder/a.json"},
         {crowd + archive("a.gpx"), "a.gpx"},
+        {member("a.gpx"), "a.gpx"},
     };
     for (const auto &row : cases) {
         const Outcome outcome = read(row.file);
@@ -174,6 +175,9 @@ TEST(CompressedTest, WhatIsDamagedIsNamed)
         }
         EXPECT_NE(read(file.left(30)).problem, "") << ending;
     }
+    // A block header that asks for a dictionary of 4 GiB, with its CRC-32.
+    QByteArray greedy = compressed(Compression::Xz, "abc");
+    greedy.replace(12, 12, QByteArray::fromHex("0200210128000000e6a011b3"));
     const struct
     {
         QByteArray file;
@@ -182,6 +186,7 @@ TEST(CompressedTest, WhatIsDamagedIsNamed)
         {compressed(Compression::Gzip, bytes).chopped(2), "the gzip file is cut"},
         {changed(compressed(Compression::Gzip, "abc"), 15), "the gzip file is damaged: incorrect"},
         {changed(compressed(Compression::Zip, "abc", "a.csv"), 6), "a.csv in the zip archive is encrypted"},
+        {greedy, "needs more than 128 MiB of memory"},
         {compressed(Compression::Zip, "abc", "a.png"), "no file in the zip archive"},
         {QByteArray("PK\5\6") + QByteArray(18, '\0'), "no file in the zip archive"},
     };

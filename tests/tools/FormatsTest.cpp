@@ -126,6 +126,12 @@ PlacePointer throughDocument(const PlacePointer &place)
     return PlaceJson::readPlace(PlaceJson::write(*place));
 }
 
+PlacePointer throughUnicodeDocument(const PlacePointer &place)
+{
+    constexpr PlaceJson::Texts UNICODE = PlaceJson::Texts::Unicode;
+    return PlaceJson::readPlace(PlaceJson::write(*place, UNICODE), UNICODE);
+}
+
 PlacePointer throughMapLink(const PlacePointer &place)
 {
     auto read = std::make_unique<Place>();
@@ -170,9 +176,16 @@ constexpr struct
     PlacePointer (*pass)(const PlacePointer &place);
     qint64 id; ///< What is stored already cannot be given to a service.
 } FORMS[] = {
-    {"bytes", throughBytes, 4711},   {"JSON document", throughDocument, 4711}, {"map link", throughMapLink, 4711},
-    {"service", throughService, -1}, {"GeoJSON", throughGeoJson, 4711},        {"GPX", throughFile<GPX>, 4711},
-    {"KML", throughFile<KML>, 4711}, {"CSV", throughFile<CSV>, 4711},          {"vCard", throughFile<VCARD>, 4711},
+    {"bytes", throughBytes, 4711},
+    {"JSON document", throughDocument, 4711},
+    {"JSON document, Unicode", throughUnicodeDocument, 4711},
+    {"map link", throughMapLink, 4711},
+    {"service", throughService, -1},
+    {"GeoJSON", throughGeoJson, 4711},
+    {"GPX", throughFile<GPX>, 4711},
+    {"KML", throughFile<KML>, 4711},
+    {"CSV", throughFile<CSV>, 4711},
+    {"vCard", throughFile<VCARD>, 4711},
 };
 
 // ------------------------------------------------------------------------------------------------------ the members

@@ -195,6 +195,12 @@ TEST_F(PlacesTool, AnExportCanBeImportedAndGoesIntoAPipe)
         const Outcome outcome = places(QStringList{QStringLiteral("import"), service.path(name)});
         EXPECT_EQ(outcome.out, "0 imported, 1 skipped, 0 failed\n") << name << outcome.err;
     }
+    EXPECT_EQ(places("add Łód --at 1,2").status, 0);
+    EXPECT_THAT(places("export --format json").out, HasSubstr("\"name\":\"Łód\""));
+    const Outcome reduced = places("export --format json-latin1");
+    EXPECT_THAT(reduced.out, HasSubstr("\"name\":\"?ód\""));
+    EXPECT_THAT(reduced.err, HasSubstr("1 place has characters that ISO 8859-1 does not have"));
+    EXPECT_EQ(reduced.status, 0);
     EXPECT_EQ(places("export /no/such/folder/x").status, 1);
     const QByteArray pipe = service.path("pipe").toLocal8Bit();
     ASSERT_EQ(::mkfifo(pipe.constData(), 0600), 0);

@@ -99,6 +99,8 @@ public:
             check(m_writer->end());
         if (m_status == Done && m_compressor)
             check(m_compressor->finish());
+        if (const QString note = m_writer->note(); m_status == Done && !note.isEmpty())
+            complain(m_title, note);
         return m_status;
     }
 

@@ -150,7 +150,7 @@ void printPlace(const Place &place, Form form)
     case Form::Json:
         return printJson(toGeoJson(place));
     case Form::Document:
-        return printJson(PlaceJson::write(place));
+        return printJson(PlaceJson::write(place, PlaceJson::Texts::Unicode));
     }
 }
 
