@@ -1,14 +1,24 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "PlaceChoice.h"
 #include "Report.h"
+
+#include <QtCore/QString>
 
 namespace tool
 {
 
-/// Writes every stored place to a file, which is replaced only when all are written, or to standard output under the
-/// name "-". Texts are written as they are, but on a terminal: there they have escapes, see printableJson().
-/// @param format name of the format; empty to go by the file's extension, and else for GeoJSON.
-ExitStatus exportPlaces(const QString &path, const QString &format);
+struct ExportOptions
+{
+    QString path;   ///< "-" for standard output.
+    QString format; ///< Name of the format; empty to go by the file's extension, and else for GeoJSON.
+    PlaceChoice choice;
+};
+
+/// Writes the chosen places to a file, which is replaced only when all are written. Texts are written as they are, but
+/// on a terminal: there they have escapes, see printableJson().
+/// @param count how many were written.
+ExitStatus exportPlaces(const ExportOptions &options, qint64 &count);
 
 } // namespace tool

@@ -1,5 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
+#include "ChoiceOptions.h"
+#include "ChosenPlaces.h"
 #include "Commands.h"
 #include "formats/JsonWriter.h"
 #include "Options.h"
@@ -11,8 +13,13 @@
 #include <places/PlaceSearchManager.h>
 #include <places/SearchHandle.h>
 
+#include <QtCore/QList>
+#include <QtCore/QSharedPointer>
+
 #include <cstdio>
 #include <memory>
+#include <optional>
+#include <vector>
 
 namespace tool
 {
@@ -28,24 +35,33 @@ constexpr int TYPES_WIDTH = 30;
 
 struct FindOptions
 {
-    std::vector<std::string> terms;
-    std::string position;
-    std::vector<std::string> tags;
-    std::string sort = "relevance";
+    ChoiceOptions choice;
+    std::string sort;
     Page page;
 };
 
-SortRule sortRuleOf(const FindOptions &options)
+/// Nothing where the conditions say what comes first.
+std::optional<SortRule> sortRuleOf(const FindOptions &options, const PlaceChoice &choice)
 {
-    if (!options.position.empty())
-        return SortRule::createDistanceSortRule(parsePosition(options.position), SortOrder::Ascending);
     if (options.sort == "name")
         return SortRule::createSimpleSortRule(SortField::Name, SortOrder::Ascending);
     if (options.sort == "recent")
         return SortRule::createSimpleSortRule(SortField::LastUsedTime, SortOrder::Descending);
     if (options.sort == "new")
         return SortRule::createSimpleSortRule(SortField::CreationTime, SortOrder::Descending);
-    return {};
+    if (choice.centre.isValid())
+        return choice.sort();
+    return options.sort == "relevance" || !choice.needsFilter() ? std::optional(SortRule()) : std::nullopt;
+}
+
+using Found = QList<QSharedPointer<AbstractPlace>>;
+
+Found owned(const QList<PlaceHeader *> &headers)
+{
+    Found found;
+    for (PlaceHeader *header : headers)
+        found.append(QSharedPointer<AbstractPlace>(header));
+    return found;
 }
 
 /// Runs a find and prints what it found, with distances from `centre` if that is valid.
@@ -54,55 +70,78 @@ ExitStatus printFound(const char *command, Form form, Find find, const Coordinat
 {
     Error::Type error = Error::Success;
     SearchHandle handle;
-    std::vector<std::unique_ptr<PlaceHeader>> found;
-    for (PlaceHeader *place : find(&error, &handle))
-        found.emplace_back(place);
+    const Found found = find(&error, &handle);
     const ExitStatus status = report(error, QLatin1String(command));
     if (status != Done)
         return status;
     PlaceList places;
     for (const auto &place : found)
-        places.append(place.get());
+        places.append(place.data());
     printPlaces(places, handle.hasMoreData(), form, centre);
     return Done;
 }
 
-ExitStatus findPlaces(const FindOptions &options, Form form)
+/// Finds places that the service cannot select by itself.
+ExitStatus findFiltered(const PlaceChoice &choice, const std::optional<SortRule> &sort, const Page &page, Form form)
 {
+    std::vector<qint64> ids;
+    bool hasMore = false;
+    qint64 count = 0;
+    const Error::Type error = choice.forEach(sort, [&](const AbstractPlace &place) {
+        if (count++ < page.offset)
+            return true;
+        hasMore = ids.size() >= static_cast<std::size_t>(page.limit);
+        if (!hasMore)
+            ids.push_back(place.id());
+        return !hasMore;
+    });
+    const ExitStatus status = report(error, QStringLiteral("find"));
+    return status == Done ? listPlaces(ids, hasMore, form, choice.centre) : status;
+}
+
+/// By words alone, contacts are found too.
+ExitStatus findPlaces(const char *command, const FindOptions &options, Form form)
+{
+    PlaceChoice choice;
+    if (const QString problem = options.choice.read(choice, false); !problem.isEmpty())
+        return misuse(command, problem);
+    const std::optional<SortRule> sort = sortRuleOf(options, choice);
+    const Page &page = options.page;
+    if (choice.needsFilter())
+        return findFiltered(choice, sort, page, form);
     const auto find = [&](Error::Type *error, SearchHandle *handle) {
-        const PlaceManager manager;
-        const SortRule sort = sortRuleOf(options);
-        const Page &page = options.page;
-        return options.tags.empty()
-                   ? manager.findPlaces(joined(options.terms), error, handle, sort, page.offset, page.limit)
-                   : manager.findPlacesByTags(texts(options.tags), error, handle, sort, page.offset, page.limit);
+        return choice.isOfWordsOnly()
+                   ? owned(PlaceManager().findPlaces(choice.words, error, handle, *sort, page.offset, page.limit))
+                   : InternalPlaceManager().findMixedPlaces(choice.rule(), error, handle, *sort, page.offset,
+                                                            page.limit);
     };
-    return printFound("find", form, find, parsePosition(options.position));
+    return printFound(command, form, find, choice.centre);
 }
 
 void addFind(CLI::App &app, Context &context)
 {
     const auto options = std::make_shared<FindOptions>();
-    const auto run = [&context, options] {
-        context.run = [&context, options] { return findPlaces(*options, context.form); };
-    };
-
-    CLI::App *find = app.add_subcommand("find", "Find places by the beginnings of words in their names");
-    CLI::Option *term = find->add_option("TERM", options->terms, "Words to look for; none for every place");
-    addListOption(*find, "--tag", options->tags, "Places with this tag instead; may be given several times")
-        ->excludes(term);
-    find->add_option("--near", options->position, "Nearest to this position first")->transform(IsPosition);
-    find->add_option("--sort", options->sort, "What comes first")
-        ->check(CLI::IsMember({"relevance", "name", "recent", "new"}))
-        ->capture_default_str();
+    CLI::App *find = app.add_subcommand("find", "Find places by the beginnings of words in their names, and more");
+    find->add_option("TERM", options->choice.words, "Words to look for; none for every place");
+    options->choice.addTo(*find);
+    find->add_option("--sort", options->sort, "What comes first; else what is nearest, or relevance")
+        ->check(CLI::IsMember({"relevance", "name", "recent", "new"}));
     addPageOptions(*find, options->page);
-    find->callback(run);
+    find->callback([&context, options] {
+        context.run = [&context, options] { return findPlaces("find", *options, context.form); };
+    });
 
+    const auto nearOptions = std::make_shared<FindOptions>();
     CLI::App *near = app.add_subcommand("near", "List the places nearest to a position");
-    near->add_option("POSITION", options->position, "Position in degrees")->required()->transform(IsPosition);
-    near->add_option("TERM", options->terms, "Words to look for in the names");
-    addPageOptions(*near, options->page);
-    near->callback(run);
+    near->add_option("POSITION", nearOptions->choice.position, "Position in degrees")
+        ->required()
+        ->transform(IsPosition);
+    near->add_option("TERM", nearOptions->choice.words, "Words to look for in the names");
+    nearOptions->choice.addRadiusOption(*near);
+    addPageOptions(*near, nearOptions->page);
+    near->callback([&context, nearOptions] {
+        context.run = [&context, nearOptions] { return findPlaces("near", *nearOptions, context.form); };
+    });
 }
 
 ExitStatus listRecentTerms(const QString &prefix, Form form)
@@ -139,8 +178,8 @@ void addRecent(CLI::App &app, Context &context)
         }
         context.run = [&context, options] {
             return printFound("recent", context.form, [&](Error::Type *error, SearchHandle *handle) {
-                return PlaceManager().findRecentPlaces(error, handle, options->onlyMine, 0, options->page.offset,
-                                                       options->page.limit);
+                return owned(PlaceManager().findRecentPlaces(error, handle, options->onlyMine, 0, options->page.offset,
+                                                             options->page.limit));
             });
         };
     });
@@ -148,17 +187,22 @@ void addRecent(CLI::App &app, Context &context)
 
 void addContacts(CLI::App &app, Context &context)
 {
-    const auto options = std::make_shared<FindOptions>();
+    struct Options
+    {
+        std::vector<std::string> terms;
+        Page page;
+    };
+    const auto options = std::make_shared<Options>();
     CLI::App *contacts = app.add_subcommand("contacts", "List the addresses of contacts, by name");
     contacts->add_option("TERM", options->terms, "Words to look for; none for every contact");
     addPageOptions(*contacts, options->page);
     contacts->callback([&context, options] {
         context.run = [&context, options] {
             return printFound("contacts", context.form, [&](Error::Type *error, SearchHandle *handle) {
-                return InternalPlaceManager().findContacts(
+                return owned(InternalPlaceManager().findContacts(
                     error, handle, joined(options->terms),
                     SortRule::createSimpleSortRule(SortField::Name, SortOrder::Ascending), options->page.offset,
-                    options->page.limit);
+                    options->page.limit));
             });
         };
     });
