@@ -17,7 +17,7 @@ namespace
 constexpr char REQUEST_TAG[] = "a tag of twenty chars";
 /// Length, return code and reply type.
 constexpr std::array<int, 3> REPLY = {8, 0, 263};
-/// Length, then what Protocol::addTag() sends: head, id and tag.
+/// Length, then the request of Protocol::addTag(): header, id and tag.
 constexpr std::size_t REQUEST_SIZE = 4 + 12 + 8 + 4 + sizeof REQUEST_TAG - 1;
 
 bench::FixedServer *server = nullptr;

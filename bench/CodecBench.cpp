@@ -80,7 +80,7 @@ struct PlainPlace
     QString primary[5];
 };
 
-/// Visits the fields in their order, so that one description serves the hand-written codec and QDataStream both ways.
+/// Visits the fields in order: one description for the hand-written codec and QDataStream, in both directions.
 template <typename Visitor, typename Coordinate>
 void visitCoordinate(Visitor &visitor, Coordinate &coordinate)
 {
@@ -172,7 +172,7 @@ void visitPlace(Visitor &visitor, Place &place)
     visitor(place.aliases);
 }
 
-/// The plainest way to write the wire format.
+/// The simplest writer of the wire format.
 struct PlainWriter
 {
     static constexpr bool READS = false;
@@ -220,7 +220,7 @@ struct PlainWriter
     }
 };
 
-/// The plainest way to read it, from bytes that are known to be good.
+/// The simplest reader, for valid bytes.
 struct PlainReader
 {
     static constexpr bool READS = true;
@@ -301,7 +301,7 @@ struct StreamReader
 
 constexpr int HEADERS = 20;
 
-/// The bytes of an encoder, of which the benchmarks make their input.
+/// The bytes of an encoder, as input for the benchmarks.
 std::string bytesOf(const PlacesAPIEncoder &encoder)
 {
     char *data = nullptr;

@@ -23,7 +23,7 @@ namespace bench
 class FixedServer
 {
 public:
-    /// @param reply the length of the reply and then the reply.
+    /// @param reply the length of the reply and the reply.
     explicit FixedServer(std::string reply)
         : m_reply(std::move(reply))
     {

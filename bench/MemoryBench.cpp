@@ -13,17 +13,17 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-// What the client needs at most to import and export many places, against what it needs for few: files are read and
-// written one place at a time, so that their size must not matter. This process stays small, for a child is never
-// counted smaller than the process it came from.
+// Peak memory of the client for import and export of many places, relative to few places: files are processed one place
+// at a time, so their size must not matter. This process stays small, because a child is never counted smaller than its
+// parent.
 
 namespace
 {
 
-constexpr int FEW = 1000; // a page of an export
+constexpr int FEW = 1000; // one page of an export
 constexpr int MANY = 5000;
 constexpr double LIMIT = 1.25;
-constexpr int TEXT_SIZE = 2000; // two of these files are of 2 and 10 MB
+constexpr int TEXT_SIZE = 2000; // the files of two such texts have 2 and 10 MB
 
 struct FileFormat
 {
@@ -46,7 +46,7 @@ constexpr FileFormat FORMATS[] = {
     {"csv", "name,latitude,longitude,description\n", "A,46,7,", "\n", "", ""},
 };
 
-/// Ends the benchmark when a step of it fails: what it printed would mean nothing.
+/// Ends the benchmark when a step fails.
 void require(bool isDone, const char *step)
 {
     if (isDone)
@@ -68,7 +68,7 @@ void writeFile(const QByteArray &path, const FileFormat &format, int count)
     require(std::fclose(file) == 0, "writing a file");
 }
 
-/// Most resident memory of a run of the client, in MiB.
+/// Peak resident memory of a run of the client, in MiB.
 double peakOf(const char *command, const QByteArray &path, const char *option = nullptr)
 {
     const char *arguments[] = {PROGRAMS "/places", "--no-start", command, path.constData(), option, nullptr};
@@ -76,7 +76,7 @@ double peakOf(const char *command, const QByteArray &path, const char *option = 
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
     pid_t child = 0;
-    // posix_spawn() changes none of the arguments.
+    // posix_spawn() does not change the arguments.
     const int error = ::posix_spawn(&child, arguments[0], &actions, nullptr, const_cast<char **>(arguments), environ);
     posix_spawn_file_actions_destroy(&actions);
     int status = 0;
@@ -91,7 +91,7 @@ struct Peaks
     double export_ = 0;
 };
 
-/// Imports a file into a new store, and exports what is in it then.
+/// Imports a file into a new store, then exports the store.
 Peaks peaksOf(const FileFormat &format, int count)
 {
     const Placesd service;

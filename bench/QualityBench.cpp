@@ -17,7 +17,7 @@
 #include <cstdlib>
 #include <iterator>
 
-// How well searches find what was meant: questions as people type them, to services that know the places of some files.
+// How well searches find the intended place: queries as people type them, to services with the places of some files.
 
 using namespace bench;
 using vela::platform::places::SearchResultGroup;
@@ -29,7 +29,7 @@ constexpr ShownGroups OF_THE_GAZETTEER{SearchResultGroup::Suggestions, SearchRes
                                        "box"};
 constexpr ShownGroups OF_THE_STORE{SearchResultGroup::Local, SearchResultGroup::NonContacts, "local", "box"};
 
-/// Prefix of the sets that are asked of the file of names.
+/// Prefix of the sets for the file of names.
 constexpr char NAMES_PREFIX[] = "names: ";
 
 QString sourceFile(const char *path)
@@ -59,7 +59,7 @@ void append(List &list, List &&more)
 struct World
 {
     QStringList files;
-    int made = 0; ///< Places beside those of the files.
+    int made = 0; ///< Generated places in addition to those of the files.
     bool withHostile = false;
 };
 
@@ -81,7 +81,7 @@ std::vector<AskedSet> askOfTheWorld(const World &world, std::uint64_t seed, bool
     return askAll(files, sets, areStored);
 }
 
-/// The airports are beside the cities of the file, so that a name is not found for want of others.
+/// The airports are added to the cities of the file, so that names have competitors.
 std::vector<AskedSet> askOfNames(const QString &airports, std::uint64_t seed, bool areStored)
 {
     const QString names = sourceFile("bench/quality/names.geojson");

@@ -14,11 +14,11 @@ public:
         : m_state(seed)
     {}
 
-    /// An evenly distributed number from 0 up to, but not including, `end`, which is above 0.
+    /// A uniformly distributed number in [0, end); `end` is above 0.
     std::uint64_t below(std::uint64_t end) { return next64() % end; }
-    /// The same as a fraction of 1.
+    /// A uniformly distributed number in [0, 1).
     double fraction() { return static_cast<double>(next64() >> 11) * 0x1p-53; }
-    /// An element of a list that is not empty.
+    /// An element of a non-empty list.
     template <typename List>
     auto &oneOf(const List &list)
     {

@@ -46,7 +46,7 @@ int runAndPrint(int argc, char **argv, const std::vector<Ratio> &ratios)
 {
     benchmark::Initialize(&argc, argv);
     std::map<std::string, std::vector<double>> times;
-    // Round by round, so that what slows the machine down for a while slows down both sides of a ratio.
+    // In rounds, so that a temporary slowdown of the machine affects both sides of a ratio.
     for (int round = 0; round < ROUNDS; ++round) {
         Collector collector(times);
         benchmark::RunSpecifiedBenchmarks(&collector);

@@ -4,21 +4,21 @@
 #include <string>
 #include <vector>
 
-/// Benchmarks as ratios: what is measured against a limit that is measured in the same run.
+/// Benchmarks as ratios: a measurement divided by a baseline of the same run.
 namespace bench
 {
 
-/// One line of the outcome.
+/// One line of the report.
 struct Ratio
 {
     std::string what;
-    std::string subject;  ///< Name of the benchmark that is ours.
-    std::string baseline; ///< Name of the one that it is measured against.
+    std::string subject;  ///< Name of the measured benchmark.
+    std::string baseline; ///< Name of the baseline benchmark.
     double limit;
 };
 
 /// Runs all registered benchmarks several times and prints, for each ratio, the medians, the ratio and its limit.
-/// Returns main()'s status, which is 0 whatever the ratios are: machines are noisy.
+/// Returns the exit status, which is 0 for any ratio, because machines are noisy.
 int runAndPrint(int argc, char **argv, const std::vector<Ratio> &ratios);
 
 } // namespace bench

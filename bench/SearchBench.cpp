@@ -16,7 +16,7 @@ namespace
 
 const QString TERM = QStringLiteral("caf");
 
-/// From the call of a search, as a keystroke makes it, to the first local results in the thread that called.
+/// From the call of a search, as for a keystroke, to the first local results in the calling thread.
 void keystrokeToFirstGroup(benchmark::State &state)
 {
     SearchManager manager;
@@ -30,7 +30,7 @@ void keystrokeToFirstGroup(benchmark::State &state)
 }
 BENCHMARK(keystrokeToFirstGroup)->UseRealTime();
 
-/// The same search, made and waited for in one thread.
+/// The same search as a blocking call on one thread.
 void oneRoundTrip(benchmark::State &state)
 {
     const InternalPlaceManager manager;
@@ -44,7 +44,7 @@ void oneRoundTrip(benchmark::State &state)
 }
 BENCHMARK(oneRoundTrip)->UseRealTime();
 
-/// Twenty headers and the paging state, behind their length.
+/// Twenty headers and the paging state, after their length.
 std::string foundReply()
 {
     using namespace wire;

@@ -13,8 +13,8 @@
 #include <algorithm>
 #include <cstdio>
 
-// How long a places service takes to answer, by the number of stored places: for every question the times of a client
-// that uses the library, against a fetch by id in the same run.
+// Response times of a places service by the number of stored places: for every query the times of a client that uses
+// the library, relative to a fetch by id in the same run.
 
 using namespace bench;
 
@@ -23,10 +23,10 @@ namespace
 
 constexpr int GAZETTEER_PLACES = 20000;
 constexpr int CONTACTS = 500;
-/// Smallest store that growth is measured from: below it, what is the same for every store counts for too much.
+/// Smallest store for measuring growth: in smaller ones constant costs dominate.
 constexpr int GROWTH_FROM = 138000;
 
-/// What the services find beside the stored places.
+/// Sources of the services other than the store.
 struct SourceFolder
 {
     SourceFolder()
@@ -65,7 +65,7 @@ void askQuestions(std::vector<AskedStore> &stores, const SourceFolder &sources, 
     }
 }
 
-/// Uses a new service, which may run on all processors.
+/// Uses a new service that may run on all processors.
 void measureReaders(AskedStore &store, const SourceFolder &sources)
 {
     const ServedStore served(store.made, sources.gazetteer, sources.contacts);

@@ -1,4 +1,4 @@
-# What is installed, and how other projects find it.
+# Installation, with package files for other projects.
 include(CMakePackageConfigHelpers)
 
 set_target_properties(velaplatformplaces PROPERTIES EXPORT_NAME Places)

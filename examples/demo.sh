@@ -1,10 +1,10 @@
 #!/bin/sh
-# Shows the client and the service at work on real data, in a temporary folder that is gone afterwards.
+# Demonstrates the client and the service with real data, in a temporary folder that is deleted afterwards.
 set -eu
 . "$(dirname "$0")/private_service.sh"
 start_service
 
-# Shows a command as one would type it, and runs it.
+# Prints a command and runs it.
 run() {
     printf '\n$ places %s\n' "$*"
     "$bin/places" --no-start "$@"
@@ -27,7 +27,7 @@ house=$("$bin/places" --json find 'lake house' | sed 's/.*"id":\([0-9]*\).*/\1/'
 run update "$house" --name 'House by the lake' --phone '+41 44 555 01 23'
 run link "$house"
 run --json find 'house lake'
-# Three searches, one after the other as one types; only the last is answered.
+# Three searches, as while typing; only the last one is answered.
 printf '\n$ printf '"'%s'"' | search_box\n' 'zur\nzuri\nzurich\n'
 printf 'zur\nzuri\nzurich\n' | "$bin/search_box"
 run search zur --limit 3

@@ -1,8 +1,8 @@
-# Read by a script of this folder whose first argument is the folder of the programs.
+# Sourced by the scripts of this folder. Their first argument is the folder of the programs.
 bin=$(cd "$1" && pwd)
 data=$(cd "$(dirname "$0")/data" && pwd)
 
-# Starts a places service with these options in a temporary folder that is gone with the script.
+# Starts a places service with these options in a temporary folder, which the script deletes when it ends.
 start_service() {
     VELA_CHANNEL_DIR=$(mktemp -d)
     export VELA_CHANNEL_DIR

@@ -1,6 +1,6 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
-// Saves a place, finds it again, and prints the link that shows it on a map.
+// Saves a place, finds it, and prints a link that shows it on a map.
 
 #include <places/Place.h>
 #include <places/PlaceHeader.h>

@@ -1,5 +1,6 @@
 #!/bin/sh
-# Makes pictures of places_browser on real data: screenshot.sh FOLDER_OF_PROGRAMS PICTURE PICTURE_OF_A_SLIP.
+# Takes screenshots of places_browser with real data: screenshot.sh FOLDER_OF_PROGRAMS PICTURE
+# PICTURE_OF_A_TYPING_ERROR.
 set -eu
 . "$(dirname "$0")/private_service.sh"
 start_service --gazetteer "$data/cities.geojson"

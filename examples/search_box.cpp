@@ -1,7 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
-// Searches while one types: each line of standard input replaces the search before, and every group is printed as soon
-// as it is found. What a replaced search would have found is never reported.
+// Searches while the user types: each line of standard input replaces the previous search, and each group is printed
+// when it is found. Replaced searches are not reported.
 
 #include <places/AbstractPlace.h>
 #include <places/SearchManager.h>

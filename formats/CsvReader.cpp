@@ -26,7 +26,7 @@ namespace
 /// Most columns of a row.
 constexpr int MAX_COLUMNS = 1000;
 
-/// The character between the fields: the one that the first line has most of, outside quotation marks.
+/// The character between the fields: the most frequent candidate in the first line, outside quotation marks.
 unsigned char separatorOf(const QByteArray &head)
 {
     std::map<char, int> counts;
@@ -45,7 +45,7 @@ unsigned char separatorOf(const QByteArray &head)
     return static_cast<unsigned char>(best);
 }
 
-/// What a column is called here; names that are not known stay as they are.
+/// The property name for a column heading; an unknown heading is used as it is.
 QString columnName(const QString &heading)
 {
     static constexpr struct
@@ -69,7 +69,7 @@ QString columnName(const QString &heading)
     return heading;
 }
 
-/// Takes the rows as the parser finds them.
+/// Receives the rows from the parser.
 class CsvReader
 {
 public:
@@ -99,7 +99,7 @@ public:
         if (csv_fini(&m_parser, onField, onRow, this) != 0)
             return parseProblem();
         if (m_columns.isEmpty() && m_problem.isEmpty())
-            return QStringLiteral("not CSV: there is no row that names the columns");
+            return QStringLiteral("not CSV: the row with the names of the columns is missing");
         return m_problem;
     }
 
@@ -121,7 +121,7 @@ private:
         const bool isTooLarge = csv_error(&m_parser) == CSV_ENOMEM;
         return QStringLiteral("not CSV in row %1: %2")
             .arg(m_row + 1)
-            .arg(QLatin1String(isTooLarge ? "a field is too large" : "a quotation mark out of place"));
+            .arg(QLatin1String(isTooLarge ? "a field is too large" : "a quotation mark at the wrong place"));
     }
 
     void addField(const QByteArray &bytes)
@@ -153,7 +153,7 @@ private:
         if (m_columns.size() > MAX_COLUMNS || m_size > MAX_ITEM_SIZE)
             m_problem = QStringLiteral("not CSV: more than %1 columns").arg(MAX_COLUMNS);
         else if (m_problem.isEmpty() && !m_columns.contains(QLatin1String(vocabulary::NAME)))
-            m_problem = QStringLiteral("not CSV with a row of headings: no column is called name; add one");
+            m_problem = QStringLiteral("not CSV with a row of headings: there is no column \"name\"; add one");
     }
 
     void takePlace()
@@ -169,7 +169,7 @@ private:
         if (m_size > MAX_ITEM_SIZE)
             return QStringLiteral("more than the %1 bytes that a row may have").arg(MAX_ITEM_SIZE);
         if (m_fields.size() != m_columns.size())
-            return QStringLiteral("%1 fields in place of %2").arg(m_fields.size()).arg(m_columns.size());
+            return QStringLiteral("%1 fields instead of %2").arg(m_fields.size()).arg(m_columns.size());
         TextFeature feature;
         QMap<QString, QString> position;
         for (int i = 0; i < m_fields.size(); ++i) {

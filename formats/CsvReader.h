@@ -6,8 +6,8 @@
 namespace formats
 {
 
-/// Reads comma-separated values (RFC 4180) in UTF-8. The first row names the columns: latitude, longitude, altitude,
-/// and the properties of a GeoJSON feature; semicolons or tabs may stand for the commas. A ReadPlaces.
+/// Reads comma-separated values (RFC 4180) in UTF-8; semicolons and tabs are accepted as separators too. The first row
+/// names the columns: latitude, longitude, altitude, and the properties of a GeoJSON feature. A ReadPlaces.
 QString readCsv(Input &input, const ReadOptions &options, const TakePlace &take);
 
 } // namespace formats

@@ -20,7 +20,7 @@ using namespace vela::platform::places;
 namespace
 {
 
-/// Hands out the lines of an input, without their line feeds.
+/// Reads an input line by line, without the line feeds.
 class LineReader
 {
 public:
@@ -28,7 +28,7 @@ public:
         : m_input(input)
     {}
 
-    /// Reads the next line; of one longer than MAX_ITEM_SIZE only the beginning. False at the end.
+    /// Reads the next line, cut after MAX_ITEM_SIZE bytes. False at the end.
     bool next(QByteArray &line)
     {
         line.clear();
@@ -62,7 +62,7 @@ private:
     int m_at = 0;
 };
 
-/// Follows the parser through a document up to a list or object of more than MAX_LIST_LENGTH members.
+/// Parses a document up to a list or object of more than MAX_LIST_LENGTH members.
 struct ListLengths : rapidjson::BaseReaderHandler<rapidjson::UTF8<>, ListLengths>
 {
     bool EndArray(rapidjson::SizeType count) { return count <= MAX_LIST_LENGTH; }
@@ -77,8 +77,8 @@ rapidjson::ParseResult checkLists(const QByteArray &document)
     return rapidjson::Reader().Parse<FLAGS>(text, lengths);
 }
 
-/// True for coordinates that were given and are no point on the Earth.
-bool isNowhere(const Coordinates &position)
+/// True for coordinates that are set but not on the Earth.
+bool isOffEarth(const Coordinates &position)
 {
     return !position.isValid() && !(std::isnan(position.latitude()) && std::isnan(position.longitude()));
 }
@@ -101,8 +101,8 @@ AuxiliaryData newRecord(const AuxiliaryData &from)
     return data;
 }
 
-/// Fills a new place with what a document can hold and a store can be given. Records that are not to be stored with
-/// their place stay behind.
+/// Copies the values that a document holds and a store accepts to a new place. Records that are not stored with their
+/// place are left out.
 void fillNew(Place &place, const Place &from)
 {
     place.setName(from.name());
@@ -135,7 +135,7 @@ QString readDocument(const QByteArray &line, Place &place)
     if (!read)
         return reason.isEmpty() ? QStringLiteral("there is not enough memory to read it") : reason;
     for (int i = 0; i < read->locationCount(); ++i) {
-        if (isNowhere(read->location(i).coordinates()))
+        if (isOffEarth(read->location(i).coordinates()))
             return QStringLiteral("a position that is no point on the Earth");
     }
     if (!read->hasPhysicalLocation())

@@ -6,8 +6,8 @@
 namespace formats
 {
 
-/// Reads JSON documents of places (places/PlaceJson.h), one a line. The places are new ones: without the numbers, uses
-/// and times that the store they come from gave them. A ReadPlaces.
+/// Reads JSON documents of places (places/PlaceJson.h), one per line, as new places: without ids, use counts and times.
+/// A ReadPlaces.
 QString readDocuments(Input &input, const ReadOptions &options, const TakePlace &take);
 
 } // namespace formats

@@ -13,15 +13,15 @@
 namespace formats
 {
 
-/// A handler of RapidJSON that gets whole numbers of 64 bits as they are and others as the nearest doubles. The
-/// parser's own conversions are a bit off, or undefined for a zero with an exponent.
+/// A RapidJSON handler that receives 64-bit integers exactly and all other numbers as the nearest double. The parser's
+/// own conversions are slightly inexact, and undefined for a zero with an exponent.
 template <typename Handler>
 class ExactNumbers : public Handler
 {
 public:
     using Handler::Handler;
 
-    /// Parses a text into this handler. A number that no double holds is an error.
+    /// Parses a text into this handler. A number beyond the range of double is an error.
     rapidjson::ParseResult parse(const char *text)
     {
         constexpr unsigned FLAGS = rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag;
@@ -30,7 +30,7 @@ public:
         return reader.Parse<FLAGS>(stream, *this);
     }
 
-    /// What the parser calls for each number.
+    /// Called by the parser for each number.
     bool RawNumber(const char *digits, rapidjson::SizeType length, bool /*copy*/)
     {
         std::int64_t whole = 0;
@@ -52,11 +52,11 @@ private:
     }
 };
 
-/// A document of exact numbers.
+/// A JSON document with exact numbers.
 class ExactDocument : public ExactNumbers<rapidjson::Document>
 {
 public:
-    /// Replaces what the document holds by a text; on an error it is null.
+    /// Replaces the content of the document by a text; null after an error.
     rapidjson::ParseResult read(const char *text)
     {
         rapidjson::ParseResult result;

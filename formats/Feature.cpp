@@ -34,7 +34,7 @@ QString textOf(const Value &value)
     return QString::fromUtf8(value.GetString(), static_cast<int>(value.GetStringLength()));
 }
 
-/// The member of this name, the last one where there are several; null when there is none.
+/// The last member with this name; null when there is none.
 const Value *memberOf(const Value &object, const char *name)
 {
     if (!object.IsObject())
@@ -48,7 +48,7 @@ const Value *memberOf(const Value &object, const char *name)
     return nullptr;
 }
 
-/// A string, number or bool as a text.
+/// A string, number or bool, as a text.
 std::optional<QString> scalarOf(const Value &value)
 {
     if (value.IsString())
@@ -69,13 +69,13 @@ std::optional<double> toNumber(const QString &text)
     return isNumber && std::isfinite(number) ? std::optional(number) : std::nullopt;
 }
 
-/// A number, or a text that is one.
+/// A number, or the number in a text.
 std::optional<double> numberOf(const Value &value)
 {
     return toNumber(scalarOf(value).value_or(QString()));
 }
 
-/// A number as a whole one; nothing when it is none, or beyond the limits of the type.
+/// A number as an integer; std::nullopt when it is not whole or out of range.
 template <typename Integer>
 std::optional<Integer> integerOf(const Value &value)
 {
@@ -106,7 +106,7 @@ bool isListOf(const Value &value, Condition condition)
     return value.IsArray() && std::all_of(value.Begin(), value.End(), condition);
 }
 
-/// The members of an array of texts and numbers, as texts.
+/// The texts and numbers of an array, as texts.
 std::optional<QStringList> textsOf(const Value &value)
 {
     if (!isListOf(value, [](const Value &element) { return element.IsString() || element.IsNumber(); }))
@@ -117,7 +117,7 @@ std::optional<QStringList> textsOf(const Value &value)
     return texts;
 }
 
-/// What `read` makes of a member of this name; nothing when there is none.
+/// Applies `read` to the member with this name; std::nullopt when there is none.
 template <typename Type>
 std::optional<Type> read(const Value &object, const char *name, std::optional<Type> (*readValue)(const Value &))
 {
@@ -130,7 +130,7 @@ QString textMember(const Value &object, const char *name)
     return read(object, name, scalarOf).value_or(QString());
 }
 
-/// The objects in an array of nothing else.
+/// The objects of an array that contains only objects.
 std::vector<const Value *> objectsMember(const Value &object, const char *name)
 {
     std::vector<const Value *> objects;
@@ -157,7 +157,7 @@ bool areNumbers(const Value *list, SizeType atLeast)
            && std::all_of(list->Begin(), list->End(), [](const Value &number) { return number.IsNumber(); });
 }
 
-/// A GeoJSON position: longitude, latitude and, if it is known, altitude.
+/// A GeoJSON position: longitude, latitude, optional altitude.
 Coordinates readPosition(const Value *numbers)
 {
     if (!areNumbers(numbers, 2))
@@ -168,7 +168,7 @@ Coordinates readPosition(const Value *numbers)
     return position;
 }
 
-/// A GeoJSON bounding box: the south-west corner and the north-east one, both with or both without altitude.
+/// A GeoJSON bounding box: south-west corner, then north-east, both with or both without altitude.
 BoundingBox readBox(const Value *numbers)
 {
     BoundingBox box;
@@ -217,13 +217,13 @@ Location readLocation(const Value &members, const Value *position, const Value *
     return location;
 }
 
-/// True when a location tells where something is. A place cannot be stored with one that does not.
+/// True when a location has a position or an address. A place is stored only with such locations.
 bool locates(const Location &location)
 {
     return location.coordinates().isValid() || !location.address().isEmpty() || !location.virtualData().isEmpty();
 }
 
-/// Adds the other locations and, in its place among them, the one that the feature's geometry shows.
+/// Adds all locations in order; `shown`, the one of the feature's geometry, is one of them.
 QString addLocations(const Location &shown, const Value &properties, Place &place)
 {
     QList<Location> locations;
@@ -254,7 +254,7 @@ void addRecords(const Value &properties, Place &place)
     }
 }
 
-/// Sets what the records do not say already: whoever edits an exported file edits these.
+/// Sets the contact details that differ from the records: a person edits these properties, so they take precedence.
 void setContactDetails(const Value &properties, Place &place)
 {
     const QString phone = textMember(properties, vocabulary::PHONE);
@@ -296,7 +296,7 @@ bool isOfKind(const Value &value, vocabulary::Kind kind)
     return true;
 }
 
-/// Keeps members that a place has nothing for, as JSON texts, in a record of its own.
+/// Keeps members that a place cannot hold, as JSON texts, in an auxiliary record.
 void keepForeign(const Value &object, bool (*isForeign)(const QString &, const Value &), const char *type, Place &place)
 {
     AuxiliaryData data{QString::fromLatin1(type)};
@@ -308,7 +308,7 @@ void keepForeign(const Value &object, bool (*isForeign)(const QString &, const V
         place.addAuxiliaryData(data);
 }
 
-/// Makes of other makers' properties what they mean here. A feature with a list of tags speaks for itself.
+/// Maps properties of other programs to the properties of this format. A feature with a list of tags is not changed.
 void interpret(const Value &feature, const Value &properties, Place &place, Location &location)
 {
     if (read(properties, vocabulary::TAGS, textsOf))
@@ -336,7 +336,7 @@ void interpret(const Value &feature, const Value &properties, Place &place, Loca
     }
 }
 
-/// The point of a feature; null when there is no geometry at all. False when its geometry is something else.
+/// Finds the point of a feature; null without a geometry. False when the geometry is not a Point.
 bool findPosition(const Value &feature, const Value *&position)
 {
     const Value *geometry = memberOf(feature, "geometry");
@@ -348,7 +348,7 @@ bool findPosition(const Value &feature, const Value *&position)
     return readPosition(position).isValid();
 }
 
-/// True when a part of a feature that becomes a list has more than MAX_LIST_LENGTH members.
+/// True when a list of the feature that becomes a list of the place has more than MAX_LIST_LENGTH members.
 bool isTooLong(const Value &feature, const Value &properties)
 {
     constexpr SizeType MOST = MAX_LIST_LENGTH;
@@ -376,7 +376,7 @@ void addTexts(const Value &properties, Place &place)
         place.addTag(tag);
     if (read(properties, vocabulary::FAVORITE, flagOf).value_or(false))
         place.addTag(Tags::Favorite);
-    // Some tags bring an alias along; the list of aliases, if there is one, knows better.
+    // Some tags add an alias; the list of aliases, if present, replaces it.
     const std::optional<QStringList> aliases = read(properties, vocabulary::ALIASES, textsOf);
     if (!aliases)
         return;

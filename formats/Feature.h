@@ -21,37 +21,37 @@ namespace formats
 /// Deepest nesting of a feature or document.
 constexpr int MAX_DEPTH = 64;
 
-/// Most members of a list or object that become members of a place: what a places service stores. A place of more is
-/// refused before it is put together, which takes the square of their number.
+/// Maximum number of members of a list or object that become members of a place, as in the service. A larger place is
+/// refused before it is built, because building takes quadratic time.
 constexpr int MAX_LIST_LENGTH = 1000;
 
-/// An accuracy as places keep it; nothing for what is none: a negative number, or one beyond a float.
+/// An accuracy as a place stores it; std::nullopt for a negative number or one beyond the range of float.
 std::optional<float> toAccuracy(double metres);
 
-/// True for a property, or a member of a feature, that readFeature() has no use for and keeps as it is: one of an
-/// unknown name, and one of a known name that is not of its kind.
+/// True for a property or feature member that readFeature() cannot interpret and keeps unchanged: its name is unknown,
+/// or its value has another type.
 bool isForeignProperty(const QString &name, const rapidjson::Value &value);
 bool isForeignMember(const QString &name, const rapidjson::Value &value);
 
-/// Changes the place's record of points of interest, a new one if it has none.
+/// Changes the place's record of points of interest; adds the record if there is none.
 void changePointOfInterest(vela::platform::places::Place &place,
                            const std::function<void(vela::platform::places::PointOfInterestAuxiliaryData &)> &change);
 
-/// Fills a new place from a GeoJSON feature, whose nesting is at most MAX_DEPTH. Returns why it is no place, and the
-/// place is then of no use; empty when it is one.
+/// Fills a new place from a GeoJSON feature, nested at most MAX_DEPTH deep. Returns the error, after which the content
+/// of the place is undefined; empty on success.
 QString readFeature(const rapidjson::Value &feature, vela::platform::places::Place &place);
 
-/// A feature put together from texts, for the formats that have nothing else. Texts that are empty stand for nothing.
+/// A feature built from texts, for text-only formats. Empty texts are unset values.
 class TextFeature
 {
 public:
     TextFeature();
 
-    /// Sets the position: degrees and metres as decimal numbers; without effect when longitude and latitude are empty.
-    /// What is no number makes the feature no place.
+    /// Sets the position: degrees and metres as decimal numbers. Without effect when longitude and latitude are empty.
+    /// An invalid number makes read() fail.
     void setPosition(const QString &longitude, const QString &latitude, const QString &altitude = {});
-    /// Sets a property under its GeoJSON name, unless it is set already. A list stands in one text, its elements apart
-    /// by semicolons.
+    /// Sets a property by its GeoJSON name, unless it is set already. The elements of a list are separated by
+    /// semicolons.
     void set(const QString &name, const QString &value);
 
     /// Fills a new place, as readFeature() does.

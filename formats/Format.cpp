@@ -2,10 +2,12 @@
 
 #include "Format.h"
 
+#include "ArchiveDevice.h"
 #include "CsvReader.h"
 #include "DocumentReader.h"
 #include "GeoJsonReader.h"
 #include "GeoJsonWriter.h"
+#include "Input.h"
 #include "TextWriter.h"
 #include "XmlReader.h"
 
@@ -13,6 +15,8 @@
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QRegularExpression>
+
+#include <string_view>
 
 namespace formats
 {
@@ -37,12 +41,42 @@ std::unique_ptr<PlaceWriter> makeTextWriter(QIODevice &out)
 }
 
 const Format FORMATS[] = {
-    {"geojson", " geojson geojsonl ", readGeoJson, makeTextWriter<GEOJSON>},
+    {"geojson", " geojson geojsonl json ", readGeoJson, makeTextWriter<GEOJSON>},
     {"json", " jsonl ndjson ", readDocuments, makeTextWriter<DOCUMENTS>},
     {"gpx", " gpx ", readGpx, nullptr},
     {"kml", " kml ", readKml, nullptr},
     {"csv", " csv tsv ", readCsv, nullptr},
 };
+
+bool isJsonFormat(const Format &format)
+{
+    return format.read == readGeoJson || format.read == readDocuments;
+}
+
+/// Removes leading blanks and record separators of JSON text sequences (RFC 8142).
+QByteArray textOf(const QByteArray &head)
+{
+    constexpr std::string_view BLANKS = " \t\r\n\x1E";
+    int start = 0;
+    while (start < head.size() && BLANKS.find(head[start]) != std::string_view::npos)
+        ++start;
+    return head.mid(start);
+}
+
+/// The JSON format of a text; null when it is not JSON or not recognised.
+const Format *jsonByContent(const QByteArray &text)
+{
+    // A document may contain the name "features" too.
+    static const QRegularExpression FEATURES(
+        QStringLiteral(R"re("type"\s*:\s*"Feature(Collection)?"|"(features|elements)"\s*:\s*\[)re"));
+    static const QRegularExpression DOCUMENT(QStringLiteral(R"re("complete"\s*:\s*(true|false))re"));
+    if (!text.startsWith('{') && !text.startsWith('['))
+        return nullptr;
+    const QString head = QString::fromUtf8(text);
+    if (text.startsWith('[') || FEATURES.match(head).hasMatch())
+        return formatByName(QStringLiteral("geojson"));
+    return DOCUMENT.match(head).hasMatch() ? formatByName(QStringLiteral("json")) : nullptr;
+}
 
 } // namespace
 
@@ -57,7 +91,7 @@ const Format *formatByName(const QString &name)
 
 const Format *formatByPath(const QString &path)
 {
-    const QString extension = QStringLiteral(" %1 ").arg(QFileInfo(path).suffix().toLower());
+    const QString extension = QStringLiteral(" %1 ").arg(QFileInfo(withoutCompression(path)).suffix().toLower());
     for (const Format &format : FORMATS) {
         if (extension.size() > 2 && QLatin1String(format.extensions).contains(extension))
             return &format;
@@ -67,16 +101,20 @@ const Format *formatByPath(const QString &path)
 
 const Format &formatByContent(const QByteArray &head)
 {
-    // The texts of a document may be named "features" too.
-    static const QRegularExpression GEOJSON(
-        QStringLiteral(R"("type"\s*:\s*"Feature(Collection)?"|"features"\s*:\s*\[)"));
-    const QByteArray text = head.trimmed();
+    const QByteArray text = textOf(head);
+    if (const Format *json = jsonByContent(text))
+        return *json;
     if (text.startsWith('<'))
         return *formatByName(text.contains("<kml") ? QStringLiteral("kml") : QStringLiteral("gpx"));
-    if (!text.startsWith('{') && !text.startsWith('['))
-        return *formatByName(QStringLiteral("csv"));
-    const bool isGeoJson = text.startsWith('[') || GEOJSON.match(QString::fromUtf8(text)).hasMatch();
-    return *formatByName(isGeoJson ? QStringLiteral("geojson") : QStringLiteral("json"));
+    return *formatByName(text.startsWith('{') ? QStringLiteral("json") : QStringLiteral("csv"));
+}
+
+const Format &formatOf(const Input &input)
+{
+    const Format *named = formatByPath(input.name());
+    const Format *json = jsonByContent(textOf(input.head()));
+    const bool isJson = json && (!named || isJsonFormat(*named));
+    return isJson ? *json : named ? *named : formatByContent(input.head());
 }
 
 QStringList formatNames(bool onlyWritable)

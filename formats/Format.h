@@ -10,21 +10,24 @@
 namespace formats
 {
 
-/// A form in which places are exchanged as files.
+/// A file format for places.
 struct Format
 {
-    const char *name;       ///< What users call it.
-    const char *extensions; ///< Of files, each between blanks.
+    const char *name;       ///< Name for users.
+    const char *extensions; ///< File name extensions, each between blanks.
     ReadPlaces read;
-    MakePlaceWriter makeWriter; ///< Null for what is only read.
+    MakePlaceWriter makeWriter; ///< Null for a format that can only be read.
 };
 
-/// The format of this name; null when there is none.
+/// The format with this name; null when there is none.
 const Format *formatByName(const QString &name);
-/// The format that a file's extension stands for; null when it says nothing.
+/// The format of a file's extension, without a compression's (.gz); null when the extension is unknown.
 const Format *formatByPath(const QString &path);
-/// The format that the first bytes of a file look like.
+/// The format of a file by its first bytes.
 const Format &formatByContent(const QByteArray &head);
+/// The format of a file by its extension, else by its content. The JSON formats share their extensions, so they are
+/// always detected by content.
+const Format &formatOf(const Input &input);
 
 /// The names of all formats, or of those that can be written.
 QStringList formatNames(bool onlyWritable);

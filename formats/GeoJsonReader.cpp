@@ -25,11 +25,11 @@ using rapidjson::SizeType;
 namespace
 {
 
-/// Deepest nesting of a file. A feature that is nested deeper than MAX_DEPTH is left out; a file nested deeper than
-/// this is not read on.
+/// Maximum nesting of a file. A feature nested deeper than MAX_DEPTH is left out; reading stops at a file nested deeper
+/// than this.
 constexpr int MAX_FILE_DEPTH = 10000;
 
-/// The bytes of an input as RapidJSON wants them. It ends early at a token that is too large.
+/// An input as a RapidJSON stream. It ends early at a token that is too large.
 class InputStream
 {
 public:
@@ -51,11 +51,11 @@ public:
     }
     [[nodiscard]] std::size_t Tell() const { return m_before + m_at; }
     [[nodiscard]] bool isAtEnd() const { return m_at == m_count; }
-    /// Says that a token ends here.
+    /// Marks the end of a token.
     void endToken() { m_tokenStart = Tell(); }
     [[nodiscard]] bool isTokenTooLarge() const { return Tell() - m_tokenStart > MAX_ITEM_SIZE; }
 
-    // A stream that parsing in place would write to; never called.
+    // Required for parsing in place; never called.
     char *PutBegin() { return nullptr; }
     void Put(char /*c*/) {}
     void Flush() {}
@@ -77,13 +77,13 @@ private:
     std::size_t m_tokenStart = 0;
 };
 
-/// Follows the parser through a text and hands out what may be a feature, as a text of its own: each member of a
-/// "features" at the top, or the whole when it has none or says that it is something else than a collection.
+/// Splits a text into possible features, each as a text: the members of a top-level "features", or the whole text when
+/// it has none or has a type other than a collection.
 class FeatureSplitter
 {
 public:
     using Ch = char;
-    /// Takes the text, or the reason why it is not whole.
+    /// Takes a text, or the reason why it is incomplete.
     using TakeText = std::function<bool(const char *text, const char *problem, bool isMember)>;
 
     FeatureSplitter(InputStream &stream, TakeText take)
@@ -92,7 +92,7 @@ public:
     {}
 
     [[nodiscard]] bool isTooDeep() const { return m_depth > MAX_FILE_DEPTH; }
-    /// True when a text whose features were handed out says behind them that it is something else.
+    /// True when features were handed out and a "type" behind them is not a collection.
     [[nodiscard]] bool isNoCollection() const { return m_hadFeatures && m_isOtherType; }
 
     bool Null()
@@ -123,8 +123,8 @@ public:
     {
         return value([d](auto &out) { return out.Double(d); });
     }
-    /// Numbers come as they are written. One that no double holds spoils its feature; one that the parser finds too
-    /// large by its digits or exponent alone, the file.
+    /// Numbers are passed on as written. A number beyond double makes its feature invalid; one that the parser itself
+    /// refuses as too large ends the file.
     bool RawNumber(const char *text, SizeType length, bool)
     {
         return value([=](auto &out) { return out.RawValue(text, length, rapidjson::kNumberType); });
@@ -176,7 +176,7 @@ public:
     }
 
 private:
-    /// Depth at which the members of "features" stand.
+    /// Depth of the members of "features".
     static constexpr int LIST_DEPTH = 2;
 
     template <typename Write>
@@ -244,7 +244,7 @@ private:
     bool m_isOtherType = false;
 };
 
-/// Makes places of the texts that may be features, and counts them.
+/// Reads places from the texts and counts them.
 class FeatureTaker
 {
 public:
@@ -252,7 +252,7 @@ public:
         : m_take(take)
     {}
 
-    /// True when the first text of the file was something else altogether.
+    /// True when the first text of the file is not GeoJSON.
     [[nodiscard]] bool isNoGeoJson() const { return m_noGeoJson; }
 
     bool take(const char *text, const char *problem, bool isMember)

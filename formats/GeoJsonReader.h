@@ -6,8 +6,7 @@
 namespace formats
 {
 
-/// Reads the features of GeoJSON (RFC 7946): a FeatureCollection, a Feature, or several such texts one after the other.
-/// A ReadPlaces.
+/// Reads GeoJSON (RFC 7946): a FeatureCollection, a Feature, or a sequence of them. A ReadPlaces.
 QString readGeoJson(Input &input, const ReadOptions &options, const TakePlace &take);
 
 } // namespace formats

@@ -27,7 +27,7 @@ namespace
 
 // ------------------------------------------------------------------------------------------------------- locations
 
-/// Longitude first, altitude third.
+/// Longitude first, altitude third (RFC 7946).
 void writePosition(JsonWriter &out, const Coordinates &position)
 {
     out.key("coordinates");
@@ -50,7 +50,7 @@ void writeGeometry(JsonWriter &out, const Coordinates &position)
     });
 }
 
-/// The south-west corner and the north-east one.
+/// South-west corner first, then north-east.
 void writeBox(JsonWriter &out, const BoundingBox &box)
 {
     if (!box.isValid())
@@ -81,7 +81,7 @@ void writeAddress(JsonWriter &out, const Address &address)
         out.member(part.name, (address.*part.get)());
 }
 
-/// Everything of a location but its position and box, which stand elsewhere.
+/// Writes a location without its position and box, which are members of the feature.
 void writeLocation(JsonWriter &out, const Location &location)
 {
     writeAddress(out, location.address());
@@ -95,7 +95,7 @@ void writeLocation(JsonWriter &out, const Location &location)
         out.member(vocabulary::VIRTUAL_DATA_TYPE, qint64(location.virtualDataType()));
 }
 
-/// Index of the location that the feature's geometry shows: the first that has a position, else the first.
+/// Index of the location for the feature's geometry: the first one with a position, else the first one.
 int shownLocation(const Place &place)
 {
     for (int i = 0; i < place.locationCount(); ++i) {
@@ -139,10 +139,10 @@ void writeRecords(JsonWriter &out, const Place &place)
              [&out](const AuxiliaryData &data) { out.object([&] { writeRecord(out, data); }); });
 }
 
-/// Deepest nesting of a foreign member, which stands in the properties of a feature.
+/// Deepest nesting of a foreign member. It lies two levels deep, in the properties of a feature.
 constexpr int MAX_FOREIGN_DEPTH = MAX_DEPTH - 2;
 
-/// Writes what is not nested deeper than a reader takes.
+/// Writes JSON down to the nesting depth that a reader accepts.
 class ShallowWriter : public rapidjson::Writer<rapidjson::StringBuffer>
 {
 public:
@@ -157,7 +157,7 @@ private:
     int m_depth = 0;
 };
 
-/// A text that is JSON, or else the JSON of the text.
+/// The text itself if it is JSON, else the text as a JSON string.
 QByteArray toJsonText(const QString &value)
 {
     const QByteArray bytes = value.toUtf8();
@@ -170,8 +170,8 @@ QByteArray toJsonText(const QString &value)
     return QByteArray(text.GetString(), static_cast<int>(text.GetSize()));
 }
 
-/// What an import could not take in and kept, to stand again where it was. A record may hold anything: what a reader
-/// would take for the place's own is left out.
+/// Members of an imported file that a place cannot hold. The import keeps them in a record, and an export writes them
+/// back to the same object. A member that a reader would take for a value of the place is left out.
 Foreign foreignOf(const Place &place, const char *type, bool (*isForeign)(const QString &, const rapidjson::Value &))
 {
     Foreign foreign;
@@ -198,7 +198,7 @@ void writeNames(JsonWriter &out, const AbstractPlace &place)
     out.member(vocabulary::DESCRIPTION, place.description());
 }
 
-/// What every list of places shows, whatever record it comes from.
+/// Values in every list of places, whatever record they come from.
 void writePrimaryValues(JsonWriter &out, const AbstractPlace &place)
 {
     out.member(vocabulary::PHONE, place.primaryPhoneNumber());
@@ -220,7 +220,7 @@ QStringList tagsOf(const Place &place)
 void writeProperties(JsonWriter &out, const Place &place, int shown)
 {
     const Foreign foreign = foreignOf(place, vocabulary::FOREIGN_PROPERTIES, isForeignProperty);
-    out.leaveEmptyOnesTo(foreign);
+    out.omitEmpty(foreign);
     writeNames(out, place);
     if (place.locationCount() > 0)
         writeLocation(out, place.location(shown));
@@ -245,7 +245,7 @@ void writeId(JsonWriter &out, const AbstractPlace &place)
         out.member("id", place.id());
 }
 
-/// A place with what a header knows of it.
+/// A place with the values that a header has.
 void writeShortFeature(JsonWriter &out, const AbstractPlace &place)
 {
     out.object([&] {

@@ -11,25 +11,25 @@ class AuxiliaryData;
 class Place;
 } // namespace vela::platform::places
 
-/// Places as GeoJSON (RFC 7946). The properties are those that readFeature() reads, and those that the service gives.
+/// Places as GeoJSON (RFC 7946), with the properties that readFeature() reads and those that the service adds.
 namespace formats
 {
 
 class JsonWriter;
 
-/// Places that somebody else owns.
+/// Places; not owned.
 using PlaceList = QVector<const vela::platform::places::AbstractPlace *>;
 
-/// A place as a Feature whose id is the place's number.
+/// A place as a Feature; its "id" is the place's number.
 QByteArray toGeoJson(const vela::platform::places::Place &place);
-/// A place as a Feature for other stores and programs: its id is the one that it was imported with, if any.
+/// A place as a Feature for other stores and programs; its "id" is the one that was imported with it, if any.
 QByteArray toGeoJsonFeature(const vela::platform::places::Place &place);
-/// Places in short as a FeatureCollection with a foreign member "hasMore".
+/// Header values of places as a FeatureCollection with a foreign member "hasMore".
 QByteArray toGeoJson(const PlaceList &places, bool hasMore);
 
-/// Writes the members of such a FeatureCollection.
+/// Writes the members of this FeatureCollection.
 void writeCollection(JsonWriter &out, const PlaceList &places, bool hasMore);
-/// Writes the members of an object that stands for an auxiliary record.
+/// Writes the members of an object for an auxiliary record.
 void writeRecord(JsonWriter &out, const vela::platform::places::AuxiliaryData &data);
 
 } // namespace formats

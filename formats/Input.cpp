@@ -2,13 +2,15 @@
 
 #include "Input.h"
 
+#include "ArchiveDevice.h"
+#include "ArchiveReader.h"
+#include "Format.h"
+
+#include <QtCore/QFileInfo>
 #include <QtCore/QTextCodec>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
-
-#include <sys/stat.h>
 
 namespace formats
 {
@@ -16,58 +18,68 @@ namespace formats
 namespace
 {
 
-constexpr std::size_t HEAD_SIZE = 4096;
+constexpr int HEAD_SIZE = 4096;
 constexpr char BYTE_ORDER_MARK[] = "\xEF\xBB\xBF";
 
-double sizeOf(std::FILE *file)
+/// Rank of a file in an archive. Hidden files are metadata of some systems.
+int rankOf(const QString &name)
 {
-    struct stat status = {};
-    return ::fstat(::fileno(file), &status) == 0 ? static_cast<double>(status.st_size) : 0;
+    const QFileInfo file(name);
+    const Format *format = formatByPath(name);
+    if (!format || file.fileName().startsWith(QLatin1Char('.')))
+        return 0;
+    if (name == QLatin1String("doc.kml"))
+        return ArchiveReader::BEST_RANK;
+    return format == formatByName(QStringLiteral("kml")) ? 2 : 1;
 }
 
 } // namespace
 
-void Input::Close::operator()(std::FILE *file) const
-{
-    if (file != stdin)
-        std::fclose(file);
-}
-
 Input::Input(const QString &path)
-    : m_file(path == QLatin1String("-") ? stdin : std::fopen(path.toLocal8Bit().constData(), "rbe"))
+    : m_path(path)
+    , m_file(path)
+    , m_head(m_file.head())
 {
-    if (!m_file) {
-        m_problem = qt_error_string(errno);
-        return;
-    }
-    m_size = sizeOf(m_file.get());
+    if (ArchiveReader::isArchive(m_head))
+        m_archive = std::make_unique<ArchiveReader>(m_file, rankOf);
     m_head.resize(HEAD_SIZE);
-    m_head.resize(static_cast<int>(std::fread(m_head.data(), 1, HEAD_SIZE, m_file.get())));
-    if (std::ferror(m_file.get()))
-        m_problem = qt_error_string(errno);
+    int count = 0;
+    while (const std::size_t more = readOn(m_head.data() + count, static_cast<std::size_t>(HEAD_SIZE - count)))
+        count += static_cast<int>(more);
+    m_head.resize(count);
     if (m_head.startsWith(BYTE_ORDER_MARK))
         m_head.remove(0, static_cast<int>(std::strlen(BYTE_ORDER_MARK)));
+}
+
+Input::~Input() = default;
+
+QString Input::problem() const
+{
+    // An error behind the head is reported when reading gets there.
+    if (m_position < static_cast<std::size_t>(m_head.size()))
+        return {};
+    return m_archive && !m_archive->problem().isEmpty() ? m_archive->problem() : m_file.problem();
+}
+
+QString Input::name() const
+{
+    return m_archive && !m_archive->member().isEmpty() ? m_archive->member() : withoutCompression(m_path);
 }
 
 std::size_t Input::read(char *buffer, std::size_t size)
 {
     const auto headSize = static_cast<std::size_t>(m_head.size());
-    std::size_t count = 0;
-    if (m_position < headSize) {
-        count = std::min(size, headSize - m_position);
-        std::memcpy(buffer, m_head.constData() + m_position, count);
-    } else if (m_file && m_problem.isEmpty()) {
-        count = std::fread(buffer, 1, size, m_file.get());
-        if (count < size && std::ferror(m_file.get()))
-            m_problem = qt_error_string(errno);
-    }
+    if (m_position >= headSize)
+        return readOn(buffer, size);
+    const std::size_t count = std::min(size, headSize - m_position);
+    std::memcpy(buffer, m_head.constData() + m_position, count);
     m_position += count;
     return count;
 }
 
-double Input::progress() const
+std::size_t Input::readOn(char *buffer, std::size_t size)
 {
-    return m_size > 0 ? std::min(1.0, static_cast<double>(m_position) / m_size) : 0;
+    return m_archive ? m_archive->read(buffer, size) : m_file.read(buffer, size);
 }
 
 bool decodeUtf8(const QByteArray &bytes, QString &text)

@@ -1,49 +1,55 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "FileBytes.h"
+
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
 
 #include <cstddef>
-#include <cstdio>
 #include <memory>
 
 namespace formats
 {
 
-/// Most bytes that one feature, document, record or token of a file may take. It bounds the memory that reading needs.
+class ArchiveReader;
+
+/// Maximum size of a feature, document, record or token in bytes. It bounds the memory for reading.
 constexpr std::size_t MAX_ITEM_SIZE = std::size_t(4) * 1024 * 1024;
 
-/// A file, or standard input under the name "-", read once from beginning to end. A UTF-8 byte order mark is passed
-/// over.
+/// A file, or standard input for the path "-", read once from beginning to end. Files compressed by gzip, bzip2, xz or
+/// Zstandard and zip archives are detected by their first bytes and decompressed. One file of an archive is read:
+/// doc.kml, else the first .kml, else the first with the extension of a format. A UTF-8 byte order mark is skipped.
 class Input
 {
 public:
     explicit Input(const QString &path);
+    ~Input();
 
-    /// Why there is nothing to read, or why reading ended early; empty when nothing is wrong.
-    [[nodiscard]] QString problem() const { return m_problem; }
-    /// The first bytes, at most 4096, to tell the format by; reading still begins with them.
+    /// Why opening or reading failed; empty without an error.
+    [[nodiscard]] QString problem() const;
+    /// The name with the format's extension: the path without the extension of a compression, or the name of the file
+    /// in the archive.
+    [[nodiscard]] QString name() const;
+    /// The first bytes, at most 4096, to detect the format. read() still returns them.
     [[nodiscard]] const QByteArray &head() const { return m_head; }
-    /// Reads up to `size` bytes. Returns how many; 0 at the end and on a fault.
+    /// Reads up to `size` bytes. Returns their number; 0 at the end and on an error.
     std::size_t read(char *buffer, std::size_t size);
-    /// How much of the file is read, from 0 to 1; 0 when nobody knows how long it is.
-    [[nodiscard]] double progress() const;
+    /// The part of the file that is read, from 0 to 1; 0 when the size is unknown.
+    [[nodiscard]] double progress() const { return m_file.progress(); }
 
 private:
-    struct Close
-    {
-        void operator()(std::FILE *file) const;
-    };
+    /// Reads behind the head.
+    std::size_t readOn(char *buffer, std::size_t size);
 
-    std::unique_ptr<std::FILE, Close> m_file;
-    QString m_problem;
+    const QString m_path;
+    FileBytes m_file;
+    std::unique_ptr<ArchiveReader> m_archive; ///< Null for a file that is not compressed.
     QByteArray m_head;
-    std::size_t m_position = 0;
-    double m_size = 0;
+    std::size_t m_position = 0; ///< Of the next byte in the head; its size when the head is read.
 };
 
-/// Text of UTF-8 bytes. False, and the text is of no use, when they are none.
+/// Decodes UTF-8. False for invalid UTF-8; the text is then undefined.
 bool decodeUtf8(const QByteArray &bytes, QString &text);
 
 } // namespace formats

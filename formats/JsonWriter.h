@@ -17,10 +17,10 @@
 namespace formats
 {
 
-/// Members that a place has nothing for, as JSON texts.
+/// Members that a place cannot hold, as JSON texts by name.
 using Foreign = QMap<QString, QByteArray>;
 
-/// Writes members that have a value and leaves out those that do not. No object gets a name twice.
+/// Writes JSON members and leaves out unset values. No object gets the same name twice.
 class JsonWriter
 {
 public:
@@ -70,7 +70,7 @@ public:
     }
     void member(const char *name, bool value)
     {
-        if (!value && m_left.contains(QLatin1String(name)))
+        if (!value && m_omittedWhenEmpty.contains(QLatin1String(name)))
             return;
         key(name);
         m_writer.Bool(value);
@@ -91,7 +91,7 @@ public:
     template <typename Values, typename Write>
     void list(const char *name, const Values &values, Write write)
     {
-        if (values.isEmpty() && m_left.contains(QLatin1String(name)))
+        if (values.isEmpty() && m_omittedWhenEmpty.contains(QLatin1String(name)))
             return;
         key(name);
         array([&] { std::for_each(values.begin(), values.end(), write); });
@@ -116,15 +116,15 @@ public:
             m_writer.RawValue(member->constData(), static_cast<std::size_t>(member->size()), rapidjson::kObjectType);
         }
     }
-    /// Leaves out lists without members, and what is false, where these members have the name.
-    void leaveEmptyOnesTo(const Foreign &members) { m_left = members; }
+    /// Leaves out empty lists and false values that have the name of one of these members.
+    void omitEmpty(const Foreign &members) { m_omittedWhenEmpty = members; }
     QByteArray result() const { return QByteArray(m_text.GetString(), static_cast<int>(m_text.GetSize())); }
 
 private:
     rapidjson::StringBuffer m_text;
     rapidjson::Writer<rapidjson::StringBuffer> m_writer{m_text};
-    QSet<QString> m_names; ///< Those that the object has.
-    Foreign m_left;
+    QSet<QString> m_names; ///< Names already written to the object.
+    Foreign m_omittedWhenEmpty;
 };
 
 } // namespace formats

@@ -28,15 +28,15 @@ enum class MemberKind
 /// One member of a file of places.
 struct ReadPlace
 {
-    QString where = {};                                        ///< Which one it is, to be shown: "feature 3".
-    std::unique_ptr<vela::platform::places::Place> place = {}; ///< New and whole; null when it is no place.
-    QString problem = {};                                      ///< Why it is no place; empty for another kind.
+    QString where = {};                                        ///< Its name for users: "feature 3".
+    std::unique_ptr<vela::platform::places::Place> place = {}; ///< A new place; null when the member is no place.
+    QString problem = {};                                      ///< Why the member is no place; empty for another kind.
     MemberKind kind = MemberKind::Place;
     QString id = {};         ///< Its own id in the file, as text; empty when it has none.
     QStringList losses = {}; ///< Values that could not be kept, a sentence each. The place is imported without them.
 };
 
-/// Takes a member of a file; false to read no further.
+/// Takes a member of a file; returns false to stop reading.
 using TakePlace = std::function<bool(ReadPlace read)>;
 
 /// What the user can say about a file.
@@ -49,8 +49,8 @@ struct ReadOptions
     std::function<void(const QString &note)> note = {};
 };
 
-/// Reads a file one member at a time, however many there are, and hands out each, those before a fault in the file too.
-/// Returns what is wrong with the file; empty when nothing is, or when `take` ended it.
+/// Reads a file member by member and hands out each one, also those before an error in the file. Returns the error of
+/// the file; empty on success and when `take` stops the reading.
 using ReadPlaces = QString (*)(Input &input, const ReadOptions &options, const TakePlace &take);
 
 } // namespace formats

@@ -5,14 +5,14 @@
 
 #include <QtCore/QHash>
 
-/// The names under which the parts of a place stand in the `properties` of a GeoJSON feature: one home for the reader
-/// and the writer. docs/formats.md says what each one means.
+/// Names of the parts of a place in the `properties` of a GeoJSON feature, for reader and writer. docs/formats.md
+/// describes them.
 namespace formats::vocabulary
 {
 
 using vela::platform::places::Address;
 
-/// A part of an address that is one text.
+/// A part of an address with one text.
 struct AddressText
 {
     const char *name;
@@ -35,7 +35,7 @@ constexpr AddressText ADDRESS_TEXTS[] = {
     {"postalCode", &Address::postalCode, &Address::setPostalCode},
 };
 
-/// A part of an address that is a list of lines.
+/// A part of an address with a list of lines.
 struct AddressLines
 {
     const char *name;
@@ -69,28 +69,28 @@ constexpr char LOCATION_INDEX[] = "locationIndex";
 constexpr char OTHER_LOCATIONS[] = "otherLocations";
 constexpr char RECORDS[] = "records";
 
-/// What the service says of a place; written, and passed over when read.
+/// Values of the service; written, and skipped by the reader.
 constexpr char OWNER[] = "owner";
 constexpr char USAGE_COUNT[] = "usageCount";
 constexpr char LAST_USED_TIME[] = "lastUsedTime";
 constexpr char CREATION_TIME[] = "creationTime";
 constexpr char UPDATE_TIME[] = "updateTime";
 
-/// What a property has to be to count. Numbers and texts stand for each other.
+/// Required type of a property. Numbers and texts are converted to each other.
 enum class Kind
 {
     Text,
     Url,
-    Whole,  ///< A number that an int holds.
-    Metres, ///< An accuracy.
+    Whole,  ///< A number in the range of int.
+    Metres, ///< An accuracy in metres.
     Time,   ///< Seconds since 1970-01-01T00:00:00 UTC.
     Flag,   ///< true or false.
     Texts,  ///< A list of texts.
     Objects,
-    Unread, ///< Written only, and passed over whatever it is.
+    Unread, ///< Written only; skipped by the reader.
 };
 
-/// Every property that is known, with those of the address.
+/// All known properties, with those of the address.
 inline const QHash<QString, Kind> &kinds()
 {
     static const QHash<QString, Kind> KINDS = [] {
@@ -129,8 +129,8 @@ inline const QHash<QString, Kind> &kinds()
     return KINDS;
 }
 
-/// Types of the auxiliary records that keep what a place has no member for, each member's JSON text under its name: the
-/// foreign properties of a feature, and the other members of the feature itself, its id among them.
+/// Types of the auxiliary records that keep members a place cannot hold, as JSON texts by name: the unknown properties
+/// of a feature, and the other members of the feature, "id" included.
 constexpr char FOREIGN_PROPERTIES[] = "geojson.properties";
 constexpr char FOREIGN_MEMBERS[] = "geojson.feature";
 

@@ -22,13 +22,13 @@ using namespace vela::platform::places;
 namespace
 {
 
-/// Most attributes and declarations of name spaces of one tag. The parser takes the square of their number.
+/// Maximum number of attributes and namespace declarations of a tag. The parser needs quadratic time for them.
 constexpr int MAX_ATTRIBUTES = 100;
-/// Most equals signs of one tag or text, each of which may be an attribute of a tag that is not parsed yet.
+/// Maximum number of equals signs in an unparsed tag or text; each may be an attribute.
 constexpr std::ptrdiff_t MAX_EQUALS_SIGNS = 10000;
 
-/// An attribute or an element inside an element that may be a place: its path of local names from there ("@lat",
-/// "link@href", "Point/coordinates"), and its value or text. An element comes when it ends.
+/// An attribute or a nested element of an element that may be a place: its path of local names from there ("@lat",
+/// "link@href", "Point/coordinates"), and its value or text. An element is added when it ends.
 struct Field
 {
     QString path;
@@ -37,12 +37,12 @@ struct Field
 
 using Fields = QVector<Field>;
 
-/// What sets one XML format apart from another.
+/// Differences between the XML formats.
 struct XmlFormat
 {
-    const char *root;    ///< Local name of the document's element.
-    const char *element; ///< Local name of the element that may be a place.
-    const char *unit;    ///< What users call it.
+    const char *root;    ///< Local name of the root element.
+    const char *element; ///< Local name of an element that may be a place.
+    const char *unit;    ///< Name of this element for users.
     void (*fill)(const Fields &fields, TextFeature &feature);
 };
 
@@ -62,7 +62,7 @@ bool isChild(const Field &field)
 
 // ------------------------------------------------------------------------------------------------------------- GPX
 
-/// GPX counts elevation from the geoid; with the geoid's own height it becomes the altitude above the ellipsoid.
+/// GPX gives elevations above the geoid; with the height of the geoid this becomes the altitude above the ellipsoid.
 QString gpxAltitude(const Fields &fields)
 {
     const QString elevation = valueOf(fields, "ele");
@@ -101,7 +101,7 @@ void fillFromGpx(const Fields &fields, TextFeature &feature)
 void fillFromKml(const Fields &fields, TextFeature &feature)
 {
     const QStringList position = valueOf(fields, "Point/coordinates").split(QLatin1Char(','));
-    // Any other mode, the default one too, says that the altitude does not count.
+    // In all other modes, the default included, the altitude has no effect.
     const bool isAbsolute = valueOf(fields, "Point/altitudeMode") == QLatin1String("absolute");
     feature.setPosition(position.value(0), position.value(1), isAbsolute ? position.value(2) : QString());
     feature.set(QLatin1String(vocabulary::NAME), valueOf(fields, "name"));
@@ -126,8 +126,8 @@ void fillFromKml(const Fields &fields, TextFeature &feature)
 constexpr XmlFormat GPX{"gpx", "wpt", "waypoint", fillFromGpx};
 constexpr XmlFormat KML{"kml", "Placemark", "placemark", fillFromKml};
 
-/// Reads a document token by token. Memory is bounded: by the size of a token, and by the size of an element that may
-/// be a place. Document types are refused, and with them every entity that a document could declare.
+/// Reads a document token by token. Memory is limited by the size of a token and of an element that may be a place.
+/// Document types are refused, so a document cannot declare entities.
 class XmlReader
 {
 public:
@@ -153,7 +153,7 @@ public:
     }
 
 private:
-    /// Goes to the next token, feeding the parser while it wants more. False at the end and at a fault.
+    /// Reads the next token and feeds the parser as needed. False at the end and on an error.
     bool next()
     {
         std::size_t fed = 0;
@@ -288,13 +288,13 @@ private:
     const TakePlace &m_take;
     QXmlStreamReader m_xml;
     QString m_problem;
-    QString m_namespace; ///< That of the root, if it has one; elements of any other are passed over.
+    QString m_namespace; ///< Namespace of the root, if any; elements of other namespaces are skipped.
     int m_fileDepth = 0;
-    int m_foreignDepth = 0; ///< How deep the parser is in an element that is passed over; 0 outside.
+    int m_foreignDepth = 0; ///< Depth inside a skipped element; 0 outside.
     int m_count = 0;
-    bool m_ended = false; ///< Whoever takes the places wants no more.
+    bool m_ended = false; ///< TakePlace wants no more places.
 
-    // The element that may be a place: how deep in it the parser is, 0 outside, and what it holds.
+    // The current element that may be a place: the depth in it (0 outside) and its fields.
     int m_depth = 0;
     qint64 m_line = 0;
     QStringList m_path;

@@ -6,10 +6,10 @@
 namespace formats
 {
 
-/// Reads the waypoints of GPX 1.0 and 1.1; routes and tracks are passed over. A ReadPlaces.
+/// Reads the waypoints of GPX 1.0 and 1.1; routes and tracks are skipped. A ReadPlaces.
 QString readGpx(Input &input, const ReadOptions &options, const TakePlace &take);
 
-/// Reads the placemarks of KML 2.2 (OGC 07-147r2) that are points, in whatever folder. A ReadPlaces.
+/// Reads the placemarks of KML 2.2 (OGC 07-147r2) that are points, in all folders. A ReadPlaces.
 QString readKml(Input &input, const ReadOptions &options, const TakePlace &take);
 
 } // namespace formats

@@ -14,8 +14,8 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-// The first byte chooses what the rest is read as: a format of the client, or a link. Whatever becomes a place is the
-// same after it was written as GeoJSON and read again.
+// The first byte selects the kind of input: a file format or a link. A place that is read must be the same after
+// writing it as GeoJSON and reading it again.
 
 namespace
 {

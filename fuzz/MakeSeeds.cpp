@@ -24,7 +24,7 @@ void write(const std::filesystem::path &folder, const std::string &name, const s
     std::ofstream(folder / name, std::ios::binary) << bytes;
 }
 
-/// A reply of each of the records that the others are made of, as a service gives it.
+/// Replies of a service, one for each kind of record.
 void writeReplies(const std::filesystem::path &folder)
 {
     const Fields more = {flag(true), i32(0), i32(1), i32(2), i32(1), i32(3), i32(4)};
@@ -42,7 +42,7 @@ void writeReplies(const std::filesystem::path &folder)
         write(folder, reply.name, message(Fields{i32(0), i32(reply.type)} + reply.body));
 }
 
-/// The requests with most in them, as the library sends them.
+/// The largest requests, as sent by the library.
 void writeRequests(const std::filesystem::path &folder)
 {
     Place fresh;
@@ -81,7 +81,7 @@ void writeRequests(const std::filesystem::path &folder)
 
 } // namespace
 
-/// Writes the seeds of the targets that read wire messages, each into a folder of the target's name.
+/// Writes the seeds of the targets for wire messages, each into a folder with the target's name.
 int main(int argc, char **argv)
 {
     if (argc != 2) {

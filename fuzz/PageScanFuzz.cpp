@@ -10,7 +10,7 @@
 using placesd::DatabasePages;
 using placesd::PageScan;
 
-/// Whatever a database file holds, reading it ends, and a row has no more bytes than its pages could have.
+/// Reading any database file ends, and a row has at most the bytes that its pages can contain.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
 {
     static QTemporaryFile file;
@@ -28,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t siz
     };
     for (const PageScan::Number root : {1U, 2U, 4U})
         scan.read(root, visit);
-    // What overflows is read 16 times at most. On their pages, cells may overlap.
+    // Overflow pages are read at most 16 times. Cells on a page may overlap.
     if (total > 16 * size + 6 * size * pages.usableSize())
         __builtin_trap();
     return 0;

@@ -1,6 +1,6 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
-// Whatever the bytes, reading them gives a place or a reason; and the document of a place that was read gives it back.
+// Any bytes give a place or a reason; the document of a place that was read gives the same place.
 
 #include "places/PlaceJson.h"
 

@@ -9,7 +9,7 @@
 namespace
 {
 
-/// Reads every value below the one that was entered last, as each of the types it could be.
+/// Reads every value in the innermost object or array as each possible type.
 void walk(pps_decoder_t &decoder)
 {
     const int count = pps_decoder_length(&decoder);
@@ -19,7 +19,7 @@ void walk(pps_decoder_t &decoder)
         std::int64_t longNumber = 0;
         double real = 0;
         bool truth = false;
-        // A read that succeeds goes on to the next element, so each starts from the index again.
+        // A successful read advances to the next element, so each read starts from the index again.
         const auto go = [&decoder, i] { pps_decoder_goto_index(&decoder, i); };
         go(), pps_decoder_get_int(&decoder, nullptr, &number);
         go(), pps_decoder_get_int64(&decoder, nullptr, &longNumber);

@@ -38,7 +38,7 @@ void readFound(PlacesAPIDecoder &reply)
     qDeleteAll(found);
 }
 
-/// Reads the body that the reply says it has, the way the operations do.
+/// Reads the body of a reply by its type, like the operations.
 void readBody(PlacesAPIDecoder &reply, bool fullPlaces)
 {
     long long id = 0;
@@ -81,7 +81,7 @@ void readBody(PlacesAPIDecoder &reply, bool fullPlaces)
     }
 }
 
-/// Reads the reason behind the status of a failed reply.
+/// Reads the reason after the status of a failed reply.
 void readReason(PlacesAPIDecoder &reply)
 {
     const char *utf8 = nullptr;

@@ -14,7 +14,7 @@ using namespace orix_places_protocol;
 namespace
 {
 
-/// A service on a database in memory, which has no disk to keep a reserve on.
+/// A service on an in-memory database, which needs no reserve.
 Service &service()
 {
     static Shared shared([] {
@@ -26,7 +26,7 @@ Service &service()
     return service;
 }
 
-/// Whether a request would write files wherever the fuzzer says.
+/// Whether a request would write files at a path from the fuzzer.
 bool namesFile(const std::uint8_t *bytes, std::size_t size)
 {
     int type = 0;
@@ -36,7 +36,7 @@ bool namesFile(const std::uint8_t *bytes, std::size_t size)
 
 } // namespace
 
-/// Every request, whatever it is, gets a reply that starts with a status.
+/// Every request gets a reply that starts with a status.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
 {
     if (namesFile(bytes, size))

@@ -15,8 +15,7 @@ using namespace placesd;
 using vela::platform::places::Address;
 using vela::platform::places::Coordinates;
 
-/// Whatever is in a file of vCards, each card that is handed out is one, and each place of it has a name and a
-/// location.
+/// Each card that is read from any file is valid, and each place of it has a name and a location.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
 {
     QByteArray text(reinterpret_cast<const char *>(bytes), static_cast<int>(size));

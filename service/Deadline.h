@@ -11,10 +11,10 @@ namespace placesd
 {
 
 using Clock = std::chrono::steady_clock;
-/// When the work on a request has to be over.
+/// The time by which the work on a request must end.
 using Deadline = Clock::time_point;
 
-/// The deadline of all work of this process, once it is told to stop.
+/// Deadline of all work in this process after a stop signal.
 inline std::atomic<Deadline> stopDeadline{Deadline::max()};
 static_assert(std::atomic<Deadline>::is_always_lock_free, "a signal handler sets it");
 
@@ -23,15 +23,14 @@ inline bool hasPassed(Deadline deadline)
     return Clock::now() > std::min(deadline, stopDeadline.load(std::memory_order_relaxed));
 }
 
-/// Waits until `isDone` holds, or the deadline has passed, also when a stop cuts it short during the wait. Returns
-/// whether `isDone` holds.
+/// Waits until `isDone` holds, the deadline passes, or the service stops. Returns whether `isDone` holds.
 template <typename Predicate>
 bool waitUntil(std::condition_variable &changed, std::unique_lock<std::mutex> &lock, Deadline deadline,
                const Predicate &isDone)
 {
-    constexpr std::chrono::milliseconds TIME_BETWEEN_LOOKS{100};
+    constexpr std::chrono::milliseconds CHECK_INTERVAL{100};
     while (!isDone() && !hasPassed(deadline))
-        changed.wait_until(lock, std::min(deadline, Clock::now() + TIME_BETWEEN_LOOKS));
+        changed.wait_until(lock, std::min(deadline, Clock::now() + CHECK_INTERVAL));
     return isDone();
 }
 

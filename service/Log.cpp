@@ -13,7 +13,7 @@ namespace placesd
 namespace
 {
 
-/// Longest message, in bytes; the rest of a longer one is cut off.
+/// Maximum length of a message in bytes; longer messages are cut.
 constexpr std::size_t MESSAGE_SIZE = 4096;
 
 slog2_buffer_t registerBuffer()
@@ -41,7 +41,7 @@ __attribute__((format(printf, 2, 0))) void log(unsigned char severity, const cha
 {
     std::array<char, MESSAGE_SIZE> message = {};
     std::vsnprintf(message.data(), message.size(), format, arguments);
-    // Paths and names come from clients: a line feed in them would start a line that the service did not write.
+    // Paths and names come from clients; a line feed in them could fake a log line.
     for (char &c : message) {
         const auto byte = static_cast<unsigned char>(c);
         if (byte == '\x7f' || (byte < ' ' && byte != '\0'))

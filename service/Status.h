@@ -9,22 +9,22 @@
 namespace placesd
 {
 
-/// How a request ended and, where it failed, why.
+/// The outcome of a request, with the reason of a failure.
 struct Status
 {
-    /// A code says enough where its meaning leaves no question open.
+    /// A code without a reason is allowed where the code is clear by itself.
     Status(orix_places_protocol::ReturnCode ended, std::string why = {}) // NOLINT(google-explicit-constructor)
         : code(ended)
         , reason(std::move(why))
     {}
 
     orix_places_protocol::ReturnCode code;
-    /// One sentence in UTF-8 for the sender of the request: what is wrong with which file, place or number, and what
-    /// can be done. It tells nothing but what is in the request and limits, unless only the owner can have sent that.
+    /// One sentence in UTF-8 for the sender: what is wrong with which file, place or number, and the remedy. It may
+    /// contain only values of the request and limits, except in replies that only the owner can get.
     std::string reason;
 };
 
-/// The code alone tells two outcomes apart; reasons are for people.
+/// Compares codes only; reasons are for people.
 inline bool operator==(const Status &a, const Status &b)
 {
     return a.code == b.code;

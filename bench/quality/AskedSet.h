@@ -12,37 +12,37 @@
 namespace bench
 {
 
-/// The two groups of results that a search box shows, one behind the other.
+/// The two groups of results that a search box shows, one after the other.
 struct ShownGroups
 {
     using Group = vela::platform::places::SearchResultGroup::Type;
     Group upper;
     Group lower;
-    const char *upperName; ///< Title of the column for the upper group alone.
-    const char *bothName;  ///< Title of the column for both.
+    const char *upperName; ///< Column title for the upper group alone.
+    const char *bothName;  ///< Column title for both.
 };
 
-/// How many of the questions of a set found what was meant.
+/// How many queries of a set found the intended place.
 struct Hits
 {
     int first = 0;      ///< In the first row.
     int withinFive = 0; ///< In the first five rows.
 };
 
-/// A question that did not find what was meant within the first five rows of both groups.
+/// A query whose intended place is not in the first five rows of both groups.
 struct Miss
 {
     QString typed;
     QString meant;
-    QString found; ///< In the first row; empty when nothing was found.
+    QString found; ///< Name in the first row; empty when nothing was found.
 };
 
-/// How the questions of a set were answered.
+/// Results of a set of queries.
 struct AskedSet
 {
     QString name;
     int asked = 0;
-    bool hasMeant = true; ///< False where only the time matters.
+    bool hasMeant = true; ///< False when only the time matters.
     Hits upper;
     Hits both;
     Answers upperTimes;

@@ -19,9 +19,9 @@ using namespace vela::platform::places;
 namespace
 {
 
-/// Rows that are wanted of a group, and that a user looks at.
+/// Requested rows per group; users see as many.
 constexpr int ROWS = 5;
-/// A request waits for the service's files as long as any request may take, so this is minutes.
+/// A request waits for the service's files up to its timeout, so this means minutes.
 constexpr int MOST_WAITS = 100;
 
 template <typename Rows>
@@ -44,7 +44,7 @@ bool count(const Rows &rows, const SearchQuestion &question, Hits &hits)
     return isFound;
 }
 
-/// What is shown of both groups: no place twice.
+/// The shown rows of both groups, without duplicates.
 template <typename Rows>
 Rows together(Rows upper, const Rows &lower)
 {

@@ -9,7 +9,7 @@
 namespace bench
 {
 
-/// Asks the selected service, as a search box does.
+/// Sends queries to the selected service, like a search box.
 class Asker
 {
 public:
@@ -17,9 +17,9 @@ public:
         : m_groups(groups)
     {}
 
-    /// Asks each question once of each group. A failure counts as nothing found and goes to standard error.
+    /// Searches for each query once in each group. A failure counts as nothing found and is printed to standard error.
     [[nodiscard]] AskedSet ask(const QuestionSet &set) const;
-    /// Waits until the service has read its files. Ends the program when it does not come to that.
+    /// Waits until the service has read its files. Ends the program on a failure.
     void waitUntilReady() const;
 
 private:

@@ -89,7 +89,7 @@ private:
         return withSlip(withSlip(oneOf(m_longWords), Slip::Wrong, false, *this), Slip::Wrong, false, *this);
     }
 
-    /// Units from a range, by chance.
+    /// Random units of a range.
     QString noise(int count, ushort first, std::uint64_t range)
     {
         QString text;

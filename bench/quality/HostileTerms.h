@@ -9,8 +9,8 @@
 namespace bench
 {
 
-/// Terms that cost a search most: long ones, many words, wrong words, broken text. No place is meant by them; each set
-/// is of one kind.
+/// The most expensive terms for a search: long ones, many words, wrong words, invalid text. No place is intended. Each
+/// set has one kind of terms.
 std::vector<QuestionSet> hostileTerms(const KnownPlaces &places, std::uint64_t seed);
 
 } // namespace bench

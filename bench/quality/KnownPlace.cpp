@@ -29,11 +29,11 @@ constexpr double METRES_PER_DEGREE = 111195;
 constexpr double RADIANS_PER_DEGREE = 0.017453292519943295;
 constexpr int AIRPORT_CODE_LENGTH = 3;
 
-/// Properties that hold other names in the place's own language, or in any.
+/// Properties with other names, in the place's own language or any other.
 constexpr const char *OTHER_NAMES[] = {"alt_name", "int_name", "official_name", "short_name",
                                        "loc_name", "old_name", "keywords"};
 
-/// Good for short distances.
+/// Approximation for short distances.
 double metresBetween(const Coordinates &one, const Coordinates &other)
 {
     const double north = one.latitude() - other.latitude();
@@ -56,7 +56,7 @@ QString idOf(const Place &place)
     return recordOf(place, AuxiliaryData::TypePointOfInterest).externalId();
 }
 
-/// True for "LYPR" and "AJ4", which are no names.
+/// True for codes such as "LYPR" and "AJ4".
 bool isCode(const QString &text)
 {
     return std::all_of(text.begin(), text.end(), [](QChar each) {
@@ -64,14 +64,14 @@ bool isCode(const QString &text)
     });
 }
 
-/// True for "ZRH".
+/// True for IATA codes such as "ZRH".
 bool isAirportCode(const QString &alias)
 {
     return alias.size() == AIRPORT_CODE_LENGTH
            && std::all_of(alias.begin(), alias.end(), [](QChar each) { return each.isUpper(); });
 }
 
-/// The names in a property, which is JSON text.
+/// The names in a property of JSON text.
 QStringList namesIn(const QString &json)
 {
     static const QRegularExpression SEPARATORS(QStringLiteral("[;,]"));

@@ -15,18 +15,18 @@ class Place;
 namespace bench
 {
 
-/// A place of the files that a service answers from: what questions are made of, and what a result is compared with.
+/// A place of the service's files: source of queries, and reference for results.
 struct KnownPlace
 {
     KnownPlace() = default;
-    /// @param place what the GeoJSON reader makes of a feature.
+    /// @param place as read from a GeoJSON feature.
     explicit KnownPlace(const vela::platform::places::Place &place);
 
-    /// True when a result is this place: the ids of the features are the same, or the names are and the positions are
-    /// at most one kilometre apart. So an airport is never the city of its name.
+    /// True when a result is this place: the ids of the features are equal, or the names are equal and the positions
+    /// are within one kilometre. So an airport never matches the city of its name.
     [[nodiscard]] bool isFoundAs(const vela::platform::places::AbstractPlace &found) const;
 
-    QString id; ///< Of the feature; empty when it has none.
+    QString id; ///< Of the feature; empty when there is none.
     QString name;
     QString region;
     QString country;

@@ -15,15 +15,15 @@ namespace bench
 class KnownPlaces
 {
 public:
-    /// Ends the program at a file that cannot be read.
+    /// Ends the program when a file cannot be read.
     explicit KnownPlaces(const QStringList &files);
     KnownPlaces(const KnownPlaces &) = delete;
     KnownPlaces &operator=(const KnownPlaces &) = delete;
 
     [[nodiscard]] const std::vector<KnownPlace> &all() const { return m_places; }
-    /// Those of exactly this name.
+    /// Places with exactly this name.
     [[nodiscard]] std::vector<const KnownPlace *> named(const QString &name) const;
-    /// True when a name has this word, whatever its case and accents.
+    /// True when a name has this word, ignoring case and accents.
     [[nodiscard]] bool hasWord(const QString &word) const;
 
 private:
@@ -31,7 +31,7 @@ private:
 
     std::vector<KnownPlace> m_places;
     QMultiHash<QString, std::size_t> m_byName; ///< Indexes of the places.
-    QSet<QString> m_words;                     ///< As folded() gives them.
+    QSet<QString> m_words;                     ///< In the form of folded().
 };
 
 } // namespace bench

@@ -20,7 +20,7 @@ namespace
 {
 
 constexpr int SHORTEST_TO_CROSS = 4; // letters
-/// A word that occurs more often, such as "Airport", is not crossed.
+/// More frequent words, such as "Airport", are not crossed.
 constexpr int MOST_TIMES = 20;
 constexpr std::uint64_t ONE_WITH_OTHER_NAME = 5;
 constexpr std::uint64_t ONE_AIRPORT = 20;
@@ -109,8 +109,8 @@ private:
 
     std::vector<const KnownPlace *> m_cities;
     std::vector<const KnownPlace *> m_airports;
-    QHash<QString, int> m_words; ///< How often the words that can be crossed occur in names.
-    QStringList m_rare;          ///< Those that are crossed.
+    QHash<QString, int> m_words; ///< Frequency in names, of words that can be crossed.
+    QStringList m_rare;          ///< Words that are crossed.
 };
 
 } // namespace

@@ -8,13 +8,13 @@
 namespace bench
 {
 
-/// Writes a GeoJSON file of made places, so that questions about known places are asked among many others. The same
-/// places, count and seed make the same file.
+/// Writes a GeoJSON file of generated places, so that queries for known places have many competitors. The same places,
+/// count and seed give the same file.
 ///
-/// A made place lies near a known one and is less known. Its name is that of the known one with half of the rare words,
-/// but one at least, crossed: the beginning of one and the end of another. So the number of different words grows with
-/// the number of places, as it does in real data. One of five has another name, one of twenty is like a known airport
-/// and has a code.
+/// A generated place lies near a known one and is less prominent. Its name is that of the known one with half of the
+/// rare words, but at least one, crossed: the beginning of one word and the end of another. So the number of
+/// different words grows with the number of places, as in real data. One in five has another name; one in twenty is an
+/// airport with a code.
 void writeMadePlaces(const QString &path, const KnownPlaces &known, int count, std::uint64_t seed);
 
 } // namespace bench

@@ -6,13 +6,13 @@
 namespace bench
 {
 
-/// Prints one row for each set: how often what was meant was found, and how long that took.
+/// Prints one row per set: how often the intended place was found, and the time.
 void printQuality(const std::vector<AskedSet> &sets, const ShownGroups &groups, bool asMarkdown);
 
-/// Prints one row for each set: how long its questions took.
+/// Prints one row per set: the time of its queries.
 void printTimes(const std::vector<AskedSet> &sets, const ShownGroups &groups, bool asMarkdown);
 
-/// Prints a line for each miss, with tabs between the set, what was typed, what was meant and what was found.
+/// Prints one line per miss, tab-separated: set, typed text, intended place, found place.
 void printMisses(const std::vector<AskedSet> &sets);
 
 } // namespace bench

@@ -14,7 +14,7 @@ namespace bench
 namespace
 {
 
-// Questions in a set.
+// Queries in a set.
 constexpr std::size_t NAMES = 500;
 constexpr std::size_t ADDRESSES = 200;
 constexpr std::size_t SLIPS = 100;
@@ -22,7 +22,7 @@ constexpr std::size_t OTHER_NAMES = 200;
 
 constexpr int BEGINNING = 5;        // letters
 constexpr int SHORTEST_TO_SLIP = 6; // letters
-/// How often another slip is tried where one gives a word that is right.
+/// Retries when a typing error gives a correct word.
 constexpr int ATTEMPTS = 10;
 
 constexpr Slip ALL_SLIPS[] = {Slip::Swapped, Slip::Missing, Slip::Wrong, Slip::Extra};
@@ -43,7 +43,7 @@ bool isLongLatinWord(const QString &word)
            });
 }
 
-/// The indexes of so many elements, in an order of chance.
+/// Indexes of so many elements in random order.
 std::vector<std::size_t> shuffled(std::size_t count, Random &random)
 {
     std::vector<std::size_t> order(count);
@@ -53,7 +53,7 @@ std::vector<std::size_t> shuffled(std::size_t count, Random &random)
     return order;
 }
 
-/// One of the names that are not the place's own, in the script of its own or in others.
+/// One of the other names, in the place's own script or in another one.
 std::optional<QString> someName(const QStringList &names, const KnownPlace &place, bool inScript, Random &random)
 {
     QStringList fitting;
@@ -69,7 +69,7 @@ std::optional<QString> someName(const QStringList &names, const KnownPlace &plac
 
 void QuestionMaker::add(const char *name, std::size_t count, const Make &make)
 {
-    // A seed of its own for each set: a change of one leaves the others as they are.
+    // A separate seed per set: a change of one set does not affect the others.
     Random random(m_seed + (static_cast<std::uint64_t>(m_sets.size()) << 32));
     QuestionSet set{QString::fromLatin1(name), {}};
     QSet<QString> typed;

@@ -11,34 +11,34 @@
 namespace bench
 {
 
-/// Makes questions from known places. The same places and seed make the same questions.
+/// Generates queries for known places. The same places and seed give the same queries.
 class QuestionMaker
 {
 public:
-    /// @param places what the questions refer to; outlives them.
+    /// @param places must outlive the queries.
     QuestionMaker(const KnownPlaces &places, std::uint64_t seed)
         : m_places(places)
         , m_seed(seed)
     {}
 
-    /// Questions by the name, the address and the code, with and without slips.
+    /// Queries by name, address and code, with and without typing errors.
     std::vector<QuestionSet> byName();
-    /// Questions by other names and spellings of a place, where the data has some.
+    /// Queries by other names and spellings of a place, if there are any.
     std::vector<QuestionSet> byOtherNames();
 
 private:
-    /// The question that is made of a place; nothing where the place does not lend itself to it.
+    /// Generates a query for a place; std::nullopt when the place is not suitable.
     using Make = std::function<std::optional<SearchQuestion>(const KnownPlace &, Random &)>;
-    /// Whether places of the same name are meant as well.
+    /// Whether places of the same name are intended as well.
     using IsMeant = std::function<bool(const KnownPlace &other)>;
 
-    /// Makes a set of at most so many questions, each of another place and another text.
+    /// Generates a set of at most `count` queries, each for another place and with another text.
     void add(const char *name, std::size_t count, const Make &make);
     void addNames(const char *name, const char *beginning, bool ofAirports);
     void addAddresses();
     void addSlips();
     [[nodiscard]] SearchQuestion question(const QString &typed, const KnownPlace &place, const IsMeant &isMeant) const;
-    /// A question by a name: any place of that name is meant.
+    /// A query by name: any place of this name is intended.
     [[nodiscard]] SearchQuestion question(const QString &typed, const KnownPlace &place) const;
     [[nodiscard]] std::optional<SearchQuestion> withSlipIn(const KnownPlace &place, Slip slip, bool isFirst,
                                                            Random &random) const;

@@ -8,14 +8,14 @@
 namespace bench
 {
 
-/// What is typed, and what is meant by it.
+/// The typed text and the intended places.
 struct SearchQuestion
 {
     QString typed;
-    std::vector<const KnownPlace *> meant; ///< Any of them is right; none where only the time matters.
+    std::vector<const KnownPlace *> meant; ///< Any of them is correct; empty when only the time matters.
 };
 
-/// Questions of one kind: a row of the report.
+/// Queries of one kind: a row of the report.
 struct QuestionSet
 {
     QString name;

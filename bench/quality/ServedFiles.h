@@ -6,12 +6,12 @@
 namespace bench
 {
 
-/// A places service that has the places of GeoJSON files in its gazetteer, or in its store. The library talks to the
-/// service that was started last.
+/// A places service with the places of GeoJSON files in its gazetteer or in its store. The library uses the service
+/// that was started last.
 class ServedFiles
 {
 public:
-    /// @param areStored whether the places are imported; a failure of that goes to standard error.
+    /// @param areStored whether the places are imported; a failure is printed to standard error.
     ServedFiles(const QStringList &files, bool areStored);
 
 private:

@@ -17,7 +17,7 @@ QChar someLetter(Random &random)
     return QLatin1Char(LETTERS[random.below(sizeof LETTERS - 1)]);
 }
 
-/// Index of the first letter that a slip must not be at.
+/// Index after the last possible letter of a typing error.
 int endOf(const QString &word, Slip slip)
 {
     switch (slip) {

@@ -8,18 +8,18 @@
 namespace bench
 {
 
-/// What goes wrong when a word is typed.
+/// Kind of a typing error in a word.
 enum class Slip
 {
     Swapped, ///< Two neighbouring letters.
-    Missing, ///< A letter, but not the last one: without that, the word is a beginning of itself.
+    Missing, ///< A letter, but not the last one: without it, the word is its own prefix.
     Wrong,   ///< A letter.
-    Extra    ///< A letter, in or behind the word.
+    Extra    ///< A letter, in or after the word.
 };
 
-/// A word with one slip in it. The word may come back unchanged, where a letter is replaced by itself.
-/// @param word three letters at least.
-/// @param isFirst whether the slip is at the first letter; else it never is.
+/// The word with one typing error. It may be unchanged when a letter is replaced by itself.
+/// @param word at least three letters.
+/// @param isFirst whether the error is at the first letter; otherwise it never is.
 QString withSlip(const QString &word, Slip slip, bool isFirst, Random &random);
 
 } // namespace bench

@@ -16,7 +16,7 @@ struct Replacement
     const char *typed;
 };
 
-/// Letters that no accent is taken from by decomposition.
+/// Letters whose accents are not separated by decomposition.
 constexpr Replacement PLAIN_LETTERS[] = {{"ł", "l"},  {"Ł", "L"},  {"ø", "o"},  {"Ø", "O"},  {"đ", "d"},  {"Đ", "D"},
                                          {"ð", "d"},  {"Ð", "D"},  {"ħ", "h"},  {"Ħ", "H"},  {"ı", "i"},  {"ß", "ss"},
                                          {"æ", "ae"}, {"Æ", "Ae"}, {"œ", "oe"}, {"Œ", "Oe"}, {"þ", "th"}, {"Þ", "Th"}};

@@ -6,16 +6,16 @@
 namespace bench
 {
 
-/// A text as it is typed without accents: "Lodz" for "Łódź". Letters of other scripts stay.
+/// A text without accents: "Lodz" for "Łódź". Letters of other scripts are unchanged.
 QString withoutAccents(const QString &text);
 
-/// The same without case, to compare texts.
+/// The same without case, for comparisons.
 QString folded(const QString &text);
 
-/// A text as it is typed without umlauts: "Koeln" for "Köln".
+/// A text without umlauts: "Koeln" for "Köln".
 QString withDigraphs(const QString &text);
 
-/// The script of the first letter; QChar::Script_Unknown where there is none.
+/// The script of the first letter; QChar::Script_Unknown when there is none.
 QChar::Script scriptOf(const QString &text);
 
 } // namespace bench

@@ -14,7 +14,7 @@ namespace bench
 namespace
 {
 
-/// Returns the question of a line, for no place where the line is at fault.
+/// The query in a line, without a place for an invalid line.
 SearchQuestion questionOf(const QString &line, const KnownPlaces &places)
 {
     const QStringList parts = line.split(QLatin1Char('\t'));

@@ -7,10 +7,10 @@
 namespace bench
 {
 
-/// Reads questions that people wrote. A line is what is typed, the name of the place that is meant, and the code of its
-/// country or nothing, with tabs between them; an empty line and one that starts with "#" are passed over. Ends the
-/// program, after naming each line at fault, when a line is none or no such place is known.
-/// @param places what the questions refer to; outlives them.
+/// Reads queries written by people. A line contains the typed text, the name of the intended place, and the code of its
+/// country or nothing, separated by tabs. Empty lines and lines that start with "#" are skipped. Prints all invalid
+/// lines and lines with an unknown place, and then ends the program.
+/// @param places must outlive the queries.
 QuestionSet readQuestions(const QString &path, const KnownPlaces &places);
 
 } // namespace bench

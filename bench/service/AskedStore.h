@@ -11,14 +11,14 @@
 namespace bench
 {
 
-/// A store, the service on it, and all that was measured there.
+/// A store, its service, and all measurements.
 struct AskedStore
 {
     MadeStore made;
     std::unique_ptr<ServedStore> served = {};
     std::unique_ptr<Questions> questions = {};
-    std::vector<Answers> answers = {}; ///< One for each question.
-    OtherMedians other = {};           ///< Empty where there is nothing to compare with.
+    std::vector<Answers> answers = {}; ///< One per query.
+    OtherMedians other = {};           ///< Empty without a comparison.
     ReadersOutcome readersAlone = {};
     ReadersOutcome readersBesideWriter = {};
 };

@@ -13,7 +13,7 @@ namespace
 
 /// Rows of the table: enough for a tree of three levels.
 constexpr int ROWS = 100000;
-/// The server's channel, beside those of the service.
+/// The server's channel, in the folder of the service's channels.
 constexpr char CHANNEL[] = "bare";
 
 std::string framed(const std::string &message)
@@ -22,7 +22,7 @@ std::string framed(const std::string &message)
     return std::string(reinterpret_cast<const char *>(&length), sizeof length) + message;
 }
 
-/// Starts a server whose channel is beside the others of a folder; that folder stays the selected one.
+/// Starts a server in a folder with other channels; the folder stays selected.
 std::unique_ptr<FixedServer> serverIn(const std::string &folder, const std::string &reply)
 {
     auto server = std::make_unique<FixedServer>(framed(reply));

@@ -10,17 +10,17 @@
 namespace bench
 {
 
-/// The least that fetching a place by its id takes: an exchange of the same sizes over the channel, with a server that
-/// does nothing else, and a row of the same size read from a table of nothing else.
+/// Lower bound of a fetch by id: an exchange of the same sizes over the channel with a server that does nothing else,
+/// and reading a row of the same size from a table with no other data.
 class BareFetch
 {
 public:
-    /// @param request what asks for the place.
-    /// @param reply what the service answers.
-    /// @param folder the selected folder of channels, which takes the server's and the table.
+    /// @param request the request for the place.
+    /// @param reply the reply of the service.
+    /// @param folder the selected channel folder, which also gets the server and the table.
     BareFetch(std::string request, const std::string &reply, const std::string &folder);
 
-    /// Both false on a failure.
+    /// False on a failure.
     bool exchange();
     bool readRow(std::int64_t number);
 

@@ -35,7 +35,7 @@ void findRecent(const PlaceManager &manager)
     qDeleteAll(found);
 }
 
-/// The times of all reads until `end`, in microseconds.
+/// Times of all reads until `end`, in microseconds.
 std::vector<double> readUntil(steady_clock::time_point end, int places, unsigned int seed)
 {
     const PlaceManager manager;
@@ -52,7 +52,7 @@ std::vector<double> readUntil(steady_clock::time_point end, int places, unsigned
     return times;
 }
 
-/// Returns how many writes were acknowledged.
+/// Returns the number of acknowledged writes.
 int writeUntil(steady_clock::time_point end, int places)
 {
     const PlaceManager manager;

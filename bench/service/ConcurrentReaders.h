@@ -14,9 +14,9 @@ struct ReadersOutcome
     double writesPerSecond = 0; ///< 0 without a writer.
 };
 
-/// Eight threads fetch places by id and find the recent ones, in turn, for a few seconds.
-/// @param places ids of the selected service's places are 1 to this.
-/// @param withWriter whether one more thread counts uses of places meanwhile.
+/// Eight threads alternately fetch places by id and find recent ones, for a few seconds.
+/// @param places ids in the selected service are 1 to this number.
+/// @param withWriter whether one more thread counts uses of places.
 ReadersOutcome readConcurrently(int places, bool withWriter);
 
 } // namespace bench

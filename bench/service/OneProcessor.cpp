@@ -10,7 +10,7 @@ namespace bench
 OneProcessor::OneProcessor()
 {
     ::sched_getaffinity(0, sizeof m_before, &m_before);
-    // The last one: interrupts are often served by the first.
+    // The last one: the first one often handles interrupts.
     std::size_t last = CPU_SETSIZE - 1;
     while (last > 0 && !CPU_ISSET(last, &m_before))
         --last;

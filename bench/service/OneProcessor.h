@@ -6,15 +6,15 @@
 namespace bench
 {
 
-/// Keeps the calling thread, and the threads and processes that it starts, on one processor. A time then says how long
-/// the work takes, and not on which processors the scheduler places client and service, which differs from run to run.
+/// Restricts the calling thread, and the threads and processes that it starts, to one processor. Times then do not
+/// depend on how the scheduler distributes client and service over processors, which differs between runs.
 class OneProcessor
 {
 public:
     OneProcessor();
     OneProcessor(const OneProcessor &) = delete;
     OneProcessor &operator=(const OneProcessor &) = delete;
-    /// Gives the calling thread, and what it starts from now on, all its processors back.
+    /// Restores all processors for the calling thread and its future children.
     ~OneProcessor();
 
 private:

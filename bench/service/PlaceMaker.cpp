@@ -21,25 +21,25 @@ using namespace vela::platform::places;
 namespace
 {
 
-// Shares of the names.
+// Shares of names.
 constexpr double WITH_SAN = 0.0175; ///< With a word that starts with "san".
 constexpr double WITH_S = 0.14;     ///< With a word that starts with "s".
 constexpr double OF_THREE_WORDS = 0.25;
 
-// One place of so many.
+// One place in so many.
 constexpr std::uint64_t FAVORITES = 100;
 constexpr std::uint64_t USED = 20;
 constexpr std::uint64_t RECENT = 50;
 constexpr std::uint64_t CONTACTS = 5000;
 constexpr std::uint64_t RARE = 10000;
 constexpr std::uint64_t OWN_TAGS = 20;
-/// Different tags that these have.
+/// Number of different tags of these places.
 constexpr std::uint64_t OWN_TAG_COUNT = 300;
 constexpr std::uint64_t OTHER_OWNERS = 20;
 
-constexpr quint64 NOW = 1767225600; ///< When the last place was used, in seconds since 1970-01-01T00:00:00 UTC.
+constexpr quint64 NOW = 1767225600; ///< Time of the last use, in seconds since 1970-01-01T00:00:00 UTC.
 constexpr quint64 YEAR = quint64{365} * 24 * 3600;
-/// Most degrees between a place and its city.
+/// Maximum distance between a place and its city, in degrees.
 constexpr double CITY_RADIUS = 0.3;
 constexpr double LAST_LATITUDE = 89.9;
 
@@ -50,7 +50,7 @@ bool startsWith(const QString &word, const char *prefix)
     return word.normalized(QString::NormalizationForm_D).startsWith(QLatin1String(prefix), Qt::CaseInsensitive);
 }
 
-/// A word that needs no punctuation around it.
+/// A word without need for quoting.
 bool isPlainWord(const QString &word)
 {
     return std::all_of(word.begin(), word.end(),
@@ -191,7 +191,7 @@ void PlaceMaker::addTags(Place &place)
         place.addTag(QStringLiteral("tag %1").arg(below(OWN_TAG_COUNT)));
 }
 
-/// A few places are a contact's, and a few a meeting room.
+/// Makes a few places contacts, and a few meeting rooms.
 void PlaceMaker::addContact(Place &place) const
 {
     const std::uint64_t kind = m_made % CONTACTS;

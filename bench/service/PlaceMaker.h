@@ -22,7 +22,7 @@ class Place;
 namespace bench
 {
 
-// Owners, tags and types of made places, by how many places have them.
+// Owners, tags and types of generated places, by the share of places that have them.
 constexpr char FREQUENT_OWNER[] = "org.example.maps";  ///< Of 60 %.
 constexpr char MIDDLE_OWNER[] = "org.example.travel";  ///< Of 1 %.
 constexpr char RARE_OWNER[] = "org.example.collector"; ///< Of 0.01 %.
@@ -30,18 +30,18 @@ constexpr char FREQUENT_TAG[] = "holiday";             ///< Of 10 %.
 constexpr char MIDDLE_TAG[] = "work";                  ///< Of 1 %.
 constexpr char RARE_TAG[] = "treasure";                ///< Of 0.01 %.
 
-/// Makes places like those of an import and a year of use. The same seed makes the same places.
+/// Generates places like those of an import and a year of use. The same seed gives the same places.
 class PlaceMaker : private Random
 {
 public:
     using Random::below;
 
-    /// Changes whenever other places are made.
+    /// Changes with the generated places.
     static constexpr int VERSION = 1;
 
     struct MadePlace
     {
-        std::string feature; ///< What was imported: a GeoJSON feature of about 215 bytes.
+        std::string feature; ///< Imported GeoJSON feature of about 215 bytes.
         std::unique_ptr<vela::platform::places::Place> place;
     };
 
@@ -50,7 +50,7 @@ public:
     MadePlace next();
     /// A word of a real name.
     const QString &word();
-    /// A real city, and where it is.
+    /// A real city with its position.
     struct City
     {
         QString name;
@@ -73,11 +73,11 @@ private:
 
     std::uint64_t m_made = 0;
     std::vector<City> m_cities;
-    QStringList m_words;         ///< Words that do not start with "s", as often as they occur.
-    QStringList m_rarities;      ///< The same, each once.
+    QStringList m_words;         ///< Words that do not start with "s", by frequency.
+    QStringList m_rarities;      ///< The same without duplicates.
     QStringList m_sWords;        ///< Words that start with "s" but not with "san".
     QStringList m_sanWords;      ///< Words that start with "san".
-    QHash<QString, int> m_names; ///< How often a name was made.
+    QHash<QString, int> m_names; ///< How often a name was generated.
 };
 
 } // namespace bench

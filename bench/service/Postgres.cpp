@@ -27,13 +27,13 @@ namespace
 {
 
 constexpr int ROUNDS = 15;
-/// Longest time for filling the server, and for all questions.
+/// Timeout for filling the server, and for all queries.
 constexpr int TIMEOUT_MS = 8 * 60 * 1000;
 constexpr std::uint64_t SEED = 5;
-/// The user that the server runs as where this process is root, for it refuses to be root.
+/// User of the server when this process is root: the server refuses to run as root.
 constexpr char SERVER_USER[] = "postgres";
 
-/// The folder of the newest server's programs; empty where there is none.
+/// Folder of the newest server's programs; empty when there is none.
 QString serverPrograms()
 {
     const QDir versions(QStringLiteral("/usr/lib/postgresql"));
@@ -51,7 +51,7 @@ void replaceAll(std::string &text, const std::string &name, const std::string &v
         text.replace(at, name.size(), value);
 }
 
-/// A row of places and its tags, as COPY reads them.
+/// Writes a row of places and its tags for COPY.
 void writeRow(int id, const PlaceMaker::MadePlace &made, std::ostream &places, std::ostream &tags)
 {
     const PlacePrivate &data = *PlacePrivate::privateFromPublic(made.place.get());
@@ -64,7 +64,7 @@ void writeRow(int id, const PlaceMaker::MadePlace &made, std::ostream &places, s
         tags << tag.toStdString() << '\t' << id << '\n';
 }
 
-/// The median of what psql timed: the statements in turn, round by round, of which the first only warms up.
+/// Medians of the times from psql: the statements in turn, round by round; the first round is for warming up.
 OtherMedians mediansOf(const QByteArray &output)
 {
     constexpr std::size_t COUNT = std::size(sql::STATEMENTS);

@@ -12,41 +12,41 @@ namespace bench
 
 class PlaceMaker;
 
-/// Medians of another database on the same questions, in microseconds, by the names of the questions.
+/// Medians of another database for the same queries, in microseconds, by name of the query.
 using OtherMedians = std::map<std::string, double>;
 
-/// A PostgreSQL server of the benchmark's own, in a temporary folder and on a socket there, with the places of a made
-/// store. Distances are PostGIS's where that is installed, else those of the plane of degrees.
+/// A private PostgreSQL server in a temporary folder, with a socket there and the places of a generated store.
+/// Distances are those of PostGIS if it is installed, else planar distances in degrees.
 class Postgres
 {
 public:
-    /// Starts the server and fills it. Where that is not possible, standard error says why and there are no medians.
+    /// Starts the server and fills it. On a failure, prints the reason to standard error; there are no medians then.
     explicit Postgres(int places);
     ~Postgres();
     Postgres(const Postgres &) = delete;
     Postgres &operator=(const Postgres &) = delete;
 
-    /// Puts the questions that are alike there, round by round, over one connection that stays open.
+    /// Runs the comparable queries, round by round, over one open connection.
     [[nodiscard]] OtherMedians medians() const;
 
 private:
-    /// Runs one of the server's programs on its data folder; as another user where this process is root.
+    /// Runs a program of the server on its data folder; as another user when this process is root.
     bool runServer(const char *program, QStringList arguments) const;
     [[nodiscard]] bool start() const;
-    /// Has psql run a file of the temporary folder, and returns what it writes; empty when it fails.
+    /// Runs a file of the temporary folder with psql and returns its output; empty on a failure.
     [[nodiscard]] QByteArray runScript(const char *name) const;
-    /// Writes the places, and the script that has the server read them.
+    /// Writes the places, and the script that reads them into the server.
     void writePlaces() const;
     /// Path in the temporary folder.
     [[nodiscard]] std::string file(const char *name) const;
-    /// A statement with the position of some city and the id of some place.
+    /// A statement with the position of a city and the id of a place.
     [[nodiscard]] std::string withValues(std::string statement, PlaceMaker &maker) const;
 
     const int m_places;
     const QTemporaryDir m_folder;
-    const QString m_programs; ///< Folder of the server's programs; empty where it is not installed.
+    const QString m_programs; ///< Folder of the server's programs; empty when it is not installed.
     bool m_isFilled = false;
-    bool m_isOnEarth = false; ///< Whether there is PostGIS.
+    bool m_isOnEarth = false; ///< Whether PostGIS is installed.
 };
 
 } // namespace bench

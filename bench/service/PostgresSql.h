@@ -1,7 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// What the benchmark puts to PostgreSQL.
+/// SQL statements for PostgreSQL.
 namespace bench::sql
 {
 
@@ -33,7 +33,7 @@ CREATE INDEX ON place USING gist(position);
 VACUUM ANALYZE;
 )sql";
 
-/// A question by the name of its row, with `:centre` for a position and `:id` for a place.
+/// A query by the name of its row, with `:centre` for a position and `:id` for a place.
 struct Statement
 {
     const char *question;

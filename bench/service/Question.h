@@ -9,11 +9,11 @@
 namespace bench
 {
 
-/// What a question may take; 0 where there is no limit.
+/// Limits of a query; 0 for none.
 struct Limit
 {
-    double ratio = 0;  ///< Most times a fetch by id at 1,000,000 places.
-    double growth = 0; ///< Most times the same at 138,000 places.
+    double ratio = 0;  ///< Maximum ratio to a fetch by id at 1,000,000 places.
+    double growth = 0; ///< Maximum ratio to the same query at 138,000 places.
 };
 
 /// A row of the table.
@@ -21,23 +21,23 @@ struct Question
 {
     std::string name;
     Limit limit;
-    /// Asks once. Returns how many results came, or a negative number for a failure.
+    /// Runs the query. Returns the number of results, or a negative number on a failure.
     std::function<int()> ask;
 };
 
-// Baselines, which come first among the questions.
+// Baselines, which are the first queries.
 constexpr std::size_t BASELINES = 3;
 constexpr char FETCH[] = "fetch by id";
 constexpr char BARE_CHANNEL[] = "bare channel exchange of the same sizes";
 constexpr char BARE_ROW[] = "bare SQLite row of the same size";
 
-/// How often and how fast a question was answered.
+/// Number of results and times of a query.
 struct Answers
 {
-    int found = 0;                  ///< Results; negative when it failed.
+    int found = 0;                  ///< Number of results; negative on a failure.
     std::vector<double> times = {}; ///< In microseconds, sorted.
 
-    /// The time that this share of the answers took at most; 0 without answers.
+    /// The time within which this share of the answers arrived; 0 without answers.
     [[nodiscard]] double quantile(double share) const
     {
         const double last = static_cast<double>(times.size()) - 1;

@@ -43,7 +43,7 @@ std::string quoted(const std::string &term)
     return '"' + term + '"';
 }
 
-/// @param error a reference, for the call that makes the list writes it.
+/// @param error a reference, because the call that creates the list writes it.
 template <typename List>
 int foundOf(const List &found, const Error::Type &error)
 {
@@ -73,7 +73,7 @@ std::string requestFor(qint64 id)
     return std::string(data, static_cast<std::size_t>(length));
 }
 
-/// The folder of channels is chosen before the members that need it.
+/// Selects the channel folder before members are initialized that need it.
 const ServedStore &selected(const ServedStore &store)
 {
     store.select();

@@ -13,8 +13,7 @@
 namespace bench
 {
 
-/// The questions that a client puts to a store, through the library. The service of the store is the selected one
-/// whenever one is asked.
+/// The queries of a client to a store, through the library. Select the service of the store before running one.
 class Questions
 {
 public:
@@ -22,7 +21,7 @@ public:
     Questions(const Questions &) = delete;
     Questions &operator=(const Questions &) = delete;
 
-    /// The same for every store. They refer to this object.
+    /// The same for all stores. They refer to this object.
     [[nodiscard]] const std::vector<Question> &all() const { return m_questions; }
 
 private:
@@ -37,7 +36,7 @@ private:
     void addFarPages();
     void addWrites();
     void add(std::string name, Limit limit, std::function<int()> ask);
-    /// Adds a find of the first page, or of a later one.
+    /// Adds a find of the first or a later page.
     void addFind(std::string name, Limit limit, const Rule &rule, const Sort &sort, int offset = 0);
     /// Adds finds of a rule by distance from a centre that changes with every find.
     void addNear(std::string name, Limit limit, const Rule &rule, vela::platform::places::SortOrder::Type order);
@@ -50,7 +49,7 @@ private:
     BareFetch m_bare;
     const vela::platform::places::PlaceManager m_manager;
     const vela::platform::places::InternalPlaceManager m_internal;
-    const std::unique_ptr<vela::platform::places::Place> m_stored; ///< To be looked for, and updated.
+    const std::unique_ptr<vela::platform::places::Place> m_stored; ///< For searching and updating.
     std::vector<Question> m_questions;
 };
 

@@ -14,7 +14,7 @@ namespace
 {
 
 constexpr double BYTES_LIMIT = 1100;
-/// Most times a bare exchange and a bare read of a row, together, that a fetch by id may take.
+/// Maximum ratio of a fetch by id to a bare exchange and a bare read of a row together.
 constexpr double FETCH_LIMIT = 1.3;
 
 bool isAbove(double value, double limit)
@@ -22,7 +22,7 @@ bool isAbove(double value, double limit)
     return limit > 0 && value > limit;
 }
 
-/// The answers to the question of this name.
+/// The answers to the query with this name.
 const Answers &answersTo(const AskedStore &store, const char *name)
 {
     const std::vector<Question> &questions = store.questions->all();

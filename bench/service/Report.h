@@ -6,9 +6,8 @@
 namespace bench
 {
 
-/// Prints how a store answered: each question with its limits, then what the store takes on the disk, and what many
-/// readers get at once.
-/// @param smaller a smaller store, which growth is measured from; null for none.
+/// Prints the results of a store: each query with its limits, the size on the disk, and the throughput of many readers.
+/// @param smaller a smaller store, for measuring growth; null for none.
 void printReport(const AskedStore &store, const AskedStore *smaller, bool asMarkdown);
 
 } // namespace bench

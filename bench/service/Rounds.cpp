@@ -14,12 +14,12 @@ namespace
 {
 
 constexpr int ROUNDS = 15;
-/// Most times that a question is asked in a round, and the time after which it is not asked again.
+/// Maximum number of runs of a query in a round, and the time after which it is not run again.
 constexpr int BURST = 20;
 constexpr double BURST_TIME = 10e3; // microseconds
-/// Time after which a question is left out of the other rounds.
+/// Time after which a query is left out of the other rounds.
 constexpr double QUESTION_TIME = 15e6; // microseconds
-/// Questions between two times that the baselines are asked: every ratio depends on them.
+/// Number of queries between two runs of the baselines, on which all ratios depend.
 constexpr std::size_t BASELINE_INTERVAL = 8;
 
 void askOnce(const Question &question, Answers &answers)
@@ -57,7 +57,7 @@ void askRound(AskedStore &store)
     }
 }
 
-/// Asks every question once, before anything counts: caches fill, and sources are read.
+/// Runs every query once without measuring: fills caches and reads sources.
 void warmUp(AskedStore &store)
 {
     store.served->select();

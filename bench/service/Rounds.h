@@ -6,9 +6,9 @@
 namespace bench
 {
 
-/// Asks every store every question, round by round, so that noise of the machine reaches all rows alike. A question is
-/// asked 15 times; up to 300 times where it is fast, less often where 15 times would take more than 15 seconds. The
-/// baselines are asked several times in a round.
+/// Runs all queries on all stores, round by round, so that noise of the machine affects all rows alike. A query runs 15
+/// times; a fast one up to 300 times, and fewer times when 15 runs would take more than 15 seconds. Baselines run
+/// several times per round.
 void ask(std::vector<AskedStore> &stores);
 
 } // namespace bench

@@ -7,8 +7,8 @@
 namespace bench
 {
 
-/// A places service on a copy of a made store, with a gazetteer and contacts. The copy lies beside the store, so that
-/// it is on a real disk wherever temporary files are.
+/// A places service on a copy of a generated store, with a gazetteer and contacts. The copy is beside the store, so
+/// that it is on a real disk even if temporary files are not.
 class ServedStore
 {
 public:
@@ -16,7 +16,7 @@ public:
     /// @param contacts a folder of vCards.
     ServedStore(const MadeStore &made, const QString &gazetteer, const QString &contacts);
 
-    /// Has the library talk to this service from now on.
+    /// Makes the library use this service.
     void select() const;
     [[nodiscard]] const MadeStore &made() const { return m_made; }
     [[nodiscard]] QString path(const char *name) const { return m_service.path(name); }

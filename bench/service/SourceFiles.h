@@ -6,10 +6,10 @@
 namespace bench
 {
 
-/// Writes a GeoJSON file of made places, for the gazetteer.
+/// Writes a GeoJSON file of generated places, for the gazetteer.
 void writeGazetteer(const QString &path, int places);
 
-/// Writes so many contacts with an address each into a new folder, as vCards.
+/// Writes `contacts` contacts with one address each into a new folder, as vCards.
 void writeContacts(const QString &folder, int contacts);
 
 } // namespace bench

@@ -20,10 +20,10 @@ namespace bench
 namespace
 {
 
-/// Places in one write.
+/// Number of places per write.
 constexpr int BATCH = 10000;
 
-/// What the store's code makes of a new database.
+/// The schema version of a new database.
 int schemaVersion()
 {
     const QTemporaryDir folder;
@@ -63,7 +63,7 @@ MadeStore makeStore(const QString &folder, int places)
             QFile::remove(unfinished + QLatin1String(part));
         QElapsedTimer timer;
         timer.start();
-        // The last connection that closes writes the log back into the database.
+        // The last closed connection copies the log to the database.
         fill(unfinished, places);
         time.open(QIODevice::WriteOnly);
         time.write(QByteArray::number(static_cast<double>(timer.elapsed()) / 1000));

@@ -6,16 +6,16 @@
 namespace bench
 {
 
-/// A database of made places, which is not to be changed.
+/// A database of generated places; do not change it.
 struct MadeStore
 {
     QString path;
     int places = 0;
-    double seconds = 0; ///< Time that it took to make it.
+    double seconds = 0; ///< Time for generating it.
     double bytesAPlace = 0;
 };
 
-/// The database of so many places in a folder; made there unless it is there already.
+/// The database with `places` places in a folder; generated if it is missing.
 MadeStore makeStore(const QString &folder, int places);
 
 } // namespace bench

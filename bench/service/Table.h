@@ -7,7 +7,7 @@
 namespace bench
 {
 
-/// A table of texts, printed for a terminal or as Markdown. All columns but the first are aligned to the right.
+/// A table of texts, printed for a terminal or as Markdown. All columns except the first are right-aligned.
 class Table
 {
 public:
@@ -21,12 +21,12 @@ public:
     void print(bool asMarkdown) const;
 
 private:
-    std::vector<Cells> m_rows; ///< The head first.
+    std::vector<Cells> m_rows; ///< The header row first.
 };
 
-/// A time as a person reads it: "87 us", "1.43 ms", "2.10 s". "-" for none.
+/// A time for people: "87 us", "1.43 ms", "2.10 s". "-" for none.
 std::string timeText(double microseconds);
-/// A number of so many decimal places; "-" for 0.
+/// A number with `decimals` decimal places; "-" for 0.
 std::string numberText(double number, int decimals);
 
 } // namespace bench

@@ -30,7 +30,7 @@ namespace
 constexpr int MARGIN = 8;
 const QKeySequence TOGGLE_FAVORITE(QStringLiteral("Ctrl+D"));
 
-/// What is shown before a term is typed, and what a term is looked for in.
+/// Groups that are shown without a term, and searched for a term.
 const QList<SearchResultGroup::Type> STORED{SearchResultGroup::Favorites, SearchResultGroup::NonContacts,
                                             SearchResultGroup::Contacts};
 const QList<SearchResultGroup::Type> ALL =
@@ -38,20 +38,20 @@ const QList<SearchResultGroup::Type> ALL =
     + QList<SearchResultGroup::Type>{SearchResultGroup::CategorySuggestions, SearchResultGroup::Remote,
                                      SearchResultGroup::Addresses};
 
-/// Time until a search is repeated that the service could not answer.
+/// Delay before a search is repeated that the service could not answer.
 constexpr std::chrono::seconds RETRY_INTERVAL(2);
 
-/// Names the jobs that fetch a place. The favourites are those without a name.
+/// Tag of the jobs that fetch a place. Favourite jobs have no tag.
 const QString FETCH = QStringLiteral("fetch");
 
-/// True when the same search may succeed later.
+/// True when a retry may succeed.
 bool isPassing(Error::Type error)
 {
     return error == Error::ServiceUnavailable || error == Error::CommunicationFailed || error == Error::Busy
            || error == Error::TimedOut;
 }
 
-/// Keys that move in the list though the user types in the field.
+/// Keys that move in the list while the text field has the focus.
 bool movesInList(int key)
 {
     return key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp || key == Qt::Key_PageDown;
@@ -287,7 +287,7 @@ void BrowserWindow::loadRecords(const FullPlace &place)
     AuxiliaryDataRequest request;
     request.setPlace(place);
     m_records.cancel(QVariant());
-    (void)m_records.requestAuxiliaryData({request}, QVariant()); // Accepted: the request has a place.
+    (void)m_records.requestAuxiliaryData({request}, QVariant()); // accepted: the request has a place
 }
 
 void BrowserWindow::takeRecords(const QList<AuxiliaryDataReply> &replies)
@@ -334,7 +334,7 @@ void BrowserWindow::present(const AnyPlace &place, const QList<AuxiliaryData> &r
     m_map->mark(place ? place->primaryCoordinates() : Coordinates());
     m_star->setVisible(place);
     m_title->setText(place ? place->name().simplified() : QString());
-    // Set anew with every place: the palette may have changed since.
+    // Set for each place: the palette may change.
     m_text->document()->setDefaultStyleSheet(
         QStringLiteral(".name { color: %1; text-align: right; padding-right: 8px }")
             .arg(palette().color(QPalette::PlaceholderText).name(QColor::HexArgb)));

@@ -18,26 +18,25 @@ class QToolButton;
 class ResultList;
 class WorldMap;
 
-/// Searches places while the user types, and shows the one that is chosen. The arrow keys move in the list wherever one
-/// types. Return acts on the current place, else on the first one, once the answer to what was typed is there; on a
-/// category it shows the places of it. Escape leaves the category or clears the search, Ctrl+D makes the place a
-/// favourite or an ordinary one again. The search is repeated when stored places have changed and, while the service
-/// cannot be reached, every two seconds.
+/// Searches places while the user types, and shows the chosen one. The arrow keys move in the list while the text field
+/// has the focus. Return activates the current place, else the first one, when the search is answered; for a category
+/// it shows its places. Escape leaves the category or clears the search. Ctrl+D toggles the favourite. The search is
+/// repeated when stored places change and, while the service is unavailable, every two seconds.
 class BrowserWindow : public QMainWindow
 {
     Q_OBJECT
 public:
     BrowserWindow();
 
-    /// Searches near a position from now on, and shows distances from it.
+    /// Sets the centre of searches and distances.
     void setCentre(const vela::platform::places::Coordinates &centre);
-    /// Types a term and chooses the first place that it finds.
+    /// Searches for a term and chooses the first place.
     void searchAndChoose(const QString &term);
-    /// True when nothing that was asked for is missing.
+    /// True when no answer is outstanding.
     [[nodiscard]] bool isComplete() const { return !m_isSearching && !m_isLoading; }
 
 Q_SIGNALS:
-    /// Something that was asked for has come, or failed.
+    /// A request was answered or has failed.
     void progressed();
 
 protected:
@@ -51,7 +50,7 @@ private:
     QWidget *makeListSide();
     QWidget *makePlaceSide();
     void connectActions();
-    /// The user has changed the term.
+    /// The user changed the term.
     void edit();
     void pressReturn();
     void searchCategory(const QString &category);
@@ -74,16 +73,16 @@ private:
     vela::platform::places::PlaceSearchManager m_records;
     vela::platform::places::PlaceStorageManager m_storage;
     vela::platform::places::PlaceStoreWatcher m_watcher;
-    AnyPlace m_shown;                                          ///< Null while none is chosen.
-    QList<vela::platform::places::AuxiliaryData> m_ownRecords; ///< Those that came with the place.
-    QString m_category; ///< Whose places are searched for; empty when it is the term.
+    AnyPlace m_shown;                                          ///< Null when no place is chosen.
+    QList<vela::platform::places::AuxiliaryData> m_ownRecords; ///< Records that came with the place.
+    QString m_category; ///< Category of the searched places; empty during a search by term.
     vela::platform::places::Coordinates m_centre;
     QTimer m_retry;
     int m_searchId = 0;
     bool m_isSearching = false;
     bool m_isLoading = false;
-    bool m_isReturnWaiting = false;   ///< Return was pressed before it was known what it acts on.
-    bool m_isFavoriteOfShown = false; ///< Whether the favourite that is being changed is still the place that is shown.
+    bool m_isReturnWaiting = false;   ///< Return was pressed before the current place is known.
+    bool m_isFavoriteOfShown = false; ///< Whether the favourite being changed is the shown place.
     QString m_searchStatus;
     vela::platform::places::Error::Type m_searchError = vela::platform::places::Error::Success;
 

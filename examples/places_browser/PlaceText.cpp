@@ -20,7 +20,7 @@ using namespace vela::platform::places;
 namespace
 {
 
-/// Rows of a name and a value each. A value that is empty makes no row.
+/// Rows with a name and a value. Empty values are left out.
 class Rows
 {
 public:
@@ -29,7 +29,7 @@ public:
         addHtml(name, text.toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>")));
     }
     void add(const char *name, const QString &text) { add(QString::fromUtf8(name), text); }
-    /// Adds an address that leads somewhere, if it is of the kind that does so harmlessly.
+    /// Adds a link, if its scheme is safe.
     void addLink(const QString &name, const QUrl &url)
     {
         static const QStringList HARMLESS{QStringLiteral("http"), QStringLiteral("https"), QStringLiteral("mailto"),
@@ -74,7 +74,7 @@ QString joined(QStringList parts, const QString &separator)
     return parts.join(separator);
 }
 
-/// The lines that the source made for display, else lines of the parts.
+/// The display lines of the source, else lines of the parts.
 QString addressText(const Address &address)
 {
     QStringList lines = address.extendedAddressLines();
@@ -89,7 +89,7 @@ QString addressText(const Address &address)
     return joined(lines, QStringLiteral("\n"));
 }
 
-/// "47.4581° N, 8.5481° E", to some ten metres.
+/// "47.4581° N, 8.5481° E", a precision of about ten metres.
 QString positionText(const Coordinates &position)
 {
     if (!position.isValid())
@@ -106,7 +106,7 @@ QString positionText(const Coordinates &position)
     return text;
 }
 
-/// Opening hours from Monday on, a day a line.
+/// Opening hours from Monday on, one line per day.
 QString hoursText(const QMap<DayOfWeek::Type, QList<TimeRange>> &hours)
 {
     static constexpr DayOfWeek::Type WEEK[] = {DayOfWeek::Monday,   DayOfWeek::Tuesday, DayOfWeek::Wednesday,
@@ -127,14 +127,14 @@ QString hoursText(const QMap<DayOfWeek::Type, QList<TimeRange>> &hours)
     return hours.isEmpty() ? QString() : lines.join(QLatin1Char('\n'));
 }
 
-/// What a property says. Some programs keep a text as JSON.
+/// The text of a property. Some programs store a text as JSON.
 QString propertyText(const QString &value)
 {
     const QJsonArray json = QJsonDocument::fromJson("[" + value.toUtf8() + "]").array();
     return json.size() == 1 && json[0].isString() ? json[0].toString() : value;
 }
 
-/// Adds what a record holds beyond the keys that a typed view reads.
+/// Adds properties of a record that its typed view does not read.
 void addOthers(Rows &rows, const AuxiliaryData &record, const QStringList &read)
 {
     const QMap<QString, QString> properties = record.properties();

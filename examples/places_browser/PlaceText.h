@@ -8,11 +8,11 @@
 #include <QtCore/QList>
 #include <QtCore/QString>
 
-/// What is known about a place and what its records say, as HTML for a QTextBrowser. Every text of the place is
-/// escaped, and nothing but web, e-mail and telephone addresses becomes a link.
-/// @param place in full or in short.
+/// A place and its records as HTML for a QTextBrowser. All text of the place is escaped, and only web, e-mail and
+/// telephone addresses become links.
+/// @param place a full place or a header.
 QString placeText(const vela::platform::places::AbstractPlace &place,
                   const QList<vela::platform::places::AuxiliaryData> &records);
 
-/// What went wrong, as a sentence.
+/// An error as a sentence.
 QString errorText(vela::platform::places::Error::Type error);

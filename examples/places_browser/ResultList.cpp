@@ -42,7 +42,7 @@ const char *headingOf(SearchResultGroup::Type group)
     }
 }
 
-/// True when both are the same place, as far as one can see: one of them may have been stored since.
+/// True when both look like the same place: one of them may have been stored meanwhile.
 bool isSame(const AbstractPlace &a, const AbstractPlace &b)
 {
     if (a.isPersisted() && b.isPersisted())
@@ -51,7 +51,7 @@ bool isSame(const AbstractPlace &a, const AbstractPlace &b)
            && a.primaryCoordinates() == b.primaryCoordinates();
 }
 
-/// Draws a place as its name over where it is, with a star for a favourite; and a heading as a line of its own.
+/// Draws a place as its name above its address, with a star for a favourite; draws a heading on one line.
 class PlaceDelegate : public QStyledItemDelegate
 {
 public:
@@ -120,7 +120,7 @@ ResultList::ResultList(QWidget *parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollMode(ScrollPerPixel);
     connect(this, &QListWidget::currentRowChanged, this, &ResultList::choose);
-    // Behind the click, which still needs the item.
+    // Queued: the click still needs the item.
     const auto activateLater = [this](QListWidgetItem *item) {
         QTimer::singleShot(0, this, [this, place = m_rows.value(row(item))] { activatePlace(place); });
     };
@@ -149,7 +149,7 @@ bool ResultList::activate()
 {
     const int row = currentRow();
     const bool isCurrent = row >= 0 && isFresh(m_rows[row]);
-    // The current place may still be among the answers that are outstanding.
+    // The current place may be in an outstanding answer.
     if (!isCurrent && (m_current ? !isComplete() : !isFirstKnown()))
         return false;
     if (!isCurrent)

@@ -9,7 +9,7 @@
 #include <QtCore/QVector>
 #include <QtWidgets/QListWidget>
 
-/// What a search found, group by group under headings. A place that several groups found stands in the first of them.
+/// The results of a search by group, under headings. A place that several groups contain is shown in the first of them.
 class ResultList : public QListWidget
 {
     Q_OBJECT
@@ -19,30 +19,30 @@ public:
 
     explicit ResultList(QWidget *parent = nullptr);
 
-    /// Has these groups shown, in this order. Their answers are outstanding from now on. What was found in them before
-    /// stays until setGroup() replaces it; other groups go.
-    /// @param category the category whose places SearchResultGroup::Categories shows.
+    /// Sets the groups and their order; their answers are now outstanding. Earlier results stay until setGroup()
+    /// replaces them; other groups are removed.
+    /// @param category the category of the places in SearchResultGroup::Categories.
     void setGroups(const QList<Group> &groups, const QString &category = {});
-    /// Shows what a group found. The current place stays current when it is still there.
+    /// Shows the results of a group. The current place stays current if it is among them.
     void setGroup(const vela::platform::places::SearchResult &result);
-    /// Has rows say how far from here they are; not valid for no distances.
+    /// Sets the position for distances in rows; not valid for none.
     void setCentre(const vela::platform::places::Coordinates &centre) { m_centre = centre; }
 
-    /// Acts on the current place, else on the first one. False when an outstanding answer can change which that is;
-    /// then nothing was done.
+    /// Activates the current place, else the first one. False, without effect, when an outstanding answer can change
+    /// which one that is.
     bool activate();
-    /// Makes a place current if it is there, without placeChosen().
+    /// Makes a place current if it is in the list, without placeChosen().
     void setCurrentPlace(const AnyPlace &place);
-    /// All places that are shown.
+    /// All shown places.
     [[nodiscard]] QVector<AnyPlace> places() const;
-    /// Text to show when there is no place.
+    /// Text to show without places.
     void setEmptyText(const QString &text);
     [[nodiscard]] QString emptyText() const { return m_emptyText; }
 
 Q_SIGNALS:
-    /// The user has moved to a place, or to a category.
+    /// The user moved to a place or a category.
     void placeChosen(const ResultList::AnyPlace &place);
-    /// The user wants to see the places of a category.
+    /// The user activated a category.
     void categoryChosen(const QString &category);
 
 protected:
@@ -53,7 +53,7 @@ private:
     {
         QList<AnyPlace> places;
         bool hasMore = false;
-        bool isFresh = false; ///< False while an answer is outstanding.
+        bool isFresh = false; ///< False while the answer is outstanding.
     };
 
     void rebuild();
@@ -70,7 +70,7 @@ private:
     QString m_category;
     vela::platform::places::Coordinates m_centre;
     QMap<Group, Found> m_found;
-    QVector<AnyPlace> m_rows; ///< The place of each row; null for a heading.
+    QVector<AnyPlace> m_rows; ///< Place of each row; null for a heading.
     AnyPlace m_current;
     QString m_emptyText;
 };

@@ -13,14 +13,14 @@ using namespace vela::platform::places;
 namespace
 {
 
-/// Descriptions that are longer are no names.
+/// A longer description is not shown as a name.
 constexpr int LONGEST_OTHER_NAME = 40;
 
 } // namespace
 
 bool isCategory(const AbstractPlace &result)
 {
-    // Searches give places in short. Of these, only a category is tagged, of a provider, and nowhere.
+    // Search results are headers. Among them only a provider's category has a tag and no position.
     const auto *header = dynamic_cast<const PlaceHeader *>(&result);
     return header && !header->isPersisted() && !header->hasPhysicalLocation() && header->AbstractPlace::hasTag()
            && header->hasAuxiliaryData(AuxiliaryData::TypePointOfInterest) == PlaceHeader::Present;

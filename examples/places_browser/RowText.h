@@ -5,17 +5,17 @@
 
 #include <QtCore/QString>
 
-// What a row of the list says of a place, so that it can be told apart from others of its name.
+// Texts for a row of the list; they distinguish places of the same name.
 
-/// True for a suggested category. It is no place, but its name can be searched for as a category.
+/// True for a suggested category, which is not a place but can be searched by its name.
 bool isCategory(const vela::platform::places::AbstractPlace &result);
 
-/// The name, and a short description behind it.
+/// The name with a short description.
 QString nameText(const vela::platform::places::AbstractPlace &place);
 
-/// Where it is: the address without what is said twice.
+/// The address without repetitions.
 QString whereText(const vela::platform::places::AbstractPlace &place);
 
-/// The distance from `centre`; empty when it is not known.
+/// The distance from `centre`; empty when it is unknown.
 QString distanceText(const vela::platform::places::AbstractPlace &place,
                      const vela::platform::places::Coordinates &centre);

@@ -39,7 +39,7 @@ QPainterPath readLand()
     return land;
 }
 
-/// A colour between two, `share` of the way from the first to the second.
+/// A mix of two colours, with `share` of the second.
 QColor between(const QColor &from, const QColor &to, double share)
 {
     const auto mix = [share](int a, int b) { return qRound(a + (b - a) * share); };

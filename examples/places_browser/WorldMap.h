@@ -7,19 +7,19 @@
 #include <QtGui/QPainterPath>
 #include <QtWidgets/QWidget>
 
-/// The land of the Earth in equirectangular projection, north up, with places on it: each a dot, one of them marked.
-/// It is drawn in the colours of the palette, at whatever size it has.
+/// A world map in equirectangular projection, north up, with places as dots and one marked place. Drawn in the colours
+/// of the palette, in any size.
 class WorldMap : public QWidget
 {
     Q_OBJECT
 public:
     explicit WorldMap(QWidget *parent = nullptr);
 
-    /// What to show as dots. Positions that are not valid are passed over.
+    /// Sets the dots. Invalid positions are skipped.
     void setDots(const QVector<vela::platform::places::Coordinates> &dots);
-    /// What to mark; a position that is not valid marks nothing.
+    /// Sets the marked position; an invalid one marks nothing.
     void mark(const vela::platform::places::Coordinates &position);
-    /// Where a position is in the widget, in pixels.
+    /// Position in the widget, in pixels.
     [[nodiscard]] QPointF pointOf(const vela::platform::places::Coordinates &position) const;
 
     [[nodiscard]] QSize sizeHint() const override { return {720, 360}; }
@@ -31,12 +31,12 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    /// The largest rectangle of two to one in the middle of the widget.
+    /// The largest centred rectangle with an aspect ratio of 2:1.
     [[nodiscard]] QRectF frame() const;
     void drawEarth(QPainter &painter) const;
     void drawMark(QPainter &painter) const;
 
-    const QPainterPath m_land; ///< In degrees, longitude to the east and latitude to the south.
+    const QPainterPath m_land; ///< In degrees: x is the longitude to the east, y the latitude to the south.
     QVector<vela::platform::places::Coordinates> m_dots;
     vela::platform::places::Coordinates m_marked;
 };

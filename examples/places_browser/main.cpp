@@ -1,6 +1,6 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
-// Searches places while one types, and shows the chosen one with its details, on a map of the world.
+// Searches places while the user types, and shows the chosen one with its details on a world map.
 
 #include "BrowserWindow.h"
 
@@ -15,7 +15,7 @@ namespace
 
 using vela::platform::places::Coordinates;
 
-/// The position of a text "LATITUDE,LONGITUDE"; not valid when it is none.
+/// The position in "LATITUDE,LONGITUDE"; not valid for other text.
 Coordinates positionOf(const QString &text)
 {
     const QStringList parts = text.split(QLatin1Char(','));
@@ -38,7 +38,7 @@ int main(int argc, char **argv)
         {QStringLiteral("near"), QStringLiteral("Search near <position>, in degrees, and show distances from there."),
          QStringLiteral("latitude,longitude")},
         {QStringLiteral("screenshot"),
-         QStringLiteral("Save a picture of the window to <file> when it is filled, and end."), QStringLiteral("file")},
+         QStringLiteral("Save a screenshot to <file> when all results are there, and exit."), QStringLiteral("file")},
     });
     options.process(application);
 

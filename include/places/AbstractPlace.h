@@ -18,8 +18,8 @@ namespace vela::platform::places
 
 class AbstractPlacePrivate;
 
-/// What a full place and a header have in common, to be read. Places are objects: they are handed on by pointer, and an
-/// object belongs to one thread at a time.
+/// Common interface of full places and headers, read-only. Places are QObjects: pass them by pointer, and use each
+/// object on one thread at a time.
 class PLACES_EXPORT AbstractPlace : public QObject
 {
     Q_OBJECT
@@ -49,9 +49,9 @@ public:
     [[nodiscard]] quint64 lastUsedTime() const;
     /// True when only the owner may see the place.
     [[nodiscard]] bool isPrivate() const;
-    /// The perimeter the place belongs to. It is chosen when the place is added and never changes.
+    /// Perimeter of the place. It is set when the place is added and never changes.
     [[nodiscard]] vela::system::SecurityPerimeter::Type securityPerimeter() const;
-    /// How sure the search that found the place is of it.
+    /// Certainty of the search result.
     [[nodiscard]] SearchResultCertainty::Type certainty() const;
 
     /// True when a location of the place has a valid position.
@@ -60,22 +60,22 @@ public:
     [[nodiscard]] bool hasPhysicalLocation() const;
     /// True when the place has a record of any type.
     [[nodiscard]] bool hasAuxiliaryData() const;
-    /// True when the place carries any tag.
+    /// True when the place has any tag.
     [[nodiscard]] bool hasTag() const;
-    /// True when the place carries Tags::Favorite.
+    /// True when the place has Tags::Favorite.
     [[nodiscard]] bool isFavorite() const;
 
-    /// The e-mail address to show first; empty when there is none.
+    /// Main e-mail address; empty when there is none.
     [[nodiscard]] QString primaryEmailAddress() const;
-    /// One line that tells where the place is; empty when nothing is known.
+    /// Address or position as one line; empty when both are unknown.
     [[nodiscard]] QString primaryLocation() const;
     /// The first address that is not empty; else an empty one.
     [[nodiscard]] Address primaryAddress() const;
     /// The first position that is valid; else an invalid one.
     [[nodiscard]] Coordinates primaryCoordinates() const;
-    /// The telephone number to show first; empty when there is none.
+    /// Main telephone number; empty when there is none.
     [[nodiscard]] QString primaryPhoneNumber() const;
-    /// The web address to show first; empty when there is none.
+    /// Main web address; empty when there is none.
     [[nodiscard]] QUrl primaryUrl() const;
 
     /// A link that shows the place on the map web service; empty when the place has no valid position.
@@ -83,6 +83,7 @@ public:
 
 protected:
     AbstractPlace();
+    /// The private part; never null.
     std::unique_ptr<AbstractPlacePrivate> d;
 
 private:

@@ -11,34 +11,36 @@ namespace vela::platform::places
 
 class AddressPrivate;
 
-/// A postal address with the parts inside a building. A part that is not known is an empty text.
+/// A postal address, with parts inside a building. Unknown parts are empty.
 class PLACES_EXPORT Address
 {
 public:
-    /// An address of which nothing is known.
+    /// An empty address.
     Address();
     Address(const Address &other);
-    /// Takes the value of `other`, which is an address of which nothing is known from then on.
+    /// Moves the value; `other` becomes an address with all parts unknown.
     Address(Address &&other) noexcept;
     Address &operator=(const Address &other);
     Address &operator=(Address &&other) noexcept;
     ~Address();
 
-    /// Exchanges the values without a copy.
+    /// Swaps the values without a copy.
     void swap(Address &other) noexcept { d.swap(other.d); }
     friend void swap(Address &left, Address &right) noexcept { left.swap(right); }
 
-    /// A line made to be shown, such as the name of a building; when set it stands for the whole address.
+    /// Display name, such as the name of a building; replaces the address in displays when set.
     [[nodiscard]] QString label() const;
     void setLabel(const QString &label);
 
+    /// House number as text.
     [[nodiscard]] QString houseNumber() const;
     void setHouseNumber(const QString &houseNumber);
 
-    /// Street, with the house number where the country writes them as one.
+    /// Street, including the house number in countries that write both together.
     [[nodiscard]] QString street() const;
     void setStreet(const QString &street);
 
+    /// City or town.
     [[nodiscard]] QString city() const;
     void setCity(const QString &city);
 
@@ -46,7 +48,7 @@ public:
     [[nodiscard]] QString region() const;
     void setRegion(const QString &region);
 
-    /// Name of the country, in whatever language it was given.
+    /// Name of the country, in any language.
     [[nodiscard]] QString country() const;
     void setCountry(const QString &country);
 
@@ -58,29 +60,33 @@ public:
     [[nodiscard]] QString countryCode() const;
     void setCountryCode(const QString &code);
 
+    /// Postal code in the form of the country.
     [[nodiscard]] QString postalCode() const;
     void setPostalCode(const QString &postalCode);
 
+    /// Campus or site that the building belongs to.
     [[nodiscard]] QString campus() const;
     void setCampus(const QString &campus);
 
+    /// Name or number of the building.
     [[nodiscard]] QString building() const;
     void setBuilding(const QString &building);
 
-    /// Floor, counted as the building counts; -2147483648 when unset.
+    /// Floor number as used in the building; -2147483648 when unset.
     [[nodiscard]] int floor() const;
     void setFloor(int floor);
     /// True when a floor is set; 0 is a floor.
     [[nodiscard]] bool hasValidFloor() const;
 
+    /// Name or number of the room.
     [[nodiscard]] QString room() const;
     void setRoom(const QString &room);
 
-    /// Short form for display, one element a line; empty when the source gave none.
+    /// Short form for display, one element per line; empty when the source has none.
     [[nodiscard]] QStringList compactAddressLines() const;
     void setCompactAddressLines(const QStringList &lines);
 
-    /// Long form for display, one element a line; empty when the source gave none.
+    /// Long form for display, one element per line; empty when the source has none.
     [[nodiscard]] QStringList extendedAddressLines() const;
     void setExtendedAddressLines(const QStringList &lines);
 

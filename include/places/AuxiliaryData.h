@@ -14,9 +14,8 @@ namespace vela::platform::places
 
 class AuxiliaryDataPrivate;
 
-/// An extra record that a source attaches to a place: a contact, a calendar entry, point-of-interest details and so on.
-/// Every attribute is a text under a key; the typed views (ContactAuxiliaryData and its like) read and write the keys
-/// of one type.
+/// A record that a source attaches to a place: a contact, a calendar entry, point-of-interest details and so on. All
+/// attributes are texts by key; typed views, such as ContactAuxiliaryData, read and write the keys of one type.
 class PLACES_EXPORT AuxiliaryData
 {
 public:
@@ -31,16 +30,16 @@ public:
     AuxiliaryData();
     /// A new record of a type: one of the constants above, or any other text.
     explicit AuxiliaryData(const QString &type);
-    /// A record of a type that the service stores under `id`.
+    /// A record of a type with the id that the service stores it under.
     AuxiliaryData(qint64 id, const QString &type);
     AuxiliaryData(const AuxiliaryData &other);
-    /// Takes the value of `other`, which is a record without a type from then on.
+    /// Moves the value; `other` becomes a record without a type.
     AuxiliaryData(AuxiliaryData &&other) noexcept;
     AuxiliaryData &operator=(const AuxiliaryData &other);
     AuxiliaryData &operator=(AuxiliaryData &&other) noexcept;
     ~AuxiliaryData();
 
-    /// Exchanges the values without a copy.
+    /// Swaps the values without a copy.
     void swap(AuxiliaryData &other) noexcept { d.swap(other.d); }
     friend void swap(AuxiliaryData &left, AuxiliaryData &right) noexcept { left.swap(right); }
 
@@ -51,35 +50,36 @@ public:
     [[nodiscard]] QString externalId() const;
     void setExternalId(const QString &externalId);
 
+    /// Type of the record, such as "contact" or "poi"; empty when unset.
     [[nodiscard]] QString type() const;
 
-    /// Source of the record; not valid when it has none.
+    /// Source of the record; not valid when there is none.
     [[nodiscard]] Provider provider() const;
 
     /// True when the record may be stored with its place.
     [[nodiscard]] bool isPersistable() const;
 
-    /// Inserts or replaces the text under `key`.
+    /// Sets the text of `key`.
     void addProperty(const QString &key, const QString &value);
-    /// Removes the text under `key`, if there is one.
+    /// Removes `key` and its text, if present.
     void removeProperty(const QString &key);
-    /// The text under `key`; empty when there is none.
+    /// The text of `key`; empty when there is none.
     [[nodiscard]] QString property(const QString &key) const;
-    /// All keys and texts, in the order of the keys.
+    /// All keys and texts, sorted by key.
     [[nodiscard]] QMap<QString, QString> properties() const;
 
-    /// Inserts or replaces a value; only its text survives.
+    /// Sets a value; it is stored as text.
     void addQVariantProperty(const QString &key, const QVariant &value);
-    /// The text under `key` as a variant; invalid when there is none.
+    /// The text of `key` as a variant; invalid when there is none.
     [[nodiscard]] QVariant qvariantProperty(const QString &key) const;
 
-    /// Inserts or replaces a list of values, kept as one text: joined by ",", a "," in an element written "|-|".
+    /// Sets a list of values, stored as one text: joined by ",", with "," in an element replaced by "|-|".
     void addQVariantListProperty(const QString &key, const QList<QVariant> &list);
-    /// The list under `key`, its elements as texts; empty when there is none. An empty text is one empty element, and
-    /// an element that held "|-|" comes back with ",".
+    /// The list of `key`, its elements as texts; empty when there is none. An empty text gives one empty element, and
+    /// "|-|" in an element becomes ",".
     [[nodiscard]] QList<QVariant> qvariantListProperty(const QString &key) const;
 
-    /// Compares type, external id and properties: what the record says, not where it comes from or is stored.
+    /// Compares type, external id and properties, but not provider and id.
     bool operator==(const AuxiliaryData &other) const;
     bool operator!=(const AuxiliaryData &other) const;
 
@@ -88,7 +88,7 @@ private:
     ValuePointer<AuxiliaryDataPrivate> d;
 };
 
-/// For debugging: type, numbers and keys; the texts under the keys may be private.
+/// For debugging: type, numbers and keys, without the texts, which may be private.
 PLACES_EXPORT QDebug operator<<(QDebug debug, const AuxiliaryData &data);
 
 } // namespace vela::platform::places

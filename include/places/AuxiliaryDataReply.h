@@ -16,31 +16,31 @@ namespace vela::platform::places
 class AbstractPlace;
 class AuxiliaryDataReplyData;
 
-/// The answer to one AuxiliaryDataRequest. Replies are made by the library; copies share their data.
+/// The reply to one AuxiliaryDataRequest, created by the library. Copies share their data.
 class PLACES_EXPORT AuxiliaryDataReply
 {
 public:
     AuxiliaryDataReply();
     AuxiliaryDataReply(const AuxiliaryDataReply &other);
-    /// Takes the value of `other`, which is a reply to no request from then on.
+    /// Moves the value; `other` becomes a reply to no request.
     AuxiliaryDataReply(AuxiliaryDataReply &&other) noexcept;
     AuxiliaryDataReply &operator=(const AuxiliaryDataReply &other);
     AuxiliaryDataReply &operator=(AuxiliaryDataReply &&other) noexcept;
     virtual ~AuxiliaryDataReply();
 
-    /// Exchanges the values without a copy.
+    /// Swaps the values without a copy.
     void swap(AuxiliaryDataReply &other) noexcept { d.swap(other.d); }
     friend void swap(AuxiliaryDataReply &left, AuxiliaryDataReply &right) noexcept { left.swap(right); }
 
     /// Outcome of the request.
     [[nodiscard]] Error::Type status() const;
-    /// Why the request failed, as Error::reason() would say it; empty when it did not, or when no reason is known.
+    /// Why the request failed, like Error::reason(); empty on success and when no reason is known.
     [[nodiscard]] QString reason() const;
-    /// The records that were found; empty when the request failed.
+    /// The found records; empty when the request failed.
     [[nodiscard]] QList<AuxiliaryData> data() const;
-    /// The place of the request; the reply keeps it alive.
+    /// The place of the request, kept alive by the reply.
     [[nodiscard]] QSharedPointer<AbstractPlace> place() const;
-    /// The caller's own value, from the request.
+    /// The user-defined value of the request.
     [[nodiscard]] QVariant userDefinedValue() const;
 
 private:
@@ -48,7 +48,7 @@ private:
     SharedValuePointer<AuxiliaryDataReplyData> d;
 };
 
-/// Compares all values but the reason; the place by identity, not by content.
+/// Compares all values except the reason; the place by identity, not by content.
 PLACES_EXPORT bool operator==(const AuxiliaryDataReply &left, const AuxiliaryDataReply &right);
 PLACES_EXPORT bool operator!=(const AuxiliaryDataReply &left, const AuxiliaryDataReply &right);
 

@@ -14,43 +14,43 @@ namespace vela::platform::places
 class AbstractPlace;
 class AuxiliaryDataRequestData;
 
-/// Asks for auxiliary data of one place. Copies share their data until one is changed.
+/// A request for auxiliary data of one place. Copies share their data until one is changed.
 class PLACES_EXPORT AuxiliaryDataRequest
 {
 public:
     AuxiliaryDataRequest();
     AuxiliaryDataRequest(const AuxiliaryDataRequest &other);
-    /// Takes the value of `other`, which is a request without a place from then on.
+    /// Moves the value; `other` becomes a request without a place.
     AuxiliaryDataRequest(AuxiliaryDataRequest &&other) noexcept;
     AuxiliaryDataRequest &operator=(const AuxiliaryDataRequest &other);
     AuxiliaryDataRequest &operator=(AuxiliaryDataRequest &&other) noexcept;
     virtual ~AuxiliaryDataRequest();
 
-    /// Exchanges the values without a copy.
+    /// Swaps the values without a copy.
     void swap(AuxiliaryDataRequest &other) noexcept { d.swap(other.d); }
     friend void swap(AuxiliaryDataRequest &left, AuxiliaryDataRequest &right) noexcept { left.swap(right); }
 
-    /// The place whose data is wanted; null when unset.
+    /// The place; null when unset.
     [[nodiscard]] QSharedPointer<AbstractPlace> place() const;
     void setPlace(const QSharedPointer<AbstractPlace> &place);
 
-    /// The type of record that is wanted, such as AuxiliaryData::TypeContact; empty for every type.
+    /// Type of the requested records, such as AuxiliaryData::TypeContact; empty for all types.
     [[nodiscard]] QString dataType() const;
     void setDataType(const QString &type);
 
-    /// True to get only what a provider has to be asked for; false by default.
+    /// True for records from providers only; false by default.
     [[nodiscard]] bool isRemoteDataOnly() const;
     void setRemoteDataOnly(bool remoteDataOnly);
 
-    /// The only provider to take data from; not valid for all of them.
+    /// Only records of this provider; not valid for all providers.
     [[nodiscard]] Provider provider() const;
     void setProvider(const Provider &provider);
 
-    /// Index of the first record that is wanted, from 0.
+    /// Index of the first requested record, from 0.
     [[nodiscard]] int offset() const;
     void setOffset(int offset);
 
-    /// Largest number of records that is wanted; -1 for no limit.
+    /// Maximum number of records; -1 for no limit.
     [[nodiscard]] int limit() const;
     void setLimit(int limit);
 

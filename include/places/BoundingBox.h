@@ -15,13 +15,13 @@ public:
     /// A box without corners; it is not valid.
     BoundingBox();
     BoundingBox(const BoundingBox &other);
-    /// Takes the value of `other`, which is a box without corners from then on.
+    /// Moves the value; `other` becomes a box without corners.
     BoundingBox(BoundingBox &&other) noexcept;
     BoundingBox &operator=(const BoundingBox &other);
     BoundingBox &operator=(BoundingBox &&other) noexcept;
     ~BoundingBox();
 
-    /// Exchanges the values without a copy.
+    /// Swaps the values without a copy.
     void swap(BoundingBox &other) noexcept { d.swap(other.d); }
     friend void swap(BoundingBox &left, BoundingBox &right) noexcept { left.swap(right); }
 

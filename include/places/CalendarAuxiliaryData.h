@@ -11,39 +11,39 @@ namespace vela::platform::places
 
 class CalendarAuxiliaryDataPrivate;
 
-/// A record of type "calendar" seen as the event that takes place there.
+/// A view of a record of type "calendar" as an event at the place.
 class PLACES_EXPORT CalendarAuxiliaryData
 {
 public:
     /// A new, empty record of type "calendar".
     CalendarAuxiliaryData();
-    /// A view of a copy of `data`, whatever its type.
+    /// A view of a copy of `data`, of any type.
     explicit CalendarAuxiliaryData(const AuxiliaryData &data);
     CalendarAuxiliaryData(const CalendarAuxiliaryData &other);
-    /// Takes the value of `other`, which is a new, empty record from then on.
+    /// Moves the value; `other` becomes a new, empty record.
     CalendarAuxiliaryData(CalendarAuxiliaryData &&other) noexcept;
     CalendarAuxiliaryData &operator=(const CalendarAuxiliaryData &other);
     CalendarAuxiliaryData &operator=(CalendarAuxiliaryData &&other) noexcept;
     ~CalendarAuxiliaryData();
 
-    /// Exchanges the values without a copy.
+    /// Swaps the values without a copy.
     void swap(CalendarAuxiliaryData &other) noexcept { d.swap(other.d); }
     friend void swap(CalendarAuxiliaryData &left, CalendarAuxiliaryData &right) noexcept { left.swap(right); }
 
-    /// What the event is about; empty when unset.
+    /// Title of the event; empty when unset.
     [[nodiscard]] QString subject() const;
     void setSubject(const QString &subject);
 
-    /// Those who are invited; empty when nobody is. An invitee with a ";" in it comes back as two.
+    /// Invited people; empty when there are none. An invitee that contains ";" is read back as two.
     [[nodiscard]] QStringList invitees() const;
     void setInvitees(const QStringList &invitees);
 
-    /// Begin of the event to the second, in local time, 1970 to 2106; null when unset or unreadable. A time that is
-    /// null or outside these years is kept as the last second there is, 2106-02-07T06:28:15 UTC.
+    /// Start of the event in seconds resolution, local time, 1970 to 2106; null when unset or unreadable. A null time
+    /// or one outside these years is stored as 2106-02-07T06:28:15 UTC, the last second of the range.
     [[nodiscard]] QDateTime startTime() const;
     void setStartTime(const QDateTime &time);
 
-    /// End of the event, under the rules of startTime().
+    /// End of the event; range as startTime().
     [[nodiscard]] QDateTime endTime() const;
     void setEndTime(const QDateTime &time);
 

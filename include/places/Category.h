@@ -17,13 +17,13 @@ class PLACES_EXPORT Category
 public:
     Category();
     Category(const Category &other);
-    /// Takes the value of `other`, which is a category without a code from then on.
+    /// Moves the value; `other` becomes a category without a code.
     Category(Category &&other) noexcept;
     Category &operator=(const Category &other);
     Category &operator=(Category &&other) noexcept;
     ~Category();
 
-    /// Exchanges the values without a copy.
+    /// Swaps the values without a copy.
     void swap(Category &other) noexcept { d.swap(other.d); }
     friend void swap(Category &left, Category &right) noexcept { left.swap(right); }
 
@@ -31,7 +31,7 @@ public:
     [[nodiscard]] QString code() const;
     void setCode(const QString &code);
 
-    /// The categories directly below this one.
+    /// Direct subcategories.
     [[nodiscard]] QList<Category> children() const;
     void setChildren(const QList<Category> &children);
 

@@ -10,44 +10,55 @@ namespace vela::platform::places
 
 class ContactAuxiliaryDataPrivate;
 
-/// A record of type "contact" seen as the address-book contact it describes. It can be read only: contacts are changed
-/// in the address book. A text that is not known is empty.
+/// A read-only view of a record of type "contact" as an address-book contact. To change a contact, use the address
+/// book. Unknown texts are empty.
 class PLACES_EXPORT ContactAuxiliaryData
 {
 public:
     /// A new, empty record of type "contact".
     ContactAuxiliaryData();
-    /// A view of a copy of `data`, whatever its type.
+    /// A view of a copy of `data`, of any type.
     explicit ContactAuxiliaryData(const AuxiliaryData &data);
     ContactAuxiliaryData(const ContactAuxiliaryData &other);
-    /// Takes the value of `other`, which is a new, empty record from then on.
+    /// Moves the value; `other` becomes a new, empty record.
     ContactAuxiliaryData(ContactAuxiliaryData &&other) noexcept;
     ContactAuxiliaryData &operator=(const ContactAuxiliaryData &other);
     ContactAuxiliaryData &operator=(ContactAuxiliaryData &&other) noexcept;
     ~ContactAuxiliaryData();
 
-    /// Exchanges the values without a copy.
+    /// Swaps the values without a copy.
     void swap(ContactAuxiliaryData &other) noexcept { d.swap(other.d); }
     friend void swap(ContactAuxiliaryData &left, ContactAuxiliaryData &right) noexcept { left.swap(right); }
 
-    /// Identifier of the contact in the address book.
+    /// Id of the contact in the address book.
     [[nodiscard]] QString externalId() const;
-    /// Number of the account the contact belongs to; 0 when unknown.
+    /// Number of the contact's account; 0 when unknown.
     [[nodiscard]] int accountId() const;
     /// Number of the contact in its account; 0 when unknown.
     [[nodiscard]] int contactId() const;
 
+    /// First name.
     [[nodiscard]] QString firstName() const;
+    /// Middle name.
     [[nodiscard]] QString middleName() const;
+    /// Family name.
     [[nodiscard]] QString lastName() const;
+    /// Full name as displayed by the address book.
     [[nodiscard]] QString fullName() const;
+    /// Title or position.
     [[nodiscard]] QString title() const;
+    /// Company or organisation.
     [[nodiscard]] QString company() const;
 
+    /// Telephone number at home.
     [[nodiscard]] QString homePhone() const;
+    /// Number of the mobile telephone.
     [[nodiscard]] QString mobilePhone() const;
+    /// Telephone number at work.
     [[nodiscard]] QString workPhone() const;
+    /// Fax number.
     [[nodiscard]] QString fax() const;
+    /// E-mail address.
     [[nodiscard]] QString emailAddress() const;
     /// Web address; empty when unknown.
     [[nodiscard]] QUrl url() const;
@@ -56,16 +67,17 @@ public:
     [[nodiscard]] QString photoPathSmall() const;
     /// File path of the large photo.
     [[nodiscard]] QString photoPathLarge() const;
-    /// File path of the photo as it was taken.
+    /// File path of the original photo.
     [[nodiscard]] QString photoPathOriginal() const;
     /// MIME type of the photos.
     [[nodiscard]] QString photoMimeType() const;
 
-    /// True when the contact lives in the work perimeter.
+    /// True when the contact belongs to the work perimeter.
     [[nodiscard]] bool isWorkContact() const;
+    /// Notes about the contact.
     [[nodiscard]] QString notes() const;
 
-    /// A copy of the record behind this view.
+    /// A copy of the record.
     [[nodiscard]] AuxiliaryData auxiliaryData() const;
     operator AuxiliaryData() const;
 
@@ -78,7 +90,7 @@ private:
     ValuePointer<ContactAuxiliaryDataPrivate> d;
 };
 
-/// For debugging: numbers and full name; the rest of a contact is private.
+/// For debugging: numbers and full name; other values are private.
 PLACES_EXPORT QDebug operator<<(QDebug debug, const ContactAuxiliaryData &contact);
 
 } // namespace vela::platform::places

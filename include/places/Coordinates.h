@@ -8,22 +8,22 @@ namespace vela::platform::places
 
 class CoordinatesPrivate;
 
-/// A point on the Earth in the WGS 84 system. A component that is not known is NaN; nothing is range-checked when set.
+/// A point on the Earth in WGS 84. Unknown components are NaN; setters do not check ranges.
 class PLACES_EXPORT Coordinates
 {
 public:
-    /// A point of which nothing is known.
+    /// A point with all components unknown.
     Coordinates();
-    /// A point whose altitude and accuracies are not known.
+    /// A point with unknown altitude and accuracies.
     Coordinates(double latitude, double longitude);
     Coordinates(const Coordinates &other);
-    /// Takes the value of `other`, which is a point of which nothing is known from then on.
+    /// Moves the value; `other` becomes a point with all parts unknown.
     Coordinates(Coordinates &&other) noexcept;
     Coordinates &operator=(const Coordinates &other);
     Coordinates &operator=(Coordinates &&other) noexcept;
     ~Coordinates();
 
-    /// Exchanges the values without a copy.
+    /// Swaps the values without a copy.
     void swap(Coordinates &other) noexcept { d.swap(other.d); }
     friend void swap(Coordinates &left, Coordinates &right) noexcept { left.swap(right); }
 
@@ -50,8 +50,8 @@ public:
     /// True when latitude and longitude are known and within their ranges, ends included.
     [[nodiscard]] bool isValid() const;
 
-    /// Compares latitude, longitude and altitude, each within 1e-6 of its unit; two unknown components are equal.
-    /// The accuracies say how well a point is known, not where it is, and are not compared.
+    /// Compares latitude, longitude and altitude, with a tolerance of 1e-6 units; two unknown components are equal.
+    /// Accuracies are not compared.
     bool operator==(const Coordinates &other) const;
     bool operator!=(const Coordinates &other) const;
 
@@ -60,7 +60,7 @@ private:
     ValuePointer<CoordinatesPrivate> d;
 };
 
-/// For debugging: the components that are known.
+/// For debugging: the known components.
 PLACES_EXPORT QDebug operator<<(QDebug debug, const Coordinates &point);
 
 } // namespace vela::platform::places

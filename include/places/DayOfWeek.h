@@ -8,7 +8,7 @@
 namespace vela::platform::places
 {
 
-/// The days of the week. Their names can be looked up through the meta-object.
+/// Days of the week. Names are available through the meta-object.
 class PLACES_EXPORT DayOfWeek
 {
     Q_GADGET

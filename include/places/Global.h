@@ -7,7 +7,7 @@
 
 #include <utility>
 
-/// Marks the classes that applications may use. Everything else has hidden visibility.
+/// Exports a class to applications. All other symbols have hidden visibility.
 #define PLACES_EXPORT Q_DECL_EXPORT
 
 class QDebug;
@@ -15,7 +15,7 @@ class QDebug;
 namespace vela::platform::places
 {
 
-/// The private part of a new value. It is never destroyed: a static object of an application may outlive ours.
+/// Private part of a default value. Never destroyed: static objects of an application may be destroyed later.
 template <typename T>
 Q_NEVER_INLINE const T *newPrivatePart()
 {
@@ -23,25 +23,25 @@ Q_NEVER_INLINE const T *newPrivatePart()
     return part;
 }
 
-/// The one pointer from a public value class to its private part: owns it, and copies it with the value. A value that
-/// was moved from reads as a new one, and gets a private part again when it is changed.
-/// `T` may be incomplete wherever the pointer is only declared.
+/// Owning pointer from a public value class to its private part; copies the private part with the value. After a move
+/// the value equals a new one; a private part is created when it is changed.
+/// `T` may be incomplete where the pointer is only declared.
 template <typename T>
 class ValuePointer
 {
 public:
-    /// Takes ownership of `owned`, which is never null.
+    /// Takes ownership of `owned`; not null.
     explicit ValuePointer(T *owned)
         : m_value(owned)
     {}
     ValuePointer(const ValuePointer &other)
         : m_value(other.m_value ? new T(*other.m_value) : nullptr)
     {}
-    /// Takes the private part itself: what its copies leave out, the value class has to leave out of a move on its own.
+    /// Moves the private part. A value class whose copies leave out a member must do the same in its move.
     ValuePointer(ValuePointer &&other) noexcept
         : m_value(std::exchange(other.m_value, nullptr))
     {}
-    /// Assigns to the value that is there, by the value's own rules; the pointer itself stays.
+    /// Assigns to the private part by its assignment operator; the pointer is unchanged.
     ValuePointer &operator=(const ValuePointer &other)
     {
         if (this != &other)
@@ -71,13 +71,12 @@ private:
 };
 
 /// The same for a value class whose copies share the private part.
-/// @tparam Pointer QSharedDataPointer for copies that part when one is changed, QExplicitlySharedDataPointer for copies
-/// that see each other's changes.
+/// @tparam Pointer QSharedDataPointer for copy-on-write, QExplicitlySharedDataPointer for copies that share changes.
 template <typename T, typename Pointer = QSharedDataPointer<T>>
 class SharedValuePointer
 {
 public:
-    /// Shares `part`, which is never null.
+    /// Shares `part`; not null.
     explicit SharedValuePointer(T *part)
         : m_value(part)
     {}

@@ -9,7 +9,7 @@ namespace vela::platform::places
 class ImageData;
 extern template class PLACES_EXPORT SharedAuxiliaryDataView<ImageData>;
 
-/// A record of type "lbs-image" seen as an image of the place: url() leads to it. A text that is not known is empty.
+/// A view of a record of type "lbs-image" as an image of the place at url(). Unknown texts are empty.
 class PLACES_EXPORT ImageAuxiliaryData : public SharedAuxiliaryDataView<ImageData>
 {
 public:
@@ -19,6 +19,7 @@ public:
     /// True when the record is of type "lbs-image" and url() is a valid URL.
     [[nodiscard]] bool isValid() const;
 
+    /// Description of the image.
     [[nodiscard]] QString description() const;
     void setDescription(const QString &description);
 };

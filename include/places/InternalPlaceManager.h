@@ -21,19 +21,19 @@ class Place;
 class PlaceHeader;
 class SearchHandle;
 
-/// What the platform's own applications, such as place pickers and the unified search, need beyond PlaceManager: finds
-/// by rules of their own, by group and among contacts, further pages, and backup. Every call asks the places service
-/// and waits for its answer. A manager has no state; one may be used on several threads at once.
+/// Functions for the platform's own applications, such as place pickers and unified search, in addition to
+/// PlaceManager: finds by custom rules, by group and among contacts, paging, and backup. All calls block until the
+/// places service answers. A manager is stateless; it may be used on several threads at once.
 ///
-/// Errors are returned, or written through an `Error::Type *` where one is taken (null when not wanted). Any call may
-/// give Error::ServiceUnavailable, Error::PermissionDenied, Error::CommunicationFailed or what the service answers. A
-/// find that fails returns an empty list. The caller owns every place that is returned as a bare pointer.
+/// Errors are returned, or written through an `Error::Type *`, which may be null. Any call may fail with
+/// Error::ServiceUnavailable, Error::PermissionDenied, Error::CommunicationFailed or an error of the service. A failed
+/// find returns an empty list. The caller owns all places that are returned as plain pointers.
 ///
-/// The parameters of the finds are the same throughout:
-/// - `handle` takes what is needed to fetch more with findMorePlaces(); may be null.
-/// - `offset` is the index of the first result wanted, from 0.
-/// - `limit` is the largest number of results wanted.
-/// - `centre` is where the user looks at the map; not valid when unknown.
+/// Common parameters of finds:
+/// - `handle` receives the state for findMorePlaces(); may be null.
+/// - `offset` is the index of the first result, from 0.
+/// - `limit` is the maximum number of results.
+/// - `centre` is the centre of the user's map; not valid when unknown.
 class PLACES_EXPORT InternalPlaceManager
 {
 public:
@@ -41,13 +41,13 @@ public:
     InternalPlaceManager(const InternalPlaceManager &) = delete;
     InternalPlaceManager &operator=(const InternalPlaceManager &) = delete;
 
-    /// Finds places by any rule. The next page starts `limit` places further, however many came.
+    /// Finds places by any rule. The next page starts at `offset` + `limit`, for any number of results.
     [[nodiscard]] QList<QSharedPointer<AbstractPlace>>
     findMixedPlaces(const SearchRule &rule, Error::Type *error = nullptr, SearchHandle *handle = nullptr,
                     const SortRule &sort = SortRule(), int offset = 0, int limit = 20,
                     const Coordinates &centre = Coordinates()) const;
 
-    /// Finds places in full by any rule. The next page starts behind the places that came.
+    /// Finds full places by any rule. The next page starts after the returned places.
     [[nodiscard]] QList<Place *> findPlaces(const SearchRule &rule, Error::Type *error = nullptr,
                                             SearchHandle *handle = nullptr, const SortRule &sort = SortRule(),
                                             int offset = 0, int limit = 20,
@@ -58,67 +58,66 @@ public:
                                                     const QString &term = QString(), const SortRule &sort = SortRule(),
                                                     int offset = 0, int limit = 20) const;
 
-    /// Finds the recently picked places, the last one first.
+    /// Finds recently picked places, latest first.
     [[nodiscard]] QList<PlaceHeader *> findRecentlyPickedPlaces(Error::Type *error = nullptr,
                                                                 SearchHandle *handle = nullptr, int offset = 0,
                                                                 int limit = 20) const;
 
-    /// Finds the first 20 stored places, by name, that are no contact's.
+    /// Finds the first 20 stored places by name, without those of contacts.
     [[nodiscard]] QList<PlaceHeader *> findNonContactPlaces(const QString &term, Error::Type *error = nullptr) const;
 
-    /// Finds places of a group. Error::InvalidArgument for a number that is no group.
+    /// Finds places of a group. Error::InvalidArgument for an invalid group.
     [[nodiscard]] QList<QSharedPointer<AbstractPlace>>
     findPlacesByGroup(SearchResultGroup::Type group, Error::Type *error = nullptr, SearchHandle *handle = nullptr,
                       const QString &term = QString(), int offset = 0, int limit = 20,
                       const Coordinates &centre = Coordinates()) const;
 
-    /// Finds places of a group that are no favourites, where a group can hold any. Error::InvalidArgument for a number
-    /// that is no group and for SearchResultGroup::Favorites.
+    /// Finds places of a group without favourites, if the group can contain any. Error::InvalidArgument for an invalid
+    /// group and for SearchResultGroup::Favorites.
     [[nodiscard]] QList<QSharedPointer<AbstractPlace>>
     findNonFavoritePlacesByGroup(SearchResultGroup::Type group, Error::Type *error = nullptr,
                                  SearchHandle *handle = nullptr, const QString &term = QString(), int offset = 0,
                                  int limit = 20, const Coordinates &centre = Coordinates()) const;
 
-    /// Number of places that findPlacesByGroup() would find; 0 on failure.
+    /// Number of places of findPlacesByGroup() without a limit; 0 on failure.
     [[nodiscard]] unsigned int findPlacesSizeByGroup(SearchResultGroup::Type group, Error::Type *error = nullptr,
                                                      const QString &term = QString(),
                                                      const Coordinates &centre = Coordinates()) const;
 
-    /// Fetches a further page of an earlier find.
-    /// @param count largest number of places wanted.
-    /// @param position where the page starts: an index that was fetched before, or -1 for the page behind the last.
-    /// Error::InvalidArgument for a position further on and for a handle of no find.
+    /// Fetches another page of an earlier find.
+    /// @param count maximum number of places.
+    /// @param position start of the page: an index that was fetched before, or -1 for the next page.
+    /// Error::InvalidArgument for a later position and for a handle without a find.
     [[nodiscard]] QList<AbstractPlace *> findMorePlaces(SearchHandle &handle, int count, Error::Type &error,
                                                         int position = -1) const;
 
-    /// As PlaceManager::fav().
+    /// See PlaceManager::fav().
     [[nodiscard]] Error::Type fav(AbstractPlace *place) const;
-    /// As PlaceManager::unfav().
+    /// See PlaceManager::unfav().
     [[nodiscard]] Error::Type unfav(AbstractPlace *place) const;
 
-    /// Fetches a place in full: a stored one by its id, any other as the suggestion it is. Null on failure.
+    /// Fetches a full place: a stored one by its id, any other as a suggestion. Null on failure.
     [[nodiscard]] Place *getPlace(const AbstractPlace *place, Error::Type *error = nullptr) const;
 
-    /// As PlaceManager::addRecentlyPickedPlace().
+    /// See PlaceManager::addRecentlyPickedPlace().
     [[nodiscard]] Error::Type addRecentlyPickedPlace(Place *place) const;
-    /// As PlaceManager::clearRecentlyPickedPlaces().
+    /// See PlaceManager::clearRecentlyPickedPlaces().
     [[nodiscard]] Error::Type clearRecentlyPickedPlaces() const;
 
-    /// Terms that were searched for recently and start with `prefix`, the latest first. The prefix is compared as
-    /// Latin-1 text.
+    /// Recent search terms that start with `prefix`, latest first. The prefix is compared as Latin-1 text.
     [[nodiscard]] QStringList getRecentSearchTerms(Error::Type *error = nullptr,
                                                    const QString &prefix = QString()) const;
 
     /// The place of a contact; null on failure.
-    /// @param account as ContactAuxiliaryData::accountId() gives it.
-    /// @param contact as ContactAuxiliaryData::contactId() gives it.
-    /// @param address which of the contact's addresses: its kind (1 home, 2 work, 3 other), plus 3 for each address of
-    /// that kind before it; 0 for the first of all.
+    /// @param account from ContactAuxiliaryData::accountId().
+    /// @param contact from ContactAuxiliaryData::contactId().
+    /// @param address number of the address: its kind (1 home, 2 work, 3 other), plus 3 for each earlier address of the
+    /// same kind; 0 for the first address.
     [[nodiscard]] Place *getPlaceFromContact(int account, int contact, int address, Error::Type *error = nullptr) const;
 
-    /// Has the service write all places to a file, by its absolute path.
+    /// Lets the service write all places to a file. The path must be absolute.
     [[nodiscard]] Error::Type backup(const QString &path) const;
-    /// Has the service replace all places by those of a backup.
+    /// Lets the service replace all places by those of a backup. The path must be absolute.
     [[nodiscard]] Error::Type restore(const QString &path) const;
 };
 

@@ -11,24 +11,24 @@ namespace vela::platform::places
 
 class LocationPrivate;
 
-/// One whereabouts of a place: an address, a position, or both; or virtual data for a place that is nowhere on a map.
+/// A location of a place: an address, a position, or both; or virtual data for a place without a position.
 class PLACES_EXPORT Location
 {
 public:
-    /// A location of which nothing is known.
+    /// An empty location.
     Location();
-    /// A location that the service stores under `id`.
+    /// A location with the id that the service stores it under.
     explicit Location(qint64 id);
-    /// Copies everything but the zoom, which reads -1 in the copy.
+    /// Copies all values except the zoom, which is -1 in the copy.
     Location(const Location &other);
-    /// Takes everything but the zoom, as a copy does. `other` is a location of which nothing is known from then on.
+    /// Moves all values except the zoom, like a copy. `other` becomes an empty location.
     Location(Location &&other) noexcept;
-    /// Assigns everything but the zoom, which stays as it is.
+    /// Assigns all values except the zoom, which is unchanged.
     Location &operator=(const Location &other);
     Location &operator=(Location &&other) noexcept;
     virtual ~Location();
 
-    /// Exchanges everything but the zoom without a copy.
+    /// Swaps all values except the zoom, without a copy.
     void swap(Location &other) noexcept;
     friend void swap(Location &left, Location &right) noexcept { left.swap(right); }
 
@@ -43,7 +43,7 @@ public:
     [[nodiscard]] Coordinates coordinates() const;
     void setCoordinates(const Coordinates &coordinates);
 
-    /// Data of a location that is nowhere on a map, such as a conference number; empty when unset.
+    /// Data of a location without a position, such as a conference number; empty when unset.
     [[nodiscard]] QString virtualData() const;
     void setVirtualData(const QString &data);
 
@@ -51,7 +51,7 @@ public:
     [[nodiscard]] VirtualLocationType::Type virtualDataType() const;
     void setVirtualDataType(VirtualLocationType::Type type);
 
-    /// Map zoom at which this object is to be shown; -1 when unset. It belongs to this object and never to its copies.
+    /// Map zoom for displaying this object; -1 when unset. Not copied.
     [[nodiscard]] int zoom() const;
     void setZoom(int zoom);
 
@@ -59,8 +59,8 @@ public:
     [[nodiscard]] BoundingBox boundingBox() const;
     void setBoundingBox(const BoundingBox &box);
 
-    /// Compares address, coordinates, virtual data and its type, and bounding box. Id and zoom are not compared: the
-    /// same whereabouts stored twice are equal.
+    /// Compares address, coordinates, virtual data and its type, and bounding box, but not id and zoom: two stored
+    /// copies are equal.
     bool operator==(const Location &other) const;
     bool operator!=(const Location &other) const;
 
@@ -69,7 +69,7 @@ private:
     ValuePointer<LocationPrivate> d;
 };
 
-/// For debugging: number, position, address and what else is set.
+/// For debugging: id, position, address and other set values.
 PLACES_EXPORT QDebug operator<<(QDebug debug, const Location &location);
 
 } // namespace vela::platform::places

@@ -8,16 +8,16 @@ namespace vela::platform::places
 
 class PlaceHeaderPrivate;
 
-/// A place in short, as listings and searches return it: one location, and a summary of what the full place has.
-/// PlaceManager::getPlace() fetches the full place.
+/// A place as returned by lists and searches: one location, and a summary of the full place. PlaceManager::getPlace()
+/// fetches the full place.
 class PLACES_EXPORT PlaceHeader : public AbstractPlace
 {
     Q_OBJECT
 public:
-    /// What a header knows of the full place.
+    /// Whether the full place has a tag or record.
     enum Presence : int
     {
-        Unknown = 0, ///< 0: the header cannot tell.
+        Unknown = 0, ///< 0: the header does not know.
         Present = 1, ///< 1: the full place has it.
         Absent = 2,  ///< 2: the full place does not have it.
     };
@@ -27,13 +27,13 @@ public:
     ~PlaceHeader() override;
 
     using AbstractPlace::hasTag;
-    /// Whether the full place carries `tag`, as a Presence. Tags other than those of Tags are Unknown as soon as the
-    /// place has any tag.
+    /// Whether the full place has `tag`, as a Presence. Tags other than those of Tags are Unknown when the place has
+    /// any tag.
     [[nodiscard]] int hasTag(const QString &tag) const;
 
     using AbstractPlace::hasAuxiliaryData;
     /// Whether the full place has a record of this type, as a Presence. Types other than contact, calendar and point of
-    /// interest are Unknown as soon as the place has any record.
+    /// interest are Unknown when the place has any record.
     [[nodiscard]] int hasAuxiliaryData(const QString &type) const;
 
 private:

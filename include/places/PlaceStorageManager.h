@@ -17,65 +17,64 @@ class AbstractPlace;
 class Place;
 class PlaceStorageManagerPrivate;
 
-/// Saves, changes and fetches places without waiting: the operations of PlaceManager for a program with an event loop.
+/// Asynchronous version of PlaceManager for a program with an event loop: saves, changes and fetches places.
 ///
-/// Every operation is a job. The call returns its number at once, from 1 on, and finished() reports it once. The
-/// argument `tag` is a value of the caller's own that comes back with the reply and names the jobs to cancel(). Places
-/// are copied in the call, so the caller may change or delete its object right after it; it is never changed by a job.
-/// Arguments that PlaceManager refuses are reported as Error::InvalidArgument.
+/// Every operation is a job. The call returns its number at once, from 1 on, and finished() reports it once. `tag` is a
+/// value of the caller, returned with the reply and used by cancel(). Calls copy their places: the caller may change or
+/// delete them at once, and jobs never change them. Arguments that PlaceManager refuses are reported as
+/// Error::InvalidArgument.
 ///
-/// Changes of one manager are carried out in the order of the calls, one after the other, and reported in this order.
-/// Fetches overtake changes that wait: to see a change, fetch once it is reported. Between two managers there is no
-/// order.
+/// Changes of one manager are made one by one in the order of the calls, and reported in this order. Fetches overtake
+/// waiting changes: to see a change, fetch after it is reported. Jobs of different managers are not ordered.
 ///
-/// A manager belongs to the thread it lives in, which needs an event loop: its functions are called there and its
-/// signal is emitted there, however a slot is connected. Two threads of its own ask the places service. A manager may
-/// be destroyed at any moment, also by a slot of its signal.
+/// Call all functions on the manager's thread, which needs an event loop; the signal is emitted there for every
+/// connection type. Two threads of the manager call the places service. The manager may be destroyed at any time, also
+/// by a slot of its signal.
 class PLACES_EXPORT PlaceStorageManager : public QObject
 {
     Q_OBJECT
 public:
     explicit PlaceStorageManager(QObject *parent = nullptr);
-    /// Nothing is reported any more. Fetches that were not begun are dropped. Changes that were asked for and not
-    /// cancelled are still carried out; those that cannot begin within 30 seconds are lost, and the log says how many.
-    /// Waits for all of this, and for the answers that the service owes the requests under way, 30 seconds each at the
-    /// most.
+    /// Stops all reports. Drops fetches that are not started. Makes the waiting changes that are not cancelled; changes
+    /// that cannot start within 30 seconds are lost, and their number is logged. Blocks until then, and until running
+    /// requests are answered, at most 30 seconds each.
     ~PlaceStorageManager() override;
 
-    /// Stores a new place, as PlaceManager::addPlace(). The reply has the place as it was stored.
+    /// Stores a new place; see PlaceManager::addPlace(). The reply contains the stored place.
     int addPlace(const Place &place, const QVariant &tag = QVariant());
-    /// Stores the changes of a place, as PlaceManager::updatePlace(). The reply has the place as it was sent.
+    /// Stores the changes of a place; see PlaceManager::updatePlace(). The reply contains the place as sent.
     int updatePlace(const Place &place, const QVariant &tag = QVariant());
     /// Removes a stored place.
     int removePlace(qint64 id, const QVariant &tag = QVariant());
-    /// Counts a use of a stored place. The time is that at which the job is carried out.
+    /// Counts a use of a stored place, at the time of the job.
     int usePlace(qint64 id, const QVariant &tag = QVariant());
-    /// The same; the search term that the place was found with goes along.
+    /// The same; also sends the search term of the place.
     int usePlace(const AbstractPlace &place, const QVariant &tag = QVariant());
 
-    /// Makes a place a favourite. A stored one is fetched for it, so nothing else of it changes; any other is stored:
-    /// a full place as it is, a header as what the service finds behind it. The reply has the place.
+    /// Makes a place a favourite. A stored place is fetched first, so its other values do not change; another place is
+    /// stored: a full place as it is, a header as the full place that the service finds for it. The reply contains the
+    /// place.
     int fav(const AbstractPlace &place, const QVariant &tag = QVariant());
-    /// Makes a stored favourite an ordinary place again. The reply has the place; its id is -1 when the service keeps
-    /// it no longer.
+    /// Removes a stored place from the favourites. The reply contains the place, with id -1 when the service deletes
+    /// it.
     int unfav(const AbstractPlace &place, const QVariant &tag = QVariant());
 
-    /// Adds a tag to a stored place; one that it carries already changes nothing.
+    /// Adds a tag to a stored place; no change when it has the tag.
     int addTag(qint64 id, const QString &placeTag, const QVariant &tag = QVariant());
-    /// Removes a tag of a stored place; one that it does not carry changes nothing.
+    /// Removes a tag from a stored place; no change when it lacks the tag.
     int removeTag(qint64 id, const QString &placeTag, const QVariant &tag = QVariant());
 
-    /// Fetches a place in full.
+    /// Fetches a full place.
     int getPlace(qint64 id, const QVariant &tag = QVariant());
-    /// The same for any place that was found: a stored one by its id, any other from the source that found it.
+    /// The same for any found place: a stored one by its id, any other from the source that found it.
     int getPlace(const AbstractPlace &place, const QVariant &tag = QVariant());
 
-    /// Drops every job with this tag: none of them is reported any more, and those that wait are not carried out. A
-    /// change that has been sent to the service may still be made there; later changes wait until that is decided.
+    /// Cancels all jobs with this tag: they are not reported, and waiting ones are not run. A change that was sent
+    /// already may still be made; later changes wait for its end.
     void cancel(const QVariant &tag);
 
 Q_SIGNALS:
-    /// A job was carried out; PlaceStorageReply::status() says how.
+    /// Reports a job; PlaceStorageReply::status() is its outcome.
     void finished(const vela::platform::places::PlaceStorageReply &reply);
 
 private:

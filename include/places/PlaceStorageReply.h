@@ -14,34 +14,34 @@ namespace vela::platform::places
 class Place;
 class PlaceStorageReplyData;
 
-/// How a job of a PlaceStorageManager ended. Replies are made by the library; copies share their data and the place.
+/// Result of a job of a PlaceStorageManager, created by the library. Copies share their data and the place.
 class PLACES_EXPORT PlaceStorageReply
 {
 public:
     PlaceStorageReply();
     PlaceStorageReply(const PlaceStorageReply &other);
-    /// Takes the value of `other`, which is a reply to no job from then on.
+    /// Moves the value; `other` becomes a reply to no job.
     PlaceStorageReply(PlaceStorageReply &&other) noexcept;
     PlaceStorageReply &operator=(const PlaceStorageReply &other);
     PlaceStorageReply &operator=(PlaceStorageReply &&other) noexcept;
     ~PlaceStorageReply();
 
-    /// Exchanges the values without a copy.
+    /// Swaps the values without a copy.
     void swap(PlaceStorageReply &other) noexcept { d.swap(other.d); }
     friend void swap(PlaceStorageReply &left, PlaceStorageReply &right) noexcept { left.swap(right); }
 
-    /// The number that the call gave the job; 0 when unset.
+    /// Number of the job; 0 when unset.
     [[nodiscard]] int jobId() const;
-    /// The caller's own value, from the call.
+    /// The `tag` of the call.
     [[nodiscard]] QVariant tag() const;
     /// Outcome of the job.
     [[nodiscard]] Error::Type status() const;
-    /// Why the job failed, as Error::reason() would say it; empty when it did not, or when no reason is known.
+    /// Why the job failed, like Error::reason(); empty on success and when no reason is known.
     [[nodiscard]] QString reason() const;
-    /// Id of the place that the job was about, also when it failed; -1 for a place that is not stored.
+    /// Id of the place of the job, also on failure; -1 for a place that is not stored.
     [[nodiscard]] qint64 placeId() const;
-    /// The place in full: fetched, or as it is now stored. Null when the job failed, and for jobs that name a place by
-    /// its id and do not fetch it. It lives in the thread of the manager.
+    /// The full place: fetched, or as stored now. Null on failure, and for jobs by id that do not fetch the place. It
+    /// belongs to the manager's thread.
     [[nodiscard]] QSharedPointer<Place> place() const;
 
 private:

@@ -12,30 +12,29 @@ namespace vela::platform::places
 
 class PlaceStoreWatcherPrivate;
 
-/// Tells when what the places service stores has changed, by whatever program, so that an application can ask again for
-/// what it shows. It says that something has changed, not what.
+/// Notifies when any program changes the places of the service, so that an application can refresh its display. It does
+/// not report what changed.
 ///
-/// A watcher belongs to the thread it lives in, which needs an event loop. It has no thread, asks the service nothing
-/// and costs nothing while nothing changes. It may be destroyed by a slot of its signal. Where the service or the
-/// platform has no data versions, it never emits anything.
+/// The watcher's thread needs an event loop. The watcher has no thread of its own, sends no requests and needs no CPU
+/// time without changes. A slot of its signal may destroy it. Without data versions in the service or platform it never
+/// emits a signal.
 class PLACES_EXPORT PlaceStoreWatcher : public QObject
 {
     Q_OBJECT
 public:
-    /// Watches from now on, also when no service is running yet.
+    /// Starts watching, also before a service is running.
     explicit PlaceStoreWatcher(QObject *parent = nullptr);
     ~PlaceStoreWatcher() override;
 
-    /// The data version of the service: a number that grows with each change and each start of the service, and says
-    /// nothing else; 0 when it is not known. Read it before the places that are shown: as long as it is the same, so
-    /// are they. It may also grow when nothing that the caller may see has changed. Reads a few bytes and never waits
-    /// for the service. Safe on any thread.
+    /// The data version of the service: a number that grows with each change and each start of the service; 0 when it
+    /// is unknown. Read it before you fetch places: while it is the same, they are unchanged. It may also grow without
+    /// a change visible to the caller. Reads a small file and does not wait for the service. Thread-safe.
     [[nodiscard]] static qint64 dataVersion();
 
 Q_SIGNALS:
-    /// The data version is no longer the one that was emitted last. What this application itself changes counts, too.
-    /// Changes that follow each other at less than 200 milliseconds are told together.
-    /// @param version the new one.
+    /// The data version differs from the last emitted one. Changes of this application count too. Changes within 200
+    /// milliseconds are reported together.
+    /// @param version the new data version.
     void changed(qint64 version);
 
 private:

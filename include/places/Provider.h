@@ -12,20 +12,20 @@ namespace vela::platform::places
 
 class ProviderData;
 
-/// A source of places or of auxiliary data. Providers are made by the library; all copies of one share its data.
+/// A source of places or of auxiliary data, created by the library; all copies share its data.
 class PLACES_EXPORT Provider
 {
 public:
-    /// No provider: not valid.
+    /// No provider; not valid.
     Provider();
     Provider(const Provider &other);
-    /// Takes the value of `other`, which is no provider from then on.
+    /// Moves the value; `other` becomes no provider.
     Provider(Provider &&other) noexcept;
     Provider &operator=(const Provider &other);
     Provider &operator=(Provider &&other) noexcept;
     virtual ~Provider();
 
-    /// Exchanges the values without a copy.
+    /// Swaps the values without a copy.
     void swap(Provider &other) noexcept { d.swap(other.d); }
     friend void swap(Provider &left, Provider &right) noexcept { left.swap(right); }
 
@@ -33,9 +33,9 @@ public:
     [[nodiscard]] QString name() const;
     /// Web address of the provider; empty when it has none.
     [[nodiscard]] QUrl url() const;
-    /// True when the provider can be asked for more auxiliary data of a place.
+    /// True when the provider offers more auxiliary data of a place.
     [[nodiscard]] bool canRequestAdditionalData() const;
-    /// Types of auxiliary data that can be asked for; empty when there are none.
+    /// Types of auxiliary data that the provider offers; empty when there are none.
     [[nodiscard]] QStringList supportedDataTypes() const;
     /// True when the provider has a name.
     [[nodiscard]] bool isValid() const;
@@ -45,13 +45,13 @@ private:
     SharedValuePointer<ProviderData, QExplicitlySharedDataPointer<ProviderData>> d;
 };
 
-/// Compares name and URL: the provider is the same whatever it can be asked for.
+/// Compares name and URL, not capabilities.
 PLACES_EXPORT bool operator==(const Provider &left, const Provider &right);
 PLACES_EXPORT bool operator!=(const Provider &left, const Provider &right);
-/// Agrees with operator==.
+/// Consistent with operator==.
 PLACES_EXPORT unsigned int qHash(const Provider &provider);
 
-/// For debugging: name and web address, without a password that stands in it.
+/// For debugging: name and web address, without a password in the address.
 PLACES_EXPORT QDebug operator<<(QDebug debug, const Provider &provider);
 
 } // namespace vela::platform::places

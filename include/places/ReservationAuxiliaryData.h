@@ -9,7 +9,7 @@ namespace vela::platform::places
 class ReservationData;
 extern template class PLACES_EXPORT SharedAuxiliaryDataView<ReservationData>;
 
-/// A record of type "lbs-reservation" seen as a way to make a reservation at the place: url() leads there.
+/// A view of a record of type "lbs-reservation": url() leads to a reservation at the place.
 class PLACES_EXPORT ReservationAuxiliaryData : public SharedAuxiliaryDataView<ReservationData>
 {
 public:

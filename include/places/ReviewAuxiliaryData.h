@@ -11,8 +11,8 @@ namespace vela::platform::places
 class ReviewData;
 extern template class PLACES_EXPORT SharedAuxiliaryDataView<ReviewData>;
 
-/// A record of type "lbs-review" seen as a user's review of the place; url() leads to its page. A text that is not
-/// known is empty.
+/// A view of a record of type "lbs-review" as a user's review of the place; url() leads to its page. Unknown texts are
+/// empty.
 class PLACES_EXPORT ReviewAuxiliaryData : public SharedAuxiliaryDataView<ReviewData>
 {
 public:
@@ -22,10 +22,11 @@ public:
     /// True when the record is of type "lbs-review" and has a rating.
     [[nodiscard]] bool isValid() const;
 
+    /// Title of the review.
     [[nodiscard]] QString title() const;
     void setTitle(const QString &title);
 
-    /// Rating on the provider's own scale; NaN when unset, 0 when the record holds no number.
+    /// Rating on the provider's scale; NaN when unset, 0 when the record's text is not a number.
     [[nodiscard]] double rating() const;
     void setRating(double rating);
 
@@ -33,6 +34,7 @@ public:
     [[nodiscard]] QString abstract() const;
     void setAbstract(const QString &abstract);
 
+    /// The whole text of the review.
     [[nodiscard]] QString fullText() const;
     void setFullText(const QString &text);
 
@@ -40,8 +42,8 @@ public:
     [[nodiscard]] QString userName() const;
     void setUserName(const QString &name);
 
-    /// When the review was written, to the second, in local time, 1970 to 2106; 1970-01-01T00:00:00 UTC when unset or
-    /// unreadable. A time that is null or outside these years is kept as 2106-02-07T06:28:15 UTC.
+    /// Time of the review in seconds resolution, local time, 1970 to 2106; 1970-01-01T00:00:00 UTC when unset or
+    /// unreadable. A null time or one outside these years is stored as 2106-02-07T06:28:15 UTC.
     [[nodiscard]] QDateTime creationTime() const;
     void setCreationTime(const QDateTime &time);
 };

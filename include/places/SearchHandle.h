@@ -8,27 +8,27 @@ namespace vela::platform::places
 
 class SearchHandlePrivate;
 
-/// Remembers a find so that further pages of it can be fetched. A handle belongs to one thread at a time.
+/// State of a find for fetching further pages. Used by one thread at a time.
 class PLACES_EXPORT SearchHandle
 {
 public:
-    /// A handle of no find.
+    /// A handle without a find.
     SearchHandle();
-    /// Copies the find and its position, but not the way back: a copy pages forwards only.
+    /// Copies the find and its position, but not the cursors of earlier pages: a copy pages forwards only.
     SearchHandle(const SearchHandle &other);
-    /// Takes the find and its position, but not the way back, as a copy does. `other` is a handle of no find from then
-    /// on.
+    /// Moves the find and its position, but not the cursors of earlier pages, like a copy. `other` becomes a handle
+    /// without a find.
     SearchHandle(SearchHandle &&other) noexcept;
-    /// Assigns the find and its position; the way back stays the target's own.
+    /// Assigns the find and its position; the target keeps its cursors of earlier pages.
     SearchHandle &operator=(const SearchHandle &other);
     SearchHandle &operator=(SearchHandle &&other) noexcept;
     ~SearchHandle();
 
-    /// Exchanges the finds and their positions without a copy; the way back stays with each handle.
+    /// Swaps the finds and their positions without a copy; each handle keeps its cursors of earlier pages.
     void swap(SearchHandle &other) noexcept;
     friend void swap(SearchHandle &left, SearchHandle &right) noexcept { left.swap(right); }
 
-    /// True when the service has more results than were fetched.
+    /// True when the service has more results.
     [[nodiscard]] bool hasMoreData() const;
 
 private:
@@ -36,7 +36,7 @@ private:
     ValuePointer<SearchHandlePrivate> d;
 };
 
-/// For debugging: where the next page starts, and whether there is one.
+/// For debugging: start of the next page, and whether there is one.
 PLACES_EXPORT QDebug operator<<(QDebug debug, const SearchHandle &handle);
 
 } // namespace vela::platform::places

@@ -18,30 +18,29 @@ namespace vela::platform::places
 
 class SearchManagerPrivate;
 
-/// Searches while the user types: asks for several groups of places at once and reports each as it is found. A new
-/// search replaces the one before, of which nothing is reported any more.
+/// Searches while the user types: searches several groups of places at once and reports each when it is found. A new
+/// search replaces the previous one, which is not reported any more.
 ///
-/// A manager belongs to the thread it lives in, which needs an event loop: its functions are called there and all its
-/// signals are emitted there, however a slot is connected. Two threads of its own ask the places service. A manager may
-/// be destroyed at any moment, also by a slot of one of its signals; that waits for the answers that the service owes
-/// it, 30 seconds at the most.
+/// Call all functions on the manager's thread, which needs an event loop; signals are emitted there for every
+/// connection type. Two threads of the manager call the places service. The manager may be destroyed at any time, also
+/// by a slot of its signals; the destructor waits for outstanding replies of the service, at most 30 seconds.
 class PLACES_EXPORT SearchManager : public QObject
 {
     Q_OBJECT
 public:
     explicit SearchManager(QObject *parent = nullptr);
-    /// Emits cancelled() when a group has yet to be searched or is being searched, unless only
-    /// SearchResultGroup::Suggestions are still held back. Results on their way to this thread are dropped.
+    /// Emits cancelled() when a group is not searched completely, unless only SearchResultGroup::Suggestions are still
+    /// delayed. Drops results that have not arrived.
     ~SearchManager() override;
 
-    /// Searches each of these groups for a term. SearchResultGroup::Suggestions is held back until 150 milliseconds
-    /// have passed without another search, and limited to 10 results.
-    /// @param centre where the user looks at the map; not valid when unknown.
-    /// @param searchId a number of the caller's own that comes back with every signal.
-    /// @param groups the groups, each reported once for each time it stands here; empty for SearchResultGroup::Local
-    /// and SearchResultGroup::Suggestions.
-    /// @param offset index of the first result wanted in each group, from 0.
-    /// @param limit largest number of results wanted of each group.
+    /// Searches each of these groups for a term. SearchResultGroup::Suggestions waits until 150 milliseconds have
+    /// passed without another search, and returns at most 10 results.
+    /// @param centre centre of the user's map; not valid when unknown.
+    /// @param searchId a number of the caller, returned with every signal.
+    /// @param groups the groups; each entry is reported once. Empty for SearchResultGroup::Local and
+    /// SearchResultGroup::Suggestions.
+    /// @param offset index of the first result in each group, from 0.
+    /// @param limit maximum number of results per group.
     void search(const QString &term, const Coordinates &centre, int searchId,
                 const QList<SearchResultGroup::Type> &groups = {}, int offset = 0, int limit = 20);
 
@@ -50,13 +49,13 @@ public:
                            const QList<SearchResultGroup::Type> &groups = {}, int offset = 0, int limit = 20);
 
 Q_SIGNALS:
-    /// A search has begun. Emitted before the call returns.
+    /// A search starts. Emitted before the call returns.
     void started(int searchId);
-    /// The manager is being destroyed before its last search was done. See ~SearchManager().
+    /// The manager is destroyed before its last search is done. See ~SearchManager().
     void cancelled(int searchId);
-    /// A group was searched.
-    /// @param error what went wrong; the result is then empty, but for its group.
-    /// @param result what was found. The places live in the thread that the manager lives in.
+    /// Reports the search of a group.
+    /// @param error outcome; on failure the result contains only its group and the reason.
+    /// @param result the found places, which belong to the manager's thread.
     /// @param last true for the last result of the search.
     void resultAvailable(vela::platform::places::Error::Type error, const vela::platform::places::SearchResult &result,
                          bool last, int searchId);

@@ -8,21 +8,21 @@
 namespace vela::platform::places
 {
 
-/// How a search rule compares. Names and auxiliary data compare without regard to case and accents; owners, tags and
-/// types compare exactly.
+/// Comparison in a search rule. Names and auxiliary data are compared without case and accents; owners, tags and types
+/// exactly.
 struct PLACES_EXPORT SearchOperator
 {
     Q_GADGET
 public:
     enum Type : int
     {
-        None = 1,           ///< 1: the rule does not compare.
-        Equals = 2,         ///< 2: the same.
-        NotEqual = 3,       ///< 3: not the same.
-        GreaterOrEqual = 4, ///< 4: the same or more.
-        LessOrEqual = 5,    ///< 5: the same or less.
-        StartsWith = 6,     ///< 6: the text begins with the term.
-        Contains = 7,       ///< 7: every word of the term starts a word of the text.
+        None = 1,           ///< 1: no comparison.
+        Equals = 2,         ///< 2: equal.
+        NotEqual = 3,       ///< 3: not equal.
+        GreaterOrEqual = 4, ///< 4: equal or greater.
+        LessOrEqual = 5,    ///< 5: equal or less.
+        StartsWith = 6,     ///< 6: the text starts with the term.
+        Contains = 7,       ///< 7: every word of the term is a prefix of a word of the text.
         EndsWith = 8,       ///< 8: the text ends with the term.
     };
     Q_ENUM(Type)

@@ -15,29 +15,29 @@ namespace vela::platform::places
 class AbstractPlace;
 class SearchResultPrivate;
 
-/// What one group of a search found. Copies share the places.
+/// Result of a search in one group. Copies share the places.
 class PLACES_EXPORT SearchResult
 {
 public:
     SearchResult();
     SearchResult(const SearchResult &other);
-    /// Takes the value of `other`, which is a result of no group from then on.
+    /// Moves the value; `other` becomes a result of no group.
     SearchResult(SearchResult &&other) noexcept;
     SearchResult &operator=(const SearchResult &other);
     SearchResult &operator=(SearchResult &&other) noexcept;
     ~SearchResult();
 
-    /// Exchanges the values without a copy.
+    /// Swaps the values without a copy.
     void swap(SearchResult &other) noexcept { d.swap(other.d); }
     friend void swap(SearchResult &left, SearchResult &right) noexcept { left.swap(right); }
 
     /// The group that was searched; SearchResultGroup::None when unset.
     [[nodiscard]] SearchResultGroup::Type source() const;
-    /// The handle to fetch further pages with.
+    /// The handle for fetching further pages.
     [[nodiscard]] SearchHandle handle() const;
-    /// The places that were found.
+    /// The found places.
     [[nodiscard]] QList<QSharedPointer<AbstractPlace>> result() const;
-    /// Why the search failed, as Error::reason() would say it; empty when it did not, or when no reason is known.
+    /// Why the search failed, like Error::reason(); empty on success and when no reason is known.
     [[nodiscard]] QString reason() const;
 
 private:
@@ -45,7 +45,7 @@ private:
     ValuePointer<SearchResultPrivate> d;
 };
 
-/// For debugging: the group, how many places were found, and why it failed.
+/// For debugging: the group, the number of places and the reason of a failure.
 PLACES_EXPORT QDebug operator<<(QDebug debug, const SearchResult &result);
 
 } // namespace vela::platform::places

@@ -8,16 +8,16 @@
 namespace vela::platform::places
 {
 
-/// How sure a search is that a result is what was meant. Values that have no name here are kept as they are.
+/// Certainty of a search result. Values without a name here are kept.
 struct PLACES_EXPORT SearchResultCertainty
 {
     Q_GADGET
 public:
     enum Type : int
     {
-        Unknown = 0, ///< 0: the place is no search result, or nothing is known about it.
-        Exact = 1,   ///< 1: the result is what was asked for.
-        Likely = 2,  ///< 2: the result fits well.
+        Unknown = 0, ///< 0: no search result, or unknown.
+        Exact = 1,   ///< 1: exact match.
+        Likely = 2,  ///< 2: good match.
         Guess = 3,   ///< 3: the result is a guess.
     };
     Q_ENUM(Type)

@@ -8,7 +8,7 @@
 namespace vela::platform::places
 {
 
-/// The groups that a search can ask for, each a search of its own.
+/// Groups for a search; each is searched separately.
 struct PLACES_EXPORT SearchResultGroup
 {
     Q_GADGET
@@ -24,10 +24,10 @@ public:
         RemoteByName = 8,         ///< 8: places of remote providers, by name.
         Addresses = 9,            ///< 9: addresses, found by remote providers.
         PointsOfInterest = 10,    ///< 10: points of interest, by name.
-        Suggestions = 11,         ///< 11: completions of what is being typed.
+        Suggestions = 11,         ///< 11: completions of the typed text.
         Categories = 12,          ///< 12: points of interest, by category.
-        CategorySuggestions = 13, ///< 13: completions among the categories.
-        NonContacts = 14,         ///< 14: stored places that are no contact's.
+        CategorySuggestions = 13, ///< 13: completions of the typed text among the categories.
+        NonContacts = 14,         ///< 14: stored places without those of contacts.
         Remote = 16,              ///< 16: places of remote providers, by category or name.
     };
     Q_ENUM(Type)

@@ -8,7 +8,7 @@
 namespace vela::platform::places
 {
 
-/// What the views of records from online providers have in common: ImageAuxiliaryData, ReservationAuxiliaryData and
+/// Base of the views of records from online providers: ImageAuxiliaryData, ReservationAuxiliaryData and
 /// ReviewAuxiliaryData. Copies of a view share their record until one of them is changed.
 template <typename Data>
 class SharedAuxiliaryDataView
@@ -16,25 +16,25 @@ class SharedAuxiliaryDataView
 public:
     /// A new, empty record of the view's type.
     SharedAuxiliaryDataView();
-    /// A view of a copy of `data`, whatever its type; isValid() of the view tells whether the type is right.
+    /// A view of a copy of `data`, of any type; isValid() of the view checks the type.
     explicit SharedAuxiliaryDataView(const AuxiliaryData &data);
     SharedAuxiliaryDataView(const SharedAuxiliaryDataView &other);
-    /// Takes the record of `other`, which is a new, empty one from then on.
+    /// Moves the record; `other` becomes a new, empty record.
     SharedAuxiliaryDataView(SharedAuxiliaryDataView &&other) noexcept;
     SharedAuxiliaryDataView &operator=(const SharedAuxiliaryDataView &other);
     SharedAuxiliaryDataView &operator=(SharedAuxiliaryDataView &&other) noexcept;
     ~SharedAuxiliaryDataView();
 
-    /// Exchanges the records without a copy.
+    /// Swaps the records without a copy.
     void swap(SharedAuxiliaryDataView &other) noexcept { d.swap(other.d); }
 
     /// Web address; empty when unknown.
     [[nodiscard]] QUrl url() const;
     void setUrl(const QUrl &url);
 
-    /// The record behind this view. It lives as long as the view and may move when the view is changed.
+    /// The record. Valid as long as the view; a change of the view may move it.
     [[nodiscard]] const AuxiliaryData &auxiliaryData() const;
-    /// The same, to be changed; copies of the view keep what they had.
+    /// The same, writable; copies of the view are not changed.
     [[nodiscard]] AuxiliaryData &auxiliaryData();
     operator AuxiliaryData() const { return auxiliaryData(); }
 
@@ -49,8 +49,9 @@ public:
     }
 
 protected:
-    /// True when the record is of exactly this type.
+    /// True when the record is of this type.
     [[nodiscard]] bool isOfType(const char *type) const;
+    /// The text of `key`; empty when there is none.
     [[nodiscard]] QString text(const QString &key) const;
     void setText(const QString &key, const QString &value);
 

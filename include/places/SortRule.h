@@ -12,7 +12,7 @@ namespace vela::platform::places
 
 class SortRulePrivate;
 
-/// What a find sorts by.
+/// Field that a find sorts by.
 struct PLACES_EXPORT SortField
 {
     Q_GADGET
@@ -20,16 +20,16 @@ public:
     enum Type : int
     {
         Relevance = 0,    ///< 0: usage count, then time of last use.
-        Name = 1,         ///< 1: name, without regard to case.
+        Name = 1,         ///< 1: name, ignoring case.
         LastUsedTime = 2, ///< 2: time of last use.
-        CreationTime = 3, ///< 3: time of storing.
+        CreationTime = 3, ///< 3: time when the place was added.
         UpdateTime = 4,   ///< 4: time of last change.
         UsageCount = 5,   ///< 5: number of uses.
     };
     Q_ENUM(Type)
 };
 
-/// Which end of the order comes first.
+/// Direction of an order.
 struct PLACES_EXPORT SortOrder
 {
     Q_GADGET
@@ -42,27 +42,29 @@ public:
     Q_ENUM(Type)
 };
 
-/// Says in which order a find returns its places. A rule never changes once it is made; copies share it.
+/// Order of the results of a find. A rule is immutable; copies share it.
 class PLACES_EXPORT SortRule
 {
 public:
     /// By relevance, most relevant first.
     SortRule();
     SortRule(const SortRule &other);
-    /// Takes the value of `other`, which is the default rule from then on.
+    /// Moves the value; `other` becomes the default rule.
     SortRule(SortRule &&other) noexcept;
     SortRule &operator=(const SortRule &other);
     SortRule &operator=(SortRule &&other) noexcept;
     ~SortRule();
 
-    /// Exchanges the values without a copy.
+    /// Swaps the values without a copy.
     void swap(SortRule &other) noexcept { d.swap(other.d); }
     friend void swap(SortRule &left, SortRule &right) noexcept { left.swap(right); }
 
+    /// By a field of the place.
     [[nodiscard]] static SortRule createSimpleSortRule(SortField::Type field, SortOrder::Type order);
-    /// By distance from a point; places without a position come last.
+    /// By distance from a point; places without a position always come last.
     [[nodiscard]] static SortRule createDistanceSortRule(const Coordinates &centre, SortOrder::Type order);
 
+    /// Compares field, order and centre.
     bool operator==(const SortRule &other) const;
     bool operator!=(const SortRule &other) const;
 

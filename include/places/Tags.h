@@ -5,15 +5,15 @@
 
 #include <QtCore/QString>
 
-/// The tags that the platform knows. A place may carry any other text as a tag; all are compared exactly.
+/// Tags of the platform. A place may have any other text as a tag; tags are compared exactly.
 namespace vela::platform::places::Tags
 {
 
 extern PLACES_EXPORT const QString Favorite;        ///< "lbs-favorite"
-extern PLACES_EXPORT const QString Home;            ///< "lbs-home": somebody's home.
-extern PLACES_EXPORT const QString Work;            ///< "lbs-work": somebody's place of work.
+extern PLACES_EXPORT const QString Home;            ///< "lbs-home": the home of a person.
+extern PLACES_EXPORT const QString Work;            ///< "lbs-work": the workplace of a person.
 extern PLACES_EXPORT const QString MyHome;          ///< "lbs-my-home": the home of the device's owner.
-extern PLACES_EXPORT const QString MyWork;          ///< "lbs-my-work": the place of work of the device's owner.
+extern PLACES_EXPORT const QString MyWork;          ///< "lbs-my-work": the workplace of the device's owner.
 extern PLACES_EXPORT const QString MyLocation;      ///< "mylocation"
 extern PLACES_EXPORT const QString CurrentLocation; ///< "currentlocation"
 extern PLACES_EXPORT const QString Airport;         ///< "lbs-airport"

@@ -8,19 +8,19 @@ namespace vela::platform::places
 
 class TimeRangeData;
 
-/// A stretch of a day, in the place's local time. Values are kept as given; a new range is 0:00 to 0:00.
+/// A time range within a day, in the place's local time. Setters do not check values; a new range is 0:00 to 0:00.
 class PLACES_EXPORT TimeRange
 {
 public:
     TimeRange();
     TimeRange(const TimeRange &other);
-    /// Takes the value of `other`, which is 0:00 to 0:00 from then on.
+    /// Moves the value; `other` becomes 0:00 to 0:00.
     TimeRange(TimeRange &&other) noexcept;
     TimeRange &operator=(const TimeRange &other);
     TimeRange &operator=(TimeRange &&other) noexcept;
     ~TimeRange();
 
-    /// Exchanges the values without a copy.
+    /// Swaps the values without a copy.
     void swap(TimeRange &other) noexcept { d.swap(other.d); }
     friend void swap(TimeRange &left, TimeRange &right) noexcept { left.swap(right); }
 
@@ -37,6 +37,7 @@ public:
     [[nodiscard]] short endMinute() const;
     void setEndMinute(short minute);
 
+    /// Compares hours and minutes.
     bool operator==(const TimeRange &other) const;
     bool operator!=(const TimeRange &other) const;
 

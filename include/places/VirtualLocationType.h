@@ -8,16 +8,16 @@
 namespace vela::platform::places
 {
 
-/// What the virtual data of a location is. Values that have no name here are kept and compared as they are.
+/// Kind of a location's virtual data. Values without a name here are kept and compared.
 struct PLACES_EXPORT VirtualLocationType
 {
     Q_GADGET
 public:
     enum Type : int
     {
-        None = 0,           ///< 0: the location has no virtual data, or data of no particular kind.
+        None = 0,           ///< 0: no virtual data, or data of no specific kind.
         ConferenceCall = 1, ///< 1: a telephone conference: number and access code.
-        WebAddress = 2,     ///< 2: a place on the web: its URL.
+        WebAddress = 2,     ///< 2: a web page: its URL.
     };
     Q_ENUM(Type)
 };

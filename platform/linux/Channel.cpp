@@ -26,7 +26,7 @@ std::string environment(const char *name)
     return value ? value : "";
 }
 
-/// Path of what has this name in the channel folder; empty, with errno set, for a name that cannot be one.
+/// Path of a name in the channel folder; empty, with errno set, for an invalid name.
 std::string pathOf(const std::string &name)
 {
     if (name.empty() || name.find('/') != std::string::npos || name.front() == '.') {
@@ -36,7 +36,7 @@ std::string pathOf(const std::string &name)
     return folder() + "/" + name;
 }
 
-/// Waits until a socket takes more bytes. False, with errno set, when it does not before the deadline.
+/// Waits until a socket can take more bytes. False, with errno set, at the deadline.
 bool waitForRoom(int fd, Clock::time_point deadline)
 {
     for (;;) {
@@ -132,7 +132,7 @@ bool setTimeout(int fd, int option, Clock::time_point deadline)
         errno = ETIMEDOUT;
         return false;
     }
-    // At least a millisecond: 0 would mean to wait for ever.
+    // At least a millisecond: 0 means no timeout.
     const auto wait = std::max(left, microseconds(1000)).count();
     timeval timeout = {};
     timeout.tv_sec = static_cast<time_t>(wait / 1000000);
@@ -147,7 +147,7 @@ bool sendMessage(int fd, const void *bytes, std::uint32_t length, Clock::time_po
     message.msg_iov = parts;
     message.msg_iovlen = 2;
     while (parts[0].iov_len + parts[1].iov_len > 0) {
-        // A send that waits starts the clock anew with every piece that the other side takes, so this one never does.
+        // A blocking send restarts its timeout with every piece that the peer takes, so do not block here.
         const ssize_t sent = ::sendmsg(fd, &message, MSG_NOSIGNAL | MSG_DONTWAIT);
         if (sent < 0 && errno == EAGAIN && waitForRoom(fd, deadline))
             continue;

@@ -19,7 +19,7 @@ namespace channel = vela::system::channel;
 namespace
 {
 
-/// What somebody else put there must not make an open wait, nor lead it to another file.
+/// A foreign file at this path must neither block open() nor redirect it.
 constexpr int OPEN_FLAGS = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
 
 std::int64_t versionIn(const std::string &path, uid_t owner)

@@ -23,7 +23,7 @@ using channel::Clock;
 struct _msgclient_open
 {
     channel::Descriptor socket;
-    /// A reply that did not fit: its full length, and the first of its bytes, already taken from the socket.
+    /// A truncated reply: its full length, and its first bytes, which are already received.
     std::uint32_t pendingLength = 0;
     std::vector<char> pendingBytes;
 };
@@ -33,8 +33,8 @@ namespace
 
 constexpr int FAILED = -1;
 
-/// The same errno for "no socket" and "nobody listens": to a client there is no service either way. Requests hold names
-/// and positions, so the other end has to be the folder's owner or root; the folder can change after it was looked at.
+/// Sets the same errno for "no socket" and "no listener": in both cases there is no service. Requests contain names and
+/// positions, so the peer must be the folder's owner or root; the folder may change after its check.
 channel::Descriptor connectTo(const std::string &path)
 {
     uid_t owner = 0;
@@ -53,7 +53,7 @@ channel::Descriptor connectTo(const std::string &path)
     const auto deadline = Clock::now() + channel::EXCHANGE_TIMEOUT;
     int result = -1;
     do {
-        // The connect waits where many clients do already.
+        // connect() blocks when many clients are waiting.
         if (!channel::setTimeout(socket.get(), SO_SNDTIMEO, deadline))
             break;
         result = ::connect(socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address);
@@ -68,7 +68,7 @@ channel::Descriptor connectTo(const std::string &path)
     return socket;
 }
 
-/// Keeps a reply that the caller has no room for: what has arrived of it, from where it was received to.
+/// Keeps a reply that does not fit the caller's buffer, with the bytes received so far.
 int keepPending(_msgclient_open &client, std::uint32_t length, const void *arrived, std::size_t count)
 {
     const auto *bytes = static_cast<const char *>(arrived);
@@ -81,7 +81,7 @@ int receiveReply(_msgclient_open &client, void *reply, std::size_t capacity, int
                  Clock::time_point deadline)
 {
     const int fd = client.socket.get();
-    // The length and, as a rule, the whole reply arrive in one go.
+    // The length and usually the whole reply arrive together.
     std::uint32_t length = 0;
     const ssize_t received = channel::receiveSome(fd, {&length, sizeof length}, {reply, capacity}, deadline);
     if (received <= 0)

@@ -20,10 +20,10 @@ namespace
 
 using rapidjson::Value;
 
-/// Deepest nesting that a document may have.
+/// Maximum nesting of a document.
 constexpr int MAX_DEPTH = 256;
 
-/// Nesting of a text, as far as its brackets tell; whether it is JSON is the parser's to say.
+/// Checks the nesting of brackets in a text, which need not be valid JSON.
 bool nestsTooDeep(const char *text)
 {
     int depth = 0;
@@ -43,12 +43,12 @@ bool nestsTooDeep(const char *text)
     return false;
 }
 
-/// A document whose numbers the C library converts: the parser's own conversions are a bit off, or undefined for a zero
-/// with an exponent.
+/// A document whose numbers are converted by the C library: the parser's own conversions are slightly inexact, and
+/// undefined for a zero with an exponent.
 class ExactDocument : public rapidjson::Document
 {
 public:
-    /// Parses in place; false when the text is not JSON or holds a number that is too large.
+    /// Parses in place; false when the text is not JSON or a number is out of range.
     bool parse(char *text)
     {
         constexpr unsigned FLAGS =
@@ -61,7 +61,7 @@ public:
         return !reader.HasParseError();
     }
 
-    /// What the parser calls for each number. Behind the digits stands whatever ends them in the text.
+    /// Called by the parser for each number. The text continues after the digits.
     bool RawNumber(const char *digits, rapidjson::SizeType length, bool)
     {
         std::int64_t integer = 0;
@@ -126,7 +126,7 @@ public:
         return PPS_OK;
     }
 
-    /// The member `name` of the current object or, without a name, the current element; null when there is none.
+    /// The member `name` of the current object, or for null the current element; null when there is none.
     const Value *find(const char *name) const
     {
         if (m_entered.empty())
@@ -172,7 +172,7 @@ Decoder *decoderOf(pps_decoder_t *decoder)
     return decoder ? static_cast<Decoder *>(decoder->impl) : nullptr;
 }
 
-/// Runs one step on a decoder that is initialised. Exceptions do not cross a C interface.
+/// Runs a step on an initialized decoder. No exception leaves the C interface.
 template <typename Step>
 pps_status_t run(pps_decoder_t *decoder, Step step)
 {
@@ -238,7 +238,7 @@ VELA_SYSTEM_EXPORT pps_status_t pps_decoder_pop(pps_decoder_t *decoder)
 
 VELA_SYSTEM_EXPORT pps_node_type_t pps_decoder_type(pps_decoder_t *decoder, const char *name)
 {
-    /// By rapidjson::Type: null, false, true, object, array, string, number.
+    /// Indexed by rapidjson::Type: null, false, true, object, array, string, number.
     constexpr pps_node_type_t TYPES[] = {PPS_TYPE_NULL,  PPS_TYPE_BOOL,   PPS_TYPE_BOOL,  PPS_TYPE_OBJECT,
                                          PPS_TYPE_ARRAY, PPS_TYPE_STRING, PPS_TYPE_NUMBER};
     const Decoder *impl = decoderOf(decoder);

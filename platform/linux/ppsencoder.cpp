@@ -16,7 +16,7 @@
 namespace
 {
 
-/// Writes one document and watches that every call fits where it stands, which the writer below leaves to its caller.
+/// Writes one document and checks that every call is allowed in the current state; the JSON writer does not.
 class Encoder
 {
 public:
@@ -70,7 +70,7 @@ Encoder *encoderOf(pps_encoder_t *encoder)
     return encoder ? static_cast<Encoder *>(encoder->impl) : nullptr;
 }
 
-/// Runs one step on an encoder that is initialised. Exceptions do not cross a C interface.
+/// Runs a step on an initialized encoder. No exception leaves the C interface.
 template <typename Step>
 pps_status_t run(pps_encoder_t *encoder, Step step)
 {

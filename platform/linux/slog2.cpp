@@ -31,18 +31,18 @@ struct Severity
     const char *name;
 };
 
-/// By slog2 severity. A shutdown is not LOG_EMERG, which would be written to every terminal.
+/// By slog2 severity. Shutdown is not LOG_EMERG, which writes to every terminal.
 constexpr Severity SEVERITIES[] = {
     {LOG_ALERT, "shutdown"}, {LOG_CRIT, "critical"}, {LOG_ERR, "error"},   {LOG_WARNING, "warning"},
     {LOG_NOTICE, "notice"},  {LOG_INFO, "info"},     {LOG_DEBUG, "debug"}, {LOG_DEBUG, "debug"},
 };
 
-/// Longest message written, in bytes; the rest of a longer one is cut off.
+/// Maximum length of a message in bytes; longer messages are cut.
 constexpr std::size_t MESSAGE_SIZE = 4096;
 
 std::mutex registryMutex;
 
-/// Buffers stay registered until the process ends, so that a log call in a static destructor is safe.
+/// Buffers stay registered until the process ends, for log calls in static destructors.
 std::list<_slog2_buffer> &registry()
 {
     static auto *buffers = new std::list<_slog2_buffer>;
@@ -55,7 +55,7 @@ bool logsToStandardError()
     return target && std::string_view(target) == "stderr";
 }
 
-/// One write a line, so that lines of several threads do not mix.
+/// One write per line, so that lines of several threads do not mix.
 void writeToStandardError(const _slog2_buffer &buffer, const Severity &severity, const char *message)
 {
     char line[MESSAGE_SIZE + 128];

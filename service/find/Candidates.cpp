@@ -19,11 +19,11 @@ using namespace vela::platform::places;
 namespace
 {
 
-/// Ids from here on are those of candidates: behind every stored place.
+/// Ids of candidates start here, above all ids of stored places.
 constexpr qint64 FIRST_CANDIDATE = qint64{1} << 62;
 constexpr qint64 NONE = PlaceId::UNDEFINED_PERSISTED_ID;
 
-/// What a candidate is known by when it is found twice; empty when nothing tells.
+/// Identifies a candidate that is found twice; empty when it has no identity.
 QString keyOf(const PlacePrivate &place)
 {
     if (place.isRecentSearchTerm())
@@ -109,7 +109,7 @@ void Candidates::add(int source, const FoundPlace &place, std::size_t expected)
     m_found[source].insert(id);
 }
 
-/// Where fewer places of the type are stored than candidates are expected, one statement fetches them all.
+/// When fewer places of the type are stored than candidates expected, one statement fetches them all.
 qint64 Candidates::storedIdOf(const FoundPlace &place, const QString &key, std::size_t expected)
 {
     static const QString SUGGESTION = QLatin1String(InternalTags::Suggestion);

@@ -18,7 +18,7 @@ namespace placesd
 
 class Store;
 
-/// A place that is not stored, as a find looks at it. It was never used, nor stored.
+/// A find's view of a place that is not stored. It has no uses and no times.
 class CandidateRow : public PlaceRow
 {
 public:
@@ -44,44 +44,44 @@ public:
 private:
     const FoundPlace m_place;
     const qint64 m_id;
-    // Made when they are asked for.
+    // Computed on first use.
     mutable std::optional<std::string> m_nameKey;
     mutable std::optional<std::string> m_sortKey;
     mutable std::optional<std::string> m_textKey;
 };
 
-/// What the sources gave for the leaves of a rule. A candidate that is stored is that stored place; any other gets an
-/// id behind those of all stored places, for the length of the find.
+/// Places from sources other than the store, by leaf of the rule. A candidate that is already stored is replaced by the
+/// stored place; all others get temporary ids above those of stored places, valid during the find.
 class Candidates
 {
 public:
-    /// @param external whether they are for the open channel: to it a stored place that it does not know is none.
+    /// @param external true for the open channel: stored places that it may not see do not count as stored.
     explicit Candidates(Store &store, bool external = false)
         : m_store(store)
         , m_external(external)
     {}
 
-    /// Adds what a source gave for a leaf.
+    /// Adds the places of a source for a leaf.
     void add(int source, const std::vector<FoundPlace> &places);
     [[nodiscard]] const std::deque<CandidateRow> &rows() const { return m_rows; }
-    /// The candidate of an id; null for a stored place.
+    /// The candidate with an id; null for the id of a stored place.
     [[nodiscard]] const CandidateRow *row(qint64 id) const;
 
     [[nodiscard]] bool wasFound(qint64 id) const;
     [[nodiscard]] bool wasFoundBy(int source, qint64 id) const;
-    /// The stored places that were found by a leaf, or by any: each once.
+    /// The stored places that were found by a leaf, or by any leaf, without duplicates.
     [[nodiscard]] std::vector<qint64> storedIds(int source) const;
 
 private:
-    /// The id of the stored place that a candidate is; -1 for none.
+    /// The id of the stored place equal to a candidate; -1 for none.
     qint64 storedIdOf(const FoundPlace &place, const QString &key, std::size_t expected);
     void add(int source, const FoundPlace &place, std::size_t expected);
 
     Store &m_store;
     const bool m_external;
     std::deque<CandidateRow> m_rows;
-    QHash<QString, qint64> m_known; ///< Ids by what a place is known by at its source.
-    /// The stored places of a type, where they are few, by the same.
+    QHash<QString, qint64> m_known; ///< Ids by key of a source.
+    /// Stored places by type and key, for types with few places.
     std::map<QString, std::optional<QHash<QString, qint64>>> m_stored;
     std::map<int, std::unordered_set<qint64>> m_found;
 };

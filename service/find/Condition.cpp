@@ -16,7 +16,7 @@ using vela::platform::places::PlacePrivate;
 namespace
 {
 
-/// Indexes that one condition reads from: each is an open statement.
+/// Maximum number of indexes that one condition reads; each is an open statement.
 constexpr std::size_t MOST_SOURCES = 64;
 
 } // namespace
@@ -56,7 +56,7 @@ bool AllOf::test(const PlaceRow &row) const
                        [&row](const ConditionPtr &member) { return member->test(row); });
 }
 
-/// Most places do not pass the first test.
+/// Most places fail the first test.
 int AllOf::cost() const
 {
     return m_members.empty() ? 0 : m_members.front()->cost();
@@ -74,7 +74,8 @@ bool AllOf::isSlowToOpen() const
                        [](const ConditionPtr &member) { return member->isSlowToOpen(); });
 }
 
-/// The shortest source of a member. What takes longest to test is asked first: it is names that have to be counted.
+/// The shortest source of the members. Members with cheap tests, such as names, come last: their rows are counted, but
+/// only up to the shortest length so far.
 Condition::Source AllOf::source(Store &store, const Order &order, qint64 limit) const
 {
     Source best;

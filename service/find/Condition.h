@@ -10,8 +10,8 @@
 namespace placesd
 {
 
-/// What a place has to fulfil to be found: a search rule, made ready for a find. It says so of one place after the
-/// other, and, where an index serves it, gives the stored places that come into question.
+/// A search rule compiled for a find. It tests single places and, where an index supports it, lists the stored places
+/// that may pass.
 class Condition
 {
 public:
@@ -21,36 +21,36 @@ public:
     virtual ~Condition() = default;
 
     [[nodiscard]] virtual bool test(const PlaceRow &row) const = 0;
-    /// How much longer a test takes than reading the name of a place, in names.
+    /// Cost of a test in addition to reading the name of a place, in units of reading one name.
     [[nodiscard]] virtual int cost() const { return 0; }
 
-    /// Whether an index gives all stored places that pass, and not all stored places.
+    /// Whether an index lists all stored places that pass, and fewer than all stored places.
     [[nodiscard]] virtual bool hasSource() const { return false; }
-    /// Whether that index has to read much before it gives a row, or counts them.
+    /// Whether the index reads much before it gives or counts a row.
     [[nodiscard]] virtual bool isSlowToOpen() const { return false; }
-    /// The places that an index gives, each once; those that do not pass may be among them.
+    /// Places from an index, without duplicates; some of them may not pass the test.
     struct Source
     {
         std::unique_ptr<RowSource> rows;
-        qint64 length = 0; ///< The number of rows, counted no further than the limit.
+        qint64 length = 0; ///< Number of rows, counted up to the limit only.
     };
-    /// That index's. Only with hasSource().
+    /// The source of the index. Only with hasSource().
     [[nodiscard]] virtual Source source(Store &store, const Order &order, qint64 limit) const;
-    /// Whether such a source can come sorted by the first criterion of an order.
+    /// Whether the source can be sorted by the first criterion of an order.
     [[nodiscard]] virtual bool hasSortedSource(const Order &order) const;
-    /// That source. Only with hasSortedSource().
+    /// The sorted source. Only with hasSortedSource().
     [[nodiscard]] virtual std::unique_ptr<RowSource> sortedSource(Store &store, const Order &order) const;
 
-    /// Whether every stored place passes.
+    /// Whether all stored places pass.
     [[nodiscard]] virtual bool passesAllStored() const { return false; }
-    /// The number of stored places that pass, where an index knows it; reads no place.
+    /// The number of stored places that pass, if an index knows it; reads no place.
     [[nodiscard]] virtual std::optional<qint64> count(Store &store) const;
 };
 
 using ConditionPtr = std::unique_ptr<Condition>;
 using Conditions = std::vector<ConditionPtr>;
 
-/// Passes where all members do; without members, always.
+/// Passes when all members pass; always without members.
 class AllOf : public Condition
 {
 public:
@@ -68,10 +68,10 @@ public:
 private:
     [[nodiscard]] const Condition *sorted(const Order &order) const;
 
-    Conditions m_members; ///< What takes less to test comes first.
+    Conditions m_members; ///< Cheapest test first.
 };
 
-/// Passes where any member does; without members, never.
+/// Passes when a member passes; never without members.
 class AnyOf : public Condition
 {
 public:
@@ -91,7 +91,7 @@ private:
     const Conditions m_members;
 };
 
-/// Passes where its member does not.
+/// Passes when its member does not pass.
 class Not : public Condition
 {
 public:

@@ -28,7 +28,7 @@ using orix_places_protocol::SortRuleKind;
 namespace
 {
 
-/// What a sort rule asks the providers to give first, as far as they can.
+/// The order to request from the providers for a sort rule.
 SearchOrder orderFor(const Sort &sort)
 {
     const bool descending = sort.order == SortOrder::Descending;
@@ -39,18 +39,18 @@ SearchOrder orderFor(const Sort &sort)
     return SearchOrder::Relevance;
 }
 
-/// A term that was searched for, as a result.
+/// A recent search term as a result.
 FoundPlace placeOf(const QString &term)
 {
     auto place = std::make_shared<Place>();
     place->setName(term);
     place->addTag(QLatin1String(InternalTags::RecentSearchTerm));
-    // What the place itself calls a search term.
+    // The tag that marks a search term.
     place->addTag(QStringLiteral("_search-term_"));
     return place;
 }
 
-/// The searches that a rule puts one after the other; a rule that does not is one search.
+/// The searches that a rule concatenates; any other rule is one search.
 std::vector<const Rule *> concatenated(const Rule &rule)
 {
     if (!joinsSearches(rule) || rule.kind != SearchRuleKind::And)
@@ -79,6 +79,7 @@ Finder::Finder(Store &store, PlaceSources sources, Query query, bool external, D
     , m_deadline(deadline)
     , m_plan(plan)
     , m_order(m_query.sort)
+    , m_typedTerm(typedTerm(m_query.rule).toUtf8())
     , m_sources(numberSources(m_query.rule))
 {
     addTerms(m_query.rule, m_terms);
@@ -101,7 +102,7 @@ bool Finder::asksContacts(const Rule &leaf) const
     return m_from.contacts && !m_external && (kind == SourceKind::Contacts || kind == SourceKind::MeetingRooms);
 }
 
-bool Finder::takesLong() const
+bool Finder::needsSlowPool() const
 {
     return asksProviders() || (asksContacts() && !m_from.contacts->isRead());
 }
@@ -121,7 +122,7 @@ ProviderSearch Finder::searchFor(const Rule &leaf, SearchKind kind) const
     return search;
 }
 
-/// Batches can follow one another when only one leaf asks for them, and nothing has to stand behind all of them.
+/// Batches can follow each other only when one leaf needs them and no other result comes after all of them.
 bool Finder::canBeBatched() const
 {
     const std::vector<const Rule *> searches = concatenated(m_query.rule);
@@ -136,12 +137,12 @@ Finder::ReturnCode Finder::makeSearches(bool isFirstBatch)
 {
     if (m_sources.size() > limits::RULE_SOURCES) {
         return refuse(ReturnCode::LimitExceeded, "the search rule has " + std::to_string(m_sources.size())
-                                                     + " members that find what is not stored; the most are "
+                                                     + " members for other sources than the store; the maximum is "
                                                      + std::to_string(limits::RULE_SOURCES));
     }
     if (m_order.criteria() > limits::SORT_CRITERIA) {
         return refuse(ReturnCode::LimitExceeded, "the sort rule has " + std::to_string(m_order.criteria())
-                                                     + " criteria; the most are "
+                                                     + " criteria; the maximum is "
                                                      + std::to_string(limits::SORT_CRITERIA));
     }
     m_searches.clear();
@@ -163,8 +164,8 @@ Finder::ReturnCode Finder::refuse(ReturnCode code, std::string reason)
     return code;
 }
 
-/// A place that several searches find belongs to the first one. Behind the first batch there is only what the
-/// providers found, and nothing that came with the first batch.
+/// A place found by several searches belongs to the first one. After the first batch, results come from the providers
+/// only, without places of the first batch.
 ConditionPtr Finder::conditionOf(RuleCompiler &compiler, const std::vector<const Rule *> &rules, std::size_t index,
                                  bool isFirstBatch) const
 {
@@ -224,10 +225,10 @@ Finder::ReturnCode Finder::fetchLocal(Search &search)
 void Finder::read(const QString &term, Reading reading)
 {
     std::shared_ptr<const SearchTerm> &known = m_terms[term];
-    // What is known of the same reading is not looked for again.
+    // Reuse the ids and counts of the same reading.
     if (known && known->test().isLike(TermTest(term, reading)))
         return;
-    // The plan along an order looks at places one by one.
+    // The plan by order tests places one by one and needs no ids.
     const int mostIds = m_plan == Plan::ByOrder ? 0 : SearchTerm::MOST_IDS;
     known = std::make_shared<SearchTerm>(m_store, term, std::move(reading), mostIds);
 }
@@ -294,7 +295,7 @@ void Finder::chooseReadingOf(const QString &term, bool isFirstTried, ReturnCode 
     read(term, chooseReading(Wording::of(term), {vocabulary, finds, frequency}));
 }
 
-/// True also when that cannot be found out: the find ends then.
+/// Also true when the answer is unknown; the find then fails.
 bool Finder::findAnyByWords(ReturnCode &code)
 {
     if (code == ReturnCode::Success)
@@ -341,7 +342,7 @@ bool Page::add(std::string record, const Cursor &cursor)
 Status Finder::find(Page &page)
 {
     ReturnCode code = findAny(page);
-    // An empty page with more behind it would be asked for again and again.
+    // The client would request an empty page with more results again and again.
     if (code == ReturnCode::Success && page.isFull && page.records.empty())
         code = refuse(ReturnCode::Busy, "there is no room for a single place in the reply now");
     return {code, m_reason};
@@ -372,7 +373,7 @@ Finder::ReturnCode Finder::findWithoutProviders(Page &page)
     return ReturnCode::Success;
 }
 
-/// Providers read terms for themselves. What is found without them is read alike on all pages.
+/// Providers choose readings themselves. For all other sources all pages use the same reading.
 Finder::ReturnCode Finder::readForProviders()
 {
     const auto snapshot = m_store.snapshot();
@@ -395,7 +396,7 @@ Finder::ReturnCode Finder::findByBatches(Page &page)
         bool isComplete = false;
         ReturnCode code = ask(cursor.batch, size);
         if (code != ReturnCode::Success) {
-            // What was found already is not lost; the next page fails.
+            // Keep the results so far; the next page reports the failure.
             page.hasMore = true;
             page.next = {cursor.batch, 0};
             return page.records.empty() ? code : ReturnCode::Success;
@@ -408,7 +409,8 @@ Finder::ReturnCode Finder::findByBatches(Page &page)
             return code;
         if (isComplete || !m_hasMoreBatches)
             break;
-        // A place in the whole list may be far behind this batch; a cursor is a place in its own.
+        // The offset counts from the start of all results and can lie far behind this batch; a cursor counts within its
+        // batch.
         qint64 passed = cursor.position;
         const bool isBehind = !hasCursor && page.records.empty() && cursor.position > 0;
         if (isBehind)
@@ -440,7 +442,7 @@ Finder::ReturnCode Finder::takeBatch(Page &page, Cursor &cursor, bool &isComplet
     return code;
 }
 
-/// The providers are asked before the store is looked at: nothing waits for them with the store's state in hand.
+/// Asks the providers without a snapshot of the store, which would stay open while they answer.
 Finder::ReturnCode Finder::ask(int batch, int size)
 {
     m_answers.clear();
@@ -464,7 +466,7 @@ Finder::ReturnCode Finder::takeAnswers(int batch)
 {
     if (const ReturnCode code = makeSearches(batch == 0); code != ReturnCode::Success)
         return code;
-    // What is found without the providers comes first, and has the same ids with every batch.
+    // Results of other sources come first and get the same ids in all batches.
     for (Search &search : m_searches) {
         if (const ReturnCode code = fetchLocal(search); code != ReturnCode::Success)
             return code;
@@ -508,7 +510,7 @@ std::vector<Hit> Finder::hitsOf(const Search &search, std::size_t wanted)
     return all;
 }
 
-/// The candidates that a search finds. They belong to searches that asked for some.
+/// The candidates that a search finds, from the sources that it asked.
 std::vector<Hit> Finder::candidateHits(const Search &search) const
 {
     std::vector<Hit> hits;
@@ -526,9 +528,14 @@ std::vector<Hit> Finder::candidateHits(const Search &search) const
 
 std::string Finder::recordOf(qint64 id)
 {
+    std::string record;
     if (const CandidateRow *row = m_candidates->row(id))
-        return m_query.headerOnly ? headerOf(*row->place()) : fullRecordOf(*row->place());
-    return m_store.readableRecord(id, m_query.headerOnly);
+        record = m_query.headerOnly ? headerOf(*row->place()) : fullRecordOf(*row->place());
+    else
+        record = m_store.readableRecord(id, m_query.headerOnly);
+    if (!record.empty() && !m_typedTerm.isEmpty())
+        addSearchTerm(record, m_typedTerm);
+    return record;
 }
 
 // ------------------------------------------------------------------------------------------------------- counting

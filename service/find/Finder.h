@@ -19,37 +19,37 @@
 namespace placesd
 {
 
-/// Where a result was found, or a search goes on, among what the providers give.
+/// Position of a result, or of the next one, in the batches of the providers.
 struct Cursor
 {
-    int batch = -1;    ///< The number of the providers' batch; -1 where no provider takes part.
-    int position = -1; ///< The position among the results that came with this batch.
+    int batch = -1;    ///< Number of the batch; -1 when no provider takes part.
+    int position = -1; ///< Position among the results of this batch.
 };
 
 /// One page of a find.
 struct Page
 {
     std::vector<std::string> records;
-    std::vector<Cursor> cursors; ///< Of each record.
+    std::vector<Cursor> cursors; ///< One per record.
     bool hasMore = false;
-    bool isFull = false; ///< Whether a record found no room.
+    bool isFull = false; ///< Whether a record did not fit.
     Cursor next;
-    std::size_t room = limits::REPLY_SIZE; ///< Bytes that the page may still take in a reply.
+    std::size_t room = limits::REPLY_SIZE; ///< Bytes that are left for the page in the reply.
 
-    /// Adds a record and its cursor. False, and there is more behind the page, when they find no room.
+    /// Adds a record and its cursor. False when they do not fit; the page then has more results.
     bool add(std::string record, const Cursor &cursor);
 };
 
-/// Where places come from that are not stored.
+/// Sources of places other than the store.
 struct PlaceSources
 {
     const Providers &providers;
-    ContactBook *contacts = nullptr; ///< Null where there are none.
+    ContactBook *contacts = nullptr; ///< Null when there are no contacts.
 };
 
-/// Carries out one find: one or several searches, one after the other until the page is full. What is stored and what
-/// is not stand on the same pages, merged in order. Providers give their places by batches, in an order of their own,
-/// so a page may take several; the first batch comes with all that is found without the providers.
+/// Runs one find: one or more searches, one after the other until the page is full. A page contains stored places and
+/// places of other sources, merged in order. Providers give places in batches in their own order, so a page may need
+/// several batches; the first batch includes all results of other sources.
 class Finder
 {
 public:
@@ -57,29 +57,30 @@ public:
 
     Finder(Store &store, PlaceSources sources, Query query, bool external, Deadline deadline, Plan plan = Plan::Best);
 
-    /// Whether a provider has to be asked, or the contacts waited for.
-    [[nodiscard]] bool takesLong() const;
+    /// Whether it asks a provider or waits for the contacts.
+    [[nodiscard]] bool needsSlowPool() const;
 
-    /// Code 66 when the query holds a number that has no meaning; the providers' code when nothing can be found without
-    /// them and none answers; 64 when the page has no room for one record.
+    /// Fails with code 66 for a number without a meaning; with the providers' code when they are needed and none
+    /// answers; with code 64 when not even one record fits the page.
     Status find(Page &page);
     Status count(int &count);
 
 private:
-    /// What a leaf asks the providers.
+    /// A provider search for a leaf.
     struct Ask
     {
         int source = Rule::NO_SOURCE;
         ProviderSearch search;
     };
-    /// A search of its own: what no search before it finds.
+    /// One of the searches; it leaves out results of the searches before it.
     struct Search
     {
         const Rule *rule;
         ConditionPtr condition;
         bool takesCandidates = false;
-        bool isFetched = false;         ///< Whether what is not stored, but found without the providers, was fetched.
-        std::optional<bool> finds = {}; ///< Whether it finds anything; unset before that was looked for.
+        bool isFetched = false;         ///< Whether the places of sources other than the store and the providers are
+                                        ///< fetched.
+        std::optional<bool> finds = {}; ///< Whether it finds anything; unset while unknown.
     };
 
     [[nodiscard]] bool asksProviders() const { return !m_asks.empty(); }
@@ -88,27 +89,27 @@ private:
     [[nodiscard]] ProviderSearch searchFor(const Rule &leaf, SearchKind kind) const;
     [[nodiscard]] bool canBeBatched() const;
 
-    /// Runs `work` on the searches, and once more by another reading of the terms where no search by words found
-    /// anything.
+    /// Runs `work` on the searches. When no search by words finds anything, chooses another reading of the terms and
+    /// runs `work` again.
     ReturnCode runByReading(const std::function<ReturnCode()> &work);
     /// Whether a search by words found something, or no term has words.
     [[nodiscard]] bool isAnswered() const;
-    /// Reads the terms in the first way in which a search by words finds anything.
-    /// @param isFirstTried whether the first way is known to find nothing.
+    /// Chooses the first reading of the terms by which a search by words finds anything.
+    /// @param isFirstTried whether the first reading is known to find nothing.
     ReturnCode chooseReadings(bool isFirstTried);
     void chooseReadingOf(const QString &term, bool isFirstTried, ReturnCode &code);
     void readAsTyped(bool inNames);
     void read(const QString &term, Reading reading);
-    /// Whether a search by words finds anything by the readings that are set.
+    /// Whether a search by words finds anything by the current readings.
     bool findAnyByWords(ReturnCode &code);
     qint64 countWithWords(const QString &term, const Reading &reading, ReturnCode &code);
 
-    /// Makes the searches for the first batch, or for one of those behind it.
+    /// Creates the searches for the first or a later batch.
     ReturnCode makeSearches(bool isFirstBatch);
     ReturnCode refuse(ReturnCode code, std::string reason);
     ConditionPtr conditionOf(RuleCompiler &compiler, const std::vector<const Rule *> &rules, std::size_t index,
                              bool isFirstBatch) const;
-    /// Fetches what a rule finds that is not stored, without the providers.
+    /// Fetches places for a rule from sources other than the store and the providers.
     ReturnCode fetchLocal(const Rule &rule);
     ReturnCode fetchLocal(Search &search);
     std::vector<FoundPlace> localPlaces(const Rule &leaf, ReturnCode &code);
@@ -117,21 +118,21 @@ private:
     ReturnCode findWithoutProviders(Page &page);
     ReturnCode readForProviders();
     ReturnCode findByBatches(Page &page);
-    /// Asks for a batch of the providers' places.
+    /// Requests a batch of places from the providers.
     ReturnCode ask(int batch, int size);
-    /// Makes the searches for the batch, and candidates of all that was found for them.
+    /// Creates the searches for the batch and candidates from all its answers.
     ReturnCode takeAnswers(int batch);
-    /// Adds to the page what the batch gives from the cursor on, and moves the cursor behind it.
+    /// Adds the results of the batch from the cursor on to the page and advances the cursor.
     ReturnCode takeBatch(Page &page, Cursor &cursor, bool &isComplete);
 
-    /// The places at some positions of what all searches give, one search after the other.
+    /// The places at a range of positions in the results of all searches.
     ReturnCode collect(std::size_t offset, std::size_t count, std::vector<qint64> &ids);
     std::vector<Hit> hitsOf(const Search &search, std::size_t wanted);
     std::vector<Hit> candidateHits(const Search &search) const;
     ReturnCode countWithoutProviders(qint64 &count);
     ReturnCode countWithProviders(qint64 &count);
     ReturnCode countAll(qint64 &count);
-    /// The record of a place that was found; empty, and a message in the log, for one that cannot be read.
+    /// The record of a place, with the typed term; empty, with a log message, when it cannot be read.
     std::string recordOf(qint64 id);
 
     Store &m_store;
@@ -141,14 +142,15 @@ private:
     const Deadline m_deadline;
     const Plan m_plan;
     const Order m_order;
+    const QByteArray m_typedTerm; ///< UTF-8; added to the found places.
     FindTerms m_terms;
-    std::vector<const Rule *> m_sources; ///< Leaves of the query's rule.
+    std::vector<const Rule *> m_sources; ///< Leaves of the query's rule that search other sources.
     std::vector<Ask> m_asks;
-    std::unique_ptr<Candidates> m_candidates; ///< Before the searches: their conditions look at it.
+    std::unique_ptr<Candidates> m_candidates; ///< Declared before the searches, whose conditions use it.
     std::vector<Search> m_searches;
-    std::vector<ProvidersAnswer> m_answers; ///< To each of m_asks.
+    std::vector<ProvidersAnswer> m_answers; ///< One for each of m_asks.
     bool m_hasMoreBatches = false;
-    std::string m_reason; ///< Why the find failed, where its code leaves that open.
+    std::string m_reason; ///< Reason of a failure; empty when the code is clear by itself.
 };
 
 } // namespace placesd

@@ -28,10 +28,10 @@ namespace Tags = vela::platform::places::Tags;
 namespace
 {
 
-/// Keys of properties that are looked for one by one.
+/// Maximum number of property keys that are looked up one by one.
 constexpr std::size_t MOST_KEYS = 16;
 
-/// The first number that a statement selects.
+/// The number in the first row of a statement.
 qint64 numberOf(Store &store, const char *sql, const std::vector<QVariant> &bindings)
 {
     const auto row = store.statements().take(sql);
@@ -39,7 +39,7 @@ qint64 numberOf(Store &store, const char *sql, const std::vector<QVariant> &bind
     return row->executeStep() ? row->getColumn(0).getInt64() : 0;
 }
 
-/// One of two statements, by the direction of an order.
+/// Chooses a statement by the direction of the order.
 const char *directed(const Order &order, const char *up, const char *down)
 {
     return order.first().isDescending ? down : up;
@@ -50,15 +50,15 @@ std::unique_ptr<RowSource> rowsOf(Store &store, const char *sql, const std::vect
     return std::make_unique<StatementSource>(store, sql, bindings);
 }
 
-/// The texts that an operator can find, and index keys of such texts: from the first on, and before the second. The
-/// default finds all: no text in UTF-8 has the byte 0xFF.
+/// Range of texts, or of their index keys, that an operator can match: `from` inclusive, `to` exclusive. The default
+/// matches all texts: UTF-8 never contains the byte 0xFF.
 struct Range
 {
     QByteArray from;
     QByteArray to = QByteArrayLiteral("\xFF");
 };
 
-/// Comes after what may follow the search key in an index key.
+/// Greater than any byte that can follow the search key in an index key.
 constexpr char BEHIND_KEY = KEY_END + 1;
 
 Range rangeOf(const TextTest &test, const QByteArray &term)
@@ -93,7 +93,7 @@ Condition::Source WordsCondition::source(Store &store, const Order &, qint64 lim
     return {length > 0 ? m_term->places() : std::make_unique<IdSource>(store, std::vector<qint64>()), length};
 }
 
-/// An entry in the index of all texts may be that of a place that was removed when it could not be read.
+/// Unknown: the index of all texts can contain entries of unreadable places that were removed.
 std::optional<qint64> WordsCondition::count(Store &) const
 {
     if (!m_term->test().hasWords() || !m_term->test().isOfNames())
@@ -141,7 +141,7 @@ std::unique_ptr<RowSource> UseCondition::sortedSource(Store &store, const Order 
 
 // ---------------------------------------------------------------------------------------------------------- facets
 
-/// The statements that give the places of a facet by name.
+/// Statements that list the places of a facet by name.
 struct FacetCondition::ByName
 {
     FacetKind kind;
@@ -171,7 +171,7 @@ bool FacetCondition::hasSource() const
 
 Condition::Source FacetCondition::source(Store &store, const Order &, qint64 limit) const
 {
-    // Names are read faster than rows.
+    // Reading names is cheaper than reading rows.
     if (m_byName)
         return {std::make_unique<NameSource>(store, m_byName->up), std::min(limit, *count(store))};
     std::vector<std::unique_ptr<RowSource>> sources;
@@ -235,7 +235,7 @@ Condition::Source PropertyCondition::source(Store &store, const Order &, qint64 
         sources.push_back(rowsOf(store, sql::WITH_PROPERTY, {key, values.from, values.to}));
         length += numberOf(store, sql::COUNT_SOME_WITH_PROPERTY, {key, values.from, values.to, limit - length});
     }
-    // A place may have several such properties.
+    // A place may have several matching properties.
     return {std::make_unique<ChainedSource>(std::move(sources)), length};
 }
 
@@ -288,7 +288,7 @@ bool OpenCondition::test(const PlaceRow &row) const
 
 std::optional<qint64> OpenCondition::count(Store &store) const
 {
-    // Private places are counted as such whether they are saved or not.
+    // Counts of private places do not depend on the persistence mask.
     if (!m_isPrivate.numbers->empty())
         return {};
     return store.placeCount(PlacePrivate::ExplicitlySaved);
@@ -320,7 +320,7 @@ Condition::Source FoundCondition::source(Store &store, const Order &, qint64 lim
     return {std::make_unique<IdSource>(store, std::move(ids)), std::min(limit, length)};
 }
 
-/// A few places can be sorted here.
+/// A few places can be sorted in memory.
 bool FoundCondition::hasSortedSource(const Order &order) const
 {
     return order.isSortedByFirst() && m_candidates.storedIds(m_source).size() <= MOST_KEYS;

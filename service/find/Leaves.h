@@ -7,7 +7,7 @@
 
 #include <QtCore/QString>
 
-/// The conditions of the leaves of a rule, each with the index that serves it.
+/// Conditions for the leaves of a rule, each with the index that supports it.
 namespace placesd
 {
 
@@ -31,7 +31,7 @@ private:
     const std::shared_ptr<const SearchTerm> m_term;
 };
 
-/// By the name as it is, without case and accents.
+/// By the name as a whole, ignoring case and accents.
 class NameCondition : public Condition
 {
 public:
@@ -44,7 +44,7 @@ private:
     const TextTest m_test;
 };
 
-/// By the time of the last use: from one time to another, both included.
+/// By the time of the last use, in a closed interval.
 class UseCondition : public Condition
 {
 public:
@@ -64,8 +64,8 @@ private:
     const qint64 m_to;
 };
 
-/// By an owner, a tag, a type or a quality. The places of a facet are listed by relevance; favourites, contacts and
-/// rooms by name, too.
+/// By owner, tag, type or quality. The places of a facet are listed by relevance; favourites, contacts and rooms also
+/// by name.
 class FacetCondition : public Condition
 {
 public:
@@ -86,17 +86,17 @@ private:
     static const ByName *byNameOf(const FacetTest &test);
 
     const FacetTest m_test;
-    const ByName *const m_byName; ///< Null where there is no such list.
+    const ByName *const m_byName; ///< Null when there is no such list.
 };
 
 /// By a property of an auxiliary record.
 class PropertyCondition : public Condition
 {
 public:
-    /// @param keys numbers of the keys that pass; too many are not looked for.
+    /// @param keys numbers of the keys that pass; a long list is not used for the look-up.
     PropertyCondition(PropertyTest test, std::shared_ptr<const std::vector<qint64>> keys);
     [[nodiscard]] bool test(const PlaceRow &row) const override { return row.passes(m_test); }
-    /// The whole record is read.
+    /// The test reads the whole record.
     [[nodiscard]] int cost() const override { return 10 * RowSource::WHOLE_ROW; }
     [[nodiscard]] bool hasSource() const override;
     [[nodiscard]] Source source(Store &store, const Order &order, qint64 limit) const override;
@@ -106,7 +106,7 @@ private:
     const std::shared_ptr<const std::vector<qint64>> m_keys;
 };
 
-/// The stored places in the recent bucket.
+/// Stored places in the recent bucket.
 class BucketCondition : public Condition
 {
 public:
@@ -119,7 +119,7 @@ public:
     [[nodiscard]] std::optional<qint64> count(Store &store) const override;
 };
 
-/// The stored places of a perimeter, and all that is not stored.
+/// Stored places of a perimeter, and all places of other sources.
 class PerimeterCondition : public Condition
 {
 public:
@@ -133,7 +133,7 @@ private:
     const orix_places_protocol::Perimeter m_perimeter;
 };
 
-/// The stored places that the open channel knows: saved and not private; and all that is not stored.
+/// Stored places visible to the open channel, that is, saved and not private, and all places of other sources.
 class OpenCondition : public Condition
 {
 public:
@@ -146,11 +146,11 @@ private:
     FacetTest m_isPrivate;
 };
 
-/// The stored places that the owner's channel added.
+/// Stored places added through the owner's channel.
 class OwnersCondition : public Condition
 {
 public:
-    /// @param store outlives the condition.
+    /// @param store must outlive the condition.
     explicit OwnersCondition(Store &store)
         : m_store(store)
         , m_hasGuests(store.hasGuests())
@@ -172,11 +172,11 @@ public:
     [[nodiscard]] bool passesAllStored() const override { return true; }
 };
 
-/// What a search looks at: stored places, and what was given for the leaves of its own rule.
+/// The places that a search considers: stored places, and the results of other sources for the leaves of its own rule.
 class OwnCondition : public Condition
 {
 public:
-    /// @param candidates outlives the condition. @param sources numbers of the leaves.
+    /// @param candidates must outlive the condition. @param sources numbers of the leaves.
     OwnCondition(const Candidates &candidates, std::vector<int> sources)
         : m_candidates(candidates)
         , m_sources(std::move(sources))
@@ -189,12 +189,12 @@ private:
     const std::vector<int> m_sources;
 };
 
-/// What a source gave for a leaf of the rule, or for any of them.
+/// Places that another source gave for one leaf of the rule, or for any.
 class FoundCondition : public Condition
 {
 public:
     static constexpr int ANY = -1;
-    /// @param candidates outlives the condition.
+    /// @param candidates must outlive the condition.
     FoundCondition(const Candidates &candidates, int source)
         : m_candidates(candidates)
         , m_source(source)

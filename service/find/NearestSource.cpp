@@ -26,13 +26,13 @@ using vela::platform::places::Utilities;
 namespace
 {
 
-// Distances of a walk are chords, in diameters of the Earth: they take no inverse function, and a chord is never longer
-// than its arc.
+// Distances of a walk are chords in units of the Earth's diameter. They need no inverse function, and a chord is never
+// longer than its arc.
 constexpr double LEAST_DIAMETER = 12.7e6; // metres; the Earth has more
 constexpr double SLACK = NEAREST_SLACK / LEAST_DIAMETER;
 
-// A node of an R*Tree, as SQLite documents it: the depth of the tree (in the root only), the number of cells, and the
-// cells, each an id and the four coordinates. All are big-endian.
+// Layout of an R*Tree node as documented by SQLite: depth of the tree (root only), number of cells, and the cells with
+// an id and four coordinates each. All numbers are big-endian.
 constexpr std::size_t COUNT_AT = 2;
 constexpr std::size_t HEADER_SIZE = 4;
 constexpr std::size_t CELL_SIZE = 24;
@@ -107,7 +107,7 @@ void NearestSource::open(const Cell &node)
         const char *box = cell + sizeof(qint64);
         const double chord = std::sqrt(m_distance.haversineTo(coordinateAt(box, 0), coordinateAt(box, 1),
                                                               coordinateAt(box, 2), coordinateAt(box, 3)));
-        // Never NaN where the box of a damaged table is.
+        // Never NaN, even for the box of a damaged table.
         m_cells.push({chord > SLACK ? chord - SLACK : 0, level - 1, qFromBigEndian<qint64>(cell)});
     }
 }
@@ -116,7 +116,7 @@ void NearestSource::locate(const Cell &place)
 {
     m_row.moveTo(place.id);
     const Coordinates position = m_row.position();
-    // In a damaged table it may be missing.
+    // A damaged table may lack it.
     if (position.isValid())
         m_located.push(
             {Utilities::calculateDistanceInMeter(position, m_order.centre), place.id, place.bound + 2 * SLACK});

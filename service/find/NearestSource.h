@@ -13,16 +13,16 @@
 namespace placesd
 {
 
-/// The stored places that have a position, in the order of a distance, ties by id in its direction. It walks the
-/// R*Tree best first: what is nearest of all nodes and places seen so far comes next (G. R. Hjaltason and H. Samet,
-/// "Distance browsing in spatial databases", ACM TODS 24 (2), 1999). Farthest first is nearest first from the antipode.
+/// The stored places with a position, sorted by distance; ties by id in the same direction. A best-first walk of the
+/// R*Tree: it takes the nearest of all nodes and places seen so far (G. R. Hjaltason and H. Samet, "Distance browsing
+/// in spatial databases", ACM TODS 24 (2), 1999). Farthest first is nearest first from the antipode.
 ///
-/// The boxes of the R*Tree are rounded, so a box tells a distance within NEAREST_SLACK. The position itself is read
-/// only of places that are too close to one another for that.
+/// R*Tree boxes are rounded, so distances to boxes have an error up to NEAREST_SLACK. Exact positions are read only for
+/// places whose distances are too close to compare.
 class NearestSource : public RowSource
 {
 public:
-    /// @param order by distance; outlives the source.
+    /// @param order by distance; must outlive the source.
     NearestSource(Store &store, const Order::Criterion &order);
     const PlaceRow *next() override;
 
@@ -30,16 +30,16 @@ private:
     /// A node of the R*Tree, or a place in one.
     struct Cell
     {
-        double bound; ///< Chord from the start of the walk, at least.
-        int level;    ///< Of a node, 0 for a leaf; PLACE for a place.
-        qint64 id;    ///< Of the place, or the number of the node.
+        double bound; ///< Lower bound of the chord from the start of the walk.
+        int level;    ///< Height of a node, 0 for a leaf; PLACE for a place.
+        qint64 id;    ///< Id of the place or number of the node.
     };
-    /// A place whose position was read.
+    /// A place with its exact distance.
     struct Located
     {
         double distance; ///< From the centre, in metres.
         qint64 id;
-        double bound; ///< Chord from the start of the walk, at most.
+        double bound; ///< Upper bound of the chord from the start of the walk.
     };
     static constexpr int PLACE = -1;
     struct IsFarther
@@ -52,7 +52,7 @@ private:
         bool isDescending;
     };
 
-    /// Adds what is in a node.
+    /// Adds the cells of a node to the queue.
     void open(const Cell &node);
     /// Reads the position of a place.
     void locate(const Cell &place);
@@ -63,7 +63,7 @@ private:
     LazyRow m_row;
     std::priority_queue<Cell, std::vector<Cell>, IsFarther> m_cells;
     std::priority_queue<Located, std::vector<Located>, IsBehind> m_located;
-    std::unordered_set<qint64> m_opened; ///< Nodes: a damaged table may have cycles.
+    std::unordered_set<qint64> m_opened; ///< Visited nodes: a damaged table may contain cycles.
 };
 
 } // namespace placesd

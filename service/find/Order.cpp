@@ -20,7 +20,7 @@ using vela::platform::places::Utilities;
 namespace
 {
 
-/// Negative where `a` is less than `b`, positive where it is more.
+/// Negative for a < b, positive for a > b, else 0.
 int compare(const Order::Key::Value &a, const Order::Key::Value &b)
 {
     if (a.integer != b.integer)
@@ -30,7 +30,7 @@ int compare(const Order::Key::Value &a, const Order::Key::Value &b)
     return a.text.compare(b.text);
 }
 
-/// Negative where `a` comes first.
+/// Negative when `a` comes first.
 int compare(const Order::Key::Value &a, const Order::Key::Value &b, bool isDescending)
 {
     if (a.isUnknown != b.isUnknown)
@@ -74,7 +74,7 @@ void Order::add(const Sort &sort)
     case SortRuleKind::Distance:
         criterion.by = By::Distance;
         criterion.centre = Coordinates(sort.latitude, sort.longitude);
-        // From nowhere, nothing is nearer than anything else.
+        // Without a valid centre all distances are equal.
         if (!criterion.centre.isValid())
             return;
         break;
@@ -90,7 +90,7 @@ void Order::add(const Sort &sort)
         m_isUnderstood = false;
         return;
     }
-    // Places that a criterion does not tell apart are not told apart by the same one again.
+    // A repeated criterion has no effect.
     const bool isRepeated = std::any_of(m_criteria.begin(), m_criteria.end(), [&criterion](const Criterion &each) {
         return each.by == criterion.by && (criterion.by != By::Distance || each.centre == criterion.centre);
     });

@@ -12,8 +12,8 @@ namespace placesd
 
 class PlaceRow;
 
-/// In which order a find gives places: by one criterion after the other, ties by id in the direction of the first one.
-/// What is not stored comes behind stored places that are equal, in the order in which its source gave it.
+/// The order of a find's results: several criteria, then the id in the direction of the first criterion. Places of
+/// other sources come after equal stored places, in the order of their source.
 class Order
 {
 public:
@@ -26,15 +26,15 @@ public:
         Creation,
         Update,
         UsageCount,
-        Distance ///< Places without a position come last, whatever the direction.
+        Distance ///< Places without a position always come last.
     };
     struct Criterion
     {
         By by = By::Id;
         bool isDescending = false;
-        vela::platform::places::Coordinates centre; ///< Valid, and only for distances.
+        vela::platform::places::Coordinates centre; ///< Valid for distances only.
     };
-    /// What a place is sorted by.
+    /// The sort key of a place.
     struct Key
     {
         struct Value
@@ -44,33 +44,33 @@ public:
             std::string text;
             bool isUnknown = false;
         };
-        std::vector<Value> values; ///< Two of a relevance, one of any other criterion.
+        std::vector<Value> values; ///< Two values for relevance, one for other criteria.
         qint64 id = 0;
         bool isStored = true;
     };
 
     explicit Order(const Sort &sort);
 
-    /// False for a sort rule with a number that has no meaning.
+    /// False for a sort rule that contains a number without a meaning.
     [[nodiscard]] bool isUnderstood() const { return m_isUnderstood; }
 
     [[nodiscard]] std::size_t criteria() const { return m_criteria.size(); }
-    /// The criterion that comes first; by id where there is none.
+    /// The first criterion; the id when there is none.
     [[nodiscard]] const Criterion &first() const { return m_criteria.front(); }
-    /// Whether places that are sorted by the first criterion and by id are sorted.
+    /// Whether the order consists of the first criterion and the id only.
     [[nodiscard]] bool isSortedByFirst() const { return m_criteria.size() == 1; }
 
     [[nodiscard]] Key keyOf(const PlaceRow &row) const;
-    /// Whether the place with key `a` comes before that with key `b`.
+    /// Whether the place with key `a` comes before the one with key `b`.
     [[nodiscard]] bool operator()(const Key &a, const Key &b) const;
-    /// Whether a place comes before all that follow a row of a source that is sorted by the first criterion.
+    /// Whether a place comes before all rows after `row` in a source sorted by the first criterion.
     [[nodiscard]] bool isBeforeAllBehind(const Key &key, const PlaceRow &row) const;
 
 private:
     void add(const Sort &sort);
     static void appendValues(const Criterion &criterion, const PlaceRow &row, std::vector<Key::Value> &values);
 
-    std::vector<Criterion> m_criteria; ///< At least one.
+    std::vector<Criterion> m_criteria; ///< Never empty.
     bool m_isUnderstood = true;
 };
 

@@ -23,7 +23,7 @@ PlanRun::PlanRun(const Store &store, const Condition &condition, const Order &or
 bool PlanRun::advance(qint64 budget)
 {
     for (int rows = 1; !m_isDone && budget > 0; ++rows) {
-        // Tests are not steps of SQLite's, which looks at the clock by itself.
+        // Only SQLite's own steps check the deadline.
         if (rows % ROWS_PER_CHECK == 0)
             m_store.requireTime();
         m_isDone = take(m_source->next());
@@ -95,7 +95,7 @@ bool ByOrder::takeSorted(const PlaceRow *row)
     return m_hits.size() >= m_wanted;
 }
 
-/// Moves what waits and is before all rows from this one on, or before the end, to the hits.
+/// Moves waiting places to the hits that come before all rows from this one on; all of them at the end.
 void ByOrder::settle(const PlaceRow *row)
 {
     while (!m_waiting.empty() && m_hits.size() < m_wanted

@@ -9,24 +9,24 @@
 namespace placesd
 {
 
-/// A plan under way. It can be stopped after any row and goes on from there, so that two plans can take turns.
+/// A running plan. It can pause after any row, so that two plans can take turns.
 class PlanRun
 {
 public:
-    /// @param store whose deadline interrupts the run.
+    /// @param store its deadline interrupts the run.
     PlanRun(const Store &store, const Condition &condition, const Order &order, std::unique_ptr<RowSource> source,
             std::size_t wanted, bool withKeys);
     virtual ~PlanRun() = default;
     PlanRun(const PlanRun &) = delete;
     PlanRun &operator=(const PlanRun &) = delete;
 
-    /// Goes on until that costs so much, see RowSource::cost(). True once all hits are there.
+    /// Runs until the cost reaches the budget; see RowSource::cost(). True when all hits are found.
     bool advance(qint64 budget);
-    /// The hits, in order. Once only, and after the last advance().
+    /// The hits in order. To be called once, after advance() returned true.
     virtual std::vector<Hit> takeHits() = 0;
 
 protected:
-    /// Takes a row, or null for the end of the source. True when no further row can change the hits.
+    /// Takes a row; null at the end of the source. True when no further row can change the hits.
     virtual bool take(const PlaceRow *row) = 0;
 
     [[nodiscard]] Hit hitOf(const PlaceRow &row, bool withKey) const;
@@ -42,7 +42,7 @@ private:
     bool m_isDone = false;
 };
 
-/// Keeps the first of all rows that a source gives.
+/// Reads all rows of a source and keeps the first ones in order.
 class ByCondition : public PlanRun
 {
 public:
@@ -53,11 +53,11 @@ protected:
     bool take(const PlaceRow *row) override;
 
 private:
-    std::vector<Hit> m_hits; ///< A heap, the last in order on top.
+    std::vector<Hit> m_hits; ///< Max heap by order.
 };
 
-/// Takes rows in order until there are enough. Where the source is sorted by the first criterion only, rows wait until
-/// none that is before them can follow.
+/// Takes rows in order until there are enough. When the source is sorted by the first criterion only, a row waits until
+/// no later row can come before it.
 class ByOrder : public PlanRun
 {
 public:
@@ -71,7 +71,7 @@ private:
     bool takeSorted(const PlaceRow *row);
     void settle(const PlaceRow *row);
 
-    std::vector<Hit> m_waiting; ///< A heap, the first in order on top.
+    std::vector<Hit> m_waiting; ///< Min heap by order.
     std::vector<Hit> m_hits;
 };
 

@@ -10,7 +10,7 @@
 namespace placesd
 {
 
-/// A search rule as a request gives it.
+/// A search rule of a request.
 struct Rule
 {
     orix_places_protocol::SearchRuleKind kind = orix_places_protocol::SearchRuleKind::Abstract;
@@ -19,12 +19,12 @@ struct Rule
     QString text;
     int value = 0;
     std::vector<Rule> members;
-    int source = NO_SOURCE; ///< The number of the rule among those that find what is not stored.
+    int source = NO_SOURCE; ///< Number of the leaf among those that search other sources.
 
     static constexpr int NO_SOURCE = -1;
 };
 
-/// A sort rule as a request gives it.
+/// A sort rule of a request.
 struct Sort
 {
     orix_places_protocol::SortRuleKind kind = orix_places_protocol::SortRuleKind::Abstract;
@@ -35,7 +35,7 @@ struct Sort
     std::vector<Sort> members;
 };
 
-/// What a find asks for.
+/// The arguments of a find.
 struct Query
 {
     int count = 0;
@@ -47,7 +47,7 @@ struct Query
     Sort sort;
     int providerPrimaryIndex = -1;
     int providerSecondaryIndex = -1;
-    /// Of the stored places that are looked at; the default one is all.
+    /// Perimeter of the stored places; Default for all perimeters.
     orix_places_protocol::Perimeter perimeter = orix_places_protocol::Perimeter::Default;
 };
 

@@ -87,7 +87,7 @@ void MergedSource::advance(Head &head)
         head.key = m_order.keyOf(*head.row);
 }
 
-/// A row stays valid until the call after, so the head that gave a place goes on only then.
+/// A row is valid until the next call, so the source that gave it advances only then.
 const PlaceRow *MergedSource::next()
 {
     for (Head &head : m_heads) {

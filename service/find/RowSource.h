@@ -16,7 +16,7 @@ namespace placesd
 
 class Store;
 
-/// Gives stored places row by row, as far as they are asked for. Throws SQLite::Exception.
+/// Lists stored places row by row. Throws SQLite::Exception.
 class RowSource
 {
 public:
@@ -25,20 +25,20 @@ public:
     RowSource &operator=(const RowSource &) = delete;
     virtual ~RowSource() = default;
 
-    /// The next place, valid until the call after; null at the end.
+    /// The next place, valid until the next call; null at the end.
     virtual const PlaceRow *next() = 0;
-    /// How long that takes: 1 for a name in an index.
+    /// Cost of next(), in units of reading a name in an index.
     [[nodiscard]] virtual int cost() const { return WHOLE_ROW; }
 
-    /// A row that lies anywhere in the table, or in the R*Tree.
+    /// Cost of a row at any position of the table or the R*Tree.
     static constexpr int WHOLE_ROW = 5;
 };
 
-/// The rows of a statement that selects places.
+/// Rows of a statement that selects places.
 class StatementSource : public RowSource
 {
 public:
-    /// @param sql a named statement. @param bindings its parameters, in their order.
+    /// @param sql a named statement. @param bindings its parameters in order.
     StatementSource(Store &store, const char *sql, const std::vector<QVariant> &bindings = {});
     const PlaceRow *next() override;
 
@@ -47,8 +47,8 @@ private:
     StoredRow m_row;
 };
 
-/// The rows of a statement that selects ids and keys of names, which are enough for many conditions. The rest of a row
-/// is fetched when it is asked for.
+/// Rows of a statement that selects ids and name keys, which suffice for many conditions. The rest of a row is fetched
+/// on demand.
 class NameSource : public RowSource
 {
 public:
@@ -62,7 +62,7 @@ private:
     LazyRow m_row;
 };
 
-/// Places by their ids; those that are not stored are left out.
+/// Places by id; ids that are not stored are skipped.
 class IdSource : public RowSource
 {
 public:
@@ -76,14 +76,14 @@ private:
     std::size_t m_next = 0;
 };
 
-/// One source after the other, each place once.
+/// Several sources, one after the other, without duplicates.
 class ChainedSource : public RowSource
 {
 public:
     enum class Overlap
     {
         Possible,
-        None ///< No two sources give the same place, and none gives one twice.
+        None ///< The sources have no duplicates.
     };
     explicit ChainedSource(std::vector<std::unique_ptr<RowSource>> sources, Overlap overlap = Overlap::Possible)
         : m_sources(std::move(sources))
@@ -99,7 +99,7 @@ private:
     std::unordered_set<qint64> m_given;
 };
 
-/// Several sources that are sorted alike, merged, each place once.
+/// Several sources in the same order, merged, without duplicates.
 class MergedSource : public RowSource
 {
 public:

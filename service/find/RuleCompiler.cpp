@@ -62,7 +62,7 @@ ConditionPtr RuleCompiler::compileSearch(const Rule &rule)
         list(compile(rule), ConditionPtr(new OwnCondition(m_candidates, std::move(sources)))));
 }
 
-/// Adds the numbers of the leaves that give candidates.
+/// Collects the numbers of the leaves that search other sources.
 void RuleCompiler::addSources(const Rule &rule, std::vector<int> &sources) const
 {
     const bool isLeftOut = m_withoutProviders && sourceKindOf(rule) == SourceKind::Provider;
@@ -91,7 +91,7 @@ ConditionPtr RuleCompiler::compile(const Rule &rule)
 
 ConditionPtr RuleCompiler::connective(const Rule &rule)
 {
-    // Pairs of an auxiliary key and value are about one and the same property.
+    // An auxiliary key and value in a pair refer to the same property.
     if (rule.kind == SearchRuleKind::And && rule.members.size() == 2 && rule.members[0].field == Field::AuxiliaryKey
         && rule.members[1].field == Field::AuxiliaryValue)
         return property(&rule.members[0], &rule.members[1]);
@@ -136,8 +136,8 @@ ConditionPtr RuleCompiler::leaf(const Rule &rule)
     }
 }
 
-/// A leaf that finds what is not stored finds a stored place too when that is what it found; and some look among the
-/// stored places on their own account: among the owner's, or every application could add contacts and rooms.
+/// A leaf for another source also finds the stored place that equals a result. Contacts and meeting rooms are searched
+/// in the owner's stored places too, but not in places that other applications added.
 ConditionPtr RuleCompiler::sourceLeaf(const Rule &rule)
 {
     const SourceKind kind = sourceKindOf(rule);
@@ -155,7 +155,7 @@ ConditionPtr RuleCompiler::sourceLeaf(const Rule &rule)
     return std::make_unique<AnyOf>(list(std::move(stored), std::move(found)));
 }
 
-/// A rule names few facets, and searches that leave out one another's places name them several times.
+/// Cached: a rule has few facets, but each search repeats the facets of the searches whose results it leaves out.
 std::shared_ptr<const std::vector<qint64>> RuleCompiler::numbersOf(FacetKind kind, const TextTest &text)
 {
     auto &numbers = m_numbers[{kind, text.op(), text.term()}];
@@ -173,7 +173,7 @@ ConditionPtr RuleCompiler::facet(FacetKind kind, int op, const QString &text)
     return std::make_unique<FacetCondition>(std::move(test));
 }
 
-/// A place has several tags and types; "not equal" holds where none of them is equal.
+/// A place has several tags and types; "not equal" means that none of them is equal.
 ConditionPtr RuleCompiler::part(FacetKind kind, const Rule &rule)
 {
     if (rule.op == SearchOperator::NotEqual)
@@ -181,7 +181,7 @@ ConditionPtr RuleCompiler::part(FacetKind kind, const Rule &rule)
     return facet(kind, rule.op, rule.text);
 }
 
-/// Only what is stored is a favourite, whatever its tags are.
+/// Only stored places are favourites; the tags of other places do not count.
 ConditionPtr RuleCompiler::favorite()
 {
     return std::make_unique<AllOf>(
@@ -203,7 +203,7 @@ ConditionPtr RuleCompiler::property(const Rule *key, const Rule *value)
 
 ConditionPtr RuleCompiler::use(int op, int time)
 {
-    // A time is an unsigned number in the place of a signed one.
+    // A time is unsigned but sent as a signed number.
     const auto at = static_cast<qint64>(static_cast<unsigned int>(time));
     constexpr qint64 FIRST = std::numeric_limits<qint64>::min();
     constexpr qint64 LAST = std::numeric_limits<qint64>::max();

@@ -16,13 +16,13 @@ namespace placesd
 
 class Candidates;
 
-/// Makes conditions of rules. One reading of every rule holds for stored places and candidates alike.
+/// Compiles rules to conditions, with the same meaning for stored places and candidates.
 class RuleCompiler
 {
 public:
-    /// @param store whose facets the conditions know by number. @param candidates what FoundConditions look at;
-    /// outlives the conditions. @param terms of all leaves of the rules that look for words. @param external whether
-    /// the query came by the external channel, which sees no contacts and no recent places.
+    /// @param store provides the numbers of facets. @param candidates used by FoundConditions; must outlive the
+    /// conditions. @param terms of all leaves that search for words. @param external true for the open channel, which
+    /// sees no contacts and no recent places.
     RuleCompiler(Store &store, const Candidates &candidates, const FindTerms &terms, bool external)
         : m_store(store)
         , m_candidates(candidates)
@@ -30,13 +30,13 @@ public:
         , m_external(external)
     {}
 
-    /// False once a rule had a number that has no meaning.
+    /// False after a rule with a number that has no meaning.
     [[nodiscard]] bool isUnderstood() const { return m_isUnderstood; }
 
-    /// What a rule, or a search that it joins with others, finds. Its sources are numbered. Candidates belong to the
-    /// searches whose leaves gave them.
+    /// Compiles a rule, or one of the searches that it joins. Its sources must be numbered. A candidate belongs to the
+    /// searches with the leaves that found it.
     ConditionPtr compileSearch(const Rule &rule);
-    /// What it finds without the providers.
+    /// Compiles the rule without its provider leaves.
     ConditionPtr compileWithoutProviders(const Rule &rule);
 
 private:

@@ -16,11 +16,11 @@ namespace sql = find_sql;
 namespace
 {
 
-/// How long it takes to make the key of all texts of a stored place, see Condition::cost().
+/// Cost of building the key of all texts of a stored place; see Condition::cost().
 constexpr int COST_OF_TEXT_KEY = 20 * RowSource::WHOLE_ROW;
 
-/// Whether a word is known to be in no name. The vocabulary says where to look: it has the words of this process's
-/// writes only, so what it does not have is looked for in the index, which is fast for a word that is not there.
+/// Whether no name contains a word. A word of the vocabulary occurs; the vocabulary lacks words written by other
+/// processes, so other words are looked up in the index, which is fast for a missing word.
 bool isInNoName(Store &store, const Wording::Word &word)
 {
     const CorrectionSource &known = store.vocabulary();
@@ -33,7 +33,7 @@ bool isInNoName(Store &store, const Wording::Word &word)
     return row->getColumn(0).getInt() == 0;
 }
 
-/// For the index of names.
+/// Expressions for the index of names.
 MatchExpressions nameExpressions(Store &store, const Reading &reading)
 {
     MatchExpressions expressions;

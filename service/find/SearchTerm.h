@@ -13,12 +13,12 @@
 namespace placesd
 {
 
-/// A term by whose words a find looks for places, as it is read at the moment.
+/// A term of a find with its current reading.
 class SearchTerm
 {
 public:
-    /// Places with the words, of which a find keeps the ids. With more it reads the texts of the places that the rest
-    /// of its rule leaves.
+    /// Maximum number of ids of matching places that a find keeps. With more, it reads the texts of the places that
+    /// pass the rest of the rule.
     static constexpr int MOST_IDS = 16384;
 
     SearchTerm(Store &store, const QString &term, Reading reading, int mostIds = MOST_IDS);
@@ -26,22 +26,22 @@ public:
     [[nodiscard]] const TermTest &test() const { return m_test; }
 
     [[nodiscard]] bool isIn(const PlaceRow &row) const;
-    /// How long that takes, see Condition::cost().
+    /// Cost of a test; see Condition::cost().
     [[nodiscard]] int cost() const;
-    /// Whether the index has to read much before it gives a place.
+    /// Whether the index reads much before it gives a place.
     [[nodiscard]] bool isSlowToOpen() const { return expressions().isSlowToOpen; }
-    /// The stored places that have the words. Only for a term with words.
+    /// The stored places that contain the words. Only for a term with words.
     [[nodiscard]] std::unique_ptr<RowSource> places() const;
-    /// Their number, counted no further than the limit. What was counted once is known.
+    /// Their number, counted up to the limit. Counts are cached.
     [[nodiscard]] qint64 count(qint64 limit) const;
 
 private:
-    /// Whether a question to the index takes long enough, or is asked often enough, to keep what it gives.
+    /// Whether the index is slow enough, or asked often enough, to cache its results.
     [[nodiscard]] bool isCollected() const { return !m_test.isOfNames() || isSlowToOpen(); }
-    /// The ids of the stored places that the index gives, sorted; unset where there are many.
+    /// The sorted ids of the matching stored places; unset when there are too many.
     [[nodiscard]] const std::optional<std::vector<qint64>> &ids() const;
 
-    /// For the index of names, or of all texts; empty where nothing there can pass. Made when they are asked for.
+    /// Expressions for the index of names or of all texts; empty when no text can match. Built on first use.
     [[nodiscard]] const MatchExpressions &expressions() const;
     [[nodiscard]] QByteArray expression() const { return QByteArray::fromStdString(expressions().exact); }
 
@@ -54,7 +54,7 @@ private:
     mutable std::map<qint64, qint64> m_counts; ///< By limit.
 };
 
-/// All of a find, by what was typed.
+/// All terms of a find, by the typed text.
 using FindTerms = std::map<QString, std::shared_ptr<const SearchTerm>>;
 
 } // namespace placesd

@@ -5,6 +5,8 @@
 #include "places/SearchOperator.h"
 #include "search/SearchRulePrivate.h"
 
+#include <QtCore/QStringList>
+
 #include <algorithm>
 
 namespace placesd
@@ -100,6 +102,29 @@ bool isByWords(const Rule &rule)
 bool hasWords(const Rule &rule)
 {
     return isByWords(rule) || std::any_of(rule.members.begin(), rule.members.end(), hasWords);
+}
+
+namespace
+{
+
+/// A category is chosen, not typed.
+void addTypedTerms(const Rule &rule, QStringList &terms)
+{
+    const bool isTyped = isByWords(rule) || (providerSearchOf(rule) && rule.field != Field::POICategory);
+    if (isTyped && !rule.text.trimmed().isEmpty())
+        terms.append(rule.text);
+    for (const Rule &member : rule.members)
+        addTypedTerms(member, terms);
+}
+
+} // namespace
+
+QString typedTerm(const Rule &rule)
+{
+    QStringList terms;
+    addTypedTerms(rule, terms);
+    terms.removeDuplicates();
+    return terms.size() == 1 ? terms.first() : QString();
 }
 
 bool asksProviders(const Rule &rule)

@@ -7,11 +7,11 @@
 #include <optional>
 #include <vector>
 
-/// The parts of a search rule that find places which are not stored, and where those come from.
+/// Parts of a search rule that search sources other than the store.
 namespace placesd
 {
 
-/// What a leaf asks for, besides stored places or in their stead.
+/// The source that a leaf searches, in addition to stored places or instead of them.
 enum class SourceKind
 {
     None, ///< Stored places only.
@@ -23,29 +23,30 @@ enum class SourceKind
 
 SourceKind sourceKindOf(const Rule &rule);
 
-/// What a leaf wants of the providers; unset when it wants nothing of them.
+/// The provider search for a leaf; unset when the leaf does not use providers.
 std::optional<SearchKind> providerSearchOf(const Rule &rule);
 
-/// Gives a number to every leaf of a rule that finds what is not stored, and returns these leaves, each at the place of
-/// its number.
+/// Numbers all leaves of a rule that search other sources, and returns them by number.
 std::vector<const Rule *> numberSources(Rule &rule);
 
-/// Whether the rule, or one of its members, finds what is not stored.
+/// Whether the rule or one of its members searches another source.
 bool hasSource(const Rule &rule);
 
-/// A connective at the top whose members are searches of their own: "and" puts their results one after the other, "or"
-/// merges them.
+/// Whether the top of a rule joins independent searches: "and" concatenates their results, "or" merges them.
 bool joinsSearches(const Rule &rule);
 
-/// Whether a rule is a leaf that looks for places by the words of a term.
+/// Whether a rule is a leaf that searches by the words of a term.
 bool isByWords(const Rule &rule);
-/// Whether the rule is such a leaf, or has one.
+/// Whether the rule is such a leaf or contains one.
 bool hasWords(const Rule &rule);
 
-/// Whether the rule, or one of its members, asks the providers.
+/// The typed text that all text leaves search for; empty when they differ or there are none.
+QString typedTerm(const Rule &rule);
+
+/// Whether the rule or one of its members uses the providers.
 bool asksProviders(const Rule &rule);
 
-/// True when nothing is found without the providers.
+/// True when nothing can be found without the providers.
 bool needsProviders(const Rule &rule);
 
 } // namespace placesd

@@ -18,16 +18,16 @@ namespace sql = find_sql;
 namespace
 {
 
-/// A condition's index that gives no more rows than this is read whole: no other plan can save much.
+/// An index with at most this many rows is read completely; no other plan can be much faster.
 constexpr qint64 FEW_ROWS = 512;
-/// What the first turn may cost when two plans take turns. Each pair of turns is twice as long as the one before, so
-/// the plan that is worse never takes more than twice what the better one does.
+/// Cost limit of the first turn when two plans take turns. Each pair of turns doubles the limit, so the slower plan
+/// costs at most twice as much as the faster one.
 constexpr qint64 FIRST_TURN = 8192;
-/// What is read along the order before an index is opened that is slow to open.
-constexpr qint64 GLANCE = 2048;
+/// Cost of reading along the order before an index is opened that is slow to open.
+constexpr qint64 PREVIEW_COST = 2048;
 constexpr qint64 WITHOUT_LIMIT = std::numeric_limits<qint64>::max();
 
-/// The statements along the orders, by Order::By but for distances.
+/// Statements for all orders except distance, by Order::By.
 struct Scan
 {
     const char *up;
@@ -73,7 +73,7 @@ std::vector<Hit> StoredSearch::first(std::size_t wanted, bool withKeys)
     std::unique_ptr<ByOrder> byOrder;
     if (m_plan == Plan::Best && m_condition.isSlowToOpen()) {
         byOrder = std::make_unique<ByOrder>(m_store, m_condition, m_order, inOrder(), wanted, withKeys);
-        if (byOrder->advance(GLANCE))
+        if (byOrder->advance(PREVIEW_COST))
             return byOrder->takeHits();
     }
     Condition::Source source;
@@ -84,7 +84,7 @@ std::vector<Hit> StoredSearch::first(std::size_t wanted, bool withKeys)
         run.advance(WITHOUT_LIMIT);
         return run.takeHits();
     }
-    // A list that is read before a turn has ended makes it shorter.
+    // A short list needs only a short turn.
     const bool isShort = source.length < FEW_ROWS;
     const qint64 listCost = source.length * (source.rows->cost() + m_condition.cost());
     const qint64 firstTurn = isShort ? std::min(FIRST_TURN, listCost + 1) : FIRST_TURN;

@@ -9,30 +9,30 @@
 namespace placesd
 {
 
-/// How the stored places that fulfil a condition are found. All plans give the same places in the same order.
+/// Plans for finding stored places. All plans give the same places in the same order.
 enum class Plan
 {
-    Best,        ///< The cheaper of the others.
-    ByCondition, ///< All rows of the condition's index, of which the first ones in order are kept.
-    ByOrder      ///< Along an index that is in order, row by row, until there are enough.
+    Best,        ///< The cheaper of the other plans.
+    ByCondition, ///< Reads all rows of the condition's index and keeps the first ones in order.
+    ByOrder      ///< Reads rows of an ordered index until there are enough.
 };
 
-/// Places that are tested between two looks at the clock.
+/// Tests between two checks of the deadline.
 constexpr int ROWS_PER_CHECK = 16;
 
-/// A place that was found.
+/// A found place.
 struct Hit
 {
     qint64 id = 0;
-    Order::Key key; ///< Its values are there only where they were asked for.
+    Order::Key key; ///< Has values only when they are requested.
 };
 
-/// Finds stored places. Cost follows the number of places wanted as long as the condition or the order has an index
-/// that serves it.
+/// Finds stored places. The cost depends on the number of requested places as long as an index supports the condition
+/// or the order.
 class StoredSearch
 {
 public:
-    /// @param condition and order outlive the search.
+    /// @param condition and order must outlive the search.
     StoredSearch(Store &store, const Condition &condition, const Order &order, Plan plan = Plan::Best)
         : m_store(store)
         , m_condition(condition)
@@ -40,15 +40,15 @@ public:
         , m_plan(plan)
     {}
 
-    /// The first places in order, as many as are wanted or there are.
-    /// @param withKeys whether the hits are to be compared with others.
+    /// The first places in order, at most `wanted`.
+    /// @param withKeys whether the hits are compared with other places.
     std::vector<Hit> first(std::size_t wanted, bool withKeys);
 
-    /// The number of places that fulfil the condition.
+    /// The number of places that pass the condition.
     qint64 count();
 
 private:
-    /// A source in order, and whether it is wholly so or by the first criterion only.
+    /// A source in order, and whether it is sorted by all criteria or by the first one only.
     std::unique_ptr<RowSource> inOrder();
     std::unique_ptr<RowSource> alongOrder();
 

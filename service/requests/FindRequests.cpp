@@ -14,7 +14,7 @@ using namespace orix_places_protocol;
 namespace
 {
 
-/// Bytes of a find's reply beside its records and their cursors.
+/// Bytes of a find's reply in addition to its records and their cursors.
 constexpr std::size_t ROOM_FOR_REST = 64;
 
 } // namespace
@@ -31,7 +31,7 @@ Service::Outcome Service::findPlaces(Request &request, Encoder &reply)
     const int offset = query.offset;
     const PlaceSources sources{m_shared.providers, m_shared.contacts.get()};
     Finder finder(m_store, sources, std::move(query), request.caller.external, request.deadline);
-    if (finder.takesLong() && m_pool != Pool::Slow)
+    if (finder.needsSlowPool() && m_pool != Pool::Slow)
         return Pool::Slow;
     Page page;
     page.room = request.room - std::min(request.room, ROOM_FOR_REST);
@@ -43,7 +43,7 @@ Service::Outcome Service::findPlaces(Request &request, Encoder &reply)
     reply.encode(count);
     for (std::string &record : page.records) {
         encodeRecord(reply, record);
-        // The page never needs its memory twice.
+        // Frees the record early: page and reply together need its memory only once.
         record = std::string();
     }
     reply.encode(page.hasMore);
@@ -66,7 +66,7 @@ Service::Outcome Service::findPlacesSize(Request &request, Encoder &reply)
     query.perimeter = request.head.perimeter;
     const PlaceSources sources{m_shared.providers, m_shared.contacts.get()};
     Finder finder(m_store, sources, std::move(query), request.caller.external, request.deadline);
-    if (finder.takesLong() && m_pool != Pool::Slow)
+    if (finder.needsSlowPool() && m_pool != Pool::Slow)
         return Pool::Slow;
     int count = 0;
     Status status = finder.count(count);

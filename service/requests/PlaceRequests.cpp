@@ -19,9 +19,10 @@ namespace Tags = vela::platform::places::Tags;
 namespace
 {
 
-const char *const BEYOND_SHARE = "your places, or all that came by the open channel, are as many as fit; remove some";
+const char *const BEYOND_SHARE =
+    "the quota of your places, or of all places of the open channel, is used up; remove some";
 
-/// The same for a place that is not there and for one that the sender may not see.
+/// The same answer for a missing place and for one that the sender may not see.
 Status noSuchPlace(qint64 id)
 {
     return {ReturnCode::NoSuchPlace, "no place has the id " + std::to_string(id)};
@@ -53,13 +54,13 @@ Service::Outcome Service::addPlace(Request &request, Encoder &reply)
     if (Status problem = permit(request.head.perimeter, data.securityPerimeter()); problem != ReturnCode::Success)
         return problem;
 
-    // A place that has no room costs no work: its record is about as long as the request.
+    // Check the room early: a record is about as long as the request.
     if (request.caller.external
         && isBeyondShare(m_store.sharesOf(request.caller.user), 1, static_cast<qint64>(request.length)))
         return Status(ReturnCode::LimitExceeded, BEYOND_SHARE);
     data.setCreatedTime(now());
     data.setUpdatedTime(data.createdTime());
-    // Picking a place is a use of it: what was picked just now comes first among what was picked.
+    // Picking a place counts as a use, so that it comes first in the recent bucket.
     if (data.persistenceMask() == PlacePrivate::InRecentBucket && data.lastUsedTime() == 0)
         data.setLastUsedTime(data.createdTime());
     const QString term = data.takeSearchTerm();
@@ -85,10 +86,10 @@ Service::Outcome Service::updatePlace(Request &request, Encoder &)
     return change(place->id(), request, [&](Place &stored) {
         PlacePrivate &data = *PlacePrivate::privateFromPublic(&stored);
         rememberTerm(term, request);
-        // The recent bucket is the owner's.
+        // The recent bucket belongs to the owner.
         if (request.caller.external && data.isInRecentBucket())
             fresh.setPersistenceMask(fresh.persistenceMask() | PlacePrivate::InRecentBucket);
-        // What the service itself counts stays: the sender may not have the latest.
+        // Keep the values that the service counts: the sender may have older ones.
         fresh.setCreatedTime(data.createdTime());
         fresh.setUpdatedTime(now());
         fresh.setLastUsedTime(data.lastUsedTime());
@@ -105,7 +106,7 @@ Service::Outcome Service::removePlace(Request &request, Encoder &)
     qint64 id = -1;
     if (!request.reader.readId(id))
         return request.reader.problem();
-    // The place itself is not looked at: one that cannot be read can be removed all the same.
+    // Do not decode the place, so that an unreadable place can be removed.
     Status status = ReturnCode::Success;
     m_shared.hasRemovedWords = true;
     m_store.write(
@@ -138,7 +139,7 @@ Service::Outcome Service::unfav(Request &request, Encoder &reply)
     qint64 id = -1;
     if (!request.reader.readId(id))
         return request.reader.problem();
-    // The tag goes, the place stays.
+    // Only the tag is removed.
     constexpr bool STILL_STORED = true;
     reply.encode(STILL_STORED);
     return change(id, request, [](Place &place) {
@@ -187,7 +188,9 @@ Service::Outcome Service::getPlace(Request &request, Encoder &reply)
     Outcome outcome = id == PlaceId::UNDEFINED_PERSISTED_ID
                           ? answerWith(externalId, type, Coordinates(), request, reply)
                           : encodeStored(id, request, reply);
-    if (outcome != Outcome(ReturnCode::Success) || searchTerm.isEmpty() || request.caller.external)
+    // The request has characters of ISO 8859-1 only; "?" may stand for any other.
+    const bool isTerm = !searchTerm.isEmpty() && !searchTerm.contains(QLatin1Char('?'));
+    if (outcome != Outcome(ReturnCode::Success) || !isTerm || request.caller.external)
         return outcome;
     if (m_pool == Pool::Fast)
         return Pool::Writer;
@@ -230,7 +233,7 @@ Status Service::permitChange(qint64 id, const Request &request)
 Status Service::acceptPlace(Place &place, const Request &request)
 {
     PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
-    dropWhatIsNotStored(data);
+    dropUnstoredParts(data);
     Status status = accept(data);
     return status == ReturnCode::Success && request.caller.external ? acceptFromGuest(data) : status;
 }
@@ -249,7 +252,7 @@ Status Service::writeWithinShare(const Request &request, const std::function<Sta
             return (status = work()) == ReturnCode::Success;
         const qint64 before = m_store.sharesOf(request.caller.user).user.bytes;
         status = work();
-        // The owner may have made a place larger than the share; what does not grow goes on.
+        // The owner may have enlarged a place beyond the share; a change that does not grow it further is allowed.
         const Store::Shares after = m_store.sharesOf(request.caller.user);
         if (status == ReturnCode::Success && after.user.bytes > before && isBeyondShare(after))
             status = {ReturnCode::LimitExceeded, BEYOND_SHARE};

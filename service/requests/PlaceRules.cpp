@@ -114,18 +114,18 @@ Status accept(const PlacePrivate &place)
 Status acceptFromGuest(PlacePrivate &place)
 {
     if (!place.isExplicitlySaved() || place.isPrivate())
-        return {ReturnCode::PlaceNotAcceptable, "the open channel takes no private place, and none that is not saved"};
+        return {ReturnCode::PlaceNotAcceptable, "the open channel only takes places that are saved and not private"};
     place.setPersistenceMask(PlacePrivate::ExplicitlySaved);
     place.setUsageCount(0);
     place.setLastUsedTime(0);
     return ReturnCode::Success;
 }
 
-void dropWhatIsNotStored(PlacePrivate &place)
+void dropUnstoredParts(PlacePrivate &place)
 {
     removeIf(place.m_auxiliaryData, [](const AuxiliaryData &record) { return !record.isPersistable(); });
     removeIf(place.m_locations,
-             [](const Location &location) { return LocationPrivate::privateFromPublic(&location)->saysNothing(); });
+             [](const Location &location) { return LocationPrivate::privateFromPublic(&location)->isUnset(); });
 }
 
 Status permit(Perimeter named, vela::system::SecurityPerimeter::Type own)

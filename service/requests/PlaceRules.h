@@ -14,7 +14,7 @@ namespace vela::platform::places
 class PlacePrivate;
 }
 
-/// What a place must be to be stored.
+/// Rules for places to be stored.
 namespace placesd
 {
 
@@ -24,16 +24,16 @@ quint64 now();
 /// Whether a place can be stored: Success, LimitExceeded or PlaceNotAcceptable.
 Status accept(const vela::platform::places::PlacePrivate &place);
 
-/// Whether the open channel can store a place: Success, or PlaceNotAcceptable for one that it would not see again.
-/// Takes the place out of the recent bucket, and what the service counts starts anew: both are the owner's to say.
+/// Whether the open channel may store a place: Success, or PlaceNotAcceptable for a place that it could not see later.
+/// Removes the place from the recent bucket and resets its counters, because only the owner may set both.
 Status acceptFromGuest(vela::platform::places::PlacePrivate &place);
 
-/// Removes what is not stored with a place: records that are not persistable, and locations that say nothing. Such a
-/// location would be counted in the stored record but not written, and the record could not be read again.
-void dropWhatIsNotStored(vela::platform::places::PlacePrivate &place);
+/// Removes parts that are not stored: records that are not persistable, and locations without content. The stored
+/// record would count such a location without containing it, and could not be decoded.
+void dropUnstoredParts(vela::platform::places::PlacePrivate &place);
 
-/// Success when a request that names a perimeter may use a place of the perimeter `own`; else NotPermitted. The default
-/// perimeter names none.
+/// Success when a request with the perimeter `named` may use a place with the perimeter `own`; else NotPermitted. The
+/// default perimeter allows all.
 Status permit(orix_places_protocol::Perimeter named, vela::system::SecurityPerimeter::Type own);
 
 } // namespace placesd

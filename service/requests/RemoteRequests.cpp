@@ -26,7 +26,7 @@ bool isWanted(const AuxiliaryData &record, const AuxiliaryQuery &query)
            && (!query.provider.isValid() || record.provider() == query.provider);
 }
 
-/// What a provider can know a place by: its own id, which a stored place has in its records, and what it shows.
+/// The data by which a provider identifies a place: its own id, from the place's records, and the displayed values.
 PlaceIdentity identityFor(const PlaceProvider &provider, const AuxiliaryQuery &query, const Place *place)
 {
     const Provider description = provider.description();
@@ -57,7 +57,7 @@ Service::Outcome Service::getPlaceFromSuggestion(Request &request, Encoder &repl
         if (outcome != Outcome(ReturnCode::NoSuchPlace))
             return outcome;
     }
-    // No id: what a provider would give first for such a text.
+    // No id in the search: the provider's first result for this text.
     ProviderSearch search;
     search.term = text;
     search.centre = centre;
@@ -97,7 +97,7 @@ Service::Outcome Service::answerWith(const QString &externalId, const QString &t
 Service::Outcome Service::answerWithContact(const QString &externalId, Request &request, Encoder &reply)
 {
     ContactBook *contacts = m_shared.contacts.get();
-    // A look for changes may read files, and the writer never waits for that.
+    // Looking for changed files can block, so the writer never does it.
     const bool isSlow = contacts && (m_pool == Pool::Writer || (m_pool == Pool::Fast && !contacts->isRead()));
     if (isSlow)
         return Pool::Slow;
@@ -135,7 +135,7 @@ Service::Outcome Service::getAuxiliaryData(Request &request, Encoder &reply)
         std::copy_if(records.begin(), records.end(), std::back_inserter(found),
                      [&query](const AuxiliaryData &record) { return isWanted(record, query); });
     }
-    if (!m_shared.providers.thatGive(query.type, query.provider).empty()) {
+    if (!m_shared.providers.providersFor(query.type, query.provider).empty()) {
         if (m_pool != Pool::Slow)
             return Pool::Slow;
         const ReturnCode code = addRemoteData(query, place.get(), request.deadline, found);
@@ -147,12 +147,12 @@ Service::Outcome Service::getAuxiliaryData(Request &request, Encoder &reply)
     return ReturnCode::Success;
 }
 
-/// Adds what the providers have to say, but for what is stored already. Returns how the first one that failed did so.
+/// Adds the records of the providers that are not in `found`. Returns the code of the first provider that failed.
 ReturnCode Service::addRemoteData(const AuxiliaryQuery &query, const Place *place, Deadline deadline,
                                   QList<AuxiliaryData> &found) const
 {
     ReturnCode failure = ReturnCode::Success;
-    for (PlaceProvider *provider : m_shared.providers.thatGive(query.type, query.provider)) {
+    for (PlaceProvider *provider : m_shared.providers.providersFor(query.type, query.provider)) {
         const AuxiliaryAnswer answer =
             Providers::auxiliaryData(*provider, identityFor(*provider, query, place), deadline);
         if (failure == ReturnCode::Success)

@@ -27,7 +27,7 @@ bool searchesWords(const Rule &rule)
 
 } // namespace
 
-// One field a line, in wire order.
+// One field per line, in wire order.
 // clang-format off
 
 bool RequestReader::readHead(RequestHead &head)
@@ -204,7 +204,7 @@ bool RequestReader::readCoordinate(double &latitude, double &longitude)
 
 // clang-format on
 
-/// Search terms that are read back do not travel as UTF-8.
+/// Search terms for a prefix are sent as Latin-1.
 bool RequestReader::readLatin1(QString &text)
 {
     std::string bytes;
@@ -226,7 +226,7 @@ bool RequestReader::admitNode(int depth)
 bool RequestReader::admitText(const QString &text)
 {
     return text.size() <= limits::TEXT_LENGTH
-           || refuse("a text has " + std::to_string(text.size()) + " UTF-16 units; the most are "
+           || refuse("a text has " + std::to_string(text.size()) + " UTF-16 units; the maximum is "
                      + std::to_string(limits::TEXT_LENGTH));
 }
 
@@ -249,7 +249,7 @@ Status RequestReader::problem() const
     if (remaining() == 0)
         return {ReturnCode::TransportFailed, "the request ends before its last field"};
     return {ReturnCode::TransportFailed,
-            "the last " + std::to_string(remaining()) + " bytes of the request are not what belongs there"};
+            "the last " + std::to_string(remaining()) + " bytes of the request are not valid"};
 }
 
 } // namespace placesd

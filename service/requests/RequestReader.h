@@ -13,7 +13,7 @@
 namespace placesd
 {
 
-/// The head of every request.
+/// Header of a request.
 struct RequestHead
 {
     int type = 0;
@@ -21,7 +21,7 @@ struct RequestHead
     std::string sessionKey;
 };
 
-/// What a request for auxiliary data asks for.
+/// Arguments of a request for auxiliary data.
 struct AuxiliaryQuery
 {
     qint64 place = -1;
@@ -35,13 +35,13 @@ struct AuxiliaryQuery
     int limit = -1;
 };
 
-/// Reads requests. Every function returns false when the request cannot be read; problem() then tells why.
+/// Reads requests. Each function returns false when the request cannot be read; problem() returns the error.
 class RequestReader : public orix_places_protocol::PlacesAPIDecoder
 {
 public:
     using PlacesAPIDecoder::PlacesAPIDecoder;
 
-    /// Whether the request is not readable, or readable but beyond a limit.
+    /// Why reading failed: the request is malformed or beyond a limit.
     [[nodiscard]] Status problem() const;
 
     bool readHead(RequestHead &head);
@@ -50,7 +50,8 @@ public:
     bool readIdAndText(qint64 &id, QString &text);
     bool readTermPrefix(QString &prefix);
     bool readPath(std::string &path);
-    /// The id and the search term of a request for one place; its external id and type identify what is not stored.
+    /// Reads the id and the search term of a request for one place. External id and type identify a place that is not
+    /// stored.
     bool readGetPlace(qint64 &id, QString &externalId, QString &type, QString &searchTerm);
     bool readContact(int &account, int &contact, int &number);
     bool readSuggestion(QString &text, vela::platform::places::Coordinates &centre);
@@ -63,14 +64,14 @@ private:
     bool readCoordinate(double &latitude, double &longitude);
     bool readLatin1(QString &text);
     bool readExternalIds(QHash<vela::platform::places::Provider, QString> &ids);
-    /// Counts a node against the limits.
+    /// Counts a node; false beyond the limits.
     bool admitNode(int depth);
     bool admitText(const QString &text);
     bool admitWords(const QString &term);
-    /// Refuses a request beyond a limit.
+    /// Fails with LimitExceeded.
     bool refuse(std::string reason);
 
-    std::string m_beyond; ///< Which limit the request is beyond; empty while it is beyond none.
+    std::string m_beyond; ///< The exceeded limit; empty when there is none.
     int m_nodes = 0;
 };
 

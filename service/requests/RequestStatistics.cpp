@@ -12,7 +12,7 @@ using orix_places_protocol::MessageType;
 namespace
 {
 
-/// Bits of the message type.
+/// Number of bits for the message type.
 constexpr int TYPE_BITS = 8;
 
 } // namespace

@@ -12,28 +12,29 @@
 namespace placesd
 {
 
-/// How many requests were answered, and which took longest. Safe on any thread, but for countOfLastMinute().
+/// Counts answered requests and keeps the slowest one. Thread-safe, except countOfLastMinute().
 class RequestStatistics
 {
 public:
     struct Slowest
     {
-        int type = 0;                      ///< Message type; 0 for an unknown one, and before the first request.
-        std::chrono::microseconds time{0}; ///< From the request's arrival to its reply.
+        int type = 0;                      ///< Message type; 0 for an unknown type and before the first request.
+        std::chrono::microseconds time{0}; ///< From the arrival of the request to its reply.
     };
 
     void record(int type, Clock::duration time);
 
     [[nodiscard]] std::uint64_t count() const { return m_count; }
     [[nodiscard]] Slowest slowest() const;
-    /// Requests in the minute before; to be called every few seconds, by one thread at a time.
+    /// Requests in the last minute. Call it every few seconds, from one thread at a time.
     [[nodiscard]] std::uint64_t countOfLastMinute();
 
 private:
     std::atomic<std::uint64_t> m_count{0};
-    /// What was counted within the last minute.
+    /// Earlier counts of the last minute.
     std::deque<std::pair<Clock::time_point, std::uint64_t>> m_counts{{Clock::now(), 0}};
-    std::atomic<std::uint64_t> m_slowest{0}; ///< Microseconds above the message type, so that both change at once.
+    std::atomic<std::uint64_t> m_slowest{0}; ///< Microseconds in the upper bits, message type in the lower bits, for
+                                             ///< one atomic update.
 };
 
 } // namespace placesd

@@ -35,10 +35,10 @@ ReturnCode codeOf(const SQLite::Exception &error)
     }
 }
 
-/// A reason as it is sent. Paths are in it, which may be any bytes.
+/// A reason as sent to the client. It can contain paths, which are arbitrary bytes.
 std::string sentForm(const std::string &reason)
 {
-    // No byte becomes less than a byte, so what is cut off here is behind what is sent.
+    // Conversion never shortens the text, so this cut does not affect the result.
     const std::size_t read = std::min<std::size_t>(reason.size(), 2 * std::size_t{REASON_SIZE});
     std::string text = lineOf(reason.data(), static_cast<int>(read)).toStdString();
     std::size_t size = std::min<std::size_t>(text.size(), REASON_SIZE);
@@ -50,7 +50,7 @@ std::string sentForm(const std::string &reason)
 
 Status tooLate()
 {
-    return {ReturnCode::TookTooLong, "others were before it for all the time that a request has; try again"};
+    return {ReturnCode::TookTooLong, "the request waited in the queue until its deadline; try again"};
 }
 
 } // namespace
@@ -65,8 +65,8 @@ std::unique_ptr<PlacesAPIEncoder> statusReply(const Status &status, int requestT
     return reply;
 }
 
-/// What the service does for a type of request, whether it does it for every application, and the pool that such a
-/// request always needs. An operation can ask for another pool itself.
+/// Handler of a request type, whether it is allowed on the open channel, and the pool that it always needs. A handler
+/// can also request another pool itself.
 struct Service::Entry
 {
     MessageType type;
@@ -115,7 +115,7 @@ Service::Service(Shared &shared, Pool pool)
 Service::~Service()
 {
     if (m_pool == Pool::Writer && m_shared.hasRemovedWords && !m_shared.store.damage->isDamaged())
-        forgetRemovedWords(m_shared.database, Clock::now() + limits::FORGETTING_TIME);
+        purgeRemovedWords(m_shared.database, Clock::now() + limits::PURGE_TIME);
 }
 
 Answer Service::answer(const char *bytes, unsigned int length, const Caller &caller, Deadline deadline,
@@ -138,7 +138,7 @@ Answer Service::answer(const char *bytes, unsigned int length, const Caller &cal
     } catch (const std::bad_alloc &) {
         outcome = Status(ReturnCode::LimitExceeded, "the service has not enough memory for such a request");
     }
-    // A fast thread only reads, so the request can run again.
+    // Fast requests only read, so they can be run again.
     if (m_pool == Pool::Fast && outcome == Outcome(ReturnCode::TookTooLong) && !hasPassed(deadline))
         return {nullptr, Pool::Slow};
     if (const Pool *pool = std::get_if<Pool>(&outcome))
@@ -157,19 +157,19 @@ bool Service::writeTogether(Deadline deadline, const std::function<bool()> &answ
             [&] {
                 while (m_store.isWriting() && answerNext()) {
                 }
-                // The commit is not part of any one request.
+                // The deadline of a request does not apply to the commit.
                 m_store.startRequest(Deadline::max());
                 return m_store.isWriting();
             },
             Store::OnFullDisk::Fail);
     } catch (const SQLite::Exception &error) {
-        // Each that does not fit, or meets damage, is answered so when it runs on its own.
+        // A full disk or damage is reported to each affected request when it runs alone.
         if (!isLackOfRoom(error) && !m_shared.store.damage->note(error))
-            logError("requests in one transaction failed and run again, one by one: %s",
+            logError("requests in a common transaction failed and run again one by one: %s",
                      storageReason(m_shared.database, error).c_str());
         return false;
     } catch (const std::exception &error) {
-        logError("requests in one transaction failed and run again, one by one: %s", error.what());
+        logError("requests in a common transaction failed and run again one by one: %s", error.what());
         return false;
     }
 }
@@ -212,7 +212,7 @@ Status Service::failed(int type, const SQLite::Exception &error, const Caller &c
     if (isLackOfRoom(error))
         m_shared.store.reserve->report();
     else if (!m_shared.store.damage->note(error)
-             && (code != ReturnCode::TookTooLong || hasPassed(deadline))) // else another pool runs it
+             && (code != ReturnCode::TookTooLong || hasPassed(deadline))) // otherwise another pool runs the request
         logError("request of type %d failed: %s", type, reason.c_str());
     return {code, caller.external ? std::string() : reason};
 }

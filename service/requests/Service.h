@@ -25,32 +25,32 @@
 namespace placesd
 {
 
-/// Who sent a request.
+/// The sender of a request.
 struct Caller
 {
-    bool external = false; ///< By the channel that is open to every application.
-    bool trusted = false;  ///< The user whose places these are, or root.
+    bool external = false; ///< By the open channel.
+    bool trusted = false;  ///< The owner of the places, or root.
     uid_t user = 0;
 };
 
-/// Orders the users of each channel.
+/// Sorts by channel and user.
 inline bool operator<(const Caller &a, const Caller &b)
 {
     return std::make_pair(a.external, a.user) < std::make_pair(b.external, b.user);
 }
 
-/// What a service is given.
+/// Configuration of a service.
 struct Settings
 {
     std::string database;
-    std::string sessionKey; ///< What every request has to carry; empty when none is asked for.
+    std::string sessionKey; ///< Required key of all requests; empty when none is required.
     std::vector<std::unique_ptr<PlaceProvider>> providers;
-    std::unique_ptr<ContactBook> contacts;                        ///< Null where there are none.
-    std::chrono::milliseconds requestTime = limits::REQUEST_TIME; ///< From a request's arrival to its answer.
-    std::unique_ptr<DataVersion> version;                         ///< Null where clients are told of no change.
+    std::unique_ptr<ContactBook> contacts;                        ///< Null when there are no contacts.
+    std::chrono::milliseconds requestTime = limits::REQUEST_TIME; ///< From the arrival of a request to its answer.
+    std::unique_ptr<DataVersion> version;                         ///< Null when clients are not notified of changes.
 };
 
-/// What all services of a process share.
+/// State shared by all services of a process.
 struct Shared
 {
     explicit Shared(Settings settings)
@@ -69,60 +69,60 @@ struct Shared
     const std::string database;
     const std::string sessionKey;
     const Providers providers;
-    const std::unique_ptr<ContactBook> contacts; ///< May ask a provider.
+    const std::unique_ptr<ContactBook> contacts; ///< May use a provider.
     const std::chrono::milliseconds requestTime;
     RequestStatistics statistics;
     std::atomic<bool> hasRemovedWords = false; ///< Since the start.
     StoreShared store;
-    /// Long requests of the owner's channel and of the open one take turns, but for those of the writer: the values
-    /// that are made of a request take many times its bytes.
+    /// Serialize long requests per channel (owner, open), except on the writer thread: the objects made of a request
+    /// need many times its bytes.
     std::array<std::timed_mutex, 2> longRequests;
     BackupKeeper backups{database, store};
 };
 
-/// The thread pools that run requests.
+/// Thread pools for requests.
 enum class Pool
 {
-    Fast,  ///< Requests that read the store.
-    Slow,  ///< All requests, also those that wait for providers or copy the database.
+    Fast,  ///< Requests that only read the store.
+    Slow,  ///< All requests, including those that wait for providers or copy the database.
     Writer ///< Requests that write and never wait for a provider. One thread.
 };
 
-/// A reply, or the pool that has to run the request in place of the one that tried.
+/// A reply, or the pool that must run the request.
 struct Answer
 {
-    std::unique_ptr<orix_places_protocol::PlacesAPIEncoder> reply; ///< Null when `pool` has to run the request.
+    std::unique_ptr<orix_places_protocol::PlacesAPIEncoder> reply; ///< Null when `pool` must run the request.
     Pool pool;
 };
 
-/// A reply that says how a request ended, and nothing else yet. A failed one has the reason behind the status, as one
-/// line of at most REASON_SIZE bytes without control characters.
-/// @param requestType 0 where that is not known.
+/// Starts a reply with its status. For a failure the reason follows the status, as one line of at most REASON_SIZE
+/// bytes without control characters.
+/// @param requestType 0 when it is unknown.
 std::unique_ptr<orix_places_protocol::PlacesAPIEncoder> statusReply(const Status &status, int requestType = 0);
 
-/// Answers requests, one after the other, on one connection to the store.
+/// Answers requests one by one, on one database connection.
 class Service
 {
 public:
-    /// @param pool the pool whose threads use this service.
+    /// @param pool the pool of the thread that uses this service.
     Service(Shared &shared, Pool pool);
-    /// The writer's takes what is left of removed names out of the database.
+    /// The destructor of the writer's service removes remains of removed names from the database.
     ~Service();
     Service(const Service &) = delete;
     Service &operator=(const Service &) = delete;
 
-    /// Longest time from a request's arrival to its answer.
+    /// Time limit from the arrival of a request to its answer.
     [[nodiscard]] std::chrono::milliseconds requestTime() const { return m_shared.requestTime; }
 
-    /// Runs a request. One whose deadline has passed gets code 65.
+    /// Runs a request. After its deadline it gets code 65.
     /// @param deadline the request's arrival plus requestTime().
-    /// @param room bytes that the reply may take. A list ends early for it; a single record may be longer.
+    /// @param room bytes for the reply. A list is cut to fit; a single record may be longer.
     Answer answer(const char *request, unsigned int length, const Caller &caller, Deadline deadline, std::size_t room);
 
-    /// Runs several requests in one transaction, each in a savepoint of its own: calls `answerNext`, which calls
-    /// answer(), until it returns false. True when all of it is on the disk. Otherwise nothing of it is stored, none of
-    /// the answers holds, and the requests can be run again.
-    /// @param deadline longest wait for other writers.
+    /// Runs several requests in one transaction, each in its own savepoint: calls `answerNext`, which calls answer(),
+    /// until it returns false. True when the transaction is on the disk. Otherwise nothing is stored, all answers are
+    /// invalid, and the requests can be run again.
+    /// @param deadline for acquiring the write lock.
     bool writeTogether(Deadline deadline, const std::function<bool()> &answerNext);
 
 private:
@@ -137,20 +137,20 @@ private:
         RequestHead head;
         Caller caller;
         Deadline deadline;
-        std::size_t length; ///< Bytes of the request.
+        std::size_t length; ///< Of the request, in bytes.
         std::size_t room;   ///< For the reply, in bytes.
     };
-    /// How the request ended, or the pool that has to run it.
+    /// The status of a request, or the pool that must run it.
     using Outcome = std::variant<Status, Pool>;
     using Operation = Outcome (Service::*)(Request &, Encoder &);
     struct Entry;
     static const Entry *entryOf(int type);
 
     Outcome perform(Request &request, Encoder &reply);
-    /// Whether the caller may make a request of this type, with this key.
+    /// Whether the caller may send a request of this type with this key.
     Status admit(const Request &request, const Entry &entry) const;
-    /// The outcome of a request that SQLite failed, which goes to the log. Only the owner gets the reason: paths and
-    /// words of SQLite are in it.
+    /// Logs a failure of SQLite and returns its outcome. Only the owner gets the reason, which contains paths and
+    /// SQLite messages.
     Status failed(int type, const SQLite::Exception &error, const Caller &caller, Deadline deadline) const;
 
     Outcome addPlace(Request &request, Encoder &reply);
@@ -174,33 +174,33 @@ private:
     Outcome getProviders(Request &request, Encoder &reply);
     Outcome getHeader(Request &request, Encoder &reply);
 
-    /// Answers with the place that an external id stands for, stored or not.
+    /// Answers with the place that an external id identifies, stored or not.
     Outcome answerWith(const QString &externalId, const QString &type, const Coordinates &centre, Request &request,
                        Encoder &reply);
     Outcome answerWithContact(const QString &externalId, Request &request, Encoder &reply);
-    /// Answers with the only place of a provider's answer, or with the stored place that it is.
+    /// Answers with the single place of a provider's answer, or with the equal stored place.
     Status answerWith(const ProvidersAnswer &answer, const Request &request, Encoder &reply);
     ReturnCode addRemoteData(const AuxiliaryQuery &query, const Place *place, Deadline deadline,
                              QList<vela::platform::places::AuxiliaryData> &found) const;
 
-    /// Whether a request may see a stored place.
+    /// Whether a request may read a stored place.
     Status permitPlace(qint64 id, const Request &request);
     static Status permitPlace(qint64 id, const Store::Standing &standing, const Request &request);
-    /// Whether it may change the place: by the open channel only users who added it there.
+    /// Whether a request may change the place: on the open channel only the user who added it there.
     Status permitChange(qint64 id, const Request &request);
-    /// Whether a place that a request brings can be stored; drops what is not stored.
+    /// Whether the place of a request can be stored; removes parts that are not stored.
     static Status acceptPlace(Place &place, const Request &request);
-    /// Keeps a search term of the owner's channel.
+    /// Stores a search term of the owner's channel.
     void rememberTerm(const QString &term, const Request &request);
-    /// Runs `work`, which may store more, as one write. Takes it back when it fails, or when the open channel or one of
-    /// its users then have more than their share.
+    /// Runs `work` as one write. Rolls it back when it fails, or when the open channel or one of its users would exceed
+    /// the share.
     Status writeWithinShare(const Request &request, const std::function<Status()> &work);
     Status encodeStored(qint64 id, const Request &request, Encoder &reply);
-    /// Lets a reply grow to the room that it may take without being copied at each step.
+    /// Reserves the reply's room in advance, so that it is not copied while it grows.
     static void makeRoom(Encoder &reply, const Request &request);
-    /// Puts a stored record into a reply as it is.
+    /// Copies a stored record into a reply.
     static bool encodeRecord(Encoder &reply, const std::string &record);
-    /// Changes a stored place in one transaction. When `change` fails nothing is stored.
+    /// Changes a stored place in one transaction. Nothing is stored when `change` fails.
     using Change = std::function<Status(Place &)>;
     Status change(qint64 id, const Request &request, const Change &change);
     Status changeTag(Request &request, bool add);

@@ -16,7 +16,7 @@ using vela::platform::places::PlacePrivate;
 namespace
 {
 
-/// Bytes of a reply beside its texts, and beside each text.
+/// Bytes of a reply in addition to its texts, and for each text.
 constexpr std::size_t ROOM_FOR_REST = 16;
 constexpr std::size_t ROOM_FOR_LENGTH = 8;
 
@@ -46,8 +46,7 @@ Status Service::changeTag(Request &request, bool add)
     });
 }
 
-/// Tags are stored as they are sent, so none of them is ever in memory twice: first as many are counted as find room,
-/// and then they are written.
+/// Tags are sent as they are stored, so each is in memory once only: first count the tags that fit, then write them.
 Service::Outcome Service::getTags(Request &request, Encoder &reply)
 {
     const auto snapshot = m_store.snapshot();

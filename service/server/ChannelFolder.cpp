@@ -43,7 +43,7 @@ struct stat statusOf(const fs::path &path)
     return status;
 }
 
-/// Throws where a user other than root and this one could replace a part of the path.
+/// Throws when a user other than root and this one could replace a part of the path.
 void requireSafe(const fs::path &path)
 {
     fs::path part;

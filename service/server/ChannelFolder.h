@@ -8,14 +8,14 @@
 namespace placesd
 {
 
-/// Makes the channel folder and takes it for this process; nobody else serves its channels while the result is open.
-/// The whole path is checked: each part belongs to root or to the user of this process, and others may not write to it,
-/// unless it has the sticky bit. The folder itself belongs to this user, nobody else may write to it, and it is no
-/// symbolic link. Throws std::system_error when another process has it, std::runtime_error when others could replace it
-/// or put sockets there.
+/// Creates the channel folder and locks it for this process, as long as the result is open. Checks the whole path: each
+/// part belongs to root or to the user of this process, and is not writable by others unless it has the sticky bit. The
+/// folder itself belongs to this user, is writable only by this user, and is not a symbolic link. Throws
+/// std::system_error when another process has locked it, and std::runtime_error when other users could replace it or
+/// create sockets in it.
 vela::system::channel::Descriptor takeChannelFolder();
 
-/// Removes a socket that was left behind. False, with errno set, when something else has its name, or it stays.
+/// Removes a stale socket. False, with errno set, when the path is not a socket or cannot be removed.
 bool removeSocket(const std::string &path);
 
 } // namespace placesd

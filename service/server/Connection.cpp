@@ -31,7 +31,7 @@ constexpr std::size_t READ_SIZE = 64 * 1024;
 
 Status noRoom()
 {
-    return {ReturnCode::Busy, "requests and replies on their way fill all the memory that a user may have"};
+    return {ReturnCode::Busy, "requests and replies in progress use all the memory that a user may have"};
 }
 
 std::size_t sizeOf(const PlacesAPIEncoder &reply)
@@ -48,7 +48,7 @@ Caller callerOf(int socket, bool external)
 {
     ucred peer = {};
     socklen_t size = sizeof peer;
-    // What cannot be known is nobody's.
+    // Without peer credentials the caller gets no rights.
     if (::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0)
         return {external, false, static_cast<uid_t>(-1)};
     return {external, peer.uid == 0 || peer.uid == ::geteuid(), peer.uid};
@@ -83,7 +83,7 @@ Connection::Wish Connection::advance(Service &service)
         }
         if (m_deadline)
             return Wish::PassOn;
-        // Most clients close after one answer: epoll tells of that as of another request.
+        // Most clients close after one reply; epoll reports that like another request.
         if (steps > 0 && arrived() == 0)
             return Wish::Read;
         if (const ssize_t received = receive(); received == 0 || (received < 0 && errno != EAGAIN))
@@ -96,8 +96,8 @@ Connection::Wish Connection::advance(Service &service)
 
 void Connection::refuse(const Status &status)
 {
-    // A socket that is closed with bytes unread loses what was sent on it.
-    std::array<char, READ_SIZE> bytes; // NOLINT(cppcoreguidelines-pro-type-member-init): never looked at
+    // Closing a socket with unread bytes discards sent bytes too.
+    std::array<char, READ_SIZE> bytes; // never read
     [[maybe_unused]] const ssize_t unread = ::recv(fd(), bytes.data(), bytes.size(), MSG_DONTWAIT);
     queueStatus(status);
     flush();
@@ -128,7 +128,7 @@ bool Connection::takeRequest(Service &service)
         return false;
     const std::uint32_t length = firstLength();
     if (length > limits::REQUEST_SIZE) {
-        discardFirst({ReturnCode::LimitExceeded, "the request has " + std::to_string(length) + " bytes; the most are "
+        discardFirst({ReturnCode::LimitExceeded, "the request has " + std::to_string(length) + " bytes; the maximum is "
                                                      + std::to_string(limits::REQUEST_SIZE)});
         return true;
     }
@@ -143,7 +143,7 @@ bool Connection::takeRequest(Service &service)
 
 std::unique_ptr<PlacesAPIEncoder> Connection::runFirst(Service &service)
 {
-    // A request that is passed on keeps its deadline.
+    // A request that was passed on keeps its deadline.
     if (!m_deadline)
         m_deadline = m_arrival + service.requestTime();
     const std::size_t room = m_all.holdReply(*this);
@@ -161,7 +161,7 @@ void Connection::finishFirst(std::unique_ptr<Encoder> reply)
 {
     m_deadline.reset();
     m_lastActivity = Clock::now();
-    m_arrival = m_lastActivity; // of what was sent ahead
+    m_arrival = m_lastActivity; // of a request sent ahead
     consume(sizeof(std::uint32_t) + firstLength());
     m_reply = std::move(reply);
     hold(sizeOf(*m_reply));
@@ -217,7 +217,7 @@ void Connection::consume(std::size_t count)
         return;
     m_incoming.clear();
     m_taken = 0;
-    // A long message does not keep its memory for as long as the connection lasts.
+    // Free the memory of a long message, not only with the connection.
     if (m_incoming.capacity() > limits::UNCOUNTED_BYTES)
         m_incoming.shrink_to_fit();
 }

@@ -16,31 +16,30 @@ namespace placesd
 
 class Connection;
 
-/// Connections whose first request waits for a thread of a pool. Users take turns, and those of the open channel have
-/// no more than their share of the pool at once. No other thread touches a connection while it is in here. Safe on any
-/// thread.
+/// Queue of connections whose first request waits for a thread of a pool. Users take turns, and those of the open
+/// channel have only their share of the pool. No other thread touches a queued connection. Thread-safe.
 class ConnectionQueue
 {
 public:
-    /// How many requests run at once.
+    /// Maximum number of requests that run at the same time.
     struct Share
     {
-        int ofOpenChannel; ///< All of the open channel together.
-        int ofOpenUser;    ///< Those of one user of the open channel.
+        int ofOpenChannel; ///< All users of the open channel together.
+        int ofOpenUser;    ///< One user of the open channel.
     };
     explicit ConnectionQueue(Share share)
         : m_share(share)
     {}
 
     void push(Connection &connection);
-    /// Waits for connections and takes up to `most` of those that are there and have their turn, until their requests
-    /// have `bytes` together. Empty once stop() was called. Each needs a call of end().
+    /// Blocks for connections, then takes up to `most` of those whose turn it is, until their requests reach `bytes` in
+    /// total. Empty after stop(). Call end() for each.
     std::vector<Connection *> pop(std::size_t most, std::size_t bytes);
-    /// Takes one connection without waiting; null when none has its turn. It needs a call of end().
+    /// Takes one connection without blocking; null when none has its turn. Call end() for it.
     Connection *tryPop();
-    /// The request of a connection that was taken no longer runs.
+    /// Ends the request of a connection that was taken.
     void end(const Caller &caller);
-    /// Ends all waits, now and later. What is still in the queue stays there.
+    /// Ends all current and future waits. Queued connections stay in the queue.
     void stop();
 
 private:
@@ -60,7 +59,7 @@ private:
     std::condition_variable m_changed;
     // Guarded by the mutex.
     Users m_users;
-    std::list<Users::iterator> m_turns; ///< Users with waiting connections, in the order of their turns.
+    std::list<Users::iterator> m_turns; ///< Users with queued connections, in the order of their turns.
     int m_runningOfOpenChannel = 0;
     bool m_isStopped = false;
 };

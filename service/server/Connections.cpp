@@ -15,7 +15,7 @@ namespace placesd
 namespace
 {
 
-/// The share that a channel has of the descriptors, as far as they go.
+/// The share of a channel in the available descriptors.
 std::size_t connectionsFor(std::size_t most, std::size_t descriptors)
 {
     constexpr std::size_t ALL = limits::OWNER_CONNECTIONS + limits::OPEN_CONNECTIONS;

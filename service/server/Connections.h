@@ -18,42 +18,40 @@ namespace placesd
 
 class Connection;
 
-/// All connections that are open, and their shares of the room for connections and of the memory for messages on their
-/// way. Each channel has room of its own, and a user of the open channel has no more than a share of it. Where room is
-/// missing, a connection of the user who has most is closed: the one that has waited longest for its client. Safe on
-/// any thread.
+/// Owns all open connections and manages their shares of descriptors and of memory for messages. Each channel has its
+/// own room, and a user of the open channel gets only a share of it. When room runs out, a connection of the user with
+/// the most is closed: the one that has been idle longest. Thread-safe.
 class Connections
 {
 public:
     using Id = std::uint64_t;
-    /// Smaller numbers mark other events of the same epoll.
+    /// Smaller numbers are other events of the same epoll.
     static constexpr Id FIRST_ID = 1024;
 
-    /// @param epoll reports the events of the connections by their ids. It outlives this object.
-    /// @param descriptors the number of files that this process may have open.
+    /// @param epoll reports events of the connections by their ids. Must outlive this object.
+    /// @param descriptors maximum number of open files of this process.
     Connections(int epoll, std::size_t descriptors);
     ~Connections();
 
-    /// Takes over a new connection, which belongs to the caller's thread. Leaves it where it is, and returns false,
-    /// when there is no room.
+    /// Takes ownership of a new connection, which the caller's thread then uses. Returns false and leaves it to the
+    /// caller when there is no room.
     bool add(std::unique_ptr<Connection> &connection);
-    /// Lets epoll watch a connection for its next event, which take() gives it out for. Closes it when epoll cannot.
+    /// Lets epoll watch a connection for its next event; take() then gives it out. Closes it when epoll fails.
     void watch(Connection &connection, unsigned int events);
-    /// The connection that an event is for, which belongs to the caller's thread from now on; null when it was closed.
+    /// The connection of an event, which the caller's thread then uses; null when it was closed.
     Connection *take(Id id);
     void close(Connection &connection);
-    /// Closes the connections that wait for their clients and did nothing since `time`.
+    /// Closes connections that wait for their clients and have been idle since `time`.
     void closeIdle(Clock::time_point time);
-    /// Closes the connection of the open channel, else of the other one, that has waited longest. For a lack of
-    /// descriptors.
+    /// Closes the connection that has been idle longest: one of the open channel if there is any. Called when
+    /// descriptors run out.
     void closeOldest();
 
     [[nodiscard]] std::size_t size();
 
-    /// Changes the number of bytes that a connection holds. False, and nothing has changed, when there is no room.
+    /// Changes the number of bytes that a connection holds. False, without a change, when there is no room.
     bool hold(const Connection &connection, std::size_t bytes);
-    /// Adds to what a connection holds as much as one reply may take: a part of what its user has left. Returns the
-    /// number of bytes.
+    /// Reserves memory for one reply: a part of what the user has left. Returns the number of bytes.
     std::size_t holdReply(const Connection &connection);
 
 private:
@@ -66,15 +64,15 @@ private:
     {
         std::unique_ptr<Connection> connection;
         std::size_t bytes = 0;
-        bool isWatched = false;                ///< Whether epoll knows it.
-        std::list<Entry *> *waiting = nullptr; ///< The list that it is in; null while it belongs to a thread.
-        std::list<Entry *>::iterator place;    ///< In that list.
+        bool isWatched = false;                ///< Whether it is registered with epoll.
+        std::list<Entry *> *waiting = nullptr; ///< The list that contains it; null while a thread uses it.
+        std::list<Entry *>::iterator place;    ///< Position in this list.
     };
     struct User
     {
-        // Connections that wait for their clients, for the longest time first.
+        // Connections that wait for their clients, the longest wait first.
         std::list<Entry *> empty;
-        std::list<Entry *> holding; ///< Those that hold bytes.
+        std::list<Entry *> holding; ///< Waiting connections that hold bytes.
         Room used;
     };
     struct Channel
@@ -84,7 +82,7 @@ private:
         Room used = {};
         std::map<Caller, User> users = {};
     };
-    /// Closed connections, whose memory is freed when the lock is open again.
+    /// Closed connections; their memory is freed after the unlock.
     using Closed = std::list<std::unique_ptr<Connection>>;
 
     Channel &channelOf(const Caller &caller) { return m_channels[caller.external ? 1 : 0]; }
@@ -92,17 +90,17 @@ private:
     void take(Entry &entry);
     void remove(Entry &entry, Closed &closed);
     void setBytes(Entry &entry, std::size_t bytes);
-    /// The user with the most bytes or connections, of those with a connection to close for it. Null when there is
+    /// The user with the most bytes or connections among those with a connection that can be closed. Null when there is
     /// none.
     static User *heaviest(Channel &channel, bool byBytes);
-    /// Closes connections until `more` fits the channel and the share of the caller. False when it cannot.
+    /// Closes connections until `more` fits the channel and the caller's share. False when it does not fit.
     bool makeRoom(Channel &channel, const Caller &caller, Room more, Closed &closed);
     bool closeOne(User &user, bool onlyHolding, Closed &closed);
 
     const int m_epoll;
     std::mutex m_mutex;
-    // Guarded by the mutex; a connection itself belongs to the thread that took it.
-    std::array<Channel, 2> m_channels; ///< Of the owner, and the open one.
+    // Guarded by the mutex. A connection itself belongs to the thread that took it.
+    std::array<Channel, 2> m_channels; ///< The owner's channel, then the open one.
     std::unordered_map<Id, Entry> m_entries;
     Id m_nextId = FIRST_ID;
 };

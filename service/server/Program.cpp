@@ -52,13 +52,13 @@ namespace fs = std::filesystem;
 namespace
 {
 
-/// Exit status for arguments that make no sense.
+/// Exit status for invalid arguments.
 constexpr int WRONG_USE = 2;
-/// Exit status of a check that finds problems, and of a repair that loses something.
+/// Exit status of a check with problems, and of a repair with losses.
 constexpr int DAMAGED = 3;
 constexpr unsigned int OWNER_ONLY = 0600;
 constexpr unsigned int EVERYBODY = 0666;
-/// Time between two looks for idle connections.
+/// Time between two checks for idle connections.
 constexpr std::chrono::duration<int, std::milli> SWEEP_INTERVAL{5000};
 
 std::string defaultDatabase()
@@ -69,7 +69,7 @@ std::string defaultDatabase()
     return std::string(home ? home : "") + "/.local/share/vela/places.db";
 }
 
-/// The sockets that systemd opened for this process, by their names; empty when it opened none.
+/// The sockets inherited from systemd, by name; empty when there are none.
 std::vector<Server::Listener> inheritedListeners()
 {
     char **names = nullptr;
@@ -80,7 +80,7 @@ std::vector<Server::Listener> inheritedListeners()
         const int socket = SD_LISTEN_FDS_START + i;
         ::fcntl(socket, F_SETFL, ::fcntl(socket, F_GETFL) | O_NONBLOCK);
         listeners.push_back({Descriptor(socket), external, {}});
-        std::free(names[i]); // NOLINT(cppcoreguidelines-no-malloc): systemd's allocation
+        std::free(names[i]); // allocated by systemd
     }
     std::free(names); // NOLINT(cppcoreguidelines-no-malloc)
     return listeners;
@@ -94,12 +94,11 @@ std::vector<Server::Listener> ownListeners()
     return listeners;
 }
 
-/// Becomes readable when the process is told to stop.
+/// Becomes readable when the process must stop.
 int stopEvent = -1;
 
-/// Cuts all work short, and ends the process where something does not end all the same. Nothing that was acknowledged
-/// is lost by that.
-void stopSoon(int)
+/// Cancels all work, and ends the process if something still blocks. Acknowledged writes are not lost.
+void handleStopSignal(int)
 {
     const int error = errno;
     stopDeadline = Clock::now() + limits::STOP_TIME;
@@ -109,7 +108,7 @@ void stopSoon(int)
     errno = error;
 }
 
-/// Signals that ask for something while the service goes on.
+/// Signals with a task other than to stop.
 sigset_t requestSignals()
 {
     sigset_t signals;
@@ -123,19 +122,19 @@ void handleSignals()
 {
     stopEvent = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
     struct sigaction action = {};
-    action.sa_handler = stopSoon;
+    action.sa_handler = handleStopSignal;
     action.sa_flags = SA_RESTART;
     for (const int signal : {SIGTERM, SIGINT})
         ::sigaction(signal, &action, nullptr);
-    // A write to a log that nobody reads any more is a failed write, no end of the process.
+    // Writing to a closed log fails instead of ending the process.
     std::signal(SIGPIPE, SIG_IGN);
-    std::signal(SIGXFSZ, SIG_IGN); // a limit of the file size is a full disk
-    // Threads inherit the mask, so these come to nobody but obeySignals().
+    std::signal(SIGXFSZ, SIG_IGN); // exceeding a file size limit counts as a full disk
+    // Threads inherit the mask; only handleSignalsUntilStop() receives these signals.
     const sigset_t signals = requestSignals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 }
 
-/// What SIGHUP reads again; owned by the settings, and null where there is none.
+/// Sources that SIGHUP reads again; owned by the settings, null when absent.
 struct Sources
 {
     Gazetteer *gazetteer = nullptr;
@@ -151,8 +150,8 @@ struct Sources
     }
 };
 
-/// Does what signals ask for until the process is told to stop.
-void obeySignals(Server &server, const Sources &sources)
+/// Handles signals until the process must stop.
+void handleSignalsUntilStop(Server &server, const Sources &sources)
 {
     const sigset_t signals = requestSignals();
     const Descriptor requests(::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
@@ -173,7 +172,7 @@ void obeySignals(Server &server, const Sources &sources)
     }
 }
 
-/// Does what an argument asks for. A failure is told with the option that names something else.
+/// Runs `work` for an argument; a failure names the option for another value.
 template <typename Work>
 void withOption(const char *option, const Work &work)
 {
@@ -186,22 +185,22 @@ void withOption(const char *option, const Work &work)
 
 void serve(Settings settings, const std::string &ppsRoot, const Sources &sources)
 {
-    // Before anything that another service would notice: its sockets, and the key that its clients have.
+    // Lock first: sockets and the session key may belong to another service.
     const Descriptor lock = takeChannelFolder();
     if (!ppsRoot.empty())
         withOption("--pps-root", [&] { settings.sessionKey = publishSessionKey(ppsRoot); });
     std::vector<Server::Listener> listeners = inheritedListeners();
     if (listeners.empty())
         listeners = ownListeners();
-    // Clients that watch it may ask from now on: the listeners keep them until there is a server.
+    // Created before the server: clients that watch it may connect now, and the listeners queue them.
     settings.version = std::make_unique<DataVersion>(vela::system::channel::versionPath(ProtocolNames::internal));
     Server server(std::move(listeners), std::move(settings));
     sd_notify(0, "READY=1");
-    obeySignals(server, sources);
+    handleSignalsUntilStop(server, sources);
     sd_notify(0, "STOPPING=1");
 }
 
-/// The sample data where it was installed with this program; empty where it was not.
+/// The sample data installed with this program; empty when it is not installed.
 std::vector<std::string> sampleData()
 {
     std::error_code unknown;
@@ -215,7 +214,7 @@ std::vector<std::string> sampleData()
     return files;
 }
 
-/// Makes the folder of the database, and looks at the database before anything else does.
+/// Creates the folder of the database and checks the file before any other access.
 void prepareDatabase(const std::string &path)
 {
     if (const auto folder = fs::path(path).parent_path(); !folder.empty())
@@ -224,7 +223,7 @@ void prepareDatabase(const std::string &path)
     makePrivate(path);
 }
 
-/// Says in one line what is wrong with the arguments, and where help is.
+/// Prints the error in the arguments as one line with a hint at the help.
 int refuseArguments(const CLI::ParseError &error)
 {
     std::string problem = error.what();
@@ -234,7 +233,7 @@ int refuseArguments(const CLI::ParseError &error)
     return WRONG_USE;
 }
 
-/// Writes a line for the operator's terminal, on which nothing that it holds is an order: names of places are in it.
+/// Prints a line without control characters: it contains names of places.
 void writeLine(const std::string &line)
 {
     QString text = QString::fromStdString(line);
@@ -245,7 +244,7 @@ void writeLine(const std::string &line)
     std::cout << text.toStdString() << "\n";
 }
 
-/// What is wrong with a database. A failure names its file, which is not the one of the service.
+/// The problems of a database. A failure names the file, which is not the service's own.
 std::vector<std::string> problemsOf(const std::string &file)
 {
     try {
@@ -287,28 +286,26 @@ int run(int argc, char **argv, Settings settings)
     std::string ppsRoot;
     std::vector<std::string> gazetteer = sampleData();
     std::string contacts;
-    app.add_option("--database", settings.database, "File that holds the places; made when it is not there")
-        ->capture_default_str();
-    app.add_option("--pps-root", ppsRoot, "Folder to write a session object to; its key is then asked for");
+    app.add_option("--database", settings.database, "Database file; created when it is missing")->capture_default_str();
+    app.add_option("--pps-root", ppsRoot, "Folder for a session object; requests then need its key");
     const CLI::Option *namedGazetteer =
-        app.add_option("--gazetteer", gazetteer, "GeoJSON files of places to be found that are not stored; '' for none")
+        app.add_option("--gazetteer", gazetteer, "GeoJSON files of searchable places; '' for none")
             ->capture_default_str();
-    app.add_option("--contacts", contacts, "Folder of vCard files, whose addresses are places");
+    app.add_option("--contacts", contacts, "Folder of vCard files with addresses as places");
     std::string checked;
     std::vector<std::string> repaired;
-    CLI::Option *check =
-        app.add_option("--check", checked, "Check a database of places, write what is wrong with it, and end");
-    CLI::Option *repair = app.add_option("--repair", repaired,
-                                         "Write what can be read of a damaged database FILE into a new one, and end")
-                              ->type_name("FILE NEW")
-                              ->expected(2)
-                              ->excludes(check);
+    CLI::Option *check = app.add_option("--check", checked, "Check a database of places, print its problems, and exit");
+    CLI::Option *repair =
+        app.add_option("--repair", repaired, "Copy the readable part of a damaged database FILE to a new one, and exit")
+            ->type_name("FILE NEW")
+            ->expected(2)
+            ->excludes(check);
     app.set_version_flag("--version", VELA_PLACES_VERSION_STRING);
     app.footer(
         "Signals: SIGTERM and SIGINT end it, SIGHUP reads gazetteers and contacts again, SIGUSR1 writes the state "
         "to the log.\nExit status: 0 ended by a signal, 1 failed, 2 wrong use; --check: 0 sound, 1 no database of "
-        "places, 3 "
-        "damaged; --repair: 0 nothing was lost, 1 nothing was written, 3 something was lost.");
+        "places, 3 damaged; "
+        "--repair: 0 without losses, 1 nothing written, 3 with losses.");
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success &help) {
@@ -319,14 +316,15 @@ int run(int argc, char **argv, Settings settings)
     gazetteer.erase(std::remove(gazetteer.begin(), gazetteer.end(), std::string()), gazetteer.end());
 
     handleSignals();
-    // Fixed, or the first long message that is freed would have all later ones stay with the threads that freed them.
+    // A fixed threshold. By default it grows with the first freed long message, and the threads would then keep later
+    // ones.
     ::mallopt(M_MMAP_THRESHOLD, limits::MAPPED_ALLOCATION);
     ::umask(0077);
-    // A core dump would have the session key and the places in it.
+    // A core dump would contain the session key and the places.
     ::prctl(PR_SET_DUMPABLE, 0);
-    // SQLite would count its memory under a lock that all threads share. Nothing reads the count.
+    // SQLite's memory statistics use a global lock, and nothing reads them.
     sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
-    // Qt takes the first thread that asks it for the main one, and keeps that one's data when the thread ends.
+    // Qt makes the first thread that uses it the main thread and keeps its data when the thread ends.
     QThread::currentThread();
     const std::string database = settings.database;
     try {

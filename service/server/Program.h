@@ -6,8 +6,8 @@
 namespace placesd
 {
 
-/// The whole program: reads its arguments, serves until it is told to stop, and returns its exit status.
-/// @param settings what holds where the arguments say nothing else; its providers come behind theirs.
+/// Runs the program: parses the arguments, serves until it must stop, and returns the exit status.
+/// @param settings defaults for the arguments; their providers come after those of the arguments.
 int run(int argc, char **argv, Settings settings = {});
 
 } // namespace placesd

@@ -34,15 +34,15 @@ using orix_places_protocol::ReturnCode;
 namespace
 {
 
-/// A client sends its request right after it connects; waiting this long for it saves a turn through epoll. Only the
-/// owner's clients are waited for, and only until the next one comes.
+/// A client sends its request right after it connects, so a short wait saves an event of epoll. Only for the owner's
+/// clients, and only until the next client connects.
 constexpr int FIRST_REQUEST_WAIT_MS = 1;
 
-/// The events of the epoll that are no connection's: the order to stop, and listener number 0.
+/// Events of the epoll other than connections: stop, and listener number 0.
 constexpr std::uint64_t STOP_ID = 0;
 constexpr std::uint64_t FIRST_LISTENER_ID = 1;
 
-/// Lets this process open as many files as it is allowed to. Returns their number.
+/// Raises the limit of open files to its maximum and returns it.
 std::size_t raiseDescriptorLimit()
 {
     rlimit files = {};
@@ -52,13 +52,13 @@ std::size_t raiseDescriptorLimit()
     return ::setrlimit(RLIMIT_NOFILE, &most) == 0 ? most.rlim_cur : files.rlim_cur;
 }
 
-/// @param advice what can be done.
+/// @param advice the remedy.
 [[noreturn]] void fail(const std::string &what, const char *advice)
 {
     throw std::runtime_error(what + ": " + std::generic_category().message(errno) + "; " + advice);
 }
 
-/// Runs the first requests of connections in one transaction and keeps their replies back. False when none of it is
+/// Runs the first requests of connections in one transaction and holds their replies back. False when nothing is
 /// stored.
 bool answerTogether(const std::vector<Connection *> &group, Service &service)
 {
@@ -95,7 +95,7 @@ Server::Server(std::vector<Listener> listeners, Settings settings)
     } POOLS[] = {{Pool::Fast, limits::FAST_THREADS, &Server::runFastRequests},
                  {Pool::Slow, limits::SLOW_THREADS, &Server::runSlowRequests},
                  {Pool::Writer, 1, &Server::runWrites}};
-    // All services before the first thread: a failure here leaves no thread behind.
+    // Create all services before the first thread: a failure here then leaves no thread behind.
     std::vector<void (Server::*)(Service &)> loops;
     for (const auto &each : POOLS) {
         for (int i = 0; i < each.threads; ++i) {
@@ -108,7 +108,7 @@ Server::Server(std::vector<Listener> listeners, Settings settings)
         m_threads.emplace_back([this, loop = loops[i], &service = *m_services[i]] { (this->*loop)(service); });
 }
 
-/// Before a search has to wait for it, and when many words may be of places that are gone.
+/// Run before the first search needs it, and when the vocabulary may contain many words of removed places.
 void Server::readVocabulary()
 {
     try {
@@ -120,7 +120,7 @@ void Server::readVocabulary()
         if (!m_shared.store.damage->note(error))
             logError("the words of the stored places cannot be read: %s", error.what());
     } catch (const std::exception &error) {
-        logError("%s: the words of its places cannot be read, so finds correct none until the next start: %s",
+        logError("%s: the words of its places cannot be read, so finds correct no words until the next start: %s",
                  m_shared.database.c_str(), error.what());
     }
 }
@@ -191,9 +191,9 @@ void Server::runWrites(Service &service)
         const std::vector<Connection *> group = m_writes.pop(limits::WRITES_PER_COMMIT, limits::WRITE_BYTES_PER_COMMIT);
         if (group.empty())
             return;
-        // When the common transaction fails, each request runs in one of its own: a failure reaches only its client.
+        // When the common transaction fails, each request runs in its own, so a failure affects one client only.
         const bool isAnswered = group.size() > 1 && answerTogether(group, service);
-        // While others wait to write, the fast threads have time to send.
+        // While other requests wait for the writer, the fast threads have time to send.
         const auto sender = isAnswered ? Connection::Sender::NextThread : Connection::Sender::ThisThread;
         for (Connection *connection : group) {
             const Caller caller = connection->caller();
@@ -216,7 +216,7 @@ void Server::accept(const Listener &listener)
         return recoverFromAccept(errno);
     const Caller caller = callerOf(socket.get(), listener.external);
     auto connection = std::make_unique<Connection>(std::move(socket), caller, m_connections);
-    // One that finds no room is let go as soon as it was told.
+    // A connection without room is closed after the reply.
     if (Connection *accepted = connection.get(); m_connections.add(connection)) {
         pollfd events[] = {{accepted->fd(), POLLIN, 0}, {listener.socket.get(), POLLIN, 0}};
         if (!listener.external)
@@ -229,7 +229,7 @@ void Server::accept(const Listener &listener)
 
 void Server::recoverFromAccept(int error)
 {
-    // Another thread was first, or the client is gone.
+    // Another thread accepted the client, or it has disconnected.
     if (error == EAGAIN || error == ECONNABORTED || error == EINTR)
         return;
     if (!m_isShortOfRoom.exchange(true))
@@ -290,7 +290,7 @@ Server::Listener listenOn(const std::string &name, bool external, unsigned int m
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
     std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
-    // The folder is this process's own, so a socket that is there was left behind.
+    // The folder is locked by this process, so an existing socket is stale.
     const bool bound = removeSocket(path)
                        && ::bind(socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0
                        && ::chmod(path.c_str(), mode) == 0 && ::listen(socket.get(), SOMAXCONN) == 0;

@@ -18,10 +18,10 @@
 namespace placesd
 {
 
-/// Serves the two channels with three thread pools. Any fast thread takes any connection that has something to do, so a
-/// client that is slow or silent delays no other. Slow requests are passed on to a pool of their own, so they only
-/// delay each other. Requests that write are passed on to the writer thread; those that wait at the same time share one
-/// transaction. The open channel and its users have no more than a share of connections, threads and memory.
+/// Serves both channels with three thread pools. A fast thread takes any connection that is ready, so a slow or silent
+/// client delays no other client. Slow requests run in their own pool, so they only delay each other. Requests that
+/// write run on the writer thread; those that wait at the same time share one transaction. The open channel and its
+/// users have only a share of connections, threads and memory.
 class Server
 {
 public:
@@ -29,19 +29,18 @@ public:
     {
         vela::system::channel::Descriptor socket;
         bool external = false;
-        std::string path; ///< Of the socket, which is removed at the end; empty for one that somebody else made.
+        std::string path; ///< Path of the socket to remove at the end; empty for an inherited socket.
     };
-    /// Starts serving. Throws std::system_error or SQLite::Exception when it cannot.
+    /// Starts the threads. Throws std::system_error or SQLite::Exception.
     Server(std::vector<Listener> listeners, Settings settings);
-    /// Finishes the requests at hand and stops. Takes as long as they do: stopDeadline bounds it.
+    /// Finishes running requests and stops; stopDeadline limits the time.
     ~Server();
     Server(const Server &) = delete;
     Server &operator=(const Server &) = delete;
 
-    /// Ends the connections that have done nothing for too long. To be called now and then.
+    /// Closes connections that have been idle too long. Call it periodically.
     void dropIdleConnections();
-    /// What the service holds and did, as one line; -1 places where they cannot be counted. For one thread at a
-    /// time.
+    /// Counters of the service as one line; -1 places when they cannot be counted. Call it from one thread at a time.
     std::string state();
 
 private:
@@ -52,11 +51,11 @@ private:
     void runSlowRequests(Service &service);
     void runWrites(Service &service);
     void accept(const Listener &listener);
-    /// Reports the lack of what a new connection needs, and lets time pass.
+    /// Logs the lack of a resource for a new connection, and pauses.
     void recoverFromAccept(int error);
-    /// Has connections served that the fast threads have time for, until there are none.
+    /// Lets the fast threads run queued requests until there are none.
     void serveFast(Service &service);
-    /// Runs a step of a connection; then closes it, passes it on or has epoll watch it, as the result says.
+    /// Runs a step of a connection; then closes it, passes it on or lets epoll watch it, by the result.
     void handOn(Connection &connection, const std::function<Connection::Wish()> &step);
     void watch(int fd, unsigned int events, std::uint64_t id);
 
@@ -68,7 +67,7 @@ private:
     std::vector<std::unique_ptr<Service>> m_services;
 
     Connections m_connections;
-    std::atomic<bool> m_isShortOfRoom = false; ///< Logged once between two sweeps.
+    std::atomic<bool> m_isShortOfRoom = false; ///< Logged once per check for idle connections.
     ConnectionQueue m_fastRequests;
     ConnectionQueue m_slowRequests;
     ConnectionQueue m_writes;
@@ -77,8 +76,8 @@ private:
     std::optional<BackgroundJob> m_vocabularyReader;
 };
 
-/// Opens the channel `name` for serving, in the folder that takeChannelFolder() took. Throws std::system_error when it
-/// cannot, or when something other than a socket is in the way.
+/// Opens the channel `name` for listening, in the folder locked by takeChannelFolder(). Throws std::system_error, also
+/// when the path exists and is not a socket.
 Server::Listener listenOn(const std::string &name, bool external, unsigned int mode);
 
 } // namespace placesd

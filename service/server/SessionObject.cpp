@@ -21,7 +21,7 @@ namespace placesd
 namespace
 {
 
-/// Clients write their request over the first bytes of the object and read on behind it.
+/// Clients write their request over the first bytes of the object and read on after them.
 constexpr std::size_t REQUEST_SLOT = 30;
 constexpr std::size_t KEY_BYTES = 16;
 
@@ -44,8 +44,8 @@ std::string makeKey()
     return key;
 }
 
-/// Writes all of `text` into a new file that only this user may read; what was under its name is gone.
-void writeAnew(const std::string &path, const std::string &text)
+/// Writes `text` to a new file that only this user can read; replaces an old file.
+void replaceFile(const std::string &path, const std::string &text)
 {
     ::unlink(path.c_str());
     const vela::system::channel::Descriptor file(
@@ -69,7 +69,7 @@ std::string publishSessionKey(const std::string &root)
     const std::string path = folder + "/session?wait";
     const std::string fresh = path + ".new";
     const std::string key = makeKey();
-    writeAnew(fresh, std::string(REQUEST_SLOT, '\0') + "@session\njson:{\"session\":\"" + key + "\"}\n");
+    replaceFile(fresh, std::string(REQUEST_SLOT, '\0') + "@session\njson:{\"session\":\"" + key + "\"}\n");
     if (std::rename(fresh.c_str(), path.c_str()) != 0)
         fail("cannot put " + path + " in place");
     return key;

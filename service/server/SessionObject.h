@@ -6,8 +6,8 @@
 namespace placesd
 {
 
-/// Makes a session key and writes the session object below `root`, readable by this user only, in one step. Returns the
-/// key; throws std::system_error when the object cannot be written.
+/// Creates a session key and writes the session object below `root` atomically, readable by this user only. Returns the
+/// key; throws std::system_error when writing fails.
 std::string publishSessionKey(const std::string &root);
 
 } // namespace placesd

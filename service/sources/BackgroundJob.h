@@ -9,8 +9,8 @@
 namespace placesd
 {
 
-/// A job on a thread of its own. It runs once at the start, and again each time it is asked for; requests that come
-/// while it runs make one more run. Safe on any thread.
+/// Runs a job on its own thread: once at the start, and again on each request. Requests during a run cause one more
+/// run. Thread-safe.
 class BackgroundJob
 {
 public:

@@ -34,7 +34,7 @@ namespace fs = std::filesystem;
 namespace
 {
 
-/// 32-bit FNV-1a, made positive: a number for a text that is the same at every start.
+/// 32-bit FNV-1a, made positive: a stable number for a text.
 int hashOf(const QByteArray &text)
 {
     std::uint32_t hash = 2166136261U;
@@ -50,7 +50,7 @@ bool isVCardFile(const fs::directory_entry &entry)
     return (extension == ".vcf" || extension == ".vcard") && entry.is_regular_file(ignored);
 }
 
-/// What a file is told by: names of files may be names of people. `find -inum` finds it.
+/// Identifies a file in the log, because file names may be names of people. `find -inum` finds the file.
 unsigned long long inodeOf(const fs::path &path)
 {
     struct stat status = {};
@@ -62,7 +62,7 @@ void report(const fs::path &path, const VCardFaults &faults, int unusable)
 {
     const unsigned long long inode = inodeOf(path);
     if (faults.cut > 0)
-        logError("contacts: file with inode %llu: %d cards are cut; what stands there was read", inode, faults.cut);
+        logError("contacts: file with inode %llu: %d cards have no end; their lines were read", inode, faults.cut);
     if (faults.leftOut > 0)
         logError("contacts: file with inode %llu: %d lines are too long or too many for a card and were left out",
                  inode, faults.leftOut);
@@ -133,10 +133,10 @@ FoundPlace ContactBook::place(const QString &externalId, Deadline deadline)
     return found == all->entries.end() ? nullptr : found->place;
 }
 
-/// What is known of the contacts, after a look for changes.
+/// The current contacts, after a check for changes.
 ContactBook::Snapshot ContactBook::contents(Deadline deadline)
 {
-    // While somebody reads, everybody else goes by what was there before.
+    // While one thread reads, the others use the previous contents.
     if (const std::unique_lock<std::mutex> turn(m_reading, std::try_to_lock); turn)
         readChanges();
     std::unique_lock<std::mutex> lock(m_mutex);
@@ -181,7 +181,7 @@ ContactBook::Snapshot ContactBook::contentsOf(const std::map<std::string, File> 
     return contents;
 }
 
-/// Whether the folder may have changed since it was read. A folder that is not there is looked for each time.
+/// Whether the folder may have changed since the last reading. A missing folder is looked for each time.
 bool ContactBook::hasChanged()
 {
     const int generation = m_gazetteer ? m_gazetteer->generation() : 0;
@@ -205,7 +205,7 @@ bool ContactBook::hasChanged()
             inotify_event event = {};
             std::memcpy(&event, events.data() + at, sizeof event);
             at += static_cast<ssize_t>(sizeof event) + static_cast<ssize_t>(event.len);
-            // The folder itself is gone, or another one now; the next look watches what is there then.
+            // The folder itself was removed or replaced; the next check watches the new one.
             if (event.mask & (IN_DELETE_SELF | IN_MOVE_SELF | IN_IGNORED)) {
                 m_changes.reset();
                 return true;
@@ -273,7 +273,7 @@ ContactBook::File ContactBook::readFile(const fs::directory_entry &entry)
     int unusable = 0;
     const VCardFaults faults = readVCards(cards, [&](const QByteArray &card) {
         const KContacts::Addressee contact = converter.parseVCard(card);
-        // A card that does not name itself is known by where it stands.
+        // A card without a UID is identified by its position.
         const QByteArray key = hasProperty(card, "UID")
                                    ? contact.uid().toUtf8()
                                    : QByteArray(entry.path().filename().c_str()) + '#' + QByteArray::number(number);
@@ -287,7 +287,7 @@ ContactBook::File ContactBook::readFile(const fs::directory_entry &entry)
     return file;
 }
 
-/// The number of a contact: as far as possible one that follows from the contact alone.
+/// The number of a contact, derived from the contact alone if possible.
 int ContactBook::idFor(const QByteArray &key)
 {
     int id = hashOf(key);

@@ -22,52 +22,52 @@ namespace placesd
 
 class Gazetteer;
 
-/// The contacts of a folder of vCard files, as places. They are read in the background at first, and again whenever a
-/// file has changed, by whoever asks next. Safe on any thread.
+/// The contacts of a folder of vCard files, as places. The first reading runs in the background; after a change of a
+/// file the next caller reads it again. Thread-safe.
 class ContactBook
 {
 public:
-    /// @param gazetteer what finds the positions of addresses, as soon as it is ready; null for nothing. It outlives
-    /// the book.
+    /// @param gazetteer finds the positions of addresses once it is ready; null for no positions. Must outlive the
+    /// book.
     ContactBook(std::string folder, Gazetteer *gazetteer);
     ~ContactBook();
     ContactBook(const ContactBook &) = delete;
     ContactBook &operator=(const ContactBook &) = delete;
 
-    /// Reads all files again, in the background.
+    /// Reads all files again in the background.
     void reread();
 
-    /// Whether nobody has to wait for the contacts to be read for the first time.
+    /// Whether the first reading is done.
     [[nodiscard]] bool isRead() const;
 
-    /// Places of contacts, or of rooms only, that pass the test, by name. Unset when the contacts were not read by the
-    /// deadline.
+    /// The places of contacts, or of rooms only, that pass the test, by name. Unset when the contacts are not read by
+    /// the deadline.
     std::optional<std::vector<FoundPlace>> find(const TermTest &test, bool onlyRooms, Deadline deadline);
-    /// The words of all their texts; null when they were not read by the deadline.
+    /// The words of all texts of the contacts; null when they are not read by the deadline.
     std::shared_ptr<const Vocabulary> vocabulary(Deadline deadline);
-    /// The place of this id; with the number 0, the contact's first. Null when there is none.
+    /// The place with this id; the number 0 is the contact's first place. Null when there is none.
     FoundPlace place(const QString &externalId, Deadline deadline);
 
 private:
-    /// A place, ready to be searched.
+    /// A place with its search keys.
     struct Entry
     {
         FoundPlace place;
         QString externalId;
         QString sortKey;
-        std::string nameKey; ///< Index key, as the next one.
+        std::string nameKey; ///< An index key, like textKey.
         std::string textKey; ///< Of all texts.
         bool isRoom = false;
     };
     using Entries = std::vector<Entry>;
-    /// What was read of all files.
+    /// Contents of all files.
     struct Contents
     {
         Entries entries; ///< By name.
         Vocabulary words;
     };
     using Snapshot = std::shared_ptr<const Contents>;
-    /// A file as it was when it was read.
+    /// The state of a file when it was read.
     struct File
     {
         std::uintmax_t size = 0;
@@ -88,15 +88,16 @@ private:
     Gazetteer *const m_gazetteer;
 
     std::atomic<bool> m_stopping = false;
-    std::atomic<bool> m_isStale = false; ///< All files are to be read again, also those that look the same.
+    std::atomic<bool> m_isStale = false; ///< Read all files again, including unchanged ones.
 
     std::mutex m_reading;
-    // Guarded by m_reading: what only the reader needs.
-    vela::system::channel::Descriptor m_changes; ///< Tells of changes in the folder; closed while it cannot be watched.
+    // Guarded by m_reading: state of the thread that reads.
+    vela::system::channel::Descriptor m_changes; ///< Reports changes in the folder; closed while the folder cannot be
+                                                 ///< watched.
     bool m_isMissing = false;
     int m_geocodedWith = 0; ///< Generation of the gazetteer that found the positions; 0 for none.
     std::map<std::string, File> m_files;
-    std::map<int, QByteArray> m_ids; ///< Contacts by the ids that they have got.
+    std::map<int, QByteArray> m_ids; ///< Keys of contacts by their numbers.
 
     mutable std::mutex m_mutex;
     std::condition_variable m_isThere;

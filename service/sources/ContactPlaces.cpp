@@ -27,7 +27,7 @@ namespace
 {
 
 constexpr int ADDRESS_KINDS = 3;
-/// Letters of a country code, ISO 3166-1 alpha-2.
+/// Number of letters of a country code, ISO 3166-1 alpha-2.
 constexpr int CODE_LENGTH = 2;
 
 QString nameOf(const Addressee &contact)
@@ -39,7 +39,7 @@ QString nameOf(const Addressee &contact)
     return {};
 }
 
-/// Codes of two letters by the names of the countries, in English and in their own languages.
+/// Two-letter codes by country names, in English and in the country's languages.
 const QHash<QString, QString> &countryCodes()
 {
     static const QHash<QString, QString> codes = [] {
@@ -47,13 +47,13 @@ const QHash<QString, QString> &countryCodes()
         const auto locales = QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyCountry);
         for (const QLocale &locale : locales) {
             const QString code = locale.name().section(QLatin1Char('_'), 1);
-            // "World" and "Europe" have a number.
+            // "World" and "Europe" have numeric codes.
             if (code.size() != CODE_LENGTH)
                 continue;
             for (const QString &name : {QLocale::countryToString(locale.country()), locale.nativeCountryName()})
                 all.insert(searchKey(name), code);
         }
-        // Some locales have no name for their country.
+        // Some locales have no country name.
         all.remove(QString());
         return all;
     }();
@@ -92,7 +92,7 @@ Coordinates positionOf(const KContacts::Geo &geo)
     return geo.isValid() ? Coordinates(geo.latitude(), geo.longitude()) : Coordinates();
 }
 
-/// The first number that is of a type and, but for that, of none of some others; empty when there is none.
+/// The first number that has a type and none of the types in `butNot`; empty when there is none.
 QString phone(const Addressee &contact, PhoneNumber::Type type, PhoneNumber::Type butNot = {})
 {
     const PhoneNumber::List numbers = contact.phoneNumbers();
@@ -102,7 +102,7 @@ QString phone(const Addressee &contact, PhoneNumber::Type type, PhoneNumber::Typ
     return found == numbers.end() ? QString() : found->number();
 }
 
-/// The path of a picture that is a file of this machine.
+/// The local path of a picture; empty for an embedded or remote picture.
 QString localPath(const KContacts::Picture &picture)
 {
     return picture.isIntern() ? QString() : QUrl(picture.url()).toLocalFile();
@@ -192,7 +192,7 @@ std::vector<FoundPlace> placesOf(const Addressee &contact, int id, const Geocode
     for (const CardAddress &card : addresses.mid(0, limits::CONTACT_ADDRESSES)) {
         Location location;
         location.setAddress(addressOf(card));
-        // The contact's own position is that of its address when it has no other; the card's, in any case.
+        // The position of the card, else that of the contact if this is its only address, else that of the gazetteer.
         location.setCoordinates(positionOf(card.geo()));
         if (!location.coordinates().isValid() && addresses.size() == 1)
             location.setCoordinates(position);

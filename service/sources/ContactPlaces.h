@@ -18,14 +18,13 @@ class Address;
 namespace placesd
 {
 
-/// Finds the position of an address; invalid when it cannot.
+/// Finds the position of an address; invalid when it is unknown.
 using Geocode = std::function<vela::platform::places::Coordinates(const vela::platform::places::Address &address)>;
 
 /// The account that all contacts belong to.
 constexpr int CONTACT_ACCOUNT = 1;
 
-/// What an address of a contact is. An address is numbered by its kind and, among those of its kind, its position from
-/// 0 on: number = kind + 3 * position.
+/// Kind of an address. The number of an address is kind + 3 * position, with the position counted from 0 per kind.
 enum class AddressKind
 {
     Home = 1,
@@ -33,14 +32,14 @@ enum class AddressKind
     Other = 3
 };
 
-/// What a contact's address is known by: "account,contact,number".
+/// External id of a contact's address: "account,contact,number".
 QString contactExternalId(int account, int contact, int number);
 
-/// The places of a contact: one for each of its addresses, or for its position when it has no address. Each carries the
-/// contact as its auxiliary record. None for a contact without a name.
+/// The places of a contact: one per address, or one for its position when it has no address. Each has the contact as
+/// its auxiliary record. None for a contact without a name.
 std::vector<FoundPlace> placesOf(const KContacts::Addressee &contact, int id, const Geocode &geocode);
 
-/// Whether a contact is no person but a room.
+/// Whether a contact is a room, not a person.
 bool isRoom(const KContacts::Addressee &contact);
 
 } // namespace placesd

@@ -48,16 +48,16 @@ namespace sql = gazetteer_sql;
 namespace
 {
 
-/// Grows with every change of the tables, so that an index of another version is not taken for one of this.
+/// Incremented with each change of the tables, so that an index of another version is not used.
 constexpr int INDEX_VERSION = 4;
-/// What the external id of a category starts with.
+/// Prefix of the external id of a category.
 constexpr char CATEGORY_PREFIX[] = "category:";
-/// How far apart two places of one name may be that are held to be the same, in metres.
+/// Places of the same name within this distance are the same place, in metres.
 constexpr double SAME_PLACE_RADIUS = 500;
 constexpr int STEPS_PER_CHECK = 10000;
 constexpr qint64 NO_ID = -1;
 
-/// "large airport" for "large_airport".
+/// Converts "large_airport" to "large airport".
 QString readable(const QString &category)
 {
     return QString(category).replace(QLatin1Char('_'), QLatin1Char(' '));
@@ -75,7 +75,7 @@ qint64 firstId(TierQuestion question)
     return ids.empty() ? NO_ID : ids.front();
 }
 
-/// The place of an external id; NO_ID when there is none.
+/// The place with an external id; NO_ID when there is none.
 qint64 idOf(SQLite::Database &database, const QString &externalId)
 {
     SQLite::Statement row(database, sql::SELECT_BY_EXTERNAL_ID);
@@ -83,7 +83,7 @@ qint64 idOf(SQLite::Database &database, const QString &externalId)
     return row.executeStep() ? row.getColumn(0).getInt64() : NO_ID;
 }
 
-/// What kind of suggestion a place of a category is.
+/// The suggestion tag for a place of a category.
 QString suggestionTag(const Place &place)
 {
     if (place.hasTag(Tags::Airport))
@@ -93,15 +93,15 @@ QString suggestionTag(const Place &place)
     return QLatin1String(InternalTags::SuggestionPointOfInterest);
 }
 
-/// The scalar that a JSON text stands for, as a text; empty for anything else.
+/// The scalar of a JSON text, as text; empty for other JSON.
 QString scalarOf(const QString &json)
 {
     const QJsonValue value = QJsonDocument::fromJson("[" + json.toUtf8() + "]").array().at(0);
     return value.isString() || value.isDouble() || value.isBool() ? value.toVariant().toString() : QString();
 }
 
-/// Makes one record of what a feature says of a place: its details become properties of the record of points of
-/// interest, which carries the external id.
+/// Collects the details of a feature in one record: they become properties of the record of points of interest, which
+/// has the external id.
 AuxiliaryData gatherDetails(PlacePrivate &place, const QString &substituteId)
 {
     auto &records = place.m_auxiliaryData;
@@ -125,7 +125,7 @@ AuxiliaryData gatherDetails(PlacePrivate &place, const QString &substituteId)
     return poi;
 }
 
-/// The names in the keywords of an airport.
+/// Names in the keywords of an airport.
 QStringList keywordsOf(const AuxiliaryData &details)
 {
     static const QRegularExpression SEPARATORS(QStringLiteral("[,;]"));
@@ -135,7 +135,7 @@ QStringList keywordsOf(const AuxiliaryData &details)
     return keywords;
 }
 
-/// How well known a place is, in people: its own, or those of a city that is about as well known as the airport.
+/// Prominence of a place as a number of people: its own population, or that of a city as prominent as the airport.
 double weightOf(const AuxiliaryData &details, const QString &kind)
 {
     static const QHash<QString, double> AIRPORTS = {{QStringLiteral("large_airport"), 40000},
@@ -145,7 +145,7 @@ double weightOf(const AuxiliaryData &details, const QString &kind)
     return population.isEmpty() ? AIRPORTS.value(kind) : population.toDouble();
 }
 
-/// The name by which a place was found, where that is not its own; else empty.
+/// The name that matched a search, if it is not the place's own; else empty.
 QString nameFound(const PlacePrivate &place, const Reading &reading)
 {
     const auto isIn = [&reading](const QString &text) {
@@ -160,7 +160,7 @@ QString nameFound(const PlacePrivate &place, const Reading &reading)
     return found == names.end() ? QString() : *found;
 }
 
-/// Statements that add a place to those that were taken from the files.
+/// Statements that insert a place.
 struct Take
 {
     explicit Take(SQLite::Database &database)
@@ -183,7 +183,7 @@ void takeNames(SQLite::Statement &statement, qint64 number, const QStringList &n
     }
 }
 
-/// @param number of the place, among all of all files.
+/// @param number of the place, counted over all files.
 void take(Take &statements, qint64 number, Place &place, const QString &substituteId)
 {
     PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
@@ -228,7 +228,7 @@ Gazetteer::Connection::Connection(const std::string &path, std::shared_ptr<const
     sqlite3_progress_handler(database.getHandle(), STEPS_PER_CHECK, isLate, this);
 }
 
-/// Lends a connection out for as long as it lives.
+/// Borrows a connection for its lifetime.
 class Gazetteer::Lease
 {
 public:
@@ -253,7 +253,7 @@ public:
     ~Lease()
     {
         const std::lock_guard<std::mutex> lock(m_gazetteer.m_mutex);
-        // That of an older index is closed.
+        // Closes a connection to an older index.
         if (m_connection->vocabulary == m_gazetteer.m_vocabulary)
             m_gazetteer.m_idle.push_back(std::move(m_connection));
     }
@@ -295,14 +295,14 @@ Provider Gazetteer::description() const
 
 void Gazetteer::prepare()
 {
-    // Reads the rules of transliteration, of some scripts each its own, which takes too long for a search.
+    // Loads transliteration rules of several scripts, which takes too long during a search.
     inLatin(QStringLiteral("\u0416\u4E2D\u0E44"));
     std::shared_ptr<const Vocabulary> vocabulary;
     try {
         vocabulary = indexFiles();
     } catch (const std::exception &error) {
         if (!m_stopping)
-            logError("the gazetteer was not read: %s; mend that and send SIGHUP", error.what());
+            logError("the gazetteer was not read: %s; correct that and send SIGHUP", error.what());
     }
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -318,7 +318,7 @@ void Gazetteer::prepare()
     m_stateChanged.notify_all();
 }
 
-/// Makes the index of the files as they are now, unless it is there, and returns its vocabulary.
+/// Builds the index of the current files unless it exists, and returns its vocabulary.
 std::shared_ptr<const Vocabulary> Gazetteer::indexFiles()
 {
     for (const std::string &path : m_files)
@@ -334,7 +334,7 @@ std::shared_ptr<const Vocabulary> Gazetteer::indexFiles()
     return vocabulary;
 }
 
-/// Null for a damaged index.
+/// Null when the index is damaged.
 std::shared_ptr<const Vocabulary> Gazetteer::readVocabulary()
 {
     try {
@@ -351,8 +351,8 @@ std::shared_ptr<const Vocabulary> Gazetteer::readVocabulary()
     }
 }
 
-/// Every file with its size and time of change.
-std::string Gazetteer::filesAsTheyAre() const
+/// All files with size and modification time.
+std::string Gazetteer::fileStates() const
 {
     std::string files = std::to_string(INDEX_VERSION) + " " + keyVersion();
     for (const std::string &path : m_files) {
@@ -368,7 +368,7 @@ bool Gazetteer::isUpToDate() const
 {
     try {
         SQLite::Database index(m_index, SQLite::OPEN_READONLY);
-        return index.execAndGet(sql::SELECT_FILES).getString() == filesAsTheyAre();
+        return index.execAndGet(sql::SELECT_FILES).getString() == fileStates();
     } catch (const SQLite::Exception &) {
         return false;
     }
@@ -385,9 +385,9 @@ void Gazetteer::build()
         database.exec(sql::BUILD_SETTINGS);
         database.exec(sql::SCHEMA);
         SQLite::Transaction transaction(database);
-        // Taken before they are read: a file that changes meanwhile is read again at the next start.
+        // Recorded before reading: a file that changes meanwhile is read again at the next start.
         SQLite::Statement files(database, sql::REMEMBER_FILES);
-        files.bind(1, filesAsTheyAre());
+        files.bind(1, fileStates());
         files.exec();
         for (const std::string &path : m_files)
             readFile(path, database);
@@ -442,7 +442,7 @@ Answer Gazetteer::ask(Deadline deadline, const std::function<void(Connection &, 
         ask(lease.connection(), answer);
     } catch (const SQLite::Exception &error) {
         logError("the gazetteer failed: %s: %s", m_index.c_str(), error.what());
-        // The next start makes it anew.
+        // The next start builds it again.
         if (error.getErrorCode() == SQLITE_CORRUPT)
             ::unlink(m_index.c_str());
         answer = {};
@@ -458,7 +458,7 @@ ProviderAnswer Gazetteer::search(const ProviderSearch &search)
         const Wording typed = Wording::of(search.term);
         if (typed.isEmpty() && (search.kind == SearchKind::Suggestion || !search.term.isEmpty()))
             return;
-        // Completions among the categories come before those among the places.
+        // Completions of categories come before those of places.
         ProviderSearch rest = search;
         if (suggests) {
             const QStringList found = categories(connection.database, typed);
@@ -618,7 +618,7 @@ Coordinates Gazetteer::geocode(const Address &address, Deadline deadline)
         const Coordinates position(city.getColumn(0).getDouble(), city.getColumn(1).getDouble());
         const bool isNamed = !address.country().isEmpty() || !address.isoAlpha2CountryCode().isEmpty()
                              || city.getColumn(2).getInt() != 0;
-        // Of several cities in the whole world nobody knows which is meant.
+        // Several cities in the world have this name; the right one is unknown.
         if (isNamed || !city.executeStep())
             answer.position = position;
     });

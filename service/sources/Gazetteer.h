@@ -24,13 +24,13 @@ class Address;
 namespace placesd
 {
 
-/// The places of GeoJSON files. They are read once, in the background, into an index of its own on the disk, which the
-/// next start finds as long as the files stay as they are; so even a million places take little memory. Who asks before
-/// the first index is there waits for it. Safe on any thread.
+/// The places of GeoJSON files. A background thread reads them once into an index on the disk, which later starts use
+/// while the files are unchanged; even a million places need little memory. Callers block until the first index exists.
+/// Thread-safe.
 class Gazetteer : public PlaceProvider
 {
 public:
-    /// @param index where the index is kept; nobody else uses that path.
+    /// @param index path of the index; not used by anything else.
     Gazetteer(std::vector<std::string> files, std::string index);
     ~Gazetteer() override;
 
@@ -40,12 +40,12 @@ public:
                            Deadline deadline) override;
     AuxiliaryAnswer auxiliaryData(const PlaceIdentity &place, Deadline deadline) override;
 
-    /// Looks at the files again, in the background. Until their new index is there, and when it cannot be made, the old
-    /// one is asked.
+    /// Checks the files again in the background. The old index is used until the new one exists, also when building
+    /// fails.
     void reread();
-    /// The number of indexes so far: 0 as long as the first one is waited for.
+    /// Number of indexes so far: 0 before the first one.
     [[nodiscard]] int generation();
-    /// Position of the city that an address names; invalid when it is not known, or which of several is meant.
+    /// Position of the city in an address; invalid when it is unknown or ambiguous.
     vela::platform::places::Coordinates geocode(const vela::platform::places::Address &address, Deadline deadline);
 
 private:
@@ -55,7 +55,7 @@ private:
         Ready,
         Failed
     };
-    /// A connection to the index, for one caller at a time.
+    /// A connection to the index for one caller.
     struct Connection
     {
         Connection(const std::string &path, std::shared_ptr<const Vocabulary> words);
@@ -70,17 +70,17 @@ private:
     void build();
     std::shared_ptr<const Vocabulary> indexFiles();
     void readFile(const std::string &path, SQLite::Database &database);
-    [[nodiscard]] std::string filesAsTheyAre() const;
+    [[nodiscard]] std::string fileStates() const;
 
-    /// Runs `ask` on a connection; whatever goes wrong becomes the code of what it returns.
+    /// Runs `ask` on a connection; converts a failure to the code of the result.
     template <typename Answer>
     Answer ask(Deadline deadline, const std::function<void(Connection &, Answer &)> &ask);
     void findPlaces(Connection &connection, const ProviderSearch &search, const Wording &typed, ProviderAnswer &answer);
-    /// How the term of a search is read: the same for each page of it. Nothing where no place is found.
+    /// The reading of a search term: the same for all pages. Unset when no place is found.
     static std::optional<Reading> readingFor(Connection &connection, const ProviderSearch &search,
                                              const Wording &typed);
     std::shared_ptr<const Vocabulary> readVocabulary();
-    /// Names of the categories that have a word starting with each word of the term.
+    /// Names of the categories that match each word of the term by prefix.
     static QStringList categories(SQLite::Database &database, const Wording &wording);
     [[nodiscard]] FoundPlace placeAt(SQLite::Database &database, qint64 id) const;
     /// @param row selects records by ids.
@@ -96,7 +96,7 @@ private:
     // Guarded by the mutex.
     State m_state = State::Reading;
     int m_generation = 0;
-    std::shared_ptr<const Vocabulary> m_vocabulary; ///< Of the index; null before the first one.
+    std::shared_ptr<const Vocabulary> m_vocabulary; ///< Vocabulary of the index; null before the first one.
     std::vector<std::unique_ptr<Connection>> m_idle;
 
     BackgroundJob m_reader;

@@ -22,19 +22,19 @@ namespace sql = gazetteer_sql;
 namespace
 {
 
-/// How well a place fits a term, best first.
+/// How well a place matches a term, best first.
 enum Tier
 {
     NoResult,
     SameName,
-    SameOtherName, ///< A code, or a name besides the place's own.
+    SameOtherName, ///< A code, or another name of the place.
     NameStarts,
-    TermStarts, ///< With the name: the rest of the term tells where.
+    TermStarts, ///< With the name; the rest of the term is the address.
     NameHasWords,
     Fits
 };
 
-/// So many rows are tested faster than the entries of a frequent word are collected.
+/// Testing this many rows is faster than collecting the entries of a frequent word.
 constexpr int FEW_PLACES = 200;
 
 StatementPtr select(SQLite::Database &database, const char *from)
@@ -49,7 +49,7 @@ StatementPtr select(SQLite::Database &database, const char *from, const std::str
     return rows;
 }
 
-/// Every place, nearest or farthest first.
+/// All places, nearest or farthest first.
 StatementPtr walkFrom(SQLite::Database &database, const ResultOrder &order)
 {
     const Coordinates from = order.order() == SearchOrder::FarFirst ? antipodeOf(order.centre()) : order.centre();
@@ -59,7 +59,7 @@ StatementPtr walkFrom(SQLite::Database &database, const ResultOrder &order)
     return rows;
 }
 
-/// A question for the places that a test finds, nearest first, or the best known where no centre is known.
+/// Candidates for a test, nearest first; without a centre the most prominent first.
 TierQuestion nearestOf(SQLite::Database &database, const Coordinates &centre,
                        const std::function<bool(const IndexRow &)> &isResult,
                        const std::function<StatementPtr(int)> &candidates)
@@ -73,14 +73,14 @@ TierQuestion nearestOf(SQLite::Database &database, const Coordinates &centre,
             candidates};
 }
 
-/// The first text, by its bytes, behind all that start with this one, which is not empty. No byte of UTF-8 is 255.
-std::string endOfStarts(std::string text)
+/// The first text in byte order after all texts with this non-empty prefix. UTF-8 never contains the byte 255.
+std::string endOfPrefix(std::string text)
 {
     ++text.back();
     return text;
 }
 
-/// Number of places that an expression matches, counted no further than `limit`.
+/// Number of places that match an expression, counted up to `limit`.
 int64_t countMatches(SQLite::Database &database, const std::string &expression, int limit)
 {
     SQLite::Statement row(database, sql::COUNT_SOME);
@@ -90,7 +90,7 @@ int64_t countMatches(SQLite::Database &database, const std::string &expression, 
     return row.getColumn(0).getInt64();
 }
 
-/// A reading of a term, and what a search looks at for it.
+/// A reading of a term with its search expressions.
 class Term
 {
 public:
@@ -110,17 +110,18 @@ public:
     [[nodiscard]] const std::string &key() const { return m_key; }
     [[nodiscard]] bool isEmpty() const { return m_reading.wordings.empty() || m_reading.wordings.front().isEmpty(); }
 
-    /// Beginnings of the key, which may be a name in front of an address.
+    /// Prefixes of the key that may be a name followed by an address.
     [[nodiscard]] const std::vector<std::string> &starts() const { return m_starts; }
-    /// False where no place has the words.
+    /// False when no place contains the words.
     [[nodiscard]] bool canMatch() const { return !m_expressions.exact.empty(); }
-    /// Whether what the expressions find has to be tested.
+    /// Whether the expressions also match other places, which must be tested.
     [[nodiscard]] bool isBroad() const { return m_isBroad; }
-    /// Expression for the full-text index that finds every result, and maybe others.
+    /// Full-text expression that matches every result, and possibly other places.
     [[nodiscard]] std::string matches() const { return matchesIn(columns(), expression()); }
-    /// Expression that finds, unless isBroad(), just the places that have the words where the reading looks for them.
+    /// Full-text expression that matches exactly the places with the words in the columns of the reading, unless
+    /// isBroad().
     [[nodiscard]] std::string wordMatches() const { return matchesIn(wordColumns(), expression()); }
-    /// The same for the results whose names have the words.
+    /// The same for results with the words in their names.
     [[nodiscard]] std::string nameMatches() const { return matchesIn("name", expression()); }
 
     [[nodiscard]] bool isIn(const IndexRow &row) const
@@ -146,7 +147,7 @@ public:
         return passes([&row](const Spelling &word) { return isInNames(row, word); }) ? NameHasWords : Fits;
     }
 
-    /// The last that can have results.
+    /// The last tier that can have results.
     [[nodiscard]] Tier lastTier() const { return m_reading.inNames && !looksAtKind() ? NameHasWords : Fits; }
 
 private:
@@ -160,18 +161,18 @@ private:
     {
         return m_isBroad ? m_expressions.broad : m_expressions.exact;
     }
-    /// A phrase without a word matches nothing.
+    /// A phrase without words matches nothing.
     static std::string matchesIn(const std::string &columns, const std::string &expression)
     {
         return "{" + columns + "} : (" + (expression.empty() ? "\"\"" : expression) + ")";
     }
-    /// Columns of the full-text index that words are looked for in.
+    /// Columns of the full-text index in which the words are searched.
     [[nodiscard]] std::string wordColumns() const
     {
         return std::string(looksAtName() ? "name " : "") + (looksAtKind() ? "kind " : "")
                + (looksAtRest() ? "alias address " : "");
     }
-    /// Those that have the results: an alias that is the term is one, too.
+    /// Columns with results: an alias equal to the term counts too.
     [[nodiscard]] std::string columns() const { return wordColumns() + (looksAtName() ? "alias" : ""); }
     template <typename HasWord>
     [[nodiscard]] bool passes(const HasWord &hasWord) const
@@ -192,12 +193,12 @@ private:
     SearchKind m_kind;
     std::string m_key;
     Reading m_reading;
-    std::vector<std::string> m_starts; ///< Only where names alone have not all words.
+    std::vector<std::string> m_starts; ///< Empty when names alone contain all words.
     MatchExpressions m_expressions;
     bool m_isBroad = false;
 };
 
-/// Selects every result in an order, and maybe others.
+/// Selects all results in an order, and possibly other places.
 StatementPtr walkOf(SQLite::Database &database, const Term &term, const ResultOrder &order)
 {
     if (order.isByName())
@@ -207,7 +208,7 @@ StatementPtr walkOf(SQLite::Database &database, const Term &term, const ResultOr
     return term.isEmpty() ? select(database, sql::BY_WEIGHT) : select(database, sql::MATCHES_BY_WEIGHT, term.matches());
 }
 
-/// Selects each result of a tier, and maybe others.
+/// Selects all results of a tier, and possibly other places.
 StatementPtr candidatesOf(SQLite::Database &database, const Term &term, int tier)
 {
     switch (tier) {
@@ -223,7 +224,7 @@ StatementPtr candidatesOf(SQLite::Database &database, const Term &term, int tier
     }
     case NameStarts: {
         StatementPtr rows = select(database, sql::NAMES_BETWEEN, term.key());
-        rows->bind(2, endOfStarts(term.key()));
+        rows->bind(2, endOfPrefix(term.key()));
         return rows;
     }
     case NameHasWords:

@@ -3,15 +3,15 @@
 
 #include <cstddef>
 
-/// Every statement of the gazetteer. Each can be pasted into the sqlite3 shell.
+/// All SQL statements of the gazetteer. Each can be pasted into the sqlite3 shell.
 namespace placesd::gazetteer_sql
 {
 
-/// An index that is not whole is made anew, so nothing has to be safe on the way. The cache bounds the memory of the
-/// pages, and of each sorter, in KiB.
+/// An incomplete index is built again, so writes need no durability. The cache limits the memory for pages, and for
+/// each sorter, in KiB.
 constexpr char BUILD_SETTINGS[] = "PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF; PRAGMA cache_size = -16384";
 
-/// Ids of the places follow their weight: the best known comes first. What searches look at is apart from the records,
+/// Ids are assigned by prominence, the most prominent place first. Columns for searches are separate from the records,
 /// so that testing a place reads a short row.
 constexpr char SCHEMA[] = R"sql(
 CREATE TABLE made_of(files TEXT NOT NULL);      -- the files as they were when they were read
@@ -85,17 +85,16 @@ constexpr char SELECT_CATEGORIES[] = "SELECT kind FROM category WHERE kind <> ''
 constexpr char SELECT_RECORD[] =
     "SELECT r.record, f.name_key FROM feature f JOIN record r ON r.id = f.record WHERE f.id = ?1";
 constexpr char SELECT_BY_EXTERNAL_ID[] = "SELECT id FROM feature WHERE external_id = ?1 ORDER BY id LIMIT 1";
-/// Cities of a name in a country, if that is given; those in the region come first. Two are enough to know that there
-/// are several.
+/// Cities with a name, optionally in a country; those in the region first. Two rows show that the name is ambiguous.
 constexpr char SELECT_CITY[] =
     "SELECT latitude, longitude, region_key = ?3 AS fits FROM feature WHERE name_key = ?1 AND ((?2 = '' AND ?4 = '')"
     " OR (?2 <> '' AND country_key = ?2) OR (?4 <> '' AND country_code = ?4)) ORDER BY fits DESC, id LIMIT 2";
 
-// A search reads ROWS of one of the following. CROSS JOIN and INDEXED BY keep the order that is named.
+// A search selects ROWS from one of these. CROSS JOIN and INDEXED BY fix the order.
 constexpr char ROWS[] = "SELECT f.id, f.latitude, f.longitude, f.category, f.name_key, f.sort_key, f.kind_key,"
                         " f.alias_key, f.address_key, f.other_names ";
 
-// In an order.
+// Ordered.
 constexpr char BY_WEIGHT[] = "FROM feature f ORDER BY f.id";
 constexpr char MATCHES_BY_WEIGHT[] =
     "FROM words CROSS JOIN feature f ON f.id = words.rowid WHERE words MATCH ?1 ORDER BY words.rowid";
@@ -103,10 +102,10 @@ constexpr char BY_NAME[] = "FROM feature f INDEXED BY feature_by_sort_key ORDER 
 constexpr char BY_NAME_BACKWARDS[] = "FROM feature f INDEXED BY feature_by_sort_key ORDER BY f.sort_key DESC, f.id";
 constexpr char BY_DISTANCE[] = "FROM position p CROSS JOIN feature f ON f.id = p.id WHERE p.id MATCH nearest(?1, ?2)";
 
-// In any order.
+// Unordered.
 constexpr std::size_t NAMES_AT_ONCE = 8;
 constexpr char NAMED[] = "FROM feature f INDEXED BY feature_by_name WHERE f.name_key = ?1";
-/// Of names up to NAMES_AT_ONCE.
+/// For up to NAMES_AT_ONCE names.
 constexpr char NAMED_ONE_OF[] =
     "FROM feature f INDEXED BY feature_by_name WHERE f.name_key IN (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)";
 constexpr char OTHERWISE_NAMED[] = "FROM other_name n CROSS JOIN feature f ON f.id = n.feature WHERE n.key = ?1";

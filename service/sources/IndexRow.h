@@ -8,11 +8,11 @@
 namespace placesd
 {
 
-/// What searches look at in a row of the gazetteer's index: the columns of gazetteer_sql::ROWS, in their order. The
-/// texts are keys in UTF-8, valid until the next step of the statement.
+/// The columns of gazetteer_sql::ROWS, in their order. Texts are UTF-8 keys, valid until the next step of the
+/// statement.
 struct IndexRow
 {
-    /// @param statement stands on a row.
+    /// @param statement positioned on a row.
     explicit IndexRow(SQLite::Statement &statement)
         : id(statement.getColumn(0).getInt64())
         , latitude(statement.getColumn(1).getDouble())
@@ -35,12 +35,12 @@ struct IndexRow
     std::string_view kind;
     std::string_view alias;
     std::string_view address;
-    std::string_view otherNames; ///< In other languages, and other spellings.
+    std::string_view otherNames; ///< Names in other languages and other spellings.
 
 private:
     static std::string_view textOf(const SQLite::Column &column)
     {
-        // Unlike getText(), this does not copy the text to end it with a null character.
+        // Unlike getText(), this does not copy the text to append a null character.
         const auto *text = static_cast<const char *>(column.getBlob());
         return {text, static_cast<std::size_t>(text ? column.getBytes() : 0)};
     }

@@ -21,13 +21,13 @@ class Place;
 namespace placesd
 {
 
-/// A place that is not stored. Whoever found it may hand it out again.
+/// A place that is not stored. It may be shared by several results.
 using FoundPlace = std::shared_ptr<const vela::platform::places::Place>;
 
-/// What a search wants to be found.
+/// What a search looks for.
 enum class SearchKind
 {
-    Address,           ///< Places whose address, or name, has every word of the term.
+    Address,           ///< Places whose address or name contains every word of the term.
     Name,              ///< Places by name.
     Category,          ///< Places by category.
     CategoryOrName,    ///< Places by category or name.
@@ -35,55 +35,55 @@ enum class SearchKind
     CategorySuggestion ///< Completions of the term among the categories.
 };
 
-/// What a search wants to come first.
+/// Order of the results.
 enum class SearchOrder
 {
-    Relevance, ///< What fits best, and of that the nearest or the best known.
+    Relevance, ///< Best match first; equal matches by distance or prominence.
     Name,
     NameBackwards,
     NearFirst,
     FarFirst
 };
 
-/// One step of a search.
+/// One request of a search.
 struct ProviderSearch
 {
     SearchKind kind = SearchKind::Name;
     QString term;
-    vela::platform::places::Coordinates centre; ///< Where the user looks; invalid when not known.
+    vela::platform::places::Coordinates centre; ///< Centre of the user's map; invalid when unknown.
     SearchOrder order = SearchOrder::Relevance;
-    vela::platform::places::Coordinates orderCentre; ///< What is near or far from where.
-    int position = 0;                                ///< Number of results before the first that is wanted.
-    int count = 0;                                   ///< Number of results wanted; there may be fewer.
+    vela::platform::places::Coordinates orderCentre; ///< Centre for an order by distance.
+    int position = 0;                                ///< Number of results to skip.
+    int count = 0;                                   ///< Maximum number of results; a provider may return fewer.
     Deadline deadline = Deadline::max();
 };
 
-/// What came of a search.
+/// Results of a search.
 struct ProviderAnswer
 {
     orix_places_protocol::ReturnCode code = orix_places_protocol::Success;
     std::vector<FoundPlace> places;
-    bool hasMore = false; ///< Whether the search goes on behind these.
+    bool hasMore = false; ///< Whether there are more results.
 };
 
-/// What is known of a place that additional data is wanted for.
+/// Identifies a place for a request of additional data.
 struct PlaceIdentity
 {
-    QString externalId; ///< The provider's own; empty when the place has none.
+    QString externalId; ///< The provider's id; empty when the place has none.
     QString name;
     vela::platform::places::Coordinates coordinates;
 };
 
-/// What came of asking for additional data.
+/// Result of a request for additional data.
 struct AuxiliaryAnswer
 {
     orix_places_protocol::ReturnCode code = orix_places_protocol::Success;
     QList<vela::platform::places::AuxiliaryData> records;
 };
 
-/// A source of places that are not stored. Its places carry, as their first auxiliary record, one with the provider and
-/// an external id that stays the same. Every function is called on any thread, several at once, and returns by the
-/// deadline; what it cannot do by then is code 65, and what fails is code 67.
+/// A source of places that are not stored. The first auxiliary record of its places has the provider and a permanent
+/// external id. Functions are thread-safe and return by the deadline: with code 65 when the time is over, with code 67
+/// on a failure.
 class PlaceProvider
 {
 public:
@@ -92,13 +92,13 @@ public:
     PlaceProvider &operator=(const PlaceProvider &) = delete;
     virtual ~PlaceProvider() = default;
 
-    /// Name, URL and what it can be asked for. The name and URL identify it for good.
+    /// Name, URL and capabilities. Name and URL identify the provider permanently.
     [[nodiscard]] virtual vela::platform::places::Provider description() const = 0;
 
     virtual ProviderAnswer search(const ProviderSearch &search) = 0;
 
-    /// The place that an external id of the provider's stands for; no place when there is none. What stands for a
-    /// category gives the place of it that is nearest to `centre`.
+    /// The place with an external id of this provider; no place when there is none. The id of a category gives its
+    /// place nearest to `centre`.
     virtual ProviderAnswer resolve(const QString &externalId, const vela::platform::places::Coordinates &centre,
                                    Deadline deadline) = 0;
 

@@ -16,7 +16,7 @@ using orix_places_protocol::ReturnCode;
 namespace
 {
 
-/// Asks a provider again and again until it has given what is wanted, or all it has.
+/// Repeats a search until the requested number of results, or all of them, are there.
 ProviderAnswer searchWhole(PlaceProvider &provider, const ProviderSearch &search)
 {
     ProviderAnswer whole;
@@ -29,7 +29,7 @@ ProviderAnswer searchWhole(PlaceProvider &provider, const ProviderSearch &search
         whole.code = part.code;
         if (part.code != ReturnCode::Success)
             return whole;
-        // Who promises more and gives nothing has nothing.
+        // A provider that promises more results but returns none has no more.
         whole.hasMore = part.hasMore && !part.places.empty();
         whole.places.insert(whole.places.end(), part.places.begin(), part.places.end());
     } while (whole.hasMore && whole.places.size() < wanted);
@@ -38,7 +38,7 @@ ProviderAnswer searchWhole(PlaceProvider &provider, const ProviderSearch &search
     return whole;
 }
 
-/// Runs a question; an exception is a failed provider.
+/// Runs a request; an exception counts as a failure of the provider.
 template <typename Ask>
 auto guarded(const PlaceProvider &provider, const Ask &ask) -> decltype(ask())
 {
@@ -68,7 +68,7 @@ QList<Provider> Providers::descriptions() const
 
 ProvidersAnswer Providers::askAll(const Ask &ask) const
 {
-    // The first one on this thread, any other on one of its own.
+    // The first request runs on this thread, each other one on a new thread.
     std::vector<std::future<ProviderAnswer>> answers;
     for (std::size_t i = 0; i < m_providers.size(); ++i) {
         const auto how = i == 0 ? std::launch::deferred : std::launch::async;
@@ -106,7 +106,7 @@ AuxiliaryAnswer Providers::auxiliaryData(PlaceProvider &provider, const PlaceIde
     return guarded(provider, [&] { return provider.auxiliaryData(place, deadline); });
 }
 
-std::vector<PlaceProvider *> Providers::thatGive(const QString &type, const Provider &only) const
+std::vector<PlaceProvider *> Providers::providersFor(const QString &type, const Provider &only) const
 {
     std::vector<PlaceProvider *> found;
     for (const auto &provider : m_providers) {

@@ -8,16 +8,16 @@
 namespace placesd
 {
 
-/// What came of asking all providers.
+/// Results of all providers.
 struct ProvidersAnswer
 {
-    std::vector<FoundPlace> places; ///< Those of the first provider come first.
-    bool hasMore = false;           ///< Whether any of them goes on.
-    /// Success when any of them answered; else how the first one failed. Also success when there is none to ask.
+    std::vector<FoundPlace> places; ///< In the order of the providers.
+    bool hasMore = false;           ///< Whether any provider has more results.
+    /// Success when a provider answered or there is none; else the code of the first failure.
     orix_places_protocol::ReturnCode code = orix_places_protocol::Success;
 };
 
-/// All providers of the service. They are asked at once, and one that fails takes nothing from what the others give.
+/// All providers of the service, asked in parallel. A failed provider does not affect the results of the others.
 class Providers
 {
 public:
@@ -26,19 +26,19 @@ public:
     [[nodiscard]] bool isEmpty() const { return m_providers.empty(); }
     [[nodiscard]] QList<vela::platform::places::Provider> descriptions() const;
 
-    /// As many results of each provider as are wanted, even if it gives fewer at a time.
+    /// Up to the requested number of results per provider, even if it returns fewer at a time.
     [[nodiscard]] ProvidersAnswer search(const ProviderSearch &search) const;
-    /// The place that an external id of any provider's stands for.
+    /// The place that an external id of any provider identifies.
     [[nodiscard]] ProvidersAnswer resolve(const QString &externalId, const vela::platform::places::Coordinates &centre,
                                           Deadline deadline) const;
 
-    /// What a provider has to say about a place.
+    /// Data of a provider about a place.
     [[nodiscard]] static AuxiliaryAnswer auxiliaryData(PlaceProvider &provider, const PlaceIdentity &place,
                                                        Deadline deadline);
 
-    /// The providers that give records of a type, or of any when it is empty; only the one named, when one is.
-    [[nodiscard]] std::vector<PlaceProvider *> thatGive(const QString &type,
-                                                        const vela::platform::places::Provider &only) const;
+    /// The providers with records of a type, or of any type when it is empty; only the named provider if one is named.
+    [[nodiscard]] std::vector<PlaceProvider *> providersFor(const QString &type,
+                                                            const vela::platform::places::Provider &only) const;
 
 private:
     using Ask = std::function<ProviderAnswer(PlaceProvider &)>;

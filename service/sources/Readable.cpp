@@ -18,7 +18,7 @@ using vela::system::channel::Descriptor;
 namespace
 {
 
-/// Opens without waiting for the writer of a pipe.
+/// Opens without blocking on a pipe.
 Descriptor requireOpen(const std::string &path, int flags)
 {
     Descriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | flags));

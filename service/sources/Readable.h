@@ -6,8 +6,8 @@
 namespace placesd
 {
 
-// Each throws std::system_error, which names the path and the reason, when it cannot be opened for reading or is the
-// other of the two.
+// Each function throws std::system_error with path and reason when the path is not readable or not of the required
+// kind.
 void requireReadableFile(const std::string &path);
 void requireReadableFolder(const std::string &path);
 

@@ -11,20 +11,20 @@ namespace placesd
 
 struct IndexRow;
 
-/// A place among the results of a search. What the order does not compare is the same for all.
+/// Sort values of a result. Values that the order does not use are equal for all results.
 struct Ranked
 {
-    double distance = 0; ///< Metres; negative where the farthest comes first.
+    double distance = 0; ///< Metres; negative for farthest first.
     std::string name;    ///< Sort key.
     int64_t id = 0;
 };
 
-/// The order of the results that fit a search equally well; ties by id.
+/// The order of results that match equally well; ties by id.
 class ResultOrder
 {
 public:
-    /// @param centre for orders by distance, and for Relevance, which gives the nearest first; where it is invalid,
-    /// these go by id, so the best known comes first.
+    /// @param centre for orders by distance, and for Relevance, which puts the nearest first. When it is invalid, these
+    /// orders sort by id, that is, by prominence.
     ResultOrder(SearchOrder order, const vela::platform::places::Coordinates &centre);
 
     [[nodiscard]] SearchOrder order() const { return m_order; }
@@ -36,7 +36,7 @@ public:
     [[nodiscard]] Ranked rank(const IndexRow &row) const;
     /// True when `a` comes before `b`.
     bool operator()(const Ranked &a, const Ranked &b) const;
-    /// What a walk in this order has passed for good when it gives `last`: no later row ranks before this.
+    /// Lower bound of all later rows of a walk in this order that has given `last`.
     [[nodiscard]] Ranked passedAt(const Ranked &last) const;
 
 private:

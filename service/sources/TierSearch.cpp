@@ -14,7 +14,7 @@ namespace placesd
 namespace
 {
 
-/// Rows of the first turn of each plan.
+/// Number of rows in the first turn of each plan.
 constexpr int FIRST_TURN = 64;
 constexpr int LONGEST_TURN = std::numeric_limits<int>::max() / 2;
 

@@ -14,7 +14,7 @@ namespace
 
 constexpr char BEGIN[] = "BEGIN:VCARD";
 constexpr char END[] = "END:VCARD";
-/// A longer line is read in several pieces.
+/// Longer lines are read in pieces.
 constexpr qint64 LINE_PIECE = 65536;
 
 bool isEnd(const QByteArray &line)
@@ -22,33 +22,33 @@ bool isEnd(const QByteArray &line)
     return line.trimmed().compare(END, Qt::CaseInsensitive) == 0;
 }
 
-/// Where in a line a card begins; -1 when none does. Behind a card that was cut within a line the next one's beginning
-/// stands on that line.
+/// Position of a card's BEGIN in a line; -1 when there is none. After a card that is cut within a line, the BEGIN of
+/// the next card can be on the same line.
 int beginIn(const QByteArray &line)
 {
     const QByteArray text = line.trimmed().toUpper();
     return text.endsWith(BEGIN) ? line.toUpper().lastIndexOf(BEGIN) : -1;
 }
 
-/// The name of the property on a line, without its group; empty when there is none.
+/// Name of the property on a line, without its group; empty when there is none.
 QByteArray propertyOn(const QByteArray &line)
 {
     const int end = line.indexOf(':');
     return end > 0 ? line.left(end).split(';').first().split('.').last() : QByteArray();
 }
 
-/// Whether a line may be a picture, a sound or a key, of which nothing is read.
+/// Whether a line may be a picture, a sound or a key, which are skipped.
 bool isAttachment(const QByteArray &line)
 {
     static const QList<QByteArray> PROPERTIES = {"PHOTO", "LOGO", "SOUND", "KEY"};
     return PROPERTIES.contains(propertyOn(line).toUpper());
 }
 
-/// A card as far as it was read: its lines within the limits.
+/// The lines of a card, within the limits.
 class Card
 {
 public:
-    /// Adds a piece of a line, or the whole of it.
+    /// Adds a line or a piece of one.
     void add(const QByteArray &piece)
     {
         if (m_isAtLineEnd && !piece.startsWith(' ') && !piece.startsWith('\t')) {
@@ -77,7 +77,7 @@ private:
     int m_lines = 0;
     int m_leftOut = 0;
     bool m_isAtLineEnd = true;
-    bool m_isLeftOut = false; ///< The current line.
+    bool m_isLeftOut = false; ///< Whether the current line is left out.
 };
 
 } // namespace

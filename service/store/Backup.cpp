@@ -37,7 +37,7 @@ namespace fs = std::filesystem;
 namespace
 {
 
-/// Longest part of a path that a reason repeats, in bytes: its end, which names the file.
+/// Maximum part of a path in a reason, in bytes: its end, which has the file name.
 constexpr std::size_t SHOWN_PATH = 512;
 
 std::string shown(const std::string &path)
@@ -56,19 +56,19 @@ std::string shown(const std::string &path)
     refuse(path, what + (": " + std::generic_category().message(error)) + advice);
 }
 
-/// In a folder without the sticky bit, anybody who may write to it could replace the file that is put there.
+/// In a folder without the sticky bit, other users with write access could replace the new file.
 void requireSafe(const fs::path &folder)
 {
     struct stat status = {};
     if (::stat(folder.c_str(), &status) != 0)
-        fail(folder, "is no folder that the service can use", "; make it, or name a file in another folder");
+        fail(folder, "is not a folder that the service can use", "; make it, or name a file in another folder");
     if (::access(folder.c_str(), W_OK | X_OK) != 0)
         fail(folder, "is a folder that the service may not write to", "; name a file in another folder");
     if ((status.st_mode & S_IWOTH) != 0 && (status.st_mode & S_ISVTX) == 0)
         refuse(folder, "is a folder that everybody may write to and has no sticky bit; name a file in another folder");
 }
 
-/// Says what a file is that is neither a regular one nor missing.
+/// Describes a path that is neither a regular file nor missing.
 void requireRegular(const std::string &path, mode_t mode)
 {
     if (S_ISLNK(mode))
@@ -79,7 +79,7 @@ void requireRegular(const std::string &path, mode_t mode)
         refuse(path, "is no regular file, but a device, pipe or socket; name another file");
 }
 
-/// A backup replaces nothing but a backup, or an empty file.
+/// A backup replaces only a backup or an empty file.
 void requireReplaceable(const std::string &path)
 {
     struct stat status = {};
@@ -107,7 +107,7 @@ void requireDatabase(const std::string &path)
         refuse(path, "is no SQLite file; name a file that a backup made");
 }
 
-/// Does a part of a copy. What SQLite says is wrong is told with the path of the file that it is about.
+/// Runs a step of a copy. An error of SQLite gets the path of its file.
 template <typename Work>
 void withPaths(const std::string &from, const std::string &to, const Work &work)
 {
@@ -123,7 +123,7 @@ void withPaths(const std::string &from, const std::string &to, const Work &work)
     }
 }
 
-/// Runs a copy; whatever it throws is a failure of that kind, or a lack of time.
+/// Runs a copy; converts an exception to the code `failure` or to TookTooLong.
 Status attempt(const char *what, const std::string &path, ReturnCode failure, const std::function<void()> &run)
 {
     const auto failed = [&](ReturnCode code, const char *reason) {
@@ -140,14 +140,14 @@ Status attempt(const char *what, const std::string &path, ReturnCode failure, co
     }
 }
 
-/// A backup with any problem is not restored.
+/// A backup with a problem is not restored.
 [[noreturn]] void refuseBackup(const std::string &problem, qint64 place)
 {
     throw std::runtime_error("it is damaged: "
                              + (place > 0 ? "place " + std::to_string(place) + ": " + problem : problem));
 }
 
-Status otherCopyRuns()
+Status copyInProgress()
 {
     return {ReturnCode::Busy, "another backup or restore is running; try again when it is done"};
 }
@@ -163,7 +163,7 @@ Status BackupKeeper::backUp(const std::string &path, Deadline deadline)
 {
     const std::unique_lock<std::mutex> turn(m_copying, std::try_to_lock);
     if (!turn)
-        return otherCopyRuns();
+        return copyInProgress();
     return attempt("backup to", path, ReturnCode::BackupFailed, [&] { writeCopy(path, deadline); });
 }
 
@@ -171,15 +171,15 @@ Status BackupKeeper::restore(const std::string &path, Deadline deadline)
 {
     const std::unique_lock<std::mutex> turn(m_copying, std::try_to_lock);
     if (!turn)
-        return otherCopyRuns();
+        return copyInProgress();
     if (m_shared.damage && m_shared.damage->isDamaged())
         return {ReturnCode::StorageFailed, "the database is damaged; " + remedyFor(m_database)};
-    return attempt("restore from", path, ReturnCode::RestoreFailed, [&] { swapIn(path, deadline); });
+    return attempt("restore from", path, ReturnCode::RestoreFailed, [&] { replaceContent(path, deadline); });
 }
 
 void BackupKeeper::requireUsablePath(const std::string &path) const
 {
-    // The client's folder is not the service's, so a relative path would be another file than was meant.
+    // Client and service can have different working folders, so a relative path could be another file.
     if (path.empty() || path.front() != '/' || path.find('\0') != std::string::npos)
         refuse(path.empty() ? "an empty path" : path, "is no absolute path; name the file by its path from / on");
     if (isFileOf(m_database, path))
@@ -197,16 +197,16 @@ void BackupKeeper::writeCopy(const std::string &path, Deadline deadline) const
         const PrivateFolder folder(path);
         const std::string fresh = folder.filePath();
         writeSnapshot(m_database, fresh, deadline);
-        forgetRemovedWords(fresh, deadline);
+        purgeRemovedWords(fresh, deadline);
         moveIntoPlace(fresh, path);
     });
 }
 
-void BackupKeeper::swapIn(const std::string &path, Deadline deadline) const
+void BackupKeeper::replaceContent(const std::string &path, Deadline deadline) const
 {
     requireUsablePath(path);
     requireDatabase(path);
-    // Checked is a copy that nobody else can change, and that is what is swapped in.
+    // Check and restore a private copy, which other processes cannot change in between.
     const PrivateFolder folder(m_database + "-restore");
     const std::string candidate = folder.filePath();
     StoreShared unshared;

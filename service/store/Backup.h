@@ -11,24 +11,24 @@
 namespace placesd
 {
 
-/// Copies the database into a file and back, one copy at a time, while others read and write. Safe on any thread.
+/// Backs the database up to a file and restores it, one copy at a time, during normal operation. Thread-safe.
 class BackupKeeper
 {
 public:
-    /// @param shared by all connections to the database; it outlives the keeper.
+    /// @param shared state of all connections to the database; must outlive the keeper.
     BackupKeeper(std::string database, StoreShared &shared);
 
-    /// Writes a copy of the database into a private folder beside `path`, which has to be absolute, and moves it into
-    /// place once it is on the disk. Only an empty file and a database of places are replaced, none that is in use, and
-    /// no symbolic link.
+    /// Writes a copy of the database to a private folder beside `path`, which must be absolute, and renames it into
+    /// place once it is on the disk. Replaces only an empty file or a database of places that is not in use; never a
+    /// symbolic link.
     Status backUp(const std::string &path, Deadline deadline);
-    /// Puts the places of a copy that backUp() made, or an older placesd, in the stead of those that are there.
-    /// Whatever is wrong with the copy is found before anything is changed.
+    /// Replaces all places by those of a backup of this or an older placesd. Checks the backup completely before
+    /// changing anything.
     Status restore(const std::string &path, Deadline deadline);
 
 private:
     void writeCopy(const std::string &path, Deadline deadline) const;
-    void swapIn(const std::string &path, Deadline deadline) const;
+    void replaceContent(const std::string &path, Deadline deadline) const;
     void requireUsablePath(const std::string &path) const;
 
     const std::string m_database;

@@ -30,7 +30,7 @@ BoxDistance::BoxDistance(const Coordinates &centre)
 
 double BoxDistance::haversineTo(double south, double north, double west, double east) const
 {
-    // The box of a position is no larger than what rounding makes it.
+    // A box this small is a single position, rounded.
     if (north - south < POINT_SIZE && east - west < POINT_SIZE)
         return haversineTo((south + north) / 2, m_longitude - (west + east) / 2);
     const double width = east - west;
@@ -40,7 +40,7 @@ double BoxDistance::haversineTo(double south, double north, double west, double 
     // In a damaged table south may be above north.
     if (fromWest <= width)
         return haversineTo(std::max(south, std::min(m_latitude, north)), 0);
-    // At any latitude the distance grows with the difference of longitude, so the nearer edge is enough.
+    // At any latitude the distance grows with the difference of longitude, so only the nearer edge counts.
     const double difference = std::min(360 - fromWest, fromWest - width);
     return haversineTo(nearestLatitude(qDegreesToRadians(difference), south, north), difference);
 }
@@ -54,8 +54,8 @@ double BoxDistance::haversineTo(double latitude, double longitudes) const
     return haversine(latitude - m_latitude) + m_cosine * std::cos(qDegreesToRadians(latitude)) * haversine(longitudes);
 }
 
-/// Latitude of the nearest point between two latitudes of a meridian. By the spherical law of cosines, with the
-/// centre's latitude c and the difference of longitude l, the distance d to the latitude p is
+/// Latitude of the nearest point on a meridian between two latitudes. By the spherical law of cosines, with the
+/// latitude c of the centre and the difference of longitude l, the distance d to the latitude p is
 ///     cos d = sin c sin p + cos c cos p cos l = A cos(p - q),  q = atan2(sin c, cos c cos l),  A >= 0.
 double BoxDistance::nearestLatitude(double difference, double south, double north) const
 {

@@ -9,15 +9,15 @@ class Coordinates;
 namespace placesd
 {
 
-/// How far boxes of latitude and longitude are from a position, on the sphere.
+/// Distance from a position to boxes of latitude and longitude, on the sphere.
 class BoxDistance
 {
 public:
     /// @param centre a valid position.
     explicit BoxDistance(const vela::platform::places::Coordinates &centre);
 
-    /// How far the nearest point of a box is, as the haversine of the angle: it grows with the distance, from 0 to 1,
-    /// and takes no inverse function. NaN when a corner is. Corners are in degrees; west is at most east.
+    /// Distance to the nearest point of a box, as the haversine of the angle: it grows with the distance, from 0 to 1,
+    /// and needs no inverse function. NaN when a corner is NaN. Corners are in degrees; west <= east.
     [[nodiscard]] double haversineTo(double south, double north, double west, double east) const;
 
 private:

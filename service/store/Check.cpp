@@ -27,7 +27,7 @@ namespace fs = std::filesystem;
 namespace
 {
 
-/// Copies a database, and its log if it has one, as they are.
+/// Copies a database and its write-ahead log, if any, byte by byte.
 void copyFiles(const std::string &from, const std::string &to)
 {
     for (const char *end : {"", "-wal"}) {
@@ -36,7 +36,7 @@ void copyFiles(const std::string &from, const std::string &to)
     }
 }
 
-/// The lines that a statement gives, up to where damage ends it. A check starts with a line of stars.
+/// The rows of a statement up to an error. The first line of a check can be a line of stars.
 std::vector<std::string> linesOf(SQLite::Statement &row)
 {
     std::vector<std::string> lines;
@@ -57,7 +57,7 @@ std::vector<std::string> linesOf(SQLite::Statement &row)
     return lines;
 }
 
-/// The name of a place, or what is left of it.
+/// The readable part of the name of a place.
 std::string nameOf(Store &store, qint64 id)
 {
     for (const bool headerOnly : {true, false}) {
@@ -77,7 +77,7 @@ std::string nameOf(Store &store, qint64 id)
     }
 }
 
-/// Brings the copy up to date and checks what is in it.
+/// Migrates the copy and checks its content.
 void checkPlaces(const std::string &copy, std::vector<std::string> &problems)
 {
     StoreShared unshared;
@@ -104,7 +104,7 @@ void checkPagesOf(SQLite::Database &database, const ReportProblem &report)
     SQLite::Statement tables(database, sql::SELECT_TABLE_NAMES);
     SQLite::Statement pages(database, sql::CHECK_PAGES_OF_TABLE);
     for (const std::string &table : linesOf(tables)) {
-        pages.tryReset(); // which repeats the failure before
+        pages.tryReset(); // tryReset() repeats the previous error.
         pages.bind(1, table);
         for (const std::string &problem : linesOf(pages)) {
             if (problem == "ok")

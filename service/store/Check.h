@@ -15,18 +15,18 @@ class Database;
 namespace placesd
 {
 
-/// Takes a problem of a database. @param place that has it; 0 for none, or many.
+/// Receives a problem. @param place with the problem; 0 for none or several.
 using ReportProblem = std::function<void(const std::string &problem, qint64 place)>;
 
-/// "place 7 (Name)", for a line of a report.
+/// "place 7 (Name)", for a report.
 std::string nameOfPlace(qint64 id, const std::string &name);
 
-/// Reports what is wrong with the pages of a database, by table where that is known.
+/// Reports problems in the pages of a database, by table if possible.
 void checkPagesOf(SQLite::Database &database, const ReportProblem &report);
 
-/// The problems of a file that holds places, one line each; none for a sound one. They name places, so they are for
-/// the operator's terminal and not for the log. Checked is a copy in a private folder for temporary files; the file may
-/// be in use. Throws std::runtime_error when it cannot be opened or is no database of places.
+/// The problems of a file with places, one line each; none for a sound file. They contain names of places, so print
+/// them to the operator's terminal, not to the log. Checks a copy in a private temporary folder, so the file may be in
+/// use. Throws std::runtime_error when it cannot be opened or is not a database of places.
 std::vector<std::string> checkDatabase(const std::string &path);
 
 } // namespace placesd

@@ -21,8 +21,8 @@ bool isDamage(const SQLite::Exception &error)
 
 std::string remedyFor(const std::string &database)
 {
-    return "placesd --check " + database + " tells what is damaged, and placesd --repair " + database
-           + " NEW writes what can be read into a new file";
+    return "placesd --check " + database + " lists the damage, and placesd --repair " + database
+           + " NEW copies the readable part to a new file";
 }
 
 DamageReport::DamageReport(std::string database)
@@ -34,7 +34,7 @@ bool DamageReport::note(const SQLite::Exception &error)
     if (!isDamage(error))
         return false;
     if (!m_isDamaged.exchange(true))
-        logError("%s is damaged (%s) and is not written to any more, until the service starts with a sound file; %s",
+        logError("%s is damaged (%s) and is not written any more until the service starts with a sound file; %s",
                  m_database.c_str(), error.what(), remedyFor(m_database).c_str());
     return true;
 }

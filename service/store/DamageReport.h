@@ -12,21 +12,21 @@ class Exception;
 namespace placesd
 {
 
-/// Whether an error says that the pages of a database, or what they say of each other, are damaged. A place that cannot
-/// be decoded is no such damage: see UnreadablePlace.
+/// Whether an error means that pages of a database are damaged or inconsistent. A record that cannot be decoded is no
+/// such damage; see UnreadablePlace.
 bool isDamage(const SQLite::Exception &error);
 
-/// How the operator finds out what is damaged in a file, and rescues what is not: one sentence for the log.
+/// Advice for the operator how to check and repair a file: one sentence for the log.
 std::string remedyFor(const std::string &database);
 
-/// Whether damage was seen in a database since it was opened. Safe on any thread.
+/// Records whether damage was found in a database since it was opened. Thread-safe.
 class DamageReport
 {
 public:
-    /// @param database the file, as the operator knows it.
+    /// @param database path of the file for log messages.
     explicit DamageReport(std::string database);
 
-    /// Whether an error is damage. The first that is goes to the log, with the file and the remedy.
+    /// Whether an error is damage. Logs the first damage with the file and the remedy.
     bool note(const SQLite::Exception &error);
     [[nodiscard]] bool isDamaged() const { return m_isDamaged; }
 

@@ -22,7 +22,7 @@ namespace
 
 constexpr mode_t READABLE_BY_ALL = 0644;
 
-/// A start gets a number above those of earlier starts also where the file is gone, as long as the clock goes on.
+/// By the clock, a new start gets a higher number than earlier starts even when the file is missing.
 std::int64_t microsecondsNow()
 {
     using namespace std::chrono;
@@ -38,7 +38,7 @@ DataVersion::DataVersion(const std::string &path)
     std::int64_t before = 0;
     const bool isRead = m_file.isOpen() && ::fchmod(m_file.get(), READABLE_BY_ALL) == 0
                         && ::pread(m_file.get(), &before, sizeof before, 0) >= 0;
-    constexpr std::int64_t MOST = std::numeric_limits<std::int64_t>::max() / 2; // of which no service comes near
+    constexpr std::int64_t MOST = std::numeric_limits<std::int64_t>::max() / 2; // never reached by a valid number
     m_version = std::max(microsecondsNow(), before < MOST ? before + 1 : 0);
     if (!isRead || !write(m_version))
         giveUp();

@@ -9,18 +9,18 @@
 namespace placesd
 {
 
-/// The number by which clients tell that something has changed: it grows with each change and each start of the
-/// service. It is kept in a file that clients read and watch by themselves, so it costs a write of eight bytes for each
-/// transaction and nothing for a request that reads. For one thread at a time.
+/// A number that grows with each change and each start of the service, so that clients notice changes. It is in a file
+/// that clients read and watch themselves: the cost is a write of eight bytes per transaction, and nothing for read
+/// requests. Used by one thread at a time.
 class DataVersion
 {
 public:
-    /// Makes the file, which everybody may read who may enter its folder, or goes on from the number in it: so clients
-    /// are told of a start.
+    /// Creates the file, readable by everybody with access to its folder, or continues from the number in it. Clients
+    /// notice the start.
     explicit DataVersion(const std::string &path);
 
-    /// To be called after each commit and before it is acknowledged. After a failure, which is logged, clients are told
-    /// of nothing until the next start.
+    /// Call it after each commit, before the acknowledgement. After a failure, which is logged, clients are not
+    /// notified until the next start.
     void advance();
 
 private:

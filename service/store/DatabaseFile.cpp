@@ -32,18 +32,18 @@ namespace fs = std::filesystem;
 namespace
 {
 
-/// Pages of the index of names that are merged in one transaction.
+/// Pages of the name index merged in one transaction.
 constexpr int PAGES_PER_MERGE = 1000;
 constexpr mode_t OWNER_ONLY = 0600;
 constexpr mode_t PERMISSIONS = 07777;
-/// The bytes of a database file that SQLite locks (https://www.sqlite.org/fileformat2.html, "the lock-byte page").
+/// First byte of the range that SQLite uses for locks (https://www.sqlite.org/fileformat2.html, "the lock-byte page").
 constexpr off_t FIRST_LOCK_BYTE = 0x40000000;
 constexpr off_t LOCK_BYTES = 512;
-/// What SQLite keeps beside a database, and the reserve.
+/// Suffixes of SQLite's files beside a database, and of the reserve.
 constexpr const char *COMPANIONS[] = {"-wal", "-shm", "-journal", "-reserve"};
 
-/// Opens a database without writing a byte. With a write-ahead log it is read through that; without, SQLite would make
-/// an empty one, unless it is told that nobody changes the file.
+/// Opens a database without writing. A write-ahead log is read too; without one, the file is opened as immutable,
+/// because SQLite would otherwise create an empty log.
 SQLite::Database openUntouched(const std::string &path)
 {
     std::error_code ignored;
@@ -72,7 +72,7 @@ void requirePlacesIn(const std::string &path)
         Store::requirePlaces(database);
 }
 
-/// Whether two paths are one, or would be if there were files.
+/// Whether two paths are equal, also for missing files.
 bool isSamePath(const fs::path &a, const fs::path &b)
 {
     std::error_code ignored;
@@ -87,7 +87,7 @@ void requirePlacesFile(const std::string &path)
     try {
         requirePlacesIn(path);
     } catch (const SQLite::Exception &error) {
-        // What is no database at all may be another program's file.
+        // A file that is no database at all may belong to another program.
         const std::string remedy = error.getErrorCode() == SQLITE_CORRUPT ? "; " + remedyFor(path) : std::string();
         throw std::runtime_error(path + ": " + error.what() + remedy);
     } catch (const std::exception &error) {
@@ -97,7 +97,7 @@ void requirePlacesFile(const std::string &path)
 
 bool isInUse(const std::string &database)
 {
-    // Every connection in use has a lock on some of the bytes that SQLite keeps for locks.
+    // Each connection in use holds a lock on some bytes of this range.
     struct flock lock = {};
     lock.l_type = F_WRLCK;
     lock.l_whence = SEEK_SET;
@@ -137,15 +137,15 @@ static void mergeIndex(SQLite::Database &connection, const char *sql, Deadline d
         if (connection.getTotalChanges() - before < 2)
             return;
         if (hasPassed(deadline))
-            throw std::runtime_error("there was no time for more; the next end of the service goes on");
+            throw std::runtime_error("the time is over; the next stop of the service continues");
     }
 }
 
-void forgetRemovedWords(const std::string &database, Deadline deadline)
+void purgeRemovedWords(const std::string &database, Deadline deadline)
 {
     try {
         SQLite::Database connection(database, SQLite::OPEN_READWRITE);
-        connection.exec(sql::FORGETTING_SETTINGS);
+        connection.exec(sql::PURGE_SETTINGS);
         for (const char *merge : sql::MERGES)
             mergeIndex(connection, merge, deadline);
     } catch (const std::exception &error) {
@@ -157,7 +157,7 @@ bool isFileOf(const std::string &database, const std::string &path)
 {
     const fs::path given = fs::absolute(database);
     std::error_code ignored;
-    // SQLite puts its files beside the file that a link leads to.
+    // SQLite creates its files beside the target of a symbolic link.
     const fs::path real = fs::weakly_canonical(given, ignored);
     for (const fs::path &base : {given, real}) {
         if (isSamePath(base, path))

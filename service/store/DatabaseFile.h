@@ -5,26 +5,26 @@
 
 #include <string>
 
-/// The file of a database of places and those beside it, as the file system has them.
+/// The files of a database of places in the file system.
 namespace placesd
 {
 
-/// Throws std::runtime_error, which names the file and the reason, when something is there that is neither an empty
-/// file nor a database of places of this version or an older one. Changes nothing, neither in it nor beside it.
+/// Throws std::runtime_error with the file and the reason when the path exists and is neither an empty file nor a
+/// database of places of this or an older version. Does not change any file.
 void requirePlacesFile(const std::string &path);
 
-/// Whether a process has the database open, or is at work on it.
+/// Whether a process has the database open.
 bool isInUse(const std::string &database);
 
-/// Gives the database and what SQLite keeps beside it mode 0600, and says in the log what had another one.
+/// Sets mode 0600 for the database and its companion files, and logs each change.
 void makePrivate(const std::string &database);
 
-/// Takes the words of removed texts out of the indexes of words, which keep them until their parts are merged. Stops at
-/// the deadline with a part of it done, and then says so in the log, as of a failure.
-void forgetRemovedWords(const std::string &database, Deadline deadline);
+/// Removes words of deleted texts from the word indexes, which keep them until their parts are merged. Stops at the
+/// deadline with a part done and logs that, like any failure.
+void purgeRemovedWords(const std::string &database, Deadline deadline);
 
-/// Whether a path is that of the database, or of a file that SQLite or the service keeps beside it. No file is opened:
-/// to close one of them would end the locks of this process.
+/// Whether a path is the database or a companion file of SQLite or the service. Does not open files: closing one would
+/// release the locks of this process.
 bool isFileOf(const std::string &database, const std::string &path);
 
 } // namespace placesd

@@ -17,14 +17,14 @@ namespace
 {
 
 constexpr char MAGIC[] = "SQLite format 3";
-/// Of a file whose first page is lost. All that the service makes have this size.
+/// For a file whose first page is lost. The service creates all databases with this page size.
 constexpr std::uint32_t USUAL_PAGE_SIZE = 4096;
 constexpr std::uint32_t LEAST_PAGE_SIZE = 512;
 constexpr std::uint32_t MOST_PAGE_SIZE = 65536;
 constexpr std::uint32_t LEAST_USABLE_SIZE = 480;
 
-// Where fields begin in the first page, in a frame of the log and in the header of the log; all but the first are
-// numbers of four bytes.
+// Offsets of fields in the first page, in a frame of the log and in the header of the log; all but the first are 4-byte
+// numbers.
 constexpr int PAGE_SIZE_AT = 16;
 constexpr int RESERVED_AT = 20;
 constexpr int FREE_TRUNK_AT = 32;
@@ -39,7 +39,7 @@ constexpr int FRAME_SALT_AT = 8;
 constexpr int FRAME_CHECKSUM_AT = 16;
 constexpr int FRAME_HEADER_SIZE = 24;
 constexpr int SALT_SIZE = 8;
-/// The magic number of the log; its last bit says that checksums are made of big-endian numbers.
+/// Magic number of the log; the last bit means that checksums use big-endian numbers.
 constexpr std::uint32_t LOG_MAGIC = 0x377f0682;
 
 std::uint32_t numberAt(std::string_view bytes, std::size_t at)
@@ -52,7 +52,7 @@ bool isPageSize(std::uint32_t size)
     return size >= LEAST_PAGE_SIZE && size <= MOST_PAGE_SIZE && (size & (size - 1)) == 0;
 }
 
-/// The bytes at a place in a file, or none when they are not all there.
+/// Bytes at an offset of a file; empty when the file is too short.
 std::string bytesAt(QFile &file, qint64 at, std::uint32_t size)
 {
     std::string bytes(size, '\0');
@@ -60,7 +60,7 @@ std::string bytesAt(QFile &file, qint64 at, std::uint32_t size)
     return isRead ? bytes : std::string();
 }
 
-/// The checksum of a log, which each frame continues.
+/// Cumulative checksum of the log's frames.
 struct Checksum
 {
     bool isBigEndian;

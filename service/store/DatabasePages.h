@@ -13,31 +13,30 @@
 namespace placesd
 {
 
-/// The pages of a database file as they are on the disk, and those that its write-ahead log has in place of them; read
-/// without SQLite, which refuses many a damaged file (https://www.sqlite.org/fileformat2.html). Takes no lock and
-/// writes nothing. Belongs to one thread.
+/// The pages of a database file, with the newer versions from its write-ahead log. Reads without SQLite, which refuses
+/// many damaged files (https://www.sqlite.org/fileformat2.html). Takes no locks and writes nothing. Not thread-safe.
 class DatabasePages
 {
 public:
-    using Number = std::uint32_t; ///< The first page is number 1.
+    using Number = std::uint32_t; ///< Starts at 1.
 
     /// Throws std::runtime_error when the file cannot be read.
     explicit DatabasePages(const std::string &path);
 
-    /// The pages that can be there, in their order.
+    /// Numbers of all possible pages, ascending.
     [[nodiscard]] std::vector<Number> numbers() const;
-    /// Bytes of a page that hold data; the last ones of a page may be reserved.
+    /// Bytes of a page for data; the last ones may be reserved.
     [[nodiscard]] std::uint32_t usableSize() const { return m_usableSize; }
-    /// The bytes of a page, that of the newest transaction; empty for one that is not there.
+    /// The newest committed version of a page; empty for a missing page.
     std::string page(Number number);
-    /// The pages that the database says hold nothing, as far as that can be read.
+    /// Pages on the free list, as far as it can be read.
     std::unordered_set<Number> freePages();
 
 private:
-    /// False when there is none, and the size of the pages is not known.
+    /// False when the header is missing and the page size unknown.
     bool readHeader();
     void readLog(bool isSizeKnown);
-    /// Reads the frames of the log that belong to whole transactions.
+    /// Reads the frames of committed transactions in the log.
     void readFrames(std::string_view header);
 
     QFile m_file;
@@ -45,8 +44,8 @@ private:
     std::uint32_t m_pageSize;
     std::uint32_t m_usableSize;
     Number m_filePages = 0;
-    Number m_count = 0;                         ///< As the newest transaction says, or the file.
-    std::unordered_map<Number, qint64> m_inLog; ///< Where the newest version of a page begins in the log.
+    Number m_count = 0;                         ///< From the newest transaction, else from the file size.
+    std::unordered_map<Number, qint64> m_inLog; ///< Offset of the newest version of a page in the log.
 };
 
 } // namespace placesd

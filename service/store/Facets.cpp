@@ -21,14 +21,14 @@ constexpr unsigned int BITS = 7;
 constexpr unsigned int MORE = 1U << BITS;
 constexpr unsigned int LONGEST = 63;
 
-/// A number of places. A file that was not made here may hold any number.
+/// A count of places, bounded: a restored file may contain any number.
 qint64 bounded(const SQLite::Column &count)
 {
     constexpr int64_t MOST = std::numeric_limits<int>::max();
     return std::clamp(count.getInt64(), int64_t{0}, MOST);
 }
 
-/// Reads the next number; false at the end, or where there is none.
+/// Reads the next number; false at the end and for an invalid number.
 bool takeNumber(std::string_view packed, std::size_t &position, qint64 &number)
 {
     number = 0;

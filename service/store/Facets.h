@@ -14,48 +14,48 @@
 namespace placesd
 {
 
-/// What a text says of a place. The numbers are stored.
+/// Kind of a facet. The numbers are stored.
 enum class FacetKind
 {
-    Owner = 1, ///< Of each place one, which may be empty.
+    Owner = 1, ///< One per place; may be empty.
     Tag = 2,
     Type = 3,        ///< Of an auxiliary record.
     Quality = 4,     ///< ROOM or PRIVATE.
-    Persistence = 5, ///< The persistence mask, in digits; counted, but no places are listed.
-    PropertyKey = 6  ///< A key of an auxiliary record, without case and accents; counted only, as well.
+    Persistence = 5, ///< The persistence mask as decimal text; only counted, without a list of places.
+    PropertyKey = 6  ///< A key of an auxiliary record, without case and accents; only counted.
 };
 
-/// A quality: a contact or an appointment says of itself that it is a room.
+/// Quality: a contact or an appointment is marked as a room.
 constexpr char ROOM[] = "room";
-/// A quality: the place is for the owner's channel alone.
+/// Quality: the place is visible on the owner's channel only.
 constexpr char PRIVATE[] = "private";
 
-/// Whether the places of a facet are listed.
+/// Whether there is a list of places for each facet.
 constexpr bool isListed(FacetKind kind)
 {
     return kind < FacetKind::Persistence;
 }
 
-/// A text about a place.
+/// A text that describes a place.
 struct Facet
 {
     FacetKind kind;
     QString text;
 };
 
-/// The numbers of the facets of a place, as a row keeps them.
+/// The facet numbers of a place, as stored in its row.
 class FacetNumbers
 {
 public:
-    /// Numbers are written in ascending order, 7 bits a byte, least significant first (LEB128, DWARF 4, 7.6).
+    /// Numbers are sorted and packed with 7 bits per byte, least significant first (LEB128, DWARF 4, 7.6).
     static std::string pack(std::vector<qint64> numbers);
-    /// Reads as far as the bytes are numbers.
+    /// Reads numbers up to the first invalid byte.
     static std::vector<qint64> unpack(std::string_view packed);
-    /// Whether one of `numbers`, which are sorted, is there.
+    /// Whether one of the sorted `numbers` is contained.
     static bool containAny(std::string_view packed, const std::vector<qint64> &numbers);
 };
 
-/// The texts that places are found by as they are, each stored once, with the number of its places.
+/// Texts by which places are found exactly; each is stored once, with a count of its places.
 class Facets
 {
 public:
@@ -63,19 +63,19 @@ public:
         : m_statements(statements)
     {}
 
-    /// Counts one more place with this facet. Returns the number of the facet.
+    /// Increments the count of a facet. Returns its number.
     qint64 add(const Facet &facet);
-    /// Counts one less; a facet without places is gone.
+    /// Decrements the count; removes the facet at 0.
     void release(qint64 number);
 
-    /// The numbers, sorted, of the facets of a kind whose text passes a test. Cost follows the number of different
-    /// texts only when the test is not for equality.
+    /// The sorted numbers of the facets of a kind that pass a test. An equality test uses an index; other tests read
+    /// all texts of the kind.
     std::vector<qint64> find(FacetKind kind, const TextTest &test);
-    /// The number of places that have this facet.
+    /// The number of places with this facet.
     qint64 count(qint64 number);
-    /// The number of places that have a facet of this kind and text; 0 when there is no such facet.
+    /// The number of places with a facet of this kind and text; 0 when there is no such facet.
     qint64 count(FacetKind kind, const std::string &text);
-    /// All texts of a kind, in the order of their bytes.
+    /// All texts of a kind, in byte order.
     QStringList texts(FacetKind kind);
 
 private:

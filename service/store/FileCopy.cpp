@@ -23,7 +23,7 @@ using vela::system::channel::Descriptor;
 namespace
 {
 
-/// Pages copied between two looks at the clock.
+/// Pages copied between two checks of the deadline.
 constexpr int PAGES_PER_STEP = 1000;
 
 [[noreturn]] void fail(const std::string &what)
@@ -56,11 +56,11 @@ void writeSnapshot(const std::string &database, const std::string &fresh, Deadli
 {
     SQLite::Database live(database, SQLite::OPEN_READONLY);
     SQLite::Database target(fresh, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-    // What is read once stays as it is while others write; else each write would start the copy anew.
+    // A snapshot stays the same during other writes; without it each write would restart the copy.
     SQLite::Transaction snapshot(live);
     live.execAndGet("SELECT count(*) FROM sqlite_master");
     copyPages(target, live, deadline);
-    // One file that holds everything.
+    // Keep everything in one file.
     target.exec("PRAGMA journal_mode = DELETE");
 }
 

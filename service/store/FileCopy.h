@@ -7,17 +7,17 @@
 
 #include <string>
 
-/// Copies of databases, page by page, as files that are on the disk when they get their names.
+/// Copies of databases, page by page. A copy is on the disk before it gets its final name.
 namespace placesd
 {
 
-/// Copies all pages. Throws SQLite::Exception, of kind interrupt past the deadline.
+/// Copies all pages. Throws SQLite::Exception; after the deadline with the code for interrupt.
 void copyPages(SQLite::Database &to, SQLite::Database &from, Deadline deadline);
 
-/// Writes one state of a database, with what is in its write-ahead log, into a new file, while others write.
+/// Writes a snapshot of a database, including its write-ahead log, to a new file during other writes.
 void writeSnapshot(const std::string &database, const std::string &fresh, Deadline deadline);
 
-/// Renames a new file over `path` once it is on the disk. Throws std::system_error.
+/// Renames a new file to `path` after it is on the disk. Throws std::system_error.
 void moveIntoPlace(const std::string &fresh, const std::string &path);
 
 } // namespace placesd

@@ -22,14 +22,14 @@ namespace
 {
 
 constexpr int PREFIX_LENGTH = 64; // code points
-/// UTF-16 units of a text, and of all texts of a place, that are searched for words.
+/// Maximum number of UTF-16 units of a text, and of all texts of a place, in the word index.
 constexpr int SEARCHED_LENGTH = limits::TEXT_LENGTH;
 constexpr int SEARCHED_IN_ALL = 16 * limits::TEXT_LENGTH;
 
-/// The same as propertyPrefix() of the key of the whole text, without reading more of it than that takes.
+/// Equal to propertyPrefix() of the key of the whole text, but reads only as much of the text as needed.
 QString keyPrefix(const QString &text)
 {
-    // What follows may compose with the last letters of a part, hence the room behind the prefix.
+    // Following characters may compose with the last letters of a part, so read more than the prefix.
     constexpr int ROOM = 2 * PREFIX_LENGTH;
     int length = ROOM;
     QString key = searchKey(text.left(length));
@@ -94,7 +94,7 @@ QString textKeyOf(const PlacePrivate &place)
     return indexKey(texts);
 }
 
-/// Cut by code points: two texts compare as their prefixes do, unless these are equal.
+/// Cut at code points: two texts compare like their prefixes, unless these are equal.
 QString propertyPrefix(const QString &value)
 {
     int end = 0;

@@ -17,16 +17,16 @@ class Provider;
 namespace placesd
 {
 
-/// What a place is found by besides its own row. Follows from the place alone.
+/// Index entries of a place in addition to its row. Computed from the place alone.
 struct IndexEntries
 {
-    /// A property of an auxiliary record, both texts without case and accents.
+    /// A property of an auxiliary record; both texts without case and accents.
     struct Property
     {
         QString key;
-        QString value; ///< Its beginning; see propertyPrefix().
+        QString value; ///< A prefix; see propertyPrefix().
     };
-    /// What an auxiliary record is known by at its source.
+    /// Identifies an auxiliary record at its source.
     struct Origin
     {
         QString externalId;
@@ -34,7 +34,7 @@ struct IndexEntries
         QString provider;
     };
 
-    std::vector<Facet> facets; ///< Each once.
+    std::vector<Facet> facets; ///< Without duplicates.
     std::vector<Property> properties;
     std::vector<Origin> origins;
     QString textKey; ///< See textKeyOf().
@@ -43,18 +43,18 @@ struct IndexEntries
     static IndexEntries of(const vela::platform::places::PlacePrivate &place);
 };
 
-/// The index key of all texts that a place is found by when its name does not suffice: name, aliases, description, tags
-/// but for those of this library, and the addresses. The beginning of very long ones.
+/// The index key of all searched texts of a place: name, aliases, description, tags except internal ones, and
+/// addresses. Very long texts are cut.
 QString textKeyOf(const vela::platform::places::PlacePrivate &place);
 
-/// The part of a property's value, or of what it is compared with, that the index keeps: enough to tell most values
-/// apart. The rest is compared with the record.
+/// The prefix of a property's value, or of a text compared with it, in the index; long enough to distinguish most
+/// values. The rest is compared with the record.
 QString propertyPrefix(const QString &value);
 
-/// Name and URL of a provider, which identify it; empty for none.
+/// Name and URL of a provider, which identify it; empty for no provider.
 QString keyOf(const vela::platform::places::Provider &provider);
 
-/// What a record is known by among all sources; empty for one without an external id.
+/// Identifies a record among all sources; empty for a record without an external id.
 QString originKey(const vela::platform::places::AuxiliaryData &record);
 QString originKey(const QString &type, const QString &provider, const QString &externalId);
 

@@ -10,14 +10,14 @@
 namespace placesd
 {
 
-/// A stored place that is known by its id, and often by the key of its name. The rest of the row is fetched when it is
-/// asked for; a place that is not there is then a damaged database, and throws SQLite::Exception.
+/// A stored place with known id, and often known name key. The rest of the row is fetched on demand; a missing row is a
+/// damaged database and throws SQLite::Exception.
 class LazyRow : public PlaceRow
 {
 public:
     explicit LazyRow(Store &store);
 
-    /// @param nameKey as it is stored, and valid as long as the row is at this place; unset where it is not known.
+    /// @param nameKey as stored, valid while the row stays at this place; unset when it is unknown.
     void moveTo(qint64 id, std::optional<std::string_view> nameKey = {});
 
     [[nodiscard]] qint64 id() const override { return m_id; }

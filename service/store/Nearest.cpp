@@ -20,9 +20,9 @@ void deleteDistance(void *distance)
     delete static_cast<BoxDistance *>(distance);
 }
 
-/// Scores one cell of the R*Tree, which keeps a priority queue of nodes and rows by score and always goes on with the
-/// smallest. With a lower bound of the distance as the score, rows come out nearest first: the best-first walk of
-/// G. R. Hjaltason and H. Samet, "Distance browsing in spatial databases", ACM TODS 24 (2), 1999.
+/// Scores a cell of the R*Tree. SQLite keeps nodes and rows in a priority queue and takes the smallest score first.
+/// With a lower bound of the distance as the score, rows come out nearest first: the best-first walk of G. R. Hjaltason
+/// and H. Samet, "Distance browsing in spatial databases", ACM TODS 24 (2), 1999.
 int scoreCell(sqlite3_rtree_query_info *cell)
 {
     if (!cell->pUser) {
@@ -35,7 +35,7 @@ int scoreCell(sqlite3_rtree_query_info *cell)
     const double *box = cell->aCoord;
     const double score = static_cast<const BoxDistance *>(cell->pUser)->haversineTo(box[0], box[1], box[2], box[3]);
     cell->eWithin = FULLY_WITHIN;
-    // Never less than the parent's, and never NaN where the box of a damaged table is.
+    // Never less than the parent's score, and never NaN for the box of a damaged table.
     cell->rScore = score > cell->rParentScore ? score : cell->rParentScore;
     return SQLITE_OK;
 }

@@ -1,12 +1,12 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The tables of earlier versions, step by step: what a database or a backup of such a version has to hold.
+/// Tables of earlier versions, step by step, to verify databases and backups of these versions.
 namespace placesd::old_schemas
 {
 
-/// Version 1 of the schema. A place is kept as the two records that answer for it, ready to be sent; everything else
-/// is there to find it by and can be made anew from the full record.
+/// Version 1. A place is stored as its two wire records; all other tables are search data and can be rebuilt from the
+/// full record.
 constexpr char VERSION_1[] = R"sql(
 CREATE TABLE place(
     id          INTEGER PRIMARY KEY AUTOINCREMENT,
@@ -93,8 +93,7 @@ END;
 PRAGMA user_version = 1;
 )sql";
 
-/// Version 2: records are found by their ids at their sources, so that a place which a provider or a contact gives is
-/// known again once it is stored.
+/// Version 2 adds external ids of records, so that a stored place is recognized when a provider or a contact gives it.
 constexpr char VERSION_2[] = R"sql(
 ALTER TABLE auxiliary ADD COLUMN external_id TEXT NOT NULL DEFAULT '';
 ALTER TABLE auxiliary ADD COLUMN provider    TEXT NOT NULL DEFAULT '';   -- name and URL
@@ -124,10 +123,10 @@ END;
 PRAGMA user_version = 2;
 )sql";
 
-// What a migration from these versions does.
+// Statements for the migration from these versions.
 
-/// Takes away all that is made anew. Triggers first: nothing of this is a change of a place.
-constexpr char SET_ASIDE[] = R"sql(
+/// Removes everything that is rebuilt. Triggers first: the removal is no change of a place.
+constexpr char DROP_REBUILT[] = R"sql(
 DROP TRIGGER place_added;
 DROP TRIGGER place_removed;
 DROP TRIGGER place_renamed;

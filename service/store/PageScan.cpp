@@ -23,19 +23,19 @@ enum PageType : unsigned char
     LeafTable = 13
 };
 
-/// The header of the file, before that of the first page.
+/// Size of the file header, which precedes the header of page 1.
 constexpr std::size_t FILE_HEADER_SIZE = 100;
 constexpr std::size_t LEAF_HEADER_SIZE = 8;
 constexpr std::size_t INNER_HEADER_SIZE = 12;
 constexpr std::size_t COUNT_AT = 3;
 constexpr std::size_t RIGHT_CHILD_AT = 8;
 constexpr std::size_t CHILD_SIZE = 4;
-/// Longest row, in bytes: two records, and what belongs to them.
+/// Longest row in bytes: two records and the other columns.
 constexpr quint64 ROW_SIZE = 4 * limits::RECORD_SIZE;
-/// Trees that are read one after the other; each has its overflow pages once.
-constexpr qint64 READINGS = 16;
+/// Number of trees that are read one after the other; each may read every overflow page once.
+constexpr qint64 MAX_TREES = 16;
 
-/// Takes the next number of one to nine bytes from the front of bytes; none when they end before.
+/// Reads a varint of one to nine bytes and removes it; std::nullopt when the bytes end early.
 std::optional<quint64> takeVarint(std::string_view &bytes)
 {
     constexpr std::size_t MOST_BYTES = 9;
@@ -52,7 +52,7 @@ std::optional<quint64> takeVarint(std::string_view &bytes)
     return std::nullopt;
 }
 
-/// Bytes of a value by its serial type; none for types that do not exist.
+/// Size of a value by its serial type; std::nullopt for an invalid type.
 std::optional<quint64> sizeOf(quint64 serialType)
 {
     constexpr quint64 SIZES[] = {0, 1, 2, 3, 4, 6, 8, 8, 0, 0};
@@ -81,13 +81,13 @@ PageScan::Value valueOf(quint64 serialType, std::string_view bytes)
     return {PageScan::Type::Integer, static_cast<qint64>(number)};
 }
 
-/// Bytes that are there.
+/// The available part of a range of bytes.
 std::string_view partOf(std::string_view bytes, quint64 at, quint64 size)
 {
     return bytes.substr(static_cast<std::size_t>(at), static_cast<std::size_t>(size));
 }
 
-/// Makes values of a row's bytes, of which the last may be missing. False when the bytes are no row.
+/// Parses the bytes of a row; the last ones may be missing. False when they are not a row.
 bool parseRow(std::string_view bytes, quint64 size, std::vector<PageScan::Value> &values)
 {
     std::string_view rest = bytes;
@@ -110,14 +110,14 @@ bool parseRow(std::string_view bytes, quint64 size, std::vector<PageScan::Value>
 
 } // namespace
 
-/// A page of a tree. Its cells are offsets of rows, all of them within the page.
+/// A page of a tree. Its cells are offsets of rows within the page.
 struct PageScan::Page
 {
     Number number = 0;
-    std::string bytes = {}; ///< The usable ones.
+    std::string bytes = {}; ///< Without the reserved ones.
     PageType type = {};
     std::vector<std::size_t> cells = {};
-    bool isWhole = false; ///< All of it makes sense.
+    bool isWhole = false; ///< The whole page is valid.
 
     [[nodiscard]] bool isLeaf() const { return type == LeafIndex || type == LeafTable; }
     [[nodiscard]] bool isTable() const { return type == LeafTable || type == InnerTable; }
@@ -134,7 +134,7 @@ bool PageScan::Row::has(std::initializer_list<Type> types) const
 
 PageScan::PageScan(DatabasePages &pages)
     : m_pages(pages)
-    , m_overflowsLeft(READINGS * static_cast<qint64>(pages.numbers().size()))
+    , m_overflowsLeft(MAX_TREES * static_cast<qint64>(pages.numbers().size()))
 {}
 
 PageScan::Page PageScan::open(Number number)
@@ -234,7 +234,7 @@ bool PageScan::readRow(const Page &page, std::size_t at, Row &row)
     return parseRow(bytes, *size, row.values);
 }
 
-/// What can be read of a row's bytes, the first of which are on the page.
+/// The readable bytes of a row that begins on the page.
 std::string PageScan::payload(const Page &page, std::size_t at, quint64 size)
 {
     const quint64 usable = page.bytes.size();
@@ -247,7 +247,7 @@ std::string PageScan::payload(const Page &page, std::size_t at, quint64 size)
         return {};
     std::string bytes(partOf(page.bytes, at, local));
     std::vector<Value> values;
-    if (!overflows || !parseRow(bytes, size, values)) // what is no row leads nowhere
+    if (!overflows || !parseRow(bytes, size, values)) // do not follow the overflow pages of an invalid row
         return bytes;
     Number next = qFromBigEndian<quint32>(page.bytes.data() + at + local);
     while (bytes.size() < size && m_overflowsLeft-- > 0) {

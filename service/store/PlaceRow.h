@@ -24,26 +24,27 @@ class AuxiliaryData;
 namespace placesd
 {
 
-/// Whether a place has a facet, by its text, or by its number where the numbers are known.
+/// Tests whether a place has a facet: by text, or by number where numbers are known.
 struct FacetTest
 {
     FacetKind kind;
     TextTest text;
-    std::shared_ptr<const std::vector<qint64>> numbers; ///< Of all stored facets that pass the text's test; sorted.
+    std::shared_ptr<const std::vector<qint64>> numbers; ///< Sorted numbers of all stored facets whose text passes the
+                                                        ///< test.
 };
 
-/// Whether a record of a place has a property whose key and value, without case and accents, pass both tests.
+/// Tests whether a record of a place has a property whose key and value, without case and accents, both pass.
 struct PropertyTest
 {
-    std::optional<TextTest> key;   ///< Unset: any.
-    std::optional<TextTest> value; ///< Unset: any.
+    std::optional<TextTest> key;   ///< Unset: any key.
+    std::optional<TextTest> value; ///< Unset: any value.
 
-    /// @param requireTime is called before each property is looked at, for long lists of long texts; may throw.
+    /// @param requireTime called before each property, to check the deadline; may throw.
     [[nodiscard]] bool operator()(const QList<vela::platform::places::AuxiliaryData> &records,
                                   const std::function<void()> &requireTime) const;
 };
 
-/// What a find looks at of a place. Texts are UTF-8 and valid until the next row is read. Times are seconds since
+/// The values of a place that a find uses. Texts are UTF-8, valid until the next row is read. Times are seconds since
 /// 1970-01-01T00:00:00 UTC.
 class PlaceRow
 {
@@ -63,7 +64,7 @@ public:
     [[nodiscard]] virtual qint64 lastUsedTime() const = 0;
     [[nodiscard]] virtual qint64 creationTime() const = 0;
     [[nodiscard]] virtual qint64 updateTime() const = 0;
-    /// Of the first location that has a position; invalid when none has.
+    /// Position of the first location that has one; else invalid.
     [[nodiscard]] virtual vela::platform::places::Coordinates position() const = 0;
     [[nodiscard]] virtual bool passes(const FacetTest &test) const = 0;
     [[nodiscard]] virtual bool passes(const PropertyTest &test) const = 0;

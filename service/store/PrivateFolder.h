@@ -6,17 +6,17 @@
 namespace placesd
 {
 
-/// A folder of mode 0700 beside a file; removed with all that is in it. Nobody else can put a file or a link there.
+/// A folder of mode 0700 beside a file; removed with its content. Other users cannot put files or links there.
 class PrivateFolder
 {
 public:
-    /// Throws std::system_error when no folder can be made there.
+    /// Throws std::system_error when the folder cannot be created.
     explicit PrivateFolder(const std::string &neighbour);
     PrivateFolder(const PrivateFolder &) = delete;
     PrivateFolder &operator=(const PrivateFolder &) = delete;
     ~PrivateFolder();
 
-    /// A database in the folder.
+    /// Path for a database in the folder.
     [[nodiscard]] std::string filePath() const { return m_path + "/places.db"; }
 
 private:

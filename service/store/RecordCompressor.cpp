@@ -21,8 +21,8 @@ using namespace vela::platform::places;
 namespace
 {
 
-/// Levels below 0 do not code what the dictionary does not have: records are so short that this gains nothing, and
-/// takes three times as long.
+/// Levels below 0 do not entropy-code literals. For such short records that saves no space and takes three times as
+/// long.
 constexpr int LEVEL = -1;
 
 bool isSuccess(std::size_t result)
@@ -30,7 +30,7 @@ bool isSuccess(std::size_t result)
     return ZSTD_isError(result) == 0;
 }
 
-/// A place with the texts that many places have.
+/// Fills a place with texts that many places have.
 void fillSample(Place &place, const char *externalId, const QStringList &keys)
 {
     Location location;
@@ -86,7 +86,7 @@ std::string RecordCompressor::makeDictionary()
     fillSample(place, "geonames:1234567",
                {QStringLiteral("category"), QStringLiteral("kind"), QStringLiteral("city"), QStringLiteral("airport"),
                 QStringLiteral("population"), QStringLiteral("url"), QStringLiteral("phone")});
-    // References to the end of the dictionary are the shortest, so the most frequent record comes last.
+    // References to the end of the dictionary are the shortest, so put the most frequent record last.
     return fullRecordOf(contact) + headerOf(place) + fullRecordOf(place);
 }
 
@@ -105,7 +105,7 @@ std::string RecordCompressor::unpack(const void *bytes, std::size_t size)
 {
     const unsigned long long unpacked = ZSTD_getFrameContentSize(bytes, size);
     std::string record;
-    bool isWhole = unpacked <= limits::RECORD_SIZE; // unknown sizes and errors are larger
+    bool isWhole = unpacked <= limits::RECORD_SIZE; // an unknown size and an error code are larger
     if (isWhole) {
         record.resize(static_cast<std::size_t>(unpacked));
         isWhole = ZSTD_decompressDCtx(m_unpacking.get(), record.data(), record.size(), bytes, size) == record.size();

@@ -10,22 +10,22 @@ struct ZSTD_DCtx_s;
 namespace placesd
 {
 
-/// Packs the records of places as Zstandard frames (RFC 8878). Records are short and much alike, so they are packed by
-/// a dictionary of what they have in common. Belongs to one thread.
+/// Compresses records of places as Zstandard frames (RFC 8878). Records are short and similar, so it uses a dictionary
+/// of common content. Not thread-safe.
 class RecordCompressor
 {
 public:
-    /// @param dictionary the one that everything in a database is packed by; it is kept there.
+    /// @param dictionary of the database; it stays the same for all of its records.
     explicit RecordCompressor(const std::string &dictionary);
     ~RecordCompressor();
 
-    /// A dictionary for a new database: places as this version writes them. It is the same in all databases so far, and
-    /// Repair tries it for one that has lost its own.
+    /// A dictionary for a new database, made of sample places in the current record form. So far it is the same in all
+    /// databases; Repair tries it for a database that lost its own.
     static std::string makeDictionary();
 
     /// Throws std::bad_alloc.
     std::string pack(const std::string &record);
-    /// Throws UnreadablePlace for what is no packed record, or one longer than a record may be.
+    /// Throws UnreadablePlace for invalid data, and for a record longer than the limit.
     std::string unpack(const void *bytes, std::size_t size);
 
 private:

@@ -20,7 +20,7 @@ using orix_places_protocol::PlacesAPIEncoder;
 namespace
 {
 
-/// Records of more text get their room at once: the encoder grows by small steps and copies what it has at each.
+/// Longer records get their memory in advance: the encoder would grow in small steps and copy each time.
 constexpr std::size_t LONG_TEXT = 16 * 1024;
 
 std::size_t unitsOf(const QStringList &texts)
@@ -51,7 +51,7 @@ std::string messageOf(const PlacesAPIEncoder &encoder)
     return std::string(data, static_cast<std::size_t>(length));
 }
 
-/// The object that a record becomes, read with `decode`.
+/// Decodes the object of a record with `decode`.
 template <typename Object>
 std::unique_ptr<Object> decodeWith(bool (PlacesAPIDecoder::*decode)(Object *&), const std::string &record)
 {
@@ -96,6 +96,21 @@ std::unique_ptr<Place> placeOfHeader(const std::string &header)
     if (isFavorite)
         place->addTag(Tags::Favorite);
     return place;
+}
+
+void addSearchTerm(std::string &record, const QByteArray &utf8)
+{
+    PlacesAPIDecoder decoder(record.data(), static_cast<unsigned int>(record.size()));
+    unsigned int size = 0;
+    if (!decoder.serviceSkipToSearchTerm() || !decoder.decode(size) || size != 0)
+        return;
+    const std::size_t start = record.size() - decoder.remaining() - sizeof size;
+    PlacesAPIEncoder text;
+    text.encodeString(utf8.toStdString());
+    // The term starts at a whole word, and so does the number behind it.
+    std::string encoded = messageOf(text);
+    encoded.resize((encoded.size() + 3) / 4 * 4, PlacesAPIEncoder::FILL);
+    record.replace(start, sizeof size, encoded);
 }
 
 } // namespace placesd

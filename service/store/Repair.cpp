@@ -32,10 +32,10 @@ namespace
 constexpr PageScan::Number SCHEMA_ROOT = 1;
 /// Stored ids are below this.
 constexpr qint64 ID_END = qint64{1} << 60;
-/// How far new ids stay above those in use where the last ones cannot be read: more than were ever removed, very
-/// likely.
+/// Gap between the highest known id and new ids when the last ids are lost; very likely more than the number of removed
+/// places.
 constexpr qint64 ID_GAP = 1'000'000;
-/// The tables that are read.
+/// Tables that are read.
 constexpr const char *TABLES[] = {"place",       "record",          "dictionary",  "last_id",
                                   "search_term", "sqlite_sequence", "guest_share", "guest"};
 
@@ -120,7 +120,7 @@ void Repair::readSchema()
     });
 }
 
-/// Versions 1 and 2 have SQLite keep them.
+/// Versions 1 and 2 use SQLite's sequence table.
 void Repair::readLastIds()
 {
     std::unordered_set<PageScan::Number> seen;
@@ -154,7 +154,7 @@ void Repair::readLastIds()
         m_lastIds.clear();
 }
 
-/// The one that every database has so far is tried where it is not found, or is damaged itself.
+/// Also tries the default dictionary when none is found or the found one is damaged.
 void Repair::readDictionaries()
 {
     m_scan.read(rootOf("dictionary"), [this](const Row &row) {
@@ -163,14 +163,14 @@ void Repair::readDictionaries()
         try {
             m_packers.push_back(std::make_unique<RecordCompressor>(row.values[0].bytes));
             return true;
-        } catch (const std::bad_alloc &) { // it is none
+        } catch (const std::bad_alloc &) { // invalid
             return false;
         }
     });
     m_packers.push_back(std::make_unique<RecordCompressor>(RecordCompressor::makeDictionary()));
 }
 
-/// Rows of the shares look like those of guests, so they are told apart by their pages.
+/// Rows of the shares look like those of guests, so they are distinguished by their pages.
 void Repair::readGuests()
 {
     const auto take = [this](const Row &row) {
@@ -193,7 +193,7 @@ void Repair::readGuests()
 
 void Repair::copyPlaces()
 {
-    // Versions 1 and 2 have places and records in one table.
+    // Versions 1 and 2 store places and records in one table.
     const bool isOld = m_hasWholeSchema && rootOf("record") == 0;
     const bool hasAllRecords =
         m_scan.read(rootOf(isOld ? "place" : "record"), [this](const Row &row) { return takeRecord(row); });
@@ -208,7 +208,7 @@ void Repair::copyPlaces()
     }
 }
 
-/// The last two columns are the records, in every version.
+/// In every version the last two columns are the records.
 bool Repair::takeRecord(const Row &row)
 {
     const std::size_t count = row.values.size();
@@ -235,7 +235,7 @@ Repair::Decoded Repair::decode(const Row &row)
     return {decode(row.id, row.values[count - 1].bytes, true), false};
 }
 
-/// A record is one when it has the id of its row.
+/// A record is valid when it contains the id of its row.
 std::unique_ptr<Repair::Place> Repair::decode(qint64 id, const std::string &stored, bool isHeader)
 {
     const auto attempt = [&](RecordCompressor *packer) -> std::unique_ptr<Place> {
@@ -290,7 +290,7 @@ void Repair::reportLost(bool hasAllRecords)
     if (hasAllRecords || hasAllPlaces)
         return;
     m_scan.visitRest(take, seen);
-    m_report.losses.emplace_back("pages of the tables of places cannot be read: places of which nothing is left may be "
+    m_report.losses.emplace_back("pages of the tables of places cannot be read: unknown places may be "
                                  "lost, too");
 }
 
@@ -305,10 +305,10 @@ void Repair::lose(qint64 id, const std::string &name)
     ++m_report.lostPlaces;
 }
 
-/// Versions 1 and 2 have no column of keys.
+/// Versions 1 and 2 have no key column.
 void Repair::copyTerms()
 {
-    std::map<qint64, QString> terms; // in the order of their use
+    std::map<qint64, QString> terms; // in the order of use
     const bool isWhole = m_scan.read(rootOf("search_term"), [&terms](const Row &row) {
         const bool hasKey = row.has({Type::Text, Type::Text, Type::Integer});
         if (!hasKey && !(row.isInTree && row.has({Type::Text, Type::Integer})))

@@ -35,14 +35,14 @@ dev_t deviceOf(const fs::path &path)
     return ::stat(path.c_str(), &status) == 0 ? status.st_dev : 0;
 }
 
-/// Where a file is, or will be, when no link is followed any more.
+/// The path of a file without symbolic links; the file need not exist.
 fs::path realPathOf(const std::string &file)
 {
     std::error_code ignored;
     return fs::weakly_canonical(fs::absolute(file, ignored), ignored);
 }
 
-/// The folder that the file system of a file is mounted on.
+/// Mount point of the file system of a file.
 fs::path mountPointOf(const std::string &file)
 {
     fs::path folder = realPathOf(file).parent_path();
@@ -52,7 +52,7 @@ fs::path mountPointOf(const std::string &file)
     return folder;
 }
 
-/// What this process may still write to a file system, in whole blocks.
+/// Bytes that this process may still write to a file system, in whole blocks.
 long long freeBytes(int file)
 {
     struct statvfs state = {};
@@ -80,7 +80,7 @@ Reserve::Reserve(const std::string &database)
     , m_missing(limits::RESERVE_SIZE)
 {}
 
-/// Beside the file that a link leads to. A new database is there only once it is open.
+/// Beside the target of a link. A new database exists only after it is opened.
 std::string Reserve::path() const
 {
     return realPathOf(m_database).string() + "-reserve";

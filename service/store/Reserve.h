@@ -13,23 +13,23 @@ class Exception;
 namespace placesd
 {
 
-/// Whether a statement failed since there is no room on the disk, or none that this process may have.
+/// Whether a statement failed because the disk, or this process's quota, is full.
 bool isLackOfRoom(const SQLite::Exception &error);
 
-/// Room on the disk that is kept for removing places: a file of zeros beside the database. It is given up when the disk
-/// is full and made anew when there is room. Guarded by the write lock, but for report().
+/// Disk space reserved for removing places: a file of zeros beside the database. It is deleted when the disk is full
+/// and created again when there is space. Guarded by the write lock, except report().
 class Reserve
 {
 public:
-    /// @param database the file beside which the reserve is kept.
+    /// @param database the reserve is created beside this file.
     explicit Reserve(const std::string &database);
 
-    /// Makes the reserve as large as it should be, or as there is room for. Returns the bytes that are missing.
+    /// Makes the reserve as large as possible, up to its full size. Returns the missing bytes.
     long long fill();
-    /// Gives the room up. False when there was none.
+    /// Deletes the reserve. False when there was none.
     bool release();
 
-    /// Writes to the log which file system is full, once a minute at most. Safe on any thread.
+    /// Logs which file system is full, at most once a minute. Thread-safe.
     void report();
 
 private:
@@ -37,7 +37,7 @@ private:
 
     const std::string m_database;
     long long m_missing;
-    std::atomic<std::chrono::steady_clock::rep> m_nextReport = 0; ///< Time since the clock's epoch.
+    std::atomic<std::chrono::steady_clock::rep> m_nextReport = 0; ///< Duration since the clock's epoch.
 };
 
 } // namespace placesd

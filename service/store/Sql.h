@@ -1,14 +1,14 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The tables of the store, and every statement that changes or fetches what is in them. Each can be pasted into the
-/// sqlite3 shell. The statements of finds are in FindSql.h.
+/// The tables of the store, and all statements that change or fetch their content. Each can be pasted into the sqlite3
+/// shell. Statements of finds are in FindSql.h.
 namespace placesd::sql
 {
 
-/// The tables that version 3 of the schema brought. A place is a row that finds look at, which is short, and the two
-/// records that answer for it, packed (see RecordCompressor). The rows and all else can be made anew from the full
-/// record. Since version 4, name_key is an index key: it may end with other spellings of the name.
+/// Tables of schema version 3. A place has a short row for finds and two compressed wire records (see
+/// RecordCompressor). Rows and all other tables can be rebuilt from the full record. Since version 4, name_key is an
+/// index key: it can end with other spellings of the name.
 constexpr char TABLES[] = R"sql(
 CREATE TABLE place(
     id          INTEGER PRIMARY KEY,
@@ -114,8 +114,8 @@ WHEN old.latitude IS NOT new.latitude OR old.longitude IS NOT new.longitude BEGI
 END;
 )sql";
 
-/// What version 4 added: the words of all texts of a place, names included. The index keeps no text, so who removes a
-/// place from it says what the text was.
+/// Added in version 4: the word index of all texts of a place, including names. The index stores no texts, so a removal
+/// must pass the old text.
 constexpr char TEXT_TABLES[] = R"sql(
 CREATE VIRTUAL TABLE text_index USING fts5(
     text_key, content='', prefix='1 2 3', detail=none, columnsize=0,
@@ -125,7 +125,7 @@ CREATE TABLE key_rules(version TEXT NOT NULL);  -- by which the keys of all tabl
 PRAGMA user_version = 4;
 )sql";
 
-/// What version 5 added: who added a place.
+/// Added in version 5: the user who added a place.
 constexpr char GUEST_TABLES[] = R"sql(
 CREATE TABLE guest(                             -- places that came by the open channel
     place INTEGER PRIMARY KEY REFERENCES place(id) ON DELETE CASCADE,
@@ -152,7 +152,7 @@ CREATE VIEW standing AS                         -- what decides who may see or c
 PRAGMA user_version = 5;
 )sql";
 
-/// An acknowledged write is on the disk: every commit waits for it.
+/// Every commit waits for the disk, so an acknowledged write is durable.
 constexpr char CONNECTION_SETTINGS[] = R"sql(
 PRAGMA journal_mode = WAL;
 PRAGMA synchronous = FULL;
@@ -163,25 +163,25 @@ PRAGMA temp_store = MEMORY;
 PRAGMA wal_autocheckpoint = 8000;           -- pages, 32 MB
 )sql";
 
-/// For a connection that writes: it comes to the same pages again and again.
+/// For a connection that writes: it uses the same pages repeatedly.
 constexpr char WRITER_CACHE[] = "PRAGMA cache_size = -16384";
-/// For a transaction that changes all places: its pages go to the disk once.
+/// For a transaction that changes all places: writes each page to the disk once.
 constexpr char LARGE_CACHE[] = "PRAGMA cache_size = -262144";
 
-/// Of a connection that only takes names of removed places out of the index.
-constexpr char FORGETTING_SETTINGS[] = "PRAGMA secure_delete = ON; PRAGMA synchronous = FULL";
-/// Each merges so many pages of an index of words; a negative number starts with all of them.
+/// For a connection that only removes words of deleted names from the index.
+constexpr char PURGE_SETTINGS[] = "PRAGMA secure_delete = ON; PRAGMA synchronous = FULL";
+/// Each merges ?1 pages of a word index; a negative number starts a complete merge.
 constexpr const char *MERGES[] = {"INSERT INTO name_index(name_index, rank) VALUES ('merge', ?1)",
                                   "INSERT INTO text_index(text_index, rank) VALUES ('merge', ?1)"};
 
-// Room on the disk.
+// Disk space.
 constexpr char COUNT_PAGES[] = "PRAGMA page_count";
 constexpr char COUNT_FREE_PAGES[] = "PRAGMA freelist_count";
 constexpr char PAGE_SIZE[] = "PRAGMA page_size";
-/// Moves all of the write-ahead log into the database and gives its room back.
+/// Copies the write-ahead log to the database and truncates it.
 constexpr char EMPTY_LOG[] = "PRAGMA wal_checkpoint(TRUNCATE)";
 
-// Parts of a transaction.
+// Savepoints.
 constexpr char SAVEPOINT[] = "SAVEPOINT part";
 constexpr char ROLLBACK_TO_SAVEPOINT[] = "ROLLBACK TO part";
 constexpr char RELEASE_SAVEPOINT[] = "RELEASE part";
@@ -205,7 +205,7 @@ constexpr char INSERT_GUEST[] = "INSERT INTO guest(place, user, bytes) VALUES (?
 constexpr char SET_GUEST_BYTES[] = "UPDATE guest SET bytes = ?2 WHERE place = ?1";
 constexpr char SELECT_GUEST[] = "SELECT 1 FROM guest WHERE place = ?1";
 constexpr char SELECT_ANY_GUEST[] = "SELECT 1 FROM guest LIMIT 1";
-/// Of a user, and of all.
+/// Of one user, and of all.
 constexpr char SELECT_SHARES[] =
     "SELECT total(places) FILTER (WHERE user = ?1), total(bytes) FILTER (WHERE user = ?1), total(places), total(bytes)"
     " FROM guest_share";
@@ -221,14 +221,14 @@ constexpr char INSERT_DICTIONARY[] = "INSERT INTO dictionary(bytes) VALUES (?1)"
 constexpr char DELETE_DICTIONARY[] = "DELETE FROM dictionary";
 constexpr char SELECT_DICTIONARY[] = "SELECT bytes FROM dictionary";
 
-/// Takes as many ids as are bound; gives the last of each.
+/// Reserves as many ids as are bound; returns the last one of each.
 constexpr char TAKE_IDS[] = "UPDATE last_id SET place = place + ?1, location = location + ?2,"
                             " auxiliary = auxiliary + ?3 RETURNING place, location, auxiliary";
 constexpr char SELECT_LAST_IDS[] = "SELECT place, location, auxiliary FROM last_id";
 constexpr char RAISE_LAST_IDS[] =
     "UPDATE last_id SET place = max(place, ?1), location = max(location, ?2), auxiliary = max(auxiliary, ?3)";
 
-// What places are found by.
+// Search data.
 constexpr char ADD_FACET[] = "INSERT INTO facet(kind, text, places) VALUES (?1, ?2, 1)"
                              " ON CONFLICT(kind, text) DO UPDATE SET places = places + 1 RETURNING id";
 constexpr char RELEASE_FACET[] = "UPDATE facet SET places = places - 1 WHERE id = ?1";
@@ -236,7 +236,7 @@ constexpr char DELETE_UNUSED_FACET[] = "DELETE FROM facet WHERE id = ?1 AND plac
 constexpr char SELECT_FACET[] = "SELECT id, text, places FROM facet WHERE kind = ?1 AND text = ?2";
 constexpr char SELECT_FACETS[] = "SELECT id, text, places FROM facet WHERE kind = ?1 ORDER BY text";
 constexpr char SELECT_TEXTS[] = "SELECT text FROM facet WHERE kind = ?1 ORDER BY text";
-/// Of places that the open channel knows, see Store::Standing; of perimeter ?2 alone if that is not 0.
+/// Texts of places visible to the open channel; see Store::Standing. Only of perimeter ?2 unless it is 0.
 constexpr char SELECT_OPEN_TEXTS[] =
     "SELECT text FROM facet WHERE kind = ?1 AND EXISTS (SELECT 1 FROM place_of_facet f JOIN standing s ON s.id = "
     "f.place"
@@ -258,15 +258,15 @@ constexpr char DELETE_ORIGIN[] =
     "DELETE FROM origin WHERE external_id = ?1 AND type = ?2 AND provider = ?3 AND place = ?4";
 constexpr char DELETE_ORIGINS_OF_PLACE[] = "DELETE FROM origin WHERE place = ?1";
 constexpr char INSERT_TEXT[] = "INSERT INTO text_index(rowid, text_key) VALUES (?1, ?2)";
-/// The text has to be that which was inserted.
+/// The text must equal the inserted one.
 constexpr char DELETE_TEXT[] = "INSERT INTO text_index(text_index, rowid, text_key) VALUES ('delete', ?1, ?2)";
 constexpr char DELETE_TEXTS[] = "INSERT INTO text_index(text_index) VALUES ('delete-all')";
 constexpr char SELECT_WORDS[] = "SELECT term FROM word";
 constexpr char SELECT_KEY_RULES[] = "SELECT version FROM key_rules";
 constexpr char DELETE_KEY_RULES[] = "DELETE FROM key_rules";
 constexpr char INSERT_KEY_RULES[] = "INSERT INTO key_rules(version) VALUES (?1)";
-// Only the owner's places are what a contact or a provider gives. The parameter after the equal ones is 1 for those
-// alone that the open channel knows.
+// Only the owner's places can equal a place of a contact or provider. The last parameter is 1 for places visible to the
+// open channel only.
 constexpr char SELECT_BY_EXTERNAL_ID[] =
     "SELECT min(place) FROM origin JOIN standing s ON s.id = origin.place WHERE external_id = ?1 AND type = ?2"
     " AND s.user IS NULL AND (?3 = 0 OR (s.mask & 2 AND NOT s.private)) HAVING count(*) > 0";
@@ -282,19 +282,19 @@ constexpr char SELECT_ORIGINS[] =
 constexpr char REMEMBER_TERM[] = "INSERT OR REPLACE INTO search_term(term, key, used)"
                                  " VALUES (?1, ?2, 1 + (SELECT ifnull(max(used), 0) FROM search_term))";
 constexpr char SELECT_TERMS[] = "SELECT term, key FROM search_term ORDER BY used DESC";
-constexpr char FORGET_OLD_TERMS[] =
+constexpr char DELETE_OLD_TERMS[] =
     "DELETE FROM search_term WHERE term NOT IN (SELECT term FROM search_term ORDER BY used DESC LIMIT ?1)";
 
 // Checks.
-/// Everything that a schema makes, but for what SQLite adds to it, which differs by its version.
+/// All objects of a schema, without SQLite's own, which depend on its version.
 constexpr char COUNT_TABLES[] = "SELECT count(*) FROM sqlite_master";
 constexpr char SELECT_TABLES[] =
     "SELECT type || ' ' || name || ' ' || tbl_name || ' ' || ifnull(sql, '') FROM sqlite_master"
     " WHERE NOT (type = 'index' AND name LIKE 'sqlite#_autoindex#_%' ESCAPE '#' AND sql IS NULL) ORDER BY 1";
-/// Fails when the index of the names is not that of the places.
+/// Fails when the name index does not match the places.
 constexpr char CHECK_NAME_INDEX[] = "INSERT INTO name_index(name_index, rank) VALUES ('integrity-check', 1)";
 constexpr char CHECK_TEXT_INDEX[] = "INSERT INTO text_index(text_index) VALUES ('integrity-check')";
-/// These give 1 where something is wrong.
+/// These return 1 for a problem.
 constexpr char IS_POSITION_WRONG[] = "SELECT rtreecheck('position') <> 'ok'";
 constexpr char IS_RECORD_MISSING[] = "SELECT EXISTS (SELECT 1 FROM place WHERE id NOT IN (SELECT place FROM record))"
                                      " OR EXISTS (SELECT 1 FROM record WHERE place NOT IN (SELECT id FROM place))";
@@ -304,13 +304,13 @@ constexpr char IS_GUEST_WRONG[] =
     "SELECT EXISTS (SELECT 1 FROM guest WHERE bytes < 0 OR place NOT IN (SELECT id FROM place))"
     " OR EXISTS (SELECT * FROM guest_share EXCEPT SELECT user, count(*), sum(bytes) FROM guest GROUP BY user)"
     " OR EXISTS (SELECT user FROM guest EXCEPT SELECT user FROM guest_share)";
-/// Ids from 2^62 on are those of what is not stored; those of stored places have been given.
+/// Ids from 2^62 on are reserved for candidates; ids of stored places are at most the last assigned one.
 constexpr char IS_ID_WRONG[] = "SELECT EXISTS (SELECT 1 FROM place WHERE id < 1 OR id > (SELECT place FROM last_id))"
                                " OR EXISTS (SELECT 1 FROM last_id WHERE max(place, location, auxiliary) >= 1 << 61"
                                " OR min(place, location, auxiliary) < 0)";
 constexpr char IS_DICTIONARY_WRONG[] = "SELECT count(*) <> 1 FROM dictionary";
 constexpr char IS_LAST_ID_WRONG[] = "SELECT count(*) <> 1 FROM last_id";
-/// What is wrong with pages: all of them, and those of a table and its indexes. One row, "ok", where nothing is.
+/// Problems of all pages, or of the pages of a table and its indexes. One row, "ok", without a problem.
 constexpr char CHECK_PAGES[] = "SELECT integrity_check FROM pragma_integrity_check";
 constexpr char CHECK_PAGES_OF_TABLE[] = "SELECT integrity_check FROM pragma_integrity_check(?1)";
 constexpr char SELECT_TABLE_NAMES[] = "SELECT name FROM sqlite_master WHERE type = 'table' AND rootpage > 0";

@@ -12,20 +12,19 @@
 #include <string_view>
 #include <vector>
 
-/// What the databases of the service have in common.
+/// Helpers for all databases of the service.
 namespace placesd
 {
 
-/// A term for the full-text index: the beginnings of words, all of which must occur. Empty for no words.
-/// Has a connection refuse changes of the schema's own table and of index tables, and broken pages
+/// Makes a connection refuse changes of the schema table and of index tables, and broken pages
 /// (https://www.sqlite.org/security.html).
 void harden(SQLite::Database &database);
-/// The same for a database that anybody may have made: its schema runs no function and no virtual table either. The
-/// triggers of a database of places need that, so it can be read only.
+/// The same for an untrusted database: its schema may not call functions or virtual tables either. The triggers of a
+/// database of places need both, so such a connection can only read.
 void distrust(SQLite::Database &database);
 
 std::string utf8(const QString &text);
-/// The bytes of a column, valid until its statement goes on.
+/// The bytes of a column, valid until the next step of its statement.
 std::string_view viewOf(const SQLite::Column &column);
 std::string blobOf(const SQLite::Column &column);
 void bindBlob(SQLite::Statement &statement, int index, const std::string &bytes);
@@ -33,10 +32,10 @@ void bindBlob(SQLite::Statement &statement, int index, const std::string &bytes)
 void bindOne(SQLite::Statement &statement, int index, qint64 value);
 void bindOne(SQLite::Statement &statement, int index, int value);
 void bindOne(SQLite::Statement &statement, int index, const QString &value);
-/// NULL where there is none.
+/// Binds NULL for std::nullopt.
 void bindOne(SQLite::Statement &statement, int index, const std::optional<double> &value);
 
-/// Binds values of these types to the parameters of a statement, in their order.
+/// Binds values to the parameters of a statement, in order.
 template <typename... Values>
 void bindEach(SQLite::Statement &statement, const Values &...values)
 {
@@ -44,7 +43,7 @@ void bindEach(SQLite::Statement &statement, const Values &...values)
     (bindOne(statement, ++index, values), ...);
 }
 
-/// Binds values, bytes as text and NULL for an invalid one, from a position on; returns the position behind them.
+/// Binds values from a position on: byte arrays as text, invalid variants as NULL. Returns the next position.
 int bindAll(SQLite::Statement &statement, const std::vector<QVariant> &values, int from);
 
 } // namespace placesd

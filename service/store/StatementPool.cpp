@@ -12,7 +12,7 @@ namespace placesd
 StatementPool::Lease StatementPool::take(const char *sql)
 {
     Idle &idle = m_idle[sql];
-    // A statement that comes back finds room: a destructor takes no memory.
+    // Reserved in advance: the destructor of a lease must not allocate.
     idle.reserve(limits::IDLE_STATEMENTS_OF_TEXT);
     if (idle.empty())
         return {*this, idle, prepare(sql)};
@@ -25,7 +25,7 @@ StatementPool::Lease StatementPool::take(const char *sql)
 StatementPool::Prepared StatementPool::prepare(const char *sql)
 {
     Prepared prepared{std::make_unique<SQLite::Statement>(m_database, sql)};
-    // SQLite keeps its statements newest first.
+    // SQLite lists its statements newest first.
     sqlite3_stmt *newest = sqlite3_next_stmt(m_database.getHandle(), nullptr);
     prepared.bytes = static_cast<std::size_t>(sqlite3_stmt_status(newest, SQLITE_STMTSTATUS_MEMUSED, 0));
     return prepared;

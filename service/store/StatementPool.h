@@ -11,15 +11,15 @@
 namespace placesd
 {
 
-/// The prepared statements of one connection. A statement is lent out for one execution and prepared once, so several
-/// executions of the same text can be under way at a time. Belongs to the thread of its connection. The number of idle
-/// statements of one text and the memory of all of them are bounded.
+/// The prepared statements of one connection. A statement is borrowed for one execution; several executions of the same
+/// text can run at the same time. The number of idle statements per text and their total memory are limited. Used on
+/// the thread of its connection.
 class StatementPool
 {
     struct Prepared
     {
         std::unique_ptr<SQLite::Statement> statement;
-        std::size_t bytes = 0; ///< Memory of the statement, without what is bound to it.
+        std::size_t bytes = 0; ///< Memory of the statement without bound values.
     };
     using Idle = std::vector<Prepared>;
 
@@ -28,7 +28,7 @@ public:
         : m_database(database)
     {}
 
-    /// A statement in use. At its end it holds no lock and no bound value any more. The pool outlives it.
+    /// A borrowed statement. Its end resets the statement and its bound values. Must not outlive the pool.
     class Lease
     {
     public:
@@ -49,11 +49,11 @@ public:
 
         StatementPool &m_pool;
         Idle &m_idle;
-        Prepared m_prepared; ///< Without a statement once it was moved away.
+        Prepared m_prepared; ///< Null statement after a move.
     };
 
-    /// A statement, ready to be bound. Throws SQLite::Exception for a text that is no statement.
-    /// @param sql lives as long as the program, and is known by its address.
+    /// A statement, ready for binding. Throws SQLite::Exception for invalid SQL.
+    /// @param sql a constant of the program; identified by its address.
     Lease take(const char *sql);
 
 private:

@@ -11,7 +11,7 @@ class Exception;
 namespace placesd
 {
 
-/// Why SQLite failed, as one sentence for a person: the file, what SQLite says of it, and what can be done.
+/// The reason of a failure of SQLite, as one sentence for people: file, error and remedy.
 std::string storageReason(const std::string &file, const SQLite::Exception &error);
 
 } // namespace placesd

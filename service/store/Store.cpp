@@ -33,17 +33,17 @@ using namespace vela::platform::places;
 namespace
 {
 
-/// Id of what is not stored yet.
+/// Id of a part that is not stored yet.
 constexpr qint64 NO_ID = PlaceId::UNDEFINED_PERSISTED_ID;
-/// Virtual machine steps between two looks at the clock.
+/// Virtual machine steps between two checks of the deadline.
 constexpr int STEPS_PER_CHECK = 10000;
-/// The size of a database file is a multiple of this, in bytes.
+/// Database files grow in multiples of this, in bytes.
 constexpr int FILE_UNIT = 4096;
-/// Longest wait for a writer in another process.
+/// Maximum wait for a writer in another process.
 constexpr int BUSY_TIMEOUT_MS = 5000;
 
-/// Parts keep an id that they have had in the stored place, once each; every other one is to get a new id.
-void forgetForeignIds(Place &place, const Place &before)
+/// A part keeps an id that it had in the stored place, once each; all other parts get new ids.
+void resetForeignIds(Place &place, const Place &before)
 {
     QSet<qint64> locations;
     QSet<qint64> records;
@@ -63,8 +63,7 @@ void forgetForeignIds(Place &place, const Place &before)
     }
 }
 
-/// Part of a transaction: what is done in it is taken back, unless it is kept. Its statements are prepared once, and
-/// before they are needed.
+/// A savepoint, rolled back unless it is kept. Its statements are prepared in advance.
 class Savepoint
 {
 public:
@@ -80,7 +79,7 @@ public:
     {
         if (m_isKept)
             return;
-        // A grave error has ended the whole transaction already.
+        // A grave error has already ended the transaction.
         m_rollback->tryExecuteStep();
         m_release->tryExecuteStep();
     }
@@ -97,8 +96,8 @@ private:
     bool m_isKept = false;
 };
 
-/// The first columns of a row of `standing`.
-Store::Standing standingIn(SQLite::Statement &row)
+/// Reads the first columns of a row of `standing`.
+Store::Standing readStanding(SQLite::Statement &row)
 {
     const SQLite::Column user = row.getColumn(2);
     return {static_cast<vela::system::SecurityPerimeter::Type>(row.getColumn(0).getInt()), row.getColumn(1).getInt(),
@@ -106,7 +105,7 @@ Store::Standing standingIn(SQLite::Statement &row)
             row.getColumn(3).getInt() != 0};
 }
 
-/// Bytes that a place takes, about: small entries of an index cost more than their text.
+/// Approximate size of a place in bytes: small index entries need more than their text.
 qint64 sizeOf(const IndexEntries &entries, const std::string &fullRecord, const std::string &header)
 {
     constexpr std::size_t ENTRY_SIZE = 64;
@@ -131,11 +130,11 @@ Store::Store(const std::string &path, StoreShared &shared, Deadline deadline)
     , m_deadline(deadline)
 {
     harden(m_database);
-    // The file never grows further than takeRoom() says.
+    // The file grows only by takeRoom().
     int unit = FILE_UNIT;
     sqlite3_file_control(m_database.getHandle(), "main", SQLITE_FCNTL_CHUNK_SIZE, &unit);
     registerNearest(m_database);
-    sqlite3_progress_handler(m_database.getHandle(), STEPS_PER_CHECK, interruptLate, this);
+    sqlite3_progress_handler(m_database.getHandle(), STEPS_PER_CHECK, interruptAfterDeadline, this);
     const std::lock_guard<std::timed_mutex> lock(m_shared.writeLock);
     try {
         open();
@@ -168,12 +167,12 @@ void Store::requireTime() const
         throw SQLite::Exception("the request took too long", SQLITE_INTERRUPT);
 }
 
-int Store::interruptLate(void *store)
+int Store::interruptAfterDeadline(void *store)
 {
     return hasPassed(static_cast<Store *>(store)->m_deadline);
 }
 
-/// Every record of a database is packed by the dictionary that is kept in it.
+/// All records of a database use the dictionary that is stored in it.
 void Store::openRecords()
 {
     m_records = std::make_unique<RecordCompressor>(dictionary());
@@ -225,7 +224,7 @@ bool Store::writePart(const std::function<bool()> &work)
             part.keep();
         return isDone;
     } catch (const SQLite::Exception &error) {
-        // The parts that others did may be those that leave no room: each of them is to run on its own.
+        // Other parts may have filled the disk, so each part must run alone.
         if (isLackOfRoom(error))
             m_database.tryExec("ROLLBACK");
         throw;
@@ -237,15 +236,15 @@ bool Store::transact(const std::function<bool()> &work)
     SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
     if (!work())
         return false;
-    requireUndamaged(); // a part of the work may have seen it
+    requireUndamaged(); // a part of the work may have found damage
     takeRoom(numberOf(sql::COUNT_PAGES));
     transaction.commit();
     m_shared.advanceVersion();
     return true;
 }
 
-/// Nothing is left in the write-ahead log before and after, so what a removal takes of the reserve comes back, but for
-/// the pages by which the file grows.
+/// The write-ahead log is empty before and after, so a removal returns the space of the reserve, except for pages by
+/// which the file grows.
 bool Store::transactWithRoomMade(const std::function<bool()> &work, bool isRemoval)
 {
     struct Refill
@@ -268,19 +267,19 @@ bool Store::transactWithRoomMade(const std::function<bool()> &work, bool isRemov
     return transact(work);
 }
 
-/// Free pages of the file are as good as the reserve: a removal makes the file grow only when there are none.
+/// Free pages of the file count as reserve: a removal grows the file only without them.
 void Store::requireReserve()
 {
     const qint64 missing = m_shared.reserve ? m_shared.reserve->fill() : 0;
     if (missing > 0 && numberOf(sql::COUNT_FREE_PAGES) * numberOf(sql::PAGE_SIZE) < missing)
-        throw SQLite::Exception("what room there is is kept for removals", SQLITE_FULL);
+        throw SQLite::Exception("the remaining space is reserved for removals", SQLITE_FULL);
 }
 
 void Store::takeRoom(qint64 pages)
 {
     sqlite3_int64 size = pages * numberOf(sql::PAGE_SIZE);
     const int result = sqlite3_file_control(m_database.getHandle(), "main", SQLITE_FCNTL_SIZE_HINT, &size);
-    if (result != SQLITE_OK && result != SQLITE_NOTFOUND) // a database in memory takes no hint
+    if (result != SQLITE_OK && result != SQLITE_NOTFOUND) // a database in memory ignores the hint
         throw SQLite::Exception("the database file cannot grow", SQLITE_FULL);
 }
 
@@ -299,7 +298,7 @@ void Store::useWriterCache()
 
 void Store::insert(Place &place, std::optional<uid_t> guest)
 {
-    forgetForeignIds(place, Place());
+    resetForeignIds(place, Place());
     giveIds(place, true);
     put(place, sql::INSERT_PLACE, guest);
 }
@@ -311,7 +310,7 @@ void Store::keep(const Place &place, std::optional<uid_t> guest)
 
 void Store::update(Place &place, const Place &before)
 {
-    forgetForeignIds(place, before);
+    resetForeignIds(place, before);
     giveIds(place, false);
     deleteEntries(place.id(), &before);
     put(place, sql::UPDATE_PLACE);
@@ -331,7 +330,7 @@ Store::Ids Store::takeIds(int places, int locations, int records)
     return {row->getColumn(0).getInt64(), row->getColumn(1).getInt64(), row->getColumn(2).getInt64()};
 }
 
-/// Gives an id that was never in use to the place, if it is new, and to each part that has none.
+/// Assigns a new id to a new place, and to each part without an id.
 void Store::giveIds(Place &place, bool isNew)
 {
     PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
@@ -435,7 +434,7 @@ void Store::deleteEntries(qint64 id, const Place *place)
         for (const IndexEntries::Origin &origin : entries.origins)
             execute(sql::DELETE_ORIGIN, origin.externalId, origin.type, origin.provider, id);
     } else {
-        // The words of its texts stay in their index, which is asked together with the rows.
+        // The words of its texts stay in the text index; finds join that index with the rows.
         execute(sql::DELETE_PROPERTIES_OF_PLACE, id);
         execute(sql::DELETE_ORIGINS_OF_PLACE, id);
     }
@@ -510,7 +509,7 @@ std::optional<Store::Standing> Store::standingOf(qint64 id)
     row->bind(1, static_cast<int64_t>(id));
     if (!row->executeStep())
         return std::nullopt;
-    return standingIn(*row);
+    return readStanding(*row);
 }
 
 std::optional<Store::StoredPlace> Store::storedPlace(qint64 id)
@@ -519,7 +518,7 @@ std::optional<Store::StoredPlace> Store::storedPlace(qint64 id)
     row->bind(1, static_cast<int64_t>(id));
     if (!row->executeStep())
         return std::nullopt;
-    return StoredPlace{standingIn(*row), unpack(row->getColumn(4))};
+    return StoredPlace{readStanding(*row), unpack(row->getColumn(4))};
 }
 
 std::string Store::unpack(const SQLite::Column &column)
@@ -626,7 +625,7 @@ void Store::rememberTerm(const QString &term)
     if (term.isEmpty())
         return;
     execute(sql::REMEMBER_TERM, term, searchKey(term));
-    execute(sql::FORGET_OLD_TERMS, limits::SEARCH_TERMS);
+    execute(sql::DELETE_OLD_TERMS, limits::SEARCH_TERMS);
 }
 
 QStringList Store::recentTerms(const QString &prefix)
@@ -667,7 +666,7 @@ std::optional<QHash<QString, qint64>> Store::storedOrigins(const QString &type, 
     const auto row = m_statements.take(sql::SELECT_ORIGINS);
     bindEach(*row, type, int{isOpen});
     const auto text = [&row](int column) { return QString::fromStdString(row->getColumn(column).getString()); };
-    // Of several places with the same record the oldest one is it, and comes last.
+    // The oldest of several places with the same record comes last and wins.
     while (row->executeStep())
         places.insert(originKey(type, text(0), text(1)), row->getColumn(2).getInt64());
     return places;

@@ -34,156 +34,156 @@ namespace placesd
 
 struct IndexEntries;
 
-/// One connection to the database of places. It belongs to one thread at a time; writers take turns by the lock that
-/// all connections share. Every function may throw SQLite::Exception, and a write that throws has changed nothing.
+/// One connection to the database of places. Used by one thread at a time; the lock shared by all connections
+/// serializes writers. Every function may throw SQLite::Exception; a write that throws changes nothing.
 class Store
 {
 public:
-    /// Opens the database, making it or bringing its schema up to date if need be.
-    /// @param shared outlives the connection. @param deadline of the opening.
+    /// Opens the database; creates it or migrates its schema as needed.
+    /// @param shared must outlive the connection. @param deadline for opening.
     Store(const std::string &path, StoreShared &shared, Deadline deadline = Deadline::max());
     ~Store();
 
-    /// Work that goes on past the deadline is interrupted.
+    /// Work after the deadline is interrupted.
     void startRequest(Deadline deadline);
-    /// Throws SQLite::Exception (interrupt) once the deadline has passed: for work between two statements.
+    /// Throws SQLite::Exception (interrupt) after the deadline; for work between statements.
     void requireTime() const;
 
-    /// What a write does on a full disk.
+    /// Behaviour of a write on a full disk.
     enum class OnFullDisk
     {
         Fail,
-        MakeRoom,  ///< Empties the write-ahead log and runs the work once more.
-        UseReserve ///< The same, with the room that is kept for removals.
+        MakeRoom,  ///< Empties the write-ahead log and retries.
+        UseReserve ///< Also uses the reserve for removals.
     };
-    /// Runs `work` as one transaction, which is on the disk when this returns. A false result, like an exception, takes
-    /// everything back. Within the work of another write, `work` runs in a savepoint of that transaction.
+    /// Runs `work` as one transaction, which is on the disk on return. A false result or an exception rolls it back.
+    /// Within another write, `work` runs in a savepoint of that transaction.
     bool write(const std::function<bool()> &work, OnFullDisk onFullDisk = OnFullDisk::MakeRoom);
-    /// Whether a write is under way. A grave error, such as a full disk, ends its transaction before its work is done.
+    /// Whether a write is active. A grave error, such as a full disk, ends the transaction early.
     [[nodiscard]] bool isWriting() const;
 
-    /// Keeps more pages in memory, for a connection that writes often.
+    /// Enlarges the page cache, for a connection that writes often.
     void useWriterCache();
-    /// Stores a new place and gives it and its parts their ids.
-    /// @param guest the user who adds it by the open channel; unset for the owner's channel.
+    /// Stores a new place and sets the ids of the place and its parts.
+    /// @param guest user of the open channel who adds the place; unset for the owner's channel.
     void insert(vela::platform::places::Place &place, std::optional<uid_t> guest = {});
-    /// Stores a place in place of `before`, which has the same id; new parts get ids.
+    /// Replaces `before`, which has the same id; new parts get ids.
     void update(vela::platform::places::Place &place, const vela::platform::places::Place &before);
     /// False when there is no such place.
     bool remove(qint64 id);
     /// The places in the recent bucket.
     std::vector<qint64> recentBucket();
-    /// Takes a place out of the recent bucket and removes it when nothing else keeps it.
+    /// Removes a place from the recent bucket; deletes it when it is not saved.
     void takeFromRecentBucket(qint64 id);
 
-    /// What decides who may see or change a stored place; nothing when there is no such place.
+    /// Values that decide who may read or change a stored place; unset when there is no such place.
     struct Standing
     {
         vela::system::SecurityPerimeter::Type perimeter;
         int persistenceMask;
-        std::optional<uid_t> guest; ///< The user who added it by the open channel; unset for the owner's places.
+        std::optional<uid_t> guest; ///< User of the open channel who added the place; unset for the owner's places.
         bool isPrivate;
 
-        /// Whether the open channel knows it.
+        /// Whether the place is visible to the open channel.
         [[nodiscard]] bool isOpen() const;
     };
     std::optional<Standing> standingOf(qint64 id);
-    /// A stored place as it is sent, and who may see it.
+    /// A stored place in wire form, with its access values.
     struct StoredPlace
     {
         Standing standing;
         std::string fullRecord;
     };
     std::optional<StoredPlace> storedPlace(qint64 id);
-    /// Whether a place came by the open channel, and whether any did.
+    /// Whether a place was added through the open channel, and whether any was.
     bool isGuest(qint64 id);
     bool hasGuests();
 
-    /// What came by the open channel.
+    /// Usage by the open channel.
     struct Share
     {
         qint64 places;
-        qint64 bytes; ///< Of records, not packed, and of what the places are found by.
+        qint64 bytes; ///< Of uncompressed records and search data.
     };
     struct Shares
     {
         Share user;
         Share all;
     };
-    /// Counted with every write; reads no place.
+    /// Updated with every write; reads no place.
     Shares sharesOf(uid_t user);
 
     /// The stored place; null when there is none.
     std::unique_ptr<vela::platform::places::Place> place(qint64 id);
-    /// The same; null, and a message in the log, also for a place that cannot be read.
+    /// The same; an unreadable place is logged and null.
     std::unique_ptr<vela::platform::places::Place> readablePlace(qint64 id);
-    /// The record of a place, as it goes into a reply; empty when there is no such place.
+    /// The record of a place in wire form; empty when there is no such place.
     std::string storedRecord(qint64 id, bool headerOnly);
-    /// The same; empty, and a message in the log, also for one that cannot be read.
+    /// The same; an unreadable record is logged and empty.
     std::string readableRecord(qint64 id, bool headerOnly);
-    /// The key of all texts of a place, see textKeyOf(); empty for one that cannot be read.
+    /// The key of all texts of a place, see textKeyOf(); empty for an unreadable one.
     std::string textKey(qint64 id);
 
-    /// Keeps a term among the recent ones. An empty term is not kept.
+    /// Adds a term to the recent search terms, unless it is empty.
     void rememberTerm(const QString &term);
-    /// The recent terms that start with `prefix`, whatever its case and accents; newest first.
+    /// The recent terms with a prefix, ignoring case and accents; newest first.
     QStringList recentTerms(const QString &prefix);
 
-    /// Throws std::runtime_error when the tables of a database are not those that a placesd of some age made.
+    /// Throws std::runtime_error when a database does not have the tables of this or an older placesd.
     static void requirePlaces(SQLite::Database &database);
-    /// Look for damage: of pages, see checkPagesOf(), and of all above them, each record included. `report` may throw.
+    /// Checks pages, see checkPagesOf(), and all content including each record. `report` may throw.
     void checkPages(const ReportProblem &report);
     void check(const ReportProblem &report);
-    /// Lets nothing that is stored from now on have an id that was in use in `other`.
+    /// Makes sure that new ids were never used in `other`.
     void keepIdsOf(Store &other);
-    /// Packs all records as those of `other` are: the dictionary of a database in use never changes.
+    /// Compresses all records as in `other`: the dictionary of a database in use never changes.
     void packLike(Store &other);
-    /// Replaces everything that is stored in `other` by what is stored here, as one write.
+    /// Replaces the content of `other` by the content of this store, in one write.
     void copyOver(Store &other);
 
-    // For a database that is made of what is left of another.
+    // For a repaired database.
 
-    /// Stores a place with the ids that it has; no other place has them.
+    /// Stores a place with its own ids, which must be unused.
     void keep(const vela::platform::places::Place &place, std::optional<uid_t> guest);
-    /// Lets nothing that is stored from now on have an id up to these.
+    /// Makes sure that new ids are higher than these.
     void raiseLastIds(qint64 place, qint64 location, qint64 auxiliary);
 
-    // What a contact or a provider gives can be stored. Only places that the owner's channel added are looked at, and
-    // with `isOpen` only those that the open channel knows.
+    // Find the stored place that equals a place of a contact or provider. Only places of the owner's channel are
+    // considered; with `isOpen` only those visible to the open channel.
 
-    /// The stored place that a candidate is; -1 for none. A suggestion is none, whatever it leads to.
+    /// The stored place that equals a candidate; -1 for none. A suggestion equals none.
     qint64 storedIdOf(const vela::platform::places::Place &candidate, bool isOpen);
     /// The stored places of a type by the keys of their records, see originKey(); unset when there are more than
     /// `most`.
     std::optional<QHash<QString, qint64>> storedOrigins(const QString &type, qint64 most, bool isOpen);
-    /// The id of the stored place that has a record of this type and external id; -1 when there is none.
+    /// The id of the stored place with a record of this type and external id; -1 when there is none.
     qint64 idOf(const QString &externalId, const QString &type, bool isOpen);
 
     // For finds.
 
-    /// One state of the database for several statements, until the result ends.
+    /// A snapshot of the database for several statements, until the result is destroyed.
     std::unique_ptr<SQLite::Transaction> snapshot();
     StatementPool &statements() { return m_statements; }
     Facets &facets() { return m_facets; }
-    /// The words of all texts. The first call of a process reads them.
+    /// The words of all texts. The first call in a process reads them.
     const CorrectionSource &vocabulary();
-    /// Reads the words again, without those of places that are gone. Writers wait for its start, nobody for the rest.
+    /// Reads the words again, without those of removed places. Writers wait for its start only.
     void rereadVocabulary();
-    /// The number of stored places that have any of these bits in their persistence mask. Reads no place.
+    /// The number of stored places with any of these bits in the persistence mask. Reads no place.
     qint64 placeCount(int persistenceBits);
 
 private:
     void open();
-    /// Throws SQLite::Exception (corrupt) once damage was seen.
+    /// Throws SQLite::Exception (corrupt) after damage was found.
     void requireUndamaged() const;
-    /// To be called where a place could not be read: throws the error anew unless others can be read all the same.
+    /// Call it for a place that cannot be read: throws the error again unless other places can still be read.
     void skipUnreadable(qint64 id, const SQLite::Exception &error);
     bool writePart(const std::function<bool()> &work);
     bool transact(const std::function<bool()> &work);
     bool transactWithRoomMade(const std::function<bool()> &work, bool isRemoval);
-    /// Throws SQLite::Exception (full) when removals could need room that is not kept.
+    /// Throws SQLite::Exception (full) when the reserve is too small for removals.
     void requireReserve();
-    /// Takes room in the database file for pages, so that the write-ahead log can be moved there on a full disk, too.
+    /// Extends the database file for new pages, so that the write-ahead log can be moved there even on a full disk.
     void takeRoom(qint64 pages);
     qint64 numberOf(const char *pragma);
     std::vector<std::string> storedWords();
@@ -192,8 +192,8 @@ private:
     void makeTables();
     void moveFromOldVersion();
     void moveOldPlaces();
-    /// Whether the keys were made by the rules that hold now.
-    bool hasKeysOfToday();
+    /// Whether the keys were built by the current rules.
+    bool hasCurrentKeys();
     void keepKeyRules();
     void remakeKeys(int version);
     void remakeKeysOf(const vela::platform::places::Place &place);
@@ -210,23 +210,23 @@ private:
     };
     Ids takeIds(int places, int locations, int records);
     void giveIds(vela::platform::places::Place &place, bool isNew);
-    /// Writes the row of a place, by INSERT_PLACE or UPDATE_PLACE, and all that goes with it.
+    /// Writes the row of a place, by INSERT_PLACE or UPDATE_PLACE, and its search data.
     void put(const vela::platform::places::Place &place, const char *sql, std::optional<uid_t> guest = {});
     /// Adds a place to the list of a facet, if its kind has lists.
     void listFacet(FacetKind kind, qint64 number, const vela::platform::places::PlacePrivate &place);
     void putRow(const vela::platform::places::PlacePrivate &place, bool isRoom, const std::string &facets,
                 const char *sql);
     void putRecords(qint64 id, const std::string &fullRecord, const std::string &header);
-    /// Counts the facets of a place and gives their numbers, in their order.
+    /// Counts the facets of a place and returns their numbers in order.
     std::vector<qint64> addFacets(const IndexEntries &entries);
-    /// Adds what a place is found by under the keys of its texts, besides its row.
+    /// Adds search data in addition to the row.
     /// @param numbers of the facets.
     void putKeys(qint64 id, const IndexEntries &entries, const std::vector<qint64> &numbers);
-    /// Deletes what a place is found by besides its row. @param place null for one that cannot be read.
+    /// Deletes search data in addition to the row. @param place null for an unreadable one.
     void deleteEntries(qint64 id, const vela::platform::places::Place *place);
     void deleteFacets(qint64 id);
     std::string unpack(const SQLite::Column &column);
-    /// Executes a named statement with values bound to it.
+    /// Executes a named statement with bound values.
     template <typename... Values>
     int execute(const char *sql, const Values &...values)
     {
@@ -234,7 +234,7 @@ private:
         bindEach(*row, values...);
         return row->exec();
     }
-    static int interruptLate(void *store);
+    static int interruptAfterDeadline(void *store);
 
     SQLite::Database m_database;
     StoreShared &m_shared;

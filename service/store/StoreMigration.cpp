@@ -1,6 +1,6 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
-// The part of Store that makes its tables, brings those of earlier versions up to date, checks and replaces them.
+// Part of Store: creates, migrates, checks and replaces the tables.
 
 #include "store/Store.h"
 
@@ -45,7 +45,7 @@ int versionOf(SQLite::Database &database)
     return database.execAndGet("PRAGMA user_version").getInt();
 }
 
-/// How the tables, indexes and triggers of a database were made.
+/// The SQL of all tables, indexes and triggers of a database.
 std::vector<std::string> tablesOf(SQLite::Database &database)
 {
     std::vector<std::string> tables;
@@ -55,7 +55,7 @@ std::vector<std::string> tablesOf(SQLite::Database &database)
     return tables;
 }
 
-/// Makes the tables that a database of a version has.
+/// Creates the tables of a version.
 void makeTablesOf(int version, SQLite::Database &database)
 {
     if (version >= 3)
@@ -80,7 +80,7 @@ bool isHeader(const std::string &record)
     }
 }
 
-/// Statements that give 1 where something is wrong, and fail where that cannot be told.
+/// Statements that return 1 for a problem, or fail.
 constexpr struct
 {
     const char *sql;
@@ -94,7 +94,7 @@ constexpr struct
     {sql::IS_DICTIONARY_WRONG, "there is not one dictionary of the records"},
     {sql::IS_LAST_ID_WRONG, "there is not one row of last ids"},
 };
-/// Statements that fail where an index of words is wrong.
+/// Statements that fail for a damaged word index.
 constexpr struct
 {
     const char *sql;
@@ -102,7 +102,7 @@ constexpr struct
 } INDEX_CHECKS[] = {{sql::CHECK_NAME_INDEX, "the index of names does not match the places"},
                     {sql::CHECK_TEXT_INDEX, "the index of texts is damaged"}};
 
-/// Reports a problem unless `isSound` gives true. Failures that say nothing of the database are thrown.
+/// Reports a problem unless `isSound` returns true. Rethrows errors that are not about the content.
 void checkOne(const ReportProblem &report, const char *problem, const std::function<bool()> &isSound, qint64 place = 0)
 {
     bool found = true;
@@ -121,12 +121,12 @@ void checkOne(const ReportProblem &report, const char *problem, const std::funct
 void Store::migrate()
 {
     const int found = versionOf(m_database);
-    if (found == SCHEMA_VERSION && hasKeysOfToday())
+    if (found == SCHEMA_VERSION && hasCurrentKeys())
         return;
     if (m_shared.keepsOldVersion && found > 0 && found < SCHEMA_VERSION)
         keepOldVersion(found);
     {
-        // Another process may be about it as well: what has to be done is known only when nobody else can write.
+        // Another process may migrate as well, so decide under the write lock.
         SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
         const int version = versionOf(m_database);
         if (version > SCHEMA_VERSION)
@@ -142,15 +142,14 @@ void Store::migrate()
         transaction.commit();
     }
     if (found == 1 || found == 2)
-        m_database.tryExec("VACUUM"); // gives the space of the old tables back, if there is room to do so
-    // The cache of the migration is as large as the pages of all places.
+        m_database.tryExec("VACUUM"); // Frees the space of the old tables, if possible.
+    // The large cache of the migration is no longer needed.
     m_database.exec(sql::CONNECTION_SETTINGS);
     sqlite3_db_release_memory(m_database.getHandle());
     ::malloc_trim(0);
 }
 
-/// The migration is one transaction, which changes nothing when it fails. So it goes on when there is no room for the
-/// copy.
+/// The migration is one transaction that changes nothing on failure, so it runs even without space for the copy.
 void Store::keepOldVersion(int version)
 {
     const std::string database = m_database.getFilename();
@@ -159,11 +158,11 @@ void Store::keepOldVersion(int version)
         const PrivateFolder folder(copy);
         writeSnapshot(database, folder.filePath(), m_deadline);
         moveIntoPlace(folder.filePath(), copy);
-        logInfo("%s is of version %d and is brought up to date; %s is a copy of it as it was", database.c_str(),
-                version, copy.c_str());
+        logInfo("%s has version %d and is migrated; %s is a copy of the old version", database.c_str(), version,
+                copy.c_str());
     } catch (const std::exception &error) {
-        logError("%s is of version %d and is brought up to date; no copy of it can be kept as %s: %s", database.c_str(),
-                 version, copy.c_str(), error.what());
+        logError("%s has version %d and is migrated; no copy of the old version can be kept as %s: %s",
+                 database.c_str(), version, copy.c_str(), error.what());
     }
 }
 
@@ -176,7 +175,7 @@ void Store::makeTables()
     keepKeyRules();
 }
 
-bool Store::hasKeysOfToday()
+bool Store::hasCurrentKeys()
 {
     const auto row = m_statements.take(sql::SELECT_KEY_RULES);
     return row->executeStep() && row->getColumn(0).getString() == keyVersion();
@@ -188,17 +187,17 @@ void Store::keepKeyRules()
     execute(sql::INSERT_KEY_RULES, QString::fromStdString(keyVersion()));
 }
 
-/// Version 3 has no keys of all texts and version 4 does not mark private places; the keys of version 5 may have been
-/// made by other rules, or by other Unicode data. All of them are made anew from the records.
+/// Version 3 has no keys of all texts, and version 4 does not mark private places; keys of version 5 may have other
+/// rules or other Unicode data. All keys are rebuilt from the records.
 void Store::remakeKeys(int version)
 {
-    if (version == SCHEMA_VERSION && hasKeysOfToday())
+    if (version == SCHEMA_VERSION && hasCurrentKeys())
         return;
     if (version < 4)
         m_database.exec(sql::TEXT_TABLES);
     if (version < 5)
         m_database.exec(sql::GUEST_TABLES);
-    logInfo("the keys of all places are made anew, which takes a while in a large database");
+    logInfo("the keys of all places are rebuilt, which takes minutes in a large database");
     openRecords();
     m_database.exec(sql::LARGE_CACHE);
     execute(sql::DELETE_PROPERTIES);
@@ -219,8 +218,8 @@ void Store::remakeKeys(int version)
     keepKeyRules();
 }
 
-/// All facets but the keys of properties stay as they are, and so do the lists of their places. An older version does
-/// not know all of them.
+/// All facets except property keys stay unchanged, with the lists of their places. An older version does not have all
+/// of them.
 void Store::remakeKeysOf(const Place &place)
 {
     const PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
@@ -243,7 +242,7 @@ void Store::remakeKeysOf(const Place &place)
     putKeys(place.id(), entries, numbers);
 }
 
-/// Versions 1 and 2 keep places as the same records; all else is made anew from them.
+/// Versions 1 and 2 store the same records; all other tables are rebuilt from them.
 void Store::moveFromOldVersion()
 {
     std::vector<qint64> highest;
@@ -253,7 +252,7 @@ void Store::moveFromOldVersion()
         row.executeStep();
         highest.push_back(row.getColumn(0).getInt64());
     }
-    m_database.exec(old_schemas::SET_ASIDE);
+    m_database.exec(old_schemas::DROP_REBUILT);
     makeTables();
     openRecords();
     raiseLastIds(highest[0], highest[1], highest[2]);
@@ -280,8 +279,8 @@ void Store::moveOldPlaces()
     }
 }
 
-/// A place that cannot be read keeps its record and its row, and can be removed. What its tags and records were is in
-/// the record alone.
+/// An unreadable place keeps its record and its row, and can be removed. Its tags and auxiliary records are lost: they
+/// are in the record only.
 void Store::keepUnreadable(SQLite::Statement &old)
 {
     const auto id = static_cast<qint64>(old.getColumn(0).getInt64());
@@ -311,7 +310,7 @@ void Store::keepUnreadable(SQLite::Statement &old)
     bindBlob(*row, 14, FacetNumbers::pack(numbers));
     row->bind(15, static_cast<int64_t>(id));
     row->exec();
-    // What is not packed cannot be unpacked: it never gets into a reply.
+    // Without compression it cannot be decompressed, so it never gets into a reply.
     const std::string header = blobOf(old.getColumn(2));
     const auto records = m_statements.take(sql::PUT_RECORDS);
     records->bind(1, static_cast<int64_t>(id));

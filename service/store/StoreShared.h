@@ -13,23 +13,23 @@
 namespace placesd
 {
 
-/// What all connections to one database share. Safe on any thread.
+/// State shared by all connections to one database. Thread-safe.
 struct StoreShared
 {
-    std::timed_mutex writeLock;     ///< Writers take turns by it.
-    SharedVocabulary words;         ///< Of all texts that are stored.
-    bool keepsOldVersion = false;   ///< Whether a copy is made of a database before it is brought up to date.
-    std::optional<Reserve> reserve; ///< For a full disk; none for a copy.
-    /// Writes are refused once there is damage. None for a copy, where damage is the failure of what is done with it.
+    std::timed_mutex writeLock;     ///< Serializes writers.
+    SharedVocabulary words;         ///< Words of all stored texts.
+    bool keepsOldVersion = false;   ///< Whether to keep a copy of the database before a migration.
+    std::optional<Reserve> reserve; ///< For a full disk; unset for a copy.
+    /// Writes are refused after damage. Unset for a copy, where damage fails the operation.
     std::optional<DamageReport> damage;
 
-    /// Tells clients of a commit. With the write lock held.
+    /// Notifies clients of a commit. Call it with the write lock held.
     void advanceVersion()
     {
         if (version)
             version->advance();
     }
-    std::unique_ptr<DataVersion> version; ///< Null where nobody is told, as for a copy.
+    std::unique_ptr<DataVersion> version; ///< Null without clients to notify, for example for a copy.
 };
 
 } // namespace placesd

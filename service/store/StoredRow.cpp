@@ -12,7 +12,7 @@ namespace placesd
 using vela::platform::places::Coordinates;
 using vela::platform::places::PlacePrivate;
 
-/// The columns of the table `place`, in their order.
+/// Columns of the table `place`, in order.
 enum StoredRow::Column : int
 {
     Id,

@@ -10,8 +10,8 @@ namespace placesd
 
 class Store;
 
-/// The row of a stored place that a statement is at. The statement selects the columns of the table `place`, all of
-/// them in their order, and outlives the row.
+/// The current row of a statement that selects all columns of the table `place` in order. The statement must outlive
+/// the row.
 class StoredRow : public PlaceRow
 {
 public:
@@ -34,10 +34,10 @@ public:
     [[nodiscard]] bool passes(const FacetTest &test) const override;
     /// Reads the whole record of the place.
     [[nodiscard]] bool passes(const PropertyTest &test) const override;
-    /// Reads it too, unless the test is of names.
+    /// Reads the record, unless the test is of names.
     [[nodiscard]] bool passes(const TermTest &test) const override;
 
-    /// The numbers of the facets of the place, packed.
+    /// The packed facet numbers of the place.
     [[nodiscard]] std::string_view facets() const;
 
 private:

@@ -7,7 +7,7 @@
 namespace placesd
 {
 
-/// A stored record that is none, on pages that are sound. Such a place can be removed, and nothing else suffers.
+/// A stored record that cannot be decoded, on sound pages. The place can be removed, and other places are not affected.
 class UnreadablePlace : public SQLite::Exception
 {
 public:

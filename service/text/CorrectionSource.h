@@ -9,15 +9,16 @@
 namespace placesd
 {
 
-/// What a typed word may stand for.
+/// A correction of a typed word.
 struct Correction
 {
-    std::string word;      ///< A word of the vocabulary, or the beginning of words.
-    int edits = 0;         ///< Letters too many, too few, or wrong, and neighbours that changed places; 1 at least.
-    bool isPrefix = false; ///< Stands for all words that start so.
+    std::string word;      ///< A word of the vocabulary, or a prefix of words.
+    int edits = 0;         ///< Number of edits, at least 1: letters inserted, removed, replaced, or swapped with a
+                           ///< neighbour.
+    bool isPrefix = false; ///< Matches all words with this prefix.
 };
 
-/// Where typed words are corrected from. Functions may run on several threads at the same time.
+/// A source of corrections. Functions may run on several threads at the same time.
 class CorrectionSource
 {
 public:
@@ -29,16 +30,15 @@ public:
     /// True when a word starts with `start`.
     [[nodiscard]] virtual bool hasPrefix(std::string_view start) const = 0;
 
-    /// The words that start with `start`, in any order, but no more than `limit`.
+    /// At most `limit` words that start with `start`, in any order.
     [[nodiscard]] virtual std::vector<std::string> startingWith(std::string_view start, std::size_t limit) const = 0;
 
-    /// The corrections of a typed word by 1 to mostEdits() edits: the fewest edits first, then those with the same
-    /// first letter, then the shorter ones, then bytewise. Only words of nothing but letters, in scripts written with
-    /// spaces, are corrections.
-    /// @param asPrefix the word may be the beginning of a longer one. The corrections are then beginnings of words, and
-    /// none starts with another beginning that needs no more edits.
-    /// @param limit most corrections that are given.
-    /// @param most edits that are tried; one takes a fifth of the time of two.
+    /// The corrections of a typed word by 1 to mostEdits() edits: fewest edits first, then the same first letter, then
+    /// shorter words, then bytewise. Only words that consist of letters, in scripts with spaces, are corrections.
+    /// @param asPrefix the word may be a prefix of a longer one. Corrections are then prefixes, and none starts with
+    /// another one that needs as few edits or fewer.
+    /// @param limit maximum number of corrections.
+    /// @param most maximum number of edits; one edit takes a fifth of the time of two.
     [[nodiscard]] virtual std::vector<Correction> corrections(std::string_view typed, bool asPrefix, std::size_t limit,
                                                               std::size_t most) const = 0;
 };

@@ -30,8 +30,8 @@ void CorrectionWalk::walk(const WordTrie &trie)
     walkSiblings(trie.roots(), m_automaton.start(), m_automaton.mostEdits() + 1);
 }
 
-/// @param before after the letters of the path.
-/// @param fewest edits of the best beginning on the path.
+/// @param before state after the letters of the path.
+/// @param fewest edits of the best prefix on the path.
 void CorrectionWalk::walkSiblings(std::string_view siblings, const State &before, std::size_t fewest)
 {
     const std::size_t depth = m_path.size();
@@ -41,7 +41,7 @@ void CorrectionWalk::walkSiblings(std::string_view siblings, const State &before
     }
 }
 
-/// The depth of the calls is bounded by the typed letters and the edits: all longer paths are dead.
+/// The recursion depth is limited by the typed letters and the edits: longer paths are dead.
 void CorrectionWalk::walkNode(const WordTrie::Node &node, State state, std::size_t fewest)
 {
     if (!readLabel(node.label, state, fewest))
@@ -51,7 +51,7 @@ void CorrectionWalk::walkNode(const WordTrie::Node &node, State state, std::size
     walkSiblings(node.children, state, fewest);
 }
 
-/// Appends a label to the path. False when nothing behind it can be a correction.
+/// Appends a label to the path. False when no correction can follow.
 bool CorrectionWalk::readLabel(std::string_view label, State &state, std::size_t &fewest)
 {
     for (std::size_t position = 0; position < label.size();) {
@@ -66,14 +66,14 @@ bool CorrectionWalk::readLabel(std::string_view label, State &state, std::size_t
             keep(edits);
             fewest = edits;
         }
-        // Only the typed word itself would be better, and it is no correction.
+        // Only the typed word itself would be better, and it is not a correction.
         if (fewest <= 1)
             return false;
     }
     return true;
 }
 
-/// Keeps the path, unless it is the typed word, has too many edits, or enough others are better.
+/// Keeps the path unless it is the typed word, has too many edits, or is worse than `limit` others.
 void CorrectionWalk::keep(std::size_t edits)
 {
     if (edits == 0 || edits > m_automaton.mostEdits())

@@ -12,30 +12,30 @@
 namespace placesd
 {
 
-/// Walks through tries and keeps the best corrections of a typed word. It leaves a branch as soon as no word of it has
-/// few enough edits, so that it sees a small part of a trie.
+/// Walks through tries and keeps the best corrections of a typed word. It skips a branch when no word in it has few
+/// enough edits, so it reads a small part of a trie.
 class CorrectionWalk
 {
 public:
-    /// A correction; sorts before those that are less good.
+    /// A correction; better ones sort first.
     struct Found
     {
         std::size_t edits;
-        bool hasOtherStart; ///< Its first letter is not the typed one.
+        bool hasOtherStart; ///< The first letter differs from the typed one.
         std::size_t letters;
         std::string word;
 
         bool operator<(const Found &other) const;
     };
 
-    /// @param typed the typed word, which must live as long as the walk.
-    /// @param automaton of the typed word; it must live as long as the walk.
-    /// @param asPrefix finds beginnings of words.
-    /// @param limit most corrections that are kept, 1 at least.
+    /// @param typed the typed word; must outlive the walk.
+    /// @param automaton of the typed word; must outlive the walk.
+    /// @param asPrefix find prefixes of words.
+    /// @param limit maximum number of corrections, at least 1.
     CorrectionWalk(std::string_view typed, const EditAutomaton &automaton, bool asPrefix, std::size_t limit);
 
     void walk(const WordTrie &trie);
-    /// The best corrections of the tries so far, the best first.
+    /// The best corrections of all tries so far, the best first.
     [[nodiscard]] const std::set<Found> &found() const { return m_found; }
 
 private:

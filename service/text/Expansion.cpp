@@ -14,9 +14,9 @@ namespace placesd
 namespace
 {
 
-/// The full-text index has an index of beginnings up to so many characters.
+/// Longest prefix in the prefix index of the full-text index, in characters.
 constexpr std::ptrdiff_t INDEXED_BEGINNING = 3;
-/// Words of a broad expression. More cost more than they exclude.
+/// Words of a broad expression. More words cost more time than they save.
 constexpr std::size_t BROAD_WORDS = 3;
 
 bool isIndexedBeginning(const std::string &text)
@@ -30,7 +30,7 @@ bool hasBeginning(const Wording::Word &word)
     return std::any_of(word.begin(), word.end(), [](const Spelling &spelling) { return !spelling.isWhole; });
 }
 
-/// The long ones of the words that are looked up fast: they are the rare ones as a rule.
+/// The long words among those that are looked up fast; they are usually rare.
 std::vector<Wording::Word> broadWords(std::vector<Wording::Word> words)
 {
     words.erase(std::remove_if(words.begin(), words.end(), hasBeginning), words.end());
@@ -66,7 +66,7 @@ public:
     }
 
 private:
-    /// Empty where a word has no spelling in the vocabulary.
+    /// Empty when a word has no spelling in the vocabulary.
     std::vector<Wording::Word> expand(const Wording &wording)
     {
         m_left = limits::EXPANSIONS_OF_TERM;

@@ -8,23 +8,23 @@
 namespace placesd
 {
 
-/// Expressions for a full-text index, both empty for a reading that no text can fulfil.
+/// Expressions for a full-text index; both empty for a reading that no text matches.
 struct MatchExpressions
 {
-    std::string exact; ///< Finds what has the words of a reading.
-    /// Finds the same and more, but faster: by a few words, each of which has few entries as far as the vocabulary
-    /// tells. Empty where there are no such words.
+    std::string exact; ///< Matches texts with the words of a reading.
+    /// Matches the same texts and more, but faster: by a few words that are rare in the vocabulary. Empty without such
+    /// words.
     std::string broad;
-    /// Whether an index of the words collects entries for `exact` before it gives the first.
+    /// Whether the index collects entries for `exact` before it returns the first one.
     bool isSlowToOpen = false;
 };
 
-/// Whether an index of words collects all entries of a beginning before it gives the first.
+/// Whether the index collects all entries of a prefix before it returns the first one.
 bool isSlowToOpen(const Spelling &spelling);
 
-/// Writes a reading in the words of the vocabulary, so that the full-text index answers fast. It looks whole words up
-/// one by one, but collects all entries of a beginning before it gives the first. So a beginning becomes the words that
-/// start so, where these are few.
+/// Converts a reading to words of the vocabulary, so that the full-text index answers fast. The index looks whole words
+/// up one by one, but collects all entries of a prefix before it returns the first one. So a prefix is replaced by the
+/// words that start with it, if these are few.
 /// @param vocabulary all words of the index.
 MatchExpressions matchExpressions(const Reading &reading, const CorrectionSource &vocabulary);
 

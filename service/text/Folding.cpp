@@ -17,11 +17,11 @@ namespace placesd
 namespace
 {
 
-/// Marks that may follow one another: the longest run in a Stream-Safe text (Unicode Standard Annex #15, 13). To sort
-/// the marks of a run takes quadratic time.
+/// Maximum number of consecutive combining marks: the longest run in a Stream-Safe text (Unicode Standard Annex #15,
+/// 13). Sorting the marks of a run takes quadratic time.
 constexpr int MARKS_IN_A_ROW = 30;
 
-/// Without the marks of a run that are one too many; no language has so many.
+/// Drops excess marks of a run; no language has so many.
 icu::UnicodeString toIcu(const QString &text)
 {
     const icu::UnicodeString all(reinterpret_cast<const char16_t *>(text.utf16()), text.size());
@@ -67,14 +67,14 @@ bool hasLetter(const icu::UnicodeString &text, Test isWanted)
     return false;
 }
 
-/// Null where the data of ICU lack the rules; texts are then found as they are written only.
+/// Null when ICU's data lack the rules; texts are then found in their own script only.
 std::unique_ptr<icu::Transliterator> transliterator(const char *rules)
 {
     UErrorCode status = U_ZERO_ERROR;
     return std::unique_ptr<icu::Transliterator>(icu::Transliterator::createInstance(rules, UTRANS_FORWARD, status));
 }
 
-/// @tparam INSTANCE makes a normalizer that all threads share; null where the data of ICU lack it.
+/// @tparam INSTANCE returns a normalizer shared by all threads; null when ICU's data lack it.
 template <const icu::Normalizer2 *(*INSTANCE)(UErrorCode &)>
 icu::UnicodeString normalized(const icu::UnicodeString &text)
 {
@@ -114,7 +114,7 @@ QString withoutAccents(const QString &text)
     }
     if (toAscii && hasLetter(plain, [](UChar32 code) { return code >= 0x80 && scriptOf(code) == USCRIPT_LATIN; }))
         toAscii->transliterate(plain);
-    // Accents that stood on what was removed may compose again; ASCII letters from capitals do not arise.
+    // The remaining marks may compose with other letters now.
     return fromIcu(normalized<icu::Normalizer2::getNFCInstance>(plain)).toLower();
 }
 

@@ -3,21 +3,21 @@
 
 #include <QtCore/QString>
 
-/// The steps of folding, by ICU.
+/// The steps of folding, with ICU.
 namespace placesd
 {
 
 bool isAscii(const QString &text);
 
-/// Case folding with compatibility decomposition, without ignorable characters (NFKC_Casefold of Unicode's chapter
-/// 3.13). Accents stay. KEY_END becomes a blank.
+/// Case folding with compatibility decomposition, without ignorable characters (NFKC_Casefold, Unicode chapter 3.13).
+/// Accents are kept. KEY_END becomes a blank.
 QString caseFolded(const QString &text);
 
-/// @param text case-folded. Without accents, Latin letters as ASCII.
+/// @param text case-folded. Removes accents and converts Latin letters to ASCII.
 QString withoutAccents(const QString &text);
 
-/// @param text case-folded. In Latin letters, as most people type it: Cyrillic by BGN/PCGN, Greek by UNGEGN, anything
-/// else by ICU's Any-Latin. Empty where the text has no letters of other scripts.
+/// @param text case-folded. Transliterates to Latin letters as people usually type them: Cyrillic by BGN/PCGN, Greek by
+/// UNGEGN, other scripts by ICU's Any-Latin. Empty when the text has only Latin letters.
 QString inLatin(const QString &text);
 
 } // namespace placesd

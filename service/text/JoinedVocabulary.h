@@ -10,7 +10,7 @@ namespace placesd
 class JoinedVocabulary : public CorrectionSource
 {
 public:
-    /// Both outlive it.
+    /// Both must outlive it.
     JoinedVocabulary(const CorrectionSource &first, const CorrectionSource &second)
         : m_first(first)
         , m_second(second)

@@ -11,8 +11,8 @@ class AuxiliaryData;
 namespace placesd
 {
 
-/// Names of a place besides its own, in this and other languages, that a record of it holds under the keys of
-/// OpenStreetMap: https://wiki.openstreetmap.org/wiki/Names.
+/// Other names of a place, in any language, from the properties of a record with OpenStreetMap keys:
+/// https://wiki.openstreetmap.org/wiki/Names.
 QStringList otherNames(const vela::platform::places::AuxiliaryData &record);
 
 } // namespace placesd

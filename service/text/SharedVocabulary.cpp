@@ -7,7 +7,7 @@
 namespace placesd
 {
 
-/// Most places have no new word, so nobody who reads has to wait for them.
+/// Most places add no new word, so the check for new words does not block readers.
 void SharedVocabulary::add(std::vector<std::string> words)
 {
     {

@@ -11,30 +11,30 @@
 namespace placesd
 {
 
-/// The words of a database, for all who read and write it. Safe on any thread.
+/// The words of a database, shared by readers and writers. Thread-safe.
 class SharedVocabulary : public CorrectionSource
 {
 public:
-    /// @param slack words beyond those that were read, from which on they are read again: some of them may be of places
-    /// that are gone. Beyond twice as many, no words are added until then.
+    /// @param slack the words are stale after growing by this many, because some may be of removed places. After twice
+    /// as many, no words are added until the words are read again.
     explicit SharedVocabulary(std::size_t slack = limits::VOCABULARY_SLACK)
         : m_slack(slack)
     {}
 
-    /// Adds words of what is being written. A word whose place is not stored in the end does no harm.
+    /// Adds words during a write. A word whose place is not stored in the end does no harm.
     void add(std::vector<std::string> words);
-    /// Reads the words of what was written before, unless that was done. Others who want them wait.
+    /// Reads the words of earlier writes, once. Other callers wait.
     void load(const std::function<std::vector<std::string>()> &readWords);
-    /// Makes the next load() read again, because the database became another one.
+    /// Makes the next load() read again, after the database was replaced.
     void expire();
 
-    /// Whether the words are to be read again.
+    /// Whether the words should be read again.
     [[nodiscard]] bool isStale() const;
-    /// Replaces the words by those that are read; what is added meanwhile is kept. Only one at a time.
+    /// Replaces the words by newly read ones; words added meanwhile are kept. One at a time.
     class Replacement
     {
     public:
-        /// From here on what is added is kept: no write that began before may be under way.
+        /// Records added words from now on. No write may be in progress.
         explicit Replacement(SharedVocabulary &vocabulary);
         Replacement(const Replacement &) = delete;
         Replacement &operator=(const Replacement &) = delete;
@@ -57,10 +57,10 @@ private:
     mutable std::shared_mutex m_mutex;
     // Guarded by m_mutex.
     Vocabulary m_words;
-    std::size_t m_readSize = 0;       ///< Of the words when they were read.
-    bool m_isReading = false;         ///< While a replacement is.
-    std::vector<std::string> m_added; ///< Since then.
-    bool m_isIncomplete = false;      ///< Words were not added.
+    std::size_t m_readSize = 0;       ///< Number of words when they were read.
+    bool m_isReading = false;         ///< During a replacement.
+    std::vector<std::string> m_added; ///< Since the start of the replacement.
+    bool m_isIncomplete = false;      ///< Some words were not added.
 };
 
 } // namespace placesd

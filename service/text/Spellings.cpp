@@ -21,7 +21,7 @@ bool isApostrophe(QChar c)
     return code == '\'' || code == '`' || code == 0x2018 || code == 0x2019 || code == 0x02BB || code == 0x02BC;
 }
 
-/// Letters of several languages that stand for two where there is no such letter. @param text case-folded.
+/// Replaces special letters of several languages by two letters, for keyboards without them. @param text case-folded.
 QString withTwoLetters(const QString &text)
 {
     QString spelled;
@@ -67,7 +67,7 @@ SpelledWord spelledWord(const QString &folded)
     return word;
 }
 
-/// Words that an apostrophe parts, as one: "o'hare" as "ohare".
+/// Words with an apostrophe, joined: "o'hare" as "ohare".
 QList<SpelledWord> joinedWords(const QString &folded)
 {
     QList<SpelledWord> joined;

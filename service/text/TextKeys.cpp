@@ -22,8 +22,8 @@ using vela::platform::places::SearchOperator;
 namespace
 {
 
-/// What the full-text index takes for parts of words: the categories L*, N*, M*, Co and So, and all that Unicode 6.1,
-/// which it goes by, did not know. U+166D was punctuation then.
+/// Characters that the full-text index treats as part of words: the categories L*, N*, M*, Co and So, and characters
+/// unknown to Unicode 6.1, which the index uses. U+166D was punctuation in that version.
 bool isPartOfWord(uint code)
 {
     const QChar::Category category = QChar::category(code);
@@ -38,7 +38,7 @@ bool endsWith(std::string_view text, std::string_view end)
     return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
 
-/// Where the character begins that a byte of valid UTF-8 belongs to.
+/// Start of the character that contains a byte of valid UTF-8.
 std::size_t startOfCharacter(std::string_view text, std::size_t position)
 {
     while (position > 0 && isContinuation(text[position]))

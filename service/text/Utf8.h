@@ -7,8 +7,8 @@
 namespace placesd
 {
 
-/// The code point at `position` of UTF-8, and the position behind it. Text that is not valid gives any code; it is
-/// never read beyond its end.
+/// The code point at `position` of UTF-8; advances the position. Invalid text gives any code point, but is never read
+/// beyond its end.
 inline unsigned codePointAt(std::string_view text, std::size_t &position)
 {
     const auto byte = [&](std::size_t at) {
@@ -23,7 +23,7 @@ inline unsigned codePointAt(std::string_view text, std::size_t &position)
     return code;
 }
 
-/// True for a byte of a code point that is not its first.
+/// True for a continuation byte.
 inline bool isContinuation(char byte)
 {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;

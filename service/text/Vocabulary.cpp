@@ -23,7 +23,7 @@ namespace
 constexpr std::size_t LETTERS_FOR_ONE_EDIT = 4;
 constexpr std::size_t LETTERS_FOR_TWO_EDITS = 8;
 
-/// Scripts whose words are not separated by spaces, or whose letters are syllables.
+/// Scripts without spaces between words, or whose letters are syllables.
 constexpr std::array<QChar::Script, 16> DENSE_SCRIPTS = {
     QChar::Script_Han,   QChar::Script_Hiragana,  QChar::Script_Katakana, QChar::Script_Bopomofo,
     QChar::Script_Yi,    QChar::Script_Hangul,    QChar::Script_Thai,     QChar::Script_Lao,
@@ -43,7 +43,7 @@ bool isAscii(std::string_view word)
     return std::all_of(word.begin(), word.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-/// The code points of a word; those of no character where it is not UTF-8.
+/// The code points of a word; empty for invalid UTF-8.
 std::vector<unsigned> lettersOf(std::string_view word)
 {
     if (isAscii(word))
@@ -111,7 +111,7 @@ std::vector<Correction> Vocabulary::corrections(std::string_view typed, bool asP
     const std::vector<unsigned> letters = lettersOf(typed);
     const std::size_t last = limit > 0 ? std::min(most, mostEditsOf(letters)) : 0;
     std::vector<Correction> corrections;
-    // A walk for few edits is short, and makes the longer one needless when it finds enough.
+    // A walk with fewer edits is short, and saves the longer one when it finds enough.
     for (std::size_t edits = 1; edits <= last && corrections.size() < limit; ++edits) {
         const EditAutomaton automaton(letters, edits);
         CorrectionWalk walk(typed, automaton, asPrefix, limit);

@@ -12,8 +12,8 @@ namespace placesd
 namespace
 {
 
-/// A trie has at least so many times the words of the next one. More makes additions slower, less makes searches
-/// slower.
+/// A trie has at least this many times the words of the next one. A larger ratio makes additions slower, a smaller one
+/// searches.
 constexpr std::size_t SIZE_RATIO = 8;
 
 } // namespace

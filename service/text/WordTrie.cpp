@@ -12,13 +12,13 @@ namespace placesd
 namespace
 {
 
-// The first byte of a node. The length of its label follows where it does not fit, then the label, then the size of the
-// children where there are any.
+// The first byte of a node. If needed, it is followed by the length of the label; then come the label and, for a node
+// with children, their size.
 constexpr unsigned IS_WORD = 0x80;
 constexpr unsigned HAS_CHILDREN = 0x40;
 constexpr unsigned LENGTH_BITS = 0x3F;
 
-/// Reads a number of seven bits a byte, the lowest first.
+/// Reads a number with 7 bits per byte, lowest first.
 std::size_t takeNumber(const char *&bytes)
 {
     std::size_t number = 0;
@@ -30,7 +30,7 @@ std::size_t takeNumber(const char *&bytes)
     }
 }
 
-/// Length of the common beginning of two words, in whole code points.
+/// Length of the common prefix of two words, in bytes; ends at a code point.
 std::size_t sharedLength(std::string_view one, std::string_view other)
 {
     const std::size_t most = std::min(one.size(), other.size());
@@ -42,11 +42,11 @@ std::size_t sharedLength(std::string_view one, std::string_view other)
     return length;
 }
 
-/// Writes the nodes from the last byte to the first, because a node is known only when its children are written.
+/// Writes the nodes from the last byte to the first: a node is complete only when its children are written.
 class Builder
 {
 public:
-    /// @param word sorts before the words that were added so far. It must live as long as the builder.
+    /// @param word sorts before all earlier words. Must outlive the builder.
     void add(std::string_view word)
     {
         close(sharedLength(m_word, word));
@@ -69,12 +69,12 @@ private:
     /// A node on the path of the last word.
     struct Open
     {
-        std::size_t depth; ///< Where its label ends in the word.
-        std::size_t start; ///< Where its children start in the buffer.
+        std::size_t depth; ///< End of its label in the word.
+        std::size_t start; ///< Start of its children in the buffer.
         bool isWord;
     };
 
-    /// Writes the nodes of the last word below `depth`. A node then ends at `depth`.
+    /// Writes the nodes of the last word below `depth`, where a node then ends.
     void close(std::size_t depth)
     {
         while (m_open.back().depth > depth) {
@@ -109,19 +109,19 @@ private:
         m_bytes.append(bytes.rbegin(), bytes.rend());
     }
 
-    std::string m_bytes; ///< Of the nodes that are closed, the last byte first.
+    std::string m_bytes; ///< Bytes of the closed nodes, last byte first.
     std::vector<Open> m_open{{0, 0, false}};
-    std::string_view m_word; ///< The last one.
+    std::string_view m_word; ///< The last word.
 };
 
-/// Appends the words below a node, until there are `end`.
+/// Appends the words below a node until there are `end`.
 /// @param word the letters from the root to the node.
 void appendBelow(std::string_view siblings, std::string word, std::size_t end, std::vector<std::string> &words)
 {
     struct Level
     {
         std::string_view siblings;
-        std::size_t depth; ///< Length of what their labels continue.
+        std::size_t depth; ///< Length of the common prefix of the siblings.
     };
     std::vector<Level> levels{{siblings, word.size()}};
     while (!levels.empty() && words.size() < end) {

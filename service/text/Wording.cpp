@@ -34,7 +34,7 @@ std::string expressionOf(const Wording::Word &word)
     return '(' + joined(spellings, " OR ") + ')';
 }
 
-/// The typed words with their corrections, and which of them a reading has to use.
+/// The typed words with their corrections, and the words that a reading must contain.
 class Corrector
 {
 public:
@@ -52,18 +52,18 @@ public:
         }
     }
 
-    /// Finds the other corrections, too, and those of words that are known. That takes long, and is rarely needed.
+    /// Also finds longer corrections, and corrections of known words. Slow and rarely needed.
     void correctFurther()
     {
         for (const std::size_t word : wordsToCorrect(true))
             correct(word, EditAutomaton::MOST_EDITS);
     }
 
-    /// The fewest edits by which each word is one of the vocabulary, taken together.
+    /// Total of the fewest edits that turn each word into one of the vocabulary.
     [[nodiscard]] int least() const { return std::accumulate(m_least.begin(), m_least.end(), 0); }
     [[nodiscard]] int most() const { return std::accumulate(m_most.begin(), m_most.end(), 0); }
 
-    /// The wordings by so many edits, the first of them only where there are many.
+    /// The wordings with a total number of edits; only the first of them if there are many.
     [[nodiscard]] std::vector<Wording> wordings(int edits) const
     {
         std::vector<Wording> found;
@@ -72,11 +72,11 @@ public:
         return found;
     }
 
-    /// The words, each corrected where it is not in the vocabulary.
+    /// The words, each corrected if it is not in the vocabulary.
     [[nodiscard]] Wording known() const { return wording(m_least); }
 
 private:
-    /// The words that are not known, and behind them those that are, but no more than a search corrects.
+    /// The unknown words, then the known ones, up to the maximum number of corrected words.
     [[nodiscard]] std::vector<std::size_t> wordsToCorrect(bool withKnown) const
     {
         std::vector<std::size_t> words;
@@ -89,7 +89,7 @@ private:
         return words;
     }
 
-    /// False where there is no correction by so many edits.
+    /// False when there is no correction with this number of edits.
     bool correct(std::size_t word, std::size_t edits)
     {
         const bool isLast = word + 1 == m_typed.size();
@@ -140,7 +140,7 @@ private:
     std::vector<int> m_most;
 };
 
-/// Takes one word after the other, as long as something is found by all that were taken. What is taken first stays.
+/// Adds words one by one while a place contains all of them. Earlier words have priority.
 std::vector<std::size_t> takeWords(const std::vector<Wording::Word> &words, const std::vector<std::size_t> &order,
                                    const std::function<bool(const std::vector<std::size_t> &)> &finds)
 {
@@ -153,7 +153,7 @@ std::vector<std::size_t> takeWords(const std::vector<Wording::Word> &words, cons
     return taken;
 }
 
-/// Short words such as "am" and "de" tell little; so does a single letter of a script that is written without spaces.
+/// Short words such as "am" and "de" have little meaning; so has a single letter of a script without spaces.
 bool isShort(const Wording::Word &word)
 {
     const std::string &text = word.front().text;
@@ -186,7 +186,7 @@ std::vector<std::size_t> byRarity(const std::vector<Wording::Word> &words, const
     return order;
 }
 
-/// The reading by the larger part of the words; without wordings where none finds anything.
+/// The reading with most of the words; without wordings when it matches nothing.
 Reading mostWords(const std::vector<Wording::Word> &words, const ReadingSearch &search)
 {
     std::vector<std::size_t> telling;
@@ -200,8 +200,8 @@ Reading mostWords(const std::vector<Wording::Word> &words, const ReadingSearch &
         const auto taken = takeWords(words, order, [&](const std::vector<std::size_t> &numbers) {
             return search.finds(readingOf(words, numbers));
         });
-        // Where the rarest word is known, but to nothing that the search looks at, the others would find anything: all
-        // airports among the favourites for the airport of a city that has none there.
+        // When the rarest word is known but matches nothing in this search, the other words would match anything: for
+        // the airport of a city without a favourite airport, all airports among the favourites.
         if (taken.empty() || taken.front() != order.front())
             return {};
         if (taken.size() >= needed)

@@ -21,13 +21,13 @@ public:
 
     QVariant qvariantProperty(const QString &key) const;
 
-    /// The text under `key` or, for records that older writers made, under the key framed by semicolons; empty when
-    /// there is neither.
+    /// The text under `key`, or under the key framed by semicolons in records of older writers; empty when neither
+    /// exists.
     QString legacyProperty(const QString &key) const;
-    /// The same as a variant; invalid when there is neither.
+    /// The same as a variant; invalid when neither exists.
     QVariant legacyQvariantProperty(const QString &key) const;
 
-    /// A list of values as one text.
+    /// Joins a list of values to one text.
     static QString escapeList(const QList<QVariant> &list);
     static QList<QVariant> unescapeList(const QString &text);
 

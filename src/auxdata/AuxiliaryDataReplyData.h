@@ -12,7 +12,7 @@ namespace vela::platform::places
 class AuxiliaryDataReplyData : public QSharedData
 {
 public:
-    /// The data of a reply, to be filled. The reply no longer shares it with its copies.
+    /// Writable data of a reply. Detaches the reply from its copies.
     static AuxiliaryDataReplyData *fromPublic(AuxiliaryDataReply &reply) { return reply.d.get(); }
     static const AuxiliaryDataReplyData *fromPublic(const AuxiliaryDataReply &reply) { return reply.d.get(); }
 
@@ -22,7 +22,7 @@ public:
     QList<AuxiliaryData> data;
     QSharedPointer<AbstractPlace> place;
     QVariant userDefinedValue;
-    QString reason; ///< For people: two replies that differ in nothing else are equal.
+    QString reason; ///< For people; not compared.
 };
 
 } // namespace vela::platform::places

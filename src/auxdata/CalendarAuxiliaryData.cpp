@@ -42,7 +42,7 @@ QDateTime CalendarAuxiliaryDataPrivate::time(const QString &key) const
     std::istringstream text(m_data.property(key).toLatin1().toStdString());
     text.imbue(std::locale::classic());
     quint32 seconds = 0;
-    // Without digits reading fails and leaves 0. A number that does not fit fails too, but leaves the largest there is.
+    // Without digits reading fails and leaves 0; on an overflow it fails and leaves the largest number.
     const bool hasDigits = text >> seconds || seconds;
     return hasDigits ? unixtime::toDateTime(seconds) : QDateTime();
 }

@@ -7,7 +7,7 @@
 namespace vela::platform::places
 {
 
-/// Reads and writes the keys of a contact record. Whether a key is also looked up in its legacy form differs by key.
+/// Reads and writes the keys of a contact record. Only some keys are also read in their legacy form.
 class ContactAuxiliaryDataPrivate
 {
 public:

@@ -20,14 +20,14 @@ namespace vela::platform::places
 namespace
 {
 
-/// What utcOffsetSeconds() answers when the offset is not known.
+/// Result of utcOffsetSeconds() for an unknown offset.
 constexpr int UNKNOWN_UTC_OFFSET = std::numeric_limits<int>::max();
 
 const QLatin1Char DAY_SEPARATOR('|');
 const QLatin1Char RANGE_SEPARATOR(';');
 const QLatin1Char NUMBER_SEPARATOR(',');
 
-/// The leading digits of a text as a number; 0 when there are none or they do not fit.
+/// The leading digits of a text as a number; 0 without digits and on an overflow.
 int leadingNumber(const QString &text)
 {
     const long long value = std::strtoll(text.toLatin1().constData(), nullptr, 10);
@@ -42,7 +42,7 @@ QString rangeToText(const TimeRange &range)
         .join(NUMBER_SEPARATOR);
 }
 
-/// Appends the range that a text of four numbers gives; any other text gives none.
+/// Appends the time range in a text of four numbers; ignores any other text.
 void appendRange(QList<TimeRange> &ranges, const QString &text)
 {
     const QStringList numbers = text.split(NUMBER_SEPARATOR);

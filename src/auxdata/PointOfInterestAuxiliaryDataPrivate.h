@@ -21,7 +21,7 @@ public:
 
     QString stringProperty(const QString &key) const { return m_data.property(key); }
     void setStringProperty(const QString &key, const QString &value) { m_data.addProperty(key, value); }
-    /// As stringProperty(), and failing that the legacy form of the key.
+    /// Like stringProperty(), with the legacy form of the key as the fallback.
     QString legacyProperty(const QString &key) const;
 
     int utcOffsetSeconds() const;

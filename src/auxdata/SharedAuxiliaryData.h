@@ -8,7 +8,7 @@
 namespace vela::platform::places
 {
 
-/// The record that copies of a view share.
+/// The record shared by copies of a view.
 class SharedAuxiliaryData : public QSharedData
 {
 public:
@@ -24,7 +24,7 @@ protected:
     {}
 };
 
-// The members of the views, for the one source that instantiates them for its data.
+// Members of the views; instantiated in the source of each view.
 
 template <typename Data>
 SharedAuxiliaryDataView<Data>::SharedAuxiliaryDataView()

@@ -5,11 +5,11 @@
 
 #include <limits>
 
-/// Times as records keep them: seconds since 1970-01-01T00:00:00 UTC in 32 bits without a sign.
+/// Times in records: seconds since 1970-01-01T00:00:00 UTC as unsigned 32-bit numbers.
 namespace vela::platform::places::unixtime
 {
 
-/// What stands for a time that has no such number. It reads as the last second that has one.
+/// Written for a time outside this range. Reads as the last second of the range.
 constexpr quint32 INEXPRESSIBLE = std::numeric_limits<quint32>::max();
 
 inline quint32 fromDateTime(const QDateTime &time)

@@ -13,19 +13,18 @@ namespace vela::platform::places
 class AbstractPlace;
 class AbstractPlacePrivate;
 
-/// All that a place says, apart from the object, which belongs to one thread. It never changes, so copies share it on
-/// any threads.
+/// An immutable copy of a place without its QObject, which belongs to one thread. Copies share it across threads.
 class PlaceCopy
 {
 public:
     explicit PlaceCopy(const AbstractPlace &place);
 
-    /// A full place or a header that says the same. It lives in the calling thread.
+    /// A full place or a header with the same values. It belongs to the calling thread.
     [[nodiscard]] std::unique_ptr<AbstractPlace> toPlace() const;
 
 private:
     std::shared_ptr<const AbstractPlacePrivate> m_data;
-    QMap<QByteArray, QVariant> m_properties; ///< What an application attached to the object.
+    QMap<QByteArray, QVariant> m_properties; ///< Dynamic properties that an application set on the object.
 };
 
 } // namespace vela::platform::places

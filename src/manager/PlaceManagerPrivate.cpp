@@ -32,7 +32,7 @@ namespace
 
 constexpr int RECENT_AND_SAVED = PlacePrivate::RECENT_AND_SAVED;
 
-/// Most candidates that findEquivalentPlaces() looks at.
+/// Maximum number of candidates for findEquivalentPlaces().
 constexpr int MAX_EQUIVALENT_PLACES = 100;
 
 Node disjoint(Node rule)
@@ -69,8 +69,7 @@ SortRule byLastUse()
     return SortRule::createSimpleSortRule(SortField::LastUsedTime, SortOrder::Descending);
 }
 
-/// A value that an application attached to a place: a property of the object or, failing that, of one of its auxiliary
-/// records.
+/// A value that an application attached to a place: a property of the object, else of one of its auxiliary records.
 QVariant extendedValue(const AbstractPlace &place, const char *name)
 {
     if (const QVariant value = place.property(name); value.isValid())
@@ -85,7 +84,7 @@ QVariant extendedValue(const AbstractPlace &place, const char *name)
     return {};
 }
 
-/// Degrees that an application attached to a place; NaN when it did not.
+/// Degrees that an application attached to a place; NaN without a value.
 double extendedDegrees(const AbstractPlace &place, const char *name)
 {
     bool isNumber = false;
@@ -93,7 +92,7 @@ double extendedDegrees(const AbstractPlace &place, const char *name)
     return isNumber ? degrees : qQNaN();
 }
 
-/// What the service knows a suggestion by.
+/// The key of a suggestion at the service.
 QString suggestionText(const AbstractPlace &place)
 {
     if (const auto *header = dynamic_cast<const PlaceHeader *>(&place)) {
@@ -104,7 +103,7 @@ QString suggestionText(const AbstractPlace &place)
     return place.name();
 }
 
-/// True when a candidate of the same name stands where the place does.
+/// True when a candidate has the name and the position of the place.
 bool isEquivalent(const PlaceHeader &candidate, const QString &name, const Coordinates &position, int radius)
 {
     const Coordinates other = candidate.primaryCoordinates();
@@ -489,7 +488,7 @@ Error::Type PlaceManagerPrivate::buildRules(SearchResultGroup::Type group, const
         return Error::Success;
     case SearchResultGroup::Local: {
         auto local = std::make_unique<AndRule>();
-        // Meeting rooms are left out with the favourites: that search is for what was not picked yet.
+        // Without favourites there are no meeting rooms either: that search is for places that were not picked yet.
         if (!excludeFavorites)
             local->append(disjoint(Rules::createMeetingRoomRule(term)));
         local->append(disjoint(withoutFavorites(Rules::createNonContactQueryRule(term), excludeFavorites)));

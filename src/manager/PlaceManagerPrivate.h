@@ -23,11 +23,11 @@ class Place;
 class PlaceHeader;
 class Provider;
 
-/// The operations of the managers. It has no state; every call stands on its own, on any thread.
+/// The operations of the managers. Stateless; functions may run on any thread.
 class PlaceManagerPrivate
 {
 public:
-    /// What a find asks for. The centre is invalid where a find has none.
+    /// Arguments of a find. The centre is invalid for a find without one.
     struct Query
     {
         SearchRule rule;
@@ -43,7 +43,7 @@ public:
     [[nodiscard]] Error::Type removePlace(const AbstractPlace *place) const;
     [[nodiscard]] Place *getPlace(qint64 id, Error::Type *error) const;
     [[nodiscard]] Place *getPlace(const PlaceHeader *header, Error::Type *error) const;
-    /// Fetches a stored place by its id and resolves any other as a suggestion.
+    /// Fetches a stored place by its id; resolves any other place as a suggestion.
     [[nodiscard]] Place *getPlace(const AbstractPlace *place, Error::Type *error) const;
     [[nodiscard]] Error::Type getHeader(const Place &place, PlaceHeader *&header) const;
     [[nodiscard]] Error::Type usePlace(qint64 id) const;
@@ -77,30 +77,29 @@ public:
     unsigned int findPlacesSizeByGroup(SearchResultGroup::Type group, Error::Type *error, const QString &term,
                                        const Coordinates &centre) const;
     unsigned int findPlacesSize(const SearchRule &rule, Error::Type *error, const Coordinates &centre) const;
-    /// An earlier page for a position that was fetched before, the next one for a negative position or the one behind
-    /// those; Error::InvalidArgument for any other.
+    /// The page at a position that was fetched before, or the next page for a negative position or the position after
+    /// the fetched places; Error::InvalidArgument for any other position.
     QList<AbstractPlace *> findMorePlaces(SearchHandle &handle, int count, Error::Type &error, int position) const;
 
     [[nodiscard]] Error::Type getAuxiliaryData(const AuxiliaryDataRequest &request, AuxiliaryDataReply &reply) const;
     [[nodiscard]] Error::Type getSupportedProviders(QList<Provider> &providers) const;
 
-    /// The rules of a group. Error::InvalidArgument, and neither rule is set, for a group that cannot be searched so.
+    /// The rules of a group. For a group that cannot be searched this way, Error::InvalidArgument without rules.
     [[nodiscard]] static Error::Type buildRules(SearchResultGroup::Type group, const QString &term,
                                                 const Coordinates &centre, bool excludeFavorites, SearchRule &rule,
                                                 SortRule &sort);
-    /// Brings a rule into the shape that the service expects: a disjoint rule, or a connective of disjoint rules.
+    /// Converts a rule to the form that the service requires: a disjoint rule, or a connective of disjoint rules.
     static void adjustSearchRule(SearchRule &rule);
 
-    /// The common find sequence: adjusts the rule, sends the find, and notes in `handle` (which may be null) where the
-    /// next page starts: behind `limit` places or, where full places are asked for, behind those that came. The caller
-    /// owns the places.
-    /// @tparam PlaceType Place for full places; PlaceHeader, or AbstractPlace for whatever comes, for headers.
+    /// The common part of all finds: adjusts the rule, sends the find, and sets the start of the next page in `handle`,
+    /// if not null: after `limit` places, or for full places after the received ones. The caller owns the places.
+    /// @tparam PlaceType Place for full places; for headers PlaceHeader, or AbstractPlace for mixed results.
     template <typename PlaceType>
     static QList<PlaceType *> find(const Query &query, Error::Type *error, SearchHandle *handle);
-    /// The same for headers and full places side by side.
+    /// The same for a mix of headers and full places.
     static QList<QSharedPointer<AbstractPlace>> findShared(const Query &query, Error::Type *error,
                                                            SearchHandle *handle);
-    /// Writes an outcome to `error`, unless that is null, and returns it.
+    /// Writes an outcome to `error`, unless it is null, and returns it.
     static Error::Type report(Error::Type outcome, Error::Type *error);
 
 private:

@@ -16,7 +16,7 @@ namespace
 using Answer = PlaceStorageManagerPrivate::Answer;
 using Call = PlaceStorageManagerPrivate::Call;
 
-/// The full place that a copy is of; null for a header.
+/// The full place of a copy; null for a header.
 std::unique_ptr<Place> fullPlaceOf(const PlaceCopy &copy)
 {
     std::unique_ptr<AbstractPlace> place = copy.toPlace();
@@ -34,7 +34,7 @@ Error::Type fetch(const AbstractPlace &place, Answer &answer)
     return error;
 }
 
-/// A job that stores its own copy of a place, which becomes the answer.
+/// A job that stores its own copy of a place and returns it in the answer.
 Call store(const Place &place, Error::Type (PlaceManager::*operation)(Place *) const)
 {
     return [copy = PlaceCopy(place), operation](Answer &answer) {

@@ -13,7 +13,7 @@ namespace vela::platform::places
 namespace
 {
 
-/// Longest time after the start of its destruction in which a manager begins another change.
+/// A manager under destruction starts no further change after this time.
 constexpr std::chrono::seconds FINISH_TIME(30);
 
 constexpr WorkerThreads::Reports REPORTS = {

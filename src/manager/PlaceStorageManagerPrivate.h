@@ -28,9 +28,9 @@ public:
         Error::Type error = Error::Unspecified;
         QString reason;
         qint64 placeId = PlaceId::UNDEFINED_PERSISTED_ID;
-        std::unique_ptr<Place> place; ///< One owner, so that it ends in the thread that it lives in.
+        std::unique_ptr<Place> place; ///< Unique, so that it is destroyed in its thread.
     };
-    /// Asks the service on a worker thread; may leave a place in the answer.
+    /// Calls the service on a worker thread; may put a place into the answer.
     using Call = std::function<Error::Type(Answer &answer)>;
     struct Job
     {
@@ -44,11 +44,11 @@ public:
     explicit PlaceStorageManagerPrivate(QObject *parent);
     ~PlaceStorageManagerPrivate() override;
 
-    /// Each returns the id of the job. @param placeId the place that it is about; -1 for one that is not stored.
+    /// Each function returns the id of the job. @param placeId the place of the change; -1 for one that is not stored.
     int change(qint64 placeId, const QVariant &tag, const Call &call);
     int fetch(qint64 placeId, const QVariant &tag, const Call &call);
     void cancel(const QVariant &tag);
-    /// To be called for each answered() where it arrives. Nothing when its job was cancelled meanwhile.
+    /// Call it once per answered(), in the slot. std::nullopt when the job was cancelled meanwhile.
     std::optional<PlaceStorageReply> takeReply();
 
 Q_SIGNALS:
@@ -60,7 +60,7 @@ private:
     bool dataAvailable(const Job &job, Answer &answer);
 
     const std::shared_ptr<Queue> m_queue;
-    std::deque<PlaceStorageReply> m_replies; ///< Guarded by the queue mutex; one for each answered() on its way.
+    std::deque<PlaceStorageReply> m_replies; ///< Guarded by the queue mutex; one per answered() in flight.
 };
 
 } // namespace vela::platform::places

@@ -13,7 +13,7 @@ namespace vela::platform::places
 class PlaceStorageReplyData : public QSharedData
 {
 public:
-    /// The data of a reply, to be filled. The reply no longer shares it with its copies.
+    /// Writable data of a reply. Detaches the reply from its copies.
     static PlaceStorageReplyData *fromPublic(PlaceStorageReply &reply) { return reply.d.get(); }
 
     int jobId = 0;

@@ -12,7 +12,7 @@
 #include <climits>
 #include <dataversion.h>
 
-// A platform without data versions has neither.
+// Weak: a platform without data versions lacks these functions.
 #pragma weak dataversion_get
 #pragma weak dataversion_path
 
@@ -50,7 +50,7 @@ PlaceStoreWatcherPrivate::PlaceStoreWatcherPrivate(QObject *parent)
     m_pause.setSingleShot(true);
     m_pause.setInterval(PAUSE);
     connect(&m_pause, &QTimer::timeout, this, &PlaceStoreWatcherPrivate::check);
-    // Queued, as a slot of changed() may destroy this object, which the file system watcher does not expect.
+    // Queued, because a slot of changed() may destroy this object, which the file system watcher does not allow.
     for (const auto signal : {&QFileSystemWatcher::fileChanged, &QFileSystemWatcher::directoryChanged})
         connect(&m_files, signal, this, &PlaceStoreWatcherPrivate::onChanged, Qt::QueuedConnection);
     watch();
@@ -71,7 +71,7 @@ void PlaceStoreWatcherPrivate::watch()
 {
     if (m_path.isEmpty())
         return;
-    // What appears before its folder is watched is found when this looks again.
+    // A file that is created before its folder is watched is found on the next iteration.
     while (!isWatched(m_path) && !m_files.addPath(m_path)) {
         QString folder = folderOf(m_path);
         while (!QFileInfo::exists(folder))

@@ -21,14 +21,14 @@ Q_SIGNALS:
     void changed(qint64 version);
 
 private:
-    /// Watches the file or, where there is none, the folder in which it or a folder above it will appear.
+    /// Watches the file, or its nearest existing folder while it is missing.
     void watch();
     [[nodiscard]] bool isWatched(const QString &path) const;
     void onChanged();
-    /// Emits changed() if there is a new version, unless one was emitted a moment ago.
+    /// Emits changed() for a new version, unless one was emitted a moment ago.
     void check();
 
-    const QString m_path; ///< Of the file with the version; empty where the platform has none.
+    const QString m_path; ///< Path of the version file; empty when the platform has none.
     QFileSystemWatcher m_files;
     QTimer m_pause; ///< Runs from one changed() to the earliest next one.
     qint64 m_version = 0;

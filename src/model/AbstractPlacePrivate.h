@@ -16,7 +16,7 @@ class AbstractPlacePrivate
 public:
     virtual ~AbstractPlacePrivate();
 
-    /// Compares what the place is, not when and by whom it was stored or used.
+    /// Compares the values of the place, not the times and users of storing and use.
     virtual bool operator==(const AbstractPlacePrivate &other) const;
     virtual bool operator!=(const AbstractPlacePrivate &other) const;
 
@@ -32,18 +32,17 @@ public:
     virtual QString primaryPhoneNumber() const = 0;
     virtual QUrl primaryUrl() const = 0;
     virtual QUrl mapUrl() const = 0;
-    /// Makes this the place of a JSON document whose top-level object the decoder has entered. What the document leaves
-    /// out, or has in another type, is as in a new place; so is everything when there is no such object. `flags` are
-    /// not interpreted. Always true.
+    /// Sets all values from a JSON document; the decoder must have entered the top-level object. A value that is
+    /// missing or of another type gets its default; without an object all values do. `flags` are ignored. Always true.
     virtual bool fromJSON(pps_decoder_t &decoder, int flags) = 0;
-    /// Writes the JSON document of the place, a text without characters outside ISO 8859-1, and sets `status` to 1.
-    /// False, with `out` as it was, only when memory does not suffice.
+    /// Writes the JSON document of the place, in ISO 8859-1, and sets `status` to 1. False, without a change of `out`,
+    /// only when memory is exhausted.
     virtual bool toJSON(QString &out, int &status) const = 0;
 
     static AbstractPlacePrivate *privateFromPublic(AbstractPlace *place) { return place->d.get(); }
     static const AbstractPlacePrivate *privateFromPublic(const AbstractPlace *place) { return place->d.get(); }
-    /// The private part of a place that its owner handed over as const, but that an answer of the service changes: its
-    /// id when it was removed, its search term when it was sent.
+    /// The private part of a const place, for changes by a reply: the id of a removed place, and a search term that was
+    /// sent.
     static AbstractPlacePrivate *mutablePrivate(const AbstractPlace &place) { return place.d.get(); }
 
     std::unique_ptr<PlaceId> globalId() const { return std::make_unique<PlaceId>(*this); }
@@ -59,10 +58,10 @@ public:
     void setOwner(const QString &owner) { m_owner = owner; }
     const QString &source() const { return m_source; }
     void setSource(const QString &source) { m_source = source; }
-    /// The term that the place was found with, until it is handed to the service.
+    /// The term of the search that found the place, until it is sent to the service.
     const QString &searchTerm() const { return m_searchTerm; }
     void setSearchTerm(const QString &term) { m_searchTerm = term; }
-    /// Hands the search term out and forgets it: the service hears of each search once.
+    /// Returns the search term and clears it: it is sent to the service once.
     QString takeSearchTerm();
     quint64 lastUsedTime() const { return m_lastUsedTime; }
     void setLastUsedTime(quint64 time) { m_lastUsedTime = time; }
@@ -84,11 +83,11 @@ public:
     SearchResultCertainty::Type m_certainty = SearchResultCertainty::Unknown;
 
 protected:
-    // The members that the documents of full places and of headers have in common.
+    // Members that full places and headers have in common in JSON.
     void encodeJSONCommonData(pps_encoder_t &encoder, int &status) const;
     bool decodeJSONCommonData(pps_decoder_t &decoder);
     void encodeJSONLocation(pps_encoder_t &encoder, const Location &location) const;
-    /// False, with the location as it was, when the document has none.
+    /// False, without a change of the location, when the document has none.
     bool decodeJSONLocation(pps_decoder_t &decoder, Location &location);
 };
 

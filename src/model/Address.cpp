@@ -15,7 +15,7 @@ namespace vela::platform::places
 namespace
 {
 
-/// By AddressPrivate::Part.
+/// In the order of AddressPrivate::Part.
 constexpr const char *KEYS[AddressPrivate::PartCount] = {
     "_label", "_room",   "_floor",   "_building",    "_campus",      "_houseNumber", "_street",
     "_city",  "_region", "_country", "_2_letter_cc", "_3_letter_cc", "_postalCode",
@@ -28,7 +28,7 @@ const QString &noFloorText()
     return text;
 }
 
-/// Index of the part under `key`; PartCount when it is none.
+/// Index of the part with `key`; PartCount when there is none.
 std::size_t partUnder(const QString &key)
 {
     const auto found =
@@ -36,7 +36,7 @@ std::size_t partUnder(const QString &key)
     return static_cast<std::size_t>(found - std::begin(KEYS));
 }
 
-/// Appends `part`, if there is one, behind whatever stands there already.
+/// Appends a non-empty part, after the separator if the text is not empty.
 void appendPart(QString &text, const QString &part, QLatin1String separator)
 {
     if (part.isEmpty())

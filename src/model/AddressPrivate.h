@@ -11,12 +11,12 @@
 namespace vela::platform::places
 {
 
-/// The parts of an address, each a text under a key. The parts that have an accessor stand in a fixed array, which a
-/// list of a thousand headers can afford; a map takes whatever else is set by key.
+/// The parts of an address, as texts by key. Parts with an accessor are in an array, which saves memory in lists of
+/// headers; a map has all other keys.
 class AddressPrivate
 {
 public:
-    /// The parts, in the order in which they are written and read.
+    /// The parts in the order of reading and writing.
     enum Part
     {
         Label,
@@ -42,9 +42,9 @@ public:
     static AddressPrivate *privateFromPublic(Address *address) { return address->d.get(); }
     static const AddressPrivate *privateFromPublic(const Address *address) { return address->d.get(); }
 
-    /// The text under `key`, which is there, empty, from then on.
+    /// The text of `key`; inserts an empty one if it is missing.
     QString field(const QString &key);
-    /// Inserts or replaces the text under `key`.
+    /// Sets the text of `key`.
     void setField(const QString &key, const QString &value);
 
     const QString &part(Part part) const { return m_parts[part]; }
@@ -52,11 +52,11 @@ public:
 
     const QString &isoAlpha2CountryCode() const { return part(IsoAlpha2CountryCode); }
     void setIsoAlpha2CountryCode(const QString &code) { part(IsoAlpha2CountryCode) = code; }
-    /// What the public class calls countryCode().
+    /// Called countryCode() in the public class.
     const QString &isoAlpha3CountryCode() const { return part(IsoAlpha3CountryCode); }
     void setIsoAlpha3CountryCode(const QString &code) { part(IsoAlpha3CountryCode) = code; }
 
-    /// The floor's text as a number; 0 for a text that is none.
+    /// The number in the floor's text; 0 when it is not a number.
     int floor() const;
     void setFloor(int floor);
     bool hasValidFloor() const { return floor() != NO_FLOOR; }
@@ -64,21 +64,21 @@ public:
     const QStringList &compactAddressLines() const { return m_compactLines; }
     QStringList &compactAddressLines() { return m_compactLines; }
     void setCompactAddressLines(const QStringList &lines) { m_compactLines = lines; }
-    /// One line for each line of the text.
+    /// Splits the text into lines.
     void setCompactAddressLines(const QString &text);
 
     const QStringList &extendedAddressLines() const { return m_extendedLines; }
     QStringList &extendedAddressLines() { return m_extendedLines; }
     void setExtendedAddressLines(const QStringList &lines) { m_extendedLines = lines; }
-    /// One line for each line of the text.
+    /// Splits the text into lines.
     void setExtendedAddressLines(const QString &text);
 
-    /// The lines as one text; a line feed within a line becomes a space.
+    /// Joins the lines to one text; line feeds within a line become spaces.
     static QString addressLinesToTextBlob(const QStringList &lines);
 
-    /// "street, city, region postal code, country", without the parts that are not set.
+    /// "street, city, region postal code, country", without unset parts.
     QString concatenatedLabel() const;
-    /// The label when there is one, else the concatenated label.
+    /// The label, else the concatenated label.
     QString unifiedLabel() const;
 
     bool isEmpty() const;

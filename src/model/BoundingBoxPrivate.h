@@ -9,7 +9,7 @@ namespace vela::platform::places
 class BoundingBoxPrivate
 {
 public:
-    /// The private part, to be read or filled in place.
+    /// The private part, for reading and writing in place.
     static BoundingBoxPrivate *privateFromPublic(BoundingBox *box) { return box->d.get(); }
     static const BoundingBoxPrivate *privateFromPublic(const BoundingBox *box) { return box->d.get(); }
 

@@ -10,7 +10,7 @@ namespace vela::platform::places
 
 bool CoordinatesPrivate::isValid() const
 {
-    // A NaN fails every comparison.
+    // Comparisons with NaN are false.
     return latitude >= -90.0 && latitude <= 90.0 && longitude >= -180.0 && longitude <= 180.0;
 }
 

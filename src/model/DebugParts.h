@@ -7,8 +7,8 @@
 namespace vela::platform::places
 {
 
-/// Writes a value for debugging as "Name(part, part)", in one line: texts are quoted and escaped whatever the stream
-/// was set to. The stream has its own settings again at the end.
+/// Writes a value for debugging as "Name(part, part)" on one line. Texts are quoted and escaped in any state of the
+/// stream; the state is restored at the end.
 class DebugParts
 {
 public:
@@ -28,7 +28,7 @@ public:
         separate() << part;
         return *this;
     }
-    /// Adds a part that there may not be.
+    /// Adds an optional part.
     template <typename Part>
     DebugParts &addIf(bool isThere, const Part &part)
     {
@@ -41,21 +41,21 @@ public:
         separate() << label << ' ' << part;
         return *this;
     }
-    /// Adds a number with all its digits, and a unit behind it; nothing for NaN.
+    /// Adds a number with all digits and a unit; nothing for NaN.
     DebugParts &addNumber(double number, const char *unit = "")
     {
         if (!qIsNaN(number))
             separate() << exact(number).constData() << unit;
         return *this;
     }
-    /// Adds a count with what it counts, "1 record" or "2 records"; nothing for 0.
+    /// Adds a count with its noun, "1 record" or "2 records"; nothing for 0.
     DebugParts &addCount(int count, const char *singular)
     {
         if (count != 0)
             separate() << count << ' ' << singular << (count == 1 ? "" : "s");
         return *this;
     }
-    /// Adds the name of an enumerator, or the number that has none.
+    /// Adds the name of an enumerator, or its number when it has no name.
     template <typename Enumeration>
     DebugParts &addName(Enumeration value)
     {

@@ -1,7 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-/// The tags that the service puts on what is no stored place: suggestions and search terms.
+/// Tags that the service sets on results that are no stored places: suggestions and search terms.
 namespace vela::platform::places::InternalTags
 {
 

@@ -5,27 +5,25 @@
 
 #include <QtCore/QString>
 
-/// The members of a JSON document, one by one. Their texts are eight-bit (ISO 8859-1). Without a name, the element of
-/// an array is meant.
+/// The members of a JSON document. Texts are ISO 8859-1. A null name is the element of an array.
 namespace vela::platform::places::json
 {
 
-/// What a document can hold of a text: each unit of UTF-16 that is not in ISO 8859-1 becomes "?", and so does the null
-/// character, which ends a text of the codec.
+/// The text in ISO 8859-1. Other characters become "?", as does the null character, which ends a text of the codec.
 QByteArray toEightBit(const QString &text);
 
 void write(pps_encoder_t &encoder, const char *name, const QString &text);
 void write(pps_encoder_t &encoder, const char *name, bool value);
 void write(pps_encoder_t &encoder, const char *name, int value);
 void write(pps_encoder_t &encoder, const char *name, qint64 value);
-/// Times beyond the signed range are written as negative numbers, and read back as they were.
+/// Times beyond the signed range are written as negative numbers and read back unchanged.
 void write(pps_encoder_t &encoder, const char *name, quint64 value);
 void writeUnlessEmpty(pps_encoder_t &encoder, const char *name, const QString &text);
-/// Leaves out what is not known, and what JSON cannot express.
+/// Writes a finite number; leaves out NaN and infinity.
 void writeIfKnown(pps_encoder_t &encoder, const char *name, double value);
 
-/// Each of these leaves the value alone, and answers false, when there is no such member, when it is of another type,
-/// and when it does not fit.
+/// Each function returns false and leaves the value unchanged when the member is missing, has another type or is out of
+/// range.
 bool read(pps_decoder_t &decoder, const char *name, QString &text);
 bool read(pps_decoder_t &decoder, const char *name, bool &value);
 bool read(pps_decoder_t &decoder, const char *name, int &value);
@@ -34,7 +32,7 @@ bool read(pps_decoder_t &decoder, const char *name, quint64 &value);
 bool read(pps_decoder_t &decoder, const char *name, double &value);
 bool read(pps_decoder_t &decoder, const char *name, float &value);
 
-/// An enumeration by its number, which may be one that has no name.
+/// Reads an enumerator by its number, also a number without a name.
 template <typename Enumeration>
 bool readNumber(pps_decoder_t &decoder, const char *name, Enumeration &value)
 {
@@ -45,7 +43,7 @@ bool readNumber(pps_decoder_t &decoder, const char *name, Enumeration &value)
     return true;
 }
 
-/// Reads inside the object `name`; false when there is none.
+/// Calls `readMembers` inside the object `name`; false when there is none.
 template <typename Read>
 bool readObject(pps_decoder_t &decoder, const char *name, Read readMembers)
 {
@@ -57,8 +55,8 @@ bool readObject(pps_decoder_t &decoder, const char *name, Read readMembers)
     return object.isEntered();
 }
 
-/// Calls `readElement` for each element of the array, or each member of the object, `name` of that type, which is then
-/// the current one.
+/// Calls `readElement` for each element of the array, or member of the object, `name` of that type. The element is
+/// entered.
 template <typename Read>
 void readEach(pps_decoder_t &decoder, const char *name, pps_node_type_t type, Read readElement)
 {

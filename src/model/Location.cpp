@@ -38,7 +38,7 @@ void LocationPrivate::setCoordinates(const Coordinates &point, const Address &re
     m_address = resolved;
 }
 
-bool LocationPrivate::saysNothing() const
+bool LocationPrivate::isUnset() const
 {
     return m_address.isEmpty() && m_coordinates == Coordinates() && m_virtualData.isEmpty();
 }

@@ -15,8 +15,7 @@ public:
     explicit LocationPrivate(qint64 id)
         : m_id(id)
     {}
-    /// Copies everything but the zoom, which stays with the object it was set on: a copied location is drawn at the
-    /// map's own scale.
+    /// Copies all values except the zoom: a copied location is drawn at the map's own scale.
     LocationPrivate(const LocationPrivate &other);
     LocationPrivate &operator=(const LocationPrivate &other);
 
@@ -25,19 +24,19 @@ public:
 
     void setId(qint64 id) { m_id = id; }
 
-    /// The address as one line from which the coordinates were found; empty when they were given.
+    /// The address from which the coordinates were geocoded, as one line; empty for given coordinates.
     const QString &addressUsedToGeocode() const { return m_addressUsedToGeocode; }
     void setAddressUsedToGeocode(const QString &address) { m_addressUsedToGeocode = address; }
 
-    /// Takes a position and, unless `resolved` is empty, the address that a geocoder resolved it from; the address that
-    /// stood here until now is remembered as the one that was used to geocode.
+    /// Sets the position. A non-empty `resolved` address of a geocoder replaces the address, and the previous one is
+    /// kept as the address used to geocode.
     void setCoordinates(const Coordinates &point, const Address &resolved);
 
-    /// True when there is an address but no valid position.
+    /// True with an address but without a valid position.
     bool needGeocode() const { return !m_address.isEmpty() && !m_coordinates.isValid(); }
 
-    /// True when there is no address, no position and no virtual data.
-    bool saysNothing() const;
+    /// True without an address, a position and virtual data.
+    bool isUnset() const;
 
     bool operator==(const LocationPrivate &other) const;
 

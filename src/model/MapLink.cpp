@@ -93,7 +93,7 @@ QUrl MapLink::toUrl() const
         query += QLatin1Char('&');
     query += LATITUDE + QLatin1Char('=') + m_latitude + QLatin1Char('&') + LONGITUDE + QLatin1Char('=') + m_longitude;
     for (auto item = m_items.begin(); item != m_items.end(); ++item) {
-        // Everything but the unreserved characters of RFC 3986 is percent-encoded.
+        // Percent-encode all but the unreserved characters of RFC 3986.
         if (!item.value().isEmpty())
             query += QLatin1Char('&') + item.key() + QLatin1Char('=')
                      + QString::fromLatin1(QUrl::toPercentEncoding(item.value()));

@@ -13,18 +13,18 @@ namespace vela::platform::places
 
 class AbstractPlacePrivate;
 
-/// Puts together the link that shows a place on the map web service.
+/// Builds the link that shows a place on the map web service.
 class MapLink
 {
 public:
-    /// A link to a place at a valid position, with its name, description and primary values.
+    /// A link to a valid position, with the name, description and primary values of the place.
     MapLink(const AbstractPlacePrivate &place, const Coordinates &position);
 
-    /// The scale that suits how much of an address is known.
+    /// The map scale for the precision of an address.
     static int scaleOf(const Address &address);
 
     void setScale(int scale);
-    /// The address as one line; it stands in for the name of a place that has none.
+    /// Sets the address as one line; also used as the name of a place without a name.
     void setAddressText(const QString &text);
     /// Street, city, region, country and postal code.
     void setAddressParts(const Address &address);

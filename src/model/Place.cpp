@@ -19,7 +19,7 @@ namespace vela::platform::places
 namespace
 {
 
-/// The alias that comes and goes with a tag; empty for most.
+/// The alias that is added and removed together with a tag; empty for most tags.
 QString aliasOfTag(const QString &tag)
 {
     if (tag == Tags::MyHome)
@@ -163,7 +163,7 @@ void PlacePrivate::appendTag(const QString &tag)
 
 bool PlacePrivate::removeTag(const QString &tag)
 {
-    // A place that another program sent may have it several times.
+    // A place of another program may contain the tag several times.
     if (m_tags.removeAll(tag) == 0)
         return false;
     if (const QString alias = aliasOfTag(tag); !alias.isEmpty())
@@ -245,7 +245,7 @@ QString PlacePrivate::fieldValue(const AuxiliaryData &data, PrimaryField field)
 
 QString PlacePrivate::primaryAuxiliaryValue(PrimaryField field) const
 {
-    // A contact knows best, wherever it stands in the list; failing that, the first record that has a value.
+    // A contact record has priority at any position of the list; otherwise the first record with a value.
     QString first;
     for (const AuxiliaryData &data : m_auxiliaryData) {
         const QString value = fieldValue(data, field);

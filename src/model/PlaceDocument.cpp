@@ -1,7 +1,6 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
-// The JSON documents of a full place and of a header: the members of each, in their order, as they are written and as
-// they are read.
+// The JSON documents of full places and headers: their members in order, for writing and reading.
 
 #include "auxdata/AuxiliaryDataPrivate.h"
 #include "model/AddressPrivate.h"
@@ -34,7 +33,7 @@ using json::writeUnlessEmpty;
 namespace
 {
 
-/// The status of a document that was written.
+/// Status of a written document.
 constexpr int WRITTEN = 1;
 
 constexpr struct
@@ -135,7 +134,7 @@ void writeTags(pps_encoder_t &encoder, const QStringList &tags)
     pps_encoder_end_array(&encoder);
 }
 
-/// Tells repeated tags by hash: a foreign document may hold more of them than a search through the list allows.
+/// Finds repeated tags by hash: a foreign document may contain too many for a search in the list.
 void readTags(pps_decoder_t &decoder, PlacePrivate &place)
 {
     QSet<QString> known;
@@ -176,7 +175,7 @@ AuxiliaryData asSeenBy(const AuxiliaryData &record)
     return View(record);
 }
 
-/// Hands a record to the class of its type and back; a record of any other type stays as it is.
+/// Converts a record to the class of its type and back; a record of another type is unchanged.
 AuxiliaryData convertedByType(const AuxiliaryData &record)
 {
     const struct
@@ -197,7 +196,7 @@ AuxiliaryData convertedByType(const AuxiliaryData &record)
     return record;
 }
 
-/// The record that the current element holds, added to the place.
+/// Reads the record in the current element and adds it to the place.
 void readRecord(pps_decoder_t &decoder, PlacePrivate &place)
 {
     qint64 id = PlaceId::UNDEFINED_PERSISTED_ID;
@@ -215,7 +214,7 @@ void readRecord(pps_decoder_t &decoder, PlacePrivate &place)
     place.addAuxiliaryData(convertedByType(record));
 }
 
-/// Writes a document: one object, whose members `writeMembers` writes.
+/// Writes a document as one object with the members that `writeMembers` writes.
 template <typename Write>
 bool writeDocument(QString &out, Write writeMembers)
 {
@@ -264,7 +263,7 @@ void AbstractPlacePrivate::encodeJSONLocation(pps_encoder_t &encoder, const Loca
 {
     const LocationPrivate &data = *LocationPrivate::privateFromPublic(&location);
     pps_encoder_start_object(&encoder, "location");
-    // The place's id, not the location's: a location read back carries the number of the place it came from.
+    // The id of the place, not of the location: a location that is read has the id of its place.
     write(encoder, "id", m_id);
     writeAddress(encoder, *AddressPrivate::privateFromPublic(&data.m_address));
     writeCoordinates(encoder, *CoordinatesPrivate::privateFromPublic(&data.m_coordinates));
@@ -338,7 +337,7 @@ bool PlaceHeaderPrivate::toJSON(QString &out, int &status) const
 bool PlaceHeaderPrivate::fromJSON(pps_decoder_t &decoder, int)
 {
     *this = PlaceHeaderPrivate();
-    m_location.setZoom(Location().zoom()); // which an assignment leaves as it is
+    m_location.setZoom(Location().zoom()); // assignment does not copy the zoom
     const bool done = decodeJSONCommonData(decoder);
     read(decoder, "__externalId", m_externalId);
     read(decoder, "__auxDataType", m_auxiliaryDataType);

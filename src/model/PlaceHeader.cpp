@@ -24,8 +24,8 @@ struct MaskEntry
     qint64 bit;
 };
 
-/// The tags that a header knows of, in the order of their bits. The texts are those of Tags, written again because some
-/// of those are objects that may not exist yet when another library's static objects ask.
+/// Tags with a bit in a header, in the order of the bits. The texts equal those of Tags, which are partly objects that
+/// may not be initialized yet when another library's static objects call this.
 constexpr MaskEntry TAG_BITS[] = {
     {"lbs-favorite", 0x1000},
     {"lbs-my-home", 0x2000},
@@ -51,7 +51,7 @@ constexpr MaskEntry TYPE_BITS[] = {
     {"poi", PlaceHeaderPrivate::HasPointOfInterestData},
 };
 
-/// The bit of a tag or type; 0 when it has none.
+/// The bit of a tag or type; 0 when there is none.
 template <std::size_t Size>
 qint64 bitOf(const MaskEntry (&table)[Size], const QString &text)
 {
@@ -149,7 +149,7 @@ void PlaceHeaderPrivate::setData(const PlacePrivate &place)
     const auto &records = place.auxiliaryData();
     const auto &locations = place.locations();
     const AuxiliaryData record = records.isEmpty() ? AuxiliaryData() : records.first();
-    // The location a header shows is the first that has a position, else the first there is.
+    // The first location with a position, else the first one.
     Location location = locations.isEmpty() ? Location() : locations.first();
     for (const Location &candidate : locations) {
         if (candidate.coordinates().isValid()) {
@@ -196,7 +196,7 @@ void PlaceHeaderPrivate::resetIdFromContact(int first, int second, const QString
 PlaceHeader *PlaceHeaderPrivate::createPublicHeader(Place &place)
 {
     PlaceHeader *header = nullptr;
-    (void)PlaceManagerPrivate().getHeader(place, header); // Null on failure.
+    (void)PlaceManagerPrivate().getHeader(place, header); // null on failure
     return header;
 }
 

@@ -14,7 +14,7 @@ class PlacePrivate;
 class PlaceHeaderPrivate : public AbstractPlacePrivate
 {
 public:
-    /// Bits of the data mask: what the full place has. The tags' bits stand in one table in the source.
+    /// Bits of the data mask: properties of the full place. The bits of tags are in a table in the source.
     enum MaskBit : qint64
     {
         HasPhysicalLocation = 0x1,
@@ -59,16 +59,16 @@ public:
                  const QString &auxiliaryDataType, const Location &location, const QString &searchTerm, bool isPrivate,
                  vela::system::SecurityPerimeter::Type securityPerimeter, SearchResultCertainty::Type certainty);
 
-    /// Makes the header that of a full place: mask, primary values and location follow from it.
+    /// Sets mask, primary values and location from a full place.
     void setData(const PlacePrivate &place);
 
-    /// Sets or clears the bits of a tag, when it has one; the bit for "any tag" is only ever set.
+    /// Sets or clears the bit of a tag, if there is one; the bit for "any tag" is never cleared.
     void setTagBit(const QString &tag, bool present);
 
-    /// Makes the header that of a contact's place, which is not stored.
+    /// Makes this the header of a contact's place, which is not stored.
     void resetIdFromContact(int first, int second, const QString &third);
 
-    /// Asks the service for the header of a full place. The caller owns the result; null on failure.
+    /// Requests the header of a full place from the service. The caller owns it; null on failure.
     [[nodiscard]] static PlaceHeader *createPublicHeader(Place &place);
 
     QString m_externalId;

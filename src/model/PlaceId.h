@@ -14,17 +14,17 @@ namespace vela::platform::places
 
 class AbstractPlacePrivate;
 
-/// What identifies a place: its number when it is stored, else what it shows. Held through a shared-data pointer.
+/// Identity of a place: its id if it is stored, else its visible values. Used with a shared-data pointer.
 class PlaceId : public QSharedData
 {
 public:
     static constexpr qint64 UNDEFINED_PERSISTED_ID = -1;
 
     PlaceId() = default;
-    /// The identity of a place. A header gives its number and what it shows, a full place its auxiliary data as well.
+    /// The identity of a place: id and visible values, for a full place also its auxiliary data.
     explicit PlaceId(const AbstractPlacePrivate &place);
     PlaceId(const PlaceId &other) = default;
-    /// Assigns the identity; how many share this object, which the base counts, stays its own.
+    /// Assigns the identity; the reference count of this object is unchanged.
     PlaceId &operator=(const PlaceId &other);
     ~PlaceId() = default;
 

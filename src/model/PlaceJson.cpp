@@ -17,10 +17,10 @@ namespace vela::platform::places::PlaceJson
 namespace
 {
 
-/// Why a document is refused; empty when it is not.
+/// Why a document is refused; empty on success.
 using Refusal = QString;
 
-/// The text of UTF-8 bytes; a byte order mark is passed over.
+/// Decodes UTF-8; a byte order mark is skipped.
 Refusal decodeUtf8(const QByteArray &bytes, QString &text)
 {
     QTextCodec::ConverterState state;
@@ -35,7 +35,7 @@ Refusal decodeUtf8(const QByteArray &bytes, QString &text)
 /// Length of an escape such as "\u00e9".
 constexpr int ESCAPE_LENGTH = 6;
 
-/// The unit of UTF-16 that the escape at `position` stands for; -1 when there is none.
+/// The UTF-16 unit of the escape at `position`; -1 when there is no escape.
 int escapedUnit(const QString &text, int position)
 {
     const QStringRef escape = text.midRef(position, ESCAPE_LENGTH);
@@ -46,8 +46,8 @@ int escapedUnit(const QString &text, int position)
     return std::all_of(digits.begin(), digits.end(), isHex) ? digits.toInt(nullptr, 16) : -1;
 }
 
-/// The document with the escapes of characters beyond ASCII written out: the codec would read them as the bytes of
-/// their UTF-8, and the documents' texts are eight-bit. That of a null character becomes "?".
+/// Replaces escapes of non-ASCII characters by the characters: the codec would decode them to UTF-8 bytes, but texts of
+/// documents are 8-bit. The escape of a null character becomes "?".
 QString withoutWideEscapes(const QString &document)
 {
     QString text;
@@ -69,7 +69,7 @@ QString withoutWideEscapes(const QString &document)
     return text;
 }
 
-/// An empty place of the kind that the entered document announces.
+/// Creates an empty place of the kind in the entered document.
 Refusal makePlace(pps_decoder_t &decoder, std::unique_ptr<AbstractPlace> &place)
 {
     bool isComplete = false;
@@ -82,7 +82,7 @@ Refusal makePlace(pps_decoder_t &decoder, std::unique_ptr<AbstractPlace> &place)
     return {};
 }
 
-/// Reads a document into a place, which stays null when it is refused.
+/// Reads a document to a place; null when it is refused.
 Refusal readDocument(const QByteArray &document, std::unique_ptr<AbstractPlace> &place)
 {
     QString text;
@@ -111,7 +111,7 @@ void report(Error::Type *error, QString *reason, Error::Type outcome, const QStr
         *reason = text;
 }
 
-/// Runs a reader and reports how it went. No exception gets out.
+/// Runs a reader and reports its outcome. Never throws.
 template <typename Wanted, typename Read>
 std::unique_ptr<Wanted> readAndReport(Error::Type *error, QString *reason, Read readWanted)
 {

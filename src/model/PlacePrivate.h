@@ -12,11 +12,11 @@ namespace vela::platform::places
 class PlacePrivate : public AbstractPlacePrivate
 {
 public:
-    /// Bits of the persistence mask: why the service keeps the place.
+    /// Bits of the persistence mask: reasons why the service keeps the place.
     enum PersistenceBit
     {
-        InRecentBucket = 1, ///< It was picked recently.
-        ExplicitlySaved = 2 ///< Somebody saved it.
+        InRecentBucket = 1, ///< Picked recently.
+        ExplicitlySaved = 2 ///< Saved.
     };
     static constexpr int RECENT_AND_SAVED = InRecentBucket | ExplicitlySaved;
 
@@ -40,13 +40,13 @@ public:
     static PlacePrivate *privateFromPublic(Place *place) { return place->privatePart(); }
     static const PlacePrivate *privateFromPublic(const Place *place) { return place->privatePart(); }
 
-    /// Fills a place from a link that mapUrl() made, or one of its kind.
+    /// Fills a place from a link of mapUrl() or a similar link.
     static void decodePlaceFromMapUrl(const QUrl &url, Place &place);
-    /// The value of a query item; a "+" in it is a space. Empty when there is none.
+    /// The value of a query item, with "+" as a space. Empty when there is none.
     static QString decodeQuery(const QUrl &url, const QString &key);
 
     bool addTag(const QString &tag);
-    /// Adds a tag that the place does not have yet.
+    /// Adds a tag unless the place has it.
     void appendTag(const QString &tag);
     bool removeTag(const QString &tag);
     bool hasTag(const QString &tag) const { return m_tags.contains(tag); }
@@ -66,7 +66,7 @@ public:
     bool removeAuxiliaryData(int index);
     bool removeAuxiliaryData(const AuxiliaryData &data) { return m_auxiliaryData.removeOne(data); }
     const QList<AuxiliaryData> &auxiliaryData() const { return m_auxiliaryData; }
-    /// The record at `index`, to be changed.
+    /// The record at `index`, for writing.
     AuxiliaryData &auxiliaryData(int index) { return m_auxiliaryData[index]; }
     bool hasAuxiliaryData(const QString &type) const;
 
@@ -85,13 +85,13 @@ public:
     void setPersistenceMask(int mask) { m_persistenceMask = mask; }
     bool isExplicitlySaved() const { return m_persistenceMask & ExplicitlySaved; }
     bool isInRecentBucket() const { return m_persistenceMask & InRecentBucket; }
-    /// True for what is no place but a term that was searched for.
+    /// True for a recent search term, which is no place.
     bool isRecentSearchTerm() const { return hasTag(QStringLiteral("_search-term_")); }
 
-    /// False, and without effect, for a stored place: its perimeter never changes.
+    /// False, without a change, for a stored place: its perimeter is constant.
     bool setSecurityPerimeter(vela::system::SecurityPerimeter::Type perimeter);
 
-    /// Makes a stored place a new one: without ids, times of storing and uses.
+    /// Makes a stored place a new one: clears ids, times and uses.
     void clearPersistedStates();
 
     int m_usageCount = 0;

@@ -11,7 +11,7 @@ namespace vela::platform::places
 class ProviderData : public QSharedData
 {
 public:
-    /// The data of a provider, to be filled; every copy of the provider sees the change.
+    /// Writable data of a provider, shared with its copies.
     static ProviderData *fromPublic(Provider &provider) { return provider.d.get(); }
     static const ProviderData *fromPublic(const Provider &provider) { return provider.d.get(); }
 

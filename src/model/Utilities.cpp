@@ -16,7 +16,7 @@ namespace vela::platform::places
 namespace
 {
 
-/// Mean radius of the Earth in metres, (2a + b) / 3 of the WGS 84 ellipsoid, as the IUGG defines it.
+/// Mean radius of the Earth in metres: (2a + b) / 3 of the WGS 84 ellipsoid, by the IUGG's definition.
 constexpr double EARTH_RADIUS = 6371009.0;
 constexpr double RADIANS_PER_DEGREE = 0.017453292519943295;
 

@@ -15,7 +15,7 @@ namespace
 {
 
 constexpr int OPEN_FLAGS = 2;
-/// Longest reply that is received, in bytes.
+/// Maximum length of a reply in bytes.
 constexpr int REPLY_LIMIT = 64 * 1024 * 1024;
 
 ReturnCode codeOfOpenError(int error)
@@ -30,7 +30,7 @@ ReturnCode codeOfOpenError(int error)
     }
 }
 
-/// Makes room for a reply of `length` bytes, as a growing array does.
+/// Grows the buffer for a reply of `length` bytes, like a growing array.
 void enlarge(std::vector<char> &buffer, int length)
 {
     const auto required = static_cast<std::size_t>(length);
@@ -38,7 +38,7 @@ void enlarge(std::vector<char> &buffer, int length)
         buffer.resize(std::max(required, buffer.size() + buffer.size() / 2));
 }
 
-/// Exchanges a request for its reply. False when there is none, or one that is too long.
+/// Exchanges a request for its reply. False without a reply and for one that is too long.
 bool exchangeBytes(_msgclient_open *channel, const char *request, int requestLength, std::vector<char> &buffer,
                    int &replyLength)
 {

@@ -11,23 +11,22 @@
 namespace vela::platform::places
 {
 
-/// Carries one request to the places service and brings back its reply. Safe on any thread: every exchange has a
-/// channel of its own.
+/// Sends one request to the places service and receives its reply. Thread-safe: every exchange has its own channel.
 class ClientProtocol
 {
 public:
     virtual ~ClientProtocol();
 
-    /// True when this process may open the channel for the platform's own applications.
+    /// True when this process may open the channel for applications of the platform.
     static bool isInternalPathAccessible();
 
-    /// Sends a request and receives the reply, which `reply` then stands behind the status of. Returns the service's
-    /// answer, or TransportFailed, NotPermitted or NoService in its place. One attempt only.
-    /// @param replyCapacity bytes reserved for the reply; a longer one is received all the same.
+    /// Sends a request and receives the reply; `reply` is then positioned after its status. Returns the service's code,
+    /// or TransportFailed, NotPermitted or NoService. No retries.
+    /// @param replyCapacity bytes reserved for the reply; a longer one is received too.
     orix_places_protocol::ReturnCode sendMessage(const orix_places_protocol::PlacesAPIEncoder &request,
                                                  orix_places_protocol::PlacesAPIDecoder &reply, int replyCapacity);
 
-    /// Name of a channel to use in place of the service's own; empty for none.
+    /// Name of a channel instead of the service's own; empty for none.
     static std::string OVERIDED_CSM_NAME;
 
 protected:

@@ -51,8 +51,8 @@ struct Failure
     std::array<char, orix_places_protocol::REASON_SIZE> utf8 = {};
 };
 
-/// Bytes, not a QString: they need no destructor, so they are there as long as their thread, also for a static object
-/// of an application that asks the service when the process ends.
+/// Plain bytes without a destructor: they live as long as their thread, also for a static object that calls the service
+/// at the end of the process.
 thread_local Failure failure;
 
 } // namespace
@@ -81,7 +81,7 @@ QString errorString(Error::Type error)
 {
     const auto *const found =
         std::find_if(std::begin(TEXTS), std::end(TEXTS), [error](const Text &text) { return text.error == error; });
-    // A newer service or library may report an error that this one has no text for.
+    // A newer service or library may report an error without a text here.
     return QLatin1String((found == std::end(TEXTS) ? TEXTS[Error::Unspecified] : *found).english);
 }
 

@@ -6,13 +6,13 @@
 namespace vela::platform::places
 {
 
-/// The failure that Error::reason() explains. Each thread has its own; nothing here allocates or throws.
+/// The failure for Error::reason(), per thread. Functions neither allocate nor throw.
 class ErrorPrivate
 {
 public:
-    /// Forgets the failure: a new request begins.
+    /// Clears the failure before a new request.
     static void clear();
-    /// Keeps a failure and its reason in UTF-8, which may be anything that a service sends.
+    /// Keeps a failure and its reason in UTF-8, which may contain any bytes.
     /// @param size bytes, at most REASON_SIZE.
     static void set(Error::Type error, const char *utf8, unsigned int size);
 };

@@ -39,11 +39,11 @@ void Logger::init()
 void Logger::write(Buffer buffer, int severity, const char *format, va_list arguments)
 {
     init();
-    // Until a registration has succeeded the handle is as the last one left it, and slog2 decides about the message.
+    // Before a successful registration the handle has its last value, and slog2 decides about the message.
     vslog2f(buffer_handle[buffer], 0, static_cast<std::uint8_t>(severity), format, arguments);
 }
 
-// The same five times over but for buffer and severity: C's variable arguments cannot be handed on any other way.
+// Five similar functions: C's variable arguments cannot be passed on in another way.
 
 void Logger::fatal(const char *format, ...)
 {

@@ -9,8 +9,7 @@
 namespace vela::platform::places
 {
 
-/// The library's log: the buffer set "places-api", registered when something is first logged. Formats are those of
-/// printf. Safe on any thread.
+/// The library's log: the buffer set "places-api", registered on first use. Formats are those of printf. Thread-safe.
 class Logger
 {
 public:
@@ -20,7 +19,7 @@ public:
     __attribute__((format(printf, 1, 2))) static void info(const char *format, ...);
     __attribute__((format(printf, 1, 2))) static void debug(const char *format, ...);
 
-    /// Registers the buffer set unless it is. A failure is printed, and the next message tries again.
+    /// Registers the buffer set if needed. Prints a failure; the next message tries again.
     static void init();
 
 private:

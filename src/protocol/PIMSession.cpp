@@ -20,7 +20,7 @@ namespace
 {
 
 constexpr char SESSION_OBJECT[] = PLACES_PPS_ROOT "/services/pim/session?wait";
-/// Written with its terminating zero.
+/// Sent with its terminating zero.
 constexpr char SESSION_REQUEST[] = "msg::session_request\nid::1234";
 constexpr char JSON_MARKER[] = "json:";
 constexpr std::size_t REPLY_SIZE = 500;
@@ -56,7 +56,7 @@ public:
         return retry([this] { return ::write(m_fd, SESSION_REQUEST, sizeof SESSION_REQUEST); })
                == sizeof SESSION_REQUEST;
     }
-    /// Leaves at least one zero behind the reply.
+    /// Keeps at least one zero byte after the reply.
     bool readReply(std::array<char, REPLY_SIZE> &reply)
     {
         return retry([this, &reply] { return ::read(m_fd, reply.data(), reply.size() - 1); }) != -1;
@@ -66,7 +66,7 @@ private:
     int m_fd;
 };
 
-/// The member "session" of the JSON behind the marker; empty when there is none.
+/// The member "session" of the JSON after the marker; empty when there is none.
 std::string keyIn(char *reply)
 {
     char *json = std::strstr(reply, JSON_MARKER);
@@ -101,7 +101,7 @@ std::string PIMSession::getSessionKey()
 {
     const std::lock_guard<std::mutex> lock(mutex);
     const auto now = static_cast<unsigned int>(std::time(nullptr));
-    // A clock that was set back makes the difference huge and the key is read anew.
+    // A clock that was set back gives a huge difference, and the key is read again.
     if (timestamp == 0 || now - timestamp > REFRESH_INTERVAL_IN_SECONDS) {
         timestamp = now;
         retrieveSessionKeyFromPPS(key);

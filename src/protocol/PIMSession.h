@@ -8,14 +8,14 @@
 namespace orix_places_protocol
 {
 
-/// The key that tells the service which session a request belongs to. It comes from the platform's session object.
+/// The key that identifies the session of a request. It is read from the platform's session object.
 class PIMSession
 {
 public:
     static constexpr unsigned int REFRESH_INTERVAL_IN_SECONDS = 300;
 
-    /// The key, empty when there is none. It is read anew when it is older than REFRESH_INTERVAL_IN_SECONDS; a failed
-    /// read counts as one, so that a missing session object is not asked for with every request. Safe on any thread.
+    /// The key; empty when there is none. It is read again after REFRESH_INTERVAL_IN_SECONDS, also after a failure, so
+    /// that a missing session object is not read for every request. Thread-safe.
     static std::string getSessionKey();
 
 private:

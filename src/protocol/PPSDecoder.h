@@ -15,12 +15,12 @@ public:
     PPSDecoder &operator=(const PPSDecoder &) = delete;
     ~PPSDecoder() { pps_decoder_cleanup(&m_decoder); }
 
-    /// Makes the decoder ready; false when it could not be.
+    /// Initializes the decoder; false on failure.
     bool init() { return pps_decoder_initialize(&m_decoder, nullptr) == PPS_OK; }
     /// The platform's own handle.
     pps_decoder_t *operator&() { return &m_decoder; }
 
-    /// Enters a member, or the current element when the name is null, and leaves it at the end of the scope.
+    /// Enters a member, or the current element for a null name, and leaves it at the end of the scope.
     class PushResourceManager
     {
     public:

@@ -15,7 +15,7 @@ public:
     PPSEncoder &operator=(const PPSEncoder &) = delete;
     ~PPSEncoder() { pps_encoder_cleanup(&m_encoder); }
 
-    /// Makes the encoder ready for a document; false when it could not be.
+    /// Initializes the encoder for a document; false on failure.
     bool init()
     {
         return pps_encoder_initialize(&m_encoder, true) == PPS_OK && pps_encoder_reset(&m_encoder) == PPS_OK;

@@ -26,11 +26,11 @@ using namespace vela::platform::places;
 namespace
 {
 
-/// Most locations of one place that may be counted without being written.
+/// Maximum number of locations of a place that are counted but not written.
 constexpr int MAX_UNWRITTEN_LOCATIONS = 16;
 
-/// Appends an element to be filled. Copying a value that is there costs half of making one and copying it. The value
-/// outlives the process's static objects: a detached worker may still be decoding when those go.
+/// Appends an empty element. Copying an existing value takes half the time of creating one. The value is never
+/// destroyed: a detached worker may still decode while static objects are destroyed.
 template <typename List>
 void appendBlank(List &list)
 {
@@ -40,7 +40,7 @@ void appendBlank(List &list)
 
 } // namespace
 
-// One field a line, in wire order.
+// One field per line, in wire order.
 // clang-format off
 
 PlacesAPIDecoder &PlacesAPIDecoder::operator=(PlacesAPIDecoder &other)
@@ -140,7 +140,7 @@ bool PlacesAPIDecoder::decodeSearchHandle(SearchHandle *handle)
     if (!decode(moreData) || !decode(baseIndex) || !decode(primaryIndex) || !decode(secondaryIndex))
         return false;
 
-    // The mappings are a tail that a service may leave out.
+    // The mappings are optional: a service may omit them.
     std::vector<SearchHandlePrivate::IndexMapping> mappings;
     constexpr std::size_t MAPPING_SIZE = 2 * sizeof(int);
     if (remaining() >= sizeof(int)) {
@@ -157,7 +157,7 @@ bool PlacesAPIDecoder::decodeSearchHandle(SearchHandle *handle)
         return true;
 
     SearchHandlePrivate &data = *SearchHandlePrivate::privateFromPublic(handle);
-    // Positions count in 64 bits: a base index near the largest int must not wrap.
+    // 64 bits: a base index near the largest int must not overflow.
     qint64 position = baseIndex;
     for (const auto &[primary, secondary] : mappings)
         data.addIndexMapping(static_cast<int>(std::min<qint64>(position++, std::numeric_limits<int>::max())), primary,
@@ -188,6 +188,14 @@ bool PlacesAPIDecoder::decodePlacePrivate(PlacePrivate &record)
 
 bool PlacesAPIDecoder::decodeCommonFields(PlacePrivate &record)
 {
+    return decodeBeforeSearchTerm(record)
+        && decodeQString(record.searchTerm)
+        && decode(record.securityPerimeter)
+        && decode(record.certainty);
+}
+
+bool PlacesAPIDecoder::decodeBeforeSearchTerm(PlacePrivate &record)
+{
     return decode(record.id)
         && decodeQString(record.name)
         && decodeQString(record.description)
@@ -201,10 +209,7 @@ bool PlacesAPIDecoder::decodeCommonFields(PlacePrivate &record)
         && decode(record.lastUsedTime)
         && decode(record.isHeader)
         && decode(record.dataMask)
-        && decode(record.persistenceMask)
-        && decodeQString(record.searchTerm)
-        && decode(record.securityPerimeter)
-        && decode(record.certainty);
+        && decode(record.persistenceMask);
 }
 
 bool PlacesAPIDecoder::decodeBehindLocations(PlacePrivate &record)
@@ -219,8 +224,8 @@ bool PlacesAPIDecoder::serviceDecodePlacePrivate(PlacePrivate &record)
     int count = 0;
     if (!decodeCommonFields(record) || record.isHeader || !decode(count) || count < 0)
         return false;
-    // Locations that say nothing are counted and not written; how many, the record does not tell. It is as many as make
-    // the record end where the message does.
+    // The count includes empty locations, which are not written, so the reader tries counts until the record ends with
+    // the message.
     const Position locations = position();
     for (int unwritten = 0; unwritten <= std::min(count, MAX_UNWRITTEN_LOCATIONS); ++unwritten) {
         goTo(locations);
@@ -240,12 +245,12 @@ bool PlacesAPIDecoder::decodeHeaderLocation(PlacePrivate &record)
     return decodePlaceLocation(PlaceHeaderPrivate::privateFromPublic(record.header.get())->m_location);
 }
 
-/// Gives the record of a header what a full place has in the stead of a header's fields: a location, unless it says
-/// nothing, and an auxiliary record of the header's type that holds its primary values.
+/// Adds to the record of a header the fields of a full place: a location, unless it is empty, and an auxiliary record
+/// of the header's type with its primary values.
 void PlacesAPIDecoder::completeFromHeader(PlacePrivate &record)
 {
     const Location &location = PlaceHeaderPrivate::privateFromPublic(record.header.get())->m_location;
-    if (!LocationPrivate::privateFromPublic(&location)->saysNothing()) {
+    if (!LocationPrivate::privateFromPublic(&location)->isUnset()) {
         record.locations.append(location);
         record.locations.last().setZoom(location.zoom());
     }
@@ -343,6 +348,12 @@ bool PlacesAPIDecoder::serviceDecodePlace(Place *&place)
     return true;
 }
 
+bool PlacesAPIDecoder::serviceSkipToSearchTerm()
+{
+    PlacePrivate record;
+    return decodeBeforeSearchTerm(record);
+}
+
 bool PlacesAPIDecoder::decodePlaceHeader(PlaceHeader *&header)
 {
     PlacePrivate record;
@@ -390,7 +401,7 @@ bool PlacesAPIDecoder::decodeList(List &list, DecodeElement decodeElement)
     return decode(count) && count >= 0 && decodeElements(list, count, decodeElement);
 }
 
-/// The count alone never sizes anything: elements are appended as they are read.
+/// The count never sizes an allocation: elements are appended one by one.
 template <typename List, typename DecodeElement>
 bool PlacesAPIDecoder::decodeElements(List &list, int count, DecodeElement decodeElement)
 {
@@ -489,7 +500,7 @@ bool PlacesAPIDecoder::decodePlaceAuxiliaryDatum(AuxiliaryData &data)
 
 bool PlacesAPIDecoder::decodeProvider(Provider &provider)
 {
-    // Copies of a provider share their data: one that is filled has to start with data of its own.
+    // Copies of a provider share their data, so start with new data.
     provider = Provider();
     ProviderData &data = *ProviderData::fromPublic(provider);
     return decodeQString(data.name)

@@ -28,25 +28,25 @@ namespace orix_places_protocol
 
 namespace places = vela::platform::places;
 
-/// Reads replies and the records they are made of. Every function returns false as soon as a field cannot be read.
-/// Lists are then empty and every object made on the way is freed; a record may be filled in part; anything else is as
-/// it was. A list is replaced, not appended to. Objects that are handed out are the caller's.
+/// Reads replies and their records. Each function returns false at the first field that cannot be read. Then lists are
+/// empty, created objects are freed, a record may be filled partially, and other targets are unchanged. A list is
+/// replaced, not appended to. The caller owns returned objects.
 class PlacesAPIDecoder : public PlacesBaseDecoder
 {
 public:
     using PlacesBaseDecoder::PlacesBaseDecoder;
     PlacesAPIDecoder() = default;
-    /// Takes the reply of `other`, which is left without one, and its status.
+    /// Moves the reply and its status from `other`.
     PlacesAPIDecoder &operator=(PlacesAPIDecoder &other);
 
-    /// What decodeResponse() read.
+    /// The code that decodeResponse() read.
     [[nodiscard]] ReturnCode returnCode() const { return m_returnCode; }
     [[nodiscard]] int replyType() const { return m_replyType; }
 
-    // Replies. Where a type is named, a reply of another type is refused.
+    // Replies. Functions with a type refuse replies of another type.
     bool decodeResponse(ReturnCode &code);
-    /// The reason behind the status of a failed reply, as bytes of UTF-8 within the message. False where there is none
-    /// that can be read, or one longer than REASON_SIZE.
+    /// The reason after the status of a failed reply, as UTF-8 bytes within the message. False when it is missing,
+    /// unreadable or longer than REASON_SIZE.
     bool decodeReason(const char *&utf8, unsigned int &size);
     bool decodeAddPlaceResponse(long long &id);
     bool decodeUnfav(bool &stillStored);
@@ -59,7 +59,7 @@ public:
     bool decodeGetPlaceFromContactResponse(places::Place *&place);
     bool decodeGetPlaceFromSuggestionResponse(places::Place *&place);
     bool decodeGetHeaderFromFullPlace(places::PlaceHeader *&header);
-    /// The places of a find and the paging state behind them; a null handle takes nothing.
+    /// The places of a find and its paging state; a null handle ignores the state.
     template <typename PlaceType>
     bool decodeFindPlaces(QList<PlaceType *> &places, places::SearchHandle *handle)
     {
@@ -77,7 +77,7 @@ public:
     bool decodePlaceHeader(places::PlaceHeader *&header);
     bool decodePlaces(QList<places::Place *> &places);
     bool decodePlaces(QList<places::PlaceHeader *> &headers);
-    /// Each record becomes a header or a full place, as it says itself.
+    /// Each record becomes a header or a full place, by its own kind.
     bool decodePlaces(QList<places::AbstractPlace *> &places);
     bool decodePlaceLocations(QList<places::Location> &locations);
     bool decodePlaceLocation(places::Location &location);
@@ -93,12 +93,14 @@ public:
     bool decodeQStringList(QStringList &list);
     bool decodeQStringPair(QString &first, QString &second);
 
-    // For a service: a full place as encodePlace() writes it, with nothing behind it. Locations that say nothing, which
-    // are counted but not written, come last; a record with more than a few of them is refused.
+    // For a service: a full place as written by encodePlace(), up to the end of the message. Empty locations, which are
+    // counted but not written, come last; a record with more than a few of them is refused.
     bool serviceDecodePlace(places::Place *&place);
+    /// For a service: reads a record, full or header, up to its search term.
+    bool serviceSkipToSearchTerm();
 
 private:
-    /// A place record as it stands on the wire, before it is known what becomes of it.
+    /// A place record on the wire, before its kind is known.
     struct PlacePrivate
     {
         qint64 id = -1;
@@ -123,7 +125,7 @@ private:
         QList<places::AuxiliaryData> auxiliaryData;
         QStringList tags;
         QStringList aliases;
-        // A header, and the object it becomes: its location is decoded in place.
+        // A header and its object; the location is decoded in place.
         std::unique_ptr<places::PlaceHeader> header;
         QString primaryEmailAddress;
         QString primaryPhoneNumber;
@@ -132,7 +134,7 @@ private:
         QString auxiliaryDataType;
     };
 
-    /// A list that is being read. The places in it are its own, and freed with it, until it is handed over whole.
+    /// A list during decoding. It owns its places until release().
     template <typename List>
     struct Unfinished
     {
@@ -156,6 +158,7 @@ private:
     bool decodePlacePrivate(PlacePrivate &record);
     bool serviceDecodePlacePrivate(PlacePrivate &record);
     bool decodeCommonFields(PlacePrivate &record);
+    bool decodeBeforeSearchTerm(PlacePrivate &record);
     bool decodeBehindLocations(PlacePrivate &record);
     bool decodeHeaderLocation(PlacePrivate &record);
     bool decodeUrl(QUrl &url);

@@ -24,7 +24,7 @@ namespace orix_places_protocol
 using namespace vela::platform::places;
 using vela::system::SecurityPerimeter;
 
-// One field a line, in wire order.
+// One field per line, in wire order.
 // clang-format off
 
 // ------------------------------------------------------------------------------------------------------- requests
@@ -245,10 +245,10 @@ bool PlacesAPIEncoder::encodePlaceFields(const PlacePrivate &place, bool headerO
 bool PlacesAPIEncoder::encodePlaceLocations(const Place &place)
 {
     const QList<Location> &locations = PlacePrivate::privateFromPublic(&place)->locations();
-    // The count includes the locations that say nothing, which are then left out: the service reads it so.
+    // The count includes empty locations, which are not written; the service expects that.
     return encode(locations.size())
         && std::all_of(locations.begin(), locations.end(), [this](const Location &location) {
-               return LocationPrivate::privateFromPublic(&location)->saysNothing() || encodeLocation(location);
+               return LocationPrivate::privateFromPublic(&location)->isUnset() || encodeLocation(location);
            });
 }
 

@@ -34,12 +34,12 @@ namespace orix_places_protocol
 
 namespace places = vela::platform::places;
 
-/// Writes whole requests, header and body, and the records they are made of. Every function returns false as soon as a
-/// field cannot be written; the message is then of no use.
+/// Writes whole requests, header and body, and their records. Each function returns false at the first field that
+/// cannot be written; the message is then invalid.
 class PlacesAPIEncoder : public PlacesBaseEncoder
 {
 public:
-    // The head of every request: type, perimeter, session key.
+    // Header of every request: type, perimeter, session key.
     bool encodeHeader(MessageType type);
     bool encodeHeader(MessageType type, vela::system::SecurityPerimeter::Type perimeter);
 
@@ -57,7 +57,7 @@ public:
     bool encodeGetPlaceFromContact(int account, int contact, int address);
     bool encodeRemoveRecentlyPickedPlaces();
     bool encodeGetPlace(long long id);
-    /// Takes the header's search term out of it: a term is sent once.
+    /// Removes the search term from the header: it is sent once.
     bool encodeGetPlace(const places::PlaceHeader &header);
     bool encodeFindPlaces(const places::SearchRule &rule, const places::SortRule &sort, int offset, int count,
                           bool headerOnly, const places::Coordinates &mapCenter, int providerPrimaryIndex,
@@ -71,11 +71,11 @@ public:
     bool encodeGetHeaderFromFullPlace(const places::Place &place);
 
     // Records.
-    /// A place in full.
+    /// A full place.
     bool encodePlace(const places::Place &place);
-    /// A place in its header form, which a service answers with.
+    /// The header form of a place, for replies of a service.
     bool encodePlaceHeader(const places::Place &place);
-    /// The same, with the header that was made of the place.
+    /// The same, with an existing header of the place.
     bool encodePlaceHeader(const places::Place &place, const places::PlaceHeader &header);
     bool encodePlaceLocations(const places::Place &place);
     bool encodeLocation(const places::Location &location);

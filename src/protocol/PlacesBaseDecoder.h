@@ -13,33 +13,33 @@ struct _msgserver_data;
 namespace orix_places_protocol
 {
 
-/// Reads back what PlacesBaseEncoder wrote. Every function returns false when the message ends before the
-/// field does or the fill before it is not what it must be; nothing can be read from then on that makes sense. The
-/// target is then as it was; of several, those before the fault are set.
+/// Reads the fields that PlacesBaseEncoder writes. Each function returns false when the message ends within the field
+/// or the padding before it is wrong; later reads are then undefined. The target is then unchanged; of several targets,
+/// those before the error are set.
 class PlacesBaseDecoder
 {
 public:
-    /// A decoder of no message.
+    /// A decoder without a message.
     PlacesBaseDecoder() = default;
-    /// Reads a copy of `data`; null for no message.
+    /// Decodes a copy of `data`; null for no message.
     PlacesBaseDecoder(const char *data, unsigned int length);
-    /// Reads a message in place, which has to outlive the decoder; null for no message.
+    /// Decodes a message in place, which must outlive the decoder; null for no message.
     explicit PlacesBaseDecoder(const _msgserver_data *message);
     PlacesBaseDecoder(const PlacesBaseDecoder &) = delete;
     virtual ~PlacesBaseDecoder();
-    /// Takes the message of `other`, which is left without one.
+    /// Moves the message from `other`.
     PlacesBaseDecoder &operator=(PlacesBaseDecoder &other);
 
-    /// Checks that a field of `size` bytes can be read and passes over the fill before it. At the very end of the
-    /// message not even a field of no bytes can be read.
+    /// Checks that a field of `size` bytes can be read and skips the padding before it. At the end of the message even
+    /// an empty field fails.
     bool verifyBuffer(unsigned int size, bool aligned);
-    /// True when everything was read.
+    /// True at the end of the message.
     [[nodiscard]] bool testBuffer() const { return m_cursor == m_end; }
     /// Number of bytes not read yet.
     [[nodiscard]] std::size_t remaining() const { return static_cast<std::size_t>(m_end - m_cursor); }
 
-    /// An integer or floating-point number as it stands in memory, an enumerator as its number, or a bool as one byte,
-    /// of which any but 0 is true.
+    /// A number in native representation, an enumerator as its number, or a bool as one byte, where any value but 0 is
+    /// true.
     template <typename T>
     bool decode(T &value)
     {
@@ -55,23 +55,23 @@ public:
         return true;
     }
 
-    /// Points `out` to `size` bytes within the message.
+    /// Sets `out` to `size` bytes within the message.
     bool decodeCharArray(const char *&out, unsigned int size);
     bool decodeString(std::string &text);
     bool decodeStringPair(std::string &first, std::string &second);
-    /// A text from UTF-8; a null text when it is empty.
+    /// A UTF-8 text; an empty one gives a null text.
     bool decodeQString(QString &text);
     bool decodeLatLon(double &first, double &second);
     bool decodeCoordinate(double &first, double &second, double &third, float &fourth, float &fifth);
 
 protected:
-    /// A place within the message to come back to.
+    /// A saved position in the message.
     using Position = const char *;
     [[nodiscard]] Position position() const { return m_cursor; }
     void goTo(Position position) { m_cursor = position; }
 
 private:
-    /// Reads the bytes of a length and that many bytes. `bytes` is null when there are none.
+    /// Reads a length and that many bytes. `bytes` is null when the length is 0.
     bool decodeCounted(const char *&bytes, unsigned int &size);
 
     std::unique_ptr<char[]> m_owned;

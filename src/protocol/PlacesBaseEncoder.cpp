@@ -55,7 +55,7 @@ bool PlacesBaseEncoder::encodeQString(const QString &text)
     const auto count = static_cast<std::size_t>(text.size());
     encode(0U);
     const unsigned int start = m_length;
-    // Where even the longest form would fit there is no need to measure first.
+    // With room for the longest form, measuring is not needed.
     if (count > (m_capacity - m_length) / utf8::MAX_BYTES_PER_UNIT) {
         const std::size_t size = utf8::length(units, count);
         if (size >= SIZE_LIMIT)

@@ -11,23 +11,23 @@
 namespace orix_places_protocol
 {
 
-/// Appends primitives to a message in native byte order. Fields wider than a byte, and bools, start at a multiple of
-/// four bytes from the start of the message; the gap before them is filled with FILL.
+/// Appends primitives to a message in native byte order. Bools and fields wider than a byte are aligned to four bytes
+/// from the start of the message; the padding consists of FILL.
 ///
-/// Everything returns true, or throws std::bad_alloc when the message outgrows what can be allocated.
+/// All functions return true, or throw std::bad_alloc.
 class PlacesBaseEncoder
 {
 public:
     static constexpr char FILL = 'Z';
     static constexpr unsigned int INITIAL_CAPACITY = 750;
     static constexpr unsigned int MINIMUM_GROWTH = 200;
-    /// A message never gets this long.
+    /// Maximum length of a message, exclusive.
     static constexpr unsigned int SIZE_LIMIT = 0x7F000001;
 
     PlacesBaseEncoder();
     virtual ~PlacesBaseEncoder();
 
-    /// Makes room for a field of `size` bytes and, when it is aligned, writes the fill before it.
+    /// Reserves a field of `size` bytes and writes the padding before an aligned one.
     bool ensureBuffer(unsigned int size, bool aligned)
     {
         const unsigned int pad = aligned ? (m_length & 3U) : 0U;
@@ -39,7 +39,7 @@ public:
         return true;
     }
 
-    /// An integer or floating-point number as it stands in memory, an enumerator as its number, or a bool as one byte.
+    /// A number in native representation, an enumerator as its number, or a bool as one byte.
     template <typename T>
     bool encode(T value)
     {
@@ -57,10 +57,10 @@ public:
     bool encodeCharArray(const char *bytes, unsigned int size);
     bool encodeString(const std::string &text);
     bool encodeStringPair(const std::string &first, const std::string &second);
-    /// A text as UTF-8, written straight from UTF-16; a surrogate without its partner becomes "?", as in toUtf8().
+    /// A text in UTF-8, converted directly from UTF-16; an unpaired surrogate becomes "?", as in toUtf8().
     bool encodeQString(const QString &text);
 
-    /// The message so far, which stays the encoder's and is valid until the encoder is next used.
+    /// The message so far. Owned by the encoder, and valid until its next use.
     bool getData(char *&data, int &length) const;
     [[nodiscard]] unsigned int capacity() const { return m_capacity; }
 

@@ -20,7 +20,7 @@ struct CodeEntry
     Error::Type error;
 };
 
-/// The answers that have an error of their own; all others are unspecified.
+/// Codes with their own error; all others are Unspecified.
 constexpr CodeEntry ERRORS[] = {
     {ReturnCode::Success, Error::Success},
     {ReturnCode::TransportFailed, Error::CommunicationFailed},
@@ -40,7 +40,7 @@ constexpr CodeEntry ERRORS[] = {
     {ReturnCode::RestoreFailed, Error::RestoreFailed},
 };
 
-/// Reads a list whole, or leaves `list` as it was.
+/// Reads a complete list, or leaves `list` unchanged.
 template <typename List>
 auto into(List &list, bool (PlacesAPIDecoder::*decode)(List &))
 {

@@ -14,12 +14,12 @@
 namespace vela::platform::places
 {
 
-/// One function for each operation of the service. Every function returns the outcome; what it is asked for is written
-/// only on success. A null `Error::Type *` takes nothing. Safe on any thread.
+/// One function per operation of the service. Each returns the outcome; results are written only on success. A null
+/// `Error::Type *` is ignored. Thread-safe.
 class Protocol : public ClientProtocol
 {
 public:
-    /// The public error for a service's answer, also written to `error`.
+    /// The public error for a code of the service, also written to `error`.
     [[nodiscard]] static Error::Type mapReturnCode(orix_places_protocol::ReturnCode code, Error::Type *error);
 
     [[nodiscard]] Error::Type incrementUsage(qint64 id, const std::string &searchTerm);
@@ -27,31 +27,31 @@ public:
     [[nodiscard]] Error::Type removeTag(qint64 id, const std::string &tag);
     [[nodiscard]] Error::Type getTagsInUse(QStringList &tags, Error::Type *error);
     [[nodiscard]] Error::Type clearRecentlyPickedPlaces();
-    /// `stillStored` tells whether the service keeps the place.
+    /// `stillStored` is set to whether the service keeps the place.
     [[nodiscard]] Error::Type unfav(qint64 id, bool &stillStored);
     [[nodiscard]] Error::Type backup(const std::string &path);
     [[nodiscard]] Error::Type restore(const std::string &path);
-    /// `place` is null on failure, else a place that the caller owns.
+    /// `place` is null on failure, else owned by the caller.
     [[nodiscard]] Error::Type getPlaceFromContact(int account, int contact, int address, Place *&place);
     /// The caller owns `place`.
     [[nodiscard]] Error::Type getPlaceFromSuggestion(const std::string &suggestion, const Coordinates &centre,
                                                      Place *&place);
-    /// Number of places that a find would give; 0 on failure.
+    /// Number of places that a find returns in total; 0 on failure.
     unsigned int findPlacesSize(const SearchRule &rule, Error::Type *error, const Coordinates &centre);
     [[nodiscard]] Error::Type getAuxiliaryData(const AuxiliaryDataRequest &request, QList<AuxiliaryData> &data);
     [[nodiscard]] Error::Type getSupportedProviders(QList<Provider> &providers);
     /// The caller owns `header`.
     [[nodiscard]] Error::Type getHeaderFromFullPlace(const Place &place, PlaceHeader *&header);
     [[nodiscard]] Error::Type getRecentSearchTerms(QStringList &terms, const QString &prefix);
-    /// The page behind the one that `handle` stands at. The caller owns the places.
+    /// The page after the position of `handle`. The caller owns the places.
     [[nodiscard]] QList<AbstractPlace *> findNextPlaces(SearchHandle &handle, int count, Error::Type &error);
-    /// The page that starts at `offset`, which was fetched before. The caller owns the places.
+    /// The page at `offset`, which was fetched before. The caller owns the places.
     [[nodiscard]] QList<AbstractPlace *> findPreviousPlaces(SearchHandle &handle, int offset, int count,
                                                             Error::Type &error);
 
-    /// What all operations have in common: `encode` writes the request, which is sent, and on success `decode` reads
-    /// the reply. What cannot be written, read or allocated is a failed communication. The reason of a failed reply is
-    /// kept for Error::reason().
+    /// Common part of all operations: sends the request written by `encode`, and on success reads the reply with
+    /// `decode`. Failures to write, read or allocate are CommunicationFailed. The reason of a failed reply is kept for
+    /// Error::reason().
     template <typename Encode, typename Decode>
     [[nodiscard]] Error::Type exchange(orix_places_protocol::reply::Capacity capacity, Encode encode, Decode decode)
     {
@@ -69,7 +69,7 @@ public:
             return Error::CommunicationFailed;
         }
     }
-    /// The same for a reply that is nothing but a status.
+    /// The same for a reply with a status only.
     template <typename Encode>
     [[nodiscard]] Error::Type exchange(orix_places_protocol::reply::Capacity capacity, Encode encode)
     {

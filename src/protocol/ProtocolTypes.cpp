@@ -10,7 +10,7 @@ namespace
 
 using SystemPerimeter = vela::system::SecurityPerimeter;
 
-/// The two sides number the same perimeters, each for itself.
+/// Perimeters have different numbers on the wire and in the platform's interface.
 constexpr struct
 {
     SystemPerimeter::Type system;

@@ -7,7 +7,7 @@
 namespace orix_places_protocol
 {
 
-/// What a request asks for. Its reply carries the same number plus REPLY_OFFSET.
+/// Type of a request. The type of its reply is this number plus REPLY_OFFSET.
 enum class MessageType : int
 {
     AddPlace = 1,
@@ -40,18 +40,18 @@ constexpr int replyTypeOf(MessageType request)
     return static_cast<int>(request) + REPLY_OFFSET;
 }
 
-/// What the service answers, or the transport in its place. Any other number is a failure without a name.
+/// Code of a reply, or of the transport. All other numbers are unspecified failures.
 enum ReturnCode : int
 {
     Success = 0,
     TransportFailed = 50, ///< Not sent, not received, or not readable.
-    ProtocolFailed = 51,  ///< What some services answer to a request they cannot read.
+    ProtocolFailed = 51,  ///< Sent by some services for a request that they cannot read.
     NoSuchPlace = 54,
     PlaceNotAcceptable = 57,
-    NoStatus = 58, ///< No reply was read yet.
+    NoStatus = 58, ///< No reply is read yet.
     StorageFailed = 59,
     NotPermitted = 60,
-    NoService = 61, ///< Nobody serves the channel.
+    NoService = 61, ///< No service on the channel.
     LimitExceeded = 62,
     AlreadyStored = 63,
     Busy = 64,
@@ -62,11 +62,10 @@ enum ReturnCode : int
     RestoreFailed = 69
 };
 
-/// Longest reason of a failed reply, in bytes. A longer one is cut by the service that sends it, and is none for the
-/// client that receives it.
+/// Maximum length of the reason of a failed reply, in bytes. A service cuts a longer one; a client ignores it.
 constexpr unsigned int REASON_SIZE = 1024;
 
-/// The perimeter of a place as the wire carries it.
+/// Perimeter of a place on the wire.
 enum class Perimeter : int
 {
     Default = 0,
@@ -74,7 +73,7 @@ enum class Perimeter : int
     Work = 2
 };
 
-/// Any number that is no perimeter becomes the default one, both ways.
+/// An invalid number becomes Default, in both directions.
 Perimeter fromSystemPerimeter(vela::system::SecurityPerimeter::Type perimeter);
 vela::system::SecurityPerimeter::Type toSystemPerimeter(Perimeter perimeter);
 
@@ -86,7 +85,7 @@ struct ProtocolNames
     static constexpr char unifiedSearch[] = "places_unified_search";
 };
 
-/// The first number of a search rule on the wire.
+/// Kind of a search rule on the wire; its first number.
 enum class SearchRuleKind : int
 {
     Abstract = 1,
@@ -98,7 +97,7 @@ enum class SearchRuleKind : int
     UnaryString = 13
 };
 
-/// The first number of a sort rule on the wire.
+/// Kind of a sort rule on the wire; its first number.
 enum class SortRuleKind : int
 {
     Abstract = 1,
@@ -107,20 +106,20 @@ enum class SortRuleKind : int
     Distance = 4
 };
 
-/// Bytes reserved for a reply before it is asked for; a longer one costs a second call.
+/// Bytes reserved for a reply; a longer reply needs a second call.
 namespace reply
 {
 
 enum Capacity : int
 {
     Bare = 100,       ///< Removals and unfavourite.
-    Short = 300,      ///< What answers little more than a status.
-    Count = 512,      ///< Number of places a find would give.
+    Short = 300,      ///< Little more than a status.
+    Count = 512,      ///< Number of places of a find.
     Place = 1000,     ///< One place by id or header.
     Header = 1024,    ///< The header of a full place.
     Providers = 2048, ///< The providers.
     List = 3000,      ///< Every find, and the tags in use.
-    Long = 8192       ///< What providers and contacts give, and search terms.
+    Long = 8192       ///< Data of providers and contacts, and search terms.
 };
 
 } // namespace reply

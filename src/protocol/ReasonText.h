@@ -6,8 +6,8 @@
 namespace orix_places_protocol
 {
 
-/// A reason of a failed reply as one line for a person, for both ends of the wire. Bytes that are no UTF-8 become
-/// U+FFFD, control characters and separators of lines become blanks.
+/// Formats the reason of a failed reply as one line, for client and service. Invalid UTF-8 becomes U+FFFD; control
+/// characters and line separators become blanks.
 QString lineOf(const char *utf8, int size);
 
 } // namespace orix_places_protocol

@@ -23,7 +23,7 @@ bool isLowSurrogate(char16_t unit)
     return (unit & 0xFC00) == 0xDC00;
 }
 
-/// Takes the next code point, which starts at `unit`.
+/// Reads the code point at `unit` and advances.
 char32_t takeCodePoint(const char16_t *&unit, const char16_t *end)
 {
     const char16_t first = *unit++;

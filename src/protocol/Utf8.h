@@ -3,18 +3,17 @@
 
 #include <cstddef>
 
-/// UTF-8 (RFC 3629) from UTF-16, into memory that is already there.
+/// UTF-16 to UTF-8 (RFC 3629) conversion to existing memory.
 namespace orix_places_protocol::utf8
 {
 
-/// A unit of UTF-16 gives at most this many bytes of UTF-8.
+/// Maximum number of UTF-8 bytes per UTF-16 unit.
 constexpr std::size_t MAX_BYTES_PER_UNIT = 3;
 
 /// Number of bytes that write() writes.
 std::size_t length(const char16_t *units, std::size_t count);
 
-/// Writes the text, without a terminator, and returns the position behind it. A surrogate without its partner becomes
-/// "?".
+/// Writes the text without a terminator and returns the end. An unpaired surrogate becomes "?".
 char *write(const char16_t *units, std::size_t count, char *out);
 
 } // namespace orix_places_protocol::utf8

@@ -19,7 +19,7 @@ constexpr WorkerThreads::Reports REPORTS = {
     [](int error) { Logger::error("SearchManager::close cond wait failed %d.\n", error); },
 };
 
-/// The reply that stands when nothing comes of a request.
+/// The reply when a request fails.
 AuxiliaryDataReply failedReply(const AuxiliaryDataRequest &request)
 {
     AuxiliaryDataReply reply;
@@ -84,7 +84,7 @@ void PlaceSearchManagerPrivate::fetch(const Job &job, QVariant &answer)
     const auto request = job.payload.value<AuxiliaryDataRequest>();
     AuxiliaryDataReply reply = failedReply(request);
     answer.setValue(reply);
-    (void)PlaceManagerPrivate().getAuxiliaryData(request, reply); // The reply has the outcome.
+    (void)PlaceManagerPrivate().getAuxiliaryData(request, reply); // the reply contains the outcome
     answer.setValue(reply);
 }
 
@@ -109,7 +109,7 @@ QList<Provider> PlaceSearchManagerPrivate::getSupportedProviders()
     const std::lock_guard<std::mutex> lock(providersMutex);
     if (!providersRetrieved && PlaceManagerPrivate().getSupportedProviders(providers) != Error::Success)
         Logger::error("Provider: cannot retrieve remote providers");
-    providersRetrieved = true; // also after a failure: a service without providers is not asked again and again
+    providersRetrieved = true; // also after a failure, so that a service without providers is asked only once
     return providers;
 }
 

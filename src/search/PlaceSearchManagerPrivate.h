@@ -25,7 +25,7 @@ public:
     {
         int id = 0;
         QVariant tag;
-        QVariant payload; ///< An AuxiliaryDataRequest; the workers answer nothing else.
+        QVariant payload; ///< An AuxiliaryDataRequest, the only kind of request.
     };
     using Queue = WorkerQueue<Job, QVariant>;
 
@@ -35,13 +35,13 @@ public:
     int requestAuxiliaryData(const QList<AuxiliaryDataRequest> &requests, const QVariant &tag);
     void enqueue(const QList<QVariant> &payloads, const QVariant &tag);
     void cancel(const QVariant &tag);
-    /// To be called for each auxiliaryDataAvailable() where it arrives. False when its request was cancelled meanwhile.
+    /// Call it once per auxiliaryDataAvailable(), in the slot. False when its request was cancelled meanwhile.
     bool arrived() { return m_queue->arrived(); }
 
     static QList<Provider> getSupportedProviders();
 
     static std::mutex providersMutex;
-    // Written under the mutex, the flag last; not changed any more once the flag is set:
+    // Written under the mutex, the flag last; constant once the flag is set:
     static QList<Provider> providers;
     static std::atomic<bool> providersRetrieved;
 
@@ -53,7 +53,7 @@ Q_SIGNALS:
 private:
     static void fetch(const Job &job, QVariant &answer);
     bool dataAvailable(const Job &job, const QVariant &answer);
-    /// Whether a request of a tag has yet to be answered. With the lock held.
+    /// Whether a request with a tag is not answered yet. Call it with the lock held.
     bool hasPendingJobs(const QVariant &tag) const;
 
     const std::shared_ptr<Queue> m_queue;

@@ -7,8 +7,8 @@
 namespace vela::platform::places
 {
 
-/// True when two lists of pointers to rules are of one length and every rule of `a` equals some rule of `b`; order and
-/// repetition do not count. Null equals null.
+/// True when two lists of rule pointers have the same length and every rule of `a` equals some rule of `b`, in any
+/// order and number. Null equals null.
 template <typename Members>
 bool haveSameMembers(const Members &a, const Members &b)
 {
@@ -20,7 +20,7 @@ bool haveSameMembers(const Members &a, const Members &b)
            });
 }
 
-/// The rules in a list of owning pointers, which keep them.
+/// The rules in a list of owning pointers; not transferred.
 template <typename Owner>
 auto membersOf(const std::vector<Owner> &owners)
 {

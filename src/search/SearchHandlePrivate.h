@@ -15,11 +15,11 @@ namespace vela::platform::places
 class SearchHandlePrivate
 {
 public:
-    /// The providers' cursor: primary and secondary index.
+    /// Cursor of the providers: primary and secondary index.
     using IndexMapping = std::pair<int, int>;
 
     SearchHandlePrivate() = default;
-    /// Copies everything but the index mappings, which belong to the handle that received them.
+    /// Copies all values except the index mappings, which belong to the handle that received them.
     SearchHandlePrivate(const SearchHandlePrivate &other);
     SearchHandlePrivate &operator=(const SearchHandlePrivate &other);
 
@@ -36,20 +36,20 @@ public:
     void setMapCenter(const Coordinates &centre) { m_mapCenter = centre; }
     bool hasMoreData() const { return m_moreData; }
     void setMoreData(bool moreData) { m_moreData = moreData; }
-    /// Position in the whole list of results at which the next page starts.
+    /// Start of the next page in the whole list of results.
     int index() const { return m_index; }
     void setIndex(int index) { m_index = index; }
-    /// Sets the index behind `count` results from `offset` on; at most the largest int.
+    /// Sets the index to `offset` + `count`, at most the largest int.
     void setIndexBehind(int offset, int count);
-    /// Where the providers' results go on; -1 for none.
+    /// Cursor of the next results of the providers; -1 for none.
     int providerPrimaryIndex() const { return m_providerPrimaryIndex; }
     void setProviderPrimaryIndex(int index) { m_providerPrimaryIndex = index; }
     int providerSecondaryIndex() const { return m_providerSecondaryIndex; }
     void setProviderSecondaryIndex(int index) { m_providerSecondaryIndex = index; }
 
-    /// The cursor at which each result was found, by position in the whole list.
+    /// Cursors of the results, by position in the whole list.
     const std::vector<IndexMapping> &indices() const { return m_indices; }
-    /// Replaces the mapping at a position that has one; any other is appended, and a gap is not filled.
+    /// Replaces the mapping at an existing position; otherwise appends it without filling a gap.
     void addIndexMapping(int position, int primary, int secondary);
     void clearIndices() noexcept { m_indices.clear(); }
     void swapIndices(SearchHandlePrivate &other) noexcept { m_indices.swap(other.m_indices); }

@@ -18,6 +18,7 @@ namespace
 constexpr int DEBOUNCE_MILLISECONDS = 150;
 constexpr int MAX_SUGGESTIONS = 10;
 
+// These two go to standard output, unlike the log messages of the other managers: this is defined behaviour.
 constexpr WorkerThreads::Reports REPORTS = {
     [](int error) { std::printf("SearchManagerP: dequeue cond wait failed %d.\n", error); },
     [](int error) { std::printf("SearchManagerP: closing cond wait failed %d.\n", error); },
@@ -32,7 +33,7 @@ SearchManagerPrivate::SearchManagerPrivate(QObject *parent)
     , m_timer(this)
 {
     m_timer.setSingleShot(true);
-    m_timer.setTimerType(Qt::PreciseTimer); // a coarse one may be early
+    m_timer.setTimerType(Qt::PreciseTimer); // a coarse timer may be early
     m_timer.setInterval(DEBOUNCE_MILLISECONDS);
     connect(&m_timer, &QTimer::timeout, this, &SearchManagerPrivate::onTimedOut);
     m_queue->start();
@@ -84,7 +85,7 @@ void SearchManagerPrivate::findByGroup(const Job &job, Answer &answer)
 
 bool SearchManagerPrivate::dataAvailable(const Job &job, const Answer &answer)
 {
-    // They would stay with this thread, which has no event loop and will end.
+    // They would stay with this thread, which has no event loop and ends.
     for (const QSharedPointer<AbstractPlace> &place : answer.places)
         place->moveToThread(thread());
     SearchResult result;

@@ -46,7 +46,7 @@ public:
 
     void search(const QString &term, const Coordinates &centre, int searchId,
                 const QList<SearchResultGroup::Type> &groups, int offset, int limit, bool excludeFavorites);
-    /// To be called for each resultAvailable() where it arrives. False when its search was replaced on the way.
+    /// Call it once per resultAvailable(), in the slot. False when its search was replaced meanwhile.
     bool arrived() { return m_queue->arrived(); }
 
 Q_SIGNALS:

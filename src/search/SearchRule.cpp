@@ -68,7 +68,7 @@ QString comparison(SearchRulePrivate::Field field, SearchOperator::Type op, cons
     return QString::fromLatin1(DebugParts::nameOf(field) + ' ' + DebugParts::nameOf(op) + ' ') + value;
 }
 
-/// A rule for a person to read: `(Name Contains "lake" and RecentlyPicked)`.
+/// A rule as text for people: `(Name Contains "lake" and RecentlyPicked)`.
 QString expressionOf(const SearchRulePrivate *rule)
 {
     if (const auto *text = dynamic_cast<const UnaryRule<std::string> *>(rule))
@@ -87,7 +87,7 @@ QString expressionOf(const SearchRulePrivate *rule)
     return QStringLiteral("any place");
 }
 
-/// What a rule holds that was moved from. It is never destroyed: a static rule of an application may outlive ours.
+/// The node of a rule after a move. Never destroyed: static rules of an application may be destroyed later.
 const QSharedPointer<SearchRulePrivate> &newRule()
 {
     static const auto *const rule = new QSharedPointer<SearchRulePrivate>(new SearchRulePrivate);

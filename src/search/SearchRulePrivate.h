@@ -12,12 +12,12 @@
 namespace vela::platform::places
 {
 
-/// A node of a rule tree. On its own it is the empty rule.
+/// A node of a rule tree. This base class is the empty rule.
 class SearchRulePrivate
 {
     Q_GADGET
 public:
-    /// What a leaf tests.
+    /// Field of a leaf.
     enum Field : int
     {
         AuxiliaryKey = 1,           ///< 1: a key of the auxiliary data.
@@ -63,7 +63,7 @@ public:
     SearchOperator::Type getOperator() const { return m_operator; }
 
     static SearchRulePrivate *privateFromPublic(const SearchRule &rule) { return rule.d.data(); }
-    /// Makes `rule` hold `owned`, which it owns from then on.
+    /// Transfers `owned` to `rule`.
     static void setPrivate(SearchRule &rule, SearchRulePrivate *owned) { rule.d.reset(owned); }
 
     [[nodiscard]] static Node createAuxiliaryKeyRule(SearchOperator::Type op, const QString &key);
@@ -92,8 +92,7 @@ public:
     [[nodiscard]] static Node createQueryRecentlyPickedRule(const QString &text);
     [[nodiscard]] static Node createQueryTagRule(SearchOperator::Type op, const QString &tag, const QString &text);
 
-    /// Both rules as one: added to `a` or, failing that, to `b` where one is of this kind already, so that chains stay
-    /// flat.
+    /// Combines two rules: adds one to the other if that is an "and" already, so that chains stay flat.
     [[nodiscard]] static Node createAndRule(Node a, Node b);
     [[nodiscard]] static Node createOrRule(Node a, Node b);
 
@@ -104,7 +103,7 @@ private:
     SearchOperator::Type m_operator = SearchOperator::None;
 };
 
-/// A leaf that tests a field without a value.
+/// A leaf without a value.
 class NullaryRule : public SearchRulePrivate
 {
 public:
@@ -147,16 +146,16 @@ private:
     Value m_value;
 };
 
-/// Combines rules. It owns its members; a DisjointRule shares its one member with its clones.
+/// Combines rules and owns them; a DisjointRule shares its single member with its clones.
 class ConnectiveRule : public SearchRulePrivate
 {
 public:
-    /// True when each has as many members as the other and this one's all occur in the other; order does not count.
+    /// True for the same number of members when all of these members occur in the other rule, in any order.
     bool operator==(const SearchRulePrivate &other) const override;
 
-    /// Appends a rule, which this one owns from then on.
+    /// Appends a rule and takes ownership.
     virtual void addRule(const SearchRulePrivate *rule);
-    /// The members, which stay this rule's own.
+    /// The members; still owned by this rule.
     std::vector<const SearchRulePrivate *> getRules() const;
 
 protected:
@@ -167,7 +166,7 @@ protected:
     std::vector<Member> m_rules;
 };
 
-/// Places that every member selects.
+/// Matches places that all members match.
 class AndRule : public ConnectiveRule
 {
 public:
@@ -177,7 +176,7 @@ public:
     [[nodiscard]] AndRule *clone() const override;
 };
 
-/// Places that some member selects.
+/// Matches places that any member matches.
 class OrRule : public ConnectiveRule
 {
 public:
@@ -187,14 +186,14 @@ public:
     [[nodiscard]] OrRule *clone() const override;
 };
 
-/// A search of its own. Its one member is given when it is made.
+/// An independent search. Its single member is set in the constructor.
 class DisjointRule : public ConnectiveRule
 {
 public:
     explicit DisjointRule(Node rule);
-    /// A disjoint rule that holds the very same member, which lives as long as either.
+    /// A disjoint rule that shares the member.
     [[nodiscard]] DisjointRule *clone() const override;
-    /// Without effect; the rule stays the caller's.
+    /// No effect; the caller keeps the rule.
     void addRule(const SearchRulePrivate *rule) override;
 
 private:

@@ -25,7 +25,7 @@ void addTo(DebugParts &parts, const SortRulePrivate *rule)
             addTo(parts, member);
 }
 
-/// What a rule holds that was moved from. It is never destroyed: a static rule of an application may outlive ours.
+/// The node of a rule after a move. Never destroyed: static rules of an application may be destroyed later.
 const QSharedPointer<SortRulePrivate> &newRule()
 {
     static const auto *const rule = new QSharedPointer<SortRulePrivate>(new SimpleSortRule);

@@ -23,7 +23,7 @@ public:
     virtual bool operator!=(const SortRulePrivate &other) const;
 
     static SortRulePrivate *privateFromPublic(const SortRule &rule) { return rule.d.data(); }
-    /// Makes `rule` hold `owned`, which it owns from then on.
+    /// Transfers `owned` to `rule`.
     static void setPrivate(SortRule &rule, SortRulePrivate *owned) { rule.d.reset(owned); }
 
 protected:
@@ -67,17 +67,17 @@ private:
     SortOrder::Type m_order;
 };
 
-/// Sorts by several rules, the first one first. It owns its members, which go in the reverse of their order.
+/// Sorts by several rules in order. Owns them and destroys them in reverse order.
 class CombinedSortRule : public SortRulePrivate
 {
 public:
     ~CombinedSortRule() override;
-    /// True when each has as many members as the other and this one's all occur in the other; order does not count.
+    /// True for the same number of members when all of these members occur in the other rule, in any order.
     bool operator==(const SortRulePrivate &other) const override;
 
-    /// Appends a rule, which this one owns from then on. A combined rule is refused and stays the caller's.
+    /// Appends a rule and takes ownership. False for a combined rule, which the caller keeps.
     bool addRule(const SortRulePrivate *rule);
-    /// The members, which stay this rule's own.
+    /// The members; still owned by this rule.
     std::vector<const SortRulePrivate *> getRules() const;
 
 private:

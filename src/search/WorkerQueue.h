@@ -17,18 +17,18 @@
 namespace vela::platform::places
 {
 
-/// The jobs of an asynchronous manager, from the call that asks for them to the signal that answers. A job that is
-/// dropped on this way, wherever it is, is never answered.
-/// @tparam Job a copyable value with an `int id`, which the queue gives it.
-/// @tparam Answer what carrying out a job gives; as it is made by default, a failure.
+/// The jobs of an asynchronous manager, from the call to the signal with the answer. A job that is dropped at any stage
+/// is never answered.
+/// @tparam Job a copyable value with a member `int id`, set by the queue.
+/// @tparam Answer result of a job; default-constructed, it is a failure.
 template <typename Job, typename Answer>
 class WorkerQueue : public WorkerThreads
 {
 public:
-    /// Carries out a job on a worker thread without any lock. It must not touch the manager, which may be gone.
+    /// Runs a job on a worker thread without a lock. It must not use the manager, which may be destroyed.
     using CarryOut = void (*)(const Job &job, Answer &answer);
-    /// Sends the answer on its way to the manager's thread. Called on a worker thread with the lock held, and never
-    /// once the manager has closed the queue. True when it was sent. The answer may be moved from.
+    /// Sends the answer to the manager's thread. Called on a worker thread with the lock held, never after close().
+    /// True when it was sent. It may move from the answer.
     using Send = std::function<bool(const Job &job, Answer &answer)>;
 
     WorkerQueue(const Reports &reports, CarryOut carryOut, Send send)
@@ -38,11 +38,11 @@ public:
     {}
 
     // With the lock held:
-    /// Puts a job into the list that the workers take from; they are to be woken afterwards. Returns its id.
+    /// Adds a job for the workers; call wake() afterwards. Returns its id.
     int add(Job job) { return append(m_ready, std::move(job)); }
-    /// The same for a job that is carried out after all earlier ordered ones, and never at the same time as another.
+    /// The same for a job that runs after all earlier ordered ones, one at a time.
     int addOrdered(Job job) { return append(m_ordered, std::move(job)); }
-    /// Holds a job back until releaseDelayed().
+    /// Delays a job until releaseDelayed().
     int delay(Job job) { return append(m_delayed, std::move(job)); }
     void releaseDelayed()
     {
@@ -69,18 +69,17 @@ public:
     {
         drop([](const Job &) { return true; });
     }
-    /// True when a job of this kind has yet to be carried out.
+    /// True when a matching job is not run yet.
     template <typename Predicate>
     [[nodiscard]] bool hasPending(Predicate isMeant) const
     {
         const auto anyOf = [&](const auto &jobs) { return std::any_of(jobs.begin(), jobs.end(), isMeant); };
         return anyOf(m_ready) || anyOf(m_ordered) || anyOf(m_delayed) || anyOf(m_inFlight);
     }
-    /// True when a job waits for a worker or is in its hands. A job that is held back does not count, nor one whose
-    /// answer is on its way.
+    /// True when a job waits for a worker or is running; delayed jobs and answers in flight do not count.
     [[nodiscard]] bool isBusy() const { return !m_ready.isEmpty() || !m_ordered.isEmpty() || !m_inFlight.isEmpty(); }
 
-    /// To be called in the manager's thread for each answer that arrives there. False when its job was dropped.
+    /// Call it in the manager's thread for each answer that arrives. False when its job was dropped.
     bool arrived()
     {
         const Lock lock(*this);
@@ -96,8 +95,8 @@ public:
         clear();
         WorkerThreads::close();
     }
-    /// The same, but ordered jobs that wait are still carried out, unless they would begin later than in `time`. None
-    /// of them is answered. Returns how many were not carried out.
+    /// The same, but runs waiting ordered jobs that can start within `time`, without answers. Returns the number of
+    /// jobs that were not run.
     int finish(std::chrono::milliseconds time)
     {
         const Lock lock(*this);
@@ -129,7 +128,7 @@ private:
             attempt(job, answer);
             dataAvailable(job, answer);
         } catch (const std::exception &) {
-            // No memory to send the answer with. Whoever is short of so little is not helped by ending the process.
+            // Out of memory for the answer: drop it. Ending the process would not help.
         }
         return true;
     }
@@ -144,7 +143,7 @@ private:
         const bool isOrdered = hasOrderedWork();
         QList<Job> &jobs = isOrdered ? m_ordered : m_ready;
         job = jobs.first();
-        if (!isClosing()) // else nobody waits for the answer
+        if (!isClosing()) // otherwise no answer is needed
             m_inFlight.insert(job.id, job);
         jobs.removeFirst();
         if (isOrdered)
@@ -154,7 +153,7 @@ private:
     bool hasOrderedWork() const { return m_runningOrdered == 0 && !m_ordered.isEmpty(); }
     bool hasWork() const { return hasOrderedWork() || !m_ready.isEmpty(); }
 
-    /// The answer stays the failure that it is when something is thrown.
+    /// After an exception the answer stays a failure.
     void attempt(const Job &job, Answer &answer)
     {
         try {
@@ -179,10 +178,10 @@ private:
     int m_lastId = 0;
     QList<Job> m_ready;
     QList<Job> m_ordered;
-    int m_runningOrdered = 0; ///< Also when that job was dropped: the next one waits until the service is done with it.
+    int m_runningOrdered = 0; ///< Includes a dropped job: the next one waits until its call returns.
     QList<Job> m_delayed;
     QMap<int, Job> m_inFlight;
-    std::deque<std::optional<Job>> m_sent; // in the order in which they arrive; empty where the job was dropped
+    std::deque<std::optional<Job>> m_sent; // in the order of arrival; empty for a dropped job
     Clock::time_point m_finishEnd = Clock::time_point::min();
 };
 

@@ -41,7 +41,7 @@ void WorkerThreads::start()
             Logger::error("WorkerThreads: a thread cannot be started, error %d", error);
             continue;
         }
-        static_cast<void>(self.release()); // the thread's now
+        static_cast<void>(self.release()); // owned by the thread
         pthread_detach(thread);
         ++m_started;
     }

@@ -9,7 +9,7 @@
 namespace vela::platform::places
 {
 
-/// A condition variable that says when a wait fails.
+/// A condition variable that reports failures.
 class Condition
 {
 public:
@@ -18,7 +18,7 @@ public:
     Condition &operator=(const Condition &) = delete;
     ~Condition() { pthread_cond_destroy(&m_condition); }
 
-    /// Waits with `held` locked once by the caller. Returns 0 or an error number.
+    /// Waits; the caller holds `held`, locked once. Returns 0 or an error number.
     int wait(pthread_mutex_t *held) { return pthread_cond_wait(&m_condition, held); }
     void broadcast() { pthread_cond_broadcast(&m_condition); }
 
@@ -26,22 +26,21 @@ private:
     pthread_cond_t m_condition = PTHREAD_COND_INITIALIZER;
 };
 
-/// The two detached threads of an asynchronous manager: how they start, are woken and end. What they do is told by
-/// work().
+/// The two detached threads of an asynchronous manager: start, wake-up and end. work() defines their task.
 ///
-/// Shared pointers hold it: the manager's, one for each thread, and one for each call that emits a signal under the
-/// lock, since a slot may destroy the manager. So neither mutex nor condition goes before the last one is done with it.
+/// Held by shared pointers: the manager's, one per thread, and one per call that emits a signal under the lock, because
+/// a slot may destroy the manager. So mutexes and conditions live until their last use.
 class WorkerThreads : public std::enable_shared_from_this<WorkerThreads>
 {
 public:
-    /// Tells that a wait failed, given the error number.
+    /// Reports a failed wait with its error number.
     struct Reports
     {
         void (*dequeueFailed)(int error);
         void (*closeFailed)(int error);
     };
 
-    /// Holds the queue mutex. It is recursive: a slot that is called under the lock may call back into the manager.
+    /// Locks the queue mutex. It is recursive: a slot called under the lock may call the manager.
     class Lock
     {
     public:
@@ -61,21 +60,21 @@ public:
     WorkerThreads &operator=(const WorkerThreads &) = delete;
     virtual ~WorkerThreads();
 
-    /// Starts the threads, as many of them as the system allows. Called once, by the owner of the shared pointer.
+    /// Starts the threads, or as many as the system allows. Called once, by the owner of the shared pointer.
     void start();
-    /// Tells the threads that there is work. Called with the lock held.
+    /// Wakes the threads. Called with the lock held.
     void wake() { m_work.broadcast(); }
-    /// Tells the threads to end and waits until they have. The lock is let go meanwhile, however often the caller holds
-    /// it: a thread may need it to come to its end.
+    /// Ends the threads and waits for them. Releases the lock meanwhile, also a recursive one, because the threads need
+    /// it to end.
     void close();
 
 protected:
-    /// Waits for a job and carries it out, on a worker thread. False when closing.
+    /// Waits for a job and runs it, on a worker thread. False when closing.
     virtual bool work() = 0;
 
     // With the lock held:
     [[nodiscard]] bool isClosing() const { return m_closing; }
-    /// Waits to be woken. May return without reason.
+    /// Waits for wake(). Spurious wake-ups are possible.
     void waitForWork();
 
 private:
@@ -84,12 +83,12 @@ private:
     void waitForTermination();
 
     const Reports m_reports;
-    int m_started = 0; // set before the threads are of use to anyone
+    int m_started = 0; // set before other threads use the object
 
     std::recursive_mutex m_mutex;
     // Guarded by the queue mutex:
     Condition m_work;
-    int m_depth = 0; // how often it is held
+    int m_depth = 0; // recursion depth
     bool m_closing = false;
 
     std::mutex m_terminationMutex;

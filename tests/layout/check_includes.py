@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
-"""Checks the includes of every source file against the table "What may include what" of docs/architecture.md.
+"""Checks the includes of every source file against the table "Allowed includes" of docs/architecture.md.
 
 Usage: check_includes.py ROOT
 """
@@ -11,7 +11,7 @@ from dataclasses import dataclass, field
 from pathlib import Path
 
 TABLE = "docs/architecture.md"
-HEADING = "## What may include what"
+HEADING = "## Allowed includes"
 # Where an include may be found, as the build says; the folder of the including file comes first.
 INCLUDE_FOLDERS = ["include", "src", "service", ".", "platform/include", "platform/linux"]
 # Every file in these needs a row.
@@ -23,7 +23,7 @@ INCLUDE = re.compile(r'\s*#\s*include\s*(["<])([^">]+)[">]')
 class Row:
     line: int
     allowed: list
-    exceptions: dict = field(default_factory=dict)  # file: what it may include as well
+    exceptions: dict = field(default_factory=dict)  # file: additional includes
 
 
 def names_in(text):
@@ -83,7 +83,7 @@ def check_file(root, rows, file, used):
             continue
         used.update((file, name) for name in exceptions if is_in(path, [name]))
         if not is_in(path, exceptions):
-            problems.append(f"{file}:{number}: {path} is not among what {Path(file).parent}/ may include")
+            problems.append(f"{file}:{number}: {path} is not allowed for {Path(file).parent}/")
     return problems
 
 

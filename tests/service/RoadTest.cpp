@@ -257,3 +257,34 @@ TEST_F(RoadTest, TheRecentBucketIsEmptiedWithoutLosingWhatWasSaved)
     EXPECT_EQ(count(SearchRule::createRecentlyPickedRule()), 0U);
     EXPECT_THAT(names(manager.findPlaces(QString())), ElementsAre("Saved"));
 }
+
+TEST_F(RoadTest, TheTermThatAPlaceWasFoundByBecomesRecentWhenThePlaceIsFetchedOrUsed)
+{
+    const qint64 id = add("Zürich 駅?", [](Place &place) { place.addTag(QStringLiteral("t")); });
+    const auto fetch = [&](PlaceHeader &header) { EXPECT_TRUE(std::unique_ptr<Place>(manager.getPlace(&header))); };
+    const auto use = [&](PlaceHeader &header) { EXPECT_EQ(manager.usePlace(&header), Error::Success); };
+    const struct
+    {
+        QString term;
+        std::function<void(PlaceHeader &)> work;
+        bool isKept;
+    } rows[] = {
+        {QStringLiteral("zur"), fetch, true},
+        {QString::fromUtf8("zürich"), use, true},
+        {QString::fromUtf8("駅"), use, true},
+        {QString::fromUtf8("zurich 駅"), fetch, false}, // A fetch carries ISO 8859-1.
+        {QStringLiteral("zuri"), [](PlaceHeader &) {}, false},
+        {QString(), fetch, false},
+    };
+    QStringList kept;
+    for (const auto &row : rows) {
+        const QList<PlaceHeader *> found = manager.findPlaces(row.term, &error);
+        ASSERT_EQ(found.size(), 1) << row.term.toStdString();
+        row.work(*found.first());
+        EXPECT_EQ(found.first()->id(), id);
+        qDeleteAll(found);
+        if (row.isKept)
+            kept.prepend(row.term);
+        EXPECT_EQ(InternalPlaceManager().getRecentSearchTerms(&error), kept) << row.term.toStdString();
+    }
+}

@@ -320,6 +320,12 @@ TEST(ExchangeTest, AnExportCanBeImportedAndGoesIntoAPipe)
     const Outcome documents = places("export --format json");
     EXPECT_EQ(QByteArray::fromStdString(documents.out).count("\"complete\":true"), 1);
     EXPECT_EQ(places("import -", QByteArray::fromStdString(documents.out)).out, "0 imported, 1 skipped, 0 failed\n");
+    for (const char *name : {"out.geojson.gz", "out.zip"}) {
+        EXPECT_EQ(places(QStringList{QStringLiteral("export"), service.path(name)}).status, 0) << name;
+        const Outcome outcome = places(QStringList{QStringLiteral("import"), service.path(name)});
+        EXPECT_THAT(outcome.out, HasSubstr("0 imported, ")) << name << outcome.err;
+        EXPECT_THAT(outcome.out, HasSubstr(" skipped, 0 failed\n")) << name << outcome.err;
+    }
     EXPECT_EQ(places("export /no/such/folder/x").status, 1);
     EXPECT_EQ(places("export x.gpx").status, 2);
     const QByteArray pipe = service.path("pipe").toLocal8Bit();

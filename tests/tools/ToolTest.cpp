@@ -70,7 +70,12 @@ TEST_F(ToolTest, EveryWayOfGoingWrongHasItsStatusAndSaysWhy)
     } cases[] = {
         {"show 99", 1, "places: place 99: there is no such place: no place has the id 99\n"},
         {"show", 2, "PLACE"},
-        {"near 91,0", 2, "not a position"},
+        {"near 91,0", 2, "not a position: 91,0: latitude 91 is beyond 90"},
+        {"near nowhere", 1, "places: nowhere: no stored place has this name; a position is written as 47.24,8.72"},
+        {"near 99", 1, "place 99: there is no such place"},
+        {"near 1,2 --radius far", 2, "not a length, such as 500m or 2km: far"},
+        {"find --near 9G8F+6X", 2, "a short plus code"},
+        {"show x", 2, "a position is written as"},
         {"add X", 2, "needs a position"},
         {"fav 010", 1, "place 10: there is no such place"},
         {"find --limit 9999999999", 2, "not a whole number from 0 to 2147483647: 9999999999"},
@@ -242,6 +247,35 @@ TEST_F(ToolTest, APlaceIsEditedInTheEditor)
     EXPECT_TRUE(said.startsWith(QLatin1String("600:/"))) << said.toStdString();
     EXPECT_FALSE(QFileInfo::exists(said.mid(4)));
     qunsetenv("VISUAL");
+}
+
+TEST_F(ToolTest, PlacesAreListedNearAStoredOne)
+{
+    for (const char *arguments : {"add 47.24,8.72 --name Lake-house", "add 8FVC9G8F+6X --name Far",
+                                  "add Hut --city Bern", "add Lake-view --at 47\u00b015'N,8\u00b043'12\"E"})
+        EXPECT_EQ(places(arguments).status, 0) << arguments;
+    const struct
+    {
+        const char *arguments;
+        int status;
+        const char *says;
+        std::size_t lines;
+    } cases[] = {
+        {"near lake-house", 0, "Lake-view", 4},
+        {"near LAKE-HOUSE --radius 2km", 0, "1.1 km", 2},
+        {"near 1 --radius 500m", 0, "Lake-house", 1},
+        {"near lake-v --radius 0", 0, "Lake-view", 1},
+        {"near lake", 1, "1 Lake-house", 0},
+        {"near lake", 1, "Lake-house; name one by its number", 0},
+        {"near hut", 1, "places: place 3: has no position", 0},
+    };
+    for (const auto &row : cases) {
+        const Outcome outcome = places(row.arguments);
+        EXPECT_EQ(outcome.status, row.status) << row.arguments;
+        EXPECT_THAT(outcome.out + outcome.err, HasSubstr(row.says)) << row.arguments;
+        EXPECT_EQ(static_cast<std::size_t>(std::count(outcome.out.begin(), outcome.out.end(), '\n')), row.lines)
+            << row.arguments;
+    }
 }
 
 TEST_F(ToolTest, ALimitOfNoneIsNotTakenForNothingFound)

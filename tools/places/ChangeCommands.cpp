@@ -29,7 +29,7 @@ using namespace places;
 namespace
 {
 
-/// What the user says of a place; what is not said stays as it is.
+/// The values of a place given as options; a value that is not given stays unchanged.
 struct Details
 {
     std::optional<std::string> name;
@@ -56,7 +56,8 @@ struct Details
 
 void addDetailOptions(CLI::App &command, Details &details)
 {
-    command.add_option("--at", details.position, "Position in degrees")->transform(IsPosition);
+    command.add_option("--at", details.position, "Position: degrees in any usual form, plus code or link")
+        ->transform(IsPosition);
     command.add_option("--description", details.description, "Description");
     command.add_option("--label", details.label, "The address as one line");
     command.add_option("--street", details.street, "Street and house number");
@@ -78,7 +79,7 @@ void set(Object &object, void (Object::*setter)(const QString &), const std::opt
         (object.*setter)(text(*value));
 }
 
-/// The first location with the changes; nothing when it would say nothing.
+/// The first location with the changes; std::nullopt when no value would be left in it.
 std::optional<Location> changedLocation(const Place &place, const Details &details)
 {
     Location location = place.locationCount() > 0 ? place.location(0) : Location();
@@ -124,12 +125,21 @@ void apply(Place &place, const Details &details)
         place.addLocation(*location);
 }
 
-/// Adds a place by its name, or the place that a link leads to.
+/// True for a text that is a whole place: a link, or a position when no option gives one.
+bool isWhole(const QString &text, const Details &details)
+{
+    if (isLink(text))
+        return true;
+    const formats::ReadPosition read = readAnyPosition(text);
+    return (read.position.isValid() || !read.problem.isEmpty()) && !changedLocation(Place(), details);
+}
+
+/// Adds a place by its name, or the place at a position or of a link.
 ExitStatus add(const QString &nameOrLink, const Details &details, Form form)
 {
     Place place;
     place.setSource(AbstractPlace::SourceManualInput);
-    if (!isLink(nameOrLink)) {
+    if (!isWhole(nameOrLink, details)) {
         place.setName(nameOrLink);
     } else if (const QString problem = readLink(nameOrLink, place); !problem.isEmpty()) {
         complain(nameOrLink, problem);
@@ -148,7 +158,7 @@ ExitStatus add(const QString &nameOrLink, const Details &details, Form form)
     return status;
 }
 
-/// Fetches a place and does something with it.
+/// Fetches a place and calls `work` with it.
 template <typename Work>
 ExitStatus withPlace(qint64 id, Work work)
 {
@@ -179,10 +189,18 @@ struct ShowOptions
     bool onlyRemote = false;
 };
 
-/// Fetches a stored place, or makes the place that a link leads to, which is not stored. Null on failure.
+/// True for the number of a stored place.
+bool isId(const QString &text)
+{
+    bool isNumber = false;
+    (void)text.toLongLong(&isNumber);
+    return isNumber;
+}
+
+/// Fetches a stored place, or makes the place of a position or link, which is not stored. Null on failure.
 std::unique_ptr<Place> placeOf(const QString &idOrLink, ExitStatus &status)
 {
-    if (!isLink(idOrLink)) {
+    if (isId(idOrLink)) {
         Error::Type error = Error::Success;
         std::unique_ptr<Place> place(PlaceManager().getPlace(idOrLink.toLongLong(), &error));
         if (!place)
@@ -232,9 +250,8 @@ ExitStatus show(const ShowOptions &options, const QStringList &places, Form form
         return showPlaces(places, options.asDocument ? Form::Document : form);
     if (places.size() > 1)
         return misuse("show", QStringLiteral("records are those of one place"));
-    if (isLink(places.first())) {
-        complain(places.first(),
-                 QStringLiteral("only a stored place has records to be fetched; name it by its number"));
+    if (!isId(places.first())) {
+        complain(places.first(), QStringLiteral("records can only be fetched for a stored place; give its number"));
         return WrongUse;
     }
     return showRecords(places.first().toLongLong(), text(options.type), options.onlyRemote, form);
@@ -243,18 +260,18 @@ ExitStatus show(const ShowOptions &options, const QStringList &places, Form form
 void addShowCommand(CLI::App &app, Context &context)
 {
     const auto options = std::make_shared<ShowOptions>();
-    CLI::App *command = app.add_subcommand("show", "Show places with all they have, or what links lead to");
-    command->add_option("PLACE", options->places, "Numbers of places, geo: URIs or map links")
+    CLI::App *command = app.add_subcommand("show", "Show all data of places, positions, or the places of links");
+    command->add_option("PLACE", options->places, "Numbers of places, positions, geo: URIs or map links")
         ->required()
-        ->transform(IsIdOrLink);
+        ->transform(IsIdOrPosition);
     CLI::Option *document = command->add_flag("--document", options->asDocument, "Write the places' JSON documents");
     CLI::Option *aux =
         command->add_flag("--aux", options->records, "Fetch the place's auxiliary records instead")->excludes(document);
     command->add_option("--type", options->type, "Only records of this type, such as contact or poi")->needs(aux);
-    command->add_flag("--remote", options->onlyRemote, "Only records that a provider has to be asked for")->needs(aux);
+    command->add_flag("--remote", options->onlyRemote, "Only records that are fetched from a provider")->needs(aux);
     command->callback([&context, options] {
         const QStringList places = texts(options->places);
-        context.needsService = !std::all_of(places.begin(), places.end(), isLink);
+        context.needsService = std::any_of(places.begin(), places.end(), isId);
         context.run = [&context, options, places] { return show(*options, places, context.form); };
     });
 }
@@ -278,7 +295,7 @@ ExitStatus printLink(const Place &place, Form form)
     return Done;
 }
 
-/// Adds a command that does `work` with one place, by its number.
+/// Adds a command that calls `work` with the number of a place.
 template <typename Work>
 CLI::App *addPlaceCommand(CLI::App &app, Context &context, const char *name, const char *description, Work work)
 {
@@ -296,15 +313,16 @@ void addChangeCommands(CLI::App &app, Context &context)
     const auto details = std::make_shared<Details>();
     CLI::App *addCommand = app.add_subcommand("add", "Add a place and print its number");
     const auto nameOrLink = std::make_shared<std::string>();
-    addCommand->add_option("PLACE", *nameOrLink, "Name, geo: URI or map link")->required()->transform(IsName);
-    addCommand->add_option("--name", details->name, "Name of a place that is given by a link")->transform(IsName);
+    addCommand->add_option("PLACE", *nameOrLink, "Name, position, geo: URI or map link")->required()->transform(IsName);
+    addCommand->add_option("--name", details->name, "Name of a place that is given by a position or link")
+        ->transform(IsName);
     addDetailOptions(*addCommand, *details);
     addCommand->callback([&context, nameOrLink, details] {
         context.run = [&context, nameOrLink, details] { return add(text(*nameOrLink), *details, context.form); };
     });
 
     addShowCommand(app, context);
-    CLI::App *updateCommand = addPlaceCommand(app, context, "update", "Change a place; what is not given stays",
+    CLI::App *updateCommand = addPlaceCommand(app, context, "update", "Change the given values of a place",
                                               [&context, details](qint64 id) { return update(id, *details, context); });
     updateCommand->add_option("--name", details->name, "Name")->transform(IsName);
     addDetailOptions(*updateCommand, *details);

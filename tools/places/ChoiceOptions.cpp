@@ -6,28 +6,11 @@
 
 #include <QtCore/QDateTime>
 
-#include <algorithm>
-
 namespace tool
 {
 
 namespace
 {
-
-/// A length in metres, or with "km" or "m" behind it; nothing when the text is none.
-std::optional<double> parseLength(QString text)
-{
-    double unit = 1;
-    if (text.endsWith(QLatin1String("km"))) {
-        unit = 1000;
-        text.chop(2);
-    } else if (text.endsWith(QLatin1Char('m'))) {
-        text.chop(1);
-    }
-    bool isNumber = false;
-    const double length = text.trimmed().toDouble(&isNumber) * unit;
-    return isNumber && length >= 0 && qIsFinite(length) ? std::optional(length) : std::nullopt;
-}
 
 /// Seconds since 1970-01-01T00:00:00 UTC of a date or a time in ISO 8601, of this time zone unless it names another;
 /// 0 when the text is none.
@@ -43,12 +26,6 @@ const CLI::Validator IsBox(
                                              : "not a part of the Earth in degrees, such as 46,7,47,8: " + argument;
     },
     "SOUTH,WEST,NORTH,EAST");
-
-const CLI::Validator IsLength(
-    [](const std::string &argument) {
-        return parseLength(text(argument)) ? std::string() : "not a length, such as 500 or 2km: " + argument;
-    },
-    "METRES");
 
 const CLI::Validator IsTime(
     [](const std::string &argument) {
@@ -75,20 +52,15 @@ void ChoiceOptions::addTo(CLI::App &command)
 {
     addListOption(command, "--tag", m_tags, "Places with this tag; may be given several times, one of them counts");
     command.add_option("--within", m_box, "Places in this part of the Earth, in degrees")->transform(IsBox);
-    addNearOption(command);
+    command.add_option("--near", position, "Nearest to this position first")->transform(IsPosition);
     addRadiusOption(command);
     m_ownerOption = command.add_option("--owner", m_owner, "Places that this application added");
     command.add_option("--since", m_since, "Places that were stored or changed since then")->transform(IsTime);
 }
 
-void ChoiceOptions::addNearOption(CLI::App &command)
-{
-    command.add_option("--near", position, "Nearest to this position first")->transform(IsPosition);
-}
-
 void ChoiceOptions::addRadiusOption(CLI::App &command)
 {
-    command.add_option("--radius", m_radius, "Places no further from that position, in metres or with \"km\"")
+    command.add_option("--radius", m_radius, "Only places up to this distance, such as 500m or 2km")
         ->transform(IsLength);
 }
 
@@ -102,8 +74,8 @@ QString ChoiceOptions::read(PlaceChoice &choice, bool areNumbersPlaces) const
     if (m_ownerOption && m_ownerOption->count() > 0)
         choice.owner = text(m_owner);
     choice.box = GeoBox::parse(text(m_box));
-    choice.centre = parsePosition(position);
-    choice.radius = parseLength(text(m_radius));
+    choice.centre = centre.isValid() ? centre : parsePosition(position);
+    choice.radius = m_radius ? parseLength(*m_radius) : std::nullopt;
     choice.since = parseTime(text(m_since));
     if (!choice.ids.empty() && choice.ids.size() < words.size())
         return QStringLiteral("numbers and words; places are named by their numbers or found by words, and words that "

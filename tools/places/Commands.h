@@ -10,21 +10,22 @@
 namespace tool
 {
 
-/// What every command can rely on.
+/// Shared between main() and the commands.
 struct Context
 {
     Form form = Form::Table;
     /// Nothing is said of what was done.
     bool isQuiet = false;
-    /// False when the chosen command gets along without a places service.
+    /// False when the chosen command does not need a places service.
     bool needsService = true;
-    /// Set by a command that leaves threads behind which wait for the service. The process then ends without them.
-    bool leaveAtOnce = false;
-    /// What the chosen command does; empty until one is chosen.
+    /// Set by a command that leaves threads behind which wait for the service. The process then ends without joining
+    /// them.
+    bool exitWithoutCleanup = false;
+    /// The chosen command; empty until one is chosen.
     std::function<ExitStatus()> run;
 };
 
-// Each gives `app` some of the commands. The one that the user names puts its work into `context.run`.
+// Each function adds commands to `app`. The command that the user names sets `context.run`.
 void addChangeCommands(CLI::App &app, Context &context);
 void addEditCommand(CLI::App &app, Context &context);
 void addFindCommands(CLI::App &app, Context &context);

@@ -22,13 +22,13 @@ using namespace places;
 namespace
 {
 
-/// Adds the option that names a format.
+/// Adds the option `--format`.
 void addFormatOption(CLI::App &command, std::string &format, bool onlyWritable)
 {
     std::vector<std::string> names;
     for (const QString &name : formatNames(onlyWritable))
         names.push_back(name.toStdString());
-    command.add_option("--format", format, "Format; without it the file's extension or content tells")
+    command.add_option("--format", format, "Format; by default from the file's extension or content")
         ->check(CLI::IsMember(names));
 }
 

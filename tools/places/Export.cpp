@@ -2,6 +2,7 @@
 
 #include "Export.h"
 
+#include "formats/ArchiveDevice.h"
 #include "formats/Format.h"
 #include "ProgressBar.h"
 #include "TerminalText.h"
@@ -26,7 +27,7 @@ using namespace places;
 namespace
 {
 
-/// Passes text on to a terminal, with escapes for what would steer it.
+/// Writes text to a terminal and escapes control characters.
 class TerminalFilter : public QIODevice
 {
 public:
@@ -51,13 +52,27 @@ private:
     QIODevice &m_terminal;
 };
 
+/// The device that compresses the exported file; null for a file name without the extension of a compression. The file
+/// in a zip archive has the archive's name without ".zip".
+std::unique_ptr<ArchiveDevice> makeCompressor(QFileDevice &file, const Format &format)
+{
+    const QString path = file.fileName();
+    const Compression compression = compressionOf(path);
+    if (compression == Compression::None)
+        return nullptr;
+    const QString name = QFileInfo(withoutCompression(path)).fileName();
+    const QString extension = formatByPath(path) ? QString() : QLatin1Char('.') + QLatin1String(format.name);
+    return std::make_unique<ArchiveDevice>(file, compression, name + extension);
+}
+
 /// Writes the chosen places one after the other.
 class Exporter
 {
 public:
     Exporter(QFileDevice &file, const Format &format, const QString &title)
         : m_filter(file)
-        , m_writer(format.makeWriter(::isatty(file.handle()) ? static_cast<QIODevice &>(m_filter) : file))
+        , m_compressor(makeCompressor(file, format))
+        , m_writer(format.makeWriter(outOf(file)))
         , m_title(file.fileName().isEmpty() ? QStringLiteral("standard output") : file.fileName())
         , m_bar(title)
     {}
@@ -71,12 +86,22 @@ public:
             writePlace(id, true);
         if (m_status == Done)
             check(m_writer->end());
+        if (m_status == Done && m_compressor)
+            check(m_compressor->finish());
         return m_status;
     }
 
     [[nodiscard]] qint64 count() const { return m_count; }
 
 private:
+    /// The device that the writer writes to.
+    QIODevice &outOf(QFileDevice &file)
+    {
+        if (m_compressor)
+            return *m_compressor;
+        return ::isatty(file.handle()) ? static_cast<QIODevice &>(m_filter) : file;
+    }
+
     void writeFound(const PlaceChoice &choice)
     {
         const Error::Type error = choice.forEach({}, [this](const AbstractPlace &place) {
@@ -114,6 +139,7 @@ private:
 
     const PlaceManager m_manager;
     TerminalFilter m_filter;
+    const std::unique_ptr<ArchiveDevice> m_compressor; ///< Null when nothing is compressed.
     const std::unique_ptr<PlaceWriter> m_writer;
     const QString m_title;
     ProgressBar m_bar;
@@ -121,7 +147,7 @@ private:
     ExitStatus m_status = Done;
 };
 
-/// Exports to a file that is open, or could not be opened; `finish` makes it stand.
+/// Exports to a file that is open or failed to open; `finish` commits the file.
 template <typename File, typename Finish>
 ExitStatus exportTo(File &file, const Format &format, const ExportOptions &options, qint64 &count, Finish finish)
 {
@@ -136,7 +162,7 @@ ExitStatus exportTo(File &file, const Format &format, const ExportOptions &optio
     return fail(options.path, file.errorString());
 }
 
-/// True for what cannot be replaced by a new file: standard output, a device, a pipe.
+/// True for a path that cannot be replaced by a new file: standard output, a device, a pipe.
 bool isStream(const QString &path)
 {
     const QFileInfo file(path);
@@ -154,7 +180,7 @@ ExitStatus exportPlaces(const ExportOptions &options, qint64 &count)
     if (!format)
         format = formatByName(QStringLiteral("geojson"));
     if (!format->makeWriter) {
-        complain(path, QStringLiteral("%1 can only be read; see places export --help for what is written")
+        complain(path, QStringLiteral("the format %1 cannot be written; see places export --help")
                            .arg(QLatin1String(format->name)));
         return WrongUse;
     }

@@ -5,9 +5,11 @@
 #include "Commands.h"
 #include "formats/JsonWriter.h"
 #include "Options.h"
+#include "PlaceLink.h"
 #include "TerminalText.h"
 
 #include <places/InternalPlaceManager.h>
+#include <places/Place.h>
 #include <places/PlaceHeader.h>
 #include <places/PlaceManager.h>
 #include <places/PlaceSearchManager.h>
@@ -16,6 +18,7 @@
 #include <QtCore/QList>
 #include <QtCore/QSharedPointer>
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <optional>
@@ -118,13 +121,81 @@ ExitStatus findPlaces(const char *command, const FindOptions &options, Form form
     return printFound(command, form, find, choice.centre);
 }
 
+/// The position of a stored place.
+ExitStatus positionOf(qint64 id, Coordinates &position)
+{
+    Error::Type error = Error::Success;
+    const std::unique_ptr<Place> place(PlaceManager().getPlace(id, &error));
+    if (!place)
+        return report(error, nameOfPlace(id));
+    position = place->primaryCoordinates();
+    if (position.isValid())
+        return Done;
+    return fail(nameOfPlace(id), QStringLiteral("has no position; give it one with places update --at"));
+}
+
+/// The places that a name may mean: those of exactly this name or, without any, all that a find finds.
+Found namesakes(const QString &name, Error::Type &error)
+{
+    Found all = owned(PlaceManager().findPlaces(name, &error));
+    const auto isSame = [&name](const auto &place) { return place->name().compare(name, Qt::CaseInsensitive) == 0; };
+    const auto end = std::stable_partition(all.begin(), all.end(), isSame);
+    if (end != all.begin())
+        all.erase(end, all.end());
+    return all;
+}
+
+/// Names what a name may mean, and how to say which.
+void complainOfNamesakes(const QString &name, const Found &found)
+{
+    constexpr int MOST = 10;
+    QStringList candidates;
+    for (int i = 0; i < std::min(found.size(), MOST); ++i) {
+        const QString where = found[i]->primaryLocation();
+        candidates.append(QStringLiteral("%1 %2").arg(found[i]->id()).arg(found[i]->name())
+                          + (where.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(where)));
+    }
+    const QString more = found.size() > MOST ? QStringLiteral(" and others") : QString();
+    complain(name,
+             QStringLiteral("may be %1%2; name one by its number").arg(candidates.join(QStringLiteral(", ")), more));
+}
+
+/// Finds the position that the user means: one that is written as such, or that of a stored place.
+ExitStatus findCentre(const QString &centre, Coordinates &position)
+{
+    bool isNumber = false;
+    const qint64 id = centre.toLongLong(&isNumber);
+    position = readAnyPosition(centre).position;
+    if (position.isValid())
+        return Done;
+    if (isNumber)
+        return positionOf(id, position);
+    Error::Type error = Error::Success;
+    const Found found = namesakes(centre, error);
+    if (error != Error::Success)
+        return report(error, centre);
+    if (found.size() == 1)
+        return positionOf(found.first()->id(), position);
+    if (found.isEmpty())
+        complain(centre, QStringLiteral("no stored place has this name; ") + unknownForm());
+    else
+        complainOfNamesakes(centre, found);
+    return Failed;
+}
+
+ExitStatus findNear(FindOptions &options, Form form)
+{
+    const ExitStatus status = findCentre(text(options.choice.position), options.choice.centre);
+    return status == Done ? findPlaces("near", options, form) : status;
+}
+
 void addFind(CLI::App &app, Context &context)
 {
     const auto options = std::make_shared<FindOptions>();
     CLI::App *find = app.add_subcommand("find", "Find places by the beginnings of words in their names, and more");
     find->add_option("TERM", options->choice.words, "Words to look for; none for every place");
     options->choice.addTo(*find);
-    find->add_option("--sort", options->sort, "What comes first; else what is nearest, or relevance")
+    find->add_option("--sort", options->sort, "Order of the results; without it nearest or latest first, or relevance")
         ->check(CLI::IsMember({"relevance", "name", "recent", "new"}));
     addPageOptions(*find, options->page);
     find->callback([&context, options] {
@@ -132,15 +203,15 @@ void addFind(CLI::App &app, Context &context)
     });
 
     const auto nearOptions = std::make_shared<FindOptions>();
-    CLI::App *near = app.add_subcommand("near", "List the places nearest to a position");
-    near->add_option("POSITION", nearOptions->choice.position, "Position in degrees")
+    CLI::App *near = app.add_subcommand("near", "List the places nearest to a position or to a stored place");
+    near->add_option("CENTRE", nearOptions->choice.position, "Position, or number or name of a stored place")
         ->required()
-        ->transform(IsPosition);
+        ->transform(IsCentre);
     near->add_option("TERM", nearOptions->choice.words, "Words to look for in the names");
     nearOptions->choice.addRadiusOption(*near);
     addPageOptions(*near, nearOptions->page);
     near->callback([&context, nearOptions] {
-        context.run = [&context, nearOptions] { return findPlaces("near", *nearOptions, context.form); };
+        context.run = [&context, nearOptions] { return findNear(*nearOptions, context.form); };
     });
 }
 
@@ -164,12 +235,12 @@ void addRecent(CLI::App &app, Context &context)
     const auto options = std::make_shared<Options>();
     CLI::App *recent = app.add_subcommand("recent", "List places by their last use, latest first");
     CLI::Option *mine = recent->add_flag("--mine", options->onlyMine, "Only places that this application added");
-    CLI::Option *terms = recent
-                             ->add_option("--terms", options->prefix,
-                                          "Terms that were searched for instead; all, or those that begin so")
-                             ->expected(0, 1)
-                             ->type_name("[PREFIX]")
-                             ->excludes(mine);
+    CLI::Option *terms =
+        recent
+            ->add_option("--terms", options->prefix, "List recent search terms instead: all, or those with this prefix")
+            ->expected(0, 1)
+            ->type_name("[PREFIX]")
+            ->excludes(mine);
     addPageOptions(*recent, options->page);
     recent->callback([&context, options, terms] {
         if (terms->count() > 0) {

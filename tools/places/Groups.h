@@ -11,12 +11,12 @@ namespace tool
 
 using vela::platform::places::SearchResultGroup;
 
-/// What a group of results is called.
+/// Names of a group of results.
 struct GroupNames
 {
     SearchResultGroup::Type group;
-    const char *name;  ///< By users and programs.
-    const char *title; ///< Above its results.
+    const char *name;  ///< For options and JSON.
+    const char *title; ///< Heading above its results.
 };
 
 constexpr GroupNames GROUPS[] = {
@@ -35,7 +35,7 @@ constexpr GroupNames GROUPS[] = {
     {SearchResultGroup::CategorySuggestions, "category-suggestions", "Suggested categories"},
 };
 
-/// The names of a group that stands in the table.
+/// The names of a group in the table.
 inline const GroupNames &namesOf(SearchResultGroup::Type group)
 {
     return *std::find_if(std::begin(GROUPS), std::end(GROUPS),

@@ -22,15 +22,6 @@ using namespace places;
 namespace
 {
 
-const Format &formatOf(const QString &path, const QString &name, const Input &input)
-{
-    if (const Format *format = formatByName(name))
-        return *format;
-    if (const Format *format = formatByPath(path))
-        return *format;
-    return formatByContent(input.head());
-}
-
 /// Imports one file.
 class FileImport
 {
@@ -68,7 +59,8 @@ private:
             m_bar.clear();
             tool::complain(m_path, note);
         };
-        return formatOf(m_path, m_options.format, m_input).read(m_input, options, [this](ReadPlace read) {
+        const Format *named = formatByName(m_options.format);
+        return (named ? *named : formatOf(m_input)).read(m_input, options, [this](ReadPlace read) {
             return Interruption::signal() == 0 && m_adder.add(std::move(read));
         });
     }

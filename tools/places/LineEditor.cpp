@@ -14,7 +14,7 @@ namespace tool
 namespace
 {
 
-/// The longest term that the service takes, in UTF-16 units.
+/// Longest term that the service accepts, in UTF-16 units.
 constexpr int LONGEST_TEXT = 4096;
 
 } // namespace
@@ -78,7 +78,7 @@ LineEditor::View LineEditor::view(int columns)
     const QString shown = printable(m_text);
     const auto width = [&](int from, int to) { return columnsOf(shown.mid(from, to - from)); };
     m_first = boundaryBefore(std::min(m_first, m_cursor) + 1);
-    // Nothing is hidden on the left while there is room on the right.
+    // Scroll back to the left while the text fits.
     for (int before = boundaryBefore(m_first); m_first > 0 && width(before, shown.size()) < columns;
          before = boundaryBefore(m_first))
         m_first = before;

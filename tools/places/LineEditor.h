@@ -6,8 +6,8 @@
 namespace tool
 {
 
-/// A line of text that the user edits. The cursor stands before, between or behind grapheme clusters (UAX #29): what
-/// the user sees as one character, with its accents, is passed over and erased as one.
+/// A line of text with a cursor. The cursor moves and erases by grapheme clusters (UAX #29), that is, by characters
+/// with their accents.
 class LineEditor
 {
 public:
@@ -15,10 +15,9 @@ public:
 
     [[nodiscard]] const QString &text() const { return m_text; }
 
-    /// Inserts a text before the cursor; without effect when the line becomes longer than the service
-    /// takes as a term.
+    /// Inserts a text before the cursor. Without effect when the line becomes longer than a term may be.
     void insert(const QString &text);
-    /// Replaces the line; the cursor stands behind it.
+    /// Replaces the line and puts the cursor at its end.
     void setText(const QString &text);
     void moveLeft();
     void moveRight();
@@ -26,7 +25,7 @@ public:
     void moveToEnd() { m_cursor = m_text.size(); }
     void eraseLeft();
     void eraseRight();
-    /// Erases the word before the cursor and the blanks behind it.
+    /// Erases the word before the cursor and the blanks after it.
     void eraseWord();
     void eraseToStart();
 
@@ -35,21 +34,21 @@ public:
         QString text;
         int cursor = 0; ///< Column of the cursor.
     };
-    /// The part of the line, printable, that fits in so many columns with the cursor, which takes one. It moves along
-    /// the line when the cursor would leave it.
+    /// The printable part of the line that fits in `columns` columns, cursor included. It scrolls with the cursor.
     View view(int columns);
 
 private:
-    // The boundary next to an index; the start or the end of the line where there is none.
+    // The next boundary before or after an index; the start or the end of the line when there is none.
     [[nodiscard]] int boundaryBefore(int index) const;
     [[nodiscard]] int boundaryBehind(int index) const;
     void eraseBack(int start);
-    /// Puts the cursor at an index, or behind the cluster there: a change may join what is on both sides of it.
+    /// Puts the cursor at an index, or at the end of the cluster there: a change may join the characters on both sides
+    /// of it.
     void putCursor(int index);
 
     QString m_text;
     int m_cursor;
-    int m_first = 0; ///< Index of the first character that is shown.
+    int m_first = 0; ///< Index of the first visible character.
 };
 
 } // namespace tool

@@ -17,7 +17,7 @@ using namespace places;
 namespace
 {
 
-/// More bytes without an end of line are taken as a line. The service refuses such a term.
+/// A longer input without a line feed is taken as a line; the service refuses this term.
 constexpr int LONGEST_LINE = 64 * 1024;
 constexpr int NUMBER_WIDTH = 4;
 
@@ -68,7 +68,7 @@ void LineSearch::takeLines()
         const QString line = QString::fromUtf8(m_input.left(end)).trimmed();
         m_input.remove(0, end + 1);
         if (!::isatty(STDIN_FILENO))
-            std::fputc('\n', m_output); // what a terminal shows of the line
+            std::fputc('\n', m_output); // echo, as a terminal does
         take(line);
     }
     const bool isWaiting = m_search.isSearching() || m_isOver;
@@ -133,7 +133,7 @@ void LineSearch::end(ExitStatus status)
 {
     m_isOver = true;
     if (status != Done)
-        std::fputc('\n', m_output); // behind the prompt
+        std::fputc('\n', m_output); // ends the line of the prompt
     m_loop.exit(status);
 }
 

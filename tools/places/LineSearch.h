@@ -13,15 +13,16 @@
 namespace tool
 {
 
-/// A search by lines, for a terminal that cannot move its cursor and for input that is no terminal. Each line of
-/// standard input is searched for, and the results are listed with numbers. A number chooses, an empty line chooses the
-/// first result, the end of the input leaves. The list goes to the terminal of standard output, else to standard error.
+/// Search by lines, for terminals that cannot move the cursor and for input that is no terminal. Each line of standard
+/// input is a search, and the results are listed with numbers. A number chooses a result, an empty line chooses the
+/// first one, and the end of the input leaves. The list goes to standard output if it is a terminal, else to standard
+/// error.
 class LineSearch
 {
 public:
     explicit LineSearch(const SearchOptions &options);
 
-    /// Reads lines. Done when a place was chosen.
+    /// Reads lines until a place is chosen (Done) or the input ends.
     ExitStatus run();
 
     /// The place that was chosen; null when none was.
@@ -29,7 +30,7 @@ public:
 
 private:
     void takeInput();
-    /// Takes the lines that are there, up to one that starts a search.
+    /// Takes complete lines up to one that starts a search.
     void takeLines();
     void take(const QString &line);
     void choose(const ResultList::PlacePointer &result);
@@ -37,12 +38,12 @@ private:
     void ask(const char *prompt);
     void end(ExitStatus status);
 
-    // Before the search, whose threads must not take signals.
+    // Declared before the search, whose threads must not receive signals.
     const Signals m_signals;
     LiveSearch m_search;
     QEventLoop m_loop;
     QSocketNotifier m_notifier{STDIN_FILENO, QSocketNotifier::Read};
-    QByteArray m_input; ///< Read, but not taken.
+    QByteArray m_input; ///< Bytes that are read but not yet taken as lines.
     bool m_isAtEnd = false;
     bool m_isOver = false;
     std::FILE *const m_output;

@@ -22,7 +22,7 @@ LiveSearch::LiveSearch(const SearchOptions &options, const std::function<void()>
 
 LiveSearch::~LiveSearch()
 {
-    // Its destructor would wait for the answers that the service owes.
+    // The destructor would wait for outstanding answers.
     m_manager.release()->disconnect();
 }
 

@@ -10,28 +10,28 @@
 namespace tool
 {
 
-/// Searches that replace each other: for terms in the groups of the options, or for the places of a category. It needs
-/// an event loop. The destructor waits for nothing: the threads that ask the service end with the process.
+/// Searches that replace each other: terms in the groups of the options, or places of a category. Needs an event loop.
+/// The destructor does not wait: the threads of the search end with the process.
 class LiveSearch
 {
 public:
-    /// @param answered called for each answer, after it was taken into the results.
+    /// @param answered called for each answer, after the results are updated.
     LiveSearch(const SearchOptions &options, const std::function<void()> &answered);
     LiveSearch(const LiveSearch &) = delete;
     LiveSearch &operator=(const LiveSearch &) = delete;
     ~LiveSearch();
 
     void searchTerm(const QString &term);
-    /// Searches for the places of a category, which are the nearest ones when the options have a centre.
+    /// Searches for places of a category; nearest first when the options have a centre.
     void searchCategory(const QString &category);
 
     /// True while answers are outstanding.
     [[nodiscard]] bool isSearching() const { return m_isSearching; }
-    /// The category whose places are searched for; empty when it is a term.
+    /// The category that is searched for; empty during a search by term.
     [[nodiscard]] const QString &category() const { return m_category; }
-    /// The category and where it is searched for, for people.
+    /// The category and the searched area, for people.
     [[nodiscard]] QString categoryTitle() const;
-    /// What went wrong in the last group that failed; empty when none did.
+    /// The error text of the last group that failed; empty when none failed.
     [[nodiscard]] QString problem() const;
     [[nodiscard]] ResultList &results() { return m_results; }
     [[nodiscard]] const ResultList &results() const { return m_results; }

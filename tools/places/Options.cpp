@@ -4,6 +4,8 @@
 
 #include "PlaceLink.h"
 
+#include <QtCore/QRegularExpression>
+
 #include <limits>
 
 namespace tool
@@ -14,7 +16,7 @@ using vela::platform::places::Coordinates;
 namespace
 {
 
-/// Puts a whole number from 0 to `largest` into its plain form. False when the argument is none.
+/// Normalizes a whole number from 0 to `largest`. False when the argument is not one.
 bool normalize(std::string &argument, qint64 largest)
 {
     bool isNumber = false;
@@ -52,20 +54,29 @@ QString joined(const std::vector<std::string> &words)
 
 Coordinates parsePosition(const std::string &position)
 {
-    const QStringList parts = text(position).split(QLatin1Char(','));
-    bool isLatitude = false;
-    bool isLongitude = false;
-    if (parts.size() != 2)
-        return {};
-    const Coordinates coordinates(parts[0].trimmed().toDouble(&isLatitude), parts[1].trimmed().toDouble(&isLongitude));
-    return isLatitude && isLongitude ? coordinates : Coordinates();
+    return readAnyPosition(text(position)).position;
 }
 
-const CLI::Validator IsPosition(
-    [](const std::string &argument) {
-        return refusal(parsePosition(argument).isValid(), "not a position in degrees, such as 47.24,8.72", argument);
-    },
-    "LATITUDE,LONGITUDE");
+std::optional<double> parseLength(const std::string &length)
+{
+    static const QRegularExpression LENGTH(QStringLiteral(R"(\A([0-9]+(?:\.[0-9]+)?)\s*(m|km)?\z)"),
+                                           QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpressionMatch match = LENGTH.match(text(length));
+    if (!match.hasMatch())
+        return std::nullopt;
+    return match.captured(1).toDouble() * (match.captured(2).size() == 2 ? 1000 : 1);
+}
+
+std::string positionProblem(const std::string &argument)
+{
+    const formats::ReadPosition read = readAnyPosition(text(argument));
+    if (read.position.isValid())
+        return {};
+    const QString why = read.problem.isEmpty() ? unknownForm() : read.problem;
+    return "not a position: " + argument + ": " + why.toStdString();
+}
+
+const CLI::Validator IsPosition([](const std::string &argument) { return positionProblem(argument); }, "POSITION");
 
 const CLI::Validator IsId(
     [](std::string &argument) {
@@ -73,12 +84,25 @@ const CLI::Validator IsId(
     },
     "NUMBER");
 
-const CLI::Validator IsIdOrLink(
+const CLI::Validator IsCentre(
+    [](const std::string &argument) {
+        const bool isWrong = !readAnyPosition(text(argument)).problem.isEmpty();
+        return isWrong ? positionProblem(argument) : std::string();
+    },
+    "POSITION|NUMBER|NAME");
+
+const CLI::Validator IsIdOrPosition(
     [](std::string &argument) {
         const bool isEither = isLink(text(argument)) || normalize(argument, std::numeric_limits<qint64>::max());
-        return refusal(isEither, "neither a number nor a link", argument);
+        return isEither ? std::string() : positionProblem(argument);
     },
-    "NUMBER|LINK");
+    "NUMBER|POSITION|LINK");
+
+const CLI::Validator IsLength(
+    [](const std::string &argument) {
+        return refusal(parseLength(argument).has_value(), "not a length, such as 500m or 2km", argument);
+    },
+    "LENGTH");
 
 const CLI::Validator IsCount(
     [](std::string &argument) {
@@ -89,7 +113,7 @@ const CLI::Validator IsCount(
 
 const CLI::Validator IsName(
     [](const std::string &argument) {
-        return refusal(!text(argument).trimmed().isEmpty(), "a name has to be more than blanks", argument);
+        return refusal(!text(argument).trimmed().isEmpty(), "a name needs more than blanks", argument);
     },
     "NAME");
 
@@ -103,12 +127,12 @@ const CLI::Validator IsAssignment(
 
 void addLimitOption(CLI::App &command, Page &page)
 {
-    command.add_option("--limit", page.limit, "Largest number of results")->transform(IsCount)->capture_default_str();
+    command.add_option("--limit", page.limit, "Maximum number of results")->transform(IsCount)->capture_default_str();
 }
 
 void addPageOptions(CLI::App &command, Page &page)
 {
-    command.add_option("--offset", page.offset, "Number of results to pass over")->transform(IsCount);
+    command.add_option("--offset", page.offset, "Number of results to skip")->transform(IsCount);
     addLimitOption(command, page);
 }
 

@@ -8,37 +8,46 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
+#include <optional>
 #include <string>
 #include <vector>
 
-/// What the arguments of several commands have in common.
+/// Options that several commands have.
 namespace tool
 {
 
-/// The text of an argument, and the texts of several.
+/// The text of an argument, or of several arguments.
 QString text(const std::string &argument);
 QStringList texts(const std::vector<std::string> &arguments);
-/// Words that were given one by one, as one text.
+/// Words given as separate arguments, joined with blanks.
 QString joined(const std::vector<std::string> &words);
 
-/// The coordinates in a text "LATITUDE,LONGITUDE", in degrees; invalid when it is none.
+/// The coordinates in a text, in any form that readAnyPosition() knows; invalid for any other text.
 vela::platform::places::Coordinates parsePosition(const std::string &position);
+/// Why an argument is no position, for people; empty when it is one.
+std::string positionProblem(const std::string &argument);
+/// Metres of a length such as "500m", "500" or "2km"; nothing when it is none.
+std::optional<double> parseLength(const std::string &length);
 
-// These refuse, as wrong use, what is not of their kind. To be used with transform(): numbers come out in the plain
-// decimal form that they are read in, whatever else CLI11 would make of "010".
+// Validators; an argument of another kind is wrong use. Use them with transform(): it replaces a number with its plain
+// decimal form, because CLI11 reads "010" as octal.
 extern const CLI::Validator IsPosition;
 /// The number of a place: from 0 on.
 extern const CLI::Validator IsId;
-/// The number of a place, or a link.
-extern const CLI::Validator IsIdOrLink;
+/// A position, or the number or name of a place. Only a position that makes no sense is refused.
+extern const CLI::Validator IsCentre;
+/// The number of a place, a position or a link.
+extern const CLI::Validator IsIdOrPosition;
+/// A length in metres or kilometres.
+extern const CLI::Validator IsLength;
 /// A number of results: from 0 to the largest int.
 extern const CLI::Validator IsCount;
-/// A text that is not empty and not only of blanks.
+/// A text that is not blank.
 extern const CLI::Validator IsName;
 /// Two texts that are not empty, apart by the last "=".
 extern const CLI::Validator IsAssignment;
 
-/// Which of the results are wanted.
+/// The requested part of the results.
 struct Page
 {
     int offset = 0;
@@ -48,7 +57,8 @@ struct Page
 void addLimitOption(CLI::App &command, Page &page);
 void addPageOptions(CLI::App &command, Page &page);
 
-/// Adds an option that may be given several times, each time with one value, so that what follows it is not taken too.
+/// Adds an option that may be given several times, with one value each time, so that it does not take the next
+/// argument.
 CLI::Option *addListOption(CLI::App &command, const char *name, std::vector<std::string> &values,
                            const char *description);
 

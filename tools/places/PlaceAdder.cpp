@@ -17,7 +17,7 @@ namespace
 
 /// Members in flight.
 constexpr std::size_t THREADS = 48;
-/// Most members of the file that are read and not settled. More than the threads, so that none waits for the reader.
+/// Maximum number of members that are read but not settled. More than threads, so that no thread waits for the reader.
 constexpr std::size_t QUEUE_LENGTH = 192;
 
 } // namespace
@@ -77,7 +77,7 @@ void PlaceAdder::follow(Item &item)
         m_ready.push_back(&item);
 }
 
-/// Fewer threads do as well, as long as there is one.
+/// Failing to start a thread is no error while another one runs.
 void PlaceAdder::startThread()
 {
     try {

@@ -14,14 +14,14 @@
 namespace tool
 {
 
-/// Stores the members of a file with several of them in flight, so that they share the service's transactions. A member
-/// that may be the same place as an earlier one waits for it. Its functions are for one thread, which also makes the
-/// places and destroys them; memory does not grow with the file.
+/// Stores the members of a file with several requests in flight, so that they share transactions in the service. A
+/// member that may be the same place as an earlier one waits for it. Call all functions on one thread; it also creates
+/// and destroys the places. Memory use does not depend on the file size.
 class PlaceAdder
 {
 public:
-    /// Takes what became of one member, in the order of the file, on the thread that calls add() and finish(). The
-    /// result says nothing about a member that is no place. Returns false to start with no further members.
+    /// Called with the result of each member, in file order, on the thread that calls add() and finish(). The result is
+    /// meaningless for a member that is no place. Return false to start no further members.
     using Settle = std::function<bool(const formats::ReadPlace &read, const MemberResult &result)>;
 
     /// @param importer outlives the object.
@@ -31,9 +31,9 @@ public:
     PlaceAdder(const PlaceAdder &) = delete;
     PlaceAdder &operator=(const PlaceAdder &) = delete;
 
-    /// Queues a member of the file, and waits while too many are queued. False when no further ones are wanted.
+    /// Queues a member of the file. Blocks while the queue is full. False when no further members are wanted.
     bool add(formats::ReadPlace read);
-    /// Waits until everything that was queued is settled.
+    /// Blocks until all queued members are settled.
     void finish();
     /// Drops the members that are not in flight; they are not settled.
     void stop();
@@ -58,10 +58,10 @@ private:
 
     void startThread();
     void run();
-    /// Makes an item wait for those before it that it may be the same place as.
+    /// Makes an item wait for earlier items that may be the same place.
     void follow(Item &item);
     void complete(Item &item);
-    /// Settles members from the front of the queue until at most `most` are left, and all that are done.
+    /// Settles members from the front of the queue: all that are done, and as many as needed to leave at most `most`.
     void settleUntil(std::size_t most);
 
     const MemberImporter &m_importer;
@@ -72,7 +72,7 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_isWork;
     std::condition_variable m_isFrontDone;
-    // Guarded by the mutex; a place itself belongs to the thread that works on it until its item is done.
+    // Guarded by the mutex. A place belongs to the thread that works on it until its item is done.
     std::deque<Item> m_items; ///< In the order of the file.
     std::deque<Item *> m_ready;
     bool m_isEnded = false;

@@ -2,16 +2,15 @@
 
 #include "PlaceLink.h"
 
-#include "formats/Feature.h"
+#include "formats/Position.h"
+#include "MapSites.h"
 
 #include <places/Place.h>
 #include <places/Utilities.h>
 
 #include <QtCore/QRegularExpression>
 #include <QtCore/QStringList>
-
-#include <cstring>
-#include <optional>
+#include <QtCore/QUrlQuery>
 
 namespace tool
 {
@@ -20,54 +19,6 @@ using namespace vela::platform::places;
 
 namespace
 {
-
-constexpr char SCHEME[] = "geo:";
-
-/// A number as RFC 5870 writes them: without a plus sign and an exponent.
-std::optional<double> parseNumber(const QString &text)
-{
-    static const QRegularExpression NUMBER(QStringLiteral(R"(\A-?[0-9]+(\.[0-9]+)?\z)"));
-    return NUMBER.match(text).hasMatch() ? std::optional(text.toDouble()) : std::nullopt;
-}
-
-/// "LATITUDE,LONGITUDE" or "LATITUDE,LONGITUDE,ALTITUDE" as they stand; invalid for anything else.
-Coordinates parsePosition(const QString &text)
-{
-    const QStringList parts = text.split(QLatin1Char(','));
-    std::optional<double> numbers[3];
-    if (parts.size() < 2 || parts.size() > 3)
-        return {};
-    for (int i = 0; i < parts.size(); ++i) {
-        numbers[i] = parseNumber(parts[i]);
-        if (!numbers[i])
-            return {};
-    }
-    Coordinates position(*numbers[0], *numbers[1]);
-    if (numbers[2])
-        position.setAltitude(*numbers[2]);
-    return position;
-}
-
-/// Reads the parameters "NAME=VALUE" behind the coordinates; names and values are compared without regard to case.
-QString readParameters(const QStringList &parameters, Coordinates &position)
-{
-    for (const QString &parameter : parameters) {
-        const QString name = parameter.section(QLatin1Char('='), 0, 0).toLower();
-        const QString value = QUrl::fromPercentEncoding(parameter.section(QLatin1Char('='), 1).toUtf8()).toLower();
-        if (name == QLatin1String("crs") && value.isEmpty())
-            return QStringLiteral("the reference system has no name");
-        if (name == QLatin1String("crs") && value != QLatin1String("wgs84"))
-            return QStringLiteral("the reference system %1 is not known; positions are in wgs84").arg(value);
-        if (name != QLatin1String("u"))
-            continue;
-        const std::optional<double> number = parseNumber(value);
-        const std::optional<float> metres = number ? formats::toAccuracy(*number) : std::nullopt;
-        if (!metres)
-            return QStringLiteral("the uncertainty is no number of metres");
-        position.setHorizontalAccuracy(*metres);
-    }
-    return {};
-}
 
 /// The value of "q", with "+" for a blank.
 QString queryText(const QString &query)
@@ -79,54 +30,94 @@ QString queryText(const QString &query)
     return {};
 }
 
-/// Reads "q": it may say better than the coordinates where the place is.
+/// A position as a query may have it.
+Coordinates queriedPosition(const QString &text)
+{
+    const Coordinates decimal = formats::readDecimalPosition(text.trimmed());
+    return decimal.isValid() ? decimal : formats::readPosition(text).position;
+}
+
+/// Reads what is searched for, "POSITION(LABEL)" or a text: it may say better than the coordinates where the place is.
+/// A text is the name of a place whose position is known, and an address without a position otherwise.
 void readQuery(const QString &text, Coordinates &position, QString &name, Address &address)
 {
     static const QRegularExpression LABELLED(QStringLiteral(R"(\A([^()]*)\((.*)\)\z)"),
                                              QRegularExpression::DotMatchesEverythingOption);
     const QRegularExpressionMatch match = LABELLED.match(text);
-    const Coordinates queried = parsePosition((match.hasMatch() ? match.captured(1) : text).trimmed());
+    const Coordinates queried = queriedPosition(match.hasMatch() ? match.captured(1) : text);
     if (queried.isValid()) {
         position.setLatitude(queried.latitude());
         position.setLongitude(queried.longitude());
         name = match.captured(2);
-    } else if (position.latitude() == 0 && position.longitude() == 0 && !text.isEmpty()) {
-        position = Coordinates();
-        address.setLabel(text);
-    } else {
+    } else if (position.isValid()) {
         name = text;
+    } else {
+        address.setLabel(text);
     }
+}
+
+void fill(Place &place, const Coordinates &position, const QString &name, const Address &address)
+{
+    Location location;
+    location.setAddress(address);
+    if (position.isValid())
+        location.setCoordinates(position);
+    place.setName(name);
+    place.addLocation(location);
 }
 
 QString readGeoUri(const QString &uri, Place &place)
 {
-    const QString whole = uri.mid(static_cast<int>(std::strlen(SCHEME))).section(QLatin1Char('#'), 0, 0);
-    QStringList parts = whole.section(QLatin1Char('?'), 0, 0).split(QLatin1Char(';'));
-    Coordinates position = parsePosition(QUrl::fromPercentEncoding(parts.takeFirst().toUtf8()));
-    // The reference system says what the numbers mean.
-    if (QString problem = readParameters(parts, position); !problem.isEmpty())
-        return problem;
-    if (!position.isValid())
-        return QStringLiteral("its coordinates are no point on the Earth; write geo:LATITUDE,LONGITUDE in degrees");
+    formats::ReadPosition read = formats::readGeoUri(uri);
+    if (!read.problem.isEmpty())
+        return read.problem;
+    const QString query = queryText(uri.section(QLatin1Char('#'), 0, 0).section(QLatin1Char('?'), 1));
+    // At 0,0 applications put what they search for.
+    if (!query.isEmpty() && read.position.latitude() == 0 && read.position.longitude() == 0)
+        read.position.setLatitude(qQNaN());
     QString name;
     Address address;
-    readQuery(queryText(whole.section(QLatin1Char('?'), 1)), position, name, address);
+    readQuery(query, read.position, name, address);
+    fill(place, read.position, name, address);
+    return {};
+}
 
-    Location location;
-    location.setAddress(address);
-    location.setCoordinates(position);
-    place.setName(name);
-    place.addLocation(location);
+/// True for a link of the map web service, whatever its host, that gives a position.
+bool hasOwnPosition(const QUrl &url)
+{
+    Place place;
+    return Utilities::readMapUrl(url, place) && place.hasCoordinates();
+}
+
+QString fillFromSite(const SiteLink &link, Place &place)
+{
+    if (link.needsNetwork)
+        return QStringLiteral(
+            "only its site knows where it leads, and would have to be asked on the network; open it, and "
+            "give the position or the link that you find there");
+    Coordinates position = link.position;
+    QString name = link.name;
+    Address address;
+    if (!link.text.isEmpty())
+        readQuery(link.text, position, name, address);
+    if (!link.name.isEmpty())
+        name = link.name;
+    if (!position.isValid() && address.isEmpty())
+        return QStringLiteral("a link of a map web site that gives neither a position nor an address");
+    fill(place, position, name, address);
     return {};
 }
 
 QString readMapLink(QString link, Place &place)
 {
-    // A "%" that is no escape stands for itself; it would take all others along.
+    // Escape a "%" that begins no escape; else QUrl rewrites all other escapes too.
     static const QRegularExpression BARE_PERCENT(QStringLiteral("%(?![0-9A-Fa-f]{2})"));
     const QUrl url(link.replace(BARE_PERCENT, QStringLiteral("%25")));
+    if (const SiteLink site = readSiteLink(url); site.isKnown && !hasOwnPosition(url))
+        return fillFromSite(site, place);
     if (!url.isValid() || !Utilities::readMapUrl(url, place))
-        return QStringLiteral("not a link of the map web service, such as places link prints");
+        return QStringLiteral("not a link of the map web service, such as places link prints, nor one of %1")
+            .arg(siteNames());
     return {};
 }
 
@@ -141,10 +132,33 @@ bool isLink(const QString &text)
 
 QString readLink(const QString &text, Place &place)
 {
+    if (!isLink(text)) {
+        const formats::ReadPosition read = formats::readPosition(text);
+        place.setSource(AbstractPlace::SourceManualInput);
+        fill(place, read.position, QString(), Address());
+        return read.position.isValid() || !read.problem.isEmpty() ? read.problem : unknownForm();
+    }
     place.setSource(AbstractPlace::SourceGeolink);
-    if (text.startsWith(QLatin1String(SCHEME), Qt::CaseInsensitive))
-        return readGeoUri(text, place);
-    return readMapLink(text, place);
+    return formats::isGeoUri(text) ? readGeoUri(text, place) : readMapLink(text, place);
+}
+
+formats::ReadPosition readAnyPosition(const QString &text)
+{
+    if (!isLink(text))
+        return formats::readPosition(text);
+    Place place;
+    const QString problem = readLink(text, place);
+    if (problem.isEmpty() && !place.hasCoordinates())
+        return {{}, QStringLiteral("the link gives an address, but no position")};
+    return {place.primaryCoordinates(), problem};
+}
+
+QString unknownForm()
+{
+    return QStringLiteral(
+               "a position is written as 47.24,8.72, 47°14'24\"N 8°43'12\"E, N 47 14.4 E 8 43.2, 8FVC9G8F+6X "
+               "or geo:47.24,8.72, or is a link of %1")
+        .arg(siteNames());
 }
 
 } // namespace tool

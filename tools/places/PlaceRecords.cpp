@@ -24,7 +24,7 @@ using namespace places;
 namespace
 {
 
-/// Carries out one request. The answer comes through an event loop, as in any program with a user interface.
+/// Sends one request and waits for the answer in an event loop.
 AuxiliaryDataReply fetch(const AuxiliaryDataRequest &request)
 {
     AuxiliaryDataReply reply;
@@ -36,7 +36,7 @@ AuxiliaryDataReply fetch(const AuxiliaryDataRequest &request)
                          loop.quit();
                      });
     if (manager.requestAuxiliaryData({request}, {}) == Error::Success)
-        loop.exec(); // A request that was refused has no answer to wait for.
+        loop.exec(); // A refused request has no answer.
     return reply;
 }
 

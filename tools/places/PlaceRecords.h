@@ -7,8 +7,8 @@ namespace tool
 {
 
 /// Fetches and shows the auxiliary records of a stored place.
-/// @param type the type of records that is wanted; empty for every type.
-/// @param onlyRemote true for those alone that a provider has to be asked for.
+/// @param type the type of the records; empty for all types.
+/// @param onlyRemote true for records of providers only.
 ExitStatus showRecords(qint64 id, const QString &type, bool onlyRemote, Form form);
 
 } // namespace tool

@@ -23,11 +23,11 @@ namespace
 {
 
 constexpr int ID_WIDTH = 7;
-/// Columns of the names, unless there is too little room.
+/// Preferred width of the names, in columns.
 constexpr int NAME_WIDTH = 40;
-/// Columns that addresses get at least, unless that is more than half of the room.
+/// Minimum width of the addresses, in columns, as long as it is at most half of the row.
 constexpr int WHERE_WIDTH = 14;
-/// Descriptions that are longer are no names.
+/// A longer description is not shown as a name.
 constexpr int LONGEST_OTHER_NAME = 40;
 const QString SEPARATOR = QStringLiteral(", ");
 
@@ -50,7 +50,7 @@ QString nameText(const AbstractPlace &place)
                : QStringLiteral("%1 (%2)").arg(place.name(), other);
 }
 
-/// The address, without what it says again and what the name says already.
+/// The parts of the address, without repetitions and without the name.
 QStringList whereParts(const AbstractPlace &place)
 {
     if (kindOf(place) == ResultKind::Category)
@@ -94,8 +94,8 @@ int widestWhere(const Rows &rows)
     return widest(rows, [](const Row &row) { return row.whereText(); });
 }
 
-/// Drops the parts of addresses that are words of the name, and then their last parts as long as these are the same in
-/// all. One part stays.
+/// Drops parts of addresses that occur in the name, then the last parts while they are the same in all rows. At least
+/// one part stays.
 void shortenWhere(Rows &rows)
 {
     for (Row &row : rows) {
@@ -115,7 +115,7 @@ void shortenWhere(Rows &rows)
     }
 }
 
-/// The columns of the names, where names and addresses have so many together.
+/// The width of the names when names and addresses share `room` columns.
 int nameWidth(Rows &rows, int room)
 {
     const int names = widest(rows, [](const Row &row) { return row.name; });
@@ -135,7 +135,7 @@ ResultKind kindOf(const AbstractPlace &result)
         return ResultKind::Place;
     if (!result.hasAuxiliaryData())
         return ResultKind::Term;
-    // A place in short cannot tell this tag from others. But only a category is tagged, of a provider, and nowhere.
+    // A header cannot tell this tag from a user's tag. Only a provider's category has the tag and no position.
     if (const auto *header = dynamic_cast<const PlaceHeader *>(&result)) {
         const bool isOfProvider = header->hasAuxiliaryData(AuxiliaryData::TypePointOfInterest) == PlaceHeader::Present;
         return isOfProvider && result.hasTag() ? ResultKind::Category : ResultKind::Place;

@@ -11,25 +11,25 @@
 namespace tool
 {
 
-/// What a result of a search is.
+/// Kind of a search result.
 enum class ResultKind
 {
     Place,
-    Term,    ///< A term that was searched for before. Its name is to be searched for.
-    Category ///< A suggested category. Places of the category of this name are to be searched for.
+    Term,    ///< A recent search term. To search for its name.
+    Category ///< A suggested category. To search for places of this category.
 };
 ResultKind kindOf(const vela::platform::places::AbstractPlace &result);
 
 struct RowFormat
 {
-    vela::platform::places::Coordinates centre; ///< Rows end with the distance from here, if it is valid.
-    int columns = 0;                            ///< Columns of the terminal; 0 when there is no limit.
+    vela::platform::places::Coordinates centre; ///< Rows end with the distance from here if it is valid.
+    int columns = 0;                            ///< Width of the terminal in columns; 0 for no limit.
     bool hasIds = true;                         ///< Rows begin with the number of the place.
 };
 
-/// A row for each place: its number, a star for a favourite, its name with a short description behind it, where it is,
-/// how far away. When there is little room, addresses lose what names say already, and the ends that all of them share,
-/// such as the country. Then both are cut, but addresses keep a third, so that places of one name can be told apart.
+/// One row per place: number, star for a favourite, name with a short description, address, distance. When there is
+/// little room, addresses lose parts that the name contains and last parts that all rows share, such as the country.
+/// Then names and addresses are cut; addresses keep a third, to tell places of the same name apart.
 QStringList rowsOf(const formats::PlaceList &places, const RowFormat &format);
 
 } // namespace tool

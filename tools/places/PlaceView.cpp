@@ -35,7 +35,7 @@ constexpr int NAME_WIDTH = 14;
 /// The end of the year 9999, in seconds since 1970-01-01T00:00:00 UTC. Later times are shown as numbers.
 constexpr quint64 LAST_SECOND = 253402300799;
 
-/// Fields, one a line; a value of several lines stands in one column.
+/// Fields, one per line; the lines of a long value are aligned in one column.
 class Fields
 {
 public:
@@ -56,7 +56,7 @@ public:
         }
     }
     void add(const char *name, const QString &value) { add(QString::fromLatin1(name), value); }
-    /// Adds fields that belong to one record, a little to the right.
+    /// Appends the indented fields of a record.
     void add(const Fields &record) { m_text += record.m_text; }
 
     [[nodiscard]] QString text() const { return m_text; }
@@ -87,7 +87,7 @@ QString timeText(quint64 seconds)
     return timeText(QDateTime::fromSecsSinceEpoch(static_cast<qint64>(seconds)));
 }
 
-/// A number that is not 0, in the fewest digits.
+/// A number other than 0 in its shortest decimal form; empty for 0.
 QString numberText(double number)
 {
     return std::isfinite(number) && number != 0 ? QString::number(number) : QString();
@@ -95,7 +95,7 @@ QString numberText(double number)
 
 // ------------------------------------------------------------------------------------------------------- locations
 
-/// The lines that the source gave, and lines of the parts that are not in them.
+/// The address lines as given, then the parts that these lines do not contain.
 QString addressText(const Address &address)
 {
     QStringList lines = address.extendedAddressLines();
@@ -160,7 +160,7 @@ void addLocation(Fields &out, const Location &location)
 
 // --------------------------------------------------------------------------------------------------------- records
 
-/// A text of a typed view: how it is called, how it is got, and the key it stands under.
+/// A text of a typed view: its label, its getter and its key.
 template <typename View>
 struct ViewText
 {
@@ -169,7 +169,7 @@ struct ViewText
     const char *key;
 };
 
-/// Adds the texts of a view, and to `shown` the keys of what it showed.
+/// Adds the texts of a view, and their keys to `shown`.
 template <typename View, std::size_t N>
 void addTexts(Fields &out, const View &view, const ViewText<View> (&texts)[N], QSet<QString> &shown)
 {
@@ -179,8 +179,7 @@ void addTexts(Fields &out, const View &view, const ViewText<View> (&texts)[N], Q
     }
 }
 
-/// Adds the number that the source gave a record, and what it holds beyond what was shown. Keys may be framed in
-/// semicolons, as they once were.
+/// Adds the record's source id and the properties that are not yet shown. Old records have keys framed in semicolons.
 void addRest(Fields &out, const AuxiliaryData &data, const QSet<QString> &shown)
 {
     out.add("Listing", data.externalId());
@@ -199,7 +198,7 @@ QString clock(int hour, int minute)
     return QStringLiteral("%1:%2").arg(hour, 2, 10, QLatin1Char('0')).arg(minute, 2, 10, QLatin1Char('0'));
 }
 
-/// The week from Monday on, a day a line.
+/// The opening hours from Monday on, one line per day.
 QString weekText(const QMap<DayOfWeek::Type, QList<TimeRange>> &hours)
 {
     static constexpr struct
@@ -252,7 +251,7 @@ QString categoriesText(const QList<Category> &categories)
     return codes.join(QStringLiteral(", "));
 }
 
-/// The details of a point of interest are those of the place itself.
+/// -
 void addPointOfInterest(Fields &out, const AuxiliaryData &data)
 {
     using Poi = PointOfInterestAuxiliaryData;
@@ -366,7 +365,7 @@ void addReservation(Fields &out, const AuxiliaryData &data)
 void addOther(Fields &out, const AuxiliaryData &data)
 {
     if (vocabulary::isForeign(data.type()))
-        out.add("Imported", QStringLiteral("with what a place has no member for"));
+        out.add("Imported", QStringLiteral("members that a place cannot hold"));
     else
         out.add("Record", data.type());
     Fields record(QStringLiteral("  "));

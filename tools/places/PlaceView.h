@@ -12,9 +12,9 @@ class Place;
 namespace tool
 {
 
-/// A place with all it has, for people: a name and a value a line, what is not set left out, times in local time.
+/// All data of a place, for people: one name and value per line, unset values left out, times in local time.
 QString viewOf(const vela::platform::places::Place &place);
-/// A record alone, and which provider it comes from.
+/// One record, with the provider that it comes from.
 QString viewOf(const vela::platform::places::AuxiliaryData &record);
 
 } // namespace tool

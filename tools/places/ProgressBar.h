@@ -8,7 +8,7 @@
 namespace tool
 {
 
-/// A line on standard error that shows how far the work is; nothing unless that is a terminal.
+/// A progress line on standard error; does nothing when that is no terminal.
 class ProgressBar
 {
 public:
@@ -17,9 +17,9 @@ public:
     ProgressBar &operator=(const ProgressBar &) = delete;
     ~ProgressBar() { clear(); }
 
-    /// @param part how much is done, from 0 to 1; 0 when nobody knows.
+    /// @param part the share that is done, from 0 to 1; 0 when it is unknown.
     void show(double part, qint64 count);
-    /// Makes room for a message.
+    /// Erases the line before a message is printed.
     void clear();
 
 private:

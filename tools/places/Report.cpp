@@ -33,26 +33,26 @@ struct Advice
     const char *words;
 };
 
-/// What a user can do where the service gives no reason.
+/// Advice when the service gives no reason.
 constexpr Advice ADVICE[] = {
     {Error::Unspecified, "the log of the places service may say why"},
     {Error::InvalidArgument, "see --help"},
     {Error::NotFound, "places find lists those that are there"},
     {Error::AlreadyStored, "change it with places update"},
     {Error::PermissionDenied, "the places may be another user's"},
-    {Error::CommunicationFailed, "it may be of another version"},
+    {Error::CommunicationFailed, "it may have another version"},
     {Error::ServiceUnavailable, "start placesd"},
     {Error::StorageFailed, "its log says why"},
     {Error::LimitExceeded, "ask for less"},
     {Error::Busy, "try again"},
     {Error::TimedOut, "try again, or ask for less"},
-    {Error::NotUnderstood, "it may be of an older version"},
+    {Error::NotUnderstood, "it may have an older version"},
     {Error::ProviderFailed, "the log of the places service says why"},
     {Error::BackupFailed, "the log of the places service says why"},
     {Error::RestoreFailed, "the log of the places service says why"},
 };
 
-/// Empty when there is none.
+/// The advice for an error; empty when there is none.
 QString adviceFor(Error::Type error)
 {
     const auto *const found = std::find_if(std::begin(ADVICE), std::end(ADVICE),
@@ -161,7 +161,7 @@ void printPlaces(const PlaceList &found, bool hasMore, Form form, const Coordina
     if (found.isEmpty())
         reportNoneShown(hasMore);
     else if (hasMore)
-        std::fprintf(stderr, "places: there are more; see --limit and --offset\n");
+        std::fprintf(stderr, "places: there are more results; see --limit and --offset\n");
 }
 
 void printPlace(const Place &place, Form form)

@@ -16,7 +16,7 @@ class AbstractPlace;
 class Place;
 } // namespace vela::platform::places
 
-/// What the client says, and how it ends.
+/// Output, messages and exit statuses of the client.
 namespace tool
 {
 
@@ -28,28 +28,28 @@ enum ExitStatus : int
     Done = 0,
     Failed = 1,
     WrongUse = 2,
-    NoService = 69,   ///< That of sysexits.h.
-    Interrupted = 128 ///< Plus the number of the signal; what a shell makes of a program that ended by one.
+    NoService = 69,   ///< EX_UNAVAILABLE of sysexits.h.
+    Interrupted = 128 ///< Plus the signal number, as a shell reports a program that a signal ended.
 };
 
-/// How results are written to standard output.
+/// Form of results on standard output.
 enum class Form
 {
     Table,    ///< For people.
-    Json,     ///< GeoJSON, or JSON for what is no place.
+    Json,     ///< GeoJSON, or JSON for results that are no places.
     Document, ///< The library's JSON document of a place.
 };
 
-/// An outcome in words: what failed, and the service's reason, or without one what can be done.
+/// The text of an outcome: the error with the service's reason, or else with advice.
 QString textOf(places::Error::Type outcome, const QString &reason);
 ExitStatus statusOf(places::Error::Type outcome);
-/// The exit status for an outcome. A failure is told on standard error, as what became of `what`, with the reason of
-/// the last request of this thread.
+/// The exit status for an outcome. A failure of `what` is printed to standard error, with the reason of this thread's
+/// last request.
 ExitStatus report(places::Error::Type outcome, const QString &what);
-/// The same for a request of another thread.
+/// Overload with the reason, for a request of another thread.
 ExitStatus report(places::Error::Type outcome, const QString &what, const QString &reason);
 
-/// Tells on standard error what is wrong, and where.
+/// Prints a problem and where it is to standard error.
 void complain(const QString &where, const QString &problem);
 /// The same, as the end of a command: Failed, or WrongUse of a command with a hint to its help.
 ExitStatus fail(const QString &where, const QString &problem);
@@ -59,29 +59,29 @@ ExitStatus misuse(const char *command, const QString &problem);
 QString nameOfPlace(qint64 id);
 QString countOf(qint64 places);
 
-/// Tells on standard error why no place is shown: nothing was found, or the limit is 0.
-/// @param hasMore true when places were found.
+/// Prints to standard error why no place is shown: nothing is found, or the limit is 0.
+/// @param hasMore true when places are found.
 void reportNoneShown(bool hasMore);
 
 /// Writes a list of places.
-/// @param hasMore true when the service has more of them.
-/// @param centre where distances are measured from; not valid for none.
+/// @param hasMore true when the service has more places.
+/// @param centre distances are measured from here; invalid for none.
 void printPlaces(const formats::PlaceList &found, bool hasMore, Form form, const places::Coordinates &centre);
-/// Writes places as rows, as wide as the terminal is.
+/// Writes places as rows of the terminal's width.
 void printRows(const formats::PlaceList &found, const places::Coordinates &centre);
-/// Writes a place with all it has.
+/// Writes all data of a place.
 void printPlace(const places::Place &place, Form form);
-/// Writes texts, one a line or as a JSON array.
+/// Writes texts, one per line or as a JSON array.
 void printTexts(const QStringList &texts, Form form);
 /// Writes a line for people.
 void printLine(const QString &line);
-/// Writes a JSON text in a form that does not steer a terminal, see printableJson().
+/// Writes a JSON text, on a terminal without control characters; see printableJson().
 void printJson(const QByteArray &json);
 
-/// The columns of the terminal that a file is; 0 when it is none.
+/// Width of the terminal in columns; 0 when the descriptor is no terminal.
 int terminalColumns(int descriptor);
 
-/// Writes out what is still to be written to standard output. Failed, and says so, when that was not possible.
+/// Flushes standard output. On a failure prints an error and returns Failed.
 ExitStatus finishOutput();
 
 } // namespace tool

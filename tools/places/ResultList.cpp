@@ -69,7 +69,7 @@ bool ResultList::move(int rows)
     const QVector<PlacePointer> places = choices();
     if (places.isEmpty())
         return false;
-    // Where nothing is chosen yet, the first step down leads to the first place that is seen.
+    // With no choice yet, the first step down chooses the first place.
     m_chosen = places[qBound(0, places.indexOf(chosen()) + rows, places.size() - 1)];
     return true;
 }

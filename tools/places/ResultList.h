@@ -11,36 +11,37 @@
 namespace tool
 {
 
-/// What was found in each group, and which of the places is chosen. Results of the search before stay to be seen until
-/// those of the new one arrive, but cannot be chosen.
+/// The results of each group and the chosen place. Results of the previous search stay visible until new ones arrive,
+/// but cannot be chosen.
 class ResultList
 {
 public:
     using PlacePointer = QSharedPointer<places::AbstractPlace>;
 
-    /// One group, as far as it is known.
+    /// The results of one group so far.
     struct Group
     {
         places::SearchResultGroup::Type group = places::SearchResultGroup::None;
         places::SearchResult result;
         places::Error::Type error = places::Error::Success;
-        bool isFresh = false; ///< False while the answer of the search before stands here.
+        bool isFresh = false; ///< False while these are results of the previous search.
     };
 
-    /// Begins a search of these groups. Answers are outstanding from now on.
+    /// Begins a search of these groups; their answers are now outstanding.
     void startSearch(const QList<places::SearchResultGroup::Type> &groups);
-    /// Makes all results those of the search before.
+    /// Marks all results as results of the previous search.
     void makeStale();
     void take(places::Error::Type error, const places::SearchResult &result);
 
     [[nodiscard]] const QVector<Group> &groups() const { return m_groups; }
     /// The places that can be chosen, in the order of the groups.
     [[nodiscard]] QVector<PlacePointer> choices() const;
-    /// True when no outstanding answer can change which place is the first one.
+    /// True when no outstanding answer can change the first place.
     [[nodiscard]] bool isFirstKnown() const;
-    /// The place that the user moved to, else the first one; null when there is none or it is not known yet.
+    /// The place that the user moved to, else the first one; null when there is none or an outstanding answer can
+    /// change it.
     [[nodiscard]] PlacePointer chosen() const;
-    /// Moves to the place so many rows further down, or as far as it goes. False when there is none yet.
+    /// Moves the choice down by `rows`, as far as there are places. False when there is no place yet.
     bool move(int rows);
 
 private:

@@ -22,25 +22,25 @@ namespace tool
 namespace
 {
 
-/// How long the bytes of one key may lie apart, in milliseconds. Only then it is clear that Escape was pressed alone.
+/// Longest gap between the bytes of one key, in milliseconds. After it, an Escape byte is the Escape key.
 constexpr int ESCAPE_DELAY = 50;
-/// The same in a pasted text, where no key is pressed and the mark of its end must not be missed.
+/// The same in pasted text: no key is pressed there, and the end mark must not be missed.
 constexpr int PASTE_ESCAPE_DELAY = 1000;
 
-// Bracketed paste. Terminals that do not have it ignore these.
+// Bracketed paste; other terminals ignore these sequences.
 constexpr char PASTE_ON[] = "\x1B[?2004h";
 constexpr char PASTE_OFF[] = "\x1B[?2004l";
 constexpr int PASTE_BEGIN = KEY_MAX + 1;
 constexpr int PASTE_END = KEY_MAX + 2;
 
 SCREEN *current = nullptr;
-int descriptor = -1; // of its output
+int descriptor = -1; // output of the terminal
 std::terminate_handler previousTerminate = nullptr;
 
-/// Writes past curses, which keeps nothing that is not shown yet between two calls.
+/// Writes directly to the terminal; curses has no pending output between two calls.
 void send(const char *sequence)
 {
-    // Nothing can be done about a terminal that is gone.
+    // A terminal that is closed needs no handling.
     [[maybe_unused]] const ssize_t written = ::write(descriptor, sequence, std::strlen(sequence));
 }
 
@@ -65,7 +65,7 @@ std::FILE *outputTerminal()
     return nullptr;
 }
 
-/// True when the terminal is of a known kind that can move its cursor.
+/// True when terminfo knows the terminal and it can move its cursor.
 bool movesCursor()
 {
     const QByteArray kind = qgetenv("TERM");
@@ -87,7 +87,7 @@ attr_t attributesOf(Style style)
     return A_NORMAL;
 }
 
-/// Keys as terminals send them that were not told how to, or do not listen; and the marks of a pasted text.
+/// Keys as sent by terminals that ignore the keypad mode, and the marks of pasted text.
 constexpr struct
 {
     const char *bytes;
@@ -147,8 +147,8 @@ Key::Type keyType(int code)
     return code < ' ' || code > 0xFF ? Key::Other : Key::Text;
 }
 
-/// True when Escape was pressed alone. Else it begins a key that the terminal's description does not know, and the rest
-/// of that is taken: one byte, or a control sequence (ECMA-48) to its final byte.
+/// True when Escape was pressed alone. Otherwise it begins an unknown key, and the rest of that key is read: one byte,
+/// or a control sequence (ECMA-48) up to its final byte.
 bool isAlone()
 {
     int next = ::wgetch(stdscr);
@@ -216,7 +216,7 @@ void Screen::suspend()
     leaveScreen();
     stopBySignal(SIGTSTP);
     send(PASTE_ON);
-    resize(); // it may have changed meanwhile
+    resize(); // the size may have changed
     redraw();
 }
 
@@ -238,7 +238,7 @@ std::optional<Key> Screen::keyOf(int code)
     const Key::Type type = keyType(code);
     if (type != Key::Text)
         return Key{type, {}};
-    // The bytes of a character may come one by one.
+    // A UTF-8 character may arrive byte by byte.
     const char byte = static_cast<char>(code);
     const QString text = m_decoder->toUnicode(&byte, 1);
     return text.isEmpty() ? std::nullopt : std::make_optional(Key{Key::Text, text});

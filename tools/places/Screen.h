@@ -11,12 +11,12 @@
 namespace tool
 {
 
-/// A key that was pressed.
+/// A pressed key.
 struct Key
 {
     enum Type
     {
-        Text, ///< A character, in `text`, or a piece of a pasted text.
+        Text, ///< A character, or a piece of pasted text, in `text`.
         Up,
         Down,
         PageUp,
@@ -47,13 +47,13 @@ enum class Style
     Faint,
 };
 
-/// The terminal as something to draw on: that of standard input, drawn on by standard output or, when that goes
-/// elsewhere, by standard error. One at a time. The destructor restores the terminal; so does an exception that is not
-/// caught. A signal that ends the process has to be handled (Signals) so that this object is destroyed first.
+/// A terminal to draw on. Input is standard input; output is standard output, or standard error when standard output is
+/// redirected. One object at a time. The destructor and an uncaught exception restore the terminal. Handle signals that
+/// end the process (Signals), so that the object is destroyed first.
 ///
-/// Pasted text comes as text where the terminal marks it (bracketed paste): control characters in it, such as ends of
-/// lines, become one blank, and those at its end are dropped. So a paste never presses Enter, as in a shell. Where the
-/// terminal does not mark it, a paste is a burst of keys.
+/// Pasted text arrives as text where the terminal marks it (bracketed paste). Control characters in it, such as line
+/// feeds, become one blank, and are dropped at its end: a paste never presses Enter. Without the marks a paste is a
+/// burst of keys.
 class Screen
 {
 public:
@@ -62,31 +62,31 @@ public:
     Screen &operator=(const Screen &) = delete;
     ~Screen();
 
-    /// False when there is no terminal, or none that can move its cursor. Then nothing else may be called.
+    /// False when there is no terminal, or the terminal cannot move its cursor. Then no other function may be called.
     [[nodiscard]] bool isUsable() const { return m_output != nullptr; }
 
     [[nodiscard]] int rows() const;
     [[nodiscard]] int columns() const;
-    /// Asks the terminal for its size, which has changed.
+    /// Updates the size after the terminal was resized.
     void resize();
 
-    /// Leaves the terminal to the shell until the process is continued; for SIGTSTP.
+    /// For SIGTSTP: leaves the terminal to the shell until the process is continued.
     void suspend();
 
-    /// The next key, if one was pressed.
+    /// The next key; std::nullopt when none is pressed.
     std::optional<Key> nextKey();
 
-    // These draw where nobody sees it yet:
+    // These draw to a buffer:
     void clear();
-    /// Writes a text over the whole of a row; it is cut where that ends.
+    /// Writes a text over a whole row; it is cut at the end of the row.
     void write(int row, const QString &text, Style style);
-    /// Brings everything to the terminal, with the cursor here.
+    /// Shows the buffer and puts the cursor here.
     void show(int row, int column);
-    /// The same, and what stands there is drawn anew.
+    /// Shows the buffer and redraws the whole terminal.
     void redraw();
 
 private:
-    /// The key of a code of the terminal, if it is a whole one.
+    /// The key for a code of the terminal; std::nullopt when more bytes follow.
     std::optional<Key> keyOf(int code);
     std::optional<Key> pastedKeyOf(int code);
     void setPasting(bool isPasting);
@@ -94,7 +94,7 @@ private:
     std::FILE *m_output = nullptr;
     std::unique_ptr<QTextDecoder> m_decoder;
     bool m_isPasting = false;
-    bool m_isBlankPasted = false; ///< Control characters were pasted; a blank stands for them if text follows.
+    bool m_isBlankPasted = false; ///< Control characters were pasted; a blank replaces them if text follows.
 };
 
 } // namespace tool

@@ -23,7 +23,7 @@ using namespace places;
 namespace
 {
 
-/// Takes the groups of one search as they come.
+/// Prints the groups of one search as they arrive.
 class GroupPrinter
 {
 public:
@@ -85,7 +85,7 @@ private:
         });
     }
 
-    /// The groups in the order in which they were asked for, whichever came first.
+    /// The groups in the requested order.
     QByteArray toJson()
     {
         JsonWriter out;
@@ -154,7 +154,7 @@ ExitStatus search(const SearchOptions &options, Form form)
     loop.exec();
     if (!interruption)
         return printer.finish();
-    // Destroying the manager would wait for the service. The process ends by the signal, and its threads with it.
+    // Destroying the manager would wait for the service. The process ends by the signal, together with the threads.
     QObject::disconnect(manager.release(), nullptr, &loop, nullptr);
     return *interruption;
 }

@@ -13,27 +13,27 @@
 namespace tool
 {
 
-/// What is searched for.
+/// Arguments of a search.
 struct SearchOptions
 {
     QString term;
     places::Coordinates centre;
-    QList<places::SearchResultGroup::Type> groups; ///< Each once, and in the table of groups.
+    QList<places::SearchResultGroup::Type> groups; ///< Without duplicates, all from the table of groups.
     int limit = 20;
     bool withoutFavorites = false;
 };
 
-/// Starts the search of a term in place of the one before.
+/// Starts the search of a term; it replaces the previous search.
 void startSearch(places::SearchManager &manager, const SearchOptions &options, const QString &term, int searchId);
 
-/// The places of a result, which owns them.
+/// The places of a result; the result owns them.
 formats::PlaceList placesOf(const places::SearchResult &result);
 
-/// The title of a group, and how many of its results there are to be seen when it has more.
+/// The title of a group, with the number of shown results when there are more.
 QString titleOf(const places::SearchResult &result);
 
-/// Searches, and writes each group as it arrives; as JSON all of them at the end. Failed when a group was. A signal
-/// ends it at once, whatever the service still owes.
+/// Searches, and writes each group as it arrives; as JSON all groups at the end. Failed when a group failed. A signal
+/// ends the search at once.
 ExitStatus search(const SearchOptions &options, Form form);
 
 } // namespace tool

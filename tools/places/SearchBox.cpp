@@ -34,7 +34,7 @@ namespace
 
 using PlacePointer = ResultList::PlacePointer;
 
-/// The line that the user edits, and below it what is found.
+/// The line that the user edits, with the results below it.
 class SearchBox
 {
 public:
@@ -44,7 +44,7 @@ public:
         , m_line(options.term)
     {}
 
-    /// Lets the user type. Done when a place was chosen.
+    /// Runs until a place is chosen (Done) or the user leaves.
     ExitStatus run()
     {
         const QSocketNotifier keys(STDIN_FILENO, QSocketNotifier::Read);
@@ -69,12 +69,12 @@ private:
         draw();
     }
 
-    /// Takes all keys that are there, so that a burst of them becomes one search.
+    /// Takes all available keys, so that a burst of keys starts one search.
     void takeKeys()
     {
         int waiting = 0;
         if (::ioctl(STDIN_FILENO, FIONREAD, &waiting) != 0 || waiting == 0)
-            return end(Failed); // the terminal is gone
+            return end(Failed); // the terminal is closed
         for (std::optional<Key> key = m_screen.nextKey(); key && !m_isOver; key = m_screen.nextKey())
             take(*key);
         if (m_isOver)
@@ -91,7 +91,7 @@ private:
             takeCommand(key.type);
     }
 
-    /// Changes the line. What was found before the change is no answer to the new line.
+    /// Changes the line. Earlier results no longer match it.
     bool takeEdit(const Key &key)
     {
         static const std::map<Key::Type, void (LineEditor::*)()> ERASERS{
@@ -152,7 +152,7 @@ private:
         }
     }
 
-    /// Has the line searched for once the keys that are there are taken. Keys that wait for an answer are forgotten.
+    /// Searches for the line once all available keys are taken. Drops keys that wait for an answer.
     void invalidate()
     {
         m_search.results().makeStale();
@@ -175,12 +175,12 @@ private:
         if (m_isEnterWaiting)
             choose();
         if (!m_search.isSearching())
-            m_isEnterWaiting = false; // nothing was found
+            m_isEnterWaiting = false; // nothing is found
         if (!m_isOver)
             draw();
     }
 
-    /// Chooses if it is known what. Else an answer is outstanding, and will choose.
+    /// Chooses when the choice is known; otherwise the next answer does.
     void choose()
     {
         const PlacePointer place = m_search.results().chosen();
@@ -225,7 +225,7 @@ private:
         return std::max(1, m_screen.columns() - columnsOf(prompt));
     }
 
-    /// Draws as many lines as there is room for, so that the chosen place is among them.
+    /// Draws the lines that fit, with the chosen place among them.
     void drawList()
     {
         QVector<Line> lines;
@@ -235,7 +235,7 @@ private:
         const int height = listHeight();
         m_top = qBound(std::max(0, chosenLine - height + 1), m_top, chosenLine);
         if (chosenLine < height)
-            m_top = 0; // with the title above
+            m_top = 0; // show the title above it
         int row = 1;
         for (const Line &line : lines.mid(m_top, height))
             m_screen.write(row++, line.text, line.style);
@@ -279,16 +279,16 @@ private:
     }
 
     Screen &m_screen;
-    // Before the search, whose threads must not take signals.
+    // Declared before the search, whose threads must not receive signals.
     const Signals m_signals{{SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGWINCH, SIGTSTP},
                             [this](int signal) { takeSignal(signal); }};
     LiveSearch m_search;
     QEventLoop m_loop;
     LineEditor m_line;
-    bool m_isEdited = false;       ///< Since it was searched for.
-    bool m_isEnterWaiting = false; ///< Enter was pressed before it was known what it chooses.
-    int m_waitingRows = 0;         ///< Moves that were made before there was a place to move to.
-    int m_top = 0;                 ///< First line of the list that is shown.
+    bool m_isEdited = false;       ///< Changed since the last search.
+    bool m_isEnterWaiting = false; ///< Enter was pressed before the choice is known.
+    int m_waitingRows = 0;         ///< Moves that wait for a place.
+    int m_top = 0;                 ///< First visible line of the list.
     PlacePointer m_chosen;
     bool m_isOver = false;
 };
@@ -319,7 +319,7 @@ ExitStatus searchAsYouType(const SearchOptions &options, Context &context)
         else
             choose(LineSearch(options));
     }
-    context.leaveAtOnce = true;
+    context.exitWithoutCleanup = true;
     return status == Done ? show(*chosen, context.form) : status;
 }
 

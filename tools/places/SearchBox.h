@@ -8,7 +8,7 @@ namespace tool
 
 struct Context;
 
-/// Searches while the user types in a terminal, and writes the place that is chosen in the end. Failed when none was.
+/// Searches while the user types in a terminal, and writes the place that is chosen. Failed when none is chosen.
 ExitStatus searchAsYouType(const SearchOptions &options, Context &context);
 
 } // namespace tool

@@ -25,7 +25,7 @@ std::vector<std::string> groupNames()
     return names;
 }
 
-/// The groups of these names, each once; without names what SearchManager searches by default.
+/// The groups with these names, without duplicates; SearchManager's default groups when there are no names.
 QList<SearchResultGroup::Type> groupsOf(const std::vector<std::string> &names)
 {
     QList<SearchResultGroup::Type> groups;
@@ -71,7 +71,7 @@ void addSearchCommand(CLI::App &app, Context &context)
                   "Group to search; may be given several times (default: local, suggestions)")
         ->delimiter(',')
         ->transform(CLI::IsMember(groupNames(), CLI::ignore_case));
-    command->add_option("--near", arguments->position, "Where the user looks at the map")->transform(IsPosition);
+    command->add_option("--near", arguments->position, "Search around this position")->transform(IsPosition);
     addLimitOption(*command, arguments->page);
     command->add_flag("--no-favourites", arguments->withoutFavorites, "Leave out favourites");
     command->add_flag("--as-you-type", arguments->asYouType,

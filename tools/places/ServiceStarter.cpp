@@ -27,8 +27,8 @@ constexpr int START_TIMEOUT_MS = 10000;
 constexpr int STOP_TIMEOUT_MS = 10000;
 constexpr int OPEN_FLAGS = 2;
 
-/// A process that ends when this one does, however that ends, and not before: Ctrl-C on the terminal is not for it.
-class Companion : public QProcess
+/// A child process that ends with this process, even when this one crashes, and ignores Ctrl-C on the terminal.
+class ChildProcess : public QProcess
 {
 protected:
     void setupChildProcess() override
@@ -38,7 +38,7 @@ protected:
     }
 };
 
-/// The service's program: the one beside this program, else the one on the path.
+/// The service's program: beside this program, else on the PATH.
 QString serviceProgram()
 {
     const QString self = QFile::symLinkTarget(QStringLiteral("/proc/self/exe"));
@@ -87,7 +87,7 @@ bool ServiceStarter::start()
         return false;
     }
     qputenv("VELA_CHANNEL_DIR", QFile::encodeName(m_channelFolder->path()));
-    m_service = std::make_unique<Companion>();
+    m_service = std::make_unique<ChildProcess>();
     m_service->setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_service->start(program, QStringList());
     for (int waited = 0; waited < START_TIMEOUT_MS && m_service->state() != QProcess::NotRunning; waited += 10) {
@@ -97,7 +97,7 @@ bool ServiceStarter::start()
         }
         m_service->waitForFinished(10);
     }
-    complain(program, QStringLiteral("no places service is running, and this one does not start within %1 seconds; "
+    complain(program, QStringLiteral("no places service is running, and this one did not start within %1 seconds; "
                                      "start it by hand to see why")
                           .arg(START_TIMEOUT_MS / 1000));
     return false;

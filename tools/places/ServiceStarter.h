@@ -9,8 +9,7 @@ class QTemporaryDir;
 namespace tool
 {
 
-/// Sees to it that a places service answers: the one that is running, else one of its own for as long as this object
-/// lives.
+/// Provides a places service: the running one, or one started for the lifetime of this object.
 class ServiceStarter
 {
 public:
@@ -19,7 +18,7 @@ public:
 
     /// True when a service listens.
     static bool isServiceRunning();
-    /// Starts a service on the user's own database. False, and says why, when it cannot.
+    /// Starts a service on the user's own database. On a failure prints an error and returns false.
     bool start();
 
 private:

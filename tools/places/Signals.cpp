@@ -57,7 +57,7 @@ void stopBySignal(int signal)
     sigaddset(&set, signal);
     const auto handler = std::signal(signal, SIG_DFL);
     std::raise(signal);
-    ::pthread_sigmask(SIG_UNBLOCK, &set, &before); // where it stops
+    ::pthread_sigmask(SIG_UNBLOCK, &set, &before); // the process stops here
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
     std::signal(signal, handler);
 }
@@ -66,7 +66,8 @@ void endBySignal(int signal)
 {
     std::signal(signal, SIG_DFL);
     std::raise(signal);
-    std::quick_exit(Interrupted + signal); // where the process is not to end by it, as the first of a container
+    std::quick_exit(Interrupted + signal); // reached when the signal does not end the process, for example process 1 of
+                                           // a container
 }
 
 } // namespace tool

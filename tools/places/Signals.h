@@ -11,9 +11,8 @@
 namespace tool
 {
 
-/// Signals of the operating system as calls in the event loop of this thread. As long as the object lives they do
-/// nothing else, neither here nor in threads that are started meanwhile. A signal that the process was started to
-/// ignore stays ignored.
+/// Handles signals in the event loop of this thread. While the object lives, they have no other effect, neither on this
+/// thread nor on threads started meanwhile. A signal that the process was started to ignore stays ignored.
 class Signals
 {
 public:
@@ -30,10 +29,10 @@ private:
     std::unique_ptr<QSocketNotifier> m_notifier;
 };
 
-/// Stops the process as a signal stops it that nobody handles, until it is continued.
+/// Stops the process as an unhandled stop signal does, until it is continued.
 void stopBySignal(int signal);
 
-/// Ends the process as a signal would have ended it, so that whoever started it can tell.
+/// Ends the process by the signal, so that the parent process sees it.
 [[noreturn]] void endBySignal(int signal);
 
 } // namespace tool

@@ -18,7 +18,7 @@ bool steers(QChar c)
            || (code >= 0x2028 && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
 }
 
-/// Columns of the character that begins at `index`, which moves behind it.
+/// The width of the character at `index`, in columns; moves `index` behind it.
 int takeCharacter(const QString &text, int &index)
 {
     uint character = text[index].unicode();
@@ -28,7 +28,7 @@ int takeCharacter(const QString &text, int &index)
         ++index;
     }
     ++index;
-    // The C library knows the widths. What it does not know is shown as one replacement character.
+    // wcwidth() of the C library; an unknown character is shown as one replacement character.
     const int columns = ::wcwidth(static_cast<wchar_t>(character));
     return columns < 0 ? 1 : columns;
 }
@@ -43,7 +43,7 @@ QString printable(QString text)
 
 QByteArray printableJson(const QByteArray &json)
 {
-    // Below DEL, a control character can only be blank space between two tokens.
+    // Below DEL, the only control characters in JSON are white space between tokens.
     constexpr ushort DEL = 0x7F;
     QString text;
     for (const QChar c : QString::fromUtf8(json)) {

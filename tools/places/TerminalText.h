@@ -4,21 +4,21 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
 
-/// Text on its way to a terminal. What places hold was written by anybody.
+/// Text for a terminal. Stored places may hold any characters.
 namespace tool
 {
 
-/// The text with a blank for each character that would steer a terminal, end a line, or turn the order of what stands
-/// around it: control characters, separators of lines, and the bidirectional controls (UAX #9).
+/// The text with blanks for characters that control a terminal, end a line or change the text direction: control
+/// characters, line separators and bidirectional controls (UAX #9).
 QString printable(QString text);
 
-/// The same JSON value with the escape \uXXXX for each of these characters that JSON allows within a string.
+/// The JSON text with \uXXXX for each of these characters that JSON allows in a string.
 QByteArray printableJson(const QByteArray &json);
 
-/// The columns that a text takes in a terminal: two for a wide character, none for a combining one.
+/// The width of a text in a terminal, in columns: two for a wide character, none for a combining one.
 int columnsOf(const QString &text);
 
-/// The text, printable, cut or filled to so many columns. "…" stands for what is cut off.
+/// The printable text, cut or padded to `columns`. A cut text ends in "…".
 QString cell(const QString &text, int columns);
 
 } // namespace tool

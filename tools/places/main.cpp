@@ -25,8 +25,8 @@ namespace
 
 using tool::ExitStatus;
 
-/// What is written is UTF-8. The plain locale knows ASCII only, and would spoil other characters of the arguments.
-void chooseCharacters()
+/// Output is UTF-8. The plain C locale is ASCII only and would damage other characters in the arguments.
+void useUtf8Locale()
 {
     if (std::strcmp(::nl_langinfo(CODESET), "ANSI_X3.4-1968") == 0)
         std::setlocale(LC_CTYPE, "C.UTF-8");
@@ -44,7 +44,7 @@ ExitStatus withService(const tool::Context &context, bool mayStart)
     return context.run();
 }
 
-/// Shows help, or what is wrong with the arguments: these may hold what was copied from a place.
+/// Prints help or the error in the arguments, made printable: they may be copied from a place.
 ExitStatus explain(const CLI::App &app, const CLI::ParseError &error)
 {
     std::ostringstream problem;
@@ -87,7 +87,7 @@ ExitStatus run(int argc, char **argv, tool::Context &context)
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
-    chooseCharacters();
+    useUtf8Locale();
     tool::Context context;
     ExitStatus status = tool::Failed;
     try {
@@ -100,7 +100,7 @@ int main(int argc, char **argv)
         status = written;
     if (status > tool::Interrupted)
         tool::endBySignal(status - tool::Interrupted);
-    if (context.leaveAtOnce)
+    if (context.exitWithoutCleanup)
         std::quick_exit(status);
     return status;
 }

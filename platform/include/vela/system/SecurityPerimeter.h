@@ -4,14 +4,14 @@
 namespace vela::system
 {
 
-/// The side of a device that data belongs to. Numbers that have no name here mean Default.
+/// Perimeter of data on a device. Numbers without a name here mean Default.
 struct SecurityPerimeter
 {
     enum Type : int
     {
-        Default = 0,  ///< 0: no side in particular.
-        Personal = 1, ///< 1: the owner's own side.
-        Work = 2,     ///< 2: the side that an employer manages.
+        Default = 0,  ///< 0: no specific perimeter.
+        Personal = 1, ///< 1: the owner's personal perimeter.
+        Work = 2,     ///< 2: the perimeter managed by an employer.
     };
 };
 

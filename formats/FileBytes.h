@@ -1,0 +1,51 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
+
+#include <cstddef>
+#include <memory>
+
+struct gzFile_s;
+
+namespace formats
+{
+
+/// The bytes of a file, or of standard input for the path "-". Data in gzip format (RFC 1952) is decompressed and its
+/// checksums are checked. Memory does not grow with the file.
+class FileBytes
+{
+public:
+    explicit FileBytes(const QString &path);
+
+    /// Why opening or reading failed; empty without an error.
+    [[nodiscard]] const QString &problem() const { return m_problem; }
+    /// The first bytes, at most 4096. read() still returns them.
+    [[nodiscard]] const QByteArray &head() const { return m_head; }
+    /// Reads up to `size` bytes. Returns their number; 0 at the end and on an error.
+    std::size_t read(char *buffer, std::size_t size);
+    /// False for a pipe and other sources that cannot be read twice.
+    [[nodiscard]] bool canRewind() const { return m_canRewind; }
+    /// Goes back to the beginning.
+    void rewind();
+    /// The part of the file that is read, from 0 to 1; 0 when the size is unknown.
+    [[nodiscard]] double progress() const;
+
+private:
+    struct Close
+    {
+        void operator()(gzFile_s *file) const;
+    };
+
+    std::size_t readOn(char *buffer, std::size_t size);
+
+    std::unique_ptr<gzFile_s, Close> m_file;
+    QString m_problem;
+    QByteArray m_head;
+    std::size_t m_position = 0; ///< Of the next byte in the head; its size when the head is read.
+    double m_size = 0;
+    bool m_canRewind = false;
+};
+
+} // namespace formats
