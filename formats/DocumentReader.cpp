@@ -3,7 +3,7 @@
 #include "DocumentReader.h"
 
 #include "Feature.h"
-#include "Input.h"
+#include "LineReader.h"
 
 #include <places/PlaceJson.h>
 
@@ -19,48 +19,6 @@ using namespace vela::platform::places;
 
 namespace
 {
-
-/// Reads an input line by line, without the line feeds.
-class LineReader
-{
-public:
-    explicit LineReader(Input &input)
-        : m_input(input)
-    {}
-
-    /// Reads the next line, cut after MAX_ITEM_SIZE bytes. False at the end.
-    bool next(QByteArray &line)
-    {
-        line.clear();
-        while (fill()) {
-            const int end = m_buffer.indexOf('\n', m_at);
-            const int length = (end < 0 ? m_buffer.size() : end) - m_at;
-            if (static_cast<std::size_t>(line.size()) <= MAX_ITEM_SIZE)
-                line.append(m_buffer.constData() + m_at, length);
-            m_at += length + 1;
-            if (end >= 0)
-                return true;
-        }
-        return !line.isEmpty();
-    }
-
-private:
-    bool fill()
-    {
-        if (m_at < m_buffer.size())
-            return true;
-        m_buffer.resize(BUFFER_SIZE);
-        m_buffer.resize(static_cast<int>(m_input.read(m_buffer.data(), BUFFER_SIZE)));
-        m_at = 0;
-        return !m_buffer.isEmpty();
-    }
-
-    static constexpr int BUFFER_SIZE = 64 * 1024;
-
-    Input &m_input;
-    QByteArray m_buffer;
-    int m_at = 0;
-};
 
 /// Parses a document up to a list or object of more than MAX_LIST_LENGTH members.
 struct ListLengths : rapidjson::BaseReaderHandler<rapidjson::UTF8<>, ListLengths>

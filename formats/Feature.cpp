@@ -217,12 +217,6 @@ Location readLocation(const Value &members, const Value *position, const Value *
     return location;
 }
 
-/// True when a location has a position or an address. A place is stored only with such locations.
-bool locates(const Location &location)
-{
-    return location.coordinates().isValid() || !location.address().isEmpty() || !location.virtualData().isEmpty();
-}
-
 /// Adds all locations in order; `shown`, the one of the feature's geometry, is one of them.
 QString addLocations(const Location &shown, const Value &properties, Place &place)
 {
@@ -392,6 +386,11 @@ std::optional<float> toAccuracy(double metres)
 {
     const bool isAccuracy = metres >= 0 && metres <= static_cast<double>(std::numeric_limits<float>::max());
     return isAccuracy ? std::optional(static_cast<float>(metres)) : std::nullopt;
+}
+
+bool locates(const Location &location)
+{
+    return location.coordinates().isValid() || !location.address().isEmpty() || !location.virtualData().isEmpty();
 }
 
 bool isForeignProperty(const QString &name, const Value &value)

@@ -11,6 +11,7 @@
 
 namespace vela::platform::places
 {
+class Location;
 class Place;
 class PointOfInterestAuxiliaryData;
 } // namespace vela::platform::places
@@ -27,6 +28,9 @@ constexpr int MAX_LIST_LENGTH = 1000;
 
 /// An accuracy as a place stores it; std::nullopt for a negative number or one beyond the range of float.
 std::optional<float> toAccuracy(double metres);
+
+/// True when a location has a position, an address or virtual data. A place is stored only with such locations.
+bool locates(const vela::platform::places::Location &location);
 
 /// True for a property or feature member that readFeature() cannot interpret and keeps unchanged: its name is unknown,
 /// or its value has another type.

@@ -22,11 +22,12 @@ namespace
 constexpr std::size_t HEAD_SIZE = 4096;
 constexpr unsigned BUFFER_SIZE = 64 * 1024;
 
-/// A descriptor of the file, which the caller closes; -1 on an error.
+/// A descriptor of the file; -1 on an error. Standard input is no copy, so that a program can replace it while a read
+/// waits.
 int openFile(const QString &path)
 {
     if (path == QLatin1String("-"))
-        return ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0);
+        return STDIN_FILENO;
     return ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
 }
 
@@ -59,17 +60,24 @@ QString faultOf(gzFile_s *file)
 
 void FileBytes::Close::operator()(gzFile_s *file) const
 {
+    const int kept = isStandardInput ? ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0) : -1;
     ::gzclose_r(file);
+    if (kept >= 0) {
+        ::dup2(kept, STDIN_FILENO);
+        ::close(kept);
+    }
 }
 
 FileBytes::FileBytes(const QString &path)
 {
     const int file = openFile(path);
-    if (file >= 0)
+    if (file >= 0) {
+        m_file.get_deleter().isStandardInput = file == STDIN_FILENO;
         m_file.reset(::gzdopen(file, "rb"));
+    }
     if (!m_file) {
         m_problem = qt_error_string(errno);
-        if (file >= 0)
+        if (file > STDIN_FILENO)
             ::close(file);
         return;
     }

@@ -35,6 +35,7 @@ public:
 private:
     struct Close
     {
+        bool isStandardInput; ///< It stays open.
         void operator()(gzFile_s *file) const;
     };
 

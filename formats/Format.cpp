@@ -9,6 +9,8 @@
 #include "GeoJsonWriter.h"
 #include "Input.h"
 #include "TextWriter.h"
+#include "VCardReader.h"
+#include "VCardWriter.h"
 #include "XmlReader.h"
 
 #include <places/PlaceJson.h>
@@ -33,6 +35,7 @@ QByteArray toDocument(const Place &place)
 
 constexpr TextForm GEOJSON{toGeoJsonFeature, "{\"type\":\"FeatureCollection\",\"features\":[\n", ",\n", "\n]}\n"};
 constexpr TextForm DOCUMENTS{toDocument, "", "\n", "\n"};
+constexpr TextForm VCARDS{toVCard, "", "", ""};
 
 template <const TextForm &FORM>
 std::unique_ptr<PlaceWriter> makeTextWriter(QIODevice &out)
@@ -46,6 +49,7 @@ const Format FORMATS[] = {
     {"gpx", " gpx ", readGpx, nullptr},
     {"kml", " kml ", readKml, nullptr},
     {"csv", " csv tsv ", readCsv, nullptr},
+    {"vcard", " vcf vcard ", readVCards, makeTextWriter<VCARDS>},
 };
 
 bool isJsonFormat(const Format &format)
@@ -106,6 +110,8 @@ const Format &formatByContent(const QByteArray &head)
         return *json;
     if (text.startsWith('<'))
         return *formatByName(text.contains("<kml") ? QStringLiteral("kml") : QStringLiteral("gpx"));
+    if (text.left(12).toUpper().startsWith("BEGIN:VCARD"))
+        return *formatByName(QStringLiteral("vcard"));
     return *formatByName(text.startsWith('{') ? QStringLiteral("json") : QStringLiteral("csv"));
 }
 

@@ -133,8 +133,6 @@ public:
     {
         if (m_afterTypeKey)
             m_isOtherType = std::string(text, length) != "FeatureCollection";
-        if (isNoCollection())
-            return false;
         return value([=](auto &out) { return out.String(text, length); });
     }
     bool StartObject()
@@ -147,7 +145,7 @@ public:
     }
     bool StartArray()
     {
-        if (m_depth == 1 && m_afterFeaturesKey && !m_isOtherType) {
+        if (m_afterFeaturesKey && !m_isOtherType) {
             m_memberDepth = LIST_DEPTH;
             m_hadFeatures = true;
             m_afterFeaturesKey = false;
@@ -195,8 +193,6 @@ private:
     template <typename Write>
     bool value(Write writeValue)
     {
-        m_afterFeaturesKey = false;
-        m_afterTypeKey = false;
         write(writeValue);
         return takeIfWhole();
     }
@@ -316,7 +312,8 @@ QString readGeoJson(Input &input, const ReadOptions & /*options*/, const TakePla
             return problemAt("not JSON", result.Offset(),
                              (std::string(": ") + rapidjson::GetParseError_En(result.Code())).c_str());
         rapidjson::SkipWhitespace(stream);
-        stream.endToken();
+        if (stream.isTokenTooLarge())
+            return problemAt("too much blank space", stream.Tell());
     } while (!stream.isAtEnd());
     return {};
 }

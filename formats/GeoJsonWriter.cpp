@@ -95,16 +95,6 @@ void writeLocation(JsonWriter &out, const Location &location)
         out.member(vocabulary::VIRTUAL_DATA_TYPE, qint64(location.virtualDataType()));
 }
 
-/// Index of the location for the feature's geometry: the first one with a position, else the first one.
-int shownLocation(const Place &place)
-{
-    for (int i = 0; i < place.locationCount(); ++i) {
-        if (place.location(i).coordinates().isValid())
-            return i;
-    }
-    return 0;
-}
-
 void writeOtherLocations(JsonWriter &out, const Place &place, int shown)
 {
     if (place.locationCount() < 2)
@@ -206,7 +196,7 @@ void writePrimaryValues(JsonWriter &out, const AbstractPlace &place)
     out.member(vocabulary::URL, place.primaryUrl().toString(QUrl::FullyEncoded));
     out.member(vocabulary::FAVORITE, place.isFavorite());
     out.member(vocabulary::OWNER, place.owner());
-    out.member(vocabulary::LAST_USED_TIME, static_cast<qint64>(place.lastUsedTime()));
+    out.member(vocabulary::LAST_USED_TIME, place.lastUsedTime());
 }
 
 QStringList tagsOf(const Place &place)
@@ -230,10 +220,10 @@ void writeProperties(JsonWriter &out, const Place &place, int shown)
     out.member(vocabulary::SOURCE, place.source());
     out.member(vocabulary::PRIVATE, place.isPrivate());
     if (place.expiryTime() > 0)
-        out.member(vocabulary::EXPIRY_TIME, static_cast<qint64>(place.expiryTime()));
+        out.member(vocabulary::EXPIRY_TIME, place.expiryTime());
     out.member(vocabulary::USAGE_COUNT, qint64(place.usageCount()));
-    out.member(vocabulary::CREATION_TIME, static_cast<qint64>(place.creationTime()));
-    out.member(vocabulary::UPDATE_TIME, static_cast<qint64>(place.updateTime()));
+    out.member(vocabulary::CREATION_TIME, place.creationTime());
+    out.member(vocabulary::UPDATE_TIME, place.updateTime());
     writeOtherLocations(out, place, shown);
     writeRecords(out, place);
     out.foreign(foreign);
@@ -279,6 +269,15 @@ QByteArray feature(const Place &place, Members members)
 }
 
 } // namespace
+
+int shownLocation(const Place &place)
+{
+    for (int i = 0; i < place.locationCount(); ++i) {
+        if (place.location(i).coordinates().isValid())
+            return i;
+    }
+    return 0;
+}
 
 QByteArray toGeoJson(const Place &place)
 {

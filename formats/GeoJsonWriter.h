@@ -20,6 +20,9 @@ class JsonWriter;
 /// Places; not owned.
 using PlaceList = QVector<const vela::platform::places::AbstractPlace *>;
 
+/// Index of the location that represents the place: the first one with a position, else the first one.
+int shownLocation(const vela::platform::places::Place &place);
+
 /// A place as a Feature; its "id" is the place's number.
 QByteArray toGeoJson(const vela::platform::places::Place &place);
 /// A place as a Feature for other stores and programs; its "id" is the one that was imported with it, if any.

@@ -68,6 +68,11 @@ public:
         key(name);
         m_writer.Int64(value);
     }
+    void member(const char *name, quint64 value)
+    {
+        key(name);
+        m_writer.Uint64(value);
+    }
     void member(const char *name, bool value)
     {
         if (!value && m_omittedWhenEmpty.contains(QLatin1String(name)))

@@ -129,11 +129,6 @@ constexpr int PROVIDER_BATCH = 100;
 constexpr int PROVIDER_RESULTS = 10000;
 /// The same for a search that must read all of them before it can return any.
 constexpr int PROVIDER_RESULTS_AT_ONCE = 1000;
-/// Limits of a vCard: number of lines, longest line and total size in bytes. A folded line counts as one. Parsing takes
-/// quadratic time in the lines, and in the parameters of a line.
-constexpr int VCARD_LINES = 500;
-constexpr int VCARD_LINE_SIZE = 16 * 1024;
-constexpr int VCARD_SIZE = 256 * 1024;
 /// Maximum number of bytes read from a vCard file.
 constexpr long long VCARD_FILE_SIZE = 256LL * 1024 * 1024;
 /// Maximum number of addresses of a contact, and of places of all contacts.

@@ -409,7 +409,7 @@ Finder::ReturnCode Finder::findByBatches(Page &page)
             return code;
         if (isComplete || !m_hasMoreBatches)
             break;
-        // The offset counts from the start of all results and can lie far behind this batch; a cursor counts within its
+        // The offset counts from the start of all results and can be far after this batch; a cursor counts within its
         // batch.
         qint64 passed = cursor.position;
         const bool isBehind = !hasCursor && page.records.empty() && cursor.position > 0;

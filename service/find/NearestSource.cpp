@@ -10,7 +10,6 @@
 
 #include <QtCore/QtEndian>
 
-#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <limits>

@@ -107,7 +107,7 @@ bool hasWords(const Rule &rule)
 namespace
 {
 
-/// A category is chosen, not typed.
+/// Categories are left out: users choose them instead of typing them.
 void addTypedTerms(const Rule &rule, QStringList &terms)
 {
     const bool isTyped = isByWords(rule) || (providerSearchOf(rule) && rule.field != Field::POICategory);

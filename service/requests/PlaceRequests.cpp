@@ -188,7 +188,7 @@ Service::Outcome Service::getPlace(Request &request, Encoder &reply)
     Outcome outcome = id == PlaceId::UNDEFINED_PERSISTED_ID
                           ? answerWith(externalId, type, Coordinates(), request, reply)
                           : encodeStored(id, request, reply);
-    // The request has characters of ISO 8859-1 only; "?" may stand for any other.
+    // The request is in ISO 8859-1; "?" may replace another character.
     const bool isTerm = !searchTerm.isEmpty() && !searchTerm.contains(QLatin1Char('?'));
     if (outcome != Outcome(ReturnCode::Success) || !isTerm || request.caller.external)
         return outcome;

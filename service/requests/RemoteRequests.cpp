@@ -1,6 +1,5 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
-#include "auxdata/AuxiliaryDataPrivate.h"
 #include "model/PlacePrivate.h"
 #include "requests/Service.h"
 

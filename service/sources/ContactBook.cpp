@@ -2,23 +2,21 @@
 
 #include "sources/ContactBook.h"
 
+#include "formats/Input.h"
+#include "formats/VCard.h"
+#include "formats/VCardFile.h"
 #include "Limits.h"
 #include "Log.h"
 #include "model/PlacePrivate.h"
 #include "places/AuxiliaryData.h"
 #include "places/Place.h"
 #include "sources/Gazetteer.h"
-#include "sources/VCardFile.h"
 #include "store/IndexEntries.h"
 #include "text/TextKeys.h"
-
-#include <QtCore/QFile>
 
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <kcontacts/addressee.h>
-#include <kcontacts/vcardconverter.h>
 #include <limits>
 
 #include <sys/inotify.h>
@@ -58,7 +56,17 @@ unsigned long long inodeOf(const fs::path &path)
     return static_cast<unsigned long long>(status.st_ino);
 }
 
-void report(const fs::path &path, const VCardFaults &faults, int unusable)
+/// What a file of vCards has besides whole cards.
+struct Faults
+{
+    int cut = 0;
+    int leftOut = 0;
+    int unusable = 0;
+    bool isTooLong = false;
+    QString unread; ///< Why it was not read to its end; empty when it was.
+};
+
+void report(const fs::path &path, const Faults &faults)
 {
     const unsigned long long inode = inodeOf(path);
     if (faults.cut > 0)
@@ -66,11 +74,13 @@ void report(const fs::path &path, const VCardFaults &faults, int unusable)
     if (faults.leftOut > 0)
         logError("contacts: file with inode %llu: %d lines are too long or too many for a card and were left out",
                  inode, faults.leftOut);
-    if (!faults.hasEnded)
+    if (faults.isTooLong)
         logError("contacts: file with inode %llu: too long; only its beginning was read", inode);
-    if (unusable > 0)
+    if (faults.unusable > 0)
         logError("contacts: file with inode %llu: %d cards have no name or cannot be read, and were left out", inode,
-                 unusable);
+                 faults.unusable);
+    if (!faults.unread.isEmpty())
+        logError("contacts: file with inode %llu cannot be read: %s", inode, qUtf8Printable(faults.unread));
 }
 
 } // namespace
@@ -258,32 +268,31 @@ ContactBook::File ContactBook::readFile(const fs::directory_entry &entry)
     File file;
     file.size = entry.file_size(ignored);
     file.time = entry.last_write_time(ignored);
-    QFile cards(QString::fromLocal8Bit(entry.path().c_str()));
-    if (!cards.open(QIODevice::ReadOnly)) {
-        logError("contacts: file with inode %llu cannot be read: %s", inodeOf(entry.path()),
-                 qUtf8Printable(cards.errorString()));
-        return file;
-    }
     const Geocode geocode = [this](const Address &address) {
         return m_geocodedWith > 0 ? m_gazetteer->geocode(address, Clock::now() + limits::GEOCODING_TIME)
                                   : Coordinates();
     };
-    const KContacts::VCardConverter converter;
     int number = 0;
-    int unusable = 0;
-    const VCardFaults faults = readVCards(cards, [&](const QByteArray &card) {
-        const KContacts::Addressee contact = converter.parseVCard(card);
-        // A card without a UID is identified by its position.
-        const QByteArray key = hasProperty(card, "UID")
-                                   ? contact.uid().toUtf8()
-                                   : QByteArray(entry.path().filename().c_str()) + '#' + QByteArray::number(number);
+    Faults faults;
+    const auto take = [&](const formats::CardText &card) {
+        const formats::VCard contact(card.text);
+        // A card that does not name itself is known by where it stands.
+        const QByteArray key = contact.uid().isEmpty()
+                                   ? QByteArray(entry.path().filename().c_str()) + '#' + QByteArray::number(number)
+                                   : contact.uid().toUtf8();
         ++number;
-        if (contact.realName().isEmpty() && contact.organization().isEmpty() && contact.nickName().isEmpty())
-            ++unusable;
+        faults.cut += card.isCut ? 1 : 0;
+        faults.leftOut += card.leftOut;
+        if (contact.name().isEmpty())
+            ++faults.unusable;
         for (const FoundPlace &place : placesOf(contact, idFor(key), geocode))
             file.entries.push_back(entryFor(place, isRoom(contact)));
-    });
-    report(entry.path(), faults, unusable);
+        return true;
+    };
+    formats::Input cards(QString::fromLocal8Bit(entry.path().c_str()));
+    faults.isTooLong = !formats::splitVCards(cards, take, limits::VCARD_FILE_SIZE);
+    faults.unread = cards.problem();
+    report(entry.path(), faults);
     return file;
 }
 

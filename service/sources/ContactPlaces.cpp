@@ -3,6 +3,7 @@
 #include "sources/ContactPlaces.h"
 
 #include "auxdata/ContactAuxiliaryDataPrivate.h"
+#include "formats/VCard.h"
 #include "Limits.h"
 #include "places/Place.h"
 #include "places/Tags.h"
@@ -19,9 +20,10 @@ namespace placesd
 {
 
 using namespace vela::platform::places;
+using formats::CardAddressKind;
+using formats::VCard;
 using KContacts::Addressee;
 using KContacts::PhoneNumber;
-using CardAddress = KContacts::Address;
 
 namespace
 {
@@ -29,15 +31,6 @@ namespace
 constexpr int ADDRESS_KINDS = 3;
 /// Number of letters of a country code, ISO 3166-1 alpha-2.
 constexpr int CODE_LENGTH = 2;
-
-QString nameOf(const Addressee &contact)
-{
-    for (const QString &name : {contact.realName(), contact.organization(), contact.nickName()}) {
-        if (!name.trimmed().isEmpty())
-            return name.trimmed();
-    }
-    return {};
-}
 
 /// Two-letter codes by country names, in English and in the country's languages.
 const QHash<QString, QString> &countryCodes()
@@ -66,32 +59,6 @@ QString countryCodeOf(const QString &country)
     return isCode ? country.toUpper() : countryCodes().value(searchKey(country));
 }
 
-AddressKind kindOf(const CardAddress &address)
-{
-    if (address.type() & CardAddress::Work)
-        return AddressKind::Work;
-    return address.type() & CardAddress::Home ? AddressKind::Home : AddressKind::Other;
-}
-
-Address addressOf(const CardAddress &card)
-{
-    Address address;
-    address.setLabel(card.label());
-    address.setRoom(card.extended());
-    address.setStreet(card.street().isEmpty() ? card.postOfficeBox() : card.street());
-    address.setCity(card.locality());
-    address.setRegion(card.region());
-    address.setPostalCode(card.postalCode());
-    address.setCountry(card.country().trimmed());
-    address.setIsoAlpha2CountryCode(countryCodeOf(address.country()));
-    return address;
-}
-
-Coordinates positionOf(const KContacts::Geo &geo)
-{
-    return geo.isValid() ? Coordinates(geo.latitude(), geo.longitude()) : Coordinates();
-}
-
 /// The first number that has a type and none of the types in `butNot`; empty when there is none.
 QString phone(const Addressee &contact, PhoneNumber::Type type, PhoneNumber::Type butNot = {})
 {
@@ -108,14 +75,15 @@ QString localPath(const KContacts::Picture &picture)
     return picture.isIntern() ? QString() : QUrl(picture.url()).toLocalFile();
 }
 
-AuxiliaryData recordOf(const Addressee &contact, int id, int number)
+AuxiliaryData recordOf(const VCard &card, int id, int number)
 {
+    const Addressee &contact = card.contact();
     using Setter = void (ContactAuxiliaryDataPrivate::*)(const QString &);
     const std::pair<Setter, QString> values[] = {
         {&ContactAuxiliaryDataPrivate::setFirstName, contact.givenName()},
         {&ContactAuxiliaryDataPrivate::setMiddleName, contact.additionalName()},
         {&ContactAuxiliaryDataPrivate::setLastName, contact.familyName()},
-        {&ContactAuxiliaryDataPrivate::setFullName, nameOf(contact)},
+        {&ContactAuxiliaryDataPrivate::setFullName, card.name()},
         {&ContactAuxiliaryDataPrivate::setTitle, contact.title()},
         {&ContactAuxiliaryDataPrivate::setCompany, contact.organization()},
         {&ContactAuxiliaryDataPrivate::setEmailAddress, contact.preferredEmail()},
@@ -138,27 +106,38 @@ AuxiliaryData recordOf(const Addressee &contact, int id, int number)
     AuxiliaryData record = view.auxiliaryData();
     record.addProperty(QStringLiteral("accountId"), QString::number(CONTACT_ACCOUNT));
     record.addProperty(QStringLiteral("contactId"), QString::number(id));
-    if (!contact.note().isEmpty())
-        record.addProperty(QStringLiteral("notes"), contact.note());
-    if (isRoom(contact))
+    if (!card.note().isEmpty())
+        record.addProperty(QStringLiteral("notes"), card.note());
+    if (isRoom(card))
         record.addProperty(QStringLiteral("kind"), QStringLiteral("room"));
     return record;
 }
 
-FoundPlace placeOf(const Addressee &contact, int id, AddressKind kind, int number, const Location &location)
+FoundPlace placeOf(const VCard &card, int id, CardAddressKind kind, int number, const Location &location)
 {
     auto place = std::make_shared<Place>();
-    place->setName(nameOf(contact));
+    place->setName(card.name());
     place->setSource(AbstractPlace::SourceContactService);
     place->addLocation(location);
-    place->addAuxiliaryData(recordOf(contact, id, number));
-    if (kind == AddressKind::Home)
+    place->addAuxiliaryData(recordOf(card, id, number));
+    if (kind == CardAddressKind::Home)
         place->addTag(Tags::Home);
-    else if (kind == AddressKind::Work)
+    else if (kind == CardAddressKind::Work)
         place->addTag(Tags::Work);
-    if (!contact.nickName().isEmpty())
-        place->addAlias(contact.nickName());
+    if (const QString nickname = card.contact().nickName(); !nickname.isEmpty())
+        place->addAlias(nickname);
     return place;
+}
+
+/// A location with what is found out about it: the code of its country, and its position when the card has none.
+Location completed(Location location, const Geocode &geocode)
+{
+    Address address = location.address();
+    address.setIsoAlpha2CountryCode(countryCodeOf(address.country()));
+    location.setAddress(address);
+    if (!location.coordinates().isValid())
+        location.setCoordinates(geocode(address));
+    return location;
 }
 
 } // namespace
@@ -168,42 +147,23 @@ QString contactExternalId(int account, int contact, int number)
     return QStringLiteral("%1,%2,%3").arg(account).arg(contact).arg(number);
 }
 
-bool isRoom(const Addressee &contact)
+bool isRoom(const VCard &card)
 {
-    return contact.kind().compare(QLatin1String("location"), Qt::CaseInsensitive) == 0;
+    return card.contact().kind().compare(QLatin1String("location"), Qt::CaseInsensitive) == 0;
 }
 
-std::vector<FoundPlace> placesOf(const Addressee &contact, int id, const Geocode &geocode)
+std::vector<FoundPlace> placesOf(const VCard &card, int id, const Geocode &geocode)
 {
     std::vector<FoundPlace> places;
-    if (nameOf(contact).isEmpty())
+    if (card.name().isEmpty())
         return places;
-    std::array<int, ADDRESS_KINDS> numbers = {static_cast<int>(AddressKind::Home), static_cast<int>(AddressKind::Work),
-                                              static_cast<int>(AddressKind::Other)};
-    const auto add = [&](AddressKind kind, const Location &location) {
-        int &number = numbers[static_cast<std::size_t>(kind) - 1];
-        places.push_back(placeOf(contact, id, kind, number, location));
+    std::array<int, ADDRESS_KINDS> numbers = {static_cast<int>(CardAddressKind::Home),
+                                              static_cast<int>(CardAddressKind::Work),
+                                              static_cast<int>(CardAddressKind::Other)};
+    for (const formats::CardAddress &each : card.addresses().mid(0, limits::CONTACT_ADDRESSES)) {
+        int &number = numbers[static_cast<std::size_t>(each.kind) - 1];
+        places.push_back(placeOf(card, id, each.kind, number, completed(each.location, geocode)));
         number += ADDRESS_KINDS;
-    };
-    CardAddress::List addresses = contact.addresses();
-    addresses.erase(std::remove_if(addresses.begin(), addresses.end(), [](const auto &card) { return card.isEmpty(); }),
-                    addresses.end());
-    const Coordinates position = positionOf(contact.geo());
-    for (const CardAddress &card : addresses.mid(0, limits::CONTACT_ADDRESSES)) {
-        Location location;
-        location.setAddress(addressOf(card));
-        // The position of the card, else that of the contact if this is its only address, else that of the gazetteer.
-        location.setCoordinates(positionOf(card.geo()));
-        if (!location.coordinates().isValid() && addresses.size() == 1)
-            location.setCoordinates(position);
-        if (!location.coordinates().isValid())
-            location.setCoordinates(geocode(location.address()));
-        add(kindOf(card), location);
-    }
-    if (addresses.isEmpty() && position.isValid()) {
-        Location location;
-        location.setCoordinates(position);
-        add(AddressKind::Other, location);
     }
     return places;
 }

@@ -6,9 +6,9 @@
 #include <functional>
 #include <vector>
 
-namespace KContacts
+namespace formats
 {
-class Addressee;
+class VCard;
 }
 namespace vela::platform::places
 {
@@ -24,22 +24,15 @@ using Geocode = std::function<vela::platform::places::Coordinates(const vela::pl
 /// The account that all contacts belong to.
 constexpr int CONTACT_ACCOUNT = 1;
 
-/// Kind of an address. The number of an address is kind + 3 * position, with the position counted from 0 per kind.
-enum class AddressKind
-{
-    Home = 1,
-    Work = 2,
-    Other = 3
-};
-
-/// External id of a contact's address: "account,contact,number".
+/// External id of a contact's address: "account,contact,number". The number is formats::CardAddressKind + 3 * position,
+/// with the position counted from 0 per kind.
 QString contactExternalId(int account, int contact, int number);
 
 /// The places of a contact: one per address, or one for its position when it has no address. Each has the contact as
 /// its auxiliary record. None for a contact without a name.
-std::vector<FoundPlace> placesOf(const KContacts::Addressee &contact, int id, const Geocode &geocode);
+std::vector<FoundPlace> placesOf(const formats::VCard &card, int id, const Geocode &geocode);
 
 /// Whether a contact is a room, not a person.
-bool isRoom(const KContacts::Addressee &contact);
+bool isRoom(const formats::VCard &card);
 
 } // namespace placesd

@@ -4,7 +4,6 @@
 
 #include "Channel.h"
 #include "Log.h"
-#include "store/Check.h"
 #include "store/DatabaseFile.h"
 #include "store/FileCopy.h"
 #include "store/PrivateFolder.h"

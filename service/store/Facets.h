@@ -6,7 +6,6 @@
 
 #include <QtCore/QString>
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>

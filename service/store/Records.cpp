@@ -107,7 +107,7 @@ void addSearchTerm(std::string &record, const QByteArray &utf8)
     const std::size_t start = record.size() - decoder.remaining() - sizeof size;
     PlacesAPIEncoder text;
     text.encodeString(utf8.toStdString());
-    // The term starts at a whole word, and so does the number behind it.
+    // The term and the number after it are aligned.
     std::string encoded = messageOf(text);
     encoded.resize((encoded.size() + 3) / 4 * 4, PlacesAPIEncoder::FILL);
     record.replace(start, sizeof size, encoded);

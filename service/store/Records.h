@@ -22,7 +22,7 @@ std::unique_ptr<vela::platform::places::PlaceHeader> decodeHeader(const std::str
 /// The place of a header. Of the tags, a header contains only "favourite".
 std::unique_ptr<vela::platform::places::Place> placeOfHeader(const std::string &header);
 
-/// Gives a record, full or header, a search term if it has none. What is no record stays as it is.
+/// Sets the search term of a full or header record that has none. Invalid records are not changed.
 void addSearchTerm(std::string &record, const QByteArray &utf8);
 
 } // namespace placesd

@@ -4,7 +4,6 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 
 #include <QtCore/QString>
-#include <QtCore/QStringList>
 #include <QtCore/QVariant>
 
 #include <optional>

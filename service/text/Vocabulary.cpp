@@ -6,7 +6,6 @@
 #include "text/CorrectionWalk.h"
 #include "text/EditAutomaton.h"
 
-#include <QtCore/QByteArray>
 #include <QtCore/QString>
 #include <QtCore/QVector>
 

@@ -39,8 +39,6 @@ public:
     /// Moves the reply and its status from `other`.
     PlacesAPIDecoder &operator=(PlacesAPIDecoder &other);
 
-    /// The code that decodeResponse() read.
-    [[nodiscard]] ReturnCode returnCode() const { return m_returnCode; }
     [[nodiscard]] int replyType() const { return m_replyType; }
 
     // Replies. Functions with a type refuse replies of another type.

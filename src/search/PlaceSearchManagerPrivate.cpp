@@ -6,8 +6,6 @@
 #include "manager/PlaceManagerPrivate.h"
 #include "protocol/Logger.h"
 
-#include <algorithm>
-
 namespace vela::platform::places
 {
 

@@ -4,7 +4,6 @@
 #include "places/SearchRule.h"
 
 #include <memory>
-#include <string>
 #include <typeinfo>
 #include <utility>
 #include <vector>

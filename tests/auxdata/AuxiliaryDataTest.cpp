@@ -71,7 +71,7 @@ TEST(AuxiliaryData, FindsTheLegacySpellingOfAKeyOnlyWhereItIsAskedFor)
 }
 
 /// Which keys are also found in their legacy spelling is part of the stored format.
-TEST(AContact, ReadsEachKeyInTheSpellingsItHas)
+TEST(ContactAuxiliaryData, ReadsEachKeyInTheSpellingsItHas)
 {
     using Contact = ContactAuxiliaryData;
     const struct
@@ -98,7 +98,7 @@ TEST(AContact, ReadsEachKeyInTheSpellingsItHas)
         EXPECT_FALSE(Contact(recordWith("workPerimeter", text)).isWorkContact()) << text;
 }
 
-TEST(APointOfInterest, ReadsEachKeyInTheSpellingsItHas)
+TEST(PointOfInterestAuxiliaryData, ReadsEachKeyInTheSpellingsItHas)
 {
     using Poi = PointOfInterestAuxiliaryData;
     const struct
@@ -121,7 +121,7 @@ TEST(APointOfInterest, ReadsEachKeyInTheSpellingsItHas)
     EXPECT_FALSE(Poi(recordWith("name", "n", AuxiliaryData::TypeContact)).isValid());
 }
 
-TEST(APointOfInterest, KeepsNumbersAsTexts)
+TEST(PointOfInterestAuxiliaryData, KeepsNumbersAsTexts)
 {
     PointOfInterestAuxiliaryData poi;
     EXPECT_EQ(poi.utcOffsetSeconds(), std::numeric_limits<int>::max());
@@ -137,7 +137,7 @@ TEST(APointOfInterest, KeepsNumbersAsTexts)
     EXPECT_EQ(poiWith("utcOffsetSeconds", "soon").utcOffsetSeconds(), 0);
 }
 
-TEST(APointOfInterest, KeepsItsHoursByDay)
+TEST(PointOfInterestAuxiliaryData, KeepsItsHoursByDay)
 {
     PointOfInterestAuxiliaryData poi;
     const QList<TimeRange> monday = {range(9, 0, 12, 30), range(14, 0, 18, 0)};
@@ -146,7 +146,7 @@ TEST(APointOfInterest, KeepsItsHoursByDay)
     EXPECT_EQ(poi.openingHours(), (QMap<DayOfWeek::Type, QList<TimeRange>>{{DayOfWeek::Monday, monday}}));
 }
 
-TEST(APointOfInterest, TakesFromGarbledHoursWhatCanBeRead)
+TEST(PointOfInterestAuxiliaryData, TakesFromGarbledHoursWhatCanBeRead)
 {
     using Hours = QMap<DayOfWeek::Type, QList<TimeRange>>;
     const struct
@@ -165,7 +165,7 @@ TEST(APointOfInterest, TakesFromGarbledHoursWhatCanBeRead)
     EXPECT_FALSE(poiWith(";openingHours;", "1;1,1,1,1").openingHours().isEmpty());
 }
 
-TEST(APointOfInterest, KeepsCategoriesAndOneLevelOfChildren)
+TEST(PointOfInterestAuxiliaryData, KeepsCategoriesAndOneLevelOfChildren)
 {
     PointOfInterestAuxiliaryData poi;
     poi.setCategories({category("food", {category("bar", {category("beer")}), category("caf\"e")}), category("shop")});

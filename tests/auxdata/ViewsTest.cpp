@@ -34,7 +34,7 @@ QDateTime at(qint64 seconds)
 
 } // namespace
 
-TEST(ACalendarEntry, KeepsItsTextsUnderItsOwnKeys)
+TEST(CalendarAuxiliaryData, KeepsItsTextsUnderItsOwnKeys)
 {
     CalendarAuxiliaryData entry;
     entry.setSubject(QStringLiteral("Café"));
@@ -57,7 +57,7 @@ TEST(ACalendarEntry, KeepsItsTextsUnderItsOwnKeys)
     }
 }
 
-TEST(ACalendarEntry, ReadsTheDigitsThatATimeBeginsWith)
+TEST(CalendarAuxiliaryData, ReadsTheDigitsThatATimeBeginsWith)
 {
     const struct
     {
@@ -83,7 +83,7 @@ TEST(ACalendarEntry, ReadsTheDigitsThatATimeBeginsWith)
     EXPECT_TRUE(CalendarAuxiliaryData().endTime().isNull());
 }
 
-TEST(AnImageOrReservation, IsValidWithAUrlInARecordOfItsOwnType)
+TEST(ImageAuxiliaryData, IsValidWithAUrlInARecordOfItsOwnType)
 {
     const Properties withUrl = {{QStringLiteral("url"), PAGE.toString()}};
     EXPECT_FALSE(ImageAuxiliaryData().isValid());
@@ -97,7 +97,7 @@ TEST(AnImageOrReservation, IsValidWithAUrlInARecordOfItsOwnType)
         EXPECT_FALSE(ImageAuxiliaryData(recordOf(type, withUrl)).isValid()) << type;
 }
 
-TEST(AReview, TellsAMissingRatingFromARatingOfZero)
+TEST(ReviewAuxiliaryData, TellsAMissingRatingFromARatingOfZero)
 {
     ReviewAuxiliaryData review;
     EXPECT_TRUE(std::isnan(review.rating()));
@@ -113,7 +113,7 @@ TEST(AReview, TellsAMissingRatingFromARatingOfZero)
     EXPECT_FALSE(ReviewAuxiliaryData(recordOf("poi", unreadable)).isValid());
 }
 
-TEST(AReview, KeepsItsTextsUnderItsOwnKeys)
+TEST(ReviewAuxiliaryData, KeepsItsTextsUnderItsOwnKeys)
 {
     ReviewAuxiliaryData review;
     EXPECT_EQ(review.creationTime(), at(0));

@@ -224,7 +224,7 @@ TEST_F(BrowserTest, ACategoryLeadsToItsPlacesNearTheCentreAndBack)
     EXPECT_EQ(widget<QLineEdit>("term")->text(), QLatin1String("large"));
 }
 
-TEST(TheTextOfAPlace, MakesNothingButHarmlessLinksOfWhatOthersWrote)
+TEST(PlaceText, MakesNothingButHarmlessLinksOfWhatOthersWrote)
 {
     Place place;
     place.setDescription(QStringLiteral("<img src='http://x.example/spy'>"));

@@ -9,12 +9,13 @@
 using testing::HasSubstr;
 using testing::StartsWith;
 
-TEST(SearchBox, PrintsNothingOfASearchThatWasReplacedAndSaysWhatFailed)
+TEST(SearchBoxExample, PrintsNothingOfASearchThatWasReplacedAndSaysWhatFailed)
 {
     Placesd service(sampleGazetteer());
     awaitGazetteer();
     places("add Zurichsee --at 47.25,8.7");
-    const Outcome outcome = run("search_box", {}, "gen\nzur\nzurich"); // the last line without its end
+    // In one piece, which is read at once: no result can come between the lines.
+    const Outcome outcome = run("search_box", {}, "gen\nzur\nzurich\n");
     EXPECT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_THAT(outcome.out, StartsWith("> gen\n> zur\n> zurich\n"));
     EXPECT_THAT(outcome.out, HasSubstr("Your places\n  Zurichsee - "));
@@ -22,7 +23,7 @@ TEST(SearchBox, PrintsNothingOfASearchThatWasReplacedAndSaysWhatFailed)
     EXPECT_EQ(outcome.out.find("Gen"), std::string::npos) << outcome.out;
 
     service.kill();
-    const Outcome failed = run("search_box", {}, "zur\n");
+    const Outcome failed = run("search_box", {}, "zur"); // a line without its end
     EXPECT_EQ(failed.status, 1);
-    EXPECT_THAT(failed.out, HasSubstr("Your places: no places service is running\n"));
+    EXPECT_THAT(failed.out, HasSubstr("> zur\nYour places: no places service is running\n"));
 }

@@ -72,7 +72,7 @@ QStringList recordsOf(const Place &place)
 
 } // namespace
 
-TEST(ADocument, HasTheMembersOfAFullPlaceInTheirOrder)
+TEST(PlaceJson, HasTheMembersOfAFullPlaceInTheirOrder)
 {
     Place place;
     sample::fill(place);
@@ -88,7 +88,7 @@ TEST(ADocument, HasTheMembersOfAFullPlaceInTheirOrder)
               R"("usageCount":0,"expiryTime":0,"creationTime":0,"updateTime":0,"contents":[]})");
 }
 
-TEST(ADocument, HasTheMembersOfAHeaderInTheirOrder)
+TEST(PlaceJson, HasTheMembersOfAHeaderInTheirOrder)
 {
     Place place;
     sample::fill(place);
@@ -108,7 +108,7 @@ TEST(ADocument, HasTheMembersOfAHeaderInTheirOrder)
     EXPECT_EQ(read->primaryUrl(), header.primaryUrl());
 }
 
-TEST(ADocument, ReadsBackAsThePlaceItWasMadeOf)
+TEST(PlaceJson, ReadsBackAsThePlaceItWasMadeOf)
 {
     Place place;
     sample::fill(place);
@@ -134,7 +134,7 @@ TEST(ADocument, ReadsBackAsThePlaceItWasMadeOf)
     EXPECT_THAT(read->aliases(), ElementsAre(QStringLiteral("Home"))) << "an alias comes back with its tag only";
 }
 
-TEST(ADocument, HoldsWhatEightBitsCanHoldHoweverItIsSpelled)
+TEST(PlaceJson, HoldsWhatEightBitsCanHoldHoweverItIsSpelled)
 {
     Place place;
     place.setName(QStringLiteral("Zü\"\\\n€ж") + QChar(QChar::Null) + QStringLiteral("😀."));
@@ -148,7 +148,7 @@ TEST(ADocument, HoldsWhatEightBitsCanHoldHoweverItIsSpelled)
         EXPECT_EQ(nameIn(bad), QStringLiteral("(refused)")) << bad;
 }
 
-TEST(ADocument, IsRefusedWholeAndWithAReason)
+TEST(PlaceJson, IsRefusedWholeAndWithAReason)
 {
     const std::string deep = std::string(1000, '[') + std::string(1000, ']');
     const struct
@@ -184,7 +184,7 @@ TEST(ADocument, IsRefusedWholeAndWithAReason)
     EXPECT_TRUE(reason.isEmpty());
 }
 
-TEST(ADocument, LeavesAloneWhatItHasInAnotherTypeOrOutOfRange)
+TEST(PlaceJson, LeavesAloneWhatItHasInAnotherTypeOrOutOfRange)
 {
     const auto plain = placeWith(R"("id":"7","name":7,"restricted":"yes","certainty":5000000000,"perimeter":null,)"
                                  R"("lastUsedTime":1.5,"usageCount":-2147483649,"tags":{"a":"b"},"location":[],)"
@@ -207,7 +207,7 @@ TEST(ADocument, LeavesAloneWhatItHasInAnotherTypeOrOutOfRange)
     EXPECT_EQ(recordsOf(*twice), QStringList{QStringLiteral("t:k=2,")});
 }
 
-TEST(ADocument, KeepsRecordsOfEveryTypeAndPassesOverThoseWithout)
+TEST(PlaceJson, KeepsRecordsOfEveryTypeAndPassesOverThoseWithout)
 {
     const FakeSystem system;
     const auto place =
@@ -227,7 +227,7 @@ TEST(ADocument, KeepsRecordsOfEveryTypeAndPassesOverThoseWithout)
     EXPECT_EQ(PlaceJson::readPlace(PlaceJson::write(*place))->auxiliaryDataCount(), place->auxiliaryDataCount());
 }
 
-TEST(AFullPlace, TakesFromAForeignDocumentWhatItKnowsAndForgetsWhatItWas)
+TEST(PlaceDocument, TakesFromAForeignDocumentWhatItKnowsAndForgetsWhatItWas)
 {
     Place place;
     sample::fill(place);

@@ -37,7 +37,7 @@ PlaceHeader &withMask(PlaceHeader &header, qint64 mask)
 
 } // namespace
 
-TEST(APlace, BringsAnAliasWithTheTagsOfOnesOwnHomeAndWork)
+TEST(Place, BringsAnAliasWithTheTagsOfOnesOwnHomeAndWork)
 {
     Place place;
     EXPECT_TRUE(place.addTag(Tags::MyHome));
@@ -51,7 +51,7 @@ TEST(APlace, BringsAnAliasWithTheTagsOfOnesOwnHomeAndWork)
     EXPECT_EQ(place.tagCount(), 2);
 }
 
-TEST(APlace, RemovesByIndexWithoutEverComplaining)
+TEST(Place, RemovesByIndexWithoutEverComplaining)
 {
     Place place;
     place.addLocation(Location());
@@ -64,7 +64,7 @@ TEST(APlace, RemovesByIndexWithoutEverComplaining)
     EXPECT_FALSE(place.removeAuxiliaryData(AuxiliaryData()));
 }
 
-TEST(APlace, EqualsOneThatDiffersOnlyInWhatIsNotCompared)
+TEST(Place, EqualsOneThatDiffersOnlyInWhatIsNotCompared)
 {
     Place a;
     sample::fill(a);
@@ -95,7 +95,7 @@ TEST(APlace, EqualsOneThatDiffersOnlyInWhatIsNotCompared)
     EXPECT_TRUE(dataOf(a) != *PlaceHeaderPrivate::privateFromPublic(&header));
 }
 
-TEST(APlace, NeverChangesItsPerimeterOnceStored)
+TEST(Place, NeverChangesItsPerimeterOnceStored)
 {
     Place place;
     EXPECT_TRUE(dataOf(place).setSecurityPerimeter(vela::system::SecurityPerimeter::Work));
@@ -104,7 +104,7 @@ TEST(APlace, NeverChangesItsPerimeterOnceStored)
     EXPECT_EQ(place.securityPerimeter(), vela::system::SecurityPerimeter::Work);
 }
 
-TEST(APlace, AnswersFromTheFirstLocationThatCan)
+TEST(Place, AnswersFromTheFirstLocationThatCan)
 {
     Address roomOnly;
     roomOnly.setRoom(QStringLiteral("2b"));
@@ -131,7 +131,7 @@ TEST(APlace, AnswersFromTheFirstLocationThatCan)
     EXPECT_EQ(place.primaryAddress(), roomOnly);
 }
 
-TEST(APlace, TakesItsPrimaryValuesFromTheContactOrElseTheFirstRecordThatHasOne)
+TEST(Place, TakesItsPrimaryValuesFromTheContactOrElseTheFirstRecordThatHasOne)
 {
     Place place;
     place.addAuxiliaryData(record(QStringLiteral("other"), "phoneNumber", "0"));
@@ -147,7 +147,7 @@ TEST(APlace, TakesItsPrimaryValuesFromTheContactOrElseTheFirstRecordThatHasOne)
     EXPECT_EQ(place.primaryUrl(), QUrl(QStringLiteral("https://a.example/")));
 }
 
-TEST(AHeader, KnowsWhatItsMaskTells)
+TEST(PlaceHeader, KnowsWhatItsMaskTells)
 {
     const struct
     {
@@ -169,7 +169,7 @@ TEST(AHeader, KnowsWhatItsMaskTells)
     EXPECT_EQ(header.hasAuxiliaryData(QLatin1String(AuxiliaryData::TypeImage)), PlaceHeader::Unknown);
 }
 
-TEST(AHeader, HasABitForEveryTagOfThePlatform)
+TEST(PlaceHeader, HasABitForEveryTagOfThePlatform)
 {
     const std::pair<QString, qint64> bits[] = {{Tags::Favorite, 0x1000},
                                                {Tags::Airport, 0x20000},
@@ -185,7 +185,7 @@ TEST(AHeader, HasABitForEveryTagOfThePlatform)
     }
 }
 
-TEST(APlaceId, TakesTheIdOfAProvidersLaterRecord)
+TEST(PlaceId, TakesTheIdOfAProvidersLaterRecord)
 {
     Place place;
     sample::fill(place);
@@ -199,7 +199,7 @@ TEST(APlaceId, TakesTheIdOfAProvidersLaterRecord)
     EXPECT_EQ(id->auxiliaryDataTypes.size(), 3);
 }
 
-TEST(AMapLink, ShowsWhatThePlaceHas)
+TEST(MapLink, ShowsWhatThePlaceHas)
 {
     Place place;
     Address address;
@@ -223,7 +223,7 @@ TEST(AMapLink, ShowsWhatThePlaceHas)
                          "&scr_z=4&z=4"));
 }
 
-TEST(AMapLink, ChoosesTheScaleByHowMuchOfTheAddressIsKnown)
+TEST(MapLink, ChoosesTheScaleByHowMuchOfTheAddressIsKnown)
 {
     using Set = void (Address::*)(const QString &);
     const std::vector<std::pair<Set, int>> cases = {{&Address::setRoom, 4},
@@ -243,7 +243,7 @@ TEST(AMapLink, ChoosesTheScaleByHowMuchOfTheAddressIsKnown)
     }
 }
 
-TEST(AMapLink, BecomesAPlaceAgain)
+TEST(MapLink, BecomesAPlaceAgain)
 {
     Place place;
     sample::fill(place);
@@ -259,7 +259,7 @@ TEST(AMapLink, BecomesAPlaceAgain)
     EXPECT_EQ(again.primaryEmailAddress(), QStringLiteral("a@b.example"));
 }
 
-TEST(AMapLink, MayBeAnybodys)
+TEST(MapLink, MayBeAnybodys)
 {
     Place place;
     PlacePrivate::decodePlaceFromMapUrl(

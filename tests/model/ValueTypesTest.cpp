@@ -230,7 +230,7 @@ TYPED_TEST(AValue, IsMovedWhereItCanBeAndLeavesANewOneBehind)
     EXPECT_EQ(printed(first), set);
 }
 
-TEST(AValueThatWasMovedFrom, IsChangedLikeANewOne)
+TEST(Values, IsChangedLikeANewOne)
 {
     auto address = filled<Address>();
     auto range = filled<TimeRange>();

@@ -32,7 +32,7 @@ AddressPrivate *partsOf(Address &address)
 
 } // namespace
 
-TEST(ACoordinate, IsValidUpToTheEndsOfItsRange)
+TEST(Coordinates, IsValidUpToTheEndsOfItsRange)
 {
     const struct
     {
@@ -48,7 +48,7 @@ TEST(ACoordinate, IsValidUpToTheEndsOfItsRange)
     EXPECT_FALSE(Coordinates().isValid());
 }
 
-TEST(ACoordinate, EqualsAnotherWithinAMillionth)
+TEST(Coordinates, EqualsAnotherWithinAMillionth)
 {
     const struct
     {
@@ -66,7 +66,7 @@ TEST(ACoordinate, EqualsAnotherWithinAMillionth)
     EXPECT_EQ(vague, at(45, 7)) << "accuracy is no difference";
 }
 
-TEST(AnAddress, ReadsAsOneLineWithoutThePartsThatAreNotThere)
+TEST(Address, ReadsAsOneLineWithoutThePartsThatAreNotThere)
 {
     const struct
     {
@@ -93,7 +93,7 @@ TEST(AnAddress, ReadsAsOneLineWithoutThePartsThatAreNotThere)
     }
 }
 
-TEST(AnAddress, IsEmptyUntilAPartOfItIsSet)
+TEST(Address, IsEmptyUntilAPartOfItIsSet)
 {
     Address ground;
     ground.setFloor(0);
@@ -105,7 +105,7 @@ TEST(AnAddress, IsEmptyUntilAPartOfItIsSet)
     EXPECT_NE(lines, Address());
 }
 
-TEST(AnAddress, TellsNoFloorFromTheGroundFloorAndFromAGarbledOne)
+TEST(Address, TellsNoFloorFromTheGroundFloorAndFromAGarbledOne)
 {
     Address address;
     EXPECT_EQ(address.floor(), std::numeric_limits<int>::min());
@@ -119,7 +119,7 @@ TEST(AnAddress, TellsNoFloorFromTheGroundFloorAndFromAGarbledOne)
     EXPECT_EQ(address, Address());
 }
 
-TEST(AnAddress, TurnsLinesIntoATextAndBack)
+TEST(Address, TurnsLinesIntoATextAndBack)
 {
     const QStringList lines = {QStringLiteral("a"), QStringLiteral("b\nc")};
     EXPECT_EQ(AddressPrivate::addressLinesToTextBlob(lines), QStringLiteral("a\nb c"));
@@ -130,7 +130,7 @@ TEST(AnAddress, TurnsLinesIntoATextAndBack)
     EXPECT_EQ(address.compactAddressLines(), (QStringList{QStringLiteral("x"), QString(), QStringLiteral("y")}));
 }
 
-TEST(ALocation, LosesItsZoomWhenCopiedAndMoved)
+TEST(Location, LosesItsZoomWhenCopiedAndMoved)
 {
     Location original(5);
     original.setZoom(12);
@@ -158,7 +158,7 @@ TEST(ALocation, LosesItsZoomWhenCopiedAndMoved)
     EXPECT_EQ(moved.zoom(), -1);
 }
 
-TEST(ALocation, EqualsTheSameWhereaboutsUnderAnotherId)
+TEST(Location, EqualsTheSameWhereaboutsUnderAnotherId)
 {
     const std::vector<std::function<void(Location &)>> differences = {
         [](Location &l) { l.setCoordinates(at(1, 2)); },
@@ -181,7 +181,7 @@ TEST(ALocation, EqualsTheSameWhereaboutsUnderAnotherId)
     }
 }
 
-TEST(ALocation, RemembersTheAddressThatWasGeocoded)
+TEST(Location, RemembersTheAddressThatWasGeocoded)
 {
     Location location;
     LocationPrivate &data = *LocationPrivate::privateFromPublic(&location);
@@ -200,7 +200,7 @@ TEST(ALocation, RemembersTheAddressThatWasGeocoded)
     EXPECT_EQ(location.address(), resolved);
 }
 
-TEST(AProvider, SharesItsDataAndIsTheSameWhateverItOffers)
+TEST(Provider, SharesItsDataAndIsTheSameWhateverItOffers)
 {
     Provider provider;
     const Provider copy = provider;

@@ -2,6 +2,7 @@
 
 #include "Channel.h"
 
+#include <dataversion.h>
 #include <gmock/gmock.h>
 #include <msgclient.h>
 
@@ -10,6 +11,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <thread>
 #include <vector>
@@ -144,6 +146,26 @@ TEST_F(MsgclientTest, SendsNothingWhereOthersCouldListen)
     EXPECT_EQ(msgclient_open("test", 0, 2), nullptr);
     EXPECT_EQ(errno, EACCES) << "a link in its place";
     std::filesystem::remove_all(folder + ".real");
+}
+
+TEST_F(MsgclientTest, TellsTheDataVersionBesideAChannel)
+{
+    char path[256] = "";
+    EXPECT_EQ(dataversion_get("test"), 0) << "no file";
+    ASSERT_EQ(dataversion_path("test", path, sizeof path), 0);
+    EXPECT_EQ(path, channel::versionPath("test"));
+    const int size = static_cast<int>(std::strlen(path));
+    EXPECT_EQ(dataversion_path("test", path, size + 1), 0);
+    for (const int tooSmall : {size, 0, -1}) {
+        EXPECT_EQ(dataversion_path("test", path, tooSmall), -1);
+        EXPECT_EQ(errno, ENAMETOOLONG) << tooSmall;
+    }
+    EXPECT_EQ(dataversion_path("test", nullptr, 100) + dataversion_path("../x", path, sizeof path), -2);
+    EXPECT_EQ(dataversion_path(nullptr, path, sizeof path) + static_cast<int>(dataversion_get(nullptr)), -1);
+    std::ofstream(path) << "12345678";
+    EXPECT_EQ(dataversion_get("test"), 0x3837363534333231);
+    std::ofstream(path) << "1234567";
+    EXPECT_EQ(dataversion_get("test"), 0) << "half a number";
 }
 
 TEST_F(MsgclientTest, OneHandleCarriesSeveralExchanges)

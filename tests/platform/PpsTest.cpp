@@ -78,39 +78,74 @@ TEST(PpsEncoder, CallsThatDoNotFitAreRefusedAndWriteNothing)
 
 TEST(PpsDecoder, MembersAreFoundByNameAndElementsInTurn)
 {
-    Decoder d(R"({"name":"Z\u00fcrich","list":["a",{"in":"b"},"c"],"n":-7,"big":5000000000,"x":0.5,"yes":true})");
+    Decoder d(R"({"name":"Z\u00fcrich","list":["a",{"in":"b"},"c",null],"n":-7,"big":5000000000,"x":0.5,"yes":true})");
     ASSERT_EQ(d.status, PPS_OK);
+    EXPECT_EQ(pps_decoder_type(&d.decoder, nullptr), PPS_TYPE_OBJECT);
+    EXPECT_EQ(pps_decoder_pop(&d.decoder), PPS_ERROR_STATE) << "before the top-level value";
+    EXPECT_EQ(pps_decoder_goto_index(&d.decoder, 0), PPS_ERROR_STATE);
+    EXPECT_EQ(pps_decoder_name(&d.decoder), nullptr);
+    EXPECT_EQ(pps_decoder_length(&d.decoder), 0);
     ASSERT_EQ(pps_decoder_push(&d.decoder, nullptr), PPS_OK);
-    EXPECT_EQ(d.string("name"), "Z\xC3\xBCrich");
+    EXPECT_EQ(pps_decoder_length(&d.decoder), 6);
+    const std::pair<const char *, pps_node_type_t> members[] = {{"name", PPS_TYPE_STRING},
+                                                                {"list", PPS_TYPE_ARRAY},
+                                                                {"n", PPS_TYPE_NUMBER},
+                                                                {"yes", PPS_TYPE_BOOL},
+                                                                {"none", PPS_TYPE_NONE}};
+    for (const auto &[name, type] : members)
+        EXPECT_EQ(pps_decoder_type(&d.decoder, name), type) << name;
+    EXPECT_STREQ(pps_decoder_name(&d.decoder), "name");
+    EXPECT_EQ(d.string(nullptr), "Z\xC3\xBCrich");
+    EXPECT_STREQ(pps_decoder_name(&d.decoder), "list") << "members come in turn, too";
 
     ASSERT_EQ(pps_decoder_push(&d.decoder, "list"), PPS_OK);
+    EXPECT_EQ(pps_decoder_name(&d.decoder), nullptr);
+    EXPECT_EQ(pps_decoder_length(&d.decoder), 4);
     EXPECT_EQ(d.string(nullptr), "a");
     EXPECT_EQ(pps_decoder_push(&d.decoder, nullptr), PPS_OK);
     EXPECT_EQ(d.string("in"), "b");
     pps_decoder_pop(&d.decoder);
     EXPECT_EQ(d.string(nullptr), "c");
-    EXPECT_EQ(d.string(nullptr), "(none)");
-    EXPECT_EQ(pps_decoder_goto_index(&d.decoder, 3), PPS_ERROR_NOT_FOUND);
+    EXPECT_EQ(pps_decoder_type(&d.decoder, nullptr), PPS_TYPE_NULL);
+    EXPECT_EQ(pps_decoder_goto_index(&d.decoder, 3), PPS_OK);
+    EXPECT_EQ(d.string(nullptr), "(none)") << "and stays there";
+    for (const int outside : {-1, 4})
+        EXPECT_EQ(pps_decoder_goto_index(&d.decoder, outside), PPS_ERROR_NOT_FOUND);
+    EXPECT_EQ(pps_decoder_type(&d.decoder, nullptr), PPS_TYPE_NULL);
     EXPECT_EQ(pps_decoder_goto_index(&d.decoder, 0), PPS_OK);
     EXPECT_EQ(d.string(nullptr), "a");
     pps_decoder_pop(&d.decoder);
+    EXPECT_STREQ(pps_decoder_name(&d.decoder), "list") << "entered by its name";
 
     int number = 0;
     std::int64_t big = 0;
     double real = 0;
     bool yes = false;
     EXPECT_EQ(pps_decoder_get_int(&d.decoder, "n", &number), PPS_OK);
-    EXPECT_EQ(pps_decoder_get_int(&d.decoder, "big", &number), PPS_ERROR_TYPE) << "it does not fit";
     EXPECT_EQ(pps_decoder_get_int64(&d.decoder, "big", &big), PPS_OK);
     EXPECT_EQ(pps_decoder_get_double(&d.decoder, "x", &real), PPS_OK);
     EXPECT_EQ(pps_decoder_get_bool(&d.decoder, "yes", &yes), PPS_OK);
+    const pps_status_t refused[] = {
+        pps_decoder_get_int(&d.decoder, "big", &number),  pps_decoder_get_int(&d.decoder, "x", &number),
+        pps_decoder_get_int64(&d.decoder, "x", &big),     pps_decoder_get_bool(&d.decoder, "n", &yes),
+        pps_decoder_get_double(&d.decoder, "yes", &real), pps_decoder_push(&d.decoder, "n"),
+    };
+    EXPECT_THAT(refused, testing::Each(PPS_ERROR_TYPE));
+    EXPECT_EQ(pps_decoder_get_int(&d.decoder, "none", &number), PPS_ERROR_NOT_FOUND);
     EXPECT_EQ(number, -7);
     EXPECT_EQ(big, 5000000000);
     EXPECT_EQ(real, 0.5);
     EXPECT_TRUE(yes);
     EXPECT_EQ(d.string("n"), "(none)");
-    EXPECT_EQ(pps_decoder_get_int(&d.decoder, "none", &number), PPS_ERROR_NOT_FOUND);
-    EXPECT_EQ(pps_decoder_push(&d.decoder, "n"), PPS_ERROR_TYPE);
+    const std::pair<const char *, int> numbers[] = {
+        {"[2147483647]", 2147483647}, {"[-2147483648]", -2147483647 - 1}, {"[2147483648]", 0}, {"[-2147483649]", 0}};
+    for (const auto &[json, expected] : numbers) {
+        Decoder edge(json);
+        int value = 0;
+        pps_decoder_push(&edge.decoder, nullptr);
+        EXPECT_EQ(pps_decoder_get_int(&edge.decoder, nullptr, &value), expected == 0 ? PPS_ERROR_TYPE : PPS_OK) << json;
+        EXPECT_EQ(value, expected);
+    }
 }
 
 TEST(PpsDecoder, ReadsTheNumberThatWasWrittenToItsLastBit)

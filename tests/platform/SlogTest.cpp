@@ -40,4 +40,13 @@ TEST(Slog, WritesWhatIsSevereEnoughUnderTheNameOfItsSet)
     EXPECT_THAT(written, testing::Not(testing::HasSubstr("too much")));
     EXPECT_LT(written.size(), 5000U);
     EXPECT_EQ(log(nullptr, SLOG2_INFO, "before registration"), -1);
+    EXPECT_EQ(log(buffers[0], SLOG2_DEBUG2 + 1, "no severity"), -1);
+    EXPECT_EQ(slog2_register(nullptr, buffers, 0) + slog2_register(&config, nullptr, 0), -2);
+    for (const int count : {0, SLOG2_MAX_BUFFERS + 1}) {
+        config.num_buffers = count;
+        EXPECT_EQ(slog2_register(&config, buffers, 0), -1) << count;
+    }
+    config.num_buffers = 1;
+    config.buffer_set_name = nullptr;
+    EXPECT_EQ(slog2_register(&config, buffers, 0), -1);
 }

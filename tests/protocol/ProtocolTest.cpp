@@ -214,7 +214,7 @@ TEST_F(ProtocolTest, AReasonBelongsToTheLastRequestOfItsThread)
         EXPECT_EQ(Error::reason(error), QString());
 }
 
-TEST(Errors, HaveATextOfTheirOwn)
+TEST(Error, HaveATextOfTheirOwn)
 {
     const QMetaEnum errors = QMetaEnum::fromType<Error::Type>();
     QSet<QString> texts;

@@ -246,7 +246,7 @@ TEST_F(PlaceStorageManagerTest, AManagerMayBeDestroyedByASlotAndWhileItSaves)
     EXPECT_TRUE(EventLoop::runUntil([&] { return EventLoop::threads() <= threads; }));
 }
 
-TEST(AWorkerQueue, BeginsNoOrderedJobThatIsTooLate)
+TEST(WorkerQueue, BeginsNoOrderedJobThatIsTooLate)
 {
     struct Job
     {

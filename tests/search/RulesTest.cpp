@@ -36,7 +36,7 @@ std::vector<std::string> membersOf(const SearchRule &rule)
 
 } // namespace
 
-TEST(ASearchRule, StaysFlatInChainsOfOneConnective)
+TEST(SearchRule, StaysFlatInChainsOfOneConnective)
 {
     const SearchRule ab = SearchRule::createAndRule(named("a"), named("b"));
     EXPECT_THAT(membersOf(SearchRule::createAndRule(ab, named("c"))), ElementsAre("a", "b", "c"));
@@ -46,7 +46,7 @@ TEST(ASearchRule, StaysFlatInChainsOfOneConnective)
     EXPECT_THAT(membersOf(ab), ElementsAre("a", "b")) << "what went in is never changed";
 }
 
-TEST(ASearchRule, EqualsOneThatIsBuiltAlikeWhateverTheOrder)
+TEST(SearchRule, EqualsOneThatIsBuiltAlikeWhateverTheOrder)
 {
     const SearchRule ab = SearchRule::createAndRule(named("a"), named("b"));
     const struct
@@ -68,7 +68,7 @@ TEST(ASearchRule, EqualsOneThatIsBuiltAlikeWhateverTheOrder)
               SearchRule::createLastUsedTimeRule(SearchOperator::Equals, 2));
 }
 
-TEST(ADisjointRule, SharesItsMemberWithItsClonesAndTakesNoOther)
+TEST(DisjointRule, SharesItsMemberWithItsClonesAndTakesNoOther)
 {
     std::unique_ptr<SearchRulePrivate> clone;
     const SearchRulePrivate *member = nullptr;
@@ -84,7 +84,7 @@ TEST(ADisjointRule, SharesItsMemberWithItsClonesAndTakesNoOther)
     EXPECT_TRUE(*member == *SearchRulePrivate::createListFavoriteRule()) << "it outlives the rule it was made with";
 }
 
-TEST(ASortRule, EqualsOneOfTheSameMembersAndTheSameCentre)
+TEST(SortRule, EqualsOneOfTheSameMembersAndTheSameCentre)
 {
     const Coordinates centre(1, 2);
     EXPECT_EQ(SortRule(), SortRule::createSimpleSortRule(SortField::Relevance, SortOrder::Descending));
@@ -106,7 +106,7 @@ TEST(ASortRule, EqualsOneOfTheSameMembersAndTheSameCentre)
     EXPECT_EQ(a.getRules().size(), 2U);
 }
 
-TEST(AHandle, KeepsTheWayBackToItself)
+TEST(SearchHandle, KeepsTheWayBackToItself)
 {
     const auto stateOf = [](SearchHandle &handle) { return SearchHandlePrivate::privateFromPublic(&handle); };
     SearchHandle original;
@@ -135,7 +135,7 @@ TEST(AHandle, KeepsTheWayBackToItself)
     EXPECT_THAT(stateOf(original)->indices(), IsEmpty());
 }
 
-TEST(AHandle, ReplacesAKnownMappingAndAppendsAnyOther)
+TEST(SearchHandle, ReplacesAKnownMappingAndAppendsAnyOther)
 {
     SearchHandle handle;
     SearchHandlePrivate &state = *SearchHandlePrivate::privateFromPublic(&handle);

@@ -3,7 +3,6 @@
 
 #include "Report.h"
 
-#include <places/Coordinates.h>
 #include <places/SearchResult.h>
 
 #include <QtCore/QVector>

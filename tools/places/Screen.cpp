@@ -5,7 +5,6 @@
 #include "Signals.h"
 #include "TerminalText.h"
 
-#include <clocale>
 #include <cstring>
 #include <exception>
 #include <utility>

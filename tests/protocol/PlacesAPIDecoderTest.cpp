@@ -46,7 +46,7 @@ const Fields PAGING = {flag(true), i32(20), i32(3), i32(4), i32(2), i32(5), i32(
 
 } // namespace
 
-TEST(AReply, OfAHeaderGivesTheHeaderWhatItHolds)
+TEST(PlacesAPIDecoder, OfAHeaderGivesTheHeaderWhatItHolds)
 {
     Reply reply(268, message(sample::headerFields()));
     PlaceHeader *decoded = nullptr;
@@ -70,7 +70,7 @@ TEST(AReply, OfAHeaderGivesTheHeaderWhatItHolds)
     EXPECT_EQ(data.dataMask(), sample::MASK);
 }
 
-TEST(AReply, OfTheOtherFormGivesWhatTheRecordHolds)
+TEST(PlacesAPIDecoder, OfTheOtherFormGivesWhatTheRecordHolds)
 {
     Reply full(268, message(sample::placeFields()));
     PlaceHeader *header = nullptr;
@@ -94,7 +94,7 @@ TEST(AReply, OfTheOtherFormGivesWhatTheRecordHolds)
     EXPECT_EQ(place->primaryUrl(), QUrl(QStringLiteral("https://cafe.example/")));
 }
 
-TEST(AReply, GivesEachRecordAProviderOfItsOwn)
+TEST(PlacesAPIDecoder, GivesEachRecordAProviderOfItsOwn)
 {
     const auto records = [](const char *first, const char *second) {
         const auto record = [](const char *provider) {
@@ -113,7 +113,7 @@ TEST(AReply, GivesEachRecordAProviderOfItsOwn)
     EXPECT_EQ(later[0].provider().name(), QStringLiteral("c"));
 }
 
-TEST(AReply, OfMixedPlacesKeepsTheirOrderAndKind)
+TEST(PlacesAPIDecoder, OfMixedPlacesKeepsTheirOrderAndKind)
 {
     Reply reply(269,
                 message(Fields{i32(3)} + sample::headerFields(1) + sample::placeFields(2) + sample::headerFields(3)));
@@ -126,7 +126,7 @@ TEST(AReply, OfMixedPlacesKeepsTheirOrderAndKind)
     }
 }
 
-TEST(AReply, OfAnotherTypeIsRefused)
+TEST(PlacesAPIDecoder, OfAnotherTypeIsRefused)
 {
     const std::string body = message({i32(0), i32(0), i32(0), i32(0), i32(0)});
     long long id = -7;
@@ -147,7 +147,7 @@ TEST(AReply, OfAnotherTypeIsRefused)
 }
 
 /// Every reply that is cut, or has a wrong byte of fill, or an impossible count, ends in a refusal, in no time.
-TEST(AReply, ThatIsDamagedIsRefusedAtWhateverByte)
+TEST(PlacesAPIDecoder, ThatIsDamagedIsRefusedAtWhateverByte)
 {
     const std::string whole = message(Fields{i32(2)} + sample::headerFields() + sample::placeFields() + PAGING);
     const std::size_t withoutTail = whole.size() - 20;
@@ -180,7 +180,7 @@ TEST(AReply, ThatIsDamagedIsRefusedAtWhateverByte)
     }
 }
 
-TEST(AReply, WithANegativeOrImpossibleCountIsRefused)
+TEST(PlacesAPIDecoder, WithANegativeOrImpossibleCountIsRefused)
 {
     for (const int count : {-1, 2, 0x7fffffff, std::numeric_limits<int>::min()}) {
         QStringList tags = {QStringLiteral("before")};
@@ -191,7 +191,7 @@ TEST(AReply, WithANegativeOrImpossibleCountIsRefused)
     EXPECT_TRUE(Reply(265, message({i32(0)})).decoder.decodeGetTagsResponse(tags));
 }
 
-TEST(APagingState, IsRecordedAtItsPositions)
+TEST(PlacesAPIDecoder, IsRecordedAtItsPositions)
 {
     SearchHandle handle;
     SearchHandlePrivate &state = *SearchHandlePrivate::privateFromPublic(&handle);
@@ -203,7 +203,7 @@ TEST(APagingState, IsRecordedAtItsPositions)
     EXPECT_TRUE(Reply(269, message(PAGING)).decoder.decodeSearchHandle(nullptr)) << "read, and stored nowhere";
 }
 
-TEST(APagingState, MayEndBeforeItsMappingsButNotWithinThem)
+TEST(PlacesAPIDecoder, MayEndBeforeItsMappingsButNotWithinThem)
 {
     const std::string whole = message(PAGING);
     const std::size_t withoutTail = 16;
@@ -220,7 +220,7 @@ TEST(APagingState, MayEndBeforeItsMappingsButNotWithinThem)
     }
 }
 
-TEST(APagingState, SurvivesABaseIndexThatMakesNoSense)
+TEST(PlacesAPIDecoder, SurvivesABaseIndexThatMakesNoSense)
 {
     for (const int base : {-5, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
         SearchHandle handle;

@@ -3,6 +3,9 @@
 #include "formats/ExactJson.h"
 #include "formats/Feature.h"
 #include "formats/GeoJsonWriter.h"
+#include "formats/Input.h"
+#include "formats/VCardReader.h"
+#include "formats/VCardWriter.h"
 #include "support/Placesd.h"
 
 #include <places/Place.h>
@@ -14,6 +17,7 @@
 
 #include <QtCore/QFile>
 #include <QtCore/QMap>
+#include <QtCore/QTemporaryFile>
 
 #include <map>
 #include <memory>
@@ -149,6 +153,21 @@ PlacePointer throughGeoJson(const PlacePointer &place)
     return read;
 }
 
+PlacePointer throughVCard(const PlacePointer &place)
+{
+    QTemporaryFile file;
+    EXPECT_TRUE(file.open() && file.write(formats::toVCard(*place)) > 0 && file.flush());
+    formats::Input input(file.fileName());
+    PlacePointer read;
+    EXPECT_EQ(formats::readVCards(input, {},
+                                  [&read](formats::ReadPlace member) {
+                                      read = std::move(member.place);
+                                      return true;
+                                  }),
+              QString());
+    return read;
+}
+
 constexpr struct
 {
     const char *name;
@@ -156,7 +175,7 @@ constexpr struct
     qint64 id; ///< What is stored already cannot be given to a service.
 } FORMS[] = {
     {"bytes", throughBytes, 4711},   {"JSON document", throughDocument, 4711}, {"map link", throughMapLink, 4711},
-    {"service", throughService, -1}, {"GeoJSON", throughGeoJson, 4711},
+    {"service", throughService, -1}, {"GeoJSON", throughGeoJson, 4711},        {"vCard", throughVCard, 4711},
 };
 
 // ------------------------------------------------------------------------------------------------------ the members
@@ -289,7 +308,7 @@ Table documented()
 
 } // namespace
 
-TEST(FormatsTest, TheDocumentedTableIsWhatTheFormsKeep)
+TEST(Formats, TheDocumentedTableIsWhatTheFormsKeep)
 {
     EXPECT_EQ(documented(), tried());
 }

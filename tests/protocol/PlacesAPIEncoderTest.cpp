@@ -50,7 +50,7 @@ const Fields NOWHERE =
 
 } // namespace
 
-TEST(ARequest, IsTheHeadAndTheFieldsOfItsOperation)
+TEST(PlacesAPIEncoder, IsTheHeadAndTheFieldsOfItsOperation)
 {
     Place place;
     sample::fill(place);
@@ -91,7 +91,7 @@ TEST(ARequest, IsTheHeadAndTheFieldsOfItsOperation)
         EXPECT_EQ(encoded(row.encode), message(row.expected)) << row.name;
 }
 
-TEST(ARequest, ForAHeadersPlaceSendsItsSearchTermOnce)
+TEST(PlacesAPIEncoder, ForAHeadersPlaceSendsItsSearchTermOnce)
 {
     Place place;
     sample::fill(place);
@@ -103,7 +103,7 @@ TEST(ARequest, ForAHeadersPlaceSendsItsSearchTermOnce)
     EXPECT_EQ(encoded(encode), message(head(12, 2) + Fields{i64(42), text("x:1"), text("poi"), text("")}));
 }
 
-TEST(ARequest, CountsTheLocationsThatItLeavesOut)
+TEST(PlacesAPIEncoder, CountsTheLocationsThatItLeavesOut)
 {
     Place place;
     sample::fill(place);
@@ -117,7 +117,7 @@ TEST(ARequest, CountsTheLocationsThatItLeavesOut)
     EXPECT_EQ(bytes.substr(first.size(), 12), message({i64(-1), i32(-1)})) << "the virtual one comes next";
 }
 
-TEST(ARequest, ForAuxiliaryDataIdentifiesThePlaceTheSameWayEveryTime)
+TEST(PlacesAPIEncoder, ForAuxiliaryDataIdentifiesThePlaceTheSameWayEveryTime)
 {
     const QSharedPointer<Place> place(new Place);
     sample::fill(*place, -1);
@@ -145,7 +145,7 @@ TEST(ARequest, ForAuxiliaryDataIdentifiesThePlaceTheSameWayEveryTime)
     EXPECT_FALSE(encoder.encodeGetAuxiliaryData(AuxiliaryDataRequest())) << "without a place there is nothing to ask";
 }
 
-TEST(AFind, WritesCountBeforeOffsetAndTheRulesBetween)
+TEST(PlacesAPIEncoder, WritesCountBeforeOffsetAndTheRulesBetween)
 {
     const SearchRule rule = SearchRule::createAndRule(
         SearchRule::createNameRule(SearchOperator::Contains, QStringLiteral("é")),
@@ -161,7 +161,7 @@ TEST(AFind, WritesCountBeforeOffsetAndTheRulesBetween)
                       + Fields{i32(2), i32(2), i32(0), i32(0), i32(-1), i32(-1)}));
 }
 
-TEST(AFind, WritesEveryKindOfRule)
+TEST(PlacesAPIEncoder, WritesEveryKindOfRule)
 {
     DisjointRule disjoint(SearchRulePrivate::createListFavoriteRule());
     AndRule withNull;
@@ -180,7 +180,7 @@ TEST(AFind, WritesEveryKindOfRule)
                       + Fields{i32(1), i32(1), i32(0), i32(0)}));
 }
 
-TEST(AFind, WritesEveryRuleUnderItsNumber)
+TEST(PlacesAPIEncoder, WritesEveryRuleUnderItsNumber)
 {
     using R = SearchRulePrivate;
     constexpr auto AtLeast = SearchOperator::GreaterOrEqual;
@@ -220,7 +220,7 @@ TEST(AFind, WritesEveryRuleUnderItsNumber)
         EXPECT_EQ(encoded([&](auto &r) { return r.encodeSearchRule(rule.get()); }), message(fields));
 }
 
-TEST(APlace, SurvivesTheWayThroughBytesAndAZoomWithIt)
+TEST(Utilities, SurvivesTheWayThroughBytesAndAZoomWithIt)
 {
     Place place;
     sample::fill(place);
@@ -243,7 +243,7 @@ TEST(APlace, SurvivesTheWayThroughBytesAndAZoomWithIt)
     EXPECT_FALSE(Utilities::deserialize(none, bytes, -1));
 }
 
-TEST(APlace, SurvivesTheWayThroughBytesWithLocationsThatSayNothing)
+TEST(Utilities, SurvivesTheWayThroughBytesWithLocationsThatSayNothing)
 {
     Location there;
     there.setCoordinates(Coordinates(1, 2));

@@ -1,6 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
 #include "support/Client.h"
+#include "support/Files.h"
 #include "support/Placesd.h"
 #include "support/Terminal.h"
 
@@ -13,6 +14,10 @@
 
 #include <algorithm>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 using testing::HasSubstr;
 using testing::Not;
 
@@ -24,15 +29,40 @@ QJsonObject json(const char *arguments)
     return QJsonDocument::fromJson(QByteArray::fromStdString(places(arguments).out)).object();
 }
 
-class ToolTest : public testing::Test
+QByteArray times(int count, const QByteArray &bytes)
+{
+    return bytes.repeated(count);
+}
+
+QByteArray exported()
+{
+    const Outcome outcome = places("export");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    return QByteArray::fromStdString(outcome.out);
+}
+
+QJsonArray features(const QByteArray &text)
+{
+    return QJsonDocument::fromJson(text)[QLatin1String("features")].toArray();
+}
+
+class PlacesTool : public testing::Test
 {
 protected:
+    /// Imports bytes as a file of this extension.
+    Outcome importFile(const char *extension, const QByteArray &bytes)
+    {
+        const QString path = service.path("in") + QLatin1Char('.') + QLatin1String(extension);
+        files::write(path, bytes);
+        return places(QStringList{QStringLiteral("import"), QStringLiteral("--duplicate"), path});
+    }
+
     Placesd service;
 };
 
 } // namespace
 
-TEST_F(ToolTest, APlaceGoesThroughItsWholeLife)
+TEST_F(PlacesTool, APlaceGoesThroughItsWholeLife)
 {
     EXPECT_EQ(places("add Café --at -46.9,7.4 --city Bern --tag beach --phone 031").out, "1\n");
     EXPECT_EQ(places("fav 1").status, 0);
@@ -58,9 +88,12 @@ TEST_F(ToolTest, APlaceGoesThroughItsWholeLife)
     EXPECT_EQ(json("--json find kaf")[QLatin1String("features")].toArray().size(), 0);
     EXPECT_EQ(places(("restore " + copy).c_str()).status, 0);
     EXPECT_THAT(places("find").out, HasSubstr("Café"));
+    for (const char *some : {"use 99 1", "tag 99 x", "remove 99 1 --yes"})
+        EXPECT_EQ(places(some).status, 1) << some << ": one of them failed";
+    EXPECT_EQ(places("--json find").out, "{\"type\":\"FeatureCollection\",\"hasMore\":false,\"features\":[]}\n");
 }
 
-TEST_F(ToolTest, EveryWayOfGoingWrongHasItsStatusAndSaysWhy)
+TEST_F(PlacesTool, EveryWayOfGoingWrongHasItsStatusAndSaysWhy)
 {
     const struct
     {
@@ -104,7 +137,7 @@ TEST_F(ToolTest, EveryWayOfGoingWrongHasItsStatusAndSaysWhy)
     EXPECT_EQ(places("--no-start tags").status, 69);
 }
 
-TEST_F(ToolTest, EveryCommandSaysWhatItDidAndFailsForWhatIsNotThere)
+TEST_F(PlacesTool, EveryCommandSaysWhatItDidAndFailsForWhatIsNotThere)
 {
     const std::string file = service.path("out.geojson").toStdString();
     const std::string backup = service.path("backup.db").toStdString();
@@ -180,7 +213,7 @@ TEST_F(ToolTest, EveryCommandSaysWhatItDidAndFailsForWhatIsNotThere)
     }
 }
 
-TEST_F(ToolTest, AChoiceIsMoreThanOnePageOfPlaces)
+TEST_F(PlacesTool, AChoiceIsMoreThanOnePageOfPlaces)
 {
     QByteArray rows = "name,lat,lon\n";
     for (int i = 0; i < 1500; ++i)
@@ -191,7 +224,7 @@ TEST_F(ToolTest, AChoiceIsMoreThanOnePageOfPlaces)
     EXPECT_EQ(places("remove --near 1,149.9 --radius 1000km --yes").out, "removed 90 places\n");
 }
 
-TEST_F(ToolTest, ABackupGoesThroughAPipe)
+TEST_F(PlacesTool, ABackupGoesThroughAPipe)
 {
     places("add Lake --at 47,8");
     const Outcome written = places("backup -");
@@ -201,7 +234,7 @@ TEST_F(ToolTest, ABackupGoesThroughAPipe)
     EXPECT_THAT(places("find").out, HasSubstr("Lake"));
 }
 
-TEST_F(ToolTest, APlaceIsEditedInTheEditor)
+TEST_F(PlacesTool, APlaceIsEditedInTheEditor)
 {
     places("add Lake --at 47,8 --tag a --phone 1");
     places("use 1");
@@ -249,7 +282,7 @@ TEST_F(ToolTest, APlaceIsEditedInTheEditor)
     qunsetenv("VISUAL");
 }
 
-TEST_F(ToolTest, PlacesAreListedNearAStoredOne)
+TEST_F(PlacesTool, PlacesAreListedNearAStoredOne)
 {
     for (const char *arguments : {"add 47.24,8.72 --name Lake-house", "add 8FVC9G8F+6X --name Far",
                                   "add Hut --city Bern", "add Lake-view --at 47\u00b015'N,8\u00b043'12\"E"})
@@ -278,7 +311,7 @@ TEST_F(ToolTest, PlacesAreListedNearAStoredOne)
     }
 }
 
-TEST_F(ToolTest, ALimitOfNoneIsNotTakenForNothingFound)
+TEST_F(PlacesTool, ALimitOfNoneIsNotTakenForNothingFound)
 {
     places("add Lake --at 1,2");
     const struct
@@ -296,7 +329,7 @@ TEST_F(ToolTest, ALimitOfNoneIsNotTakenForNothingFound)
     }
 }
 
-TEST_F(ToolTest, ArgumentsMayBeginWithADashAndAnOptionTakesNoMoreThanItsOwn)
+TEST_F(PlacesTool, ArgumentsMayBeginWithADashAndAnOptionTakesNoMoreThanItsOwn)
 {
     EXPECT_EQ(places("add --at -1,-2 -- -x").out, "1\n");
     EXPECT_EQ(places("tag 1 -- -t").status, 0);
@@ -304,7 +337,7 @@ TEST_F(ToolTest, ArgumentsMayBeginWithADashAndAnOptionTakesNoMoreThanItsOwn)
     EXPECT_EQ(places("tags").out, "-t\na\n");
 }
 
-TEST_F(ToolTest, NothingThatAPlaceHoldsReachesTheTerminalAsAnOrder)
+TEST_F(PlacesTool, NothingThatAPlaceHoldsReachesTheTerminalAsAnOrder)
 {
     const QString evil = QString::fromUtf8("\x1b[2J\xc2\x9b"
                                            "31m\x07\x7f\xe2\x80\x8f\xe2\x80\xae\xe2\x81\xa6"
@@ -334,7 +367,7 @@ TEST_F(ToolTest, NothingThatAPlaceHoldsReachesTheTerminalAsAnOrder)
     EXPECT_THAT(places("export").out, HasSubstr(evil.mid(evil.indexOf(QChar(0x7F))).toStdString()));
 }
 
-TEST_F(ToolTest, OutputThatCannotBeWrittenIsAFailure)
+TEST_F(PlacesTool, OutputThatCannotBeWrittenIsAFailure)
 {
     EXPECT_EQ(places("add Lake --at 1,2").out, "1\n");
     for (const char *arguments : {"find", "--json find", "export"}) {
@@ -346,7 +379,73 @@ TEST_F(ToolTest, OutputThatCannotBeWrittenIsAFailure)
     }
 }
 
-TEST(TheClient, StartsAServiceOfItsOwnWhereNoneRuns)
+TEST_F(PlacesTool, ProblemsComeInTheOrderOfTheFile)
+{
+    QByteArray rows = "name,lat,lon\n";
+    QByteArray problems;
+    for (int row = 2; row <= 2000; ++row) {
+        const bool isNowhere = row % 7 == 0;
+        const bool isRefused = !isNowhere && row % 5 == 0;
+        rows += (isRefused ? times(5000, "x") : QByteArray("A")) + (isNowhere ? ",91,2\n" : ",1,2\n");
+        if (isNowhere || isRefused)
+            problems += "row " + QByteArray::number(row)
+                        + (isNowhere ? ": no point on the Earth\n"
+                                     : ": more than the places service allows: a text of the place has more than 4096 "
+                                       "UTF-16 units (descriptions and values of properties: 262144), or one of its "
+                                       "lists more than 1000 members\n");
+    }
+    const Outcome outcome = importFile("csv", rows);
+    const QString start = QStringLiteral("places: %1: ").arg(service.path("in.csv"));
+    EXPECT_EQ(QString::fromStdString(outcome.err).remove(start), QString::fromUtf8(problems));
+    EXPECT_EQ(outcome.out, "1371 imported, 0 skipped, 628 failed\n");
+    EXPECT_EQ(features(exported()).size(), 1371) << "more than a page of the service";
+}
+
+TEST_F(PlacesTool, AnImportEndsWhenTheServiceDoesAndKeepsWhatWasStored)
+{
+    QProcess client;
+    client.start(QStringLiteral(PROGRAMS "/places"),
+                 {QStringLiteral("--no-start"), QStringLiteral("import"), QStringLiteral("--format"),
+                  QStringLiteral("csv"), QStringLiteral("-")});
+    client.write("name,lat,lon\nA,1,2\n" + times(64 * 1024, "\n"));
+    for (int i = 0; i < 1000 && features(exported()).isEmpty(); ++i)
+        client.waitForBytesWritten(10);
+    // Writes are answered in their order, so the addition is answered too.
+    EXPECT_EQ(places("use 1").status, 0);
+    service.kill();
+    client.write("B,1,2\nC,1,2\n");
+    client.closeWriteChannel();
+    EXPECT_TRUE(client.waitForFinished(60000));
+    EXPECT_EQ(client.exitCode(), 69);
+    EXPECT_EQ(client.readAllStandardOutput(), "1 imported, 0 skipped, 1 failed\n");
+    service.start();
+    EXPECT_EQ(features(exported()).size(), 1);
+}
+
+TEST_F(PlacesTool, AnExportCanBeImportedAndGoesIntoAPipe)
+{
+    EXPECT_EQ(exported(), "{\"type\":\"FeatureCollection\",\"features\":[\n\n]}\n");
+    EXPECT_EQ(places("add A --at 1,2").status, 0);
+    const Outcome documents = places("export --format json");
+    EXPECT_EQ(QByteArray::fromStdString(documents.out).count("\"complete\":true"), 1);
+    EXPECT_EQ(places("import -", QByteArray::fromStdString(documents.out)).out, "0 imported, 1 skipped, 0 failed\n");
+    for (const char *name : {"out.geojson.gz", "out.zip"}) {
+        EXPECT_EQ(places(QStringList{QStringLiteral("export"), service.path(name)}).status, 0) << name;
+        const Outcome outcome = places(QStringList{QStringLiteral("import"), service.path(name)});
+        EXPECT_EQ(outcome.out, "0 imported, 1 skipped, 0 failed\n") << name << outcome.err;
+    }
+    EXPECT_EQ(places("export /no/such/folder/x").status, 1);
+    EXPECT_EQ(places("export x.gpx").status, 2);
+    const QByteArray pipe = service.path("pipe").toLocal8Bit();
+    ASSERT_EQ(::mkfifo(pipe.constData(), 0600), 0);
+    const int end = ::open(pipe.constData(), O_RDWR | O_CLOEXEC);
+    EXPECT_EQ(places(QStringList{QStringLiteral("export"), service.path("pipe")}).status, 0);
+    char byte = 0;
+    EXPECT_EQ(::read(end, &byte, 1), 1) << "a pipe is written to, not replaced";
+    ::close(end);
+}
+
+TEST(PlacesToolAlone, StartsAServiceOfItsOwnWhereNoneRuns)
 {
     QTemporaryDir home;
     qputenv("VELA_CHANNEL_DIR", home.filePath(QStringLiteral("none")).toLocal8Bit());

@@ -18,10 +18,10 @@ using testing::Not;
 namespace
 {
 
-class SearchTest : public testing::Test
+class SearchCommand : public testing::Test
 {
 protected:
-    SearchTest()
+    SearchCommand()
     {
         (void)places("add Zoo --at 47.38,8.57 --tag lbs-favorite");
         (void)places("add Zollhaus --at 47.37,8.53");
@@ -32,10 +32,10 @@ protected:
 };
 
 /// Real places to find, and three that are stored.
-class SampleSearchTest : public testing::Test
+class SearchBox : public testing::Test
 {
 protected:
-    SampleSearchTest()
+    SearchBox()
     {
         awaitGazetteer();
         (void)places("add HeathrowShed --at 1,2");
@@ -67,7 +67,7 @@ public:
 
 } // namespace
 
-TEST_F(SearchTest, EachGroupComesUnderItsTitleAndOnlyThoseWithResults)
+TEST_F(SearchCommand, EachGroupComesUnderItsTitleAndOnlyThoseWithResults)
 {
     const Outcome found = places("search zo --group local --group contacts,remote");
     EXPECT_EQ(found.status, 0);
@@ -83,7 +83,7 @@ TEST_F(SearchTest, EachGroupComesUnderItsTitleAndOnlyThoseWithResults)
     EXPECT_THAT(places("search z --group Remote --limit 1").out, HasSubstr("Elsewhere, the first 1\n"));
 }
 
-TEST_F(SearchTest, ProgramsGetOneDocumentWithTheGroupsInTheOrderTheyAskedFor)
+TEST_F(SearchCommand, ProgramsGetOneDocumentWithTheGroupsInTheOrderTheyAskedFor)
 {
     const Outcome found = places("--json search zo --group suggestions,local --limit 1");
     const QJsonArray groups =
@@ -96,7 +96,7 @@ TEST_F(SearchTest, ProgramsGetOneDocumentWithTheGroupsInTheOrderTheyAskedFor)
     EXPECT_EQ(local[QLatin1String("features")].toArray().size(), 1);
 }
 
-TEST_F(SearchTest, AnInterruptEndsASearchAtOnceWhateverTheServiceOwes)
+TEST_F(SearchCommand, AnInterruptEndsASearchAtOnceWhateverTheServiceOwes)
 {
     service.pause();
     QProcess client;
@@ -109,7 +109,7 @@ TEST_F(SearchTest, AnInterruptEndsASearchAtOnceWhateverTheServiceOwes)
     service.resume();
 }
 
-TEST_F(SearchTest, WhatIsTypedIsSearchedAndWhatIsChosenIsShown)
+TEST_F(SearchCommand, WhatIsTypedIsSearchedAndWhatIsChosenIsShown)
 {
     Typing typing;
     ASSERT_TRUE(typing.searches());
@@ -124,7 +124,7 @@ TEST_F(SearchTest, WhatIsTypedIsSearchedAndWhatIsChosenIsShown)
     EXPECT_TRUE(typing.isRestored());
 }
 
-TEST_F(SearchTest, EveryWayOutLeavesTheTerminalAsItWas)
+TEST_F(SearchCommand, EveryWayOutLeavesTheTerminalAsItWas)
 {
     const struct
     {
@@ -150,7 +150,7 @@ TEST_F(SearchTest, EveryWayOutLeavesTheTerminalAsItWas)
     service.resume();
 }
 
-TEST_F(SampleSearchTest, EnterChoosesFromTheAnswerToWhatWasTypedAndNothingElse)
+TEST_F(SearchBox, EnterChoosesFromTheAnswerToWhatWasTypedAndNothingElse)
 {
     const struct
     {
@@ -184,7 +184,7 @@ TEST_F(SampleSearchTest, EnterChoosesFromTheAnswerToWhatWasTypedAndNothingElse)
     }
 }
 
-TEST_F(SampleSearchTest, TypingOnCancelsAnEnterThatWaits)
+TEST_F(SearchBox, TypingOnCancelsAnEnterThatWaits)
 {
     Typing typing("--group=suggestions");
     service.pause();
@@ -199,7 +199,7 @@ TEST_F(SampleSearchTest, TypingOnCancelsAnEnterThatWaits)
     EXPECT_EQ(typing.wait(), 0);
 }
 
-TEST_F(SampleSearchTest, ACategoryLeadsToItsPlacesNearTheCentreAndBack)
+TEST_F(SearchBox, ACategoryLeadsToItsPlacesNearTheCentreAndBack)
 {
     Typing typing("--group=category-suggestions", "xterm", "--near=51.47,-0.45");
     typing.type("large\r");
@@ -216,7 +216,7 @@ TEST_F(SampleSearchTest, ACategoryLeadsToItsPlacesNearTheCentreAndBack)
     EXPECT_THAT(typing.output(), HasSubstr("Name          London Heathrow Airport"));
 }
 
-TEST_F(SampleSearchTest, PlacesOfOneNameCanBeToldApartInFortyColumns)
+TEST_F(SearchBox, PlacesOfOneNameCanBeToldApartInFortyColumns)
 {
     Typing typing("--group=remote");
     typing.resize(20, 40);
@@ -227,7 +227,7 @@ TEST_F(SampleSearchTest, PlacesOfOneNameCanBeToldApartInFortyColumns)
         EXPECT_THAT(typing.output(), HasSubstr(region));
 }
 
-TEST_F(SampleSearchTest, ATerminalWithoutACursorIsServedByLines)
+TEST_F(SearchBox, ATerminalWithoutACursorIsServedByLines)
 {
     Typing typing("--group=local,suggestions", "dumb");
     typing.type("heathrow\n");
@@ -244,7 +244,7 @@ TEST_F(SampleSearchTest, ATerminalWithoutACursorIsServedByLines)
     EXPECT_EQ(places("search --as-you-type", "heathrow").status, 1) << "the end of the input chooses nothing";
 }
 
-TEST_F(SearchTest, ContactsAreListedAndProvidersAskedForWhatTheyKnowOfAPlace)
+TEST_F(SearchCommand, ContactsAreListedAndProvidersAskedForWhatTheyKnowOfAPlace)
 {
     const std::string all = places("contacts").out;
     EXPECT_LT(all.find("Anna"), all.find("Zoe")) << all;
