@@ -224,6 +224,19 @@ TEST_F(PlacesTool, AChoiceIsMoreThanOnePageOfPlaces)
     EXPECT_EQ(places("remove --near 1,149.9 --radius 1000km --yes").out, "removed 90 places\n");
 }
 
+TEST_F(PlacesTool, AsksOnATerminalBeforeItRemovesSeveral)
+{
+    for (const char *name : {"A", "B"})
+        places((std::string("add --at 1,2 ") + name).c_str());
+    for (const auto &[answer, status] : {std::pair("\n", 1), std::pair("y\n", 0)}) {
+        Terminal terminal([] { ::execl(PROGRAMS "/places", "places", "remove", "1", "2", nullptr); });
+        EXPECT_TRUE(terminal.shows("remove 2 places? [y/N]"));
+        terminal.type(answer);
+        EXPECT_EQ(WEXITSTATUS(terminal.wait()), status);
+        EXPECT_EQ(places("find").out.empty(), status == 0);
+    }
+}
+
 TEST_F(PlacesTool, ABackupGoesThroughAPipe)
 {
     places("add Lake --at 47,8");
