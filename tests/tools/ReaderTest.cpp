@@ -270,6 +270,6 @@ TEST(Formats, AreToldByNameAndByContent)
         EXPECT_STREQ(found ? found->name : nullptr, format) << path;
     }
     EXPECT_EQ(formats::formatByName(QStringLiteral("tsv")), nullptr);
-    for (const QString &name : formats::formatNames(false))
-        EXPECT_EQ(formats::formatNames(true).contains(name), formats::formatByName(name)->makeWriter != nullptr);
+    EXPECT_TRUE(formats::formatNames(false).contains(QStringLiteral("gpx")));
+    EXPECT_FALSE(formats::formatNames(true).contains(QStringLiteral("gpx"))) << "it cannot be written";
 }
