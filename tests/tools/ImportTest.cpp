@@ -1,5 +1,6 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
+#include "ImportSummary.h"
 #include "support/Client.h"
 #include "support/Placesd.h"
 
@@ -34,7 +35,7 @@ int stored()
 
 } // namespace
 
-TEST(ImportTest, AMemberIsKnownByItsIdElseByNameAndPosition)
+TEST(Import, AMemberIsKnownByItsIdElseByNameAndPosition)
 {
     const std::string many = [] {
         std::string text;
@@ -77,7 +78,7 @@ TEST(ImportTest, AMemberIsKnownByItsIdElseByNameAndPosition)
     EXPECT_EQ(stored(), count + 200);
 }
 
-TEST(ImportTest, AChainHasMoreNamesakesThanOneAnswerHolds)
+TEST(Import, AChainHasMoreNamesakesThanOneAnswerHolds)
 {
     std::string chain;
     for (int i = 0; i < 60; ++i)
@@ -89,7 +90,7 @@ TEST(ImportTest, AChainHasMoreNamesakesThanOneAnswerHolds)
         "0 imported, 3 skipped, 0 failed\n");
 }
 
-TEST(ImportTest, AnUpdateTakesOverWhatTheFileSaysAndKeepsTheRest)
+TEST(Import, AnUpdateTakesOverWhatTheFileSaysAndKeepsTheRest)
 {
     const Placesd service;
     const QStringList update{QStringLiteral("--update")};
@@ -114,7 +115,26 @@ TEST(ImportTest, AnUpdateTakesOverWhatTheFileSaysAndKeepsTheRest)
         EXPECT_THAT(out, HasSubstr(part));
 }
 
-TEST(ImportTest, AnInterruptedImportSaysHowToGoOn)
+TEST(ImportSummary, NamesTheKindsThatAreNoPlaces)
+{
+    using formats::MemberKind;
+    tool::ImportSummary summary;
+    summary.count(tool::MemberOutcome::Imported);
+    EXPECT_EQ(summary.text({}).toStdString(), "1 imported, 0 skipped, 0 failed");
+    for (const MemberKind kind : {MemberKind::Track, MemberKind::Area, MemberKind::Track})
+        summary.count(kind);
+    EXPECT_EQ(summary.text({}).toStdString(), "1 imported, 0 skipped, 0 failed; 1 area (--areas imports it), 2 tracks");
+    summary.count(MemberKind::Area);
+    summary.count(MemberKind::Route);
+    EXPECT_EQ(
+        summary.text({tool::StoredMembers::Update}).toStdString(),
+        "1 imported, 0 updated, 0 unchanged, 0 skipped, 0 failed; 2 areas (--areas imports them), 2 tracks, 1 route");
+    EXPECT_EQ(
+        summary.json().left(summary.json().indexOf(",\"problems")).toStdString(),
+        R"({"imported":1,"updated":0,"unchanged":0,"skipped":0,"failed":0,"lines":0,"areas":2,"tracks":2,"routes":1)");
+}
+
+TEST(Import, AnInterruptedImportSaysHowToGoOn)
 {
     const Placesd service;
     for (const int signal : {SIGINT, SIGTERM}) {

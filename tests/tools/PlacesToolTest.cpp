@@ -8,9 +8,12 @@
 
 #include <gmock/gmock.h>
 
+#include <QtCore/QFileInfo>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
+
+#include <algorithm>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -67,6 +70,164 @@ TEST_F(PlacesTool, AnswersEveryCommandAsInTheSession)
     EXPECT_EQ(places(QStringList{QStringLiteral("add"), QStringLiteral(" "), QStringLiteral("--at=1,2")}).status, 2);
     service.kill();
     EXPECT_EQ(places("--no-start tags").status, 69);
+}
+
+TEST_F(PlacesTool, EveryCommandSaysWhatItDidAndFailsForWhatIsNotThere)
+{
+    const std::string file = service.path("out.geojson").toStdString();
+    const std::string backup = service.path("backup.db").toStdString();
+    const std::string none = "there is no such place: no place has the id 99\n";
+    const struct
+    {
+        std::string arguments;
+        int status;
+        std::string out;
+        std::string err; ///< The whole of it; its beginning where it ends with "...".
+    } rows[] = {
+        {"add Lake --at 47,8 --tag a", 0, "1\n", ""},
+        {"add River --at 47.01,8", 0, "2\n", ""},
+        {"-q add Lakeside --at 46,179.9", 0, "3\n", ""},
+        {"update 1 --city Bern", 0, "changed 1 place\n", ""},
+        {"update 1", 2, "", "places: update: change what? Nothing is given; see places update --help\n"},
+        {"update 99 --city Bern", 1, "", "places: place 99: " + none},
+        {"fav 1 2", 0, "marked 2 places as favourite\n", ""},
+        {"fav 1", 0, "marked 1 place as favourite\n", ""},
+        {"unfav 1 3", 1, "unmarked 1 place as favourite\n",
+         "places: place 3: is no favourite; places fav makes it one\n"},
+        {"unfav lake", 1, "", "places: unfav: there is nothing to change\n"},
+        {"unfav 2 99", 1, "unmarked 1 place as favourite\n", "places: place 99: " + none},
+        {"use 1 3", 0, "counted a use of 2 places\n", ""},
+        {"--json tag 1 3 x y", 0, "{\"tagged\":2}\n", ""},
+        {"tag 1", 2, "", "places: tag: which tag?..."},
+        {"tag --as 2024 1", 0, "tagged 1 place\n", ""},
+        {"untag 1 x nope", 1, "untagged 1 place\n", "places: place 1: has no tag nope\n"},
+        {"untag --as x --tag y", 0, "untagged 1 place\n", ""},
+        {"untag --as x --tag y", 1, "", "places: untag: there is nothing to change\n"},
+        {"find --tag x", 0, "", "places: nothing found\n"},
+        {"find lake --tag a", 0, "      1   Lake                                     Bern\n", ""},
+        {"find --within 45,179,47,-179", 0, "      3   Lakeside                                 \n", ""},
+        {"find --near 47,8 --radius 1km", 0, "      1   Lake                                     Bern 0 m\n", ""},
+        {"find --since 2020-01-01 river", 0, "      2   River                                    \n", ""},
+        {"find --since 2100-01-01", 0, "", "places: nothing found\n"},
+        {"find --owner nobody", 0, "", "places: nothing found\n"},
+        {"find --radius 5", 2, "", "places: find: --radius needs a position..."},
+        {"near 47,8 --radius 10", 0, "      1   Lake                                     Bern 0 m\n", ""},
+        {"show 1 99 --document", 1, "{\"...", "places: place 99: " + none},
+        {"export " + file + " lake", 0, "exported 2 places to " + file + "\n", ""},
+        {"export " + file + " 1 99", 1, "", "places: place 99: " + none},
+        {"export - --dry-run 2", 0, "      2   River                                    \n", ""},
+        {"import " + file, 0, "0 imported, 2 skipped, 0 failed\n", ""},
+        {"--quiet import " + file, 0, "", ""},
+        {"backup " + backup, 0, "wrote all that is stored to " + backup + "\n", ""},
+        {"remove 1 river", 2, "", "places: remove: numbers and words; ..."},
+        {"remove 1 --tag a", 2, "", "places: remove: numbers and conditions; ..."},
+        {"remove", 2, "", "places: remove: which places?..."},
+        {"remove lake --dry-run", 0,
+         "      1   Lake                                     Bern\n"
+         "      3   Lakeside                                 \n",
+         ""},
+        {"remove lake", 2, "", "places: remove 2 places: that is more than one; say --yes..."},
+        {"remove river", 0, "removed 1 place\n", ""},
+        {"remove river", 1, "", "places: nothing found\n"},
+        {"--json remove --yes 1 3", 0, "{\"removed\":2}\n", ""},
+        {"-q restore " + backup, 0, "", ""},
+        {"--json remove 1 3 99 --yes", 1, "{\"removed\":2}\n", "places: place 99: " + none},
+    };
+    const auto isAsSaid = [](std::string text, std::string said) {
+        if (said.size() >= 3 && said.substr(said.size() - 3) == "...") {
+            said.resize(said.size() - 3);
+            text.resize(std::min(text.size(), said.size()));
+        }
+        return testing::ExplainMatchResult(testing::StrEq(said), text, nullptr);
+    };
+    for (const auto &row : rows) {
+        const Outcome outcome = places(row.arguments.c_str());
+        EXPECT_EQ(outcome.status, row.status) << row.arguments;
+        EXPECT_TRUE(isAsSaid(outcome.out, row.out)) << row.arguments << ": " << outcome.out;
+        EXPECT_TRUE(isAsSaid(outcome.err, row.err)) << row.arguments << ": " << outcome.err;
+    }
+}
+
+TEST_F(PlacesTool, AChoiceIsMoreThanOnePageOfPlaces)
+{
+    QByteArray rows = "name,lat,lon\n";
+    for (int i = 0; i < 1500; ++i)
+        rows += "A,1," + QByteArray::number(i / 10.0) + '\n';
+    EXPECT_EQ(places("-q import --format csv -", rows).status, 0);
+    EXPECT_EQ(places("tag --as far --within 0,0,2,120").out, "tagged 1201 places\n");
+    EXPECT_EQ(places("remove --tag far --yes").out, "removed 1201 places\n");
+    EXPECT_EQ(places("remove --near 1,149.9 --radius 1000km --yes").out, "removed 90 places\n");
+}
+
+TEST_F(PlacesTool, AsksOnATerminalBeforeItRemovesSeveral)
+{
+    for (const char *name : {"A", "B"})
+        places((std::string("add --at 1,2 ") + name).c_str());
+    for (const auto &[answer, status] : {std::pair("\n", 1), std::pair("y\n", 0)}) {
+        Terminal terminal([] { ::execl(PROGRAMS "/places", "places", "remove", "1", "2", nullptr); });
+        EXPECT_TRUE(terminal.shows("remove 2 places? [y/N]"));
+        terminal.type(answer);
+        EXPECT_EQ(WEXITSTATUS(terminal.wait()), status);
+        EXPECT_EQ(places("find").out.empty(), status == 0);
+    }
+}
+
+TEST_F(PlacesTool, ABackupGoesThroughAPipe)
+{
+    places("add Lake --at 47,8");
+    const Outcome written = places("backup -");
+    EXPECT_EQ(written.status, 0) << written.err;
+    EXPECT_EQ(places("remove 1").status, 0);
+    EXPECT_EQ(places("restore -", QByteArray::fromStdString(written.out)).status, 0);
+    EXPECT_THAT(places("find").out, HasSubstr("Lake"));
+}
+
+TEST_F(PlacesTool, APlaceIsEditedInTheEditor)
+{
+    places("add Lake --at 47,8 --tag a --phone 1");
+    places("use 1");
+    const std::string mark = service.path("mark").toStdString();
+    const std::string client = PROGRAMS "/places -q ";
+    const struct
+    {
+        std::string editor;
+        const char *answers;
+        int status;
+        const char *says;
+        const char *name; ///< Of the place afterwards.
+    } cases[] = {
+        {"true", "", 0, "place 1 is as it was\n", "Lake"},
+        {"sed -i s/Lake/Sea/", "", 0, "changed 1 place\n", "Sea"},
+        {"false", "", 1, "the editor failed: false", "Sea"},
+        {"sed -i s/Point/Blob/", "n\n", 1, "places: edit it again? [Y/n]", "Sea"},
+        {"sed -i 's/Sea/ /'", "", 1, "no name", "Sea"},
+        {"f() { if [ -e " + mark + " ]; then sed -i 's/Blob/Point/; s/Sea/Bay/' \"$1\"; else touch " + mark
+             + "; sed -i s/Point/Blob/ \"$1\"; fi; }; f",
+         "\n", 0, "changed 1 place\n", "Bay"},
+        {client + "tag 1 other; sed -i s/Bay/Gulf/", "n\n", 1, "another program has changed it meanwhile", "Bay"},
+        {client + "tag 1 more; sed -i s/Bay/Gulf/", "y\n", 0, "changed 1 place\n", "Gulf"},
+        {client + "use 1; sed -i s/Gulf/Fjord/", "", 0, "changed 1 place\n", "Fjord"},
+        {client + "remove 1; sed -i s/Fjord/Sound/", "", 1, "there is no such place", nullptr},
+    };
+    for (const auto &row : cases) {
+        qputenv("VISUAL", row.editor.c_str());
+        const Outcome outcome = places("edit 1", row.answers);
+        EXPECT_EQ(outcome.status, row.status) << row.editor;
+        EXPECT_THAT(outcome.out + outcome.err, HasSubstr(row.says)) << row.editor;
+        const Outcome shown = places("show 1");
+        EXPECT_EQ(shown.status, row.name ? 0 : 1);
+        if (!row.name)
+            continue;
+        EXPECT_THAT(shown.out, HasSubstr(std::string("Name          ") + row.name)) << row.editor;
+        for (const char *kept : {"Position      47.00000, 8.00000\n", "Tags          a", "Phone         1\n", "Uses  "})
+            EXPECT_THAT(shown.out, HasSubstr(kept)) << row.editor;
+    }
+    places("add Lake --at 47,8");
+    qputenv("VISUAL", "stat -c %a:%n");
+    const QString said = QString::fromStdString(places("edit 2").out).section(QLatin1Char('\n'), 0, 0);
+    EXPECT_TRUE(said.startsWith(QLatin1String("600:/"))) << said.toStdString();
+    EXPECT_FALSE(QFileInfo::exists(said.mid(4)));
+    qunsetenv("VISUAL");
 }
 
 TEST_F(PlacesTool, PlacesAreListedNearAStoredOne)

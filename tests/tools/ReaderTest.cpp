@@ -271,5 +271,6 @@ TEST(Formats, AreToldByNameAndByContent)
         EXPECT_STREQ(found ? found->name : nullptr, format) << path;
     }
     EXPECT_EQ(formats::formatByName(QStringLiteral("tsv")), nullptr);
-    EXPECT_EQ(formats::formatNames(true).join(QLatin1Char(' ')), QStringLiteral("geojson json gpx kml csv vcard kmz json-latin1"));
+    EXPECT_EQ(formats::formatNames(true).join(QLatin1Char(' ')),
+              QStringLiteral("geojson json gpx kml csv vcard kmz json-latin1"));
 }

@@ -12,6 +12,9 @@
 #include <places/PlaceManager.h>
 #include <places/PointOfInterestAuxiliaryData.h>
 
+#include <QtCore/QByteArrayList>
+
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <string>
@@ -25,11 +28,6 @@ using namespace places;
 
 namespace
 {
-
-QString nameOf(qint64 id)
-{
-    return QStringLiteral("place %1").arg(id);
-}
 
 /// The values of a place given as options; a value that is not given stays unchanged.
 struct Details
@@ -48,6 +46,12 @@ struct Details
     std::optional<std::string> email;
     std::optional<std::string> url;
     std::vector<std::string> tags;
+
+    [[nodiscard]] bool saysAnything() const
+    {
+        return name || position || description || label || street || city || region || country || countryCode
+               || postalCode || phone || email || url || !tags.empty();
+    }
 };
 
 void addDetailOptions(CLI::App &command, Details &details)
@@ -160,38 +164,30 @@ ExitStatus withPlace(qint64 id, Work work)
 {
     Error::Type error = Error::Success;
     const std::unique_ptr<Place> place(PlaceManager().getPlace(id, &error));
-    return place ? work(*place) : report(error, nameOf(id));
+    return place ? work(*place) : report(error, nameOfPlace(id));
 }
 
-/// Calls `work` for each of several places and continues after a failure; returns the last failure.
-template <typename Work>
-ExitStatus withEach(const std::vector<qint64> &ids, Work work)
+ExitStatus update(qint64 id, const Details &details, const Context &context)
 {
-    ExitStatus status = Done;
-    for (const qint64 id : ids) {
-        if (const ExitStatus outcome = report(work(id), nameOf(id)); outcome != Done)
-            status = outcome;
-    }
-    return status;
+    if (!details.saysAnything())
+        return misuse("update", QStringLiteral("change what? Nothing is given"));
+    return withPlace(id, [&](Place &place) {
+        apply(place, details);
+        const ExitStatus status = report(PlaceManager().updatePlace(&place), nameOfPlace(id));
+        if (status == Done)
+            printDone(context, "changed", 1, QStringLiteral("changed 1 place"));
+        return status;
+    });
 }
 
-ExitStatus update(Place &place, const Details &details)
+struct ShowOptions
 {
-    apply(place, details);
-    return report(PlaceManager().updatePlace(&place), nameOf(place.id()));
-}
-
-/// Shows a position or the place of a link without storing it.
-ExitStatus showLink(const QString &link, Form form)
-{
-    Place place;
-    if (const QString problem = readLink(link, place); !problem.isEmpty()) {
-        complain(link, problem);
-        return WrongUse;
-    }
-    printPlace(place, form);
-    return Done;
-}
+    std::vector<std::string> places;
+    bool asDocument = false;
+    bool records = false;
+    std::string type;
+    bool onlyRemote = false;
+};
 
 /// True for the number of a stored place.
 bool isId(const QString &text)
@@ -201,64 +197,91 @@ bool isId(const QString &text)
     return isNumber;
 }
 
-ExitStatus show(const QString &idOrLink, Form form)
+/// Fetches a stored place, or makes the place of a position or link, which is not stored. Null on failure.
+std::unique_ptr<Place> placeOf(const QString &idOrLink, ExitStatus &status)
 {
-    if (!isId(idOrLink))
-        return showLink(idOrLink, form);
-    return withPlace(idOrLink.toLongLong(), [form](const Place &place) {
-        printPlace(place, form);
-        return Done;
-    });
+    if (isId(idOrLink)) {
+        Error::Type error = Error::Success;
+        std::unique_ptr<Place> place(PlaceManager().getPlace(idOrLink.toLongLong(), &error));
+        if (!place)
+            status = report(error, nameOfPlace(idOrLink.toLongLong()));
+        return place;
+    }
+    auto place = std::make_unique<Place>();
+    const QString problem = readLink(idOrLink, *place);
+    if (problem.isEmpty())
+        return place;
+    complain(idOrLink, problem);
+    status = WrongUse;
+    return nullptr;
+}
+
+QByteArray collectionOf(const std::vector<std::unique_ptr<Place>> &places)
+{
+    QByteArrayList features;
+    for (const auto &place : places)
+        features.append(toGeoJson(*place));
+    return R"({"type":"FeatureCollection","features":[)" + features.join(',') + "]}";
+}
+
+ExitStatus showPlaces(const QStringList &idsOrLinks, Form form)
+{
+    ExitStatus status = Done;
+    std::vector<std::unique_ptr<Place>> found;
+    for (const QString &idOrLink : idsOrLinks) {
+        if (std::unique_ptr<Place> place = placeOf(idOrLink, status))
+            found.push_back(std::move(place));
+    }
+    if (form == Form::Json && idsOrLinks.size() > 1) {
+        printJson(collectionOf(found));
+        return status;
+    }
+    for (const auto &place : found) {
+        if (form == Form::Table && place != found.front())
+            printLine({});
+        printPlace(*place, form);
+    }
+    return status;
+}
+
+ExitStatus show(const ShowOptions &options, const QStringList &places, Form form)
+{
+    if (!options.records)
+        return showPlaces(places, options.asDocument ? Form::Document : form);
+    if (places.size() > 1)
+        return misuse("show", QStringLiteral("records are those of one place"));
+    if (!isId(places.first())) {
+        complain(places.first(), QStringLiteral("records can only be fetched for a stored place; give its number"));
+        return WrongUse;
+    }
+    return showRecords(places.first().toLongLong(), text(options.type), options.onlyRemote, form);
 }
 
 void addShowCommand(CLI::App &app, Context &context)
 {
-    struct Options
-    {
-        std::string place;
-        bool asDocument = false;
-        bool records = false;
-        std::string type;
-        bool onlyRemote = false;
-    };
-    const auto options = std::make_shared<Options>();
-    CLI::App *command = app.add_subcommand("show", "Show all data of a place, a position, or the place of a link");
-    command->add_option("PLACE", options->place, "Number of the place, position, geo: URI or map link")
+    const auto options = std::make_shared<ShowOptions>();
+    CLI::App *command = app.add_subcommand("show", "Show all data of places, positions, or the places of links");
+    command->add_option("PLACE", options->places, "Numbers of places, positions, geo: URIs or map links")
         ->required()
         ->transform(IsIdOrPosition);
-    CLI::Option *document = command->add_flag("--document", options->asDocument, "Write the place's JSON document");
+    CLI::Option *document = command->add_flag("--document", options->asDocument, "Write the places' JSON documents");
     CLI::Option *aux =
         command->add_flag("--aux", options->records, "Fetch the place's auxiliary records instead")->excludes(document);
     command->add_option("--type", options->type, "Only records of this type, such as contact or poi")->needs(aux);
     command->add_flag("--remote", options->onlyRemote, "Only records that are fetched from a provider")->needs(aux);
     command->callback([&context, options] {
-        const QString place = text(options->place);
-        context.needsService = isId(place);
-        context.run = [&context, options, place] {
-            if (options->records && !isId(place)) {
-                complain(place, QStringLiteral("records can only be fetched for a stored place; give its number"));
-                return WrongUse;
-            }
-            if (options->records)
-                return showRecords(place.toLongLong(), text(options->type), options->onlyRemote, context.form);
-            return show(place, options->asDocument ? Form::Document : context.form);
-        };
+        const QStringList places = texts(options->places);
+        context.needsService = std::any_of(places.begin(), places.end(), isId);
+        context.run = [&context, options, places] { return show(*options, places, context.form); };
     });
-}
-
-ExitStatus unfav(Place &place)
-{
-    if (place.isFavorite())
-        return report(PlaceManager().unfav(&place), nameOf(place.id()));
-    complain(nameOf(place.id()), QStringLiteral("is not a favourite; make it one with places fav"));
-    return Failed;
 }
 
 ExitStatus printLink(const Place &place, Form form)
 {
     const QUrl url = place.mapUrl();
     if (url.isEmpty()) {
-        complain(nameOf(place.id()), QStringLiteral("has no position to link to; give it one with places update --at"));
+        complain(nameOfPlace(place.id()),
+                 QStringLiteral("has no position to link to; give it one with places update --at"));
         return Failed;
     }
     const QString link = QString::fromLatin1(url.toEncoded());
@@ -272,48 +295,15 @@ ExitStatus printLink(const Place &place, Form form)
     return Done;
 }
 
-/// Adds a command that calls `work` with one place, fetched in full.
+/// Adds a command that calls `work` with the number of a place.
 template <typename Work>
 CLI::App *addPlaceCommand(CLI::App &app, Context &context, const char *name, const char *description, Work work)
 {
     const auto id = std::make_shared<qint64>(-1);
     CLI::App *command = app.add_subcommand(name, description);
     command->add_option("ID", *id, "Number of the place")->required()->transform(IsId);
-    command->callback([&context, id, work] { context.run = [id, work] { return withPlace(*id, work); }; });
+    command->callback([&context, id, work] { context.run = [id, work] { return work(*id); }; });
     return command;
-}
-
-/// Adds a command that calls `work` with the id of each of several places.
-template <typename Work>
-void addIdsCommand(CLI::App &app, Context &context, const char *name, const char *description, Work work)
-{
-    const auto ids = std::make_shared<std::vector<qint64>>();
-    CLI::App *command = app.add_subcommand(name, description);
-    command->add_option("ID", *ids, "Numbers of the places")->required()->transform(IsId);
-    command->callback([&context, ids, work] { context.run = [ids, work] { return withEach(*ids, work); }; });
-}
-
-using ChangeTag = Error::Type (PlaceManager::*)(qint64, const QString &) const;
-
-void addTagCommand(CLI::App &app, Context &context, const char *name, const char *description, ChangeTag change)
-{
-    const auto id = std::make_shared<qint64>(-1);
-    const auto tags = std::make_shared<std::vector<std::string>>();
-    CLI::App *command = app.add_subcommand(name, description);
-    command->add_option("ID", *id, "Number of the place")->required()->transform(IsId);
-    command->add_option("TAG", *tags, "Tags")->required();
-    command->callback([&context, id, tags, change] {
-        context.run = [id, tags, change] {
-            ExitStatus status = Done;
-            for (const std::string &tag : *tags) {
-                const Error::Type error = (PlaceManager().*change)(*id, text(tag));
-                if (const ExitStatus outcome = report(error, nameOf(*id) + QStringLiteral(", tag ") + text(tag));
-                    outcome != Done)
-                    status = outcome;
-            }
-            return status;
-        };
-    });
 }
 
 } // namespace
@@ -333,19 +323,13 @@ void addChangeCommands(CLI::App &app, Context &context)
 
     addShowCommand(app, context);
     CLI::App *updateCommand = addPlaceCommand(app, context, "update", "Change the given values of a place",
-                                              [details](Place &place) { return update(place, *details); });
+                                              [&context, details](qint64 id) { return update(id, *details, context); });
     updateCommand->add_option("--name", details->name, "Name")->transform(IsName);
     addDetailOptions(*updateCommand, *details);
-    addIdsCommand(app, context, "remove", "Remove places", [](qint64 id) { return PlaceManager().removePlace(id); });
-    addIdsCommand(app, context, "use", "Count a use of places, now",
-                  [](qint64 id) { return PlaceManager().usePlace(id); });
-    addPlaceCommand(app, context, "fav", "Make a place a favourite",
-                    [](Place &place) { return report(PlaceManager().fav(&place), nameOf(place.id())); });
-    addPlaceCommand(app, context, "unfav", "Make a favourite an ordinary place", unfav);
-    addTagCommand(app, context, "tag", "Add tags to a place", &PlaceManager::addTag);
-    addTagCommand(app, context, "untag", "Remove tags from a place", &PlaceManager::removeTag);
     addPlaceCommand(app, context, "link", "Print the link that shows a place on the map web service",
-                    [&context](const Place &place) { return printLink(place, context.form); });
+                    [&context](qint64 id) {
+                        return withPlace(id, [&](const Place &place) { return printLink(place, context.form); });
+                    });
 }
 
 } // namespace tool

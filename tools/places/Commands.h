@@ -14,6 +14,8 @@ namespace tool
 struct Context
 {
     Form form = Form::Table;
+    /// Nothing is said of what was done.
+    bool isQuiet = false;
     /// False when the chosen command does not need a places service.
     bool needsService = true;
     /// Set by a command that leaves threads behind which wait for the service. The process then ends without joining
@@ -25,8 +27,13 @@ struct Context
 
 // Each function adds commands to `app`. The command that the user names sets `context.run`.
 void addChangeCommands(CLI::App &app, Context &context);
+void addEditCommand(CLI::App &app, Context &context);
 void addFindCommands(CLI::App &app, Context &context);
 void addSearchCommand(CLI::App &app, Context &context);
+void addChoiceCommands(CLI::App &app, Context &context);
 void addExchangeCommands(CLI::App &app, Context &context);
+
+/// Says what was done: a line for people, or an object with a number under the name `member`.
+void printDone(const Context &context, const char *member, qint64 count, const QString &line);
 
 } // namespace tool

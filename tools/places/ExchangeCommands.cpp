@@ -1,14 +1,14 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
+#include "Backup.h"
+#include "ChoiceOptions.h"
+#include "ChosenPlaces.h"
 #include "Commands.h"
 #include "Export.h"
 #include "formats/Format.h"
 #include "Import.h"
 #include "Options.h"
 
-#include <places/InternalPlaceManager.h>
-
-#include <QtCore/QFileInfo>
 #include <QtCore/QMap>
 
 #include <memory>
@@ -90,37 +90,62 @@ void addImport(CLI::App &app, Context &context)
             options.read.columns = columnsOf(arguments->columns);
             options.store = {arguments->stored, arguments->isDryRun, text(arguments->tag)};
             options.form = context.form;
+            options.isQuiet = context.isQuiet;
             return importFiles(texts(arguments->files), options);
         };
     });
 }
 
+ExitStatus runExport(ExportOptions options, const ChoiceOptions &given, bool isDryRun, const Context &context)
+{
+    if (const QString problem = given.read(options.choice, true); !problem.isEmpty())
+        return misuse("export", problem);
+    if (isDryRun)
+        return listChosen(options.choice, context.form);
+    qint64 count = 0;
+    const ExitStatus status = exportPlaces(options, count);
+    if (status == Done && options.path != QLatin1String("-"))
+        printDone(context, "exported", count, QStringLiteral("exported %1 to %2").arg(countOf(count), options.path));
+    return status;
+}
+
 void addExport(CLI::App &app, Context &context)
 {
-    const auto format = std::make_shared<std::string>();
-    const auto file = std::make_shared<std::string>("-");
-    CLI::App *command = app.add_subcommand("export", "Write all stored places to a file");
-    command->add_option("FILE", *file, "File; - for standard output")->capture_default_str();
-    addFormatOption(*command, *format, true);
-    command->callback([&context, file, format] {
-        context.run = [file, format] { return exportPlaces(text(*file), text(*format)); };
+    struct Arguments
+    {
+        std::string file = "-";
+        std::string format;
+        ChoiceOptions choice;
+        bool isDryRun = false;
+    };
+    const auto arguments = std::make_shared<Arguments>();
+    CLI::App *command = app.add_subcommand("export", "Write places to a file; all that are stored, or some");
+    command->add_option("FILE", arguments->file, "File; - for standard output")->capture_default_str();
+    command->add_option("PLACE", arguments->choice.words, "Numbers of places, or words of their names");
+    arguments->choice.addTo(*command);
+    command->add_flag("--dry-run", arguments->isDryRun, "Write nothing; list the places");
+    addFormatOption(*command, arguments->format, true);
+    command->callback([&context, arguments] {
+        context.run = [&context, arguments] {
+            const ExportOptions options{text(arguments->file), text(arguments->format), {}};
+            return runExport(options, arguments->choice, arguments->isDryRun, context);
+        };
     });
 }
 
-using CopyStore = Error::Type (InternalPlaceManager::*)(const QString &) const;
-
-/// Adds a command that calls `copy` with a file. The path is made absolute: the service may run in another folder.
-void addCopyCommand(CLI::App &app, Context &context, const char *name, const char *description, CopyStore copy)
+/// Adds a command that has the service copy its store.
+void addCopyCommand(CLI::App &app, Context &context, const char *name, const char *description,
+                    ExitStatus (*copy)(const QString &), const QString &done)
 {
     const auto file = std::make_shared<std::string>();
     CLI::App *command = app.add_subcommand(name, description);
-    command->add_option("FILE", *file, "File of a backup")->required();
-    command->callback([&context, file, copy, name] {
-        context.run = [file, copy, name] {
-            const QString path = QFileInfo(text(*file)).absoluteFilePath();
-            const Error::Type error = (InternalPlaceManager().*copy)(path);
-            const QString reason = Error::reason(error);
-            return report(error, reason.contains(path) ? QString::fromLatin1(name) : path, reason);
+    command->add_option("FILE", *file, "File of a backup; - for standard input or output")->required();
+    command->callback([&context, file, copy, done] {
+        context.run = [&context, file, copy, done] {
+            const ExitStatus status = copy(text(*file));
+            if (status == Done && context.form == Form::Table && !context.isQuiet && *file != "-")
+                printLine(done.arg(text(*file)));
+            return status;
         };
     });
 }
@@ -131,8 +156,10 @@ void addExchangeCommands(CLI::App &app, Context &context)
 {
     addImport(app, context);
     addExport(app, context);
-    addCopyCommand(app, context, "backup", "Write all stored data to a backup file", &InternalPlaceManager::backup);
-    addCopyCommand(app, context, "restore", "Replace all stored data by a backup file", &InternalPlaceManager::restore);
+    addCopyCommand(app, context, "backup", "Write all that is stored to a backup file", backUp,
+                   QStringLiteral("wrote all that is stored to %1"));
+    addCopyCommand(app, context, "restore", "Replace all that is stored by what a backup file holds", restore,
+                   QStringLiteral("restored all that %1 holds"));
 }
 
 } // namespace tool

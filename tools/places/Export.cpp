@@ -8,16 +8,13 @@
 #include "TerminalText.h"
 
 #include <places/Place.h>
-#include <places/PlaceHeader.h>
 #include <places/PlaceManager.h>
-#include <places/SearchHandle.h>
 
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QSaveFile>
 
 #include <memory>
-#include <vector>
 
 #include <unistd.h>
 
@@ -29,15 +26,6 @@ using namespace places;
 
 namespace
 {
-
-/// Places in one answer of the service: a page of headers is held in memory.
-constexpr int PAGE_SIZE = 1000;
-
-/// By last use, then by id. Only a use moves a place, so pages neither overlap nor leave gaps.
-SortRule exportOrder()
-{
-    return SortRule::createSimpleSortRule(SortField::LastUsedTime, SortOrder::Ascending);
-}
 
 /// Writes text to a terminal and escapes control characters.
 class TerminalFilter : public QIODevice
@@ -77,7 +65,7 @@ std::unique_ptr<ArchiveDevice> makeCompressor(QFileDevice &file, const Format &f
     return std::make_unique<ArchiveDevice>(file, compression, name + extension);
 }
 
-/// Writes places one after the other, page by page.
+/// Writes the chosen places one after the other.
 class Exporter
 {
 public:
@@ -89,12 +77,13 @@ public:
         , m_bar(title)
     {}
 
-    ExitStatus run()
+    ExitStatus run(const PlaceChoice &choice)
     {
         check(m_writer->begin());
-        bool isLast = false;
-        for (int offset = 0; !isLast && m_status == Done;)
-            isLast = !writePage(offset);
+        if (choice.ids.empty())
+            writeFound(choice);
+        for (const qint64 id : choice.ids)
+            writePlace(id, true);
         if (m_status == Done)
             check(m_writer->end());
         if (m_status == Done && m_compressor)
@@ -112,6 +101,7 @@ public:
         complain(m_title, QStringLiteral("places left out: %1").arg(m_leftOutCount));
         return Failed;
     }
+    [[nodiscard]] qint64 count() const { return m_count; }
 
 private:
     /// The device that the writer writes to.
@@ -122,31 +112,26 @@ private:
         return ::isatty(file.handle()) ? static_cast<QIODevice &>(m_filter) : file;
     }
 
-    /// Writes the places of one page and moves `offset` behind it. False when there are no more. A page can have fewer
-    /// places than requested.
-    bool writePage(int &offset)
+    void writeFound(const PlaceChoice &choice)
     {
-        Error::Type error = Error::Success;
-        SearchHandle handle;
-        std::vector<std::unique_ptr<PlaceHeader>> page;
-        for (PlaceHeader *header : m_manager.findPlaces(QString(), &error, &handle, exportOrder(), offset, PAGE_SIZE))
-            page.emplace_back(header);
-        m_status = report(error, QStringLiteral("export"));
-        for (const auto &header : page) {
-            if (m_status == Done && header->isPersisted())
-                writePlace(header->id());
-        }
-        offset += static_cast<int>(page.size());
-        return handle.hasMoreData() && !page.empty();
+        const Error::Type error = choice.forEach({}, [this](const AbstractPlace &place) {
+            writePlace(place.id(), false);
+            return m_status == Done;
+        });
+        if (m_status == Done)
+            m_status = report(error, QStringLiteral("export"));
     }
 
-    void writePlace(qint64 id)
+    /// One that was found and is not there any more has been removed since.
+    void writePlace(qint64 id, bool isNamed)
     {
+        if (m_status != Done)
+            return;
         Error::Type error = Error::Success;
         const std::unique_ptr<Place> place(m_manager.getPlace(id, &error));
-        if (error == Error::NotFound)
-            return; // removed since its page was fetched
-        m_status = report(error, QStringLiteral("place %1").arg(id));
+        if (error == Error::NotFound && !isNamed)
+            return;
+        m_status = report(error, nameOfPlace(id));
         if (!place || m_status != Done)
             return;
         check(m_writer->write(*place));
@@ -174,27 +159,27 @@ private:
     const std::unique_ptr<PlaceWriter> m_writer;
     const QString m_title;
     ProgressBar m_bar;
-    int m_count = 0;
-    int m_leftOutCount = 0;
+    qint64 m_count = 0;
+    qint64 m_leftOutCount = 0;
     ExitStatus m_status = Done;
 };
 
 /// Exports to a file that is open or failed to open; `finish` commits the file, also when places were left out.
 template <typename File, typename Finish>
-ExitStatus exportTo(File &file, const Format &format, const QString &path, Finish finish)
+ExitStatus exportTo(File &file, const Format &format, const ExportOptions &options, qint64 &count, Finish finish)
 {
     ExitStatus status = Done;
     if (file.isOpen()) {
-        Exporter exporter(file, format, path);
-        status = exporter.run();
+        Exporter exporter(file, format, options.path);
+        status = exporter.run(options.choice);
+        count = exporter.count();
         if (status != Done)
             return status;
         status = exporter.reportLeftOut();
     }
     if (file.isOpen() && finish(file))
         return status;
-    complain(path, file.errorString());
-    return Failed;
+    return fail(options.path, file.errorString());
 }
 
 /// True for a path that cannot be replaced by a new file: standard output, a device, a pipe.
@@ -216,9 +201,10 @@ const Format *exportFormat(const QString &path, const QString &name)
 
 } // namespace
 
-ExitStatus exportPlaces(const QString &path, const QString &formatName)
+ExitStatus exportPlaces(const ExportOptions &options, qint64 &count)
 {
-    const Format *format = exportFormat(path, formatName);
+    const QString &path = options.path;
+    const Format *format = exportFormat(path, options.format);
     if (!format || !format->makeWriter) {
         complain(path,
                  QStringLiteral("%1; use the extension of, or --format with, one of: %2")
@@ -230,11 +216,11 @@ ExitStatus exportPlaces(const QString &path, const QString &formatName)
     if (isStream(path)) {
         QFile out(path);
         (void)(path == QLatin1String("-") ? out.open(stdout, QIODevice::WriteOnly) : out.open(QIODevice::WriteOnly));
-        return exportTo(out, *format, path, [](QFile &file) { return file.flush(); });
+        return exportTo(out, *format, options, count, [](QFile &file) { return file.flush(); });
     }
     QSaveFile out(path);
     (void)out.open(QIODevice::WriteOnly);
-    return exportTo(out, *format, path, [](QSaveFile &file) { return file.commit(); });
+    return exportTo(out, *format, options, count, [](QSaveFile &file) { return file.commit(); });
 }
 
 } // namespace tool

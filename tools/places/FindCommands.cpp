@@ -1,5 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
+#include "ChoiceOptions.h"
+#include "ChosenPlaces.h"
 #include "Commands.h"
 #include "formats/JsonWriter.h"
 #include "Options.h"
@@ -12,12 +14,15 @@
 #include <places/PlaceManager.h>
 #include <places/PlaceSearchManager.h>
 #include <places/SearchHandle.h>
-#include <places/Utilities.h>
+
+#include <QtCore/QList>
+#include <QtCore/QSharedPointer>
 
 #include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace tool
 {
@@ -33,127 +38,124 @@ constexpr int TYPES_WIDTH = 30;
 
 struct FindOptions
 {
-    std::vector<std::string> terms;
-    std::string position;
-    Coordinates centre = {}; ///< Of the position.
-    std::optional<std::string> radius = {};
-    std::vector<std::string> tags;
-    std::string sort = "relevance";
+    ChoiceOptions choice;
+    std::string sort;
     Page page;
 };
 
-SortRule sortRuleOf(const FindOptions &options)
+/// Nothing where the conditions say what comes first.
+std::optional<SortRule> sortRuleOf(const FindOptions &options, const PlaceChoice &choice)
 {
-    if (options.centre.isValid())
-        return SortRule::createDistanceSortRule(options.centre, SortOrder::Ascending);
     if (options.sort == "name")
         return SortRule::createSimpleSortRule(SortField::Name, SortOrder::Ascending);
     if (options.sort == "recent")
         return SortRule::createSimpleSortRule(SortField::LastUsedTime, SortOrder::Descending);
     if (options.sort == "new")
         return SortRule::createSimpleSortRule(SortField::CreationTime, SortOrder::Descending);
-    return {};
+    if (choice.centre.isValid())
+        return choice.sort();
+    return options.sort == "relevance" || !choice.needsFilter() ? std::optional(SortRule()) : std::nullopt;
 }
 
-using Headers = std::vector<std::unique_ptr<PlaceHeader>>;
+using Found = QList<QSharedPointer<AbstractPlace>>;
 
-/// What a find found.
-template <typename Find>
-Headers found(Find find, Error::Type &error, SearchHandle &handle)
+Found owned(const QList<PlaceHeader *> &headers)
 {
-    Headers headers;
-    for (PlaceHeader *place : find(&error, &handle))
-        headers.emplace_back(place);
-    return headers;
+    Found found;
+    for (PlaceHeader *header : headers)
+        found.append(QSharedPointer<AbstractPlace>(header));
+    return found;
 }
 
-/// Leaves out what is farther from `centre` than some metres, of headers by distance. True when there was any.
-bool leaveOutFarther(Headers &headers, const Coordinates &centre, double metres)
-{
-    const auto isFarther = [&](const auto &place) {
-        const Coordinates position = place->primaryCoordinates();
-        return !position.isValid() || Utilities::calculateDistanceInMeter(centre, position) > metres;
-    };
-    const auto end = std::remove_if(headers.begin(), headers.end(), isFarther);
-    const bool wereAny = end != headers.end();
-    headers.erase(end, headers.end());
-    return wereAny;
-}
-
-/// Runs a find and prints what it found, with distances from `centre` if that is valid, and only up to `radius` metres
-/// if it is given.
+/// Runs a find and prints what it found, with distances from `centre` if that is valid.
 template <typename Find>
-ExitStatus printFound(const char *command, Form form, Find find, const Coordinates &centre = Coordinates(),
-                      std::optional<double> radius = std::nullopt)
+ExitStatus printFound(const char *command, Form form, Find find, const Coordinates &centre = Coordinates())
 {
     Error::Type error = Error::Success;
     SearchHandle handle;
-    Headers headers = found(find, error, handle);
+    const Found found = find(&error, &handle);
     const ExitStatus status = report(error, QLatin1String(command));
     if (status != Done)
         return status;
     PlaceList places;
-    const bool isWhole = radius && leaveOutFarther(headers, centre, *radius);
-    for (const auto &place : headers)
-        places.append(place.get());
-    printPlaces(places, handle.hasMoreData() && !isWhole, form, centre);
+    for (const auto &place : found)
+        places.append(place.data());
+    printPlaces(places, handle.hasMoreData(), form, centre);
     return Done;
 }
 
-ExitStatus findPlaces(const FindOptions &options, Form form)
+/// Finds places that the service cannot select by itself.
+ExitStatus findFiltered(const PlaceChoice &choice, const std::optional<SortRule> &sort, const Page &page, Form form)
 {
+    std::vector<qint64> ids;
+    bool hasMore = false;
+    qint64 count = 0;
+    const Error::Type error = choice.forEach(sort, [&](const AbstractPlace &place) {
+        if (count++ < page.offset)
+            return true;
+        hasMore = ids.size() >= static_cast<std::size_t>(page.limit);
+        if (!hasMore)
+            ids.push_back(place.id());
+        return !hasMore;
+    });
+    const ExitStatus status = report(error, QStringLiteral("find"));
+    return status == Done ? listPlaces(ids, hasMore, form, choice.centre) : status;
+}
+
+/// By words alone, contacts are found too.
+ExitStatus findPlaces(const char *command, const FindOptions &options, Form form)
+{
+    PlaceChoice choice;
+    if (const QString problem = options.choice.read(choice, false); !problem.isEmpty())
+        return misuse(command, problem);
+    const std::optional<SortRule> sort = sortRuleOf(options, choice);
+    const Page &page = options.page;
+    if (choice.needsFilter())
+        return findFiltered(choice, sort, page, form);
     const auto find = [&](Error::Type *error, SearchHandle *handle) {
-        const PlaceManager manager;
-        const SortRule sort = sortRuleOf(options);
-        const Page &page = options.page;
-        return options.tags.empty()
-                   ? manager.findPlaces(joined(options.terms), error, handle, sort, page.offset, page.limit)
-                   : manager.findPlacesByTags(texts(options.tags), error, handle, sort, page.offset, page.limit);
+        return choice.isOfWordsOnly()
+                   ? owned(PlaceManager().findPlaces(choice.words, error, handle, *sort, page.offset, page.limit))
+                   : InternalPlaceManager().findMixedPlaces(choice.rule(), error, handle, *sort, page.offset,
+                                                            page.limit);
     };
-    const std::optional<double> radius = options.radius ? parseLength(*options.radius) : std::nullopt;
-    return printFound("find", form, find, options.centre, radius);
+    return printFound(command, form, find, choice.centre);
 }
 
 /// The position of a stored place.
 ExitStatus positionOf(qint64 id, Coordinates &position)
 {
     Error::Type error = Error::Success;
-    const QString title = QStringLiteral("place %1").arg(id);
     const std::unique_ptr<Place> place(PlaceManager().getPlace(id, &error));
     if (!place)
-        return report(error, title);
+        return report(error, nameOfPlace(id));
     position = place->primaryCoordinates();
     if (position.isValid())
         return Done;
-    complain(title, QStringLiteral("has no position; give it one with places update --at"));
-    return Failed;
+    return fail(nameOfPlace(id), QStringLiteral("has no position; give it one with places update --at"));
 }
 
 /// The places that a name may mean: those of exactly this name or, without any, all that a find finds.
-Headers namesakes(const QString &name, Error::Type &error)
+Found namesakes(const QString &name, Error::Type &error)
 {
-    SearchHandle handle;
-    Headers all = found(
-        [&name](Error::Type *outcome, SearchHandle *next) { return PlaceManager().findPlaces(name, outcome, next); },
-        error, handle);
-    const auto isOther = [&name](const auto &place) { return place->name().compare(name, Qt::CaseInsensitive) != 0; };
-    const auto end = std::stable_partition(all.begin(), all.end(), [&](const auto &place) { return !isOther(place); });
+    Found all = owned(PlaceManager().findPlaces(name, &error));
+    const auto isSame = [&name](const auto &place) { return place->name().compare(name, Qt::CaseInsensitive) == 0; };
+    const auto end = std::stable_partition(all.begin(), all.end(), isSame);
     if (end != all.begin())
         all.erase(end, all.end());
     return all;
 }
 
 /// Names what a name may mean, and how to say which.
-void complainOfNamesakes(const QString &name, const Headers &headers)
+void complainOfNamesakes(const QString &name, const Found &found)
 {
-    constexpr std::size_t MOST = 10;
+    constexpr int MOST = 10;
     QStringList candidates;
-    for (std::size_t i = 0; i < std::min(headers.size(), MOST); ++i) {
-        const QString where = headers[i]->primaryLocation();
-        candidates.append(QStringLiteral("%1 %2").arg(headers[i]->id()).arg(headers[i]->name())
+    for (int i = 0; i < std::min(found.size(), MOST); ++i) {
+        const QString where = found[i]->primaryLocation();
+        candidates.append(QStringLiteral("%1 %2").arg(found[i]->id()).arg(found[i]->name())
                           + (where.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(where)));
     }
-    const QString more = headers.size() > MOST ? QStringLiteral(" and others") : QString();
+    const QString more = found.size() > MOST ? QStringLiteral(" and others") : QString();
     complain(name,
              QStringLiteral("may be %1%2; name one by its number").arg(candidates.join(QStringLiteral(", ")), more));
 }
@@ -169,51 +171,48 @@ ExitStatus findCentre(const QString &centre, Coordinates &position)
     if (isNumber)
         return positionOf(id, position);
     Error::Type error = Error::Success;
-    const Headers headers = namesakes(centre, error);
+    const Found found = namesakes(centre, error);
     if (error != Error::Success)
         return report(error, centre);
-    if (headers.size() == 1)
-        return positionOf(headers.front()->id(), position);
-    if (headers.empty())
+    if (found.size() == 1)
+        return positionOf(found.first()->id(), position);
+    if (found.isEmpty())
         complain(centre, QStringLiteral("no stored place has this name; ") + unknownForm());
     else
-        complainOfNamesakes(centre, headers);
+        complainOfNamesakes(centre, found);
     return Failed;
 }
 
 ExitStatus findNear(FindOptions &options, Form form)
 {
-    const ExitStatus status = findCentre(text(options.position), options.centre);
-    return status == Done ? findPlaces(options, form) : status;
+    const ExitStatus status = findCentre(text(options.choice.position), options.choice.centre);
+    return status == Done ? findPlaces("near", options, form) : status;
 }
 
 void addFind(CLI::App &app, Context &context)
 {
     const auto options = std::make_shared<FindOptions>();
-    CLI::App *find = app.add_subcommand("find", "Find places by the beginnings of words in their names");
-    CLI::Option *term = find->add_option("TERM", options->terms, "Words to look for; none for every place");
-    addListOption(*find, "--tag", options->tags, "Places with this tag instead; may be given several times")
-        ->excludes(term);
-    find->add_option("--near", options->position, "Nearest to this position first")->transform(IsPosition);
-    find->add_option("--sort", options->sort, "Order of the results")
-        ->check(CLI::IsMember({"relevance", "name", "recent", "new"}))
-        ->capture_default_str();
+    CLI::App *find = app.add_subcommand("find", "Find places by the beginnings of words in their names, and more");
+    find->add_option("TERM", options->choice.words, "Words to look for; none for every place");
+    options->choice.addTo(*find);
+    find->add_option("--sort", options->sort, "Order of the results; without it nearest or latest first, or relevance")
+        ->check(CLI::IsMember({"relevance", "name", "recent", "new"}));
     addPageOptions(*find, options->page);
     find->callback([&context, options] {
-        options->centre = parsePosition(options->position);
-        context.run = [&context, options] { return findPlaces(*options, context.form); };
+        context.run = [&context, options] { return findPlaces("find", *options, context.form); };
     });
 
+    const auto nearOptions = std::make_shared<FindOptions>();
     CLI::App *near = app.add_subcommand("near", "List the places nearest to a position or to a stored place");
-    near->add_option("CENTRE", options->position, "Position, or number or name of a stored place")
+    near->add_option("CENTRE", nearOptions->choice.position, "Position, or number or name of a stored place")
         ->required()
         ->transform(IsCentre);
-    near->add_option("TERM", options->terms, "Words to look for in the names");
-    near->add_option("--radius", options->radius, "Only places up to this distance, such as 500m or 2km")
-        ->transform(IsLength);
-    addPageOptions(*near, options->page);
-    near->callback(
-        [&context, options] { context.run = [&context, options] { return findNear(*options, context.form); }; });
+    near->add_option("TERM", nearOptions->choice.words, "Words to look for in the names");
+    nearOptions->choice.addRadiusOption(*near);
+    addPageOptions(*near, nearOptions->page);
+    near->callback([&context, nearOptions] {
+        context.run = [&context, nearOptions] { return findNear(*nearOptions, context.form); };
+    });
 }
 
 ExitStatus listRecentTerms(const QString &prefix, Form form)
@@ -250,8 +249,8 @@ void addRecent(CLI::App &app, Context &context)
         }
         context.run = [&context, options] {
             return printFound("recent", context.form, [&](Error::Type *error, SearchHandle *handle) {
-                return PlaceManager().findRecentPlaces(error, handle, options->onlyMine, 0, options->page.offset,
-                                                       options->page.limit);
+                return owned(PlaceManager().findRecentPlaces(error, handle, options->onlyMine, 0, options->page.offset,
+                                                             options->page.limit));
             });
         };
     });
@@ -259,17 +258,22 @@ void addRecent(CLI::App &app, Context &context)
 
 void addContacts(CLI::App &app, Context &context)
 {
-    const auto options = std::make_shared<FindOptions>();
+    struct Options
+    {
+        std::vector<std::string> terms;
+        Page page;
+    };
+    const auto options = std::make_shared<Options>();
     CLI::App *contacts = app.add_subcommand("contacts", "List the addresses of contacts, by name");
     contacts->add_option("TERM", options->terms, "Words to look for; none for every contact");
     addPageOptions(*contacts, options->page);
     contacts->callback([&context, options] {
         context.run = [&context, options] {
             return printFound("contacts", context.form, [&](Error::Type *error, SearchHandle *handle) {
-                return InternalPlaceManager().findContacts(
+                return owned(InternalPlaceManager().findContacts(
                     error, handle, joined(options->terms),
                     SortRule::createSimpleSortRule(SortField::Name, SortOrder::Ascending), options->page.offset,
-                    options->page.limit);
+                    options->page.limit));
             });
         };
     });

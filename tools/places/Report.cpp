@@ -67,6 +67,28 @@ void complain(const QString &where, const QString &problem)
     std::fprintf(stderr, "places: %s: %s\n", qUtf8Printable(printable(where)), qUtf8Printable(printable(problem)));
 }
 
+ExitStatus fail(const QString &where, const QString &problem)
+{
+    complain(where, problem);
+    return Failed;
+}
+
+ExitStatus misuse(const char *command, const QString &problem)
+{
+    complain(QLatin1String(command), QStringLiteral("%1; see places %2 --help").arg(problem, QLatin1String(command)));
+    return WrongUse;
+}
+
+QString nameOfPlace(qint64 id)
+{
+    return QStringLiteral("place %1").arg(id);
+}
+
+QString countOf(qint64 places)
+{
+    return places == 1 ? QStringLiteral("1 place") : QStringLiteral("%1 places").arg(places);
+}
+
 QString textOf(Error::Type outcome, const QString &reason)
 {
     return errorString(outcome) + (reason.isEmpty() ? adviceFor(outcome) : QLatin1String(": ") + reason);

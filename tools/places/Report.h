@@ -51,6 +51,13 @@ ExitStatus report(places::Error::Type outcome, const QString &what, const QStrin
 
 /// Prints a problem and where it is to standard error.
 void complain(const QString &where, const QString &problem);
+/// The same, as the end of a command: Failed, or WrongUse of a command with a hint to its help.
+ExitStatus fail(const QString &where, const QString &problem);
+ExitStatus misuse(const char *command, const QString &problem);
+
+/// What messages call a place, and a number of places.
+QString nameOfPlace(qint64 id);
+QString countOf(qint64 places);
 
 /// Prints to standard error why no place is shown: nothing is found, or the limit is 0.
 /// @param hasMore true when places are found.

@@ -64,9 +64,12 @@ ExitStatus run(int argc, char **argv, tool::Context &context)
     bool json = false;
     bool noStart = false;
     app.add_flag("--json", json, "Write GeoJSON or JSON instead of tables");
+    app.add_flag("--quiet,-q", context.isQuiet, "Say nothing of what was done");
     app.add_flag("--no-start", noStart, "Do not start a places service when none is running");
     app.fallthrough();
     tool::addChangeCommands(app, context);
+    tool::addEditCommand(app, context);
+    tool::addChoiceCommands(app, context);
     tool::addFindCommands(app, context);
     tool::addSearchCommand(app, context);
     tool::addExchangeCommands(app, context);

@@ -4,6 +4,7 @@
 
 #include "formats/Input.h"
 #include "formats/VCardFile.h"
+#include "Limits.h"
 #include "places/ContactAuxiliaryData.h"
 #include "places/Place.h"
 #include "places/Tags.h"

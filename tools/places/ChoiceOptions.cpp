@@ -1,0 +1,90 @@
+// Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
+
+#include "ChoiceOptions.h"
+
+#include "Options.h"
+
+#include <QtCore/QDateTime>
+
+namespace tool
+{
+
+namespace
+{
+
+/// Seconds since 1970-01-01T00:00:00 UTC of a date or a time in ISO 8601, of this time zone unless it names another;
+/// 0 when the text is none.
+quint64 parseTime(const QString &text)
+{
+    const QDateTime time = QDateTime::fromString(text, Qt::ISODate);
+    return time.isValid() && time.toSecsSinceEpoch() > 0 ? static_cast<quint64>(time.toSecsSinceEpoch()) : 0;
+}
+
+const CLI::Validator IsBox(
+    [](const std::string &argument) {
+        return GeoBox::parse(text(argument)) ? std::string()
+                                             : "not a part of the Earth in degrees, such as 46,7,47,8: " + argument;
+    },
+    "SOUTH,WEST,NORTH,EAST");
+
+const CLI::Validator IsTime(
+    [](const std::string &argument) {
+        return parseTime(text(argument)) > 0
+                   ? std::string()
+                   : "not a date or time, such as 2026-01-31 or 2026-01-31T12:00:00Z: " + argument;
+    },
+    "DATE");
+
+/// Numbers of places. Nothing for words; of a mixture only the numbers.
+std::vector<qint64> numbersOf(const std::vector<std::string> &words)
+{
+    std::vector<qint64> numbers;
+    for (std::string word : words) {
+        if (IsId(word).empty())
+            numbers.push_back(text(word).toLongLong());
+    }
+    return numbers;
+}
+
+} // namespace
+
+void ChoiceOptions::addTo(CLI::App &command)
+{
+    addListOption(command, "--tag", m_tags, "Places with this tag; may be given several times, one of them counts");
+    command.add_option("--within", m_box, "Places in this part of the Earth, in degrees")->transform(IsBox);
+    command.add_option("--near", position, "Nearest to this position first")->transform(IsPosition);
+    addRadiusOption(command);
+    m_ownerOption = command.add_option("--owner", m_owner, "Places that this application added");
+    command.add_option("--since", m_since, "Places that were stored or changed since then")->transform(IsTime);
+}
+
+void ChoiceOptions::addRadiusOption(CLI::App &command)
+{
+    command.add_option("--radius", m_radius, "Only places up to this distance, such as 500m or 2km")
+        ->transform(IsLength);
+}
+
+QString ChoiceOptions::read(PlaceChoice &choice, bool areNumbersPlaces) const
+{
+    if (areNumbersPlaces)
+        choice.ids = numbersOf(words);
+    if (choice.ids.empty())
+        choice.words = joined(words).trimmed();
+    choice.tags = texts(m_tags);
+    if (m_ownerOption && m_ownerOption->count() > 0)
+        choice.owner = text(m_owner);
+    choice.box = GeoBox::parse(text(m_box));
+    choice.centre = centre.isValid() ? centre : parsePosition(position);
+    choice.radius = m_radius ? parseLength(*m_radius) : std::nullopt;
+    choice.since = parseTime(text(m_since));
+    if (!choice.ids.empty() && choice.ids.size() < words.size())
+        return QStringLiteral("numbers and words; places are named by their numbers or found by words, and words that "
+                              "begin with a number stand in quotation marks");
+    if (!choice.ids.empty() && (choice.hasConditions() || choice.centre.isValid()))
+        return QStringLiteral("numbers and conditions; places are named by their numbers or found by conditions");
+    if (choice.radius && !choice.centre.isValid())
+        return QStringLiteral("--radius needs a position (--near)");
+    return {};
+}
+
+} // namespace tool
