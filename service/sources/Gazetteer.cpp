@@ -418,8 +418,9 @@ void Gazetteer::readFile(const std::string &path, SQLite::Database &database)
     if (!problem.isEmpty())
         logError("the gazetteer's file %s: %s", path.c_str(), qUtf8Printable(problem));
     if (skipped > 0)
-        logError("the gazetteer's file %s: %d features have no position or no name, or are no places; they are left out",
-                 path.c_str(), skipped);
+        logError(
+            "the gazetteer's file %s: %d features have no position or no name, or are no places; they are left out",
+            path.c_str(), skipped);
 }
 
 // ----------------------------------------------------------------------------------------------------- asking it

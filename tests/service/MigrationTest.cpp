@@ -45,6 +45,12 @@ std::unique_ptr<Place> placeOf(qint64 id, quint64 time)
     auto place = std::make_unique<Place>();
     PlacePrivate &data = *PlacePrivate::privateFromPublic(place.get());
     sample::fill(*place, id);
+    Address address = data.m_locations[0].address();
+    for (const auto clear : {&Address::setBuilding, &Address::setCampus, &Address::setHouseNumber, &Address::setRegion,
+                             &Address::setCountry, &Address::setPostalCode})
+        (address.*clear)(QString());
+    address.setExtendedAddressLines(QStringList());
+    data.m_locations[0].setAddress(address);
     data.setSearchTerm(QString());
     data.setCreatedTime(time);
     data.setUpdatedTime(time);

@@ -200,7 +200,7 @@ TEST_F(PlacesTool, APlaceIsEditedInTheEditor)
         {"sed -i s/Lake/Sea/", "", 0, "changed 1 place\n", "Sea"},
         {"false", "", 1, "the editor failed: false", "Sea"},
         {"sed -i s/Point/Blob/", "n\n", 1, "places: edit it again? [Y/n]", "Sea"},
-        {"sed -i 's/Sea/ /'", "", 1, "no name", "Sea"},
+        {"sed -i s/Point/Blob/", "", 1, "unknown type \"Blob\"", "Sea"},
         {"f() { if [ -e " + mark + " ]; then sed -i 's/Blob/Point/; s/Sea/Bay/' \"$1\"; else touch " + mark
              + "; sed -i s/Point/Blob/ \"$1\"; fi; }; f",
          "\n", 0, "changed 1 place\n", "Bay"},

@@ -54,11 +54,15 @@ std::vector<std::string> namesOf(const std::vector<std::string> &records)
     return names;
 }
 
-std::vector<std::string> namesOf(const std::vector<FoundPlace> &all, int offset, int count)
+std::vector<std::string> namesOf(const std::vector<FoundPlace> &all, int offset, int count, const QString &term)
 {
     std::vector<std::string> records;
-    for (int i = offset; i < static_cast<int>(all.size()) && i < offset + count; ++i)
-        records.push_back(fullRecordOf(*all[static_cast<std::size_t>(i)]));
+    for (int i = offset; i < static_cast<int>(all.size()) && i < offset + count; ++i) {
+        const std::unique_ptr<Place> place = decodePlace(fullRecordOf(*all[static_cast<std::size_t>(i)]));
+        if (PlacePrivate &data = *PlacePrivate::privateFromPublic(place.get()); data.searchTerm().isEmpty())
+            data.setSearchTerm(term);
+        records.push_back(fullRecordOf(*place));
+    }
     return namesOf(records);
 }
 
@@ -100,6 +104,7 @@ TEST(Finder, GivesByEveryPlanWhatALookAtEveryPlaceGives)
             query.sort = chance.sort();
             query.perimeter = orix_places_protocol::Perimeter(chance.oneIn(4) ? 1 + chance.below(2) : 0);
             const bool external = chance.oneIn(4);
+            const QString term = typedTerm(query.rule);
             const std::vector<FoundPlace> all = Look(model, query, external).find();
             const auto size = static_cast<int>(all.size());
             query.count = chance.below(chance.oneIn(5) ? size + 2 : 12);
@@ -111,13 +116,14 @@ TEST(Finder, GivesByEveryPlanWhatALookAtEveryPlaceGives)
                 Query next = query;
                 const Page page = pageOf(store, providers, next, external, plan);
                 const auto end = static_cast<int>(page.records.size()) + query.offset;
-                ASSERT_EQ(namesOf(page.records), namesOf(all, query.offset, query.count)) << static_cast<int>(plan);
+                ASSERT_EQ(namesOf(page.records), namesOf(all, query.offset, query.count, term))
+                    << static_cast<int>(plan);
                 ASSERT_EQ(page.hasMore, size > query.offset + query.count);
                 next.providerPrimaryIndex = page.next.batch;
                 next.providerSecondaryIndex = page.next.position;
                 if (page.next.batch >= 0) {
                     ASSERT_EQ(namesOf(pageOf(store, providers, next, external, plan).records),
-                              namesOf(all, end, query.count));
+                              namesOf(all, end, query.count, term));
                 }
                 ++compared;
             }

@@ -319,7 +319,7 @@ TEST(IndexEntries, AreOfAllTextsAndOfTheBeginningOfValues)
     const IndexEntries entries = IndexEntries::of(data);
     const QStringList texts = entries.textKey.split(QLatin1Char(KEY_END));
     EXPECT_EQ(texts.join(QLatin1Char('|')).toStdString(),
-              "cafe|by the lake|lakeside||quai 1|geneve|ch|hotel|seehaus|lac|");
+              "cafe|by the lake|lakeside|1|quai 1|b|c|geneve|ge|suisse|ch|1201|hotel|seehaus|lac|");
     EXPECT_TRUE(entries.isRoom);
     std::vector<std::string> facets;
     for (const Facet &facet : entries.facets)
