@@ -5,6 +5,7 @@
 #include "manager/PlaceCopy.h"
 #include "manager/PlaceManagerPrivate.h"
 #include "manager/PlaceStorageManagerPrivate.h"
+#include "places/PlaceHeader.h"
 #include "places/PlaceManager.h"
 
 namespace vela::platform::places
@@ -26,11 +27,13 @@ std::unique_ptr<Place> fullPlaceOf(const PlaceCopy &copy)
     return full;
 }
 
-/// Fetches the place into the answer.
+/// Fetches the place into the answer. A stored header hands its search term along, which then becomes recent.
 Error::Type fetch(const AbstractPlace &place, Answer &answer)
 {
     Error::Type error = Error::Unspecified;
-    answer.place.reset(PlaceManagerPrivate().getPlace(&place, &error));
+    const auto *header = place.isPersisted() ? dynamic_cast<const PlaceHeader *>(&place) : nullptr;
+    const PlaceManagerPrivate manager;
+    answer.place.reset(header ? manager.getPlace(header, &error) : manager.getPlace(&place, &error));
     return error;
 }
 

@@ -4,15 +4,21 @@
 #include "places/Place.h"
 #include "places/PlaceHeader.h"
 #include "places/PlaceManager.h"
+#include "places/PlaceStorageManager.h"
+#include "places/PlaceStorageReply.h"
+#include "support/EventLoop.h"
 #include "support/Placesd.h"
 
 #include <gtest/gtest.h>
+
+#include <QtTest/QSignalSpy>
 
 using namespace vela::platform::places;
 
 TEST(RecentTermsTest, TheTermThatAPlaceWasFoundByBecomesRecentWhenThePlaceIsFetchedOrUsed)
 {
     const Placesd service;
+    const EventLoop loop;
     const PlaceManager manager;
     Error::Type error = Error::Unspecified;
     Place place;
@@ -22,6 +28,12 @@ TEST(RecentTermsTest, TheTermThatAPlaceWasFoundByBecomesRecentWhenThePlaceIsFetc
     place.setName(QString::fromUtf8("Zürich 駅?"));
     ASSERT_EQ(manager.addPlace(&place), Error::Success);
     const auto fetch = [&](PlaceHeader &header) { EXPECT_TRUE(std::unique_ptr<Place>(manager.getPlace(&header))); };
+    const auto fetchLater = [](PlaceHeader &header) {
+        PlaceStorageManager storage;
+        QSignalSpy finished(&storage, &PlaceStorageManager::finished);
+        storage.getPlace(header);
+        EXPECT_TRUE(EventLoop::runUntil([&] { return !finished.isEmpty(); }));
+    };
     const auto use = [&](PlaceHeader &header) { EXPECT_EQ(manager.usePlace(&header), Error::Success); };
     const struct
     {
@@ -29,6 +41,7 @@ TEST(RecentTermsTest, TheTermThatAPlaceWasFoundByBecomesRecentWhenThePlaceIsFetc
         std::function<void(PlaceHeader &)> work;
         bool isKept;
     } rows[] = {
+        {QStringLiteral("zu"), fetchLater, true},
         {QStringLiteral("zur"), fetch, true},
         {QString::fromUtf8("zürich"), use, true},
         {QString::fromUtf8("駅"), use, true},

@@ -12,6 +12,8 @@
 
 #include <places/InternalPlaceManager.h>
 #include <places/Place.h>
+#include <places/PlaceHeader.h>
+#include <places/PlaceManager.h>
 
 #include <QtCore/QEventLoop>
 #include <QtCore/QVector>
@@ -296,7 +298,10 @@ private:
 ExitStatus show(const AbstractPlace &chosen, Form form)
 {
     Error::Type error = Error::Success;
-    const std::unique_ptr<Place> place(InternalPlaceManager().getPlace(&chosen, &error));
+    // A stored header hands its search term along, which then becomes recent.
+    const auto *header = chosen.isPersisted() ? dynamic_cast<const PlaceHeader *>(&chosen) : nullptr;
+    const std::unique_ptr<Place> place(header ? PlaceManager().getPlace(header, &error)
+                                              : InternalPlaceManager().getPlace(&chosen, &error));
     if (place)
         printPlace(*place, form);
     return report(error, chosen.name());
