@@ -7,7 +7,7 @@
 namespace placesd
 {
 
-using orix_places_protocol::MessageType;
+using orix_places_protocol::LAST_MESSAGE_TYPE;
 
 namespace
 {
@@ -20,7 +20,7 @@ constexpr int TYPE_BITS = 8;
 void RequestStatistics::record(int type, Clock::duration time)
 {
     ++m_count;
-    const bool isKnown = type >= 1 && type <= static_cast<int>(MessageType::GetHeaderFromFullPlace);
+    const bool isKnown = type >= 1 && type <= static_cast<int>(LAST_MESSAGE_TYPE);
     const auto microseconds = std::chrono::duration_cast<std::chrono::microseconds>(time).count();
     const std::uint64_t packed =
         (static_cast<std::uint64_t>(microseconds) << TYPE_BITS) | static_cast<std::uint64_t>(isKnown ? type : 0);

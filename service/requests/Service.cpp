@@ -75,9 +75,20 @@ struct Service::Entry
     Pool pool = Pool::Fast;
 };
 
+/// Whether every type has its entry, in the order of their numbers.
+template <typename Entries>
+constexpr bool isOrdered(const Entries &entries)
+{
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        if (static_cast<std::size_t>(entries[i].type) != i + 1 || !entries[i].operation)
+            return false;
+    }
+    return true;
+}
+
 const Service::Entry *Service::entryOf(int type)
 {
-    static constexpr std::array<Entry, 20> ENTRIES = {{
+    static constexpr std::array<Entry, static_cast<std::size_t>(LAST_MESSAGE_TYPE)> ENTRIES = {{
         {MessageType::AddPlace, &Service::addPlace, true, Pool::Writer},
         {MessageType::GetRecentSearchTerms, &Service::getRecentSearchTerms, false},
         {MessageType::GetAuxiliaryData, &Service::getAuxiliaryData, true},
@@ -99,6 +110,7 @@ const Service::Entry *Service::entryOf(int type)
         {MessageType::GetProviders, &Service::getProviders, true},
         {MessageType::GetHeaderFromFullPlace, &Service::getHeader, true},
     }};
+    static_assert(isOrdered(ENTRIES), "an entry is found by the number of its type");
     const bool known = type >= 1 && type <= static_cast<int>(ENTRIES.size());
     return known ? &ENTRIES[static_cast<std::size_t>(type - 1)] : nullptr;
 }

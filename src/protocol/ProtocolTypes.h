@@ -32,6 +32,9 @@ enum class MessageType : int
     GetHeaderFromFullPlace = 20
 };
 
+/// The types of requests are the numbers from 1 to this one.
+constexpr MessageType LAST_MESSAGE_TYPE = MessageType::GetHeaderFromFullPlace;
+
 constexpr int REPLY_OFFSET = 256;
 
 /// The type of the reply to a request.

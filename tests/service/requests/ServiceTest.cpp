@@ -19,6 +19,7 @@
 #include <stdexcept>
 
 using namespace placesd;
+using orix_places_protocol::LAST_MESSAGE_TYPE;
 using namespace requests;
 using namespace vela::platform::places;
 using orix_places_protocol::ReturnCode;
@@ -210,15 +211,16 @@ TEST_F(ServiceTest, WhatTheOpenChannelIsNotAnswered)
         {Type::GetPlaceFromSuggestion, Fields{text("bar")} + coordinate(0, 0, 0, 0, 0), ReturnCode::NoSuchPlace,
          ReturnCode::NoSuchPlace},
         {Type(0), {}, ReturnCode::NotUnderstood, ReturnCode::NotUnderstood},
-        {Type(21), {}, ReturnCode::NotUnderstood, ReturnCode::NotUnderstood},
+        {Type(static_cast<int>(LAST_MESSAGE_TYPE) + 1), {}, ReturnCode::NotUnderstood, ReturnCode::NotUnderstood},
         {Type(-1), {}, ReturnCode::NotUnderstood, ReturnCode::NotUnderstood},
     };
     for (const auto &row : cases) {
         const std::string request = message(head(row.type) + row.body);
         EXPECT_EQ(code(request, GUEST), row.ofGuest) << static_cast<int>(row.type);
         EXPECT_EQ(code(request), row.ofOwner) << static_cast<int>(row.type);
-        EXPECT_EQ(code(request, {false, false, 9}),
-                  row.type >= Type(1) && row.type <= Type(20) ? ReturnCode::NotPermitted : ReturnCode::NotUnderstood);
+        EXPECT_EQ(code(request, {false, false, 9}), row.type >= Type(1) && row.type <= LAST_MESSAGE_TYPE
+                                                        ? ReturnCode::NotPermitted
+                                                        : ReturnCode::NotUnderstood);
     }
     Settings settings;
     settings.sessionKey = "key";
