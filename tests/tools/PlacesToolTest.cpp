@@ -381,5 +381,5 @@ TEST(PlacesToolAlone, StartsAServiceOfItsOwnWhereNoneRuns)
     EXPECT_EQ(added.out, "1\n");
     EXPECT_THAT(added.err, HasSubstr("started one for this command"));
     EXPECT_THAT(places("find caf").out, HasSubstr("Café"))
-        << "the places are the user's own, whoever starts the service";
+        << "the places are the user's own, also in a service that another command started";
 }

@@ -134,7 +134,7 @@ QString splitTags(ChangeOptions &options)
         std::find_if(words.begin(), words.end(), [](std::string word) { return !IsId(word).empty(); });
     options.tags.assign(firstTag, words.end());
     words.erase(firstTag, words.end());
-    return options.tags.empty() ? QStringLiteral("which tag? One that is a number stands behind --as") : QString();
+    return options.tags.empty() ? QStringLiteral("which tag? Give a tag that is a number with --as") : QString();
 }
 
 using ChangeTags = Change (*)(qint64 id, const QStringList &tags);
@@ -143,7 +143,7 @@ void addTagChange(CLI::App &app, Context &context, const ChangeKind &kind, Chang
 {
     CLI::App *command = app.add_subcommand(kind.name, kind.description);
     const auto options = addOptions(*command);
-    // What stands behind "--" goes to an argument that has nothing yet.
+    // CLI11 gives arguments after "--" to the first option without a value.
     command->add_option("PLACE", options->first, "Numbers of places, and then tags; with --as places only");
     command->add_option("TAG", options->choice.words, "Further ones");
     addListOption(*command, "--as", options->tags, "Tag; may be given several times");
