@@ -6,7 +6,6 @@
 
 #include <archive.h>
 #include <archive_entry.h>
-#include <cerrno>
 
 #include <sys/stat.h>
 
@@ -32,15 +31,6 @@ constexpr CompressionEnding ENDINGS[] = {
     {"zst", Compression::Zstd, archive_write_add_filter_zstd},
     {"zip", Compression::Zip, archive_write_add_filter_none},
 };
-
-la_ssize_t passOn(::archive *archive, void *device, const void *bytes, std::size_t size)
-{
-    QIODevice &out = *static_cast<QIODevice *>(device);
-    const qint64 written = out.write(static_cast<const char *>(bytes), static_cast<qint64>(size));
-    if (written < 0)
-        archive_set_error(archive, EIO, "%s", out.errorString().toUtf8().constData());
-    return static_cast<la_ssize_t>(written);
-}
 
 bool addEntry(::archive *archive, const QString &member)
 {
@@ -73,9 +63,20 @@ QString withoutCompression(const QString &path)
 
 void ArchiveDevice::Free::operator()(::archive *archive) const
 {
-    // archive_write_free() would write the end.
-    archive_write_fail(archive);
     archive_write_free(archive);
+}
+
+/// libarchive does not free the state of a compression that failed, so it is never told: bytes behind a failure are
+/// dropped.
+ssize_t ArchiveDevice::passOn(::archive * /*archive*/, void *self, const void *bytes, std::size_t size)
+{
+    ArchiveDevice &device = *static_cast<ArchiveDevice *>(self);
+    const auto count = static_cast<qint64>(size);
+    if (!device.m_isEnded && device.m_out.write(static_cast<const char *>(bytes), count) != count) {
+        device.setErrorString(device.m_out.errorString());
+        device.m_isEnded = true;
+    }
+    return static_cast<ssize_t>(size);
 }
 
 ArchiveDevice::ArchiveDevice(QIODevice &out, Compression compression, const QString &member)
@@ -86,7 +87,11 @@ ArchiveDevice::ArchiveDevice(QIODevice &out, Compression compression, const QStr
         open(WriteOnly | Unbuffered);
 }
 
-ArchiveDevice::~ArchiveDevice() = default;
+ArchiveDevice::~ArchiveDevice()
+{
+    m_isEnded = true;
+    m_archive.reset();
+}
 
 bool ArchiveDevice::begin(Compression compression, const QString &member)
 {
@@ -104,7 +109,7 @@ bool ArchiveDevice::begin(Compression compression, const QString &member)
         archive_write_set_format_option(archive, "zip", "hdrcharset", "UTF-8");
     // No padding at the end.
     archive_write_set_bytes_in_last_block(archive, 1);
-    return format == ARCHIVE_OK && archive_write_open(archive, &m_out, nullptr, passOn, nullptr) == ARCHIVE_OK
+    return format == ARCHIVE_OK && archive_write_open(archive, this, nullptr, passOn, nullptr) == ARCHIVE_OK
            && addEntry(archive, isZip ? member : QStringLiteral("data"));
 }
 
@@ -118,8 +123,9 @@ bool ArchiveDevice::fail()
 QString ArchiveDevice::finish()
 {
     QString problem;
-    if (!isOpen() || (archive_write_close(m_archive.get()) != ARCHIVE_OK && !fail()))
+    if (!isOpen() || m_isEnded || (archive_write_close(m_archive.get()) != ARCHIVE_OK && !fail()) || m_isEnded)
         problem = errorString();
+    m_isEnded = true;
     close();
     return problem;
 }
@@ -127,9 +133,10 @@ QString ArchiveDevice::finish()
 qint64 ArchiveDevice::writeData(const char *data, qint64 size)
 {
     const la_ssize_t written = archive_write_data(m_archive.get(), data, static_cast<std::size_t>(size));
-    if (written == size)
+    if (written == size && !m_isEnded)
         return size;
-    fail();
+    if (!m_isEnded)
+        fail();
     return -1;
 }
 

@@ -6,6 +6,8 @@
 
 #include <memory>
 
+#include <sys/types.h>
+
 struct archive;
 
 namespace formats
@@ -55,11 +57,13 @@ private:
         void operator()(::archive *archive) const;
     };
 
+    static ssize_t passOn(::archive *archive, void *self, const void *bytes, std::size_t size);
     bool begin(Compression compression, const QString &member);
     /// Sets the error string to the error of the last call. Returns false.
     bool fail();
 
     QIODevice &m_out;
+    bool m_isEnded = false; ///< Nothing is written to the device any more: it failed, or the file is whole.
     std::unique_ptr<::archive, Free> m_archive;
 };
 
