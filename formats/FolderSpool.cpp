@@ -40,7 +40,7 @@ QString FolderSpool::read(const QString &folder, const std::function<QString(con
         QByteArray text(static_cast<int>(header.size), Qt::Uninitialized);
         if (!read(position + qint64(sizeof header), text.data(), header.size))
             return m_file.errorString();
-        if (const QString problem = take(text); !problem.isEmpty())
+        if (QString problem = take(text); !problem.isEmpty())
             return problem;
     }
     return {};

@@ -31,6 +31,7 @@ PlacesBaseDecoder::PlacesBaseDecoder(const _msgserver_data *message)
 
 PlacesBaseDecoder::~PlacesBaseDecoder() = default;
 
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): each exchange with itself changes nothing
 PlacesBaseDecoder &PlacesBaseDecoder::operator=(PlacesBaseDecoder &other)
 {
     m_owned = std::move(other.m_owned);
