@@ -80,7 +80,7 @@ template <typename Entries>
 constexpr bool isOrdered(const Entries &entries)
 {
     for (std::size_t i = 0; i < entries.size(); ++i) {
-        if (static_cast<std::size_t>(entries[i].type) != i + 1 || !entries[i].operation)
+        if (static_cast<std::size_t>(entries[i].type) != i + 1)
             return false;
     }
     return true;
