@@ -53,6 +53,14 @@ FileBytes::FileBytes(const QString &path)
     m_head.resize(static_cast<int>(count));
 }
 
+std::size_t takeBytes(const QByteArray &bytes, std::size_t &position, char *buffer, std::size_t size)
+{
+    const std::size_t count = std::min(size, static_cast<std::size_t>(bytes.size()) - position);
+    std::memcpy(buffer, bytes.constData() + position, count);
+    position += count;
+    return count;
+}
+
 FileBytes::~FileBytes()
 {
     if (m_isGzip)
@@ -63,13 +71,8 @@ FileBytes::~FileBytes()
 
 std::size_t FileBytes::read(char *buffer, std::size_t size)
 {
-    const auto headSize = static_cast<std::size_t>(m_head.size());
-    if (m_position >= headSize)
-        return readOn(buffer, size);
-    const std::size_t count = std::min(size, headSize - m_position);
-    std::memcpy(buffer, m_head.constData() + m_position, count);
-    m_position += count;
-    return count;
+    const std::size_t count = takeBytes(m_head, m_position, buffer, size);
+    return count > 0 ? count : readOn(buffer, size);
 }
 
 bool FileBytes::fill()

@@ -55,4 +55,7 @@ private:
     unsigned char m_buffer[64 * 1024];
 };
 
+/// Copies up to `size` bytes from a position in `bytes` and moves the position behind them. Returns their number.
+std::size_t takeBytes(const QByteArray &bytes, std::size_t &position, char *buffer, std::size_t size);
+
 } // namespace formats

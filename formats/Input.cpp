@@ -72,13 +72,8 @@ QString Input::name() const
 
 std::size_t Input::read(char *buffer, std::size_t size)
 {
-    const auto headSize = static_cast<std::size_t>(m_head.size());
-    if (m_position >= headSize)
-        return readOn(buffer, size);
-    const std::size_t count = std::min(size, headSize - m_position);
-    std::memcpy(buffer, m_head.constData() + m_position, count);
-    m_position += count;
-    return count;
+    const std::size_t count = takeBytes(m_head, m_position, buffer, size);
+    return count > 0 ? count : readOn(buffer, size);
 }
 
 std::size_t Input::readOn(char *buffer, std::size_t size)

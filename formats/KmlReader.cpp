@@ -46,15 +46,6 @@ QVector<Data> dataOf(const XmlMember &placemark)
 
 TextFeature featureOf(const XmlMember &placemark)
 {
-    static constexpr struct
-    {
-        const char *element;
-        const char *property;
-    } CHILDREN[] = {
-        {"name", vocabulary::NAME},
-        {"address", vocabulary::LABEL},
-        {"phoneNumber", vocabulary::PHONE},
-    };
     const QVector<Data> data = dataOf(placemark);
     TextFeature feature(toKmlText);
     QString rest;
@@ -64,7 +55,7 @@ TextFeature featureOf(const XmlMember &placemark)
     }
     feature.setId(placemark.value("@id"));
     feature.set(QLatin1String(vocabulary::DESCRIPTION), htmlToText(placemark.value("description")));
-    for (const auto &child : CHILDREN)
+    for (const auto &child : KML_CHILDREN)
         feature.set(QLatin1String(child.property), placemark.value(child.element));
     for (const Data &each : data) {
         if (each.name != QLatin1String(vocabulary::REST) || each.value != rest)

@@ -92,21 +92,12 @@ public:
 private:
     QByteArray placemark(const Place &place)
     {
-        static constexpr struct
-        {
-            const char *element;
-            const char *property;
-        } CHILDREN[] = {
-            {"name", vocabulary::NAME},
-            {"address", vocabulary::LABEL},
-            {"phoneNumber", vocabulary::PHONE},
-        };
         FlatFeature feature(place, toKmlText);
         QByteArray text;
         QXmlStreamWriter xml(&text);
         xml.writeStartElement(QStringLiteral("Placemark"));
         writeId(xml, feature);
-        for (const auto &child : CHILDREN) {
+        for (const auto &child : KML_CHILDREN) {
             if (const QString value = feature.take(QLatin1String(child.property)); !value.isEmpty())
                 xml.writeTextElement(QLatin1String(child.element), value);
         }
