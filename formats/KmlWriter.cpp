@@ -48,7 +48,7 @@ bool isPlatformTag(const QString &tag)
 QString folderOf(const Place &place)
 {
     for (int i = 0; i < place.tagCount(); ++i) {
-        const QString tag = place.tag(i);
+        QString tag = place.tag(i);
         if (!isPlatformTag(tag) && tag.size() <= MAX_FOLDER_NAME && toXmlText({}, tag) == tag)
             return tag;
     }

@@ -140,7 +140,7 @@ QString VCard::name() const
 {
     for (const QString &name : {m_contact.realName(), m_contact.organization(), m_contact.nickName()}) {
         // A semicolon need not be escaped in a text, but may be.
-        const QString text = QString(name).replace(QLatin1String("\\;"), QLatin1String(";")).trimmed();
+        QString text = QString(name).replace(QLatin1String("\\;"), QLatin1String(";")).trimmed();
         if (!text.isEmpty())
             return text;
     }

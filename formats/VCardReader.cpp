@@ -35,7 +35,7 @@ constexpr char ID[] = "id";
 // ----------------------------------------------------------------------------------------------- what a card says
 
 /// A telephone number, without the scheme that version 4 may give it.
-QString numberOf(QString text)
+QString numberOf(const QString &text)
 {
     return text.startsWith(QLatin1String("tel:"), Qt::CaseInsensitive) ? text.mid(4) : text;
 }

@@ -104,7 +104,7 @@ ExitStatus runChange(const ChangeOptions &options, const ChangeKind &kind, const
 
 std::shared_ptr<ChangeOptions> addOptions(CLI::App &command)
 {
-    const auto options = std::make_shared<ChangeOptions>();
+    auto options = std::make_shared<ChangeOptions>();
     options->choice.addTo(command);
     command.add_flag("--dry-run", options->isDryRun, "Change nothing; list the places");
     return options;

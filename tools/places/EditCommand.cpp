@@ -61,7 +61,7 @@ QString readEdited(const QString &path, std::unique_ptr<Place> &place)
     QString problem;
     int count = 0;
     Input input(path);
-    const QString ofFile = readGeoJson(input, {}, [&](ReadPlace read) {
+    QString ofFile = readGeoJson(input, {}, [&](ReadPlace read) {
         place = std::move(read.place);
         problem = read.problem;
         return ++count < 2;

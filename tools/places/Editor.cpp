@@ -44,7 +44,7 @@ private:
 QString editorCommand()
 {
     for (const char *variable : {"VISUAL", "EDITOR"}) {
-        if (const QString command = QString::fromLocal8Bit(qgetenv(variable)); !command.trimmed().isEmpty())
+        if (QString command = QString::fromLocal8Bit(qgetenv(variable)); !command.trimmed().isEmpty())
             return command;
     }
     return QStringLiteral("vi");
