@@ -19,7 +19,6 @@
 #include <QtCore/QSharedPointer>
 
 #include <algorithm>
-#include <cstdio>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -36,11 +35,28 @@ namespace
 constexpr int PROVIDER_WIDTH = 20;
 constexpr int TYPES_WIDTH = 30;
 
+/// Options of every command that lists places.
+struct ListOptions
+{
+    void addTo(CLI::App &command)
+    {
+        addPageOptions(command, page);
+        addRowOption(command, row);
+    }
+    [[nodiscard]] ListForm form(const Context &context, const Coordinates &centre = {}) const
+    {
+        return {context.form, rowOf(row), centre};
+    }
+
+    Page page;
+    std::string row;
+};
+
 struct FindOptions
 {
     ChoiceOptions choice;
     std::string sort;
-    Page page;
+    ListOptions list;
 };
 
 /// Nothing where the conditions say what comes first.
@@ -67,9 +83,9 @@ Found owned(const QList<PlaceHeader *> &headers)
     return found;
 }
 
-/// Runs a find and prints what it found, with distances from `centre` if that is valid.
+/// Runs a find and prints what it found.
 template <typename Find>
-ExitStatus printFound(const char *command, Form form, Find find, const Coordinates &centre = Coordinates())
+ExitStatus printFound(const char *command, const ListForm &form, Find find)
 {
     Error::Type error = Error::Success;
     SearchHandle handle;
@@ -80,12 +96,13 @@ ExitStatus printFound(const char *command, Form form, Find find, const Coordinat
     PlaceList places;
     for (const auto &place : found)
         places.append(place.data());
-    printPlaces(places, handle.hasMoreData(), form, centre);
+    printPlaces(places, handle.hasMoreData(), form);
     return Done;
 }
 
 /// Finds places that the service cannot select by itself.
-ExitStatus findFiltered(const PlaceChoice &choice, const std::optional<SortRule> &sort, const Page &page, Form form)
+ExitStatus findFiltered(const PlaceChoice &choice, const std::optional<SortRule> &sort, const Page &page,
+                        const ListForm &form)
 {
     std::vector<qint64> ids;
     bool hasMore = false;
@@ -99,17 +116,18 @@ ExitStatus findFiltered(const PlaceChoice &choice, const std::optional<SortRule>
         return !hasMore;
     });
     const ExitStatus status = report(error, QStringLiteral("find"));
-    return status == Done ? listPlaces(ids, hasMore, form, choice.centre) : status;
+    return status == Done ? listPlaces(ids, hasMore, form) : status;
 }
 
 /// By words alone, contacts are found too.
-ExitStatus findPlaces(const char *command, const FindOptions &options, Form form)
+ExitStatus findPlaces(const char *command, const FindOptions &options, const Context &context)
 {
     PlaceChoice choice;
     if (const QString problem = options.choice.read(choice, false); !problem.isEmpty())
         return misuse(command, problem);
     const std::optional<SortRule> sort = sortRuleOf(options, choice);
-    const Page &page = options.page;
+    const Page &page = options.list.page;
+    const ListForm form = options.list.form(context, choice.centre);
     if (choice.needsFilter())
         return findFiltered(choice, sort, page, form);
     const auto find = [&](Error::Type *error, SearchHandle *handle) {
@@ -118,7 +136,7 @@ ExitStatus findPlaces(const char *command, const FindOptions &options, Form form
                    : InternalPlaceManager().findMixedPlaces(choice.rule(), error, handle, *sort, page.offset,
                                                             page.limit);
     };
-    return printFound(command, form, find, choice.centre);
+    return printFound(command, form, find);
 }
 
 /// The position of a stored place.
@@ -183,10 +201,10 @@ ExitStatus findCentre(const QString &centre, Coordinates &position)
     return Failed;
 }
 
-ExitStatus findNear(FindOptions &options, Form form)
+ExitStatus findNear(FindOptions &options, const Context &context)
 {
     const ExitStatus status = findCentre(text(options.choice.position), options.choice.centre);
-    return status == Done ? findPlaces("near", options, form) : status;
+    return status == Done ? findPlaces("near", options, context) : status;
 }
 
 void addFind(CLI::App &app, Context &context)
@@ -197,10 +215,9 @@ void addFind(CLI::App &app, Context &context)
     options->choice.addTo(*find);
     find->add_option("--sort", options->sort, "Order of the results; without it nearest or latest first, or relevance")
         ->check(CLI::IsMember({"relevance", "name", "recent", "new"}));
-    addPageOptions(*find, options->page);
-    find->callback([&context, options] {
-        context.run = [&context, options] { return findPlaces("find", *options, context.form); };
-    });
+    options->list.addTo(*find);
+    find->callback(
+        [&context, options] { context.run = [&context, options] { return findPlaces("find", *options, context); }; });
 
     const auto nearOptions = std::make_shared<FindOptions>();
     CLI::App *near = app.add_subcommand("near", "List the places nearest to a position or to a stored place");
@@ -209,10 +226,9 @@ void addFind(CLI::App &app, Context &context)
         ->transform(IsCentre);
     near->add_option("TERM", nearOptions->choice.words, "Words to look for in the names");
     nearOptions->choice.addRadiusOption(*near);
-    addPageOptions(*near, nearOptions->page);
-    near->callback([&context, nearOptions] {
-        context.run = [&context, nearOptions] { return findNear(*nearOptions, context.form); };
-    });
+    nearOptions->list.addTo(*near);
+    near->callback(
+        [&context, nearOptions] { context.run = [&context, nearOptions] { return findNear(*nearOptions, context); }; });
 }
 
 ExitStatus listRecentTerms(const QString &prefix, Form form)
@@ -230,7 +246,7 @@ void addRecent(CLI::App &app, Context &context)
     {
         bool onlyMine = false;
         std::string prefix;
-        Page page;
+        ListOptions list;
     };
     const auto options = std::make_shared<Options>();
     CLI::App *recent = app.add_subcommand("recent", "List places by their last use, latest first");
@@ -241,16 +257,16 @@ void addRecent(CLI::App &app, Context &context)
             ->expected(0, 1)
             ->type_name("[PREFIX]")
             ->excludes(mine);
-    addPageOptions(*recent, options->page);
+    options->list.addTo(*recent);
     recent->callback([&context, options, terms] {
         if (terms->count() > 0) {
             context.run = [&context, options] { return listRecentTerms(text(options->prefix), context.form); };
             return;
         }
         context.run = [&context, options] {
-            return printFound("recent", context.form, [&](Error::Type *error, SearchHandle *handle) {
-                return owned(PlaceManager().findRecentPlaces(error, handle, options->onlyMine, 0, options->page.offset,
-                                                             options->page.limit));
+            return printFound("recent", options->list.form(context), [&](Error::Type *error, SearchHandle *handle) {
+                return owned(PlaceManager().findRecentPlaces(error, handle, options->onlyMine, 0,
+                                                             options->list.page.offset, options->list.page.limit));
             });
         };
     });
@@ -261,19 +277,19 @@ void addContacts(CLI::App &app, Context &context)
     struct Options
     {
         std::vector<std::string> terms;
-        Page page;
+        ListOptions list;
     };
     const auto options = std::make_shared<Options>();
     CLI::App *contacts = app.add_subcommand("contacts", "List the addresses of contacts, by name");
     contacts->add_option("TERM", options->terms, "Words to look for; none for every contact");
-    addPageOptions(*contacts, options->page);
+    options->list.addTo(*contacts);
     contacts->callback([&context, options] {
         context.run = [&context, options] {
-            return printFound("contacts", context.form, [&](Error::Type *error, SearchHandle *handle) {
+            return printFound("contacts", options->list.form(context), [&](Error::Type *error, SearchHandle *handle) {
                 return owned(InternalPlaceManager().findContacts(
                     error, handle, joined(options->terms),
-                    SortRule::createSimpleSortRule(SortField::Name, SortOrder::Ascending), options->page.offset,
-                    options->page.limit));
+                    SortRule::createSimpleSortRule(SortField::Name, SortOrder::Ascending), options->list.page.offset,
+                    options->list.page.limit));
             });
         };
     });
@@ -317,7 +333,7 @@ ExitStatus listProviders(const QString &type, Form form)
         return Done;
     }
     if (providers.isEmpty())
-        std::fprintf(stderr, "places: nothing found\n");
+        reportNoneShown(false);
     for (const Provider &provider : providers) {
         const QString types =
             provider.canRequestAdditionalData() ? provider.supportedDataTypes().join(QStringLiteral(", ")) : QString();

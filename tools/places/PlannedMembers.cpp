@@ -32,8 +32,7 @@ PlannedMembers::Planned *PlannedMembers::find(const Index &index, const QString 
     if (text.isEmpty())
         return nullptr;
     const auto [first, last] = index.equal_range(text);
-    const auto found =
-        std::find_if(first, last, [&](const Planned *planned) { return (key.*isSame)(planned->key); });
+    const auto found = std::find_if(first, last, [&](const Planned *planned) { return (key.*isSame)(planned->key); });
     return found == last ? nullptr : *found;
 }
 

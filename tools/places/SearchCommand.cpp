@@ -47,6 +47,8 @@ struct Arguments
     Page page;
     bool withoutFavorites = false;
     bool asYouType = false;
+    std::string row;
+    std::vector<int> saved;
 };
 
 SearchOptions optionsOf(const Arguments &arguments)
@@ -57,6 +59,8 @@ SearchOptions optionsOf(const Arguments &arguments)
     options.groups = groupsOf(arguments.groups);
     options.limit = arguments.page.limit;
     options.withoutFavorites = arguments.withoutFavorites;
+    options.row = rowOf(arguments.row);
+    options.saved = arguments.saved;
     return options;
 }
 
@@ -74,12 +78,23 @@ void addSearchCommand(CLI::App &app, Context &context)
     command->add_option("--near", arguments->position, "Search around this position")->transform(IsPosition);
     addLimitOption(*command, arguments->page);
     command->add_flag("--no-favourites", arguments->withoutFavorites, "Leave out favourites");
-    command->add_flag("--as-you-type", arguments->asYouType,
-                      "Read the term from the terminal, key by key, and show the place that is chosen");
+    addRowOption(*command, arguments->row);
+    CLI::Option *saved = command
+                             ->add_option("--save", arguments->saved,
+                                          "Save the result of this number, as printed; may be given several times")
+                             ->delimiter(',')
+                             ->allow_extra_args(false)
+                             ->transform(IsResult)
+                             ->excludes("--format");
+    command
+        ->add_flag("--as-you-type", arguments->asYouType,
+                   "Read the term from the terminal, key by key, and show or save the place that is chosen")
+        ->excludes("--format")
+        ->excludes(saved);
     command->callback([&context, arguments] {
         context.run = [&context, arguments] {
             const SearchOptions options = optionsOf(*arguments);
-            return arguments->asYouType ? searchAsYouType(options, context) : search(options, context.form);
+            return arguments->asYouType ? searchAsYouType(options, context) : search(options, context);
         };
     });
 }
