@@ -98,8 +98,8 @@ void addImport(CLI::App &app, Context &context)
 
 ExitStatus runExport(ExportOptions options, const ChoiceOptions &given, bool isDryRun, const Context &context)
 {
-    if (const QString problem = given.read(options.choice, true); !problem.isEmpty())
-        return misuse("export", problem);
+    if (const ExitStatus status = given.read("export", options.choice, true); status != Done)
+        return status;
     if (isDryRun)
         return listChosen(options.choice, context.form);
     qint64 count = 0;

@@ -5,11 +5,9 @@
 #include "Commands.h"
 #include "formats/JsonWriter.h"
 #include "Options.h"
-#include "PlaceLink.h"
 #include "TerminalText.h"
 
 #include <places/InternalPlaceManager.h>
-#include <places/Place.h>
 #include <places/PlaceHeader.h>
 #include <places/PlaceManager.h>
 #include <places/PlaceSearchManager.h>
@@ -123,8 +121,8 @@ ExitStatus findFiltered(const PlaceChoice &choice, const std::optional<SortRule>
 ExitStatus findPlaces(const char *command, const FindOptions &options, const Context &context)
 {
     PlaceChoice choice;
-    if (const QString problem = options.choice.read(choice, false); !problem.isEmpty())
-        return misuse(command, problem);
+    if (const ExitStatus status = options.choice.read(command, choice, false); status != Done)
+        return status;
     const std::optional<SortRule> sort = sortRuleOf(options, choice);
     const Page &page = options.list.page;
     const ListForm form = options.list.form(context, choice.centre);
@@ -137,74 +135,6 @@ ExitStatus findPlaces(const char *command, const FindOptions &options, const Con
                                                             page.limit);
     };
     return printFound(command, form, find);
-}
-
-/// The position of a stored place.
-ExitStatus positionOf(qint64 id, Coordinates &position)
-{
-    Error::Type error = Error::Success;
-    const std::unique_ptr<Place> place(PlaceManager().getPlace(id, &error));
-    if (!place)
-        return report(error, nameOfPlace(id));
-    position = place->primaryCoordinates();
-    if (position.isValid())
-        return Done;
-    return fail(nameOfPlace(id), QStringLiteral("has no position; give it one with places update --at"));
-}
-
-/// The places that a name may mean: those of exactly this name or, without any, all that a find finds.
-Found namesakes(const QString &name, Error::Type &error)
-{
-    Found all = owned(PlaceManager().findPlaces(name, &error));
-    const auto isSame = [&name](const auto &place) { return place->name().compare(name, Qt::CaseInsensitive) == 0; };
-    const auto end = std::stable_partition(all.begin(), all.end(), isSame);
-    if (end != all.begin())
-        all.erase(end, all.end());
-    return all;
-}
-
-/// Names what a name may mean, and how to say which.
-void complainOfNamesakes(const QString &name, const Found &found)
-{
-    constexpr int MOST = 10;
-    QStringList candidates;
-    for (int i = 0; i < std::min(found.size(), MOST); ++i) {
-        const QString where = found[i]->primaryLocation();
-        candidates.append(QStringLiteral("%1 %2").arg(found[i]->id()).arg(found[i]->name())
-                          + (where.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(where)));
-    }
-    const QString more = found.size() > MOST ? QStringLiteral(" and others") : QString();
-    complain(name,
-             QStringLiteral("may be %1%2; name one by its number").arg(candidates.join(QStringLiteral(", ")), more));
-}
-
-/// Finds the position that the user means: one that is written as such, or that of a stored place.
-ExitStatus findCentre(const QString &centre, Coordinates &position)
-{
-    bool isNumber = false;
-    const qint64 id = centre.toLongLong(&isNumber);
-    position = readAnyPosition(centre).position;
-    if (position.isValid())
-        return Done;
-    if (isNumber)
-        return positionOf(id, position);
-    Error::Type error = Error::Success;
-    const Found found = namesakes(centre, error);
-    if (error != Error::Success)
-        return report(error, centre);
-    if (found.size() == 1)
-        return positionOf(found.first()->id(), position);
-    if (found.isEmpty())
-        complain(centre, QStringLiteral("no stored place has this name; ") + unknownForm());
-    else
-        complainOfNamesakes(centre, found);
-    return Failed;
-}
-
-ExitStatus findNear(FindOptions &options, const Context &context)
-{
-    const ExitStatus status = findCentre(text(options.choice.position), options.choice.centre);
-    return status == Done ? findPlaces("near", options, context) : status;
 }
 
 void addFind(CLI::App &app, Context &context)
@@ -227,8 +157,9 @@ void addFind(CLI::App &app, Context &context)
     near->add_option("TERM", nearOptions->choice.words, "Words to look for in the names");
     nearOptions->choice.addRadiusOption(*near);
     nearOptions->list.addTo(*near);
-    near->callback(
-        [&context, nearOptions] { context.run = [&context, nearOptions] { return findNear(*nearOptions, context); }; });
+    near->callback([&context, nearOptions] {
+        context.run = [&context, nearOptions] { return findPlaces("near", *nearOptions, context); };
+    });
 }
 
 ExitStatus listRecentTerms(const QString &prefix, Form form)

@@ -86,6 +86,12 @@ QString nameOfPlace(qint64 id)
     return QStringLiteral("place %1").arg(id);
 }
 
+QString nameOfPlace(const AbstractPlace &place)
+{
+    const QString where = place.primaryLocation();
+    return place.name() + (where.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(where));
+}
+
 QString countOf(qint64 places)
 {
     return places == 1 ? QStringLiteral("1 place") : QStringLiteral("%1 places").arg(places);

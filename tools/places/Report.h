@@ -68,8 +68,9 @@ void complain(const QString &where, const QString &problem);
 ExitStatus fail(const QString &where, const QString &problem);
 ExitStatus misuse(const char *command, const QString &problem);
 
-/// What messages call a place, and a number of places.
+/// What messages call a place: by its number, or by its name and address; and a number of places.
 QString nameOfPlace(qint64 id);
+QString nameOfPlace(const places::AbstractPlace &place);
 QString countOf(qint64 places);
 
 /// Prints to standard error why no place is shown: nothing is found, or the limit is 0.

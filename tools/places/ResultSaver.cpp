@@ -20,13 +20,6 @@ using namespace places;
 namespace
 {
 
-/// Name and address of a place.
-QString titleOf(const Place &place)
-{
-    const QString where = place.primaryLocation();
-    return place.name() + (where.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(where));
-}
-
 /// Stores the full place of a result, unless the same place is stored.
 /// @param said what was done, for people.
 std::unique_ptr<Place> stored(const AbstractPlace &result, Error::Type &error, QString &said)
@@ -37,14 +30,14 @@ std::unique_ptr<Place> stored(const AbstractPlace &result, Error::Type &error, Q
     std::unique_ptr<Place> same =
         place->isPersisted() ? std::move(place) : findStoredMember(MemberKey::of(*place), error);
     if (same) {
-        said = QStringLiteral("%1 is stored already, as place %2").arg(titleOf(*same)).arg(same->id());
+        said = QStringLiteral("%1 is stored already, as place %2").arg(nameOfPlace(*same)).arg(same->id());
         return same;
     }
     if (error == Error::Success)
         error = PlaceManager().addPlace(place.get());
     if (error != Error::Success)
         return nullptr;
-    said = QStringLiteral("saved %1 as place %2").arg(titleOf(*place)).arg(place->id());
+    said = QStringLiteral("saved %1 as place %2").arg(nameOfPlace(*place)).arg(place->id());
     return place;
 }
 

@@ -1,5 +1,6 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
+#include "Centre.h"
 #include "Commands.h"
 #include "Groups.h"
 #include "Options.h"
@@ -55,7 +56,6 @@ SearchOptions optionsOf(const Arguments &arguments)
 {
     SearchOptions options;
     options.term = joined(arguments.terms);
-    options.centre = parsePosition(arguments.position);
     options.groups = groupsOf(arguments.groups);
     options.limit = arguments.page.limit;
     options.withoutFavorites = arguments.withoutFavorites;
@@ -75,7 +75,8 @@ void addSearchCommand(CLI::App &app, Context &context)
                   "Group to search; may be given several times (default: local, suggestions)")
         ->delimiter(',')
         ->transform(CLI::IsMember(groupNames(), CLI::ignore_case));
-    command->add_option("--near", arguments->position, "Search around this position")->transform(IsPosition);
+    command->add_option("--near", arguments->position, "Search around this position or stored place")
+        ->transform(IsCentre);
     addLimitOption(*command, arguments->page);
     command->add_flag("--no-favourites", arguments->withoutFavorites, "Leave out favourites");
     addRowOption(*command, arguments->row);
@@ -93,7 +94,11 @@ void addSearchCommand(CLI::App &app, Context &context)
         ->excludes(saved);
     command->callback([&context, arguments] {
         context.run = [&context, arguments] {
-            const SearchOptions options = optionsOf(*arguments);
+            SearchOptions options = optionsOf(*arguments);
+            const ExitStatus status =
+                arguments->position.empty() ? Done : findCentre(text(arguments->position), options.centre);
+            if (status != Done)
+                return status;
             return arguments->asYouType ? searchAsYouType(options, context) : search(options, context);
         };
     });
