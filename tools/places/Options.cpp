@@ -129,7 +129,7 @@ const CLI::Validator IsTemplate(
         PlaceTemplate row;
         return PlaceTemplate::parse(text(argument), row).toStdString();
     },
-    "TEXT");
+    "ROW");
 
 const CLI::Validator IsAssignment(
     [](const std::string &argument) {
@@ -153,8 +153,13 @@ void addPageOptions(CLI::App &command, Page &page)
 void addRowOption(CLI::App &command, std::string &format)
 {
     command.add_option("--format", format, R"(Rows of this form, such as '{id}\t{name}\t{latitude}\t{longitude}')")
-        ->check(IsTemplate)
-        ->excludes(command.get_parent()->get_option("--json"));
+        ->check(IsTemplate);
+    // The help of excludes() would name --format in the list of --json once for each command.
+    const CLI::Option *json = command.get_parent()->get_option("--json");
+    command.parse_complete_callback([&format, json] {
+        if (!format.empty() && json->count() > 0)
+            throw CLI::ExcludesError("--json", "--format");
+    });
 }
 
 std::optional<PlaceTemplate> rowOf(const std::string &format)

@@ -51,9 +51,11 @@ ExitStatus explain(const CLI::App &app, const CLI::ParseError &error)
     if (!commands.empty())
         return tool::misuse(commands.front()->get_name().c_str(), tool::text(error.what()));
     const std::vector<std::string> unknown = app.remaining();
-    tool::complain(unknown.empty() ? QStringLiteral("which command?") : tool::text(unknown.front()),
-                   unknown.empty() ? QStringLiteral("see places --help")
-                                   : QStringLiteral("there is no such command or option; see places --help"));
+    if (unknown.empty())
+        tool::complain(QStringLiteral("command"), QStringLiteral("none is given; see places --help"));
+    else
+        tool::complain(tool::text(unknown.front()),
+                       QStringLiteral("there is no such command or option; see places --help"));
     return tool::WrongUse;
 }
 
