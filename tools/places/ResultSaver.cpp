@@ -27,11 +27,12 @@ std::unique_ptr<Place> stored(const AbstractPlace &result, Error::Type &error, Q
     std::unique_ptr<Place> place(InternalPlaceManager().getPlace(&result, &error));
     if (!place)
         return nullptr;
-    std::unique_ptr<Place> same =
-        place->isPersisted() ? std::move(place) : findStoredMember(MemberKey::of(*place), error);
-    if (same) {
-        said = QStringLiteral("%1 is stored already, as place %2").arg(nameOfPlace(*same)).arg(same->id());
-        return same;
+    std::unique_ptr<Place> same = place->isPersisted() ? nullptr : findStoredMember(MemberKey::of(*place), error);
+    if (same)
+        place = std::move(same);
+    if (place->isPersisted()) {
+        said = QStringLiteral("%1 is stored already, as place %2").arg(nameOfPlace(*place)).arg(place->id());
+        return place;
     }
     if (error == Error::Success)
         error = PlaceManager().addPlace(place.get());

@@ -236,7 +236,7 @@ void Screen::suspend()
 std::optional<Key> Screen::nextKey()
 {
     for (int code = ::wgetch(stdscr); code != ERR; code = ::wgetch(stdscr)) {
-        if (const std::optional<Key> key = m_isPasting ? pastedKeyOf(code) : keyOf(code))
+        if (std::optional<Key> key = m_isPasting ? pastedKeyOf(code) : keyOf(code))
             return key;
     }
     return std::nullopt;
