@@ -10,6 +10,8 @@
 #include <places/PointOfInterestAuxiliaryData.h>
 #include <places/Tags.h>
 
+#include <QtCore/QDateTime>
+
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
@@ -45,6 +47,15 @@ std::optional<Integer> integerOf(const Value &value)
         || *number >= std::ldexp(1.0, std::numeric_limits<Integer>::digits))
         return std::nullopt;
     return static_cast<Integer>(*number);
+}
+
+/// Seconds since 1970-01-01T00:00:00 UTC: as a number, or of a date and time in ISO 8601 that names its time zone.
+std::optional<quint64> timeOf(const Value &value)
+{
+    const QDateTime time = QDateTime::fromString(scalarOf(value).value_or(QString()), Qt::ISODate);
+    if (time.isValid() && time.timeSpec() != Qt::LocalTime && time.toSecsSinceEpoch() > 0)
+        return static_cast<quint64>(time.toSecsSinceEpoch());
+    return integerOf<quint64>(value);
 }
 
 std::optional<float> accuracyOf(const Value &value)
@@ -233,7 +244,7 @@ bool isOfKind(const Value &value, vocabulary::Kind kind)
     case Kind::Metres:
         return accuracyOf(value).has_value();
     case Kind::Time:
-        return integerOf<quint64>(value).has_value();
+        return timeOf(value).has_value();
     case Kind::Flag:
         return flagOf(value).has_value();
     case Kind::Texts:
@@ -337,7 +348,7 @@ QString fillPlace(const Value &feature, const Value &properties, const Geometry 
         return QStringLiteral("it has neither a position nor an address");
     addTexts(properties, place);
     place.setPrivate(read(properties, vocabulary::PRIVATE, flagOf).value_or(false));
-    place.setExpiredTime(read(properties, vocabulary::EXPIRY_TIME, integerOf<quint64>).value_or(0));
+    place.setExpiredTime(read(properties, vocabulary::EXPIRY_TIME, timeOf).value_or(0));
     addRecords(properties, place);
     interpret(feature, properties, place, location);
     setContactDetails(properties, place);

@@ -58,6 +58,8 @@ QString problemOfNumber(const char *what, const Value &value)
     const QString name = QLatin1String(what);
     if (!value.IsString())
         return QStringLiteral("the %1 is not a number").arg(name);
+    if (textOf(value).isEmpty())
+        return QStringLiteral("the %1 is empty or missing").arg(name);
     bool isNumber = false;
     (void)textOf(value).toDouble(&isNumber);
     return (isNumber ? QStringLiteral("%1 %2 is a text, where a number must be")

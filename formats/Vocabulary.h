@@ -85,6 +85,12 @@ constexpr char LAST_USED_TIME[] = "lastUsedTime";
 constexpr char CREATION_TIME[] = "creationTime";
 constexpr char UPDATE_TIME[] = "updateTime";
 
+/// Values of lists of places; the reader keeps them as unknown properties.
+constexpr char POSITION[] = "position";
+constexpr char LATITUDE[] = "latitude";
+constexpr char LONGITUDE[] = "longitude";
+constexpr char DISTANCE[] = "distance";
+
 /// Required type of a property. Numbers and texts are converted to each other.
 enum class Kind
 {
@@ -92,7 +98,7 @@ enum class Kind
     Url,
     Whole,  ///< A number in the range of int.
     Metres, ///< An accuracy in metres.
-    Time,   ///< Seconds since 1970-01-01T00:00:00 UTC.
+    Time,   ///< Seconds since 1970-01-01T00:00:00 UTC, or a date and time in ISO 8601.
     Flag,   ///< true or false.
     Texts,  ///< A list of texts.
     Objects,

@@ -85,18 +85,20 @@ TEST(PlaceRows, ShowWhatTellsPlacesApart)
     const auto rows = [&](int columns, bool hasIds, const Coordinates &centre = Coordinates()) {
         return tool::rowsOf(places, {centre, columns, hasIds}).join(QLatin1Char('\n')).toStdString();
     };
-    EXPECT_EQ(rows(0, true), R"(        ★ Springfield                              Missouri, USA
-          Springfield (the other)                  Illinois, USA
-          Zürich Airport of the canton             Kloten, Zürich, USA)");
+    EXPECT_EQ(rows(0, true), R"(        ★ Springfield                              Missouri, USA        0.00100, 0.00000
+          Springfield (the other)                  Illinois, USA        0.05000, 0.00000
+          Zürich Airport of the canton             Kloten, Zürich, USA 10.00000, 0.00000)");
+    EXPECT_THAT(rows(80, true), testing::HasSubstr("Illinois, USA        0.05000, 0.00000\n"));
+    EXPECT_THAT(rows(60, true), testing::Not(testing::HasSubstr("0.05000"))) << "names need the room";
     EXPECT_EQ(rows(0, false, Coordinates(0, 0)),
-              R"(★ Springfield                              Missouri, USA         111 m
-  Springfield (the other)                  Illinois, USA        5.6 km
-  Zürich Airport of the canton             Kloten, Zürich, USA 1112 km)");
-    EXPECT_EQ(rows(60, false, Coordinates(0, 0)), R"(★ Springfield                    Missouri, USA         111 m
-  Springfield (the other)        Illinois, USA        5.6 km
-  Zürich Airport of the canton   Kloten, Zürich, USA 1112 km)");
-    EXPECT_EQ(rows(40, false), R"(★ Springfield             Missouri      
-  Springfield (the other) Illinois      
+              R"(★ Springfield                              Missouri, USA         111 m N
+  Springfield (the other)                  Illinois, USA        5.6 km N
+  Zürich Airport of the canton             Kloten, Zürich, USA 1112 km N)");
+    EXPECT_EQ(rows(60, false, Coordinates(0, 0)), R"(★ Springfield                     Missouri         111 m N
+  Springfield (the other)         Illinois        5.6 km N
+  Zürich Airport of the canton    Kloten, Zürich 1112 km N)");
+    EXPECT_EQ(rows(40, false), R"(★ Springfield             Missouri
+  Springfield (the other) Illinois
   Zürich Airport of the … Kloten, Zürich)");
     EXPECT_EQ(rows(20, false), R"(★ Springfi… Missouri
   Springfi… Illinois
@@ -105,6 +107,30 @@ TEST(PlaceRows, ShowWhatTellsPlacesApart)
           … …
           … …)");
     EXPECT_TRUE(tool::rowsOf({}, {}).isEmpty());
+}
+
+TEST(PlaceRows, NameTheNearestOfEightDirections)
+{
+    const struct
+    {
+        Coordinates from;
+        Coordinates to;
+        const char *says;
+    } cases[] = {
+        {{0, 0}, {1, 0}, "111 km N"},       {{0, 0}, {1, 1}, "157 km NE"},   {{0, 0}, {0, 1}, "111 km E"},
+        {{0, 0}, {-1, 1}, "157 km SE"},     {{0, 0}, {-1, 0}, "111 km S"},   {{0, 0}, {-1, -1}, "157 km SW"},
+        {{0, 0}, {0, -1}, "111 km W"},      {{0, 0}, {1, -1}, "157 km NW"},  {{0, 179.95}, {0, -179.95}, "11 km E"},
+        {{60, 0}, {60, 100}, "5008 km NE"}, {{0, 0}, {0, 0.000001}, " 0 m"},
+    };
+    for (const auto &row : cases) {
+        Place place;
+        place.setName(QStringLiteral("A"));
+        Location location;
+        location.setCoordinates(row.to);
+        place.addLocation(location);
+        EXPECT_TRUE(tool::rowsOf({&place}, {row.from, 20, false}).first().endsWith(QLatin1String(row.says)))
+            << row.says;
+    }
 }
 
 TEST(PlaceRows, TellTermsAndCategoriesFromPlaces)
@@ -137,6 +163,8 @@ TEST(TerminalText, TakesItsColumnsAndSteersNothing)
         {QStringLiteral("abcdef"), 6, QStringLiteral("abcd…")},
         {QStringLiteral("ab"), 2, QStringLiteral("ab   ")},
         {QStringLiteral("e\u0301é"), 2, QStringLiteral("e\u0301é   ")},
+        {QStringLiteral("世界e\u0301世"), 7, QStringLiteral("世界…")},
+        {QStringLiteral("e\u0301世界世"), 7, QStringLiteral("e\u0301世… ")},
     };
     for (const auto &row : cases) {
         EXPECT_EQ(tool::columnsOf(row.text), row.columns);

@@ -142,7 +142,7 @@ TEST(CsvReader, ReadsRowsUnderHeadings)
           R"(row 5: {"geometry":{"coordinates":[2.0,1.0]},"properties":{"name":"ÿ"}})",
           "row 6: a null character in name", "row 7: " + A}},
         {times(1000, "name,") + "name\n", {"not CSV: more than 1000 columns"}},
-        {times(998, "x,") + "name,lat\n" + times(998, ",") + "A,1\n", {"row 2: longitude \"\" is not a number"}},
+        {times(998, "x,") + "name,lat\n" + times(998, ",") + "A,1\n", {"row 2: the longitude is empty or missing"}},
         {"", {"not CSV: the row with the names of the columns is missing"}},
         {"name,\xFF,\xC3\xA9\nA,1,2\n", {"row 2: it has neither a position nor an address"}},
         {"name,\xC3\xA9,\xFF\nA,1,2\n", {"not CSV: the first row is not UTF-8"}},

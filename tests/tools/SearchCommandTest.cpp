@@ -184,9 +184,12 @@ TEST_F(SearchBox, ACategoryLeadsToItsPlacesNearTheCentreAndBack)
     typing.type("\x0c");
     EXPECT_TRUE(typing.shows("Search: large")) << "back at the text";
     EXPECT_TRUE(typing.shows("category"));
-    typing.type("\r\r"); // the category, and the first place of it
+    typing.type("\x13");
+    EXPECT_TRUE(typing.shows("only places can be saved"));
+    typing.type("\r\x13"); // the category, and the first place of it
     EXPECT_EQ(typing.wait(), 0);
-    EXPECT_THAT(typing.output(), HasSubstr("Name          London Heathrow Airport"));
+    EXPECT_THAT(typing.output(), HasSubstr("saved London Heathrow Airport"));
+    EXPECT_THAT(places("find heathrow air").out, HasSubstr("London Heathrow Airport"));
 }
 
 TEST_F(SearchBox, PlacesOfOneNameCanBeToldApartInFortyColumns)
@@ -204,9 +207,9 @@ TEST_F(SearchBox, ATerminalWithoutACursorIsServedByLines)
 {
     Typing typing("--group=local,suggestions", "dumb");
     typing.type("heathrow\n");
-    EXPECT_TRUE(typing.shows("   2  London Heathrow Airport"));
+    EXPECT_TRUE(typing.shows("  2.   London Heathrow Airport"));
     typing.type("qqq\n");
-    EXPECT_TRUE(typing.shows("   2  Qqq2 (Other)"));
+    EXPECT_TRUE(typing.shows("  2.   Qqq2 (Other)"));
     typing.type("2\n");
     EXPECT_EQ(typing.wait(), 0);
     EXPECT_THAT(typing.output(), HasSubstr("Name          Qqq2\r\n"));
@@ -214,6 +217,7 @@ TEST_F(SearchBox, ATerminalWithoutACursorIsServedByLines)
 
     const QByteArray lines("99\n\nheathrow\n\n");
     EXPECT_THAT(places("--json search --as-you-type", lines).out, HasSubstr("HeathrowShed")) << "no terminal at all";
+    EXPECT_EQ(places("search --as-you-type", "qqq\n+2\n").out, "Qqq2 is stored already, as place 3\n");
     EXPECT_EQ(places("search --as-you-type", "heathrow").status, 1) << "the end of the input chooses nothing";
 }
 

@@ -85,7 +85,7 @@ TEST(TextFormatsTest, EveryMemberIsHandedOutWithWhatWasFound)
 <trk><trkseg><trkpt lat="0" lon="0"><name>no</name></trkpt></trkseg><name>T</name></trk><trk/></gpx>)",
          "waypoint 1, line 1: Unnamed Place at 1,2,nan without: altitude \"high\" is not a number\n"
          "waypoint 2, line 1: latitude \"x\" is not a number\n"
-         "waypoint 3, line 1: longitude \"\" is not a number\n"
+         "waypoint 3, line 1: the longitude is empty or missing\n"
          "route 1 \"Down the hill\", line 2: a route\n"
          "track 1 \"T\", line 3: a track\n"
          "track 2, line 3: a track"},

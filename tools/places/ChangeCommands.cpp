@@ -12,8 +12,6 @@
 #include <places/PlaceManager.h>
 #include <places/PointOfInterestAuxiliaryData.h>
 
-#include <QtCore/QByteArrayList>
-
 #include <algorithm>
 #include <memory>
 #include <optional>
@@ -216,14 +214,6 @@ std::unique_ptr<Place> placeOf(const QString &idOrLink, ExitStatus &status)
     return nullptr;
 }
 
-QByteArray collectionOf(const std::vector<std::unique_ptr<Place>> &places)
-{
-    QByteArrayList features;
-    for (const auto &place : places)
-        features.append(toGeoJson(*place));
-    return R"({"type":"FeatureCollection","features":[)" + features.join(',') + "]}";
-}
-
 ExitStatus showPlaces(const QStringList &idsOrLinks, Form form)
 {
     ExitStatus status = Done;
@@ -232,8 +222,8 @@ ExitStatus showPlaces(const QStringList &idsOrLinks, Form form)
         if (std::unique_ptr<Place> place = placeOf(idOrLink, status))
             found.push_back(std::move(place));
     }
-    if (form == Form::Json && idsOrLinks.size() > 1) {
-        printJson(collectionOf(found));
+    if (form == Form::Json) {
+        printFeatures(found, idsOrLinks.size() > 1);
         return status;
     }
     for (const auto &place : found) {

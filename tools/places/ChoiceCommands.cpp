@@ -86,8 +86,8 @@ ExitStatus runChange(const ChangeOptions &options, const ChangeKind &kind, const
                      const Context &context)
 {
     PlaceChoice choice;
-    if (const QString problem = options.choice.read(choice, true); !problem.isEmpty())
-        return misuse(kind.name, problem);
+    if (const ExitStatus status = options.choice.read(kind.name, choice, true); status != Done)
+        return status;
     if (choice.ids.empty() && !choice.hasConditions())
         return misuse(kind.name, QStringLiteral("which places? Name them by their numbers or by conditions"));
     if (options.isDryRun)

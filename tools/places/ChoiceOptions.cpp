@@ -2,6 +2,7 @@
 
 #include "ChoiceOptions.h"
 
+#include "Centre.h"
 #include "Options.h"
 
 #include <QtCore/QDateTime>
@@ -52,7 +53,7 @@ void ChoiceOptions::addTo(CLI::App &command)
 {
     addListOption(command, "--tag", m_tags, "Places with this tag; may be given several times, one of them counts");
     command.add_option("--within", m_box, "Places in this part of the Earth, in degrees")->transform(IsBox);
-    command.add_option("--near", position, "Nearest to this position first")->transform(IsPosition);
+    command.add_option("--near", position, "Nearest to this position or stored place first")->transform(IsCentre);
     addRadiusOption(command);
     m_ownerOption = command.add_option("--owner", m_owner, "Places that this application added");
     command.add_option("--since", m_since, "Places that were stored or changed since then")->transform(IsTime);
@@ -64,7 +65,7 @@ void ChoiceOptions::addRadiusOption(CLI::App &command)
         ->transform(IsLength);
 }
 
-QString ChoiceOptions::read(PlaceChoice &choice, bool areNumbersPlaces) const
+ExitStatus ChoiceOptions::read(const char *command, PlaceChoice &choice, bool areNumbersPlaces) const
 {
     if (areNumbersPlaces)
         choice.ids = numbersOf(words);
@@ -74,15 +75,21 @@ QString ChoiceOptions::read(PlaceChoice &choice, bool areNumbersPlaces) const
     if (m_ownerOption && m_ownerOption->count() > 0)
         choice.owner = text(m_owner);
     choice.box = GeoBox::parse(text(m_box));
-    choice.centre = centre.isValid() ? centre : parsePosition(position);
     choice.radius = m_radius ? parseLength(*m_radius) : std::nullopt;
     choice.since = parseTime(text(m_since));
+    if (const QString problem = problemOf(choice); !problem.isEmpty())
+        return misuse(command, problem);
+    return position.empty() ? Done : findCentre(text(position), choice.centre);
+}
+
+QString ChoiceOptions::problemOf(const PlaceChoice &choice) const
+{
     if (!choice.ids.empty() && choice.ids.size() < words.size())
         return QStringLiteral("numbers and words; places are named by their numbers or found by words, and words that "
                               "begin with a number stand in quotation marks");
-    if (!choice.ids.empty() && (choice.hasConditions() || choice.centre.isValid()))
+    if (!choice.ids.empty() && (choice.hasConditions() || !position.empty()))
         return QStringLiteral("numbers and conditions; places are named by their numbers or found by conditions");
-    if (choice.radius && !choice.centre.isValid())
+    if (choice.radius && position.empty())
         return QStringLiteral("--radius needs a position (--near)");
     return {};
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "PlaceChoice.h"
+#include "Report.h"
 
 #include <CLI/CLI.hpp>
 
@@ -23,14 +24,16 @@ public:
 
     /// Words that were given one by one.
     std::vector<std::string> words;
-    std::string position;
-    places::Coordinates centre; ///< Counts more than the position, if it is valid.
+    std::string position; ///< Or the number or name of a stored place.
 
-    /// Makes the choice of what was given. Returns what is wrong with it; empty when nothing is.
+    /// Makes the choice of what was given. Says what is wrong with it.
     /// @param areNumbersPlaces the words name places by their numbers when they are numbers.
-    [[nodiscard]] QString read(PlaceChoice &choice, bool areNumbersPlaces) const;
+    [[nodiscard]] ExitStatus read(const char *command, PlaceChoice &choice, bool areNumbersPlaces) const;
 
 private:
+    /// What is wrong with the choice; empty when nothing is.
+    [[nodiscard]] QString problemOf(const PlaceChoice &choice) const;
+
     std::vector<std::string> m_tags;
     std::string m_box;
     std::optional<std::string> m_radius;

@@ -15,8 +15,7 @@ ExitStatus collectChosen(const PlaceChoice &choice, std::vector<qint64> &ids);
 
 /// Writes places by their numbers. Failed, and says so, when one is not there.
 /// @param hasMore true when there are more of them.
-/// @param centre where distances are measured from; not valid for none.
-ExitStatus listPlaces(const std::vector<qint64> &ids, bool hasMore, Form form, const places::Coordinates &centre);
+ExitStatus listPlaces(const std::vector<qint64> &ids, bool hasMore, const ListForm &form);
 
 /// Writes the chosen places as `places find` does. Failed, and says so, when one that was named is not there or none is
 /// found.

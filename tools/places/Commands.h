@@ -33,7 +33,8 @@ void addSearchCommand(CLI::App &app, Context &context);
 void addChoiceCommands(CLI::App &app, Context &context);
 void addExchangeCommands(CLI::App &app, Context &context);
 
-/// Says what was done: a line for people, or an object with a number under the name `member`.
+/// Says what was done: a line for people, or an object with a number or text under the name `member`.
 void printDone(const Context &context, const char *member, qint64 count, const QString &line);
+void printDone(const Context &context, const char *member, const QString &text, const QString &line);
 
 } // namespace tool

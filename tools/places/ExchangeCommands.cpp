@@ -98,8 +98,8 @@ void addImport(CLI::App &app, Context &context)
 
 ExitStatus runExport(ExportOptions options, const ChoiceOptions &given, bool isDryRun, const Context &context)
 {
-    if (const QString problem = given.read(options.choice, true); !problem.isEmpty())
-        return misuse("export", problem);
+    if (const ExitStatus status = given.read("export", options.choice, true); status != Done)
+        return status;
     if (isDryRun)
         return listChosen(options.choice, context.form);
     qint64 count = 0;
@@ -134,17 +134,18 @@ void addExport(CLI::App &app, Context &context)
 }
 
 /// Adds a command that has the service copy its store.
+/// @param member name of the file in JSON.
 void addCopyCommand(CLI::App &app, Context &context, const char *name, const char *description,
-                    ExitStatus (*copy)(const QString &), const QString &done)
+                    ExitStatus (*copy)(const QString &), const char *member, const QString &done)
 {
     const auto file = std::make_shared<std::string>();
     CLI::App *command = app.add_subcommand(name, description);
     command->add_option("FILE", *file, "File of a backup; - for standard input or output")->required();
-    command->callback([&context, file, copy, done] {
-        context.run = [&context, file, copy, done] {
+    command->callback([&context, file, copy, member, done] {
+        context.run = [&context, file, copy, member, done] {
             const ExitStatus status = copy(text(*file));
-            if (status == Done && context.form == Form::Table && !context.isQuiet && *file != "-")
-                printLine(done.arg(text(*file)));
+            if (status == Done && *file != "-")
+                printDone(context, member, text(*file), done.arg(text(*file)));
             return status;
         };
     });
@@ -156,10 +157,10 @@ void addExchangeCommands(CLI::App &app, Context &context)
 {
     addImport(app, context);
     addExport(app, context);
-    addCopyCommand(app, context, "backup", "Write all that is stored to a backup file", backUp,
+    addCopyCommand(app, context, "backup", "Write all that is stored to a backup file", backUp, "written",
                    QStringLiteral("wrote all that is stored to %1"));
     addCopyCommand(app, context, "restore", "Replace all that is stored by what a backup file holds", restore,
-                   QStringLiteral("restored all that %1 holds"));
+                   "restored", QStringLiteral("restored all that %1 holds"));
 }
 
 } // namespace tool

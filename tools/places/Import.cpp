@@ -100,9 +100,10 @@ private:
     {
         m_bar.clear();
         const QString what = read.where + QStringLiteral(": ") + read.place->name();
+        const QString updated = result.id < 0 ? QStringLiteral("a place of this import") : nameOfPlace(result.id);
         printLine(result.outcome == MemberOutcome::Imported
                       ? QStringLiteral("would import %1").arg(what)
-                      : QStringLiteral("would update place %1 with %2").arg(result.id).arg(what));
+                      : QStringLiteral("would update %1 with %2").arg(updated, what));
     }
 
     void fail(const ReadPlace &read, const QString &problem, ExitStatus status)

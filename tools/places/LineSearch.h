@@ -16,7 +16,7 @@ namespace tool
 /// Search by lines, for terminals that cannot move the cursor and for input that is no terminal. Each line of standard
 /// input is a search, and the results are listed with numbers. A number chooses a result, an empty line chooses the
 /// first one, and the end of the input leaves. The list goes to standard output if it is a terminal, else to standard
-/// error.
+/// error. A plus sign before the number has the result saved.
 class LineSearch
 {
 public:
@@ -27,6 +27,9 @@ public:
 
     /// The place that was chosen; null when none was.
     [[nodiscard]] ResultList::PlacePointer chosen() const { return m_chosen; }
+
+    /// True when the chosen place is to be saved, not shown.
+    [[nodiscard]] bool isToSave() const { return m_isToSave; }
 
 private:
     void takeInput();
@@ -48,6 +51,7 @@ private:
     bool m_isOver = false;
     std::FILE *const m_output;
     ResultList::PlacePointer m_chosen;
+    bool m_isToSave = false;
 };
 
 } // namespace tool

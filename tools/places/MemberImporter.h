@@ -2,6 +2,7 @@
 #pragma once
 
 #include "MemberKey.h"
+#include "PlannedMembers.h"
 
 #include <places/Error.h>
 #include <places/PlaceManager.h>
@@ -33,7 +34,7 @@ enum class MemberOutcome
 struct MemberResult
 {
     MemberOutcome outcome = MemberOutcome::Failed;
-    qint64 id = -1; ///< Number of the stored place; -1 when there is none.
+    qint64 id = -1; ///< Number of the stored place; -1 when there is none, as in a dry run.
     places::Error::Type error = places::Error::Success;
     QString reason = {}; ///< The service's reason for the error.
 };
@@ -61,9 +62,12 @@ public:
 
 private:
     [[nodiscard]] MemberResult add(places::Place &place) const;
+    /// What add() would do, or what would become of a member that a planned place is the same as.
+    [[nodiscard]] MemberResult plan(const places::Place &place, const MemberKey &key) const;
     [[nodiscard]] MemberResult update(places::Place &stored, const places::Place &place) const;
 
     const Options m_options;
+    mutable PlannedMembers m_planned; ///< Of a dry run.
     const places::PlaceManager m_manager;
 };
 

@@ -1,6 +1,8 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "PlaceTemplate.h"
+
 #include <places/Coordinates.h>
 
 #include <CLI/CLI.hpp>
@@ -42,8 +44,12 @@ extern const CLI::Validator IsIdOrPosition;
 extern const CLI::Validator IsLength;
 /// A number of results: from 0 to the largest int.
 extern const CLI::Validator IsCount;
+/// The number of a result: from 1 on.
+extern const CLI::Validator IsResult;
 /// A text that is not blank.
 extern const CLI::Validator IsName;
+/// The rows of a list, as PlaceTemplate parses them.
+extern const CLI::Validator IsTemplate;
 /// Two texts that are not empty, apart by the last "=".
 extern const CLI::Validator IsAssignment;
 
@@ -56,6 +62,11 @@ struct Page
 
 void addLimitOption(CLI::App &command, Page &page);
 void addPageOptions(CLI::App &command, Page &page);
+
+/// Adds the option `--format` for the rows of a list of places; the main command has `--json`.
+void addRowOption(CLI::App &command, std::string &format);
+/// The rows of this option; nothing when it is not given.
+std::optional<PlaceTemplate> rowOf(const std::string &format);
 
 /// Adds an option that may be given several times, with one value each time, so that it does not take the next
 /// argument.

@@ -2,7 +2,9 @@
 
 #include "PlaceView.h"
 
+#include "formats/GeoJsonWriter.h"
 #include "formats/Vocabulary.h"
+#include "PlaceRows.h"
 #include "TerminalText.h"
 
 #include <places/CalendarAuxiliaryData.h>
@@ -32,8 +34,6 @@ namespace
 {
 
 constexpr int NAME_WIDTH = 14;
-/// The end of the year 9999, in seconds since 1970-01-01T00:00:00 UTC. Later times are shown as numbers.
-constexpr quint64 LAST_SECOND = 253402300799;
 
 /// Fields, one per line; the lines of a long value are aligned in one column.
 class Fields
@@ -123,11 +123,6 @@ QString indoorText(const Address &address)
                    named("floor ", address.hasValidFloor() ? QString::number(address.floor()) : QString()),
                    named("room ", address.room())},
                   QStringLiteral(", "));
-}
-
-QString pointText(const Coordinates &point)
-{
-    return QStringLiteral("%1, %2").arg(point.latitude(), 0, 'f', 5).arg(point.longitude(), 0, 'f', 5);
 }
 
 QString positionText(const Coordinates &position)

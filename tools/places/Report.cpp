@@ -10,6 +10,8 @@
 #include <places/Place.h>
 #include <places/PlaceJson.h>
 
+#include <QtCore/QByteArrayList>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -84,6 +86,12 @@ QString nameOfPlace(qint64 id)
     return QStringLiteral("place %1").arg(id);
 }
 
+QString nameOfPlace(const AbstractPlace &place)
+{
+    const QString where = place.primaryLocation();
+    return place.name() + (where.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(where));
+}
+
 QString countOf(qint64 places)
 {
     return places == 1 ? QStringLiteral("1 place") : QStringLiteral("%1 places").arg(places);
@@ -128,6 +136,8 @@ void printTexts(const QStringList &texts, Form form)
     if (form == Form::Table) {
         for (const QString &text : texts)
             printLine(text);
+        if (texts.isEmpty())
+            reportNoneShown(false);
         return;
     }
     JsonWriter out;
@@ -141,9 +151,14 @@ int terminalColumns(int descriptor)
     return ::isatty(descriptor) && ::ioctl(descriptor, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
-void printRows(const PlaceList &found, const Coordinates &centre)
+void printRows(const PlaceList &found, const ListForm &form, int firstNumber)
 {
-    for (const QString &row : rowsOf(found, {centre, terminalColumns(STDOUT_FILENO)}))
+    if (form.row) {
+        for (const AbstractPlace *place : found)
+            std::printf("%s\n", qUtf8Printable(form.row->row(*place, form.centre)));
+        return;
+    }
+    for (const QString &row : rowsOf(found, {form.centre, terminalColumns(STDOUT_FILENO), true, firstNumber}))
         printLine(row);
 }
 
@@ -153,11 +168,11 @@ void reportNoneShown(bool hasMore)
                  hasMore ? "places: --limit 0 shows none of those that are found\n" : "places: nothing found\n");
 }
 
-void printPlaces(const PlaceList &found, bool hasMore, Form form, const Coordinates &centre)
+void printPlaces(const PlaceList &found, bool hasMore, const ListForm &form)
 {
-    if (form != Form::Table)
-        return printJson(toGeoJson(found, hasMore));
-    printRows(found, centre);
+    if (form.form != Form::Table)
+        return printJson(toGeoJson(found, hasMore, form.centre));
+    printRows(found, form);
     if (found.isEmpty())
         reportNoneShown(hasMore);
     else if (hasMore)
@@ -174,6 +189,17 @@ void printPlace(const Place &place, Form form)
     case Form::Document:
         return printJson(PlaceJson::write(place, PlaceJson::Texts::Unicode));
     }
+}
+
+void printFeatures(const std::vector<std::unique_ptr<Place>> &places, bool isList)
+{
+    QByteArrayList features;
+    for (const auto &place : places)
+        features.append(toGeoJson(*place));
+    if (isList)
+        printJson(R"({"type":"FeatureCollection","features":[)" + features.join(',') + "]}");
+    else if (!features.isEmpty())
+        printJson(features.first());
 }
 
 ExitStatus finishOutput()

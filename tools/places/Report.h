@@ -2,6 +2,7 @@
 #pragma once
 
 #include "formats/GeoJsonWriter.h"
+#include "PlaceTemplate.h"
 
 #include <places/Coordinates.h>
 #include <places/Error.h>
@@ -9,6 +10,10 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
+
+#include <memory>
+#include <optional>
+#include <vector>
 
 namespace vela::platform::places
 {
@@ -40,6 +45,14 @@ enum class Form
     Document, ///< The library's JSON document of a place.
 };
 
+/// Form of a list of places.
+struct ListForm
+{
+    Form form = Form::Table;
+    std::optional<PlaceTemplate> row = {}; ///< Of each row, instead of columns for people.
+    places::Coordinates centre = {};       ///< Distances are measured from here; not valid for none.
+};
+
 /// The text of an outcome: the error with the service's reason, or else with advice.
 QString textOf(places::Error::Type outcome, const QString &reason);
 ExitStatus statusOf(places::Error::Type outcome);
@@ -55,8 +68,9 @@ void complain(const QString &where, const QString &problem);
 ExitStatus fail(const QString &where, const QString &problem);
 ExitStatus misuse(const char *command, const QString &problem);
 
-/// What messages call a place, and a number of places.
+/// What messages call a place: by its number, or by its name and address; and a number of places.
 QString nameOfPlace(qint64 id);
+QString nameOfPlace(const places::AbstractPlace &place);
 QString countOf(qint64 places);
 
 /// Prints to standard error why no place is shown: nothing is found, or the limit is 0.
@@ -65,12 +79,14 @@ void reportNoneShown(bool hasMore);
 
 /// Writes a list of places.
 /// @param hasMore true when the service has more places.
-/// @param centre distances are measured from here; invalid for none.
-void printPlaces(const formats::PlaceList &found, bool hasMore, Form form, const places::Coordinates &centre);
-/// Writes places as rows of the terminal's width.
-void printRows(const formats::PlaceList &found, const places::Coordinates &centre);
+void printPlaces(const formats::PlaceList &found, bool hasMore, const ListForm &form);
+/// Writes places as rows: those of the form, or else of the terminal's width.
+/// @param firstNumber rows of the terminal's width begin with numbers from this one on; 0 for none.
+void printRows(const formats::PlaceList &found, const ListForm &form, int firstNumber = 0);
 /// Writes all data of a place.
 void printPlace(const places::Place &place, Form form);
+/// Writes all data of places as GeoJSON: a Feature if there is one, or a list as a FeatureCollection.
+void printFeatures(const std::vector<std::unique_ptr<places::Place>> &places, bool isList);
 /// Writes texts, one per line or as a JSON array.
 void printTexts(const QStringList &texts, Form form);
 /// Writes a line for people.

@@ -13,6 +13,7 @@
 #include <curses.h>
 #include <sys/ioctl.h>
 #include <termcap.h>
+#include <termios.h>
 #include <unistd.h>
 
 namespace tool
@@ -86,6 +87,17 @@ attr_t attributesOf(Style style)
     return A_NORMAL;
 }
 
+/// Makes Ctrl-S a key: by default it stops the output. Leaving the screen undoes this.
+void passFlowControl()
+{
+    struct termios settings = {};
+    if (::tcgetattr(descriptor, &settings) != 0)
+        return;
+    settings.c_iflag &= ~static_cast<tcflag_t>(IXON);
+    ::tcsetattr(descriptor, TCSADRAIN, &settings);
+    ::def_prog_mode();
+}
+
 /// Keys as sent by terminals that ignore the keypad mode, and the marks of pasted text.
 constexpr struct
 {
@@ -131,6 +143,7 @@ Key::Type keyType(int code)
         {KEY_ENTER, Key::Enter},
         {'\r', Key::Enter},
         {'\n', Key::Enter},
+        {control('S'), Key::Save},
         {KEY_BACKSPACE, Key::Backspace},
         {control('H'), Key::Backspace},
         {'\x7F', Key::Backspace},
@@ -175,6 +188,7 @@ Screen::Screen()
     ::cbreak();
     ::noecho();
     ::nonl();
+    passFlowControl();
     ::keypad(stdscr, true);
     ::nodelay(stdscr, true);
     ::set_escdelay(ESCAPE_DELAY);

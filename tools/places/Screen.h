@@ -26,6 +26,7 @@ struct Key
         Home,
         End,
         Enter,
+        Save,
         Backspace,
         Delete,
         EraseWord,

@@ -4,7 +4,6 @@
 #include "Options.h"
 #include "ServiceStarter.h"
 #include "Signals.h"
-#include "TerminalText.h"
 
 #include <places/Version.h>
 
@@ -16,7 +15,6 @@
 #include <cstring>
 #include <exception>
 #include <iostream>
-#include <sstream>
 
 #include <langinfo.h>
 
@@ -44,14 +42,20 @@ ExitStatus withService(const tool::Context &context, bool mayStart)
     return context.run();
 }
 
-/// Prints help or the error in the arguments, made printable: they may be copied from a place.
+/// Prints help or the error in the arguments.
 ExitStatus explain(const CLI::App &app, const CLI::ParseError &error)
 {
-    std::ostringstream problem;
-    if (app.exit(error, std::cout, problem) == 0)
-        return tool::Done;
-    for (const QString &line : tool::text(problem.str()).split(QLatin1Char('\n'), Qt::SkipEmptyParts))
-        std::fprintf(stderr, "%s\n", qUtf8Printable(tool::printable(line)));
+    if (error.get_exit_code() == 0)
+        return static_cast<ExitStatus>(app.exit(error, std::cout));
+    const std::vector<CLI::App *> commands = app.get_subcommands();
+    if (!commands.empty())
+        return tool::misuse(commands.front()->get_name().c_str(), tool::text(error.what()));
+    const std::vector<std::string> unknown = app.remaining();
+    if (unknown.empty())
+        tool::complain(QStringLiteral("command"), QStringLiteral("none is given; see places --help"));
+    else
+        tool::complain(tool::text(unknown.front()),
+                       QStringLiteral("there is no such command or option; see places --help"));
     return tool::WrongUse;
 }
 
