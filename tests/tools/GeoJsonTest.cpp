@@ -75,7 +75,7 @@ TEST(GeoJsonTest, EachGeometryIsAPlaceAKindOrAProblem)
         {point("{}"), "its coordinates are not a list of numbers", nullptr},
         {point("[7]"), "its coordinates are not longitude and latitude, but 1 number", nullptr},
         {point("[\"abc\",1]"), "longitude \"abc\" is not a number", nullptr},
-        {point("[7,\"46\"]"), "latitude \"46\" is a text, where a number must be", nullptr},
+        {point("[7,\"46\"]"), "latitude \"46\" is a text, not a number", nullptr},
         {point("[7,null]"), "the latitude is not a number", nullptr},
         {point("[7,195.25]"), "latitude 195.25 is beyond 90", nullptr},
         {point("[46,107.5]"), "latitude 107.5 is beyond 90; are longitude and latitude swapped?", nullptr},

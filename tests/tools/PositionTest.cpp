@@ -88,9 +88,9 @@ TEST(PositionTest, PositionsAreReadAsPeopleWriteThem)
         none("95.2,8", "latitude 95.2 is beyond 90"),
         none("47.24,181", "longitude 181 is beyond 180"),
         none("47 60 N 8 43 E", "60 minutes are beyond 59"),
-        none("47.5 14 N 8 43 E", "degrees are no whole number where minutes follow"),
-        none("-47 N 8 E", "a sign or a letter"),
-        none("47 N 8 S", "one coordinate is a latitude"),
+        none("47.5 14 N 8 43 E", "degrees must be a whole number when minutes follow"),
+        none("-47 N 8 E", "a sign and a letter"),
+        none("47 N 8 S", "letters of one axis"),
     };
     for (const Case &row : cases)
         check(row);

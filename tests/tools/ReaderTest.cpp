@@ -147,9 +147,9 @@ TEST(CsvReader, ReadsRowsUnderHeadings)
         {"name,\xFF,\xC3\xA9\nA,1,2\n", {"row 2: it has neither a position nor an address"}},
         {"name,\xC3\xA9,\xFF\nA,1,2\n", {"not CSV: the first row is not UTF-8"}},
         {"name,lat,lon\n" + times(5, MEGABYTE) + ",1,2\nA,1,2\n",
-         {"row 2: more than the 4194304 bytes that a row may have", "row 3: " + A}},
+         {"row 2: the row has more than 4194304 bytes", "row 3: " + A}},
         {"name,lat,lon\n" + times(5, MEGABYTE + ",") + "1\nA,1,2\n",
-         {"row 2: more than the 4194304 bytes that a row may have", "row 3: " + A}},
+         {"row 2: the row has more than 4194304 bytes", "row 3: " + A}},
     };
     for (const auto &[bytes, gives] : cases)
         EXPECT_EQ(read("csv", bytes), gives);
@@ -184,8 +184,7 @@ TEST(DocumentReader, ReadsALineForEachPlace)
     const auto with = [](const QByteArray &more) { return DOCUMENT.chopped(1) + "," + more + "}"; };
     expectAll("json");
     const std::pair<QByteArray, Lines> cases[] = {
-        {times(5, MEGABYTE) + "\n" + DOCUMENT + "\n",
-         {"line 1: more than the 4194304 bytes that a line may have", "line 2: " + A}},
+        {times(5, MEGABYTE) + "\n" + DOCUMENT + "\n", {"line 1: the line has more than 4194304 bytes", "line 2: " + A}},
         {with("\"tags\":[" + times(1000, "\"t\",") + "1]") + "\n" + with("\"x\":[" + times(999, "1,") + "1]"),
          {"line 1: a list of more than 1000 members", "line 2: " + A}},
         {DOCUMENT + QByteArray(1, '\0') + "\n{}\n7",

@@ -179,11 +179,12 @@ TEST(VCardTest, WhatIsWrongWithACardIsSaidAndTheFileGoesOn)
     for (const formats::ReadPlace &member : read.members)
         said.push_back((member.where + QStringLiteral(": ") + member.problem + member.losses.join(QStringLiteral("; ")))
                            .toStdString());
-    EXPECT_THAT(said,
-                ElementsAre("card 1, line 2: it has no END:VCARD; what comes before is read; its PHOTO cannot be kept",
-                            "card 2, line 6: ", "card 3, line 11: it has neither an address (ADR) nor a position (GEO)",
-                            "card 4, line 15: 1 lines are too long or too many for a card",
-                            "card 5, line 21: its X-VELA-PLACE is no feature of a place", "card 6, line 27: "));
+    EXPECT_THAT(
+        said,
+        ElementsAre("card 1, line 2: it has no END:VCARD; the lines before the cut are read; its PHOTO cannot be kept",
+                    "card 2, line 6: ", "card 3, line 11: it has neither an address (ADR) nor a position (GEO)",
+                    "card 4, line 15: 1 lines are too long or too many for a card",
+                    "card 5, line 21: its X-VELA-PLACE is not a feature of a place", "card 6, line 27: "));
     EXPECT_EQ(read.problem, QString());
     EXPECT_THAT(readFile("a,b\r\n").problem.toStdString(), HasSubstr("no BEGIN:VCARD"));
 }
