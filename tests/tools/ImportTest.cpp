@@ -147,7 +147,8 @@ TEST(Import, AnInterruptedImportSaysHowToGoOn)
         EXPECT_TRUE(client.waitForFinished(60000)) << "also while it waits for more of the file";
         EXPECT_EQ(client.exitStatus(), QProcess::CrashExit) << "so that a shell makes 128 and the signal of it";
         EXPECT_EQ(client.readAllStandardOutput(), "1 imported, 0 skipped, 0 failed\n");
-        EXPECT_THAT(client.readAllStandardError().toStdString(),
-                    EndsWith("interrupted: run the same command again: what is stored is skipped\n"));
+        EXPECT_THAT(
+            client.readAllStandardError().toStdString(),
+            EndsWith("interrupted: run the same command again to import the rest; stored places are skipped\n"));
     }
 }

@@ -88,7 +88,8 @@ TEST_F(PlacesTool, EveryCommandSaysWhatItDidAndFailsForWhatIsNotThere)
         {"add River --at 47.01,8", 0, "2\n", ""},
         {"-q add Lakeside --at 46,179.9", 0, "3\n", ""},
         {"update 1 --city Bern", 0, "changed 1 place\n", ""},
-        {"update 1", 2, "", "places: update: change what? Nothing is given; see places update --help\n"},
+        {"update 1", 2, "",
+         "places: update: nothing to change; give the new values as options; see places update --help\n"},
         {"update 99 --city Bern", 1, "", "places: place 99: " + none},
         {"fav 1 2", 0, "marked 2 places as favourite\n", ""},
         {"fav 1", 0, "marked 1 place as favourite\n", ""},
@@ -119,14 +120,14 @@ TEST_F(PlacesTool, EveryCommandSaysWhatItDidAndFailsForWhatIsNotThere)
         {"import " + file, 0, "0 imported, 2 skipped, 0 failed\n", ""},
         {"--quiet import " + file, 0, "", ""},
         {"backup " + backup, 0, "wrote all that is stored to " + backup + "\n", ""},
-        {"remove 1 river", 2, "", "places: remove: numbers and words; ..."},
-        {"remove 1 --tag a", 2, "", "places: remove: numbers and conditions; ..."},
-        {"remove", 2, "", "places: remove: which places?..."},
+        {"remove 1 river", 2, "", "places: remove: both numbers and words..."},
+        {"remove 1 --tag a", 2, "", "places: remove: both numbers and conditions..."},
+        {"remove", 2, "", "places: remove: no places are given..."},
         {"remove lake --dry-run", 0,
          "      1   Lake                                     Bern\n"
          "      3   Lakeside                                 \n",
          ""},
-        {"remove lake", 2, "", "places: remove 2 places: that is more than one; say --yes..."},
+        {"remove lake", 2, "", "places: remove 2 places: more than one place; confirm with --yes..."},
         {"remove river", 0, "removed 1 place\n", ""},
         {"remove river", 1, "", "places: nothing found\n"},
         {"--json remove --yes 1 3", 0, "{\"removed\":2}\n", ""},
@@ -196,7 +197,7 @@ TEST_F(PlacesTool, APlaceIsEditedInTheEditor)
         const char *says;
         const char *name; ///< Of the place afterwards.
     } cases[] = {
-        {"true", "", 0, "place 1 is as it was\n", "Lake"},
+        {"true", "", 0, "place 1 is unchanged\n", "Lake"},
         {"sed -i s/Lake/Sea/", "", 0, "changed 1 place\n", "Sea"},
         {"false", "", 1, "the editor failed: false", "Sea"},
         {"sed -i s/Point/Blob/", "n\n", 1, "places: edit it again? [Y/n]", "Sea"},
@@ -204,7 +205,7 @@ TEST_F(PlacesTool, APlaceIsEditedInTheEditor)
         {"f() { if [ -e " + mark + " ]; then sed -i 's/Blob/Point/; s/Sea/Bay/' \"$1\"; else touch " + mark
              + "; sed -i s/Point/Blob/ \"$1\"; fi; }; f",
          "\n", 0, "changed 1 place\n", "Bay"},
-        {client + "tag 1 other; sed -i s/Bay/Gulf/", "n\n", 1, "another program has changed it meanwhile", "Bay"},
+        {client + "tag 1 other; sed -i s/Bay/Gulf/", "n\n", 1, "another program has changed it during the edit", "Bay"},
         {client + "tag 1 more; sed -i s/Bay/Gulf/", "y\n", 0, "changed 1 place\n", "Gulf"},
         {client + "use 1; sed -i s/Gulf/Fjord/", "", 0, "changed 1 place\n", "Fjord"},
         {client + "remove 1; sed -i s/Fjord/Sound/", "", 1, "there is no such place", nullptr},

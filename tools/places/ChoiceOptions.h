@@ -12,22 +12,22 @@
 namespace tool
 {
 
-/// The arguments that choose places, in all commands that take several.
+/// Arguments that select places, shared by all commands that take several places.
 class ChoiceOptions
 {
 public:
-    /// Adds the conditions to a command. The object outlives the command's run.
+    /// Adds the condition options to a command. The object must outlive the run of the command.
     void addTo(CLI::App &command);
     /// Adds the option `--radius` alone.
     void addRadiusOption(CLI::App &command);
 
-    /// Words that were given one by one.
+    /// Positional arguments, one word each.
     std::vector<std::string> words;
     std::string position;
-    places::Coordinates centre; ///< Counts more than the position, if it is valid.
+    places::Coordinates centre; ///< Replaces `position` when it is valid.
 
-    /// Makes the choice of what was given. Returns what is wrong with it; empty when nothing is.
-    /// @param areNumbersPlaces the words name places by their numbers when they are numbers.
+    /// Builds the choice from the arguments. Returns the error; empty on success.
+    /// @param areNumbersPlaces numbers among the words are ids of places.
     [[nodiscard]] QString read(PlaceChoice &choice, bool areNumbersPlaces) const;
 
 private:

@@ -23,7 +23,7 @@ struct SearchOptions
     bool withoutFavorites = false;
 };
 
-/// Starts the search of a term; it replaces the previous search.
+/// Starts the search for a term. It replaces the previous search.
 void startSearch(places::SearchManager &manager, const SearchOptions &options, const QString &term, int searchId);
 
 /// The places of a result; the result owns them.
@@ -32,7 +32,7 @@ formats::PlaceList placesOf(const places::SearchResult &result);
 /// The title of a group, with the number of shown results when there are more.
 QString titleOf(const places::SearchResult &result);
 
-/// Searches, and writes each group as it arrives; as JSON all groups at the end. Failed when a group failed. A signal
+/// Searches and writes each group as it arrives; in JSON, all groups at the end. Failed when a group failed. A signal
 /// ends the search at once.
 ExitStatus search(const SearchOptions &options, Form form);
 
