@@ -86,7 +86,7 @@ protected:
 
 } // namespace
 
-TEST_F(ContactTest, AStoredAddressIsThatPlaceAndStandsOnce)
+TEST_F(ContactTest, AStoredAddressIsListedOnce)
 {
     const int id = annasId();
     const std::unique_ptr<Place> resolved(internal.getPlace(found[0].data(), &error));
@@ -108,7 +108,7 @@ TEST_F(ContactTest, AStoredAddressIsThatPlaceAndStandsOnce)
     EXPECT_EQ(group(Group::Contacts, "anna"), Names(3, "Anna Müller"));
 }
 
-TEST_F(ContactTest, RoomsStoredPlacesAndContactsComeOneAfterTheOther)
+TEST_F(ContactTest, RoomsStoredPlacesAndContactsAreListedInThisOrder)
 {
     cards.write("room.vcf", card("UID:room\r\nFN:Matter horn\r\nKIND:location\r\nGEO:46.5;7.5\r\n"));
     cards.write("person.vcf", card("UID:p\r\nFN:Adam Matter\r\nADR;TYPE=HOME:;;;Bern;;;CH\r\n"));
@@ -120,7 +120,7 @@ TEST_F(ContactTest, RoomsStoredPlacesAndContactsComeOneAfterTheOther)
     EXPECT_THAT(group(Group::Local, "matter", true), ElementsAre("Adam Matter", "Matter horn"));
 }
 
-TEST_F(ContactTest, TheExternalChannelSeesNoneOfThem)
+TEST_F(ContactTest, TheExternalChannelHasNoContacts)
 {
     using namespace wire;
     const auto reply = [](int type, const Fields &body) {

@@ -45,7 +45,7 @@ protected:
 
 } // namespace
 
-TEST_F(DataVersion, TellsAClientOfEveryChangeByAnother)
+TEST_F(DataVersion, ReportsEveryChangeByAnotherClient)
 {
     const char *const commands[] = {"add Zurichsee --at 47.25,8.7", "tag 1 lake", "use 1", "fav 1", "remove 1"};
     for (const char *command : commands)
@@ -61,7 +61,7 @@ TEST_F(DataVersion, TellsAClientOfEveryChangeByAnother)
     EXPECT_EQ(PlaceStoreWatcher::dataVersion(), version) << "nothing was changed";
 }
 
-TEST_F(DataVersion, TellsOfARestartAndOfManyChangesAtOnce)
+TEST_F(DataVersion, ReportsARestartAndABurstOfChanges)
 {
     ASSERT_TRUE(tellsOf([&] {
         service.kill();
@@ -84,7 +84,7 @@ TEST_F(DataVersion, TellsOfARestartAndOfManyChangesAtOnce)
     EXPECT_LT(changes.size(), CHANGES / 4);
 }
 
-TEST_F(DataVersion, SaysNothingElseAndIsReadOnlyByOthers)
+TEST_F(DataVersion, RevealsOnlyANumberAndIsReadOnlyForOthers)
 {
     EXPECT_EQ(places("add Hideout --at 47.25,8.7").status, 0);
     struct stat status = {};
@@ -93,7 +93,7 @@ TEST_F(DataVersion, SaysNothingElseAndIsReadOnlyByOthers)
     EXPECT_EQ(status.st_mode & 0777U, 0644U) << "whatever the mask of the service";
 }
 
-TEST(PlaceStoreWatcher, WaitsForAFolderThatIsNotThereYetAndTrustsNoFileOfOthers)
+TEST(PlaceStoreWatcher, WaitsForAMissingFolderAndIgnoresFilesOfOtherUsers)
 {
     const EventLoop loop;
     const QTemporaryDir root;

@@ -133,7 +133,7 @@ protected:
 
 } // namespace
 
-TEST_P(MigrationTest, KeepsEverythingAndTheUnreadableCanBeRemoved)
+TEST_P(MigrationTest, KeepsAllPlacesAndAllowsRemovingUnreadableOnes)
 {
     service.kill();
     const QString database = put("places.db");
@@ -158,7 +158,7 @@ TEST_P(MigrationTest, KeepsEverythingAndTheUnreadableCanBeRemoved)
     EXPECT_EQ(migrated.execAndGet("PRAGMA user_version").getInt(), 5);
 }
 
-TEST_P(MigrationTest, KeysOfOtherRulesAreMadeAnew)
+TEST_P(MigrationTest, KeysOfOtherRulesAreRebuilt)
 {
     service.kill();
     const QString database = put("places.db");
@@ -191,7 +191,7 @@ TEST_P(MigrationTest, ABackupOfAnEarlierVersionIsRestored)
     expectPlacesAndTerms();
 }
 
-TEST_P(MigrationTest, IsRescuedWithoutItsDictionary)
+TEST_P(MigrationTest, IsRepairedWithoutItsDictionary)
 {
     service.kill();
     const std::string old = put("old.db").toStdString();

@@ -78,7 +78,7 @@ private:
 
 } // namespace
 
-TEST(Placesd, LeavesRoomForOthersInACrowdOfClients)
+TEST(Placesd, KeepsConnectionsForOthersInACrowd)
 {
     Placesd service;
     const int share = static_cast<int>(limits::OPEN_USER_CONNECTIONS);
@@ -99,7 +99,7 @@ TEST(Placesd, LeavesRoomForOthersInACrowdOfClients)
     }
 }
 
-TEST(Placesd, GivesACrowdNoMoreThanItsMemory)
+TEST(Placesd, LimitsTheMemoryOfManyClients)
 {
     Placesd service;
     constexpr int PLACES = 8;
@@ -122,7 +122,7 @@ TEST(Placesd, GivesACrowdNoMoreThanItsMemory)
     }
 }
 
-TEST(Placesd, LeavesThreadsForOthersAndStopsInTimeInACrowd)
+TEST(Placesd, KeepsThreadsForOthersAndStopsInTimeInACrowd)
 {
     Placesd service({}, "placesd_with_guide");
     const Clients slow = connectMany(service, OPEN, 20);
@@ -141,7 +141,7 @@ TEST(Placesd, LeavesThreadsForOthersAndStopsInTimeInACrowd)
     EXPECT_LT(stop.time(), 5s);
 }
 
-TEST(Placesd, GoesOnWithoutDescriptorsAndWithoutALog)
+TEST(Placesd, WorksWithoutDescriptorsAndWithoutALog)
 {
     Placesd service;
     service.stop();
@@ -171,7 +171,7 @@ TEST(Placesd, GoesOnWithoutDescriptorsAndWithoutALog)
     EXPECT_EQ(Placesd::code(TAGS), 0);
 }
 
-TEST(Placesd, IsNotHeldUpByBusyClientsAndEndsAmongThem)
+TEST(Placesd, StopsInTimeWithBusyClients)
 {
     Placesd service;
     std::atomic<bool> done = false;
@@ -236,7 +236,7 @@ TEST(Placesd, AnswersShortRequestsWhileLongOnesRun)
     }
 }
 
-TEST(Placesd, AsksForTheKeyOfItsSessionObject)
+TEST(Placesd, RequiresTheKeyOfItsSessionObject)
 {
     QTemporaryDir pps;
     Placesd service({QStringLiteral("--pps-root"), pps.path()});
@@ -251,7 +251,7 @@ TEST(Placesd, AsksForTheKeyOfItsSessionObject)
     EXPECT_EQ(Placesd::code(message(head(Type::GetTags, 0, key))), 0);
 }
 
-TEST(Placesd, LeavesTheChannelsToTheServiceThatHasThem)
+TEST(Placesd, DoesNotTakeTheChannelsOfARunningService)
 {
     const Placesd service;
     QProcess second;

@@ -74,7 +74,7 @@ std::string found(Group group, const char *term)
 
 } // namespace
 
-TEST(Placesd, DoesNotStartOnArgumentsThatMakeNoSense)
+TEST(Placesd, DoesNotStartWithInvalidArguments)
 {
     const QTemporaryDir folder;
     qputenv("VELA_CHANNEL_DIR", folder.filePath(QStringLiteral("channels")).toLocal8Bit());
@@ -106,7 +106,7 @@ TEST(Placesd, DoesNotStartOnArgumentsThatMakeNoSense)
     }
 }
 
-TEST(Placesd, ServesOnlyInAFolderThatNobodyElseCanReplace)
+TEST(Placesd, ServesOnlyInAFolderThatOthersCannotReplace)
 {
     const QTemporaryDir folder;
     const auto path = [&](const char *name) { return folder.filePath(QLatin1String(name)); };
@@ -149,7 +149,7 @@ TEST(Placesd, ServesOnlyInAFolderThatNobodyElseCanReplace)
     EXPECT_TRUE(QFile::exists(path("blocked/places"))) << "only sockets are removed";
 }
 
-TEST(Placesd, ReadsItsSourcesAgainAndTellsItsStateWhenSignalled)
+TEST(Placesd, ReadsItsSourcesAgainAndLogsItsStateOnSignals)
 {
     const QTemporaryDir folder;
     const QString cards = folder.filePath(QStringLiteral("cards.vcf"));
@@ -184,7 +184,7 @@ TEST(Placesd, ReadsItsSourcesAgainAndTellsItsStateWhenSignalled)
                               "type [1-9][0-9]* with [0-9.]+ ms\n"));
 }
 
-TEST(Placesd, LeavesTheFilesOfOthersAsTheyAre)
+TEST(Placesd, DoesNotChangeForeignFiles)
 {
     const QTemporaryDir folder;
     qputenv("VELA_CHANNEL_DIR", folder.filePath(QStringLiteral("channels")).toLocal8Bit());
@@ -239,7 +239,7 @@ TEST(Placesd, MakesAnOpenDatabasePrivate)
     EXPECT_TRUE(service.isRunning()) << "an empty file is a new database";
 }
 
-TEST(Placesd, ForgetsTheNamesOfPlacesThatAreGone)
+TEST(Placesd, OverwritesTheNamesOfRemovedPlaces)
 {
     Placesd service;
     for (int i = 0; i < 100; ++i)

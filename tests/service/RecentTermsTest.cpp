@@ -15,7 +15,7 @@
 
 using namespace vela::platform::places;
 
-TEST(RecentTermsTest, TheTermThatAPlaceWasFoundByBecomesRecentWhenThePlaceIsFetchedOrUsed)
+TEST(RecentTermsTest, FetchingOrUsingAFoundPlaceMakesItsTermRecent)
 {
     const Placesd service;
     const EventLoop loop;

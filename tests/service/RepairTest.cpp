@@ -169,7 +169,7 @@ protected:
 
 } // namespace
 
-TEST_F(RepairTest, IsRepairedAsFarAsPagesCanBeRead)
+TEST_F(RepairTest, AllReadablePagesAreRepaired)
 {
     const struct
     {
@@ -213,7 +213,7 @@ TEST_F(RepairTest, IsRepairedAsFarAsPagesCanBeRead)
     }
 }
 
-TEST_F(RepairTest, NoPageIsNeededForThePlacesOnOthers)
+TEST_F(RepairTest, PlacesOnSoundPagesNeedNoOtherPage)
 {
     const int wanted = qEnvironmentVariableIsSet("PLACES_ROUNDS") ? qEnvironmentVariableIntValue("PLACES_ROUNDS") : 12;
     const QByteArray sound = bytesOf(path("sound.db"));
@@ -247,7 +247,7 @@ TEST_F(RepairTest, NoPageIsNeededForThePlacesOnOthers)
 }
 
 /// Without the root of their table, records are looked for on all pages.
-TEST_F(RepairTest, OnlyTheNewestVersionOfAPlaceComesBackAndNoRemovedOne)
+TEST_F(RepairTest, OnlyTheNewestVersionIsRestoredAndNoRemovedPlace)
 {
     const int root = pagesOf("name = 'record' AND pagetype = 'internal'")[0];
     const int leaf = pagesOf("name = 'record' AND pagetype = 'leaf'")[2];
@@ -273,7 +273,7 @@ TEST_F(RepairTest, OnlyTheNewestVersionOfAPlaceComesBackAndNoRemovedOne)
     expectPlaces(repair("damaged.db"), {});
 }
 
-TEST_F(RepairTest, WhatIsOnlyInTheLogIsRepaired)
+TEST_F(RepairTest, PlacesInTheLogAreRepaired)
 {
     QByteArray database = bytesOf(path("log.db"));
     const QByteArray log = bytesOf(path("log.db-wal"));
@@ -290,7 +290,7 @@ TEST_F(RepairTest, WhatIsOnlyInTheLogIsRepaired)
     EXPECT_GT(repair("log.db").places, records.size());
 }
 
-TEST_F(RepairTest, TheProgramTellsByItsStatus)
+TEST_F(RepairTest, TheExitStatusReportsTheResult)
 {
     QByteArray damaged = bytesOf(path("sound.db"));
     const int leaf = pagesOf("name = 'record' AND pagetype = 'leaf'")[2];
@@ -339,7 +339,7 @@ TEST_F(RepairTest, TheProgramTellsByItsStatus)
     EXPECT_FALSE(QFile::exists(path("fourth.db")));
 }
 
-TEST_F(RepairTest, IsWrittenToByNoWriteUnderWay)
+TEST_F(RepairTest, RunningWritesStopOnDamage)
 {
     const std::string file = path("sound.db").toStdString();
     StoreShared shared;

@@ -104,7 +104,7 @@ Outcome read(const QByteArray &bytes)
 
 } // namespace
 
-TEST(CompressedTest, WhatIsWrittenIsReadByItsContent)
+TEST(CompressedTest, AWrittenFileIsDetectedByItsContent)
 {
     const QByteArray bytes = noise(300000) + QByteArray(300000, 'x');
     for (const char *ending : {"gz", "bz2", "xz", "zst", "zip"}) {
@@ -147,7 +147,7 @@ TEST(CompressedTest, OneFileOfAnArchiveIsRead)
     }
 }
 
-TEST(CompressedTest, APipeIsReadAsItComes)
+TEST(CompressedTest, APipeIsReadWithoutSeeking)
 {
     int ends[2] = {};
     ASSERT_EQ(::pipe(ends), 0);
@@ -159,7 +159,7 @@ TEST(CompressedTest, APipeIsReadAsItComes)
     ::close(ends[0]);
 }
 
-TEST(CompressedTest, WhatIsDamagedIsNamed)
+TEST(CompressedTest, DamageIsReported)
 {
     const QByteArray bytes = noise(200000);
     const auto changed = [](QByteArray file, int at) {

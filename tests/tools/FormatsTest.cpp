@@ -318,7 +318,7 @@ Table documented()
 
 } // namespace
 
-TEST(Formats, TheDocumentedTableIsWhatTheFormsKeep)
+TEST(Formats, TheFormsKeepWhatTheTableDocuments)
 {
     EXPECT_EQ(documented(), tried());
 }

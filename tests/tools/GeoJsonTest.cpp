@@ -99,7 +99,7 @@ TEST(GeoJsonTest, EachGeometryIsAPlaceAKindOrAProblem)
     EXPECT_EQ(box.bottomRight(), (vela::platform::places::Coordinates(0, 9)));
 }
 
-TEST(GeoJsonTest, AFaultyMemberCostsOnlyItself)
+TEST(GeoJsonTest, AnInvalidMemberDoesNotAffectOthers)
 {
     const QByteArray huge = feature(point("[2,1]"), R"("name":"A","x":1e400,"y":[-1E+999,0e999,12])");
     const QByteArray large = feature(point("[2,1]"), R"("x":")" + QByteArray(5 * 1024 * 1024, 'x') + '"');
@@ -141,7 +141,7 @@ TEST(GeoJsonTest, AFaultyMemberCostsOnlyItself)
                 HasSubstr(R"("x":"1e400","y":["-1E+999",0.0,12])"));
 }
 
-TEST(GeoJsonTest, WhatIsBrokenBetweenMembersEndsATextOnly)
+TEST(GeoJsonTest, AnErrorBetweenMembersEndsOnlyItsText)
 {
     const QByteArray open = R"({"type":"FeatureCollection","features":[)";
     const struct
@@ -174,7 +174,7 @@ TEST(GeoJsonTest, WhatIsBrokenBetweenMembersEndsATextOnly)
     }
 }
 
-TEST(GeoJsonTest, TheContentTellsWhichJsonAFileIs)
+TEST(GeoJsonTest, TheJsonFormatIsDetectedByContent)
 {
     const QByteArray document =
         R"({"id":1,"complete":true,"name":"D","location":{"coordinates":{"latitude":1,"longitude":2}}})";
@@ -185,7 +185,7 @@ TEST(GeoJsonTest, TheContentTellsWhichJsonAFileIs)
     }
 }
 
-TEST(GeoJsonTest, FilesOfOtherMakersAreUnderstood)
+TEST(GeoJsonTest, FilesOfOtherMakersAreRead)
 {
     const QByteArray url = R"("http://maps.example/?cid=1")";
     const QByteArray before =

@@ -35,7 +35,7 @@ int stored()
 
 } // namespace
 
-TEST(Import, AMemberIsKnownByItsIdElseByNameAndPosition)
+TEST(Import, AMemberIsIdentifiedByItsIdOrByNameAndPosition)
 {
     const std::string many = [] {
         std::string text;
@@ -78,7 +78,7 @@ TEST(Import, AMemberIsKnownByItsIdElseByNameAndPosition)
     EXPECT_EQ(stored(), count + 200);
 }
 
-TEST(Import, AChainHasMoreNamesakesThanOneAnswerHolds)
+TEST(Import, NamesakesMayFillSeveralPages)
 {
     std::string chain;
     for (int i = 0; i < 60; ++i)
@@ -90,7 +90,7 @@ TEST(Import, AChainHasMoreNamesakesThanOneAnswerHolds)
         "0 imported, 3 skipped, 0 failed\n");
 }
 
-TEST(Import, AnUpdateTakesOverWhatTheFileSaysAndKeepsTheRest)
+TEST(Import, AnUpdateAppliesTheFileAndKeepsOtherValues)
 {
     const Placesd service;
     const QStringList update{QStringLiteral("--update")};
@@ -115,7 +115,7 @@ TEST(Import, AnUpdateTakesOverWhatTheFileSaysAndKeepsTheRest)
         EXPECT_THAT(out, HasSubstr(part));
 }
 
-TEST(ImportSummary, NamesTheKindsThatAreNoPlaces)
+TEST(ImportSummary, CountsKindsOtherThanPlaces)
 {
     using formats::MemberKind;
     tool::ImportSummary summary;
@@ -134,7 +134,7 @@ TEST(ImportSummary, NamesTheKindsThatAreNoPlaces)
         R"({"imported":1,"updated":0,"unchanged":0,"skipped":0,"failed":0,"lines":0,"areas":2,"tracks":2,"routes":1)");
 }
 
-TEST(Import, AnInterruptedImportSaysHowToGoOn)
+TEST(Import, AnInterruptedImportPrintsHowToContinue)
 {
     const Placesd service;
     for (const int signal : {SIGINT, SIGTERM}) {

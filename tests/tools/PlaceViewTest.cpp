@@ -40,7 +40,7 @@ void useUtc()
 
 } // namespace
 
-TEST(PlaceView, ShowsAllThatAPlaceHas)
+TEST(PlaceView, ShowsAllValuesOfAPlace)
 {
     useUtc();
     const auto place =
@@ -49,7 +49,7 @@ TEST(PlaceView, ShowsAllThatAPlaceHas)
               files::bytesOf(QStringLiteral(SOURCES "/tests/tools/data/everything.txt")).toStdString());
 }
 
-TEST(PlaceView, LeavesOutWhatIsNotThere)
+TEST(PlaceView, OmitsUnsetValues)
 {
     useUtc();
     EXPECT_EQ(tool::viewOf(Place()), QString());
@@ -67,7 +67,7 @@ Expires       1970-01-01 00:04:00 UTC
 )"));
 }
 
-TEST(PlaceRows, ShowWhatTellsPlacesApart)
+TEST(PlaceRows, ShowHowPlacesDiffer)
 {
     const auto at = [](const char *name, const char *address, double latitude, const char *more = "") {
         return placeOf(R"({"type":"Feature","geometry":{"type":"Point","coordinates":[0,)" + std::to_string(latitude)
@@ -107,7 +107,7 @@ TEST(PlaceRows, ShowWhatTellsPlacesApart)
     EXPECT_TRUE(tool::rowsOf({}, {}).isEmpty());
 }
 
-TEST(PlaceRows, TellTermsAndCategoriesFromPlaces)
+TEST(PlaceRows, DistinguishTermsAndCategoriesFromPlaces)
 {
     using tool::ResultKind;
     Place found;
@@ -124,7 +124,7 @@ TEST(PlaceRows, TellTermsAndCategoriesFromPlaces)
     EXPECT_EQ(tool::kindOf(found), ResultKind::Place);
 }
 
-TEST(TerminalText, TakesItsColumnsAndSteersNothing)
+TEST(TerminalText, FitsItsColumnsAndHasNoControlCharacters)
 {
     std::setlocale(LC_CTYPE, "C.UTF-8");
     const struct
@@ -152,7 +152,7 @@ TEST(TerminalText, TakesItsColumnsAndSteersNothing)
         EXPECT_EQ(tool::printable(QString(QChar(harmless))), QString(QChar(harmless))) << harmless;
 }
 
-TEST(Options, AcceptOnlyWhatIsOfTheirKind)
+TEST(Options, AcceptOnlyValuesOfTheirKind)
 {
     const struct
     {
@@ -179,7 +179,7 @@ TEST(Options, AcceptOnlyWhatIsOfTheirKind)
     EXPECT_EQ(tool::joined({"a", "b c"}), QStringLiteral("a b c"));
 }
 
-TEST(LineEditor, ShowsTheCursorInSoManyColumns)
+TEST(LineEditor, KeepsTheCursorVisibleInFewColumns)
 {
     std::setlocale(LC_CTYPE, "C.UTF-8");
     tool::LineEditor editor(QStringLiteral("abcdef"));

@@ -72,7 +72,7 @@ TEST_F(PlacesTool, AnswersEveryCommandAsInTheSession)
     EXPECT_EQ(places("--no-start tags").status, 69);
 }
 
-TEST_F(PlacesTool, EveryCommandSaysWhatItDidAndFailsForWhatIsNotThere)
+TEST_F(PlacesTool, EveryCommandReportsItsResultAndFailsForMissingPlaces)
 {
     const std::string file = service.path("out.geojson").toStdString();
     const std::string backup = service.path("backup.db").toStdString();
@@ -149,7 +149,7 @@ TEST_F(PlacesTool, EveryCommandSaysWhatItDidAndFailsForWhatIsNotThere)
     }
 }
 
-TEST_F(PlacesTool, AChoiceIsMoreThanOnePageOfPlaces)
+TEST_F(PlacesTool, AChoiceMayHaveSeveralPages)
 {
     QByteArray rows = "name,lat,lon\n";
     for (int i = 0; i < 1500; ++i)
@@ -183,7 +183,7 @@ TEST_F(PlacesTool, ABackupGoesThroughAPipe)
     EXPECT_THAT(places("find").out, HasSubstr("Lake"));
 }
 
-TEST_F(PlacesTool, APlaceIsEditedInTheEditor)
+TEST_F(PlacesTool, APlaceIsChangedInTheEditor)
 {
     places("add Lake --at 47,8 --tag a --phone 1");
     places("use 1");
@@ -260,7 +260,7 @@ TEST_F(PlacesTool, PlacesAreListedNearAStoredOne)
     }
 }
 
-TEST_F(PlacesTool, NothingThatAPlaceHoldsReachesTheTerminalAsAnOrder)
+TEST_F(PlacesTool, NoControlCharacterOfAPlaceReachesTheTerminal)
 {
     const QString evil = QString::fromUtf8("\x1b[2J\xc2\x9b"
                                            "31m\x07\x7f\xe2\x80\x8f\xe2\x80\xae\xe2\x81\xa6"
@@ -324,7 +324,7 @@ TEST_F(PlacesTool, ProblemsComeInTheOrderOfTheFile)
     EXPECT_EQ(features(exported()).size(), 1371) << "more than a page of the service";
 }
 
-TEST_F(PlacesTool, AnImportEndsWhenTheServiceDoesAndKeepsWhatWasStored)
+TEST_F(PlacesTool, AnImportStopsWithTheServiceAndKeepsStoredPlaces)
 {
     QProcess client;
     client.start(QStringLiteral(PROGRAMS "/places"),
@@ -345,7 +345,7 @@ TEST_F(PlacesTool, AnImportEndsWhenTheServiceDoesAndKeepsWhatWasStored)
     EXPECT_EQ(features(exported()).size(), 1);
 }
 
-TEST_F(PlacesTool, AnExportCanBeImportedAndGoesIntoAPipe)
+TEST_F(PlacesTool, AnExportCanBeImportedAndPiped)
 {
     EXPECT_EQ(exported(), "{\"type\":\"FeatureCollection\",\"features\":[\n\n]}\n");
     EXPECT_EQ(places("add A --at 1,2").status, 0);
@@ -373,7 +373,7 @@ TEST_F(PlacesTool, AnExportCanBeImportedAndGoesIntoAPipe)
     ::close(end);
 }
 
-TEST(PlacesToolAlone, StartsAServiceOfItsOwnWhereNoneRuns)
+TEST(PlacesToolAlone, StartsAServiceWhenNoneRuns)
 {
     QTemporaryDir home;
     qputenv("VELA_CHANNEL_DIR", home.filePath(QStringLiteral("none")).toLocal8Bit());

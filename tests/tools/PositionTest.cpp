@@ -97,7 +97,7 @@ TEST(PositionTest, PositionsAreReadAsPeopleWriteThem)
     check(none(QByteArray(100000, '1').constData()));
 }
 
-TEST(PositionTest, PlusCodesAreReadAsTheirSpecificationDoes)
+TEST(PositionTest, PlusCodesFollowTheirSpecification)
 {
     // Centres of the areas that the published test data give.
     const Case cases[] = {
@@ -186,7 +186,7 @@ TEST(PositionTest, LinksOfMapSitesAreReadWithoutANetwork)
     }
 }
 
-TEST(PositionTest, AGeoUriReadsBackAsItWas)
+TEST(PositionTest, AGeoUriIsRestoredExactly)
 {
     Coordinates position(-1.0 / 3, 1e-7);
     position.setAltitude(-12.125);

@@ -105,7 +105,7 @@ const QByteArray MEGABYTE = times(1024 * 1024, "x");
 
 } // namespace
 
-TEST(GeoJsonReader, GivesEveryPropertyItsMemberAndNamesWhatIsNoPlace)
+TEST(GeoJsonReader, MapsEveryPropertyAndReportsInvalidFeatures)
 {
     const auto with = [&](const QByteArray &more) { return QByteArray(FEATURE).replace("\"A\"", "\"A\"," + more); };
     const auto collection = [](const QByteArray &features) { return "{\"features\":[" + features + "]}"; };
@@ -199,7 +199,7 @@ TEST(DocumentReader, ReadsALineForEachPlace)
     EXPECT_EQ(lines[19], "line 20: " + A);
 }
 
-TEST(PlaceLink, LeadsToAPlace)
+TEST(PlaceLink, IsReadAsAPlace)
 {
     expectAll("link");
     for (const char *text : {"geo:", "HTTP://", "https://x"})
@@ -208,7 +208,7 @@ TEST(PlaceLink, LeadsToAPlace)
         EXPECT_FALSE(tool::isLink(QLatin1String(text))) << text;
 }
 
-TEST(Input, SaysWhatThereIsToRead)
+TEST(Input, ReadsAFileAndReportsProblems)
 {
     const QTemporaryDir folder;
     EXPECT_EQ(formats::Input(folder.path()).problem(), QStringLiteral("Is a directory"));
@@ -235,7 +235,7 @@ TEST(Input, SaysWhatThereIsToRead)
     EXPECT_EQ(openFiles(), before);
 }
 
-TEST(Formats, EndWhenNoMorePlacesAreWanted)
+TEST(Formats, StopWhenTheCallerStops)
 {
     const std::pair<const char *, QByteArray> cases[] = {
         {"geojson", FEATURE + FEATURE + "x"},
@@ -247,7 +247,7 @@ TEST(Formats, EndWhenNoMorePlacesAreWanted)
         EXPECT_EQ(read(format, bytes, 1).size(), 1U) << format;
 }
 
-TEST(Formats, AreToldByNameAndByContent)
+TEST(Formats, AreDetectedByNameAndByContent)
 {
     const std::pair<const char *, const char *> contents[] = {
         {" <?xml?><kml>", "kml"},

@@ -69,7 +69,7 @@ TEST_F(SearchCommand, AnswersAsInTheSession)
     expectSession("search.txt", service);
 }
 
-TEST_F(SearchCommand, AnInterruptEndsASearchAtOnceWhateverTheServiceOwes)
+TEST_F(SearchCommand, AnInterruptEndsASearchWithoutWaitingForTheService)
 {
     service.pause();
     QProcess client;
@@ -82,7 +82,7 @@ TEST_F(SearchCommand, AnInterruptEndsASearchAtOnceWhateverTheServiceOwes)
     service.resume();
 }
 
-TEST_F(SearchCommand, WhatIsTypedIsSearchedAndWhatIsChosenIsShown)
+TEST_F(SearchCommand, TypingSearchesAndAChoiceIsShown)
 {
     Typing typing;
     ASSERT_TRUE(typing.searches());
@@ -97,7 +97,7 @@ TEST_F(SearchCommand, WhatIsTypedIsSearchedAndWhatIsChosenIsShown)
     EXPECT_TRUE(typing.isRestored());
 }
 
-TEST_F(SearchCommand, EveryWayOutLeavesTheTerminalAsItWas)
+TEST_F(SearchCommand, EveryExitRestoresTheTerminal)
 {
     const struct
     {
@@ -123,7 +123,7 @@ TEST_F(SearchCommand, EveryWayOutLeavesTheTerminalAsItWas)
     service.resume();
 }
 
-TEST_F(SearchBox, EnterChoosesFromTheAnswerToWhatWasTypedAndNothingElse)
+TEST_F(SearchBox, EnterChoosesOnlyFromTheAnswerToTheTypedText)
 {
     const struct
     {
@@ -157,7 +157,7 @@ TEST_F(SearchBox, EnterChoosesFromTheAnswerToWhatWasTypedAndNothingElse)
     }
 }
 
-TEST_F(SearchBox, TypingOnCancelsAnEnterThatWaits)
+TEST_F(SearchBox, FurtherTypingCancelsAWaitingEnter)
 {
     Typing typing("--group=suggestions");
     service.pause();
@@ -189,7 +189,7 @@ TEST_F(SearchBox, ACategoryLeadsToItsPlacesNearTheCentreAndBack)
     EXPECT_THAT(typing.output(), HasSubstr("Name          London Heathrow Airport"));
 }
 
-TEST_F(SearchBox, PlacesOfOneNameCanBeToldApartInFortyColumns)
+TEST_F(SearchBox, NamesakesDifferInFortyColumns)
 {
     Typing typing("--group=remote");
     typing.resize(20, 40);
@@ -217,7 +217,7 @@ TEST_F(SearchBox, ATerminalWithoutACursorIsServedByLines)
     EXPECT_EQ(places("search --as-you-type", "heathrow").status, 1) << "the end of the input chooses nothing";
 }
 
-TEST_F(SearchCommand, ProvidersAreAskedForWhatTheyKnowOfAPlace)
+TEST_F(SearchCommand, ProvidersReturnRecordsOfAPlace)
 {
     EXPECT_EQ(places(QStringList{QStringLiteral("import"), sources.gazetteer()}).out,
               "3 imported, 0 skipped, 0 failed\n");

@@ -65,7 +65,7 @@ std::string describe(const FormatFile &file)
 
 } // namespace
 
-TEST(TextFormatsTest, EveryMemberIsHandedOutWithWhatWasFound)
+TEST(TextFormatsTest, EveryMemberIsReportedWithItsContent)
 {
     formats::ReadOptions columns;
     columns.columns = {{QStringLiteral("a"), QStringLiteral("name")},
@@ -161,7 +161,7 @@ TEST(TextFormatsTest, EveryMemberIsHandedOutWithWhatWasFound)
             << row.bytes.left(200).constData();
 }
 
-TEST(TextFormatsTest, APlaceComesBackFromItsFileWhateverItHolds)
+TEST(TextFormatsTest, EveryPlaceIsRestoredFromItsFile)
 {
     const QByteArray point = R"("geometry":{"type":"Point","coordinates":[-0.00000012,46.9,-5.5e-7]},)";
     const QByteArray features[] = {
@@ -187,7 +187,7 @@ TEST(TextFormatsTest, APlaceComesBackFromItsFileWhateverItHolds)
     }
 }
 
-TEST(TextFormatsTest, WhatAPersonChangesInAFileCountsMoreThanTheRest)
+TEST(TextFormatsTest, EditedTextsTakePrecedenceOverTheRest)
 {
     const auto place = placeOf(R"({"type":"Feature","geometry":{"type":"Point","coordinates":[2,1]},"properties":)"
                                R"({"name":"A\u0001","tags":["a "],"kind":7}})");

@@ -168,7 +168,7 @@ TEST(VCardTest, EachAddressOfACardIsAPlace)
         EXPECT_EQ(summaries(card(row.lines, row.version)), row.places) << row.lines.left(200).constData();
 }
 
-TEST(VCardTest, WhatIsWrongWithACardIsSaidAndTheFileGoesOn)
+TEST(VCardTest, AnInvalidCardIsReportedAndTheNextOneRead)
 {
     const QByteArray sound = card("FN:Sound\r\nGEO:geo:1,2\r\n");
     const ReadFile read =
@@ -224,7 +224,7 @@ TEST(VCardTest, APlainPlaceIsAPlainCard)
     EXPECT_EQ(featureOf(*read.members[1].place), featureOf(place));
 }
 
-TEST(VCardTest, AnyPlaceComesBackAndChangesOfOtherProgramsCount)
+TEST(VCardTest, EveryPlaceIsRestoredWithTheChangesOfOtherPrograms)
 {
     const std::unique_ptr<Place> place = fullPlace();
     QByteArray written = formats::toVCard(*place);
@@ -254,7 +254,7 @@ TEST(VCardTest, AnyPlaceComesBackAndChangesOfOtherProgramsCount)
         << "a line that no member is for";
 }
 
-TEST(VCardTest, ARecordCannotWriteLinesThatACardReadsAsItsOwn)
+TEST(VCardTest, ARecordCannotInjectLinesIntoACard)
 {
     const std::unique_ptr<Place> place = fullPlace();
     AuxiliaryData record(QStringLiteral("geojson.properties"));

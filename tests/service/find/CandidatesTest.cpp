@@ -9,7 +9,7 @@
 
 using namespace finds;
 
-TEST(Candidates, AreOneResultWhereTheyAreKnownByTheSame)
+TEST(Candidates, WithTheSameOriginAreOneResult)
 {
     StoreShared shared;
     Store store(":memory:", shared);

@@ -76,7 +76,7 @@ Page pageOf(Store &store, const Providers &providers, const Query &query, bool e
 } // namespace
 
 /// PLACES_FINDS says how many finds are compared, 4000 without that, PLACES_SEED with which seed to begin.
-TEST(Finder, GivesByEveryPlanWhatALookAtEveryPlaceGives)
+TEST(Finder, EveryPlanFindsTheSameAsAFullScan)
 {
     constexpr int SIZES[] = {300, 0, 50, 1, 200, 50, 300, 50, 200, 3300};
     const int named = qEnvironmentVariableIntValue("PLACES_FINDS");
@@ -137,7 +137,7 @@ TEST(Finder, GivesByEveryPlanWhatALookAtEveryPlaceGives)
 }
 
 /// What is damaged may be missing, or fail the find.
-TEST(NearestSource, EndsWhateverItsIndexHolds)
+TEST(NearestSource, TerminatesForAnyContentOfItsIndex)
 {
     const QTemporaryDir folder;
     const std::string path = folder.filePath(QStringLiteral("places.db")).toStdString();

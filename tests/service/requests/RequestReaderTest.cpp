@@ -100,7 +100,7 @@ bool readAuxiliary(RequestReader &reader)
 
 } // namespace
 
-TEST(RequestReader, ReadsEachFieldAndRefusesWhatIsCutOrTooLong)
+TEST(RequestReader, ReadsEachFieldAndRefusesCutOrLongRequests)
 {
     const Fields rules = rule(Kind::Or, {rule(Kind::UnaryString, Rules::Name, Operator::Contains, "zür"),
                                          rule(Kind::Disjoint, {EVERYTHING, EVERYTHING})});
@@ -195,7 +195,7 @@ TEST(RequestReader, ReadsEachFieldAndRefusesWhatIsCutOrTooLong)
     }
 }
 
-TEST(RequestReader, RefusesWhatIsBeyondALimit)
+TEST(RequestReader, RefusesRequestsBeyondALimit)
 {
     const Fields leaf = rule(Kind::UnaryString, Rules::Owner, Operator::Contains, "x");
     const Fields level = rule(Kind::Disjoint, 0, Operator::None, "", 1);

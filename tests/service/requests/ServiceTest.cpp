@@ -107,7 +107,7 @@ extern "C" std::time_t __wrap_time(std::time_t *out)
 #pragma GCC visibility pop
 
 /// Each type of request about a stored place, by who asks in which perimeter for which place.
-TEST(Service, AnswersForAPlaceOnlyWhoMaySeeOrChangeIt)
+TEST(Service, ChecksThePermissionForEveryRequestAboutAPlace)
 {
     constexpr qint64 WORK = 1;
     constexpr qint64 HIDDEN = 2;
@@ -191,7 +191,7 @@ TEST(Service, AnswersForAPlaceOnlyWhoMaySeeOrChangeIt)
 }
 
 /// Types of requests that no place decides on.
-TEST_F(ServiceTest, WhatTheOpenChannelIsNotAnswered)
+TEST_F(ServiceTest, TheOpenChannelRefusesRequestsOfTheOwner)
 {
     const struct
     {
@@ -230,7 +230,7 @@ TEST_F(ServiceTest, WhatTheOpenChannelIsNotAnswered)
     EXPECT_EQ(guarded.code(message(head(Type::GetTags, 0, "key"))), ReturnCode::Success);
 }
 
-TEST_F(ServiceTest, FindsAndTagsAreOfTheCallersPlaces)
+TEST_F(ServiceTest, FindsAndTagsContainOnlyPlacesOfTheCaller)
 {
     const Shape common = [](PlacePrivate &place) { place.m_securityPerimeter = SecurityPerimeter::Default; };
     ASSERT_EQ(code(put("saved", common)), 0);
@@ -271,7 +271,7 @@ TEST_F(ServiceTest, FindsAndTagsAreOfTheCallersPlaces)
     EXPECT_EQ(code(find(1, -1)), ReturnCode::LimitExceeded);
 }
 
-TEST_F(ServiceTest, WhatTheServiceCountsIsItsOwn)
+TEST_F(ServiceTest, TheServiceSetsCountsAndTimesItself)
 {
     clockTime = 1000;
     // Guests say nothing about uses, and what was picked just now was used just now.
@@ -429,7 +429,7 @@ TEST_F(ServiceTest, GuestsHaveAQuota)
     }
 }
 
-TEST_F(ServiceTest, AReplyEndsWhereItsRoomDoes)
+TEST_F(ServiceTest, AReplyIsCutToItsMemory)
 {
     for (const char *name : {"a", "b", "c"})
         ASSERT_EQ(code(put(name)), ReturnCode::Success);
@@ -455,7 +455,7 @@ TEST_F(ServiceTest, AReplyEndsWhereItsRoomDoes)
     EXPECT_EQ(LocalService::codeIn(page(0, 64 + record)), ReturnCode::Busy) << "no page would ever be the last";
 }
 
-TEST_F(ServiceTest, AReasonTellsGuestsOnlyOfTheirOwnRequest)
+TEST_F(ServiceTest, AReasonRevealsOnlyTheRequestToGuests)
 {
     ASSERT_EQ(code(put("open")), ReturnCode::Success);
     ASSERT_EQ(code(put("hidden", [](PlacePrivate &place) { place.setPrivate(true); })), ReturnCode::Success);
@@ -483,7 +483,7 @@ TEST_F(ServiceTest, AReasonTellsGuestsOnlyOfTheirOwnRequest)
     EXPECT_THAT(reason(fetch(1), OWNER), testing::StartsWith(local.path("places.db") + ": "));
 }
 
-TEST_F(ServiceTest, NoBytesDoHarm)
+TEST_F(ServiceTest, AnyBytesAreHandled)
 {
     ASSERT_EQ(code(put("kept")), ReturnCode::Success);
     const std::string before = local.store.storedRecord(1, false);
@@ -495,7 +495,7 @@ TEST_F(ServiceTest, NoBytesDoHarm)
 }
 
 /// Fast threads only read, and the writer waits for no provider.
-TEST_F(ServiceTest, EachPoolPassesOnWhatAnotherRuns)
+TEST_F(ServiceTest, EachPoolPassesOnRequestsOfOtherPools)
 {
     ASSERT_EQ(code(put("place")), ReturnCode::Success);
     Service fast(local.shared, Pool::Fast);
@@ -550,7 +550,7 @@ TEST_F(ServiceTest, EachPoolPassesOnWhatAnotherRuns)
 
 /// What SQLite takes back of a transaction when a statement fails: what the statement did before, the statement, or
 /// all.
-TEST_F(ServiceTest, AFailedWriteOfAGroupReachesOnlyItsOwnClient)
+TEST_F(ServiceTest, AFailedWriteOfAGroupAffectsOnlyItsClient)
 {
     SQLite::Database database(local.path("places.db"), SQLite::OPEN_READWRITE);
     for (const char *how : {"FAIL", "ABORT", "ROLLBACK"}) {

@@ -116,7 +116,7 @@ protected:
 
 } // namespace
 
-TEST_F(ConnectionsTest, AUserHasAShareOfThemAndTheOldestMakesRoom)
+TEST_F(ConnectionsTest, EachUserHasAShareAndTheOldestConnectionIsClosed)
 {
     for (int i = 0; i < 4; ++i)
         connect(GUEST);
@@ -153,7 +153,7 @@ TEST_F(ConnectionsTest, AUserHasAShareOfThemAndTheOldestMakesRoom)
     EXPECT_EQ(all.size(), 14U);
 }
 
-TEST_F(ConnectionsTest, MemoryIsSharedOutAndThoseThatHoldItMakeRoom)
+TEST_F(ConnectionsTest, EachUserHasAShareOfMemoryAndTheHeaviestIsClosed)
 {
     const auto hold = [&](std::size_t client, std::size_t bytes) {
         (void)all.take(connections[client]->id());
@@ -183,7 +183,7 @@ TEST_F(ConnectionsTest, MemoryIsSharedOutAndThoseThatHoldItMakeRoom)
     EXPECT_EQ(all.holdReply(*connections[6]), (limits::OPEN_USER_MEMORY - 6 * MEGABYTE) / limits::REPLY_PART);
 }
 
-TEST_F(ConnectionTest, AnswersWhatIsThereAndWaitsForTheRest)
+TEST_F(ConnectionTest, AnswersCompleteRequestsAndWaitsForTheRest)
 {
     EXPECT_EQ(connection.advance(fast), Wish::Read);
     const std::string request = framed(TAGS);
@@ -241,7 +241,7 @@ TEST_F(ConnectionTest, WaitsForAClientThatTakesNoReply)
     EXPECT_EQ(connection.advance(fast), Wish::Read);
 }
 
-TEST_F(ConnectionTest, PassesOnWhatAnotherPoolRunsAndBeginsAnewThen)
+TEST_F(ConnectionTest, PassesOnRequestsOfOtherPoolsAndRunsThemFromTheStart)
 {
     for (const auto sender : {Connection::Sender::ThisThread, Connection::Sender::NextThread}) {
         const Clock::time_point start = Clock::now();
@@ -280,7 +280,7 @@ TEST_F(ConnectionTest, PassesOnWhatAnotherPoolRunsAndBeginsAnewThen)
     EXPECT_EQ(connection.releaseKept(Connection::Sender::ThisThread), Wish::PassOn);
 }
 
-TEST_F(ConnectionTest, TellsWhenThereIsNoMemory)
+TEST_F(ConnectionTest, ReportsAnExhaustedShareOfMemory)
 {
     const std::size_t other = connect(OWNER, false);
     ASSERT_TRUE(all.hold(*connections[other], limits::OWNER_MEMORY - 1000));

@@ -92,7 +92,7 @@ protected:
 
 } // namespace
 
-TEST_F(ContactBookTest, AddressesArePlacesWithAllThatTheCardSays)
+TEST_F(ContactBookTest, AddressesBecomePlacesWithAllValuesOfTheCard)
 {
     const QString contact = annasId().section(QLatin1Char(','), 1, 1);
     const struct
@@ -139,7 +139,7 @@ TEST_F(ContactBookTest, AddressesArePlacesWithAllThatTheCardSays)
     }
 }
 
-TEST_F(ContactBookTest, AnAddressHasTheCountryAndThePositionThatItNames)
+TEST_F(ContactBookTest, AnAddressHasItsCountryAndPosition)
 {
     const struct
     {
@@ -193,7 +193,7 @@ TEST_F(ContactBookTest, IsReadAgainWhenItsFolderChanges)
     EXPECT_TRUE(eventually([&] { return names().size() == 5U; }));
 }
 
-TEST(VCardFile, WhatCanBeReadOfABadCardIs)
+TEST(VCardFile, ValidPartsOfAnInvalidCardAreRead)
 {
     const QTemporaryDir folder;
     const QByteArray longest(formats::MAX_VCARD_LINE_SIZE - 4, 'x');

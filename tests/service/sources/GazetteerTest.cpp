@@ -216,7 +216,7 @@ struct Index
 
 } // namespace
 
-TEST(Gazetteer, GivesEveryPageOfEveryOrderAsRankingEveryFeatureDoes)
+TEST(Gazetteer, ReturnsTheSamePagesAsAFullRankingInEveryOrder)
 {
     Index index;
     for (const SearchKind kind : {SearchKind::Address, SearchKind::Name, SearchKind::Category,
@@ -244,7 +244,7 @@ TEST(Gazetteer, GivesEveryPageOfEveryOrderAsRankingEveryFeatureDoes)
     }
 }
 
-TEST(Gazetteer, GivesTheNearestOfACategoryAndTheOneOfANameThatIsThere)
+TEST(Gazetteer, ReturnsTheNearestPlaceOfACategoryAndTheNamedPlace)
 {
     Index index;
     ProviderSearch nearest;
@@ -267,7 +267,7 @@ TEST(Gazetteer, GivesTheNearestOfACategoryAndTheOneOfANameThatIsThere)
     }
 }
 
-TEST(Gazetteer, EndsWhenItsTimeIsUpWhateverItsPlan)
+TEST(Gazetteer, StopsAtItsDeadlineInEveryPlan)
 {
     Index index;
     ProviderSearch search;
@@ -285,7 +285,7 @@ TEST(Gazetteer, EndsWhenItsTimeIsUpWhateverItsPlan)
     }
 }
 
-TEST(Gazetteer, FindsWhatWasMeant)
+TEST(Gazetteer, FindsTheIntendedPlace)
 {
     Towns towns({
         feature("munich", "M\u00FCnchen",
@@ -340,7 +340,7 @@ TEST(Gazetteer, FindsWhatWasMeant)
     }
 }
 
-TEST(Gazetteer, TakesWhatAFileHasAndMakesItsIndexAnewWhenThatChanges)
+TEST(Gazetteer, RebuildsItsIndexWhenItsFilesChange)
 {
     Towns towns({feature("1", "One"), R"({"type":"Feature"})", feature("", "Two")}, R"(,{"type":"Fea)");
     EXPECT_EQ(towns.find(""), (QStringList{QStringLiteral("1"), QStringLiteral("features.geojson#3")}))
@@ -364,7 +364,7 @@ TEST(Gazetteer, TakesWhatAFileHasAndMakesItsIndexAnewWhenThatChanges)
     EXPECT_EQ(towns.made->search({}).code, orix_places_protocol::ProviderFailed);
 }
 
-TEST(Gazetteer, SuggestsPlacesAndCategoriesAndKnowsTheirDetails)
+TEST(Gazetteer, SuggestsPlacesAndCategoriesWithTheirDetails)
 {
     Towns towns({feature("zrh", "Z\u00FCrich Airport", R"(,"kind":"large_airport","iata":"ZRH","city":"Kloten")"),
                  feature("lake", "Large Lake", R"(,"kind":"water")"),

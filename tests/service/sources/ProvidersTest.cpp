@@ -116,7 +116,7 @@ std::vector<std::string> names(const std::vector<FoundPlace> &places)
 
 } // namespace
 
-TEST(Providers, AreAskedUntilTheyHaveGivenWhatIsWanted)
+TEST(Providers, AreAskedUntilThePageIsFull)
 {
     const Providers providers(guides());
     const struct
@@ -152,7 +152,7 @@ TEST(Providers, AreAskedUntilTheyHaveGivenWhatIsWanted)
 }
 
 /// A request for records gives those that are stored, and of the others those that are wanted and are not known yet.
-TEST(Service, GivesAuxiliaryDataOfPlacesAndProviders)
+TEST(Service, ReturnsAuxiliaryDataOfPlacesAndProviders)
 {
     Settings settings;
     settings.providers = guides();

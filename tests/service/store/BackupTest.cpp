@@ -61,7 +61,7 @@ protected:
 
 } // namespace
 
-TEST_F(BackupTest, BringsBackWhatWasThereAndNothingElse)
+TEST_F(BackupTest, RestoresExactlyTheBackedUpPlaces)
 {
     const qint64 kept = add(QStringLiteral("Kept"));
     ASSERT_EQ(backUp(path("copy.db")), ReturnCode::Success);
@@ -92,7 +92,7 @@ TEST_F(BackupTest, BringsBackWhatWasThereAndNothingElse)
     EXPECT_EQ(SQLite::Database(path("copy.db")).execAndGet("SELECT count(*) FROM place").getInt(), 1);
 }
 
-TEST_F(BackupTest, AFailedOneChangesNothing)
+TEST_F(BackupTest, AFailureChangesNothing)
 {
     add(QStringLiteral("Here"));
     ASSERT_EQ(backUp(path("copy.db")), ReturnCode::Success);
@@ -189,7 +189,7 @@ TEST_F(BackupTest, AFailedOneChangesNothing)
     EXPECT_THAT(names(), ElementsAre("Here"));
 }
 
-TEST_F(BackupTest, GoesOnWhileOthersReadAndWrite)
+TEST_F(BackupTest, RunsWhileOthersReadAndWrite)
 {
     for (int i = 0; i < 50; ++i)
         add(QStringLiteral("Old %1").arg(i));

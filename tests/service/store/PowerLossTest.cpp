@@ -76,7 +76,7 @@ private:
 
 } // namespace
 
-TEST(Store, LosesNothingThatWasAcknowledgedWithThePower)
+TEST(Store, KeepsAcknowledgedWritesAfterAPowerLoss)
 {
     const WatchedFiles watched;
     const QTemporaryDir folder;

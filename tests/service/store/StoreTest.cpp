@@ -77,7 +77,7 @@ protected:
 
 } // namespace
 
-TEST_F(StoreTest, HoldsNoMoreThanAFreshDatabaseOfTheSamePlaces)
+TEST_F(StoreTest, EqualsAFreshDatabaseWithTheSamePlaces)
 {
     Chance chance(3);
     std::map<qint64, std::pair<std::shared_ptr<Place>, std::optional<uid_t>>> kept;
@@ -175,7 +175,7 @@ TEST_F(StoreTest, EachPartHasAnIdOfItsOwn)
     EXPECT_EQ(dataOf(next).auxiliaryData()[0].id(), 4);
 }
 
-TEST_F(StoreTest, RecentTermsComeBackByTheirBeginningNewestFirst)
+TEST_F(StoreTest, RecentTermsAreListedByPrefixNewestFirst)
 {
     const auto remember = [&](const QString &term) { store.write([&] { return store.rememberTerm(term), true; }); };
     for (const char *term : {"cafe", "Zürich", "Café noir", "", "cafe"})
@@ -190,7 +190,7 @@ TEST_F(StoreTest, RecentTermsComeBackByTheirBeginningNewestFirst)
 }
 
 /// What a contact or a provider gives is a place that the owner stored; the open channel does not learn of it.
-TEST_F(StoreTest, APlaceOfASourceIsFoundByWhatItIsKnownByThere)
+TEST_F(StoreTest, APlaceOfASourceIsFoundByItsOrigin)
 {
     const struct
     {
@@ -253,7 +253,7 @@ TEST_F(StoreTest, APlaceOfASourceIsFoundByWhatItIsKnownByThere)
             + 64 * static_cast<qint64>(entries.facets.size() + entries.properties.size() + entries.origins.size()));
 }
 
-TEST_F(StoreTest, AWriteIsDoneAsAWholeOrNotAtAll)
+TEST_F(StoreTest, AWriteIsAtomic)
 {
     const auto remember = [&](const char *term, bool isDone) {
         return [&, term, isDone] { return store.rememberTerm(QLatin1String(term)), isDone; };
@@ -292,7 +292,7 @@ TEST_F(StoreTest, AWriteIsDoneAsAWholeOrNotAtAll)
     EXPECT_EQ(store.recentTerms(QString()).size(), 2);
 }
 
-TEST(FacetNumbers, ArePackedAndReadAsFarAsTheyGo)
+TEST(FacetNumbers, ArePackedAndReadUpToTheFirstInvalidOne)
 {
     const std::vector<qint64> numbers = {0, 1, 127, 128, 129, 16383, 16384, qint64{1} << 40, (qint64{1} << 62) + 5};
     const std::string packed = FacetNumbers::pack({numbers.rbegin(), numbers.rend()});
@@ -306,7 +306,7 @@ TEST(FacetNumbers, ArePackedAndReadAsFarAsTheyGo)
         << "no number has so many bytes";
 }
 
-TEST(IndexEntries, AreOfAllTextsAndOfTheBeginningOfValues)
+TEST(IndexEntries, ContainAllTextsAndTheStartOfValues)
 {
     Place place;
     sample::fill(place);
@@ -372,7 +372,7 @@ TEST(StatementPool, KeepsNoBoundValuesAndBoundedMemory)
 }
 
 /// Each of these is found by one of the checks alone.
-TEST_F(StoreTest, ACheckNamesWhatDoesNotMatch)
+TEST_F(StoreTest, ACheckNamesInconsistentTables)
 {
     Place place;
     sample::fill(place, -1);

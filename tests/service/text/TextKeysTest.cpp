@@ -18,7 +18,7 @@ using testing::IsEmpty;
 using vela::platform::places::SearchOperator;
 
 /// A name whose words the index cut otherwise would be found by one plan of a find and not by another.
-TEST(TextKeys, WordsAreThoseOfTheFullTextIndexAroundEveryCodePoint)
+TEST(TextKeys, WordBoundariesEqualThoseOfTheFullTextIndex)
 {
     constexpr uint END = 0x110000;
     SQLite::Database database(":memory:", SQLite::OPEN_READWRITE);
@@ -50,7 +50,7 @@ TEST(TextKeys, WordsAreThoseOfTheFullTextIndexAroundEveryCodePoint)
         ASSERT_EQ(isCut[code], isCutByIndex[code]) << std::hex << code;
 }
 
-TEST(TextKeys, FoldCaseAndAccentsAndHoldOtherSpellings)
+TEST(TextKeys, FoldCaseAndAccentsAndContainOtherSpellings)
 {
     const struct
     {

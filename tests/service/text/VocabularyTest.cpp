@@ -143,7 +143,7 @@ std::set<std::u32string> fill(Vocabulary &vocabulary, std::mt19937 &random)
 
 } // namespace
 
-TEST(Vocabulary, CorrectsLikeAComparisonWithEveryWord)
+TEST(Vocabulary, CorrectsLikeAScanOfAllWords)
 {
     std::mt19937 random(7); // NOLINT: the same words in every run
     std::size_t corrected = 0;
@@ -173,7 +173,7 @@ TEST(Vocabulary, CorrectsLikeAComparisonWithEveryWord)
     EXPECT_GT(corrected, 500U);
 }
 
-TEST(Vocabulary, CorrectsOnlyWordsOfEnoughLettersAndNothingElse)
+TEST(Vocabulary, CorrectsOnlyWordsOfEnoughLetters)
 {
     const std::string combined = "Zu\xCC\x88rich";
     const struct
@@ -221,7 +221,7 @@ TEST(Vocabulary, CorrectsOnlyWordsOfEnoughLettersAndNothingElse)
                                      Correction{"bernb", 1, false}));
 }
 
-TEST(SharedVocabulary, IsReadAgainBeforeItHoldsMoreThanItsSlackOfWhatIsGone)
+TEST(SharedVocabulary, IsReadAgainAfterGrowingByItsSlack)
 {
     SharedVocabulary words(2);
     words.load([] { return std::vector<std::string>{"alpha"}; });
@@ -246,7 +246,7 @@ TEST(SharedVocabulary, IsReadAgainBeforeItHoldsMoreThanItsSlackOfWhatIsGone)
     EXPECT_FALSE(words.hasPrefix("gam") || words.hasPrefix("theta"));
 }
 
-TEST(SharedVocabulary, ForgetsTheWordsOfPlacesThatAreGone)
+TEST(SharedVocabulary, DropsTheWordsOfRemovedPlaces)
 {
     const QTemporaryDir folder;
     StoreShared shared;

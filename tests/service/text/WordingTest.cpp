@@ -59,7 +59,7 @@ QString manyWords(int count)
 
 } // namespace
 
-TEST(Wording, ATermIsReadInTheFirstWayThatFindsAnything)
+TEST(Wording, TheFirstReadingWithResultsIsUsed)
 {
     const std::vector<QString> texts = {QStringLiteral("Z\u00FCrich Airport, Kloten"),
                                         QStringLiteral("Z\u00FCrich See"),
@@ -102,7 +102,7 @@ TEST(Wording, ATermIsReadInTheFirstWayThatFindsAnything)
               "((\"\u6771\u4EAC\"*) AND (\"\u4EAC\u90FD\"*) AND (\"\u90FD\"*))");
 }
 
-TEST(Expansion, BeginningsBecomeTheWordsThatStartSo)
+TEST(Expansion, PrefixesBecomeTheWordsThatStartWithThem)
 {
     Vocabulary words;
     words.add({"zurich", "zurichsee", "airport", "airports", "airpark", "airpol", "airpush", "bern"});
@@ -130,7 +130,7 @@ TEST(Expansion, BeginningsBecomeTheWordsThatStartSo)
     }
 }
 
-TEST(TermTest, LooksForATermWithoutWordsAsItIs)
+TEST(TermTest, SearchesATermWithoutWordsLiterally)
 {
     const TermTest signs(QStringLiteral("--"), {{Wording()}, false});
     EXPECT_TRUE(signs.isOfNames() && !signs.hasWords());
@@ -145,7 +145,7 @@ TEST(TermTest, LooksForATermWithoutWordsAsItIs)
     EXPECT_FALSE(of("ab", false).isOfNames());
 }
 
-TEST(JoinedVocabulary, GivesTheWordsOfBothOnce)
+TEST(JoinedVocabulary, ReturnsTheWordsOfBothWithoutDuplicates)
 {
     Vocabulary one;
     one.add({"geneva", "zurich", "zug"});
