@@ -90,7 +90,7 @@ TEST_F(ContactTest, AStoredAddressIsListedOnce)
 {
     const int id = annasId();
     const std::unique_ptr<Place> resolved(internal.getPlace(found[0].data(), &error));
-    ASSERT_TRUE(resolved) << "what a listing gives can be fetched";
+    ASSERT_TRUE(resolved) << "a listed place can be fetched";
     ASSERT_EQ(manager.fav(found[0].data()), Error::Success);
     const qint64 stored = found[0]->id();
     EXPECT_EQ(group(Group::Contacts, "anna").size(), 3U);
@@ -103,7 +103,7 @@ TEST_F(ContactTest, AStoredAddressIsListedOnce)
     place->setName(QStringLiteral("Home of a friend"));
     ASSERT_EQ(manager.updatePlace(place.get()), Error::Success);
     EXPECT_THAT(group(Group::Contacts, "anna"), UnorderedElementsAre("Anna Müller", "Anna Müller", "Home of a friend"))
-        << "found by the contact's name, under its own";
+        << "found by the contact's name, listed with its own";
     ASSERT_EQ(manager.removePlace(stored), Error::Success);
     EXPECT_EQ(group(Group::Contacts, "anna"), Names(3, "Anna Müller"));
 }

@@ -42,14 +42,14 @@ constexpr char READ[] = "A 1 2\n";
 
 TEST(GeoJsonTest, EachGeometryIsAPlaceAKindOrAProblem)
 {
-    // A C around a hole, whose centre is outside; a square with a hole in the middle.
+    // A C around a bay, with its centre outside; a square with a hole in the middle.
     const QByteArray bay = "[[[0,0],[9,0],[9,3],[3,3],[3,6],[9,6],[9,9],[0,9],[0,0]]]";
     const QByteArray holed = "[[[0,0],[8,0],[8,8],[0,8],[0,0]],[[1,1],[7,1],[7,7],[1,7],[1,1]]]";
     const struct
     {
         QByteArray geometry;
         const char *line;
-        const char *withAreas; ///< Null for the same.
+        const char *withAreas; ///< Null when it is the same.
     } cases[] = {
         {point("[2,1]"), "A 1 2", nullptr},
         {point("[2,1,\"x\"]"), "A 1 2 / altitude \"x\" is not a number", nullptr},

@@ -57,7 +57,7 @@ TEST(Import, AMemberIsIdentifiedByItsIdOrByNameAndPosition)
         {"the id and the name", feature("1", "BERN", 70), 0, 1},
         {"the id, 0.8 km away", feature("\"b\"", "Bâle", 8.01), 0, 1},
         {"the id, 1.2 km away", feature("\"b\"", "Riehen", 8.016), 1, 0},
-        {"a number is no text", feature("\"1\"", "Bern", 7.1), 1, 0},
+        {"a number is not a text", feature("\"1\"", "Bern", 7.1), 1, 0},
         {"the name, 20 m away", feature("", "bern", 7.00026), 0, 1},
         {"the name, 30 m away", feature("", "Bern", 7.0004), 1, 0},
         {"another id and the name, 8 m away", feature("2", "Bern", 6.9999), 1, 0},
@@ -144,8 +144,8 @@ TEST(Import, AnInterruptedImportPrintsHowToContinue)
         for (int i = 0; i < 1000 && stored() == (signal == SIGINT ? 0 : 1); ++i)
             client.waitForBytesWritten(10);
         EXPECT_EQ(::kill(static_cast<pid_t>(client.processId()), signal), 0);
-        EXPECT_TRUE(client.waitForFinished(60000)) << "also while it waits for more of the file";
-        EXPECT_EQ(client.exitStatus(), QProcess::CrashExit) << "so that a shell makes 128 and the signal of it";
+        EXPECT_TRUE(client.waitForFinished(60000)) << "also while it waits for input";
+        EXPECT_EQ(client.exitStatus(), QProcess::CrashExit) << "a shell reports 128 plus the signal";
         EXPECT_EQ(client.readAllStandardOutput(), "1 imported, 0 skipped, 0 failed\n");
         EXPECT_THAT(
             client.readAllStandardError().toStdString(),

@@ -190,7 +190,7 @@ TEST(LineEditor, KeepsTheCursorVisibleInFewColumns)
     EXPECT_EQ(view(10), "abcdef 6");
     EXPECT_EQ(view(4), "def 3");
     editor.moveLeft();
-    EXPECT_EQ(view(4), "def 2") << "it stays where it is while the cursor is in it";
+    EXPECT_EQ(view(4), "def 2") << "the view does not move while the cursor is in it";
     for (int i = 0; i < 3; ++i)
         editor.moveLeft();
     EXPECT_EQ(view(4), "cdef 0");

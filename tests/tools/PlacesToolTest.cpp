@@ -82,7 +82,7 @@ TEST_F(PlacesTool, EveryCommandReportsItsResultAndFailsForMissingPlaces)
         std::string arguments;
         int status;
         std::string out;
-        std::string err; ///< The whole of it; its beginning where it ends with "...".
+        std::string err; ///< The whole text; or its beginning followed by "...".
     } rows[] = {
         {"add Lake --at 47,8 --tag a", 0, "1\n", ""},
         {"add River --at 47.01,8", 0, "2\n", ""},
@@ -284,7 +284,7 @@ TEST_F(PlacesTool, NoControlCharacterOfAPlaceReachesTheTerminal)
     for (const char *order : {"\x1b", "\xc2\x9b", "\x07", "\x7f", "\xe2\x80\x8f", "\xe2\x80\xae", "\xe2\x81\xa6"})
         EXPECT_THAT(shown + refused.err + written, Not(HasSubstr(order)));
 
-    // Programs get what is stored: JSON by its escapes, an exported file as it is.
+    // Programs get the stored text: escaped in JSON, unchanged in an exported file.
     const QJsonObject properties = json("--json show 1")[QLatin1String("properties")].toObject();
     EXPECT_EQ(properties[QLatin1String("name")].toString(), evil);
     EXPECT_THAT(places("export").out, HasSubstr(evil.mid(evil.indexOf(QChar(0x7F))).toStdString()));
@@ -321,7 +321,7 @@ TEST_F(PlacesTool, ProblemsComeInTheOrderOfTheFile)
     const QString start = QStringLiteral("places: %1: ").arg(service.path("in.csv"));
     EXPECT_EQ(QString::fromStdString(outcome.err).remove(start), QString::fromUtf8(problems));
     EXPECT_EQ(outcome.out, "1371 imported, 0 skipped, 628 failed\n");
-    EXPECT_EQ(features(exported()).size(), 1371) << "more than a page of the service";
+    EXPECT_EQ(features(exported()).size(), 1371) << "more than one page of the service";
 }
 
 TEST_F(PlacesTool, AnImportStopsWithTheServiceAndKeepsStoredPlaces)
@@ -333,7 +333,7 @@ TEST_F(PlacesTool, AnImportStopsWithTheServiceAndKeepsStoredPlaces)
     client.write("name,lat,lon\nA,1,2\n" + times(64 * 1024, "\n"));
     for (int i = 0; i < 1000 && features(exported()).isEmpty(); ++i)
         client.waitForBytesWritten(10);
-    // Writes are answered in their order, so the addition is answered too.
+    // Writes are answered in order, so the addition is answered too.
     EXPECT_EQ(places("use 1").status, 0);
     service.kill();
     client.write("B,1,2\nC,91,2\nD,1,2\n");
@@ -369,7 +369,7 @@ TEST_F(PlacesTool, AnExportCanBeImportedAndPiped)
     const int end = ::open(pipe.constData(), O_RDWR | O_CLOEXEC);
     EXPECT_EQ(places(QStringList{QStringLiteral("export"), service.path("pipe")}).status, 0);
     char byte = 0;
-    EXPECT_EQ(::read(end, &byte, 1), 1) << "a pipe is written to, not replaced";
+    EXPECT_EQ(::read(end, &byte, 1), 1) << "the pipe is not replaced by a file";
     ::close(end);
 }
 
@@ -381,6 +381,5 @@ TEST(PlacesToolAlone, StartsAServiceWhenNoneRuns)
     const Outcome added = places("add Café --at 46.9,7.4");
     EXPECT_EQ(added.out, "1\n");
     EXPECT_THAT(added.err, HasSubstr("started one for this command"));
-    EXPECT_THAT(places("find caf").out, HasSubstr("Café"))
-        << "the places are the user's own, also in a service that another command started";
+    EXPECT_THAT(places("find caf").out, HasSubstr("Café")) << "each started service uses the database of the user";
 }

@@ -9,7 +9,7 @@
 
 #include <QtCore/QtNumeric>
 
-// Positions as people write them, plus codes, and links of map web sites.
+// Positions in the forms that people write, plus codes, and links of map web sites.
 
 namespace
 {
@@ -17,7 +17,7 @@ namespace
 using namespace vela::platform::places;
 using testing::HasSubstr;
 
-/// What is expected of a text: a position or, without one, words of the problem; "" for a text of no known form.
+/// The expected position of a text or, without one, a part of the problem; "" for a text in an unknown form.
 struct Case
 {
     const char *text;
@@ -99,7 +99,7 @@ TEST(PositionTest, PositionsAreReadAsPeopleWriteThem)
 
 TEST(PositionTest, PlusCodesFollowTheirSpecification)
 {
-    // Centres of the areas that the published test data give.
+    // Centres of the areas in the published test data.
     const Case cases[] = {
         {"7FG49Q00+", 20.375, 2.775},
         {"7FG49QCJ+2V", 20.3700625, 2.7821875},

@@ -28,7 +28,7 @@ protected:
     Placesd service{sources.arguments()};
 };
 
-/// Real places to find, and three that are stored.
+/// A gazetteer of real places, and three stored places.
 class SearchBox : public testing::Test
 {
 protected:
@@ -43,7 +43,7 @@ protected:
     Placesd service{sampleGazetteer()};
 };
 
-/// The client, with a search as you type, on a terminal.
+/// The client with `--as-you-type` on a terminal.
 class Typing : public Terminal
 {
 public:
@@ -57,8 +57,8 @@ public:
         EXPECT_TRUE(shows("Search:"));
     }
 
-    /// Waits until a search has begun and all its results have come. One that begins while another goes on shows
-    /// nothing new, so each has to be waited for.
+    /// Waits for the start of a search and for all its results. A search that starts during another one shows nothing
+    /// new, so wait for each.
     bool searches() { return shows("searching") && shows("Up and Down"); }
 };
 
@@ -77,7 +77,7 @@ TEST_F(SearchCommand, AnInterruptEndsASearchWithoutWaitingForTheService)
     EXPECT_FALSE(client.waitForFinished(500)) << "it waits for the service";
     ::kill(static_cast<pid_t>(client.processId()), SIGINT);
     EXPECT_TRUE(client.waitForFinished(10000));
-    EXPECT_EQ(client.exitStatus(), QProcess::CrashExit) << "a shell shall see that it was a signal";
+    EXPECT_EQ(client.exitStatus(), QProcess::CrashExit) << "a shell sees the signal";
     EXPECT_EQ(client.exitCode(), SIGINT);
     service.resume();
 }
@@ -108,8 +108,8 @@ TEST_F(SearchCommand, EveryExitRestoresTheTerminal)
     service.pause();
     for (const auto &way : ways) {
         Typing typing;
-        ASSERT_TRUE(typing.shows("searching")) << "and no way out waits for the service";
-        EXPECT_FALSE(typing.isRestored()) << "or this test says nothing";
+        ASSERT_TRUE(typing.shows("searching")) << "no exit waits for the service";
+        EXPECT_FALSE(typing.isRestored()) << "otherwise this test checks nothing";
         typing.type(way.keys);
         if (way.signal != 0)
             ::kill(typing.process(), way.signal);
@@ -117,7 +117,7 @@ TEST_F(SearchCommand, EveryExitRestoresTheTerminal)
         EXPECT_EQ(WIFSIGNALED(status) ? WTERMSIG(status) : 0, way.endsBySignal);
         EXPECT_TRUE(way.endsBySignal != 0 || WEXITSTATUS(status) == 1) << "nothing was chosen";
         EXPECT_TRUE(typing.isRestored());
-        EXPECT_THAT(typing.output(), HasSubstr("\x1b[?2004l\x1b")) << "no shell shall see how a paste is marked";
+        EXPECT_THAT(typing.output(), HasSubstr("\x1b[?2004l\x1b")) << "bracketed paste is off for the shell";
         EXPECT_THAT(typing.output(), HasSubstr("\x1b[?1049l"));
     }
     service.resume();
@@ -163,7 +163,7 @@ TEST_F(SearchBox, FurtherTypingCancelsAWaitingEnter)
     service.pause();
     typing.type("heathrow\r");
     ASSERT_TRUE(typing.shows("Enter waits"));
-    typing.type("9"); // no letter, which would be taken for a slip
+    typing.type("9"); // not a letter, which would count as a typing error
     service.resume();
     ASSERT_TRUE(typing.shows("nothing found"));
     typing.type("\x7f");
@@ -221,7 +221,7 @@ TEST_F(SearchCommand, ProvidersReturnRecordsOfAPlace)
 {
     EXPECT_EQ(places(QStringList{QStringLiteral("import"), sources.gazetteer()}).out,
               "3 imported, 0 skipped, 0 failed\n");
-    // An import gives ids in no particular order.
+    // An import assigns ids in any order.
     const QString id = QString::fromStdString(places("find Zürich").out).simplified().section(QLatin1Char(' '), 0, 0);
     EXPECT_THAT(places(QStringList{QStringLiteral("--json"), QStringLiteral("show"), id, QStringLiteral("--aux"),
                                    QStringLiteral("--remote")})

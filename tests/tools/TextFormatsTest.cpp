@@ -28,7 +28,7 @@ std::unique_ptr<Place> placeOf(const QByteArray &feature)
     return place;
 }
 
-/// A member in one line: its kind or problem, or what a place is made of.
+/// A member in one line: its kind, its problem, or the content of the place.
 QString describe(const ReadPlace &read)
 {
     static const QMap<MemberKind, QString> KINDS{{MemberKind::Place, QStringLiteral("?")},
@@ -228,7 +228,7 @@ TEST(TextFormatsTest, ElementsComeInTheOrderOfTheSchema)
     const auto nowhere = placeOf(R"({"type":"Feature","geometry":null,"properties":{"name":"C","city":"c"}})");
     for (const auto &row : cases) {
         const QByteArray bytes = writeFile(row.format, {full.get(), bare.get(), nowhere.get(), full.get()});
-        EXPECT_EQ(bytes.count(" id=\"n\""), row.format == QByteArray("kml") ? 1 : 0) << "an id stands once in a file";
+        EXPECT_EQ(bytes.count(" id=\"n\""), row.format == QByteArray("kml") ? 1 : 0) << "an id is unique in a file";
         QXmlStreamReader xml(bytes);
         QVector<int> last{-1};
         QStringList path{QString()};

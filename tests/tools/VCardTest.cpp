@@ -14,7 +14,7 @@
 
 #include <QtCore/QTemporaryFile>
 
-// vCards as other programs write them, and as this one does.
+// vCards of other programs and of this one.
 
 namespace
 {
@@ -61,7 +61,7 @@ QStringList tagsOf(const Place &place)
     return tags;
 }
 
-/// The members that cards have properties for, as one text; of a member that is no place, why.
+/// The members that map to card properties, as one text; the reason for a member that is not a place.
 std::string summary(const formats::ReadPlace &read)
 {
     if (!read.place)
@@ -93,7 +93,7 @@ QByteArray featureOf(const Place &place)
     return formats::toGeoJsonFeature(place);
 }
 
-/// A place that no plain card says all of.
+/// A place that a plain card cannot represent.
 std::unique_ptr<Place> fullPlace()
 {
     auto place = std::make_unique<Place>();
@@ -232,8 +232,8 @@ TEST(VCardTest, EveryPlaceIsRestoredWithTheChangesOfOtherPrograms)
     ASSERT_EQ(read.members.size(), 2U);
     EXPECT_EQ(featureOf(*read.members[1].place), featureOf(*place));
 
-    // Another program gives it an id, changes the address, adds a telephone number and one more address, and moves
-    // nothing.
+    // Another program adds an id, a telephone number and a second address, changes the first address, and does not move
+    // the place.
     written.replace("VERSION:4.0\r\n", "VERSION:4.0\r\nUID:book\r\n");
     const int address = written.indexOf("\r\nADR;") + 2;
     written.replace(address, written.indexOf("GEO:") - address,
@@ -251,7 +251,7 @@ TEST(VCardTest, EveryPlaceIsRestoredWithTheChangesOfOtherPrograms)
     EXPECT_EQ(read.members[0].id + read.members[1].id, QStringLiteral("bookbook#2"));
     EXPECT_THAT(featureOf(changed).toStdString(), HasSubstr(R"("id":"book")"));
     EXPECT_THAT(formats::toVCard(changed).toStdString(), HasSubstr("BDAY:19700101\r\n"))
-        << "a line that no member is for";
+        << "a line that maps to no member";
 }
 
 TEST(VCardTest, ARecordCannotInjectLinesIntoACard)

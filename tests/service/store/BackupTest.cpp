@@ -52,7 +52,7 @@ protected:
     std::string path(const char *name) const { return folder.filePath(QLatin1String(name)).toStdString(); }
     void write(const char *name, const QByteArray &bytes) { files::write(folder.filePath(QLatin1String(name)), bytes); }
 
-    const mode_t mask = ::umask(0077); // as the program has it
+    const mode_t mask = ::umask(0077); // like the program
     const QTemporaryDir folder;
     StoreShared shared;
     BackupKeeper keeper{path("places.db"), shared};
@@ -76,19 +76,19 @@ TEST_F(BackupTest, RestoresExactlyTheBackedUpPlaces)
     ASSERT_EQ(restore(path("copy.db")), ReturnCode::Success);
     EXPECT_THAT(names(), ElementsAre("Kept"));
     EXPECT_EQ(store.placeCount(~0), 1);
-    EXPECT_GT(add(QStringLiteral("Next")), later) << "no id comes back as another place's";
+    EXPECT_GT(add(QStringLiteral("Next")), later) << "no id is reused";
     store.check([](const std::string &problem, qint64 place) { ADD_FAILURE() << problem << place; });
     EXPECT_THAT(
         QDir(folder.path())
             .entryList({QStringLiteral("*.db.*"), QStringLiteral("*restore*")}, QDir::AllEntries | QDir::Hidden),
         IsEmpty())
-        << "nothing is left lying about";
+        << "no temporary files are left";
 
     EXPECT_EQ(keeper.restore(path("copy.db"), Clock::now()), ReturnCode::TookTooLong);
     EXPECT_EQ(keeper.backUp(path("late.db"), Clock::now()), ReturnCode::TookTooLong);
     shared.damage->note(SQLite::Exception("as told", 11));
     EXPECT_EQ(restore(path("copy.db")), ReturnCode::StorageFailed);
-    EXPECT_THAT(backUp(path("copy.db")).reason, HasSubstr("the database is damaged")) << "a good one stays";
+    EXPECT_THAT(backUp(path("copy.db")).reason, HasSubstr("the database is damaged")) << "the sound backup is kept";
     EXPECT_EQ(SQLite::Database(path("copy.db")).execAndGet("SELECT count(*) FROM place").getInt(), 1);
 }
 
@@ -130,7 +130,7 @@ TEST_F(BackupTest, AFailureChangesNothing)
     const struct
     {
         const char *name;
-        const char *reason; // may be for one of both only
+        const char *reason; // for backup and restore; one may be null
         const char *ofBackup;
     } files[] = {
         {"none", "none cannot be opened by the service: No such file", nullptr},

@@ -17,7 +17,7 @@ using testing::ElementsAre;
 namespace
 {
 
-/// Places by their texts; the part before a comma is the name.
+/// Places by their texts. The part before the comma is the name.
 class Search
 {
 public:
@@ -28,7 +28,7 @@ public:
             m_words.add(utf8Words(indexKey(text)));
     }
 
-    /// The reading of a term as an expression, with "names: " where only names are looked at.
+    /// The chosen reading of a term as an expression; it starts with "names: " when only names are searched.
     std::string read(const QString &term)
     {
         const auto count = [this](const Reading &reading) {
@@ -42,7 +42,7 @@ public:
         const Reading reading = chooseReading(Wording::of(term), {m_words, finds, count});
         return (reading.inNames ? "names: " : "") + reading.expression();
     }
-    int asked = 0; ///< How often something was looked for.
+    int asked = 0; ///< Number of searches.
 
 private:
     const std::vector<QString> m_texts;
@@ -95,7 +95,7 @@ TEST(Wording, TheFirstReadingWithResultsIsUsed)
     search.read(QStringLiteral("zur"));
     EXPECT_EQ(search.asked, 1);
     search.read(QString());
-    EXPECT_EQ(search.asked, 1) << "nothing is looked for without words";
+    EXPECT_EQ(search.asked, 1) << "no search without words";
     EXPECT_EQ(Wording::of(manyWords(limits::TERM_WORDS + 1)).words().size(), std::size_t{limits::TERM_WORDS});
     EXPECT_EQ(Wording::of(QStringLiteral("a A \u00E1")).words().size(), 1U);
     EXPECT_EQ(Wording::of(QStringLiteral("\u6771\u4EAC\u90FD")).expression(),
@@ -135,7 +135,7 @@ TEST(TermTest, SearchesATermWithoutWordsLiterally)
     const TermTest signs(QStringLiteral("--"), {{Wording()}, false});
     EXPECT_TRUE(signs.isOfNames() && !signs.hasWords());
     EXPECT_TRUE(signs("a -- b"));
-    EXPECT_FALSE(signs("ab\x1F--")) << "of all keys that of the name";
+    EXPECT_FALSE(signs("ab\x1F--")) << "only the key of the name";
     const auto of = [](const char *term, bool inNames) {
         return TermTest(QLatin1String(term), {{Wording::of(QLatin1String(term))}, inNames});
     };
