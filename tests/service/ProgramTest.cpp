@@ -126,9 +126,9 @@ TEST(Placesd, ServesOnlyInAFolderThatOthersCannotReplace)
         const char *folder;
         const char *says; ///< Null when it starts.
     } cases[] = {
-        {"open/inner", "open belongs to somebody else, or others may write to it"},
-        {"door/inner", "open belongs to somebody else, or others may write to it"},
-        {"shared", "shared belongs to somebody else, or others may write to it"},
+        {"open/inner", "open belongs to another user, or others may write to it"},
+        {"door/inner", "open belongs to another user, or others may write to it"},
+        {"shared", "shared belongs to another user, or others may write to it"},
         {"link", "link is not a folder"},
         {"link/", "link is not a folder"},
         {"blocked", "blocked/places: File exists"},

@@ -478,7 +478,7 @@ TEST_F(ServiceTest, AReasonRevealsOnlyTheRequestToGuests)
         EXPECT_EQ(QString::fromStdString(line).toStdString(), line) << "it ends with a complete character";
     }
     EXPECT_THAT(reason(message(head(Type::Backup) + Fields{text("a\n\x1b[31m\x7F\xE2\x80\xA8z")}), OWNER),
-                testing::StartsWith("a  [31m  z is no absolute path"));
+                testing::StartsWith("a  [31m  z is not an absolute path"));
     SQLite::Database(local.path("places.db"), SQLite::OPEN_READWRITE).exec("DROP TABLE record");
     EXPECT_EQ(local.exchange(fetch(1), GUEST), message({i32(ReturnCode::StorageFailed), i32(268)}));
     EXPECT_THAT(reason(fetch(1), OWNER), testing::StartsWith(local.path("places.db") + ": "));

@@ -134,8 +134,8 @@ TEST_F(BackupTest, AFailureChangesNothing)
         const char *ofBackup;
     } files[] = {
         {"none", "none cannot be opened by the service: No such file", nullptr},
-        {"none/copy.db", "No such file", "none is no folder"},
-        {"text", "text is no SQLite file", "file is not a database; name a file that is not there"},
+        {"none/copy.db", "No such file", "none is not a folder"},
+        {"text", "text is not an SQLite file", "file is not a database; name a new file"},
         {"cut", "it is damaged", nullptr},
         {"torn", "malformed", nullptr},
         {"newer", "it is of version 99, and this placesd reads 1 to 5", "it is of version 99"},
@@ -183,7 +183,7 @@ TEST_F(BackupTest, AFailureChangesNothing)
         EXPECT_EQ(backUp(path(name)), ReturnCode::Success) << name;
     for (const std::string name : {"", "copy.db", "./copy.db"}) {
         for (const Status &status : {backUp(name), restore(name)})
-            EXPECT_THAT(status.reason, HasSubstr("is no absolute path")) << name;
+            EXPECT_THAT(status.reason, HasSubstr("is not an absolute path")) << name;
     }
     EXPECT_THAT(backUp("/none/" + std::string(600, 'x') + "/y").reason, testing::StartsWith("...xxx"));
     EXPECT_THAT(names(), ElementsAre("Here"));
