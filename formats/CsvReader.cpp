@@ -131,7 +131,7 @@ private:
             m_options.note(text);
     }
 
-    /// Reports what the headings and the first row told, unless all is as an export writes it.
+    /// Reports what the headings and the first row show, unless the file is in the form that an export writes.
     void noteColumns() const
     {
         static const QMap<char, QString> DELIMITERS{{',', QStringLiteral("commas")},
@@ -148,7 +148,7 @@ private:
                       description.isEmpty() ? QStringLiteral("columns as named") : description));
     }
 
-    /// Decodes a field. A file is Windows-1252 when its first characters beyond ASCII are not UTF-8.
+    /// Decodes a field. The file is Windows-1252 when its first non-ASCII bytes are not UTF-8.
     bool decode(const QByteArray &bytes, QString &text)
     {
         if (!m_isWindows1252 && decodeUtf8(bytes, text)) {
@@ -190,7 +190,7 @@ private:
         return {};
     }
 
-    /// The first value that is not empty in the columns with this name.
+    /// The first non-empty value in the columns with this name.
     [[nodiscard]] QString valueOf(const QStringList &values, const char *name) const
     {
         for (int i = 0; i < values.size(); ++i) {
@@ -225,7 +225,7 @@ private:
             feature.read(m_options, read);
     }
 
-    /// True for a column of the position. Coordinates and geometry are used only without a latitude column.
+    /// True for a position column. Coordinates and geometry are used only when there is no latitude column.
     [[nodiscard]] bool isPosition(const QString &name) const
     {
         const bool isWhole = name == QLatin1String(csv::COORDINATES) || name == QLatin1String(csv::GEOMETRY);
@@ -258,8 +258,8 @@ private:
     CsvColumns m_columns;
     bool m_hasLatitude = false;
     bool m_hasDecimalComma = false;
-    bool m_isUtf8 = false;        ///< A field contained UTF-8 beyond ASCII.
-    bool m_isWindows1252 = false; ///< A field contained other bytes before that.
+    bool m_isUtf8 = false;        ///< A field contained non-ASCII UTF-8.
+    bool m_isWindows1252 = false; ///< The first non-ASCII field was not UTF-8.
 };
 
 } // namespace

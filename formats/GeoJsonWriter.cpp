@@ -99,7 +99,7 @@ void writeAddress(JsonWriter &out, const Address &address)
         out.member(part.name, (address.*part.get)());
 }
 
-/// Writes a location without its position and box, which are members of the feature.
+/// Writes a location without its position and box; these are members of the feature.
 void writeLocation(JsonWriter &out, const Location &location)
 {
     writeAddress(out, location.address());
@@ -147,10 +147,10 @@ void writeRecords(JsonWriter &out, const Place &place)
              [&out](const AuxiliaryData &data) { out.object([&] { writeRecord(out, data); }); });
 }
 
-/// Deepest nesting of a foreign member. It lies two levels deep, in the properties of a feature.
+/// Deepest nesting of a foreign member, which is two levels deep: in the properties of a feature.
 constexpr int MAX_FOREIGN_DEPTH = MAX_DEPTH - 2;
 
-/// Writes JSON down to the nesting depth that a reader accepts.
+/// Writes JSON; fails beyond the nesting depth that a reader accepts.
 class ShallowWriter : public rapidjson::Writer<rapidjson::StringBuffer>
 {
 public:
@@ -179,7 +179,7 @@ QByteArray toJsonText(const QString &value)
 }
 
 /// Members of an imported file that a place cannot hold. The import keeps them in a record, and an export writes them
-/// back to the same object. A member that a reader would take for a value of the place is left out.
+/// back to the same object. A member that an import would read as a value of the place is left out.
 Foreign foreignOf(const Place &place, const char *type, bool (*isForeign)(const QString &, const rapidjson::Value &))
 {
     Foreign foreign;
@@ -206,7 +206,7 @@ void writeNames(JsonWriter &out, const AbstractPlace &place)
     out.member(vocabulary::DESCRIPTION, place.description());
 }
 
-/// Values in every list of places, whatever record they come from.
+/// Values that every list of places shows. They come from any record.
 void writePrimaryValues(JsonWriter &out, const AbstractPlace &place, Times times)
 {
     out.member(vocabulary::PHONE, place.primaryPhoneNumber());
@@ -253,7 +253,7 @@ void writeId(JsonWriter &out, const AbstractPlace &place)
         out.member("id", place.id());
 }
 
-/// The position once more, under the names of its parts, and the distance from the centre.
+/// The position again, with named members, and its distance from the centre.
 void writePoint(JsonWriter &out, const Coordinates &position, const Coordinates &centre)
 {
     if (!position.isValid())
@@ -266,7 +266,7 @@ void writePoint(JsonWriter &out, const Coordinates &position, const Coordinates 
     out.member(vocabulary::DISTANCE, roundedDistance(centre, position));
 }
 
-/// A place with the values that a header has.
+/// The values of a place that its header has.
 void writeShortFeature(JsonWriter &out, const AbstractPlace &place, const Coordinates &centre)
 {
     out.object([&] {

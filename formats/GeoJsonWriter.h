@@ -26,15 +26,15 @@ using PlaceList = QVector<const vela::platform::places::AbstractPlace *>;
 /// Index of the location that represents the place: the first one with a position, else the first one.
 int shownLocation(const vela::platform::places::Place &place);
 
-/// A place as a Feature for other programs on this device; its "id" is the place's number, its times are texts.
+/// A place as a Feature; its "id" is the place's id, its times are texts.
 QByteArray toGeoJson(const vela::platform::places::Place &place);
-/// A place as a Feature for other stores and programs; its "id" is the one that was imported with it, if any.
+/// A place as a Feature for other stores and programs; its "id" is the one from the imported file, if any.
 QByteArray toGeoJsonFeature(const vela::platform::places::Place &place);
-/// Header values of places as a FeatureCollection with a foreign member "hasMore".
-/// @param centre distances are measured from here; not valid for none.
+/// The header values of places as a FeatureCollection with a foreign member "hasMore".
+/// @param centre distances are measured from here; invalid for none.
 QByteArray toGeoJson(const PlaceList &places, bool hasMore, const vela::platform::places::Coordinates &centre);
 
-/// Writes the members of this FeatureCollection.
+/// Writes the members of such a FeatureCollection.
 void writeCollection(JsonWriter &out, const PlaceList &places, bool hasMore,
                      const vela::platform::places::Coordinates &centre);
 /// Writes the members of an object for an auxiliary record.

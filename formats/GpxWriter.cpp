@@ -98,7 +98,7 @@ private:
         }
     }
 
-    /// Writes the known properties as elements; all others are in the rest.
+    /// Writes the known properties as elements. All others are in the rest.
     void writeExtensions(FlatFeature &feature)
     {
         m_xml.writeStartElement(QStringLiteral("extensions"));
@@ -113,7 +113,7 @@ private:
         m_xml.writeEndElement();
     }
 
-    /// An empty text is written for a list only.
+    /// Writes an empty text only for a list.
     void writeExtension(const QString &name, const QString &text, bool isList = false)
     {
         if (!text.isEmpty() || isList)

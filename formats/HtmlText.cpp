@@ -30,7 +30,7 @@ const QSet<QString> &lineElements()
     return NAMES;
 }
 
-/// Other elements of HTML in descriptions.
+/// Other HTML elements that occur in descriptions.
 const QSet<QString> &otherElements()
 {
     static const QSet<QString> NAMES = wordsOf(
@@ -41,7 +41,7 @@ const QSet<QString> &otherElements()
     return NAMES;
 }
 
-/// Characters by the names of their references. LATIN_1 has the names of U+00A0 to U+00FF in order.
+/// Characters by the names of their references. LATIN_1 lists the names of U+00A0 to U+00FF in order.
 const QHash<QString, uint> &namedCharacters()
 {
     static const QHash<QString, uint> CHARACTERS = [] {
@@ -74,7 +74,7 @@ const QHash<QString, uint> &namedCharacters()
     return CHARACTERS;
 }
 
-/// The character of a reference, given without "&" and ";"; 0 for an unknown one.
+/// The character of a reference without "&" and ";"; 0 for an unknown one.
 uint referencedCharacter(const QString &reference)
 {
     if (!reference.startsWith(QLatin1Char('#')))
@@ -116,7 +116,7 @@ private:
         return skipBehind(QStringLiteral("-->"), m_at + 4);
     }
 
-    /// Moves behind the next `end`; false when there is none. A missing `end` is searched only once.
+    /// Moves past the next `end`; false when there is none. A missing `end` is searched only once.
     bool skipBehind(const QString &end, int from)
     {
         if (m_missing.contains(end))

@@ -38,7 +38,7 @@ const QList<SearchResultGroup::Type> ALL =
     + QList<SearchResultGroup::Type>{SearchResultGroup::CategorySuggestions, SearchResultGroup::Remote,
                                      SearchResultGroup::Addresses};
 
-/// Delay before a search is repeated that the service could not answer.
+/// Delay before a failed search is repeated.
 constexpr std::chrono::seconds RETRY_INTERVAL(2);
 
 /// Tag of the jobs that fetch a place. Favourite jobs have no tag.
@@ -343,7 +343,7 @@ void BrowserWindow::present(const AnyPlace &place, const QList<AuxiliaryData> &r
         return;
     m_star->setText(place->isFavorite() ? QStringLiteral("★") : QStringLiteral("☆"));
     m_star->setToolTip(
-        (place->isFavorite() ? QStringLiteral("Favourite no more (%1)") : QStringLiteral("Favourite (%1)"))
+        (place->isFavorite() ? QStringLiteral("Remove favourite (%1)") : QStringLiteral("Favourite (%1)"))
             .arg(TOGGLE_FAVORITE.toString(QKeySequence::NativeText)));
 }
 

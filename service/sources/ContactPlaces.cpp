@@ -129,7 +129,7 @@ FoundPlace placeOf(const VCard &card, int id, CardAddressKind kind, int number, 
     return place;
 }
 
-/// A location with what is found out about it: the code of its country, and its position when the card has none.
+/// Completes a location with the code of its country and, if the card has no position, with a position.
 Location completed(Location location, const Geocode &geocode)
 {
     Address address = location.address();

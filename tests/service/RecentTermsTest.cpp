@@ -15,7 +15,7 @@
 
 using namespace vela::platform::places;
 
-TEST(RecentTermsTest, TheTermThatAPlaceWasFoundByBecomesRecentWhenThePlaceIsFetchedOrUsed)
+TEST(RecentTermsTest, FetchingOrUsingAFoundPlaceMakesItsTermRecent)
 {
     const Placesd service;
     const EventLoop loop;
@@ -45,7 +45,7 @@ TEST(RecentTermsTest, TheTermThatAPlaceWasFoundByBecomesRecentWhenThePlaceIsFetc
         {QStringLiteral("zur"), fetch, true},
         {QString::fromUtf8("zürich"), use, true},
         {QString::fromUtf8("駅"), use, true},
-        {QString::fromUtf8("zurich 駅"), fetch, false}, // A fetch carries ISO 8859-1.
+        {QString::fromUtf8("zurich 駅"), fetch, false}, // A fetch contains ISO 8859-1 text.
         {QStringLiteral("zuri"), [](PlaceHeader &) {}, false},
         {QString(), fetch, false},
     };

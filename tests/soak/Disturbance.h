@@ -3,18 +3,18 @@
 
 #include <atomic>
 
-/// Something that comes and goes, such as a full disk, and excuses what happened meanwhile. begin() and end() on one
-/// thread; the rest is safe on any.
+/// A temporary disturbance, such as a full disk, which excuses failures in the meantime. Call begin() and end() on one
+/// thread; the other functions are safe on any thread.
 class Disturbance
 {
 public:
     void begin() { ++m_changes; }
     void end() { ++m_changes; }
 
-    /// A point in time for wasThereSince().
+    /// The current time, for wasThereSince().
     [[nodiscard]] unsigned now() const { return m_changes; }
     [[nodiscard]] bool wasThereSince(unsigned start) const { return start % 2 == 1 || m_changes != start; }
 
 private:
-    std::atomic<unsigned> m_changes{0}; ///< Odd while it is there.
+    std::atomic<unsigned> m_changes{0}; ///< Odd during the disturbance.
 };

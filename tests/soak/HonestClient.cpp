@@ -19,10 +19,10 @@ namespace
 
 constexpr std::size_t MOST_PLACES = 200;
 constexpr int PAGE = 10000;
-/// Time before the next request to a service that is down.
+/// Delay before the next request when the service is down.
 constexpr milliseconds PAUSE{10};
 
-/// The description of a place: of up to several thousand letters.
+/// A description of up to several thousand letters.
 QString textOf(const QString &name)
 {
     return name.repeated(1 + static_cast<int>(qHash(name, 1) % 300));
@@ -138,7 +138,7 @@ bool HonestClient::find()
     for (const PlaceHeader *header : found) {
         const QString name = header->name();
         const auto known = missing.find(header->id());
-        // A word that no place has is found by its other spellings, such as other clients' words.
+        // For a word that no place has, a find may use other spellings, for example words of other clients.
         const bool isOther = m_places.empty() && !name.startsWith(m_word);
         if (known != missing.end() && known->second == name)
             missing.erase(known);
@@ -146,7 +146,7 @@ bool HonestClient::find()
             countFault(m_removed.count(header->id()) > 0 ? m_score.lost : m_score.wrong, "found", header->id());
     }
     qDeleteAll(found);
-    // A reply ends early where other clients leave it no memory.
+    // A reply is cut when other clients use up the memory.
     const bool isWhole = error == Error::Success && !handle.hasMoreData();
     for (const auto &place : missing) {
         if (!isWhole)

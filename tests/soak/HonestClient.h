@@ -9,8 +9,8 @@
 #include <random>
 #include <set>
 
-/// A client that adds, fetches, finds and removes places of its own, and knows what has to be stored of them. For one
-/// thread.
+/// A client that adds, fetches, finds and removes its own places, and compares the replies with the expected store. For
+/// one thread.
 class HonestClient
 {
 public:
@@ -18,30 +18,30 @@ public:
 
     /// Works until `stop`.
     void run(const std::atomic<bool> &stop);
-    /// Looks for all its places, which have to fit into one reply now.
+    /// Searches all its places, which must fit into one reply.
     void checkAll();
 
 private:
     using Error = vela::platform::places::Error;
 
-    /// Makes a request and judges how it ended.
+    /// Sends a request and checks its outcome.
     /// @param isChange only a change may fail on a full disk.
     Error::Type ask(bool isChange, const std::function<Error::Type()> &request);
     void add();
     void remove(qint64 id);
     void fetch(qint64 id);
-    /// Returns whether all were to be found in the one reply.
+    /// True when all places had to be in the one reply.
     bool find();
     /// One of the places.
     qint64 any();
     void countFault(std::atomic<unsigned> &faults, const char *what, qint64 id);
 
-    const QString m_word; ///< The name of each of its places starts with it, and no other's does.
+    const QString m_word; ///< Prefix of the names of all its places, and of no other places.
     Score &m_score;
     std::mt19937 m_random;
     const vela::platform::places::PlaceManager m_manager;
-    unsigned m_names = 0;               ///< Given so far.
-    std::map<qint64, QString> m_places; ///< Names of those whose addition was acknowledged.
-    std::set<qint64> m_removed;         ///< Removal acknowledged.
-    std::set<QString> m_unknown;        ///< Names of those whose addition or removal was not answered.
+    unsigned m_names = 0;               ///< Number of names used so far.
+    std::map<qint64, QString> m_places; ///< Names of the places whose addition was acknowledged.
+    std::set<qint64> m_removed;         ///< Ids with an acknowledged removal.
+    std::set<QString> m_unknown;        ///< Names of places whose addition or removal was not answered.
 };

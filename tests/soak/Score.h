@@ -6,18 +6,18 @@
 #include <atomic>
 #include <cstdio>
 
-/// What a soak counts. Safe on any thread.
+/// Counters of a soak test. Safe on any thread.
 struct Score
 {
-    Disturbance outage;   ///< The service was killed and is not up again.
-    Disturbance fullDisk; ///< No file of the service may grow.
+    Disturbance outage;   ///< The service was killed and is not running again.
+    Disturbance fullDisk; ///< No file of the service can grow.
 
     std::atomic<unsigned> kills{0};
     std::atomic<unsigned> stalls{0};
     std::atomic<unsigned> fullDisks{0};
     std::atomic<unsigned> acknowledged{0}; ///< Changes.
     std::atomic<unsigned> lost{0};         ///< Acknowledged changes.
-    std::atomic<unsigned> wrong{0};        ///< Answers that are no consequence of a disturbance or of what was stored.
+    std::atomic<unsigned> wrong{0};        ///< Answers that neither a disturbance nor the stored places explain.
     std::atomic<unsigned> unanswered{0};   ///< Requests during an outage.
     std::atomic<unsigned> refused{0};      ///< Changes on a full disk.
     std::atomic<unsigned> hostile{0};      ///< Requests.

@@ -5,7 +5,7 @@
 
 #include <QtCore/QFile>
 
-/// Files as tests read and write them: as a whole.
+/// Reads and writes whole files.
 namespace files
 {
 

@@ -13,13 +13,13 @@
 #include <string>
 #include <vector>
 
-/// What a file with these bytes is read as.
+/// The result of reading a file with these bytes.
 struct ReadFile
 {
     std::vector<formats::ReadPlace> members;
     std::string problem;
 
-    /// @param name of the file, with the extension.
+    /// @param name file name with the extension.
     ReadFile(const QByteArray &bytes, const char *name, const formats::ReadOptions &options = {})
     {
         QTemporaryFile file(QStringLiteral("/tmp/XXXXXX") + QLatin1String(name));

@@ -20,8 +20,7 @@
 #include <memory>
 #include <string>
 
-// The table of docs/formats.md against what the forms do. "yes" is kept whatever it is, "partly" is kept of an easy
-// place only, "no" is not kept.
+// Compares the table of docs/formats.md with the formats: "yes" keeps any value, "partly" only a simple one, "no" none.
 
 namespace
 {
@@ -32,7 +31,7 @@ using PlacePointer = std::unique_ptr<Place>;
 enum class Kind
 {
     Easy,     ///< ISO 8859-1, one line, seven decimals.
-    Demanding ///< Whatever a text or a number may be.
+    Demanding ///< Any text or number.
 };
 
 constexpr char EASY[] = "A & B + \"C\" #1 100% caf\xC3\xA9";
@@ -51,7 +50,7 @@ double degrees(Kind kind, double value)
 Location location(Kind kind, double latitude)
 {
     Address address;
-    // A map link says only once what the name and the label have in common.
+    // A map link contains a text only once when name and label are equal.
     address.setLabel(text(kind, kind == Kind::Easy ? "label" : "name"));
     address.setHouseNumber(text(kind, "house"));
     address.setStreet(text(kind, "street"));
@@ -174,7 +173,7 @@ constexpr struct
 {
     const char *name;
     PlacePointer (*pass)(const PlacePointer &place);
-    qint64 id; ///< What is stored already cannot be given to a service.
+    qint64 id; ///< Id of the place; a service does not accept an id of a stored place.
 } FORMS[] = {
     {"bytes", throughBytes, 4711},
     {"JSON document", throughDocument, 4711},
@@ -278,10 +277,10 @@ const struct
      [](const Place &p) { return QString::number(p.auxiliaryDataCount() > 0 ? p.auxiliaryData(0).id() : -1); }},
 };
 
-/// Members, and for each the words of all forms as they stand in a row.
+/// For each member, a row of the table: the words of all forms.
 using Table = std::map<std::string, std::string>;
 
-/// What the forms do.
+/// The table as the formats behave.
 Table tried()
 {
     Table table;
@@ -297,7 +296,7 @@ Table tried()
     return table;
 }
 
-/// What the document says: the rows of the table whose head names the forms.
+/// The table in the document: the rows below the heading that names the forms.
 Table documented()
 {
     QFile file(QStringLiteral(SOURCES "/docs/formats.md"));
@@ -318,7 +317,7 @@ Table documented()
 
 } // namespace
 
-TEST(Formats, TheDocumentedTableIsWhatTheFormsKeep)
+TEST(Formats, TheFormsKeepWhatTheTableDocuments)
 {
     EXPECT_EQ(documented(), tried());
 }

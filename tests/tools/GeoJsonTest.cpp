@@ -42,14 +42,14 @@ constexpr char READ[] = "A 1 2\n";
 
 TEST(GeoJsonTest, EachGeometryIsAPlaceAKindOrAProblem)
 {
-    // A C around a hole, whose centre is outside; a square with a hole in the middle.
+    // A C around a bay, with its centre outside; a square with a hole in the middle.
     const QByteArray bay = "[[[0,0],[9,0],[9,3],[3,3],[3,6],[9,6],[9,9],[0,9],[0,0]]]";
     const QByteArray holed = "[[[0,0],[8,0],[8,8],[0,8],[0,0]],[[1,1],[7,1],[7,7],[1,7],[1,1]]]";
     const struct
     {
         QByteArray geometry;
         const char *line;
-        const char *withAreas; ///< Null for the same.
+        const char *withAreas; ///< Null when it is the same.
     } cases[] = {
         {point("[2,1]"), "A 1 2", nullptr},
         {point("[2,1,\"x\"]"), "A 1 2 / altitude \"x\" is not a number", nullptr},
@@ -75,7 +75,7 @@ TEST(GeoJsonTest, EachGeometryIsAPlaceAKindOrAProblem)
         {point("{}"), "its coordinates are not a list of numbers", nullptr},
         {point("[7]"), "its coordinates are not longitude and latitude, but 1 number", nullptr},
         {point("[\"abc\",1]"), "longitude \"abc\" is not a number", nullptr},
-        {point("[7,\"46\"]"), "latitude \"46\" is a text, where a number must be", nullptr},
+        {point("[7,\"46\"]"), "latitude \"46\" is a text, not a number", nullptr},
         {point("[7,null]"), "the latitude is not a number", nullptr},
         {point("[7,195.25]"), "latitude 195.25 is beyond 90", nullptr},
         {point("[46,107.5]"), "latitude 107.5 is beyond 90; are longitude and latitude swapped?", nullptr},
@@ -99,7 +99,7 @@ TEST(GeoJsonTest, EachGeometryIsAPlaceAKindOrAProblem)
     EXPECT_EQ(box.bottomRight(), (vela::platform::places::Coordinates(0, 9)));
 }
 
-TEST(GeoJsonTest, AFaultyMemberCostsOnlyItself)
+TEST(GeoJsonTest, AnInvalidMemberDoesNotAffectOthers)
 {
     const QByteArray huge = feature(point("[2,1]"), R"("name":"A","x":1e400,"y":[-1E+999,0e999,12])");
     const QByteArray large = feature(point("[2,1]"), R"("x":")" + QByteArray(5 * 1024 * 1024, 'x') + '"');
@@ -141,7 +141,7 @@ TEST(GeoJsonTest, AFaultyMemberCostsOnlyItself)
                 HasSubstr(R"("x":"1e400","y":["-1E+999",0.0,12])"));
 }
 
-TEST(GeoJsonTest, WhatIsBrokenBetweenMembersEndsATextOnly)
+TEST(GeoJsonTest, AnErrorBetweenMembersEndsOnlyItsText)
 {
     const QByteArray open = R"({"type":"FeatureCollection","features":[)";
     const struct
@@ -174,7 +174,7 @@ TEST(GeoJsonTest, WhatIsBrokenBetweenMembersEndsATextOnly)
     }
 }
 
-TEST(GeoJsonTest, TheContentTellsWhichJsonAFileIs)
+TEST(GeoJsonTest, TheJsonFormatIsDetectedByContent)
 {
     const QByteArray document =
         R"({"id":1,"complete":true,"name":"D","location":{"coordinates":{"latitude":1,"longitude":2}}})";
@@ -185,7 +185,7 @@ TEST(GeoJsonTest, TheContentTellsWhichJsonAFileIs)
     }
 }
 
-TEST(GeoJsonTest, FilesOfOtherMakersAreUnderstood)
+TEST(GeoJsonTest, FilesOfOtherMakersAreRead)
 {
     const QByteArray url = R"("http://maps.example/?cid=1")";
     const QByteArray before =

@@ -35,7 +35,7 @@ int stored()
 
 } // namespace
 
-TEST(Import, AMemberIsKnownByItsIdElseByNameAndPosition)
+TEST(Import, AMemberIsIdentifiedByItsIdOrByNameAndPosition)
 {
     const std::string many = [] {
         std::string text;
@@ -57,7 +57,7 @@ TEST(Import, AMemberIsKnownByItsIdElseByNameAndPosition)
         {"the id and the name", feature("1", "BERN", 70), 0, 1},
         {"the id, 0.8 km away", feature("\"b\"", "Bâle", 8.01), 0, 1},
         {"the id, 1.2 km away", feature("\"b\"", "Riehen", 8.016), 1, 0},
-        {"a number is no text", feature("\"1\"", "Bern", 7.1), 1, 0},
+        {"a number is not a text", feature("\"1\"", "Bern", 7.1), 1, 0},
         {"the name, 20 m away", feature("", "bern", 7.00026), 0, 1},
         {"the name, 30 m away", feature("", "Bern", 7.0004), 1, 0},
         {"another id and the name, 8 m away", feature("2", "Bern", 6.9999), 1, 0},
@@ -80,7 +80,7 @@ TEST(Import, AMemberIsKnownByItsIdElseByNameAndPosition)
     EXPECT_EQ(stored(), count + 200);
 }
 
-TEST(Import, AChainHasMoreNamesakesThanOneAnswerHolds)
+TEST(Import, NamesakesMayFillSeveralPages)
 {
     std::string chain;
     for (int i = 0; i < 60; ++i)
@@ -92,7 +92,7 @@ TEST(Import, AChainHasMoreNamesakesThanOneAnswerHolds)
         "0 imported, 3 skipped, 0 failed\n");
 }
 
-TEST(Import, AnUpdateTakesOverWhatTheFileSaysAndKeepsTheRest)
+TEST(Import, AnUpdateAppliesTheFileAndKeepsOtherValues)
 {
     const Placesd service;
     const QStringList update{QStringLiteral("--update")};
@@ -121,7 +121,7 @@ TEST(Import, AnUpdateTakesOverWhatTheFileSaysAndKeepsTheRest)
         EXPECT_THAT(out, HasSubstr(part));
 }
 
-TEST(ImportSummary, NamesTheKindsThatAreNoPlaces)
+TEST(ImportSummary, CountsKindsOtherThanPlaces)
 {
     using formats::MemberKind;
     tool::ImportSummary summary;
@@ -140,7 +140,7 @@ TEST(ImportSummary, NamesTheKindsThatAreNoPlaces)
         R"({"imported":1,"updated":0,"unchanged":0,"skipped":0,"failed":0,"lines":0,"areas":2,"tracks":2,"routes":1)");
 }
 
-TEST(Import, AnInterruptedImportSaysHowToGoOn)
+TEST(Import, AnInterruptedImportPrintsHowToContinue)
 {
     const Placesd service;
     for (const int signal : {SIGINT, SIGTERM}) {
@@ -150,10 +150,11 @@ TEST(Import, AnInterruptedImportSaysHowToGoOn)
         for (int i = 0; i < 1000 && stored() == (signal == SIGINT ? 0 : 1); ++i)
             client.waitForBytesWritten(10);
         EXPECT_EQ(::kill(static_cast<pid_t>(client.processId()), signal), 0);
-        EXPECT_TRUE(client.waitForFinished(60000)) << "also while it waits for more of the file";
-        EXPECT_EQ(client.exitStatus(), QProcess::CrashExit) << "so that a shell makes 128 and the signal of it";
+        EXPECT_TRUE(client.waitForFinished(60000)) << "also while it waits for input";
+        EXPECT_EQ(client.exitStatus(), QProcess::CrashExit) << "a shell reports 128 plus the signal";
         EXPECT_EQ(client.readAllStandardOutput(), "1 imported, 0 skipped, 0 failed\n");
-        EXPECT_THAT(client.readAllStandardError().toStdString(),
-                    EndsWith("interrupted: run the same command again: what is stored is skipped\n"));
+        EXPECT_THAT(
+            client.readAllStandardError().toStdString(),
+            EndsWith("interrupted: run the same command again to import the rest; stored places are skipped\n"));
     }
 }

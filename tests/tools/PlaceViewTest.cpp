@@ -40,7 +40,7 @@ void useUtc()
 
 } // namespace
 
-TEST(PlaceView, ShowsAllThatAPlaceHas)
+TEST(PlaceView, ShowsAllValuesOfAPlace)
 {
     useUtc();
     const auto place =
@@ -49,7 +49,7 @@ TEST(PlaceView, ShowsAllThatAPlaceHas)
               files::bytesOf(QStringLiteral(SOURCES "/tests/tools/data/everything.txt")).toStdString());
 }
 
-TEST(PlaceView, LeavesOutWhatIsNotThere)
+TEST(PlaceView, OmitsUnsetValues)
 {
     useUtc();
     EXPECT_EQ(tool::viewOf(Place()), QString());
@@ -67,7 +67,7 @@ Expires       1970-01-01 00:04:00 UTC
 )"));
 }
 
-TEST(PlaceRows, ShowWhatTellsPlacesApart)
+TEST(PlaceRows, ShowHowPlacesDiffer)
 {
     const auto at = [](const char *name, const char *address, double latitude, const char *more = "") {
         return placeOf(R"({"type":"Feature","geometry":{"type":"Point","coordinates":[0,)" + std::to_string(latitude)
@@ -133,7 +133,7 @@ TEST(PlaceRows, NameTheNearestOfEightDirections)
     }
 }
 
-TEST(PlaceRows, TellTermsAndCategoriesFromPlaces)
+TEST(PlaceRows, DistinguishTermsAndCategoriesFromPlaces)
 {
     using tool::ResultKind;
     Place found;
@@ -150,7 +150,7 @@ TEST(PlaceRows, TellTermsAndCategoriesFromPlaces)
     EXPECT_EQ(tool::kindOf(found), ResultKind::Place);
 }
 
-TEST(TerminalText, TakesItsColumnsAndSteersNothing)
+TEST(TerminalText, FitsItsColumnsAndHasNoControlCharacters)
 {
     std::setlocale(LC_CTYPE, "C.UTF-8");
     const struct
@@ -180,7 +180,7 @@ TEST(TerminalText, TakesItsColumnsAndSteersNothing)
         EXPECT_EQ(tool::printable(QString(QChar(harmless))), QString(QChar(harmless))) << harmless;
 }
 
-TEST(Options, AcceptOnlyWhatIsOfTheirKind)
+TEST(Options, AcceptOnlyValuesOfTheirKind)
 {
     const struct
     {
@@ -207,7 +207,7 @@ TEST(Options, AcceptOnlyWhatIsOfTheirKind)
     EXPECT_EQ(tool::joined({"a", "b c"}), QStringLiteral("a b c"));
 }
 
-TEST(LineEditor, ShowsTheCursorInSoManyColumns)
+TEST(LineEditor, KeepsTheCursorVisibleInFewColumns)
 {
     std::setlocale(LC_CTYPE, "C.UTF-8");
     tool::LineEditor editor(QStringLiteral("abcdef"));
@@ -218,7 +218,7 @@ TEST(LineEditor, ShowsTheCursorInSoManyColumns)
     EXPECT_EQ(view(10), "abcdef 6");
     EXPECT_EQ(view(4), "def 3");
     editor.moveLeft();
-    EXPECT_EQ(view(4), "def 2") << "it stays where it is while the cursor is in it";
+    EXPECT_EQ(view(4), "def 2") << "the view does not move while the cursor is in it";
     for (int i = 0; i < 3; ++i)
         editor.moveLeft();
     EXPECT_EQ(view(4), "cdef 0");

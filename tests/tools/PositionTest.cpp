@@ -9,7 +9,7 @@
 
 #include <QtCore/QtNumeric>
 
-// Positions as people write them, plus codes, and links of map web sites.
+// Positions in the forms that people write, plus codes, and links of map web sites.
 
 namespace
 {
@@ -17,7 +17,7 @@ namespace
 using namespace vela::platform::places;
 using testing::HasSubstr;
 
-/// What is expected of a text: a position or, without one, words of the problem; "" for a text of no known form.
+/// The expected position of a text or, without one, a part of the problem; "" for a text in an unknown form.
 struct Case
 {
     const char *text;
@@ -88,18 +88,18 @@ TEST(PositionTest, PositionsAreReadAsPeopleWriteThem)
         none("95.2,8", "latitude 95.2 is beyond 90"),
         none("47.24,181", "longitude 181 is beyond 180"),
         none("47 60 N 8 43 E", "60 minutes are beyond 59"),
-        none("47.5 14 N 8 43 E", "degrees are no whole number where minutes follow"),
-        none("-47 N 8 E", "a sign or a letter"),
-        none("47 N 8 S", "one coordinate is a latitude"),
+        none("47.5 14 N 8 43 E", "degrees must be a whole number when minutes follow"),
+        none("-47 N 8 E", "a sign and a letter"),
+        none("47 N 8 S", "letters of one axis"),
     };
     for (const Case &row : cases)
         check(row);
     check(none(QByteArray(100000, '1').constData()));
 }
 
-TEST(PositionTest, PlusCodesAreReadAsTheirSpecificationDoes)
+TEST(PositionTest, PlusCodesFollowTheirSpecification)
 {
-    // Centres of the areas that the published test data give.
+    // Centres of the areas in the published test data.
     const Case cases[] = {
         {"7FG49Q00+", 20.375, 2.775},
         {"7FG49QCJ+2V", 20.3700625, 2.7821875},
@@ -140,7 +140,7 @@ TEST(PositionTest, LinksOfMapSitesAreReadWithoutANetwork)
         {{"https://www.openstreetmap.org/search?query=Bahnhofstrasse%201", qQNaN(), qQNaN(), "no position"},
          "",
          "Bahnhofstrasse 1"},
-        {{"https://osm.org/go/0CMnA--", qQNaN(), qQNaN(), "on the network"}},
+        {{"https://osm.org/go/0CMnA--", qQNaN(), qQNaN(), "only its site can resolve"}},
         {{"https://www.google.com/maps/@47.24,8.72,15z", 47.24, 8.72}},
         {{"https://www.google.ch/maps/place/Alter+See/@47.1,8.1,17z/data=!3m1!4b1!4m6!3m5!8m2!3d47.24!4d8.72!16s",
           47.24, 8.72},
@@ -151,8 +151,8 @@ TEST(PositionTest, LinksOfMapSitesAreReadWithoutANetwork)
         {{"https://www.google.com/maps/search/?api=1&query=47.24%2C8.72", 47.24, 8.72}},
         {{"https://www.google.com/maps/search/?api=1&query=8FVC6PR9%2B22", 47.2400625, 8.7175625}},
         {{"https://maps.google.com/?q=loc:47.24,8.72", 47.24, 8.72}},
-        {{"https://maps.app.goo.gl/abc", qQNaN(), qQNaN(), "on the network"}},
-        {{"https://goo.gl/maps/abc", qQNaN(), qQNaN(), "on the network"}},
+        {{"https://maps.app.goo.gl/abc", qQNaN(), qQNaN(), "only its site can resolve"}},
+        {{"https://goo.gl/maps/abc", qQNaN(), qQNaN(), "only its site can resolve"}},
         {{"https://maps.apple.com/?ll=47.24,8.72&q=Hut", 47.24, 8.72}, "Hut"},
         {{"https://maps.apple.com/?address=Seestrasse%201,%20Bern&ll=47.24,8.72", 47.24, 8.72}, "Seestrasse 1, Bern"},
         {{"https://maps.apple.com/place?coordinate=47.24,8.72&name=Hut", 47.24, 8.72}, "Hut"},
@@ -165,14 +165,14 @@ TEST(PositionTest, LinksOfMapSitesAreReadWithoutANetwork)
         {{"https://www.waze.com/live-map/directions?to=ll.47.24%2C8.72", 47.24, 8.72}},
         {{"https://yandex.ru/maps/?ll=8.1,47.1&pt=8.72,47.24&z=12", 47.24, 8.72}},
         {{"https://yandex.com/maps/213/moscow/?ll=8.72%2C47.24", 47.24, 8.72}},
-        {{"https://yandex.com/maps/-/CCUabc", qQNaN(), qQNaN(), "on the network"}},
+        {{"https://yandex.com/maps/-/CCUabc", qQNaN(), qQNaN(), "only its site can resolve"}},
         {{"https://en.mapy.cz/turisticka?x=8.72&y=47.24&z=11", 47.24, 8.72}},
         {{"https://geohack.toolforge.org/geohack.php?pagename=Old_hut&params=47_14_24_N_8_43_12_W_type:city", 47.24,
           -8.72},
          "Old hut"},
         {{"https://osmand.net/map?pin=47.24,8.72#15/1/2", 47.24, 8.72}},
-        {{"https://what3words.com/filled.count.soap", qQNaN(), qQNaN(), "on the network"}},
-        {{"https://www.google.com/maps/@95,8.72,15z", qQNaN(), qQNaN(), "neither a position nor an address"}},
+        {{"https://what3words.com/filled.count.soap", qQNaN(), qQNaN(), "only its site can resolve"}},
+        {{"https://www.google.com/maps/@95,8.72,15z", qQNaN(), qQNaN(), "without a position or an address"}},
         {{"https://www.google.com/search?q=47.24,8.72", qQNaN(), qQNaN(), "not a link of the map web service"}},
         {{"https://google.com.evil.example/maps/@1,2,3z", qQNaN(), qQNaN(), "not a link of the map web service"}},
         {{"https://www.openstreetmap.org/?lat=47.24&lon=8.72&label=Own", 47.24, 8.72}, "Own"},
@@ -186,7 +186,7 @@ TEST(PositionTest, LinksOfMapSitesAreReadWithoutANetwork)
     }
 }
 
-TEST(PositionTest, AGeoUriReadsBackAsItWas)
+TEST(PositionTest, AGeoUriIsRestoredExactly)
 {
     Coordinates position(-1.0 / 3, 1e-7);
     position.setAltitude(-12.125);

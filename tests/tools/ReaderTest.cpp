@@ -29,7 +29,7 @@ QByteArray times(int count, const QByteArray &bytes)
     return bytes.repeated(count);
 }
 
-/// The feature that a place is exported as, without what is said of every new place.
+/// The exported feature of a place, without the values of every new place.
 std::string featureOf(const Place &place)
 {
     QByteArray text = formats::toGeoJsonFeature(place);
@@ -40,8 +40,7 @@ std::string featureOf(const Place &place)
     return text.toStdString();
 }
 
-/// What a format makes of a file: each member as the feature that it is exported as, or why it is no place; then what
-/// is wrong with the file.
+/// Reads a file: for each member the exported feature or the problem, then the error of the file.
 std::vector<std::string> read(const char *format, const QByteArray &bytes, int most = 1000)
 {
     const QTemporaryDir folder;
@@ -58,7 +57,7 @@ std::vector<std::string> read(const char *format, const QByteArray &bytes, int m
         Place again;
         EXPECT_FALSE(exported.read(formats::toGeoJsonFeature(*member.place).constData()).IsError());
         EXPECT_EQ(formats::readFeature(exported, again), QString());
-        EXPECT_EQ(featureOf(again), featureOf(*member.place)) << "what was exported, imported and exported again";
+        EXPECT_EQ(featureOf(again), featureOf(*member.place)) << "equal after export, import and export";
         return --most > 0;
     });
     if (!problem.isEmpty())
@@ -66,7 +65,7 @@ std::vector<std::string> read(const char *format, const QByteArray &bytes, int m
     return lines;
 }
 
-/// The link as the place that it leads to, or why it leads to none.
+/// The place of a link, or the reason why it has none.
 std::vector<std::string> readLink(const QByteArray &link)
 {
     Place place;
@@ -74,7 +73,7 @@ std::vector<std::string> readLink(const QByteArray &link)
     return {problem.isEmpty() ? featureOf(place) : problem.toStdString()};
 }
 
-/// Tries the cases of a format in data/readers.txt: "=== FORMAT", bytes, "---", what they give.
+/// Tests the cases of a format in data/readers.txt: "=== FORMAT", input bytes, "---", expected result.
 void expectAll(const char *format)
 {
     const QByteArray file = files::bytesOf(QStringLiteral(SOURCES "/tests/tools/data/readers.txt"));
@@ -99,13 +98,13 @@ const QByteArray FEATURE =
     R"({"type":"Feature","geometry":{"type":"Point","coordinates":[2,1]},"properties":{"name":"A"}})";
 const QByteArray DOCUMENT = R"({"complete":true,"name":"A","location":{"coordinates":{"latitude":1,"longitude":2}}})";
 const QByteArray POINT = R"(<wpt lat="1" lon="2"><name>A</name></wpt>)";
-/// What each of these gives.
+/// The result for each of these.
 const std::string A = R"({"geometry":{"coordinates":[2.0,1.0]},"properties":{"name":"A"}})";
 const QByteArray MEGABYTE = times(1024 * 1024, "x");
 
 } // namespace
 
-TEST(GeoJsonReader, GivesEveryPropertyItsMemberAndNamesWhatIsNoPlace)
+TEST(GeoJsonReader, MapsEveryPropertyAndReportsInvalidFeatures)
 {
     const auto with = [&](const QByteArray &more) { return QByteArray(FEATURE).replace("\"A\"", "\"A\"," + more); };
     const auto collection = [](const QByteArray &features) { return "{\"features\":[" + features + "]}"; };
@@ -147,9 +146,9 @@ TEST(CsvReader, ReadsRowsUnderHeadings)
         {"name,\xFF,\xC3\xA9\nA,1,2\n", {"row 2: it has neither a position nor an address"}},
         {"name,\xC3\xA9,\xFF\nA,1,2\n", {"not CSV: the first row is not UTF-8"}},
         {"name,lat,lon\n" + times(5, MEGABYTE) + ",1,2\nA,1,2\n",
-         {"row 2: more than the 4194304 bytes that a row may have", "row 3: " + A}},
+         {"row 2: the row has more than 4194304 bytes", "row 3: " + A}},
         {"name,lat,lon\n" + times(5, MEGABYTE + ",") + "1\nA,1,2\n",
-         {"row 2: more than the 4194304 bytes that a row may have", "row 3: " + A}},
+         {"row 2: the row has more than 4194304 bytes", "row 3: " + A}},
     };
     for (const auto &[bytes, gives] : cases)
         EXPECT_EQ(read("csv", bytes), gives);
@@ -184,8 +183,7 @@ TEST(DocumentReader, ReadsALineForEachPlace)
     const auto with = [](const QByteArray &more) { return DOCUMENT.chopped(1) + "," + more + "}"; };
     expectAll("json");
     const std::pair<QByteArray, Lines> cases[] = {
-        {times(5, MEGABYTE) + "\n" + DOCUMENT + "\n",
-         {"line 1: more than the 4194304 bytes that a line may have", "line 2: " + A}},
+        {times(5, MEGABYTE) + "\n" + DOCUMENT + "\n", {"line 1: the line has more than 4194304 bytes", "line 2: " + A}},
         {with("\"tags\":[" + times(1000, "\"t\",") + "1]") + "\n" + with("\"x\":[" + times(999, "1,") + "1]"),
          {"line 1: a list of more than 1000 members", "line 2: " + A}},
         {DOCUMENT + QByteArray(1, '\0') + "\n{}\n7",
@@ -196,11 +194,11 @@ TEST(DocumentReader, ReadsALineForEachPlace)
     for (const auto &[bytes, gives] : cases)
         EXPECT_EQ(read("json", bytes), gives);
     const Lines lines = read("json", times(20, times(5000, " ") + DOCUMENT + "\n") + "x");
-    ASSERT_EQ(lines.size(), 21U) << "more than a buffer of the input";
+    ASSERT_EQ(lines.size(), 21U) << "more than one input buffer";
     EXPECT_EQ(lines[19], "line 20: " + A);
 }
 
-TEST(PlaceLink, LeadsToAPlace)
+TEST(PlaceLink, IsReadAsAPlace)
 {
     expectAll("link");
     for (const char *text : {"geo:", "HTTP://", "https://x"})
@@ -209,7 +207,7 @@ TEST(PlaceLink, LeadsToAPlace)
         EXPECT_FALSE(tool::isLink(QLatin1String(text))) << text;
 }
 
-TEST(Input, SaysWhatThereIsToRead)
+TEST(Input, ReadsAFileAndReportsProblems)
 {
     const QTemporaryDir folder;
     EXPECT_EQ(formats::Input(folder.path()).problem(), QStringLiteral("Is a directory"));
@@ -236,7 +234,7 @@ TEST(Input, SaysWhatThereIsToRead)
     EXPECT_EQ(openFiles(), before);
 }
 
-TEST(Formats, EndWhenNoMorePlacesAreWanted)
+TEST(Formats, StopWhenTheCallerStops)
 {
     const std::pair<const char *, QByteArray> cases[] = {
         {"geojson", FEATURE + FEATURE + "x"},
@@ -248,7 +246,7 @@ TEST(Formats, EndWhenNoMorePlacesAreWanted)
         EXPECT_EQ(read(format, bytes, 1).size(), 1U) << format;
 }
 
-TEST(Formats, AreToldByNameAndByContent)
+TEST(Formats, AreDetectedByNameAndByContent)
 {
     const std::pair<const char *, const char *> contents[] = {
         {" <?xml?><kml>", "kml"},

@@ -28,7 +28,7 @@ std::unique_ptr<Place> placeOf(const QByteArray &feature)
     return place;
 }
 
-/// A member in one line: its kind or problem, or what a place is made of.
+/// A member in one line: its kind, its problem, or the content of the place.
 QString describe(const ReadPlace &read)
 {
     static const QMap<MemberKind, QString> KINDS{{MemberKind::Place, QStringLiteral("?")},
@@ -65,7 +65,7 @@ std::string describe(const FormatFile &file)
 
 } // namespace
 
-TEST(TextFormatsTest, EveryMemberIsHandedOutWithWhatWasFound)
+TEST(TextFormatsTest, EveryMemberIsReportedWithItsContent)
 {
     formats::ReadOptions columns;
     columns.columns = {{QStringLiteral("a"), QStringLiteral("name")},
@@ -106,7 +106,7 @@ TEST(TextFormatsTest, EveryMemberIsHandedOutWithWhatWasFound)
          "placemark 5, line 6: a track\n"
          "placemark 6, line 7: its geometry has 2 points; a place has one (--areas takes the first)\n"
          "placemark 7, line 8: \"a,1\" is not a position\n"
-         "network link 1, line 9: links to other files are not followed; import what it leads to: "
+         "network link 1, line 9: links to other files are not followed; import the linked file: "
          "http://a.example/b.kml"},
         {"kml",
          "<kml><Placemark><name>A</name><Polygon><outerBoundaryIs><LinearRing><coordinates>0,0 2,0 2,2 0,2 0,0"
@@ -134,13 +134,13 @@ TEST(TextFormatsTest, EveryMemberIsHandedOutWithWhatWasFound)
          "commas; others kept: title"},
         {"csv", "name,lat,lon\nA,1,2\n\"B,1,2\nC,1,2\n\"D\",\"1\",2\nE,1\nF\"x,1,2\nG,1,2\n\"H",
          "row 2: A at 1,2,nan\n"
-         "row 3: a quotation mark at the wrong place\n"
+         "row 3: a quotation mark in the wrong place\n"
          "row 4: C at 1,2,nan\n"
          "row 5: D at 1,2,nan\n"
          "row 6: 2 fields instead of 3\n"
-         "row 7: a quotation mark at the wrong place\n"
+         "row 7: a quotation mark in the wrong place\n"
          "row 8: G at 1,2,nan\n"
-         "row 9: a quotation mark at the wrong place\n"
+         "row 9: a quotation mark in the wrong place\n"
          "commas; columns: latitude from lat, longitude from lon"},
         {"csv", "name,lat,lon\nCaf\xE9,1,2\n",
          "row 2: Café at 1,2,nan\nnot UTF-8; read as Windows-1252\ncommas; columns: latitude from lat, longitude from "
@@ -161,7 +161,7 @@ TEST(TextFormatsTest, EveryMemberIsHandedOutWithWhatWasFound)
             << row.bytes.left(200).constData();
 }
 
-TEST(TextFormatsTest, APlaceComesBackFromItsFileWhateverItHolds)
+TEST(TextFormatsTest, EveryPlaceIsRestoredFromItsFile)
 {
     const QByteArray point = R"("geometry":{"type":"Point","coordinates":[-0.00000012,46.9,-5.5e-7]},)";
     const QByteArray features[] = {
@@ -187,7 +187,7 @@ TEST(TextFormatsTest, APlaceComesBackFromItsFileWhateverItHolds)
     }
 }
 
-TEST(TextFormatsTest, WhatAPersonChangesInAFileCountsMoreThanTheRest)
+TEST(TextFormatsTest, EditedTextsTakePrecedenceOverTheRest)
 {
     const auto place = placeOf(R"({"type":"Feature","geometry":{"type":"Point","coordinates":[2,1]},"properties":)"
                                R"({"name":"A\u0001","tags":["a "],"kind":7}})");
@@ -228,7 +228,7 @@ TEST(TextFormatsTest, ElementsComeInTheOrderOfTheSchema)
     const auto nowhere = placeOf(R"({"type":"Feature","geometry":null,"properties":{"name":"C","city":"c"}})");
     for (const auto &row : cases) {
         const QByteArray bytes = writeFile(row.format, {full.get(), bare.get(), nowhere.get(), full.get()});
-        EXPECT_EQ(bytes.count(" id=\"n\""), row.format == QByteArray("kml") ? 1 : 0) << "an id stands once in a file";
+        EXPECT_EQ(bytes.count(" id=\"n\""), row.format == QByteArray("kml") ? 1 : 0) << "an id is unique in a file";
         QXmlStreamReader xml(bytes);
         QVector<int> last{-1};
         QStringList path{QString()};

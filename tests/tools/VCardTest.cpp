@@ -14,7 +14,7 @@
 
 #include <QtCore/QTemporaryFile>
 
-// vCards as other programs write them, and as this one does.
+// vCards of other programs and of this one.
 
 namespace
 {
@@ -61,7 +61,7 @@ QStringList tagsOf(const Place &place)
     return tags;
 }
 
-/// The members that cards have properties for, as one text; of a member that is no place, why.
+/// The members that map to card properties, as one text; the reason for a member that is not a place.
 std::string summary(const formats::ReadPlace &read)
 {
     if (!read.place)
@@ -93,7 +93,7 @@ QByteArray featureOf(const Place &place)
     return formats::toGeoJsonFeature(place);
 }
 
-/// A place that no plain card says all of.
+/// A place that a plain card cannot represent.
 std::unique_ptr<Place> fullPlace()
 {
     auto place = std::make_unique<Place>();
@@ -168,7 +168,7 @@ TEST(VCardTest, EachAddressOfACardIsAPlace)
         EXPECT_EQ(summaries(card(row.lines, row.version)), row.places) << row.lines.left(200).constData();
 }
 
-TEST(VCardTest, WhatIsWrongWithACardIsSaidAndTheFileGoesOn)
+TEST(VCardTest, AnInvalidCardIsReportedAndTheNextOneRead)
 {
     const QByteArray sound = card("FN:Sound\r\nGEO:geo:1,2\r\n");
     const ReadFile read =
@@ -179,11 +179,12 @@ TEST(VCardTest, WhatIsWrongWithACardIsSaidAndTheFileGoesOn)
     for (const formats::ReadPlace &member : read.members)
         said.push_back((member.where + QStringLiteral(": ") + member.problem + member.losses.join(QStringLiteral("; ")))
                            .toStdString());
-    EXPECT_THAT(said,
-                ElementsAre("card 1, line 2: it has no END:VCARD; what comes before is read; its PHOTO cannot be kept",
-                            "card 2, line 6: ", "card 3, line 11: it has neither an address (ADR) nor a position (GEO)",
-                            "card 4, line 15: 1 lines are too long or too many for a card",
-                            "card 5, line 21: its X-VELA-PLACE is no feature of a place", "card 6, line 27: "));
+    EXPECT_THAT(
+        said,
+        ElementsAre("card 1, line 2: it has no END:VCARD; the lines before the cut are read; its PHOTO cannot be kept",
+                    "card 2, line 6: ", "card 3, line 11: it has neither an address (ADR) nor a position (GEO)",
+                    "card 4, line 15: 1 lines are too long or too many for a card",
+                    "card 5, line 21: its X-VELA-PLACE is not a feature of a place", "card 6, line 27: "));
     EXPECT_EQ(read.problem, QString());
     EXPECT_THAT(readFile("a,b\r\n").problem.toStdString(), HasSubstr("no BEGIN:VCARD"));
 }
@@ -223,7 +224,7 @@ TEST(VCardTest, APlainPlaceIsAPlainCard)
     EXPECT_EQ(featureOf(*read.members[1].place), featureOf(place));
 }
 
-TEST(VCardTest, AnyPlaceComesBackAndChangesOfOtherProgramsCount)
+TEST(VCardTest, EveryPlaceIsRestoredWithTheChangesOfOtherPrograms)
 {
     const std::unique_ptr<Place> place = fullPlace();
     QByteArray written = formats::toVCard(*place);
@@ -231,8 +232,8 @@ TEST(VCardTest, AnyPlaceComesBackAndChangesOfOtherProgramsCount)
     ASSERT_EQ(read.members.size(), 2U);
     EXPECT_EQ(featureOf(*read.members[1].place), featureOf(*place));
 
-    // Another program gives it an id, changes the address, adds a telephone number and one more address, and moves
-    // nothing.
+    // Another program adds an id, a telephone number and a second address, changes the first address, and does not move
+    // the place.
     written.replace("VERSION:4.0\r\n", "VERSION:4.0\r\nUID:book\r\n");
     const int address = written.indexOf("\r\nADR;") + 2;
     written.replace(address, written.indexOf("GEO:") - address,
@@ -250,10 +251,10 @@ TEST(VCardTest, AnyPlaceComesBackAndChangesOfOtherProgramsCount)
     EXPECT_EQ(read.members[0].id + read.members[1].id, QStringLiteral("bookbook#2"));
     EXPECT_THAT(featureOf(changed).toStdString(), HasSubstr(R"("id":"book")"));
     EXPECT_THAT(formats::toVCard(changed).toStdString(), HasSubstr("BDAY:19700101\r\n"))
-        << "a line that no member is for";
+        << "a line that maps to no member";
 }
 
-TEST(VCardTest, ARecordCannotWriteLinesThatACardReadsAsItsOwn)
+TEST(VCardTest, ARecordCannotInjectLinesIntoACard)
 {
     const std::unique_ptr<Place> place = fullPlace();
     AuxiliaryData record(QStringLiteral("geojson.properties"));

@@ -1,8 +1,8 @@
 #!/bin/sh
 # Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
-# Compares the binary interface of the public libraries with the recorded one; with --record records it.
+# Compares the binary interface of the public libraries with the recorded one; with --record, records it.
 # Usage: abi.sh BUILD_FOLDER [--record]
-# Of types only those of the public headers are recorded: private parts may change at any time.
+# Records only types of the public headers; private types may change at any time.
 set -eu
 cd "$(dirname "$0")/../.."
 build=$1
@@ -16,7 +16,7 @@ abi() {
     abidw --no-comp-dir-path --no-corpus-path --no-show-locs --no-parameter-names --no-elf-needed --type-id-style hash \
         --exported-interfaces-only --drop-undefined-syms --drop-private-types "$@" \
         --out-file "$new/$library.abi" "$build/lib/$library.so.1"
-    # A source is named without its folder, which depends on the build.
+    # Removes the folder of a source, because it depends on the build.
     sed -i "s#<abi-instr \(.*\)path='[^']*/#<abi-instr \1path='#" "$new/$library.abi"
 }
 abi libvelaplatformplaces --headers-dir include/places --suppressions tools/dev/abi.sup
@@ -26,7 +26,7 @@ if [ "${2-}" = --record ]; then
     cp "$new"/*.abi docs/abi/
     exit
 fi
-# The values of the enumerations in our namespace: lines at this depth. abidiff only compares those that a function takes.
+# Prints the enumerators in our namespace, which are the lines at this depth. abidiff compares only those of function parameters.
 enumerators() { grep -E '^ {16}<enumerator' "$1" | sort; }
 
 status=0
@@ -36,5 +36,5 @@ for recorded in docs/abi/*.abi; do
     enumerators "$recorded" >"$new/recorded.txt" || true
     enumerators "$now" | diff "$new/recorded.txt" - || status=1
 done
-[ $status = 0 ] || echo 'The binary interface has changed. If that is meant: ./dev abi --record' >&2
+[ $status = 0 ] || echo 'The binary interface has changed. If this is intended, run ./dev abi --record' >&2
 exit $status

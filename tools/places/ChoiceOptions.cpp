@@ -13,8 +13,8 @@ namespace tool
 namespace
 {
 
-/// Seconds since 1970-01-01T00:00:00 UTC of a date or a time in ISO 8601, of this time zone unless it names another;
-/// 0 when the text is none.
+/// Parses a date or time in ISO 8601, in local time unless it has a time zone. Returns seconds since
+/// 1970-01-01T00:00:00 UTC; 0 for any other text.
 quint64 parseTime(const QString &text)
 {
     const QDateTime time = QDateTime::fromString(text, Qt::ISODate);
@@ -36,7 +36,7 @@ const CLI::Validator IsTime(
     },
     "DATE");
 
-/// Numbers of places. Nothing for words; of a mixture only the numbers.
+/// The words that are numbers of places.
 std::vector<qint64> numbersOf(const std::vector<std::string> &words)
 {
     std::vector<qint64> numbers;
@@ -51,17 +51,17 @@ std::vector<qint64> numbersOf(const std::vector<std::string> &words)
 
 void ChoiceOptions::addTo(CLI::App &command)
 {
-    addListOption(command, "--tag", m_tags, "Places with this tag; may be given several times, one of them counts");
-    command.add_option("--within", m_box, "Places in this part of the Earth, in degrees")->transform(IsBox);
+    addListOption(command, "--tag", m_tags, "Places with this tag; with several --tag, places with any of them");
+    command.add_option("--within", m_box, "Places inside this box, in degrees")->transform(IsBox);
     command.add_option("--near", position, "Nearest to this position or stored place first")->transform(IsCentre);
     addRadiusOption(command);
     m_ownerOption = command.add_option("--owner", m_owner, "Places that this application added");
-    command.add_option("--since", m_since, "Places that were stored or changed since then")->transform(IsTime);
+    command.add_option("--since", m_since, "Places stored or changed since this time")->transform(IsTime);
 }
 
 void ChoiceOptions::addRadiusOption(CLI::App &command)
 {
-    command.add_option("--radius", m_radius, "Only places up to this distance, such as 500m or 2km")
+    command.add_option("--radius", m_radius, "Only places within this distance, such as 500m or 2km")
         ->transform(IsLength);
 }
 
@@ -85,10 +85,11 @@ ExitStatus ChoiceOptions::read(const char *command, PlaceChoice &choice, bool ar
 QString ChoiceOptions::problemOf(const PlaceChoice &choice) const
 {
     if (!choice.ids.empty() && choice.ids.size() < words.size())
-        return QStringLiteral("numbers and words; places are named by their numbers or found by words, and words that "
-                              "begin with a number stand in quotation marks");
+        return QStringLiteral(
+            "both numbers and words are given; give the numbers of places or the words of a name, and put words that "
+            "begin with a number in quotation marks");
     if (!choice.ids.empty() && (choice.hasConditions() || !position.empty()))
-        return QStringLiteral("numbers and conditions; places are named by their numbers or found by conditions");
+        return QStringLiteral("both numbers and conditions are given; give only one of them");
     if (choice.radius && position.empty())
         return QStringLiteral("--radius needs a position (--near)");
     return {};

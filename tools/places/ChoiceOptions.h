@@ -13,21 +13,21 @@
 namespace tool
 {
 
-/// The arguments that choose places, in all commands that take several.
+/// Arguments that select places, shared by all commands that take several places.
 class ChoiceOptions
 {
 public:
-    /// Adds the conditions to a command. The object outlives the command's run.
+    /// Adds the condition options to a command. The object must outlive the run of the command.
     void addTo(CLI::App &command);
     /// Adds the option `--radius` alone.
     void addRadiusOption(CLI::App &command);
 
-    /// Words that were given one by one.
+    /// Positional arguments, one word each.
     std::vector<std::string> words;
     std::string position; ///< Or the number or name of a stored place.
 
-    /// Makes the choice of what was given. Says what is wrong with it.
-    /// @param areNumbersPlaces the words name places by their numbers when they are numbers.
+    /// Builds the choice from the arguments, and prints what is wrong with them.
+    /// @param areNumbersPlaces numbers among the words are ids of places.
     [[nodiscard]] ExitStatus read(const char *command, PlaceChoice &choice, bool areNumbersPlaces) const;
 
 private:

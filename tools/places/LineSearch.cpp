@@ -17,7 +17,7 @@ using namespace places;
 namespace
 {
 
-/// A longer input without a line feed is taken as a line; the service refuses this term.
+/// A longer input without a line feed counts as a line; the service refuses this term.
 constexpr int LONGEST_LINE = 64 * 1024;
 
 } // namespace
@@ -67,7 +67,7 @@ void LineSearch::takeLines()
         const QString line = QString::fromUtf8(m_input.left(end)).trimmed();
         m_input.remove(0, end + 1);
         if (!::isatty(STDIN_FILENO))
-            std::fputc('\n', m_output); // echo, as a terminal does
+            std::fputc('\n', m_output); // echo like a terminal
         take(line);
     }
     const bool isWaiting = m_search.isSearching() || m_isOver;

@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-/// Options that several commands have.
+/// Options that several commands share.
 namespace tool
 {
 
@@ -24,21 +24,21 @@ QStringList texts(const std::vector<std::string> &arguments);
 /// Words given as separate arguments, joined with blanks.
 QString joined(const std::vector<std::string> &words);
 
-/// The coordinates in a text, in any form that readAnyPosition() knows; invalid for any other text.
+/// The coordinates in a text, in any form of readAnyPosition(); invalid for any other text.
 vela::platform::places::Coordinates parsePosition(const std::string &position);
-/// Why an argument is no position, for people; empty when it is one.
+/// Why an argument is not a position, for people; empty when it is one.
 std::string positionProblem(const std::string &argument);
-/// Metres of a length such as "500m", "500" or "2km"; nothing when it is none.
+/// Converts a length such as "500m", "500" or "2km" to metres; std::nullopt for any other text.
 std::optional<double> parseLength(const std::string &length);
 
-// Validators; an argument of another kind is wrong use. Use them with transform(): it replaces a number with its plain
-// decimal form, because CLI11 reads "010" as octal.
+// Validators; any other argument is wrong use. Use them with transform(): it replaces a number with its plain decimal
+// form, because CLI11 reads "010" as octal.
 extern const CLI::Validator IsPosition;
-/// The number of a place: from 0 on.
+/// The id of a place, 0 or greater.
 extern const CLI::Validator IsId;
-/// A position, or the number or name of a place. Only a position that makes no sense is refused.
+/// A position, or the id or name of a place. Refuses only invalid positions in a known form.
 extern const CLI::Validator IsCentre;
-/// The number of a place, a position or a link.
+/// The id of a place, a position or a link.
 extern const CLI::Validator IsIdOrPosition;
 /// A length in metres or kilometres.
 extern const CLI::Validator IsLength;
@@ -50,7 +50,7 @@ extern const CLI::Validator IsResult;
 extern const CLI::Validator IsName;
 /// The rows of a list, as PlaceTemplate parses them.
 extern const CLI::Validator IsTemplate;
-/// Two texts that are not empty, apart by the last "=".
+/// Two texts separated by the last "=", neither of them empty.
 extern const CLI::Validator IsAssignment;
 
 /// The requested part of the results.
@@ -68,8 +68,7 @@ void addRowOption(CLI::App &command, std::string &format);
 /// The rows of this option; nothing when it is not given.
 std::optional<PlaceTemplate> rowOf(const std::string &format);
 
-/// Adds an option that may be given several times, with one value each time, so that it does not take the next
-/// argument.
+/// Adds an option that may be given several times. Each takes one value, not the next argument.
 CLI::Option *addListOption(CLI::App &command, const char *name, std::vector<std::string> &values,
                            const char *description);
 

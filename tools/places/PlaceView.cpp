@@ -174,7 +174,8 @@ void addTexts(Fields &out, const View &view, const ViewText<View> (&texts)[N], Q
     }
 }
 
-/// Adds the record's source id and the properties that are not yet shown. Old records have keys framed in semicolons.
+/// Adds the record's external id and the properties that are not yet shown. Keys of old records have semicolons around
+/// them.
 void addRest(Fields &out, const AuxiliaryData &data, const QSet<QString> &shown)
 {
     out.add("Listing", data.externalId());
@@ -246,7 +247,6 @@ QString categoriesText(const QList<Category> &categories)
     return codes.join(QStringLiteral(", "));
 }
 
-/// -
 void addPointOfInterest(Fields &out, const AuxiliaryData &data)
 {
     using Poi = PointOfInterestAuxiliaryData;

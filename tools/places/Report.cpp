@@ -37,21 +37,21 @@ struct Advice
 
 /// Advice when the service gives no reason.
 constexpr Advice ADVICE[] = {
-    {Error::Unspecified, "the log of the places service may say why"},
+    {Error::Unspecified, "the cause may be in the log of the places service"},
     {Error::InvalidArgument, "see --help"},
-    {Error::NotFound, "places find lists those that are there"},
+    {Error::NotFound, "list the stored places with places find"},
     {Error::AlreadyStored, "change it with places update"},
     {Error::PermissionDenied, "the places may be another user's"},
     {Error::CommunicationFailed, "it may have another version"},
     {Error::ServiceUnavailable, "start placesd"},
-    {Error::StorageFailed, "its log says why"},
-    {Error::LimitExceeded, "ask for less"},
+    {Error::StorageFailed, "the cause is in its log"},
+    {Error::LimitExceeded, "request less"},
     {Error::Busy, "try again"},
-    {Error::TimedOut, "try again, or ask for less"},
+    {Error::TimedOut, "try again, or request less"},
     {Error::NotUnderstood, "it may have an older version"},
-    {Error::ProviderFailed, "the log of the places service says why"},
-    {Error::BackupFailed, "the log of the places service says why"},
-    {Error::RestoreFailed, "the log of the places service says why"},
+    {Error::ProviderFailed, "the cause is in the log of the places service"},
+    {Error::BackupFailed, "the cause is in the log of the places service"},
+    {Error::RestoreFailed, "the cause is in the log of the places service"},
 };
 
 /// The advice for an error; empty when there is none.

@@ -34,14 +34,14 @@ enum ExitStatus : int
     Failed = 1,
     WrongUse = 2,
     NoService = 69,   ///< EX_UNAVAILABLE of sysexits.h.
-    Interrupted = 128 ///< Plus the signal number, as a shell reports a program that a signal ended.
+    Interrupted = 128 ///< Plus the signal number, as shells report a program that a signal ended.
 };
 
 /// Form of results on standard output.
 enum class Form
 {
     Table,    ///< For people.
-    Json,     ///< GeoJSON, or JSON for results that are no places.
+    Json,     ///< GeoJSON, or JSON for results that are not places.
     Document, ///< The library's JSON document of a place.
 };
 
@@ -49,11 +49,11 @@ enum class Form
 struct ListForm
 {
     Form form = Form::Table;
-    std::optional<PlaceTemplate> row = {}; ///< Of each row, instead of columns for people.
-    places::Coordinates centre = {};       ///< Distances are measured from here; not valid for none.
+    std::optional<PlaceTemplate> row = {}; ///< Template of each row; without it, columns for people.
+    places::Coordinates centre = {};       ///< Distances are measured from here; invalid for none.
 };
 
-/// The text of an outcome: the error with the service's reason, or else with advice.
+/// The message for an outcome: the error with the service's reason, or with advice when there is no reason.
 QString textOf(places::Error::Type outcome, const QString &reason);
 ExitStatus statusOf(places::Error::Type outcome);
 /// The exit status for an outcome. A failure of `what` is printed to standard error, with the reason of this thread's
@@ -64,16 +64,16 @@ ExitStatus report(places::Error::Type outcome, const QString &what, const QStrin
 
 /// Prints a problem and where it is to standard error.
 void complain(const QString &where, const QString &problem);
-/// The same, as the end of a command: Failed, or WrongUse of a command with a hint to its help.
+/// The same as the last action of a command: returns Failed, or WrongUse with a hint to the command's help.
 ExitStatus fail(const QString &where, const QString &problem);
 ExitStatus misuse(const char *command, const QString &problem);
 
-/// What messages call a place: by its number, or by its name and address; and a number of places.
+/// The names of a place and of a number of places in messages.
 QString nameOfPlace(qint64 id);
 QString nameOfPlace(const places::AbstractPlace &place);
 QString countOf(qint64 places);
 
-/// Prints to standard error why no place is shown: nothing is found, or the limit is 0.
+/// Prints to standard error why no place is shown: nothing was found, or the limit is 0.
 /// @param hasMore true when places are found.
 void reportNoneShown(bool hasMore);
 
@@ -91,10 +91,10 @@ void printFeatures(const std::vector<std::unique_ptr<places::Place>> &places, bo
 void printTexts(const QStringList &texts, Form form);
 /// Writes a line for people.
 void printLine(const QString &line);
-/// Writes a JSON text, on a terminal without control characters; see printableJson().
+/// Writes a JSON text; on a terminal without control characters, see printableJson().
 void printJson(const QByteArray &json);
 
-/// Width of the terminal in columns; 0 when the descriptor is no terminal.
+/// Width of the terminal in columns; 0 when the descriptor is not a terminal.
 int terminalColumns(int descriptor);
 
 /// Flushes standard output. On a failure prints an error and returns Failed.

@@ -22,9 +22,9 @@ namespace tool
 namespace
 {
 
-/// Longest gap between the bytes of one key, in milliseconds. After it, an Escape byte is the Escape key.
+/// Longest gap between the bytes of one key, in milliseconds. A longer gap after an Escape byte means the Escape key.
 constexpr int ESCAPE_DELAY = 50;
-/// The same in pasted text: no key is pressed there, and the end mark must not be missed.
+/// The same in pasted text, where no key is pressed and the end mark must be recognised.
 constexpr int PASTE_ESCAPE_DELAY = 1000;
 
 // Bracketed paste; other terminals ignore these sequences.
@@ -37,10 +37,10 @@ SCREEN *current = nullptr;
 int descriptor = -1; // output of the terminal
 std::terminate_handler previousTerminate = nullptr;
 
-/// Writes directly to the terminal; curses has no pending output between two calls.
+/// Writes directly to the terminal. curses has no pending output between two calls.
 void send(const char *sequence)
 {
-    // A terminal that is closed needs no handling.
+    // A closed terminal needs no handling.
     [[maybe_unused]] const ssize_t written = ::write(descriptor, sequence, std::strlen(sequence));
 }
 
@@ -159,8 +159,8 @@ Key::Type keyType(int code)
     return code < ' ' || code > 0xFF ? Key::Other : Key::Text;
 }
 
-/// True when Escape was pressed alone. Otherwise it begins an unknown key, and the rest of that key is read: one byte,
-/// or a control sequence (ECMA-48) up to its final byte.
+/// True when Escape was pressed alone. Otherwise reads the rest of an unknown key: one byte, or a control sequence
+/// (ECMA-48) up to its final byte.
 bool isAlone()
 {
     int next = ::wgetch(stdscr);
@@ -251,7 +251,7 @@ std::optional<Key> Screen::keyOf(int code)
     const Key::Type type = keyType(code);
     if (type != Key::Text)
         return Key{type, {}};
-    // A UTF-8 character may arrive byte by byte.
+    // The bytes of a UTF-8 character may arrive separately.
     const char byte = static_cast<char>(code);
     const QString text = m_decoder->toUnicode(&byte, 1);
     return text.isEmpty() ? std::nullopt : std::make_optional(Key{Key::Text, text});

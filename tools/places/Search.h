@@ -29,7 +29,7 @@ struct SearchOptions
     std::vector<int> saved = {};           ///< Numbers of the results to be stored, as printed; empty to print them.
 };
 
-/// Starts the search of a term; it replaces the previous search.
+/// Starts the search for a term. It replaces the previous search.
 void startSearch(places::SearchManager &manager, const SearchOptions &options, const QString &term, int searchId);
 
 /// The places of a result; the result owns them.
@@ -38,8 +38,8 @@ formats::PlaceList placesOf(const places::SearchResult &result);
 /// The title of a group, with the number of shown results when there are more.
 QString titleOf(const places::SearchResult &result);
 
-/// Searches, and writes the groups in the order of the options, each as soon as it is there; as JSON all of them at the
-/// end. The results of all groups are numbered from 1 on. Failed when a group failed. A signal ends the search at once.
+/// Searches and writes each group when it arrives, in the order of the options; in JSON, all groups at the end. The
+/// results of all groups are numbered from 1. Failed when a group failed. A signal ends the search at once.
 ExitStatus search(const SearchOptions &options, const Context &context);
 
 } // namespace tool

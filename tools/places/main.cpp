@@ -23,7 +23,7 @@ namespace
 
 using tool::ExitStatus;
 
-/// Output is UTF-8. The plain C locale is ASCII only and would damage other characters in the arguments.
+/// Output is UTF-8. The plain C locale is ASCII only and would corrupt other characters in the arguments.
 void useUtf8Locale()
 {
     if (std::strcmp(::nl_langinfo(CODESET), "ANSI_X3.4-1968") == 0)
@@ -61,14 +61,14 @@ ExitStatus explain(const CLI::App &app, const CLI::ParseError &error)
 
 ExitStatus run(int argc, char **argv, tool::Context &context)
 {
-    CLI::App app("Keeps places: adds them, finds them, shows them.", "places");
+    CLI::App app("Stores, finds and shows places.", "places");
     app.require_subcommand(1);
     app.set_version_flag("--version", "places " VELA_PLACES_VERSION_STRING);
     app.footer("Exit status: 0 done, 1 failed, 2 wrong use, 69 no places service, 130 interrupted.");
     bool json = false;
     bool noStart = false;
     app.add_flag("--json", json, "Write GeoJSON or JSON instead of tables");
-    app.add_flag("--quiet,-q", context.isQuiet, "Say nothing of what was done");
+    app.add_flag("--quiet,-q", context.isQuiet, "Suppress messages about what was done");
     app.add_flag("--no-start", noStart, "Do not start a places service when none is running");
     app.fallthrough();
     tool::addChangeCommands(app, context);
