@@ -159,7 +159,7 @@ TEST(Placesd, WorksWithoutDescriptorsAndWithoutALog)
     EXPECT_EQ(Placesd::code(backup), orix_places_protocol::BackupFailed) << "its log is a closed pipe";
 
     const Clients some = connectMany(service, OPEN, 20);
-    ASSERT_EQ(Placesd::code(TAGS), 0);
+    ASSERT_EQ(Placesd::code(TAGS, OPEN), 0) << "it is accepted after the others";
     rlimit before = {};
     const rlimit none = {1, 20000};
     ASSERT_EQ(::prlimit(service.pid(), RLIMIT_NOFILE, &none, &before), 0);
