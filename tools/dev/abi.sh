@@ -22,19 +22,29 @@ abi() {
 abi libvelaplatformplaces --headers-dir include/places --suppressions tools/dev/abi.sup
 abi libvelasystem --headers-dir platform/include
 
-if [ "${2-}" = --record ]; then
-    cp "$new"/*.abi docs/abi/
-    exit
-fi
-# Prints the enumerators in our namespace, which are the lines at this depth. abidiff compares only those of function parameters.
-enumerators() { grep -E '^ {16}<enumerator' "$1" | sort; }
+# Prints the enumerators in our namespace, which are the lines at this depth, with their enumerations. abidiff compares
+# only those of function parameters. abidw may write an enumeration several times.
+enumerators() {
+    grep -E '<enum-decl |^ {16}<enumerator ' "$1" | awk '/<enum-decl / { name = $2 } !/<enum-decl / { print name, $2, $3 }' |
+        sort -u
+}
+
+# Compares an interface with the recorded one.
+compare() {
+    enumerators "$1" >"$new/recorded.txt"
+    enumerators "$2" >"$new/now.txt"
+    abidiff "$1" "$2" && diff "$new/recorded.txt" "$new/now.txt"
+}
 
 status=0
-for recorded in docs/abi/*.abi; do
-    now=$new/$(basename "$recorded")
-    abidiff "$recorded" "$now" || status=1
-    enumerators "$recorded" >"$new/recorded.txt" || true
-    enumerators "$now" | diff "$new/recorded.txt" - || status=1
+for now in "$new"/*.abi; do
+    recorded=docs/abi/$(basename "$now")
+    if [ "${2-}" != --record ]; then
+        compare "$recorded" "$now" || status=1
+    # abidw orders its types by the build, so an equal interface is not recorded again.
+    elif [ ! -e "$recorded" ] || ! compare "$recorded" "$now" >"$new/differences.txt"; then
+        cp "$now" "$recorded"
+    fi
 done
 [ $status = 0 ] || echo 'The binary interface has changed. If this is intended, run ./dev abi --record' >&2
 exit $status
