@@ -71,7 +71,7 @@ void writeFile(const QByteArray &path, const FileFormat &format, int count)
 /// Peak resident memory of a run of the client, in MiB.
 double peakOf(const char *command, const QByteArray &path, const char *option = nullptr)
 {
-    const char *arguments[] = {PROGRAMS "/places", "--no-start", command, path.constData(), option, nullptr};
+    const char *arguments[] = {(PROGRAMS "/places"), "--no-start", command, path.constData(), option, nullptr};
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);

@@ -120,7 +120,8 @@ private:
     {
         constexpr int SHOWN = 8;
         QStringList texts;
-        for (const QString &heading : headings.mid(0, SHOWN))
+        const auto shown = headings.mid(0, SHOWN);
+        for (const QString &heading : shown)
             texts.append(QLatin1Char('"') + heading.left(40) + QLatin1Char('"'));
         return texts.join(QStringLiteral(", ")) + (headings.size() > SHOWN ? QStringLiteral(" ...") : QString());
     }

@@ -103,7 +103,8 @@ private:
     {
         m_xml.writeStartElement(QStringLiteral("extensions"));
         writeExtension(QLatin1String(vocabulary::ID), feature.takeId());
-        for (const QString &name : feature.names()) {
+        const QStringList names = feature.names();
+        for (const QString &name : names) {
             if (!vocabulary::kinds().contains(name))
                 continue;
             const bool isList = vocabulary::kinds().value(name) == vocabulary::Kind::Texts;

@@ -67,7 +67,8 @@ const QHash<QString, uint> &namedCharacters()
             {QStringLiteral("trade"), 0x2122},  {QStringLiteral("larr"), 0x2190},   {QStringLiteral("rarr"), 0x2192},
         };
         uint next = 0xA0;
-        for (const QString &name : QString::fromLatin1(LATIN_1).split(QLatin1Char(' ')))
+        const QStringList names = QString::fromLatin1(LATIN_1).split(QLatin1Char(' '));
+        for (const QString &name : names)
             characters.insert(name, next++);
         return characters;
     }();
@@ -170,7 +171,8 @@ private:
     QString tidied() const
     {
         QString tidy;
-        for (const QString &line : m_out.split(QLatin1Char('\n'))) {
+        const QStringList lines = m_out.split(QLatin1Char('\n'));
+        for (const QString &line : lines) {
             const QString text = QString(line).replace(QChar(QChar::Nbsp), QLatin1Char(' ')).trimmed();
             const bool isSecondEmpty = text.isEmpty() && (tidy.isEmpty() || tidy.endsWith(QLatin1String("\n\n")));
             if (!isSecondEmpty)

@@ -88,7 +88,8 @@ private:
     {
         static const QRegularExpression SPACE(QStringLiteral("\\s+"));
         QByteArrayList positions;
-        for (const QString &text : std::exchange(m_coordinates, {}).split(SPACE, Qt::SkipEmptyParts)) {
+        const QStringList tuples = std::exchange(m_coordinates, {}).split(SPACE, Qt::SkipEmptyParts);
+        for (const QString &text : tuples) {
             const QStringList numbers = text.split(QLatin1Char(','));
             const QByteArray position = number(numbers.value(0)) + ',' + number(numbers.value(1));
             if (position.contains("null"))

@@ -123,7 +123,8 @@ private:
     static void writeData(QXmlStreamWriter &xml, FlatFeature &feature)
     {
         xml.writeStartElement(QStringLiteral("ExtendedData"));
-        for (const QString &name : feature.names()) {
+        const QStringList names = feature.names();
+        for (const QString &name : names) {
             const bool isList = vocabulary::kinds().value(name) == vocabulary::Kind::Texts;
             const bool isOurs =
                 name == QLatin1String(vocabulary::REST) || name.isEmpty() || toXmlText({}, name) != name;

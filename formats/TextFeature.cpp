@@ -137,7 +137,8 @@ void TextFeature::replace(Value &object, const QString &name, const QString &tex
     Value value = toValue(text);
     if (isList) {
         value.SetArray();
-        for (const QString &element : splitList(text))
+        const QStringList elements = splitList(text);
+        for (const QString &element : elements)
             value.PushBack(toValue(element), allocator);
     }
     if (isThere)

@@ -129,7 +129,8 @@ VCard::VCard(const QByteArray &text)
     QByteArray unfolded = text;
     for (const char *fold : {"\r\n ", "\r\n\t", "\n ", "\n\t"})
         unfolded.replace(fold, "");
-    for (const QByteArray &line : unfolded.split('\n')) {
+    const auto lines = unfolded.split('\n');
+    for (const QByteArray &line : lines) {
         const QByteArray whole = line.endsWith('\r') ? line.chopped(1) : line;
         VCardLine read = lineOf(whole);
         if (!read.name.isEmpty() && read.name != "BEGIN" && read.name != "END")
@@ -169,7 +170,8 @@ QStringList VCard::texts(const char *property) const
     for (const VCardLine &line : m_lines) {
         if (line.name != property)
             continue;
-        for (const QByteArray &value : split(line.value, ',', false)) {
+        const auto values = split(line.value, ',', false);
+        for (const QByteArray &value : values) {
             const QString text = unescaped(value);
             if (text.trimmed().isEmpty() || known.contains(text))
                 continue;

@@ -45,7 +45,8 @@ QString phoneOf(const VCard &card)
 {
     using KContacts::PhoneNumber;
     QString first;
-    for (const PhoneNumber &number : card.contact().phoneNumbers()) {
+    const auto numbers = card.contact().phoneNumbers();
+    for (const PhoneNumber &number : numbers) {
         if (number.type() & PhoneNumber::Fax)
             continue;
         if (number.type() & PhoneNumber::Pref)
@@ -172,9 +173,11 @@ PlacePointer placeAt(const VCard &card, const CardAddress *address, const QStrin
     place->setDescription(card.note());
     if (address && address->kind != CardAddressKind::Other)
         place->addTag(address->kind == CardAddressKind::Home ? Tags::Home : Tags::Work);
-    for (const QString &tag : card.texts("CATEGORIES"))
+    const QStringList tags = card.texts("CATEGORIES");
+    for (const QString &tag : tags)
         place->addTag(tag);
-    for (const QString &alias : card.texts("NICKNAME"))
+    const QStringList aliases = card.texts("NICKNAME");
+    for (const QString &alias : aliases)
         place->addAlias(alias);
     if (address)
         place->addLocation(address->location);
@@ -286,16 +289,20 @@ constexpr Member MEMBERS[] = {
      [](const Place &from, Place &to) { to.setDescription(from.description()); }},
     {[](const Place &a, const Place &b) { return tagsOf(a) == tagsOf(b); },
      [](const Place &from, Place &to) {
-         for (const QString &tag : tagsOf(to))
+         const QStringList oldTags = tagsOf(to);
+         for (const QString &tag : oldTags)
              to.removeTag(tag);
-         for (const QString &tag : tagsOf(from))
+         const QStringList newTags = tagsOf(from);
+         for (const QString &tag : newTags)
              to.addTag(tag);
      }},
     {[](const Place &a, const Place &b) { return a.aliases() == b.aliases(); },
      [](const Place &from, Place &to) {
-         for (const QString &alias : to.aliases())
+         const QStringList oldAliases = to.aliases();
+         for (const QString &alias : oldAliases)
              to.removeAlias(alias);
-         for (const QString &alias : from.aliases())
+         const QStringList newAliases = from.aliases();
+         for (const QString &alias : newAliases)
              to.addAlias(alias);
      }},
     {[](const Place &a, const Place &b) { return a.primaryPhoneNumber() == b.primaryPhoneNumber(); },

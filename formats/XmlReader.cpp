@@ -149,7 +149,8 @@ private:
     void addAttributes()
     {
         const QString path = m_path.join(QLatin1Char('/'));
-        for (const QXmlStreamAttribute &attribute : m_xml.attributes()) {
+        const QXmlStreamAttributes attributes = m_xml.attributes();
+        for (const QXmlStreamAttribute &attribute : attributes) {
             if (attribute.namespaceUri().isEmpty())
                 addField(path + QLatin1Char('@') + attribute.name().toString(), attribute.value().toString());
         }

@@ -160,7 +160,8 @@ std::vector<FoundPlace> placesOf(const VCard &card, int id, const Geocode &geoco
     std::array<int, ADDRESS_KINDS> numbers = {static_cast<int>(CardAddressKind::Home),
                                               static_cast<int>(CardAddressKind::Work),
                                               static_cast<int>(CardAddressKind::Other)};
-    for (const formats::CardAddress &each : card.addresses().mid(0, limits::CONTACT_ADDRESSES)) {
+    const auto used = card.addresses().mid(0, limits::CONTACT_ADDRESSES);
+    for (const formats::CardAddress &each : used) {
         int &number = numbers[static_cast<std::size_t>(each.kind) - 1];
         places.push_back(placeOf(card, id, each.kind, number, completed(each.location, geocode)));
         number += ADDRESS_KINDS;

@@ -130,7 +130,8 @@ QStringList keywordsOf(const AuxiliaryData &details)
 {
     static const QRegularExpression SEPARATORS(QStringLiteral("[,;]"));
     QStringList keywords;
-    for (const QString &keyword : details.property(QStringLiteral("keywords")).split(SEPARATORS, Qt::SkipEmptyParts))
+    const QStringList texts = details.property(QStringLiteral("keywords")).split(SEPARATORS, Qt::SkipEmptyParts);
+    for (const QString &keyword : texts)
         keywords.append(keyword.trimmed());
     return keywords;
 }
@@ -462,7 +463,8 @@ ProviderAnswer Gazetteer::search(const ProviderSearch &search)
         ProviderSearch rest = search;
         if (suggests) {
             const QStringList found = categories(connection.database, typed);
-            for (const QString &category : found.mid(search.position, search.count))
+            const auto page = found.mid(search.position, search.count);
+            for (const QString &category : page)
                 answer.places.push_back(suggestCategory(category));
             answer.hasMore = search.position + search.count < found.size();
             rest.position = std::max(0, search.position - found.size());

@@ -225,7 +225,8 @@ Wording Wording::of(const QString &term)
         if (words.size() < limits::TERM_WORDS && std::none_of(words.begin(), words.end(), isSame))
             words.push_back(std::move(word));
     };
-    for (const SpelledWord &word : spelledWords(term)) {
+    const auto spelled = spelledWords(term);
+    for (const SpelledWord &word : spelled) {
         for (const QString &piece : word.pieces)
             add(piece, {});
         if (word.pieces.isEmpty() && !word.key.isEmpty())

@@ -41,7 +41,8 @@ using Found = QVector<QSharedPointer<PlaceHeader>>;
 Found namesakes(const QString &name, Error::Type &error)
 {
     Found all;
-    for (PlaceHeader *header : PlaceManager().findPlaces(name, &error))
+    const auto headers = PlaceManager().findPlaces(name, &error);
+    for (PlaceHeader *header : headers)
         all.append(QSharedPointer<PlaceHeader>(header));
     const auto isSame = [&name](const auto &place) { return place->name().compare(name, Qt::CaseInsensitive) == 0; };
     const auto end = std::stable_partition(all.begin(), all.end(), isSame);
@@ -55,7 +56,8 @@ void complainOfNamesakes(const QString &name, const Found &found)
 {
     constexpr int MOST = 10;
     QStringList candidates;
-    for (const auto &place : found.mid(0, MOST))
+    const auto shown = found.mid(0, MOST);
+    for (const auto &place : shown)
         candidates.append(QStringLiteral("%1 %2").arg(place->id()).arg(nameOfPlace(*place)));
     const QString more = found.size() > MOST ? QStringLiteral(" and others") : QString();
     complain(name,

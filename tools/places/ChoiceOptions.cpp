@@ -21,28 +21,33 @@ quint64 parseTime(const QString &text)
     return time.isValid() && time.toSecsSinceEpoch() > 0 ? static_cast<quint64>(time.toSecsSinceEpoch()) : 0;
 }
 
-const CLI::Validator IsBox(
-    [](const std::string &argument) {
+CLI::Validator isBox()
+{
+    const auto problem = [](const std::string &argument) {
         return GeoBox::parse(text(argument)) ? std::string()
                                              : "not a part of the Earth in degrees, such as 46,7,47,8: " + argument;
-    },
-    "SOUTH,WEST,NORTH,EAST");
+    };
+    return {problem, "SOUTH,WEST,NORTH,EAST"};
+}
 
-const CLI::Validator IsTime(
-    [](const std::string &argument) {
+CLI::Validator isTime()
+{
+    const auto problem = [](const std::string &argument) {
         return parseTime(text(argument)) > 0
                    ? std::string()
                    : "not a date or time, such as 2026-01-31 or 2026-01-31T12:00:00Z: " + argument;
-    },
-    "DATE");
+    };
+    return {problem, "DATE"};
+}
 
 /// The words that are numbers of places.
 std::vector<qint64> numbersOf(const std::vector<std::string> &words)
 {
     std::vector<qint64> numbers;
-    for (std::string word : words) {
-        if (IsId(word).empty())
-            numbers.push_back(text(word).toLongLong());
+    for (const std::string &word : words) {
+        std::string number = word;
+        if (IsId(number).empty())
+            numbers.push_back(text(number).toLongLong());
     }
     return numbers;
 }
@@ -52,11 +57,11 @@ std::vector<qint64> numbersOf(const std::vector<std::string> &words)
 void ChoiceOptions::addTo(CLI::App &command)
 {
     addListOption(command, "--tag", m_tags, "Places with this tag; with several --tag, places with any of them");
-    command.add_option("--within", m_box, "Places inside this box, in degrees")->transform(IsBox);
+    command.add_option("--within", m_box, "Places inside this box, in degrees")->transform(isBox());
     command.add_option("--near", position, "Nearest to this position or stored place first")->transform(IsCentre);
     addRadiusOption(command);
     m_ownerOption = command.add_option("--owner", m_owner, "Places that this application added");
-    command.add_option("--since", m_since, "Places stored or changed since this time")->transform(IsTime);
+    command.add_option("--since", m_since, "Places stored or changed since this time")->transform(isTime());
 }
 
 void ChoiceOptions::addRadiusOption(CLI::App &command)

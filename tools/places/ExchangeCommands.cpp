@@ -26,7 +26,8 @@ namespace
 void addFormatOption(CLI::App &command, std::string &format, bool onlyWritable)
 {
     std::vector<std::string> names;
-    for (const QString &name : formatNames(onlyWritable))
+    const QStringList formats = formatNames(onlyWritable);
+    for (const QString &name : formats)
         names.push_back(name.toStdString());
     command.add_option("--format", format, "Format; by default from the file's extension or content")
         ->check(CLI::IsMember(names));
@@ -36,7 +37,8 @@ void addFormatOption(CLI::App &command, std::string &format, bool onlyWritable)
 QMap<QString, QString> columnsOf(const std::vector<std::string> &assignments)
 {
     QMap<QString, QString> columns;
-    for (const QString &assignment : texts(assignments)) {
+    const QStringList list = texts(assignments);
+    for (const QString &assignment : list) {
         const int sign = assignment.lastIndexOf(QLatin1Char('='));
         columns.insert(assignment.left(sign), assignment.mid(sign + 1));
     }

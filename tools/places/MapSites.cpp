@@ -122,7 +122,8 @@ QString partOf(const QUrl &url, const Pattern &pattern)
     QString query = url.query(encoded);
     const QUrlQuery items(query.replace(QLatin1Char('+'), QLatin1String("%20")));
     QStringList values;
-    for (const QString &key : QString::fromLatin1(pattern.keys).split(QLatin1Char(',')))
+    const QStringList keys = QString::fromLatin1(pattern.keys).split(QLatin1Char(','));
+    for (const QString &key : keys)
         values.append(items.queryItemValue(key, QUrl::FullyDecoded));
     return values.join(QLatin1Char(','));
 }

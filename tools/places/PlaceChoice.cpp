@@ -34,7 +34,8 @@ quint64 changeTimeOf(const AbstractPlace &place)
 Page fullPlaces(const SearchRule &rule, Error::Type *error, SearchHandle *handle, const SortRule &sort, int offset)
 {
     Page page;
-    for (Place *place : InternalPlaceManager().findPlaces(rule, error, handle, sort, offset, FULL_PLACES))
+    const auto places = InternalPlaceManager().findPlaces(rule, error, handle, sort, offset, FULL_PLACES);
+    for (Place *place : places)
         page.append(QSharedPointer<AbstractPlace>(place));
     return page;
 }

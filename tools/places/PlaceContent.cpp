@@ -119,7 +119,8 @@ void replaceTags(Place &place, const QStringList &tags)
 /// Adding some tags adds an alias, so aliases are set after tags.
 void replaceAliases(Place &place, const QStringList &aliases)
 {
-    for (const QString &alias : place.aliases())
+    const QStringList oldAliases = place.aliases();
+    for (const QString &alias : oldAliases)
         place.removeAlias(alias);
     for (const QString &alias : aliases)
         place.addAlias(alias);

@@ -23,7 +23,8 @@ namespace
 /// The value of "q"; "+" is a blank.
 QString queryText(const QString &query)
 {
-    for (const QString &item : query.split(QLatin1Char('&'))) {
+    const QStringList items = query.split(QLatin1Char('&'));
+    for (const QString &item : items) {
         if (item.startsWith(QLatin1String("q="), Qt::CaseInsensitive))
             return QUrl::fromPercentEncoding(item.mid(2).replace(QLatin1Char('+'), QLatin1String("%20")).toUtf8());
     }

@@ -148,8 +148,9 @@ void shortenWhere(Rows &rows)
 {
     for (Row &row : rows) {
         const auto isInName = [&row](const QString &part) {
-            const QString words = QStringLiteral("\\b%1\\b").arg(QRegularExpression::escape(part));
-            return QRegularExpression(words, QRegularExpression::UseUnicodePropertiesOption).match(row.name).hasMatch();
+            const QRegularExpression words(QStringLiteral("\\b%1\\b").arg(QRegularExpression::escape(part)),
+                                           QRegularExpression::UseUnicodePropertiesOption);
+            return words.match(row.name).hasMatch();
         };
         while (row.where.size() > 1 && isInName(row.where.first()))
             row.where.removeFirst();

@@ -50,7 +50,8 @@ public:
         QString lead = printable(name);
         const int width = std::max(columnsOf(lead) + 1, NAME_WIDTH - m_indent.size());
         lead = cell(lead, width);
-        for (const QString &line : value.split(QLatin1Char('\n'))) {
+        const QStringList lines = value.split(QLatin1Char('\n'));
+        for (const QString &line : lines) {
             m_text += m_indent + lead + printable(line) + QLatin1Char('\n');
             lead = QString(width, QLatin1Char(' '));
         }
@@ -238,7 +239,8 @@ QString categoriesText(const QList<Category> &categories)
     QStringList codes;
     for (const Category &category : categories) {
         QStringList children;
-        for (const Category &child : category.children())
+        const auto found = category.children();
+        for (const Category &child : found)
             children.append(child.code());
         codes.append(children.isEmpty()
                          ? category.code()

@@ -158,7 +158,8 @@ void printRows(const PlaceList &found, const ListForm &form, int firstNumber)
             std::printf("%s\n", qUtf8Printable(form.row->row(*place, form.centre)));
         return;
     }
-    for (const QString &row : rowsOf(found, {form.centre, terminalColumns(STDOUT_FILENO), true, firstNumber}))
+    const QStringList rows = rowsOf(found, {form.centre, terminalColumns(STDOUT_FILENO), true, firstNumber});
+    for (const QString &row : rows)
         printLine(row);
 }
 

@@ -146,7 +146,8 @@ void startSearch(SearchManager &manager, const SearchOptions &options, const QSt
 PlaceList placesOf(const SearchResult &result)
 {
     PlaceList places;
-    for (const QSharedPointer<AbstractPlace> &place : result.result())
+    const auto found = result.result();
+    for (const QSharedPointer<AbstractPlace> &place : found)
         places.append(place.get());
     return places;
 }

@@ -250,7 +250,8 @@ private:
         if (chosenLine < height)
             m_top = 0; // show the title above it
         int row = 1;
-        for (const Line &line : lines.mid(m_top, height))
+        const auto shown = lines.mid(m_top, height);
+        for (const Line &line : shown)
             m_screen.write(row++, line.text, line.style);
     }
 

@@ -49,7 +49,8 @@ public:
     {
         SearchHandle handle;
         m_page.clear();
-        for (Place *place : m_manager.findPlaces(m_rule, &m_error, &handle, m_sort, m_offset, m_pageSize))
+        const auto page = m_manager.findPlaces(m_rule, &m_error, &handle, m_sort, m_offset, m_pageSize);
+        for (Place *place : page)
             m_page.emplace_back(place);
         m_offset += static_cast<int>(m_page.size());
         m_hasMore = handle.hasMoreData() && !m_page.empty();

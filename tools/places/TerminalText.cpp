@@ -46,7 +46,8 @@ QByteArray printableJson(const QByteArray &json)
     // White space between tokens. JSON contains no other control characters below DEL, but CSV may.
     static const QString BLANKS = QStringLiteral("\t\n\r");
     QString text;
-    for (const QChar c : QString::fromUtf8(json)) {
+    const QString characters = QString::fromUtf8(json);
+    for (const QChar c : characters) {
         if (controlsTerminal(c) && !BLANKS.contains(c))
             text += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
         else
