@@ -46,7 +46,7 @@ int main(int argc, char **argv)
         isAtEnd = count <= 0;
         input.setEnabled(!isAtEnd);
         typed += isAtEnd ? QByteArray(typed.isEmpty() ? "" : "\n") : QByteArray(bytes, static_cast<int>(count));
-        for (int end = typed.indexOf('\n'); end >= 0; end = typed.indexOf('\n')) {
+        for (auto end = typed.indexOf('\n'); end >= 0; end = typed.indexOf('\n')) {
             std::cout << "> " << typed.left(end).constData() << std::endl;
             manager.search(QString::fromUtf8(typed.left(end)), Coordinates(), ++searchId);
             typed.remove(0, end + 1);

@@ -10,7 +10,6 @@
 #include "WellKnownText.h"
 
 #include <QtCore/QRegularExpression>
-#include <QtCore/QTextCodec>
 
 #include <algorithm>
 
@@ -26,6 +25,20 @@ constexpr int MAX_COLUMNS = 1000;
 bool isAscii(const QByteArray &bytes)
 {
     return std::none_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+}
+
+/// Windows-1252 as the Encoding Standard (WHATWG) has it: ISO 8859-1 with other characters from 0x80 to 0x9F.
+QString fromWindows1252(const QByteArray &bytes)
+{
+    static const QString OTHERS = QString::fromUtf16(
+        u"\u20AC\u0081\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030\u0160\u2039\u0152\u008D\u017D\u008F"
+        u"\u0090\u2018\u2019\u201C\u201D\u2022\u2013\u2014\u02DC\u2122\u0161\u203A\u0153\u009D\u017E\u0178");
+    QString text = QString::fromLatin1(bytes.constData(), bytes.size());
+    for (QChar &c : text) {
+        if (c.unicode() >= 0x80 && c.unicode() < 0xA0)
+            c = OTHERS[c.unicode() - 0x80];
+    }
+    return text;
 }
 
 /// True for a number with a decimal comma: "47,3769".
@@ -161,7 +174,7 @@ private:
         if (!m_isWindows1252)
             note(QStringLiteral("not UTF-8; read as Windows-1252"));
         m_isWindows1252 = true;
-        text = QTextCodec::codecForName("Windows-1252")->toUnicode(bytes);
+        text = fromWindows1252(bytes);
         return true;
     }
 

@@ -1,6 +1,8 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "LargeNumbers.h"
+
 #include <QtCore/QByteArray>
 
 #include <charconv>
@@ -40,7 +42,7 @@ public:
             return this->Int64(whole);
         if (isWhole(digits, length, large))
             return this->Uint64(large);
-        const double real = QByteArray::fromRawData(digits, static_cast<int>(length)).toDouble();
+        const double real = nearestDouble(QByteArray::fromRawData(digits, static_cast<int>(length)));
         return std::isfinite(real) && this->Double(real);
     }
 

@@ -192,7 +192,7 @@ QString addLocations(const Location &shown, const Value &properties, Place &plac
         locations.append(readLocation(*other, readPosition(memberOf(*other, "coordinates")), memberOf(*other, "bbox")));
     const int index = read(properties, vocabulary::LOCATION_INDEX, integerOf<int>).value_or(0);
     locations.insert(qBound(0, index, locations.size()), shown);
-    for (const Location &location : qAsConst(locations)) {
+    for (const Location &location : std::as_const(locations)) {
         if (!locates(location))
             return QStringLiteral("a location without a position, an address or virtual data");
         place.addLocation(location);

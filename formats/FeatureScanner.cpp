@@ -113,10 +113,10 @@ void FeatureScanner::skipBlanks()
 void FeatureScanner::detectSeparator()
 {
     const QByteArray head = m_input.head().trimmed();
-    const int line = head.indexOf('\n');
+    const auto line = head.indexOf('\n');
     if (head.startsWith(RECORD_SEPARATOR))
         m_separator = RECORD_SEPARATOR;
-    else if (head.startsWith('{') && head.left(std::max(line, 0)).trimmed().endsWith('}')
+    else if (line > 0 && head.startsWith('{') && head.left(line).trimmed().endsWith('}')
              && head.mid(line).trimmed().startsWith('{'))
         m_separator = '\n';
 }

@@ -80,8 +80,8 @@ uint referencedCharacter(const QString &reference)
 {
     if (!reference.startsWith(QLatin1Char('#')))
         return namedCharacters().value(reference);
-    const bool isHex = reference.midRef(1, 1).compare(QLatin1Char('x'), Qt::CaseInsensitive) == 0;
-    const uint code = reference.midRef(isHex ? 2 : 1).toUInt(nullptr, isHex ? 16 : 10);
+    const bool isHex = reference.startsWith(QLatin1String("#x"), Qt::CaseInsensitive);
+    const uint code = reference.mid(isHex ? 2 : 1).toUInt(nullptr, isHex ? 16 : 10);
     const bool isCharacter = code <= LAST_CODE_POINT && !QChar::isSurrogate(code);
     return isCharacter ? code : 0;
 }
@@ -112,17 +112,17 @@ public:
 private:
     bool skipComment()
     {
-        if (m_text.midRef(m_at, 4) != QLatin1String("<!--"))
+        if (m_text.mid(m_at, 4) != QLatin1String("<!--"))
             return false;
         return skipBehind(QStringLiteral("-->"), m_at + 4);
     }
 
     /// Moves past the next `end`; false when there is none. A missing `end` is searched only once.
-    bool skipBehind(const QString &end, int from)
+    bool skipBehind(const QString &end, QString::size_type from)
     {
         if (m_missing.contains(end))
             return false;
-        const int found = m_text.indexOf(end, from, Qt::CaseInsensitive);
+        const auto found = m_text.indexOf(end, from, Qt::CaseInsensitive);
         if (found < 0)
             m_missing.insert(end);
         else
@@ -132,16 +132,16 @@ private:
 
     bool takeTag()
     {
-        const bool isEnd = m_text.midRef(m_at + 1, 1) == QLatin1String("/");
-        const int nameStart = m_at + (isEnd ? 2 : 1);
-        int nameEnd = nameStart;
+        const bool isEnd = m_text.mid(m_at + 1, 1) == QLatin1String("/");
+        const auto nameStart = m_at + (isEnd ? 2 : 1);
+        auto nameEnd = nameStart;
         while (nameEnd < m_text.size() && m_text[nameEnd].unicode() < 0x80 && m_text[nameEnd].isLetterOrNumber())
             ++nameEnd;
         const QString name = m_text.mid(nameStart, nameEnd - nameStart).toLower();
         const bool startsLine = lineElements().contains(name);
         if (!startsLine && !otherElements().contains(name))
             return false;
-        int end = nameEnd;
+        auto end = nameEnd;
         while (end < m_text.size() && m_text[end] != QLatin1Char('>') && m_text[end] != QLatin1Char('<'))
             ++end;
         const bool isTag = end < m_text.size() && m_text[end] == QLatin1Char('>')
@@ -158,7 +158,7 @@ private:
 
     bool takeReference()
     {
-        const int end = m_text.midRef(m_at, MAX_REFERENCE_LENGTH).indexOf(QLatin1Char(';'));
+        const auto end = m_text.mid(m_at, MAX_REFERENCE_LENGTH).indexOf(QLatin1Char(';'));
         const uint code = end < 0 ? 0 : referencedCharacter(m_text.mid(m_at + 1, end - 1));
         if (code == 0)
             return false;
@@ -182,7 +182,7 @@ private:
     }
 
     const QString &m_text;
-    int m_at = 0;
+    QString::size_type m_at = 0;
     QString m_out;
     QSet<QString> m_missing;
     bool m_isHtml = false;

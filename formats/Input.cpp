@@ -8,7 +8,6 @@
 #include "XzReader.h"
 
 #include <QtCore/QFileInfo>
-#include <QtCore/QTextCodec>
 
 #include <algorithm>
 #include <cstring>
@@ -85,9 +84,11 @@ std::size_t Input::readOn(char *buffer, std::size_t size)
 
 bool decodeUtf8(const QByteArray &bytes, QString &text)
 {
-    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-    text = QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
-    return state.invalidChars == 0 && state.remainingChars == 0;
+    // fromUtf8() drops a byte order mark, which is a character of the text here. It replaces invalid bytes, so a text
+    // with such bytes differs.
+    const bool isMarked = bytes.startsWith(BYTE_ORDER_MARK);
+    text = (isMarked ? QString(QChar::ByteOrderMark) : QString()) + QString::fromUtf8(bytes.constData(), bytes.size());
+    return text.toUtf8() == bytes;
 }
 
 } // namespace formats

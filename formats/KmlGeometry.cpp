@@ -21,8 +21,8 @@ class GeometryReader
 public:
     void take(const XmlField &field)
     {
-        const int slash = field.path.lastIndexOf(QLatin1Char('/'));
-        const QString parent = field.path.left(std::max(slash, 0));
+        const auto slash = field.path.lastIndexOf(QLatin1Char('/'));
+        const QString parent = slash < 0 ? QString() : field.path.left(slash);
         const QString name = field.path.mid(slash + 1);
         if (name == QLatin1String("coordinates"))
             m_coordinates = field.value;

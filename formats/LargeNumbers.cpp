@@ -7,6 +7,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <limits>
+#include <locale>
+#include <sstream>
 
 namespace formats
 {
@@ -28,11 +31,24 @@ bool isSuspicious(const QByteArray &number)
 
 } // namespace
 
+double nearestDouble(const QByteArray &number)
+{
+    bool isInRange = false;
+    const double value = number.toDouble(&isInRange);
+    if (isInRange)
+        return value;
+    // Beyond the range, Qt 5 gives infinity and Qt 6 gives 0.
+    std::istringstream stream(number.toStdString());
+    stream.imbue(std::locale::classic());
+    double tiny = 0;
+    return stream >> tiny ? tiny : std::numeric_limits<double>::infinity();
+}
+
 QByteArray withLargeNumbersAsTexts(const QByteArray &json, QStringList &losses)
 {
     QByteArray out;
     bool inString = false;
-    for (int at = 0; at < json.size();) {
+    for (QByteArray::size_type at = 0; at < json.size();) {
         const char c = json[at];
         const bool isNumber = !inString && (c == '-' || (c >= '0' && c <= '9'));
         if (!isNumber) {
@@ -45,9 +61,9 @@ QByteArray withLargeNumbersAsTexts(const QByteArray &json, QStringList &losses)
             continue;
         }
         const char *end = std::find_if_not(json.begin() + at, json.end(), isOfNumber);
-        const QByteArray number = json.mid(at, static_cast<int>(end - json.begin()) - at);
+        const QByteArray number = json.mid(at, static_cast<QByteArray::size_type>(end - json.begin()) - at);
         at += number.size();
-        const double value = isSuspicious(number) ? number.toDouble() : 0;
+        const double value = isSuspicious(number) ? nearestDouble(number) : 0;
         if (!isSuspicious(number)) {
             out += number;
         } else if (std::isfinite(value)) {

@@ -7,6 +7,9 @@
 namespace formats
 {
 
+/// The nearest double of a JSON number: infinity beyond the range, and 0 for a number too small.
+double nearestDouble(const QByteArray &number);
+
 /// Rewrites the numbers of a JSON text that RapidJSON would refuse. A number beyond the range of double becomes a text;
 /// other numbers get a form that RapidJSON accepts, because it refuses some by their exponent alone. Adds a message to
 /// `losses` for the first number that became a text.

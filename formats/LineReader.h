@@ -36,12 +36,12 @@ public:
     }
 
     /// Reads the next line with its line feed. A line longer than `most` bytes comes in pieces. False at the end.
-    bool nextPiece(QByteArray &piece, int most)
+    bool nextPiece(QByteArray &piece, QByteArray::size_type most)
     {
         piece.clear();
         while (piece.size() < most && fill()) {
-            const int end = m_buffer.indexOf('\n', m_at);
-            const int length = std::min((end < 0 ? m_buffer.size() : end + 1) - m_at, most - piece.size());
+            const auto end = m_buffer.indexOf('\n', m_at);
+            const auto length = std::min((end < 0 ? m_buffer.size() : end + 1) - m_at, most - piece.size());
             piece.append(m_buffer.constData() + m_at, length);
             m_at += length;
             if (piece.endsWith('\n'))
@@ -56,7 +56,7 @@ private:
         if (m_at < m_buffer.size())
             return true;
         m_buffer.resize(BUFFER_SIZE);
-        m_buffer.resize(static_cast<int>(m_input.read(m_buffer.data(), BUFFER_SIZE)));
+        m_buffer.resize(static_cast<QByteArray::size_type>(m_input.read(m_buffer.data(), BUFFER_SIZE)));
         m_at = 0;
         return !m_buffer.isEmpty();
     }
@@ -65,7 +65,7 @@ private:
 
     Input &m_input;
     QByteArray m_buffer;
-    int m_at = 0;
+    QByteArray::size_type m_at = 0;
 };
 
 } // namespace formats

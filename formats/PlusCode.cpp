@@ -49,7 +49,7 @@ struct Area
 Area areaOf(const QString &digits)
 {
     Area area;
-    const int count = std::min(digits.size(), MAX_DIGITS);
+    const int count = std::min(static_cast<int>(digits.size()), MAX_DIGITS);
     const auto value = [&digits](int i) { return std::int64_t(DIGITS.indexOf(digits[i])); };
     for (int i = 0; i + 1 < std::min(count, PAIR_DIGITS); i += 2) {
         area.row = area.row * BASE + value(i);

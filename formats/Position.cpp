@@ -85,7 +85,7 @@ std::optional<Tokens> tokensOf(const QString &text)
     if (hasDecimalCommas(plain))
         plain.replace(QRegularExpression(QStringLiteral("(?<=[0-9]),(?=[0-9])")), QStringLiteral("."));
     Tokens tokens;
-    int at = 0;
+    QString::size_type at = 0;
     for (auto match = TOKEN.match(plain); match.hasMatch(); match = TOKEN.match(plain, at)) {
         at = match.capturedEnd();
         if (const QString number = match.captured(1); !number.isEmpty())
@@ -173,7 +173,7 @@ Coordinate parseCoordinate(const Tokens &tokens)
     static const QString UNITS = QStringLiteral("\u00b0'\"");
     Coordinate coordinate;
     for (const Token &token : tokens) {
-        const int unit = isNumber(token) ? -1 : UNITS.indexOf(token.symbol);
+        const auto unit = isNumber(token) ? -1 : UNITS.indexOf(token.symbol);
         if (isNumber(token)) {
             coordinate.numbers.append(token);
         } else if (unit >= 0) {
@@ -187,7 +187,7 @@ Coordinate parseCoordinate(const Tokens &tokens)
             coordinate.sign = token.symbol;
         }
     }
-    const int numbers = coordinate.numbers.size();
+    const auto numbers = coordinate.numbers.size();
     const bool needsSymbols = numbers > 1 && coordinate.hemisphere.isNull();
     coordinate.isWrong |= numbers == 0 || numbers > 3 || (needsSymbols && coordinate.symbols < numbers - 1);
     return coordinate;

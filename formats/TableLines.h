@@ -1,11 +1,11 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <QtCore/QByteArray>
-#include <QtCore/QTextCodec>
-#include <QtCore/QTextDecoder>
+#include "TextDecoder.h"
 
-#include <memory>
+#include <QtCore/QByteArray>
+
+#include <optional>
 
 namespace formats
 {
@@ -20,7 +20,7 @@ public:
     explicit TableLines(Input &input);
 
     /// True when the file is UTF-16.
-    [[nodiscard]] bool isUtf16() const { return m_decoder != nullptr; }
+    [[nodiscard]] bool isUtf16() const { return m_decoder.has_value(); }
     /// Reads the next line, or a part of a line longer than MAX_ITEM_SIZE. Empty at the end.
     QByteArray next();
     /// Starts a row with the next line. Releases the lines before it.
@@ -30,11 +30,11 @@ public:
 
 private:
     Input &m_input;
-    std::unique_ptr<QTextDecoder> m_decoder;
+    std::optional<TextDecoder> m_decoder;
     QByteArray m_bytes;
-    int m_row = 0;       ///< Start of the row.
-    int m_firstEnd = -1; ///< End of its first line; negative while that is not read.
-    int m_position = 0;  ///< Start of the next line.
+    QByteArray::size_type m_row = 0;       ///< Start of the row.
+    QByteArray::size_type m_firstEnd = -1; ///< End of its first line; negative while that is not read.
+    QByteArray::size_type m_position = 0;  ///< Start of the next line.
 };
 
 } // namespace formats

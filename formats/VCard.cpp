@@ -55,7 +55,7 @@ VCardLine lineOf(const QByteArray &text)
     const int end = nextSeparator(text, ':', 0, true);
     QByteArrayList parts = split(text.left(end), ';', true);
     VCardLine line{parts.takeFirst().split('.').last().trimmed().toUpper(), {}, text.mid(end + 1), text};
-    for (const QByteArray &part : qAsConst(parts)) {
+    for (const QByteArray &part : std::as_const(parts)) {
         const int equals = part.indexOf('=');
         line.parameters.insert(part.left(std::max(equals, 0)).toUpper(), unquoted(part.mid(equals + 1)));
     }

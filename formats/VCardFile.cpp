@@ -26,7 +26,7 @@ bool isEnd(const QByteArray &line)
 
 /// Offset at which a card begins in a line; -1 when none begins. When a card was cut within a line, the next card
 /// begins in the same line.
-int beginIn(const QByteArray &line)
+QByteArray::size_type beginIn(const QByteArray &line)
 {
     const QByteArray text = line.trimmed().toUpper();
     return text.endsWith(BEGIN) ? line.toUpper().lastIndexOf(BEGIN) : -1;
@@ -35,7 +35,7 @@ int beginIn(const QByteArray &line)
 /// The name of the property in a line, without its group; empty when there is none.
 QByteArray propertyOn(const QByteArray &line)
 {
-    const int end = line.indexOf(':');
+    const auto end = line.indexOf(':');
     return end > 0 ? line.left(end).split(';').first().split('.').last() : QByteArray();
 }
 
@@ -91,7 +91,7 @@ private:
     const qint64 m_firstLine;
     QByteArray m_text;
     QByteArray m_place; ///< The line of VCARD_PLACE.
-    int m_lineStart = 0;
+    QByteArray::size_type m_lineStart = 0;
     int m_lines = 0;
     int m_leftOut = 0;
     bool m_isAtLineEnd = true;
@@ -117,7 +117,7 @@ bool splitVCards(Input &file, const std::function<bool(const CardText &card)> &t
             return finish(true) && false;
         position += piece.size();
         const bool endsLine = piece.endsWith('\n');
-        if (const int begin = beginIn(piece); begin >= 0) {
+        if (const auto begin = beginIn(piece); begin >= 0) {
             if (card)
                 card->add(piece.left(begin));
             if (!finish(true))

@@ -454,6 +454,11 @@ QByteArray imported(const Place &place)
 
 } // namespace
 
+QString missingVCardSupport()
+{
+    return {};
+}
+
 QString readVCards(Input &input, const ReadOptions & /*options*/, const TakePlace &take)
 {
     int number = 0;

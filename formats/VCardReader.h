@@ -6,9 +6,12 @@
 namespace formats
 {
 
+/// Why this build cannot read vCards; empty when it can.
+QString missingVCardSupport();
+
 /// Reads vCards of versions 2.1, 3 and 4: one place for each address of a card, or one for its position. A card with
-/// VCARD_PLACE gives that place with the changes that other programs made to the card since. A ReadPlaces. Returns an
-/// error in a build without KContacts.
+/// VCARD_PLACE gives that place with the changes that other programs made to the card since. A ReadPlaces. Returns
+/// missingVCardSupport() if that is not empty.
 QString readVCards(Input &input, const ReadOptions &options, const TakePlace &take);
 
 /// True when an import of a plain card restores this place. False in a build without KContacts.

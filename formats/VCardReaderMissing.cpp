@@ -7,9 +7,14 @@
 namespace formats
 {
 
-QString readVCards(Input & /*input*/, const ReadOptions & /*options*/, const TakePlace & /*take*/)
+QString missingVCardSupport()
 {
     return QStringLiteral("this build cannot read vCards: it was made without the library KContacts");
+}
+
+QString readVCards(Input & /*input*/, const ReadOptions & /*options*/, const TakePlace & /*take*/)
+{
+    return missingVCardSupport();
 }
 
 bool restoresPlace(const QByteArray & /*card*/, const vela::platform::places::Place & /*place*/)

@@ -77,7 +77,7 @@ QByteArray parameter(const QString &text)
 QByteArray listOf(const QStringList &texts)
 {
     QByteArrayList values;
-    int size = 0;
+    QString::size_type size = 0;
     for (const QString &text : texts) {
         size += text.size() + 1;
         if (size <= MAX_TEXT)
@@ -199,7 +199,7 @@ QStringList keptLines(const Place &place)
 {
     const rapidjson::Document list = keptMember(place, vocabulary::FOREIGN_PROPERTIES, VCARD_LINES);
     QStringList lines;
-    int size = 0;
+    QByteArray::size_type size = 0;
     for (rapidjson::SizeType i = 0; list.IsArray() && i < list.Size() && lines.size() < MAX_KEPT_LINES; ++i) {
         const QString line = stringOf(list[i]);
         size += line.toUtf8().size();

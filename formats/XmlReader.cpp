@@ -127,12 +127,12 @@ private:
             return;
         if (m_format.folder && m_xml.name() == QLatin1String(m_format.folder))
             m_folders.append(Folder{m_fileDepth});
-        const auto *found =
+        const auto found =
             std::find_if(m_format.elements.begin(), m_format.elements.end(),
                          [this](const XmlElement &element) { return m_xml.name() == QLatin1String(element.name); });
         if (found == m_format.elements.end())
             return;
-        m_element = found;
+        m_element = &*found;
         m_depth = 1;
         m_line = m_xml.lineNumber();
         addAttributes();
@@ -221,7 +221,7 @@ private:
             m_member.fields.append({path, value});
     }
 
-    void count(int size)
+    void count(QString::size_type size)
     {
         m_size += static_cast<std::size_t>(size);
         if (m_size > MAX_ITEM_SIZE / sizeof(QChar))
@@ -230,7 +230,7 @@ private:
 
     void handOut()
     {
-        for (const Folder &folder : qAsConst(m_folders))
+        for (const Folder &folder : std::as_const(m_folders))
             m_member.folders.append(folder.name);
         ReadPlace read;
         read.kind = m_element->kind;

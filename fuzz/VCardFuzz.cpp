@@ -1,7 +1,6 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
 #include "formats/Input.h"
-#include "formats/VCard.h"
 #include "formats/VCardFile.h"
 #include "MemoryFile.h"
 #include "places/Place.h"
@@ -23,7 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t siz
         if (!card.text.toUpper().startsWith("BEGIN:VCARD") || !card.text.trimmed().toUpper().endsWith("END:VCARD"))
             __builtin_trap();
         const auto nowhere = [](const Address &) { return Coordinates(); };
-        for (const FoundPlace &place : placesOf(formats::VCard(card.text), 1, nowhere)) {
+        for (const FoundPlace &place : Contact(card.text).places(1, nowhere)) {
             if (place->name().isEmpty() || place->locationCount() != 1)
                 __builtin_trap();
         }

@@ -9,12 +9,12 @@
 
 #include <places/Place.h>
 
+#include <QShortcut>
 #include <QtCore/QCoreApplication>
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QBoxLayout>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
-#include <QtWidgets/QShortcut>
 #include <QtWidgets/QSplitter>
 #include <QtWidgets/QStatusBar>
 #include <QtWidgets/QTextBrowser>
@@ -63,7 +63,7 @@ bool movesInList(int key)
     return key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp || key == Qt::Key_PageDown;
 }
 
-QString countText(int places)
+QString countText(qint64 places)
 {
     return places == 1 ? QStringLiteral("1 place") : QStringLiteral("%1 places").arg(places);
 }
@@ -341,7 +341,7 @@ void BrowserWindow::present(const AnyPlace &place, const QList<AuxiliaryData> &r
 {
     m_shown = place;
     m_map->mark(place ? place->primaryCoordinates() : Coordinates());
-    m_star->setVisible(place);
+    m_star->setVisible(!place.isNull());
     m_title->setText(place ? place->name().simplified() : QString());
     // Set for each place: the palette may change.
     m_text->document()->setDefaultStyleSheet(

@@ -234,8 +234,8 @@ void ResultList::rebuild()
         clear();
     }
     m_rows.clear();
-    for (const Group group : qAsConst(m_groups)) {
-        const int heading = m_rows.size();
+    for (const Group group : std::as_const(m_groups)) {
+        const auto heading = m_rows.size();
         for (const AnyPlace &place : m_found.value(group).places) {
             const auto isIt = [&](const AnyPlace &other) { return other && isSame(*other, *place); };
             if (std::any_of(m_rows.begin(), m_rows.end(), isIt))

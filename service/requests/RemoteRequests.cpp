@@ -171,7 +171,7 @@ ReturnCode Service::addRemoteData(const AuxiliaryQuery &query, const Place *plac
 Service::Outcome Service::getProviders(Request &, Encoder &reply)
 {
     const QList<Provider> providers = m_shared.providers.descriptions();
-    reply.encode(providers.size());
+    reply.encodeCount(providers.size());
     for (const Provider &provider : providers)
         reply.encodeProvider(provider);
     return ReturnCode::Success;

@@ -183,6 +183,14 @@ void withOption(const char *option, const Work &work)
     }
 }
 
+/// Throws an error when this build cannot read vCards, or the folder cannot be read.
+void requireContacts(const std::string &folder)
+{
+    if (const QString problem = ContactBook::missingSupport(); !problem.isEmpty())
+        throw std::runtime_error("--contacts: " + problem.toStdString());
+    withOption("--contacts", [&] { requireReadableFolder(folder); });
+}
+
 void serve(Settings settings, const std::string &ppsRoot, const Sources &sources)
 {
     // Lock first: sockets and the session key may belong to another service.
@@ -337,7 +345,7 @@ int run(int argc, char **argv, Settings settings)
         if (namedGazetteer->count() > 0)
             withOption("--gazetteer", [&] { std::for_each(gazetteer.begin(), gazetteer.end(), requireReadableFile); });
         if (!contacts.empty())
-            withOption("--contacts", [&] { requireReadableFolder(contacts); });
+            requireContacts(contacts);
         Sources sources;
         if (!gazetteer.empty()) {
             auto provider = std::make_unique<Gazetteer>(gazetteer, settings.database + "-gazetteer");

@@ -3,8 +3,8 @@
 #include "sources/ContactBook.h"
 
 #include "formats/Input.h"
-#include "formats/VCard.h"
 #include "formats/VCardFile.h"
+#include "formats/VCardReader.h"
 #include "Limits.h"
 #include "Log.h"
 #include "model/PlacePrivate.h"
@@ -97,6 +97,11 @@ ContactBook::ContactBook(std::string folder, Gazetteer *gazetteer)
 ContactBook::~ContactBook()
 {
     m_stopping = true;
+}
+
+QString ContactBook::missingSupport()
+{
+    return formats::missingVCardSupport();
 }
 
 void ContactBook::reread()
@@ -275,7 +280,7 @@ ContactBook::File ContactBook::readFile(const fs::directory_entry &entry)
     int number = 0;
     Faults faults;
     const auto take = [&](const formats::CardText &card) {
-        const formats::VCard contact(card.text);
+        const Contact contact(card.text);
         // The id of a card without a UID is its file and position.
         const QByteArray key = contact.uid().isEmpty()
                                    ? QByteArray(entry.path().filename().c_str()) + '#' + QByteArray::number(number)
@@ -285,8 +290,8 @@ ContactBook::File ContactBook::readFile(const fs::directory_entry &entry)
         faults.leftOut += card.leftOut;
         if (contact.name().isEmpty())
             ++faults.unusable;
-        for (const FoundPlace &place : placesOf(contact, idFor(key), geocode))
-            file.entries.push_back(entryFor(place, isRoom(contact)));
+        for (const FoundPlace &place : contact.places(idFor(key), geocode))
+            file.entries.push_back(entryFor(place, contact.isRoom()));
         return true;
     };
     formats::Input cards(QString::fromLocal8Bit(entry.path().c_str()));

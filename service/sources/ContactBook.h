@@ -31,6 +31,8 @@ public:
     /// book.
     ContactBook(std::string folder, Gazetteer *gazetteer);
     ~ContactBook();
+    /// Why this build cannot read contacts; empty when it can.
+    static QString missingSupport();
     ContactBook(const ContactBook &) = delete;
     ContactBook &operator=(const ContactBook &) = delete;
 

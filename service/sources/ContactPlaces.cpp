@@ -75,6 +75,11 @@ QString localPath(const KContacts::Picture &picture)
     return picture.isIntern() ? QString() : QUrl(picture.url()).toLocalFile();
 }
 
+bool isRoomCard(const VCard &card)
+{
+    return card.contact().kind().compare(QLatin1String("location"), Qt::CaseInsensitive) == 0;
+}
+
 AuxiliaryData recordOf(const VCard &card, int id, int number)
 {
     const Addressee &contact = card.contact();
@@ -108,7 +113,7 @@ AuxiliaryData recordOf(const VCard &card, int id, int number)
     record.addProperty(QStringLiteral("contactId"), QString::number(id));
     if (!card.note().isEmpty())
         record.addProperty(QStringLiteral("notes"), card.note());
-    if (isRoom(card))
+    if (isRoomCard(card))
         record.addProperty(QStringLiteral("kind"), QStringLiteral("room"));
     return record;
 }
@@ -142,28 +147,39 @@ Location completed(Location location, const Geocode &geocode)
 
 } // namespace
 
-QString contactExternalId(int account, int contact, int number)
+Contact::Contact(const QByteArray &card)
+    : m_card(std::make_unique<const VCard>(card))
+{}
+
+Contact::~Contact() = default;
+
+QString Contact::name() const
 {
-    return QStringLiteral("%1,%2,%3").arg(account).arg(contact).arg(number);
+    return m_card->name();
 }
 
-bool isRoom(const VCard &card)
+QString Contact::uid() const
 {
-    return card.contact().kind().compare(QLatin1String("location"), Qt::CaseInsensitive) == 0;
+    return m_card->uid();
 }
 
-std::vector<FoundPlace> placesOf(const VCard &card, int id, const Geocode &geocode)
+bool Contact::isRoom() const
+{
+    return isRoomCard(*m_card);
+}
+
+std::vector<FoundPlace> Contact::places(int id, const Geocode &geocode) const
 {
     std::vector<FoundPlace> places;
-    if (card.name().isEmpty())
+    if (name().isEmpty())
         return places;
     std::array<int, ADDRESS_KINDS> numbers = {static_cast<int>(CardAddressKind::Home),
                                               static_cast<int>(CardAddressKind::Work),
                                               static_cast<int>(CardAddressKind::Other)};
-    const auto used = card.addresses().mid(0, limits::CONTACT_ADDRESSES);
+    const auto used = m_card->addresses().mid(0, limits::CONTACT_ADDRESSES);
     for (const formats::CardAddress &each : used) {
         int &number = numbers[static_cast<std::size_t>(each.kind) - 1];
-        places.push_back(placeOf(card, id, each.kind, number, completed(each.location, geocode)));
+        places.push_back(placeOf(*m_card, id, each.kind, number, completed(each.location, geocode)));
         number += ADDRESS_KINDS;
     }
     return places;

@@ -106,11 +106,11 @@ AuxiliaryData gatherDetails(PlacePrivate &place, const QString &substituteId)
 {
     auto &records = place.m_auxiliaryData;
     AuxiliaryData poi(AuxiliaryData::TypePointOfInterest);
-    for (const AuxiliaryData &record : qAsConst(records)) {
+    for (const AuxiliaryData &record : std::as_const(records)) {
         if (record.type() == AuxiliaryData::TypePointOfInterest)
             poi = record;
     }
-    for (const AuxiliaryData &record : qAsConst(records)) {
+    for (const AuxiliaryData &record : std::as_const(records)) {
         const QMap<QString, QString> members = record.properties();
         for (auto member = members.begin(); member != members.end(); ++member) {
             const bool isForeign = record.type() == QLatin1String(formats::vocabulary::FOREIGN_PROPERTIES);
@@ -463,11 +463,12 @@ ProviderAnswer Gazetteer::search(const ProviderSearch &search)
         ProviderSearch rest = search;
         if (suggests) {
             const QStringList found = categories(connection.database, typed);
+            const int count = static_cast<int>(found.size());
             const auto page = found.mid(search.position, search.count);
             for (const QString &category : page)
                 answer.places.push_back(suggestCategory(category));
-            answer.hasMore = search.position + search.count < found.size();
-            rest.position = std::max(0, search.position - found.size());
+            answer.hasMore = search.position + search.count < count;
+            rest.position = std::max(0, search.position - count);
             rest.count = search.count - static_cast<int>(answer.places.size());
         }
         if (search.kind != SearchKind::CategorySuggestion && !answer.hasMore)

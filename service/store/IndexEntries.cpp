@@ -86,9 +86,9 @@ QString textKeyOf(const PlacePrivate &place)
             texts.append(PointOfInterestAuxiliaryData(record).category());
     }
     texts.removeDuplicates();
-    int left = SEARCHED_IN_ALL;
+    QString::size_type left = SEARCHED_IN_ALL;
     for (QString &text : texts) {
-        text.truncate(std::min(SEARCHED_LENGTH, left));
+        text.truncate(std::min<QString::size_type>(SEARCHED_LENGTH, left));
         left -= text.size();
     }
     return indexKey(texts);

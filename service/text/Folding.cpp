@@ -24,7 +24,7 @@ constexpr int MARKS_IN_A_ROW = 30;
 /// Drops excess marks of a run; no language has so many.
 icu::UnicodeString toIcu(const QString &text)
 {
-    const icu::UnicodeString all(reinterpret_cast<const char16_t *>(text.utf16()), text.size());
+    const icu::UnicodeString all(reinterpret_cast<const char16_t *>(text.utf16()), static_cast<int32_t>(text.size()));
     icu::UnicodeString bounded;
     int marks = 0;
     for (int32_t i = 0; i < all.length(); i = all.moveIndex32(i, 1)) {

@@ -344,7 +344,7 @@ QList<PlaceType *> PlaceManagerPrivate::find(const Query &query, Error::Type *er
         [&](auto &answer) { return answer.decodeFindPlaces(found, handle); });
     if (outcome == Error::Success && handle) {
         SearchHandlePrivate &state = *SearchHandlePrivate::privateFromPublic(handle);
-        state.setIndexBehind(query.offset, HEADER_ONLY ? query.limit : found.size());
+        state.setIndexBehind(query.offset, HEADER_ONLY ? query.limit : static_cast<int>(found.size()));
         state.setSearchRule(rule);
         state.setSortRule(query.sort);
         state.setHeaderOnly(HEADER_ONLY);

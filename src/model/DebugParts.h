@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QtCore/QDebug>
+#include <QtCore/QLocale>
 #include <QtCore/QMetaEnum>
 
 namespace vela::platform::places
@@ -49,7 +50,7 @@ public:
         return *this;
     }
     /// Adds a count with its noun, "1 record" or "2 records"; nothing for 0.
-    DebugParts &addCount(int count, const char *singular)
+    DebugParts &addCount(qint64 count, const char *singular)
     {
         if (count != 0)
             separate() << count << ' ' << singular << (count == 1 ? "" : "s");

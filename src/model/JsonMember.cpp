@@ -2,8 +2,6 @@
 
 #include "model/JsonMember.h"
 
-#include <QtCore/QTextCodec>
-
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -26,9 +24,9 @@ QString Decoder::text(const char *bytes) const
 {
     if (texts == PlaceJson::Texts::Latin1)
         return QString::fromLatin1(bytes);
-    // QString::fromUtf8() would drop a byte order mark, which is a character of the text here.
-    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-    return QTextCodec::codecForName("UTF-8")->toUnicode(bytes, static_cast<int>(std::strlen(bytes)), &state);
+    // fromUtf8() drops a byte order mark, which is a character of the text here.
+    const bool isMarked = std::strncmp(bytes, BYTE_ORDER_MARK, std::strlen(BYTE_ORDER_MARK)) == 0;
+    return (isMarked ? QString(QChar::ByteOrderMark) : QString()) + QString::fromUtf8(bytes);
 }
 
 void write(pps_encoder_t &encoder, const char *name, const QString &text)

@@ -15,6 +15,9 @@ QByteArray toEightBit(const QString &text);
 /// The text in UTF-8. The null character and surrogates without their pair become "?".
 QByteArray toUtf8(const QString &text);
 
+/// The byte order mark in UTF-8.
+constexpr char BYTE_ORDER_MARK[] = "\xEF\xBB\xBF";
+
 /// A decoder and the encoding of its texts.
 struct Decoder
 {

@@ -316,7 +316,7 @@ bool Place::hasTag(const QString &tag) const
 
 int Place::tagCount() const
 {
-    return privatePart()->tags().size();
+    return static_cast<int>(privatePart()->tags().size());
 }
 
 QString Place::tag(int index) const
@@ -361,7 +361,7 @@ bool Place::removeLocation(const Location &location)
 
 int Place::locationCount() const
 {
-    return privatePart()->locations().size();
+    return static_cast<int>(privatePart()->locations().size());
 }
 
 Location Place::location(int index) const
@@ -391,7 +391,7 @@ bool Place::removeAuxiliaryData(const AuxiliaryData &data)
 
 int Place::auxiliaryDataCount() const
 {
-    return privatePart()->auxiliaryData().size();
+    return static_cast<int>(privatePart()->auxiliaryData().size());
 }
 
 AuxiliaryData Place::auxiliaryData(int index) const

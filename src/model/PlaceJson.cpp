@@ -5,8 +5,6 @@
 #include "model/AbstractPlacePrivate.h"
 #include "model/JsonMember.h"
 
-#include <QtCore/QTextCodec>
-
 #include <algorithm>
 #include <cctype>
 #include <new>
@@ -23,9 +21,9 @@ using Refusal = QString;
 /// Decodes UTF-8; a byte order mark is skipped.
 Refusal decodeUtf8(const QByteArray &bytes, QString &text)
 {
-    QTextCodec::ConverterState state;
-    text = QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
-    if (state.invalidChars != 0 || state.remainingChars != 0)
+    text = QString::fromUtf8(bytes.constData(), bytes.size());
+    // fromUtf8() replaces invalid bytes, so a text with such bytes differs.
+    if (text.toUtf8() != bytes.mid(bytes.startsWith(json::BYTE_ORDER_MARK) ? 3 : 0))
         return QStringLiteral("The document is not UTF-8 text.");
     if (text.contains(QChar::Null))
         return QStringLiteral("The document is not JSON: it has a null character in it.");
@@ -38,10 +36,10 @@ constexpr int ESCAPE_LENGTH = 6;
 /// The UTF-16 unit of the escape at `position`; -1 when there is no escape.
 int escapedUnit(const QString &text, int position)
 {
-    const QStringRef escape = text.midRef(position, ESCAPE_LENGTH);
+    const QString escape = text.mid(position, ESCAPE_LENGTH);
     if (escape.size() != ESCAPE_LENGTH || escape[1] != QLatin1Char('u'))
         return -1;
-    const QStringRef digits = escape.mid(2);
+    const QString digits = escape.mid(2);
     const auto isHex = [](QChar digit) { return digit.unicode() < 0x80 && std::isxdigit(digit.unicode()); };
     return std::all_of(digits.begin(), digits.end(), isHex) ? digits.toInt(nullptr, 16) : -1;
 }
@@ -62,7 +60,7 @@ QString withoutWideEscapes(const QString &document)
             text += unit ? QChar(unit) : QLatin1Char('?');
             i += ESCAPE_LENGTH - 1;
         } else {
-            text += document.midRef(i, 2);
+            text += document.mid(i, 2);
             ++i;
         }
     }

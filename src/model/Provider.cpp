@@ -57,7 +57,8 @@ bool operator!=(const Provider &left, const Provider &right)
 
 unsigned int qHash(const Provider &provider)
 {
-    return (::qHash(provider.name()) + 119U) * 17U + ::qHash(provider.url().toString());
+    const auto hash = [](const QString &text) { return static_cast<unsigned int>(::qHash(text)); };
+    return (hash(provider.name()) + 119U) * 17U + hash(provider.url().toString());
 }
 
 QDebug operator<<(QDebug debug, const Provider &provider)

@@ -246,7 +246,7 @@ bool PlacesAPIEncoder::encodePlaceLocations(const Place &place)
 {
     const QList<Location> &locations = PlacePrivate::privateFromPublic(&place)->locations();
     // The count includes empty locations, which are not written; the service expects that.
-    return encode(locations.size())
+    return encodeCount(locations.size())
         && std::all_of(locations.begin(), locations.end(), [this](const Location &location) {
                return LocationPrivate::privateFromPublic(&location)->isUnset() || encodeLocation(location);
            });
@@ -308,7 +308,7 @@ bool PlacesAPIEncoder::encodePlaceAuxiliaryData(const Place &place)
 
 bool PlacesAPIEncoder::encodeAuxiliaryDataList(const QList<AuxiliaryData> &list)
 {
-    return encode(list.size())
+    return encodeCount(list.size())
         && std::all_of(list.begin(), list.end(), [this](const auto &data) { return encodeAuxiliaryDatum(data); });
 }
 
@@ -334,7 +334,7 @@ bool PlacesAPIEncoder::encodeProvider(const Provider &provider)
 
 bool PlacesAPIEncoder::encodePlaceProperties(const QMap<QString, QString> &properties)
 {
-    if (!encode(properties.size()))
+    if (!encodeCount(properties.size()))
         return false;
     for (auto property = properties.begin(); property != properties.end(); ++property) {
         if (!encodeQStringPair(property.key(), property.value()))
@@ -362,7 +362,7 @@ bool PlacesAPIEncoder::encodePlaceId(const PlaceId &id)
         && encodeQStringList(id.auxiliaryDataTypes)
         && encode(id.complete)
         && encode(id.restaurant)
-        && encode(static_cast<int>(externalIds.size()))
+        && encodeCount(externalIds.size())
         && std::all_of(externalIds.begin(), externalIds.end(), [this](const Entry &entry) {
                return encodeProvider(entry.first) && encodeQString(entry.second);
            });
@@ -376,7 +376,7 @@ bool PlacesAPIEncoder::encodeTag(long long id, const std::string &tag)
 
 bool PlacesAPIEncoder::encodeQStringList(const QStringList &list)
 {
-    return encode(list.size())
+    return encodeCount(list.size())
         && std::all_of(list.begin(), list.end(), [this](const QString &text) { return encodeQString(text); });
 }
 
@@ -446,7 +446,7 @@ bool PlacesAPIEncoder::encodeConnectiveRule(SearchRuleKind kind, const Connectiv
 {
     const auto members = rule.getRules();
     return encodeSingleSearchRule(kind, 0, rule.getOperator(), {}, {}, 0)
-        && encode(static_cast<int>(members.size()))
+        && encodeCount(members.size())
         && std::all_of(members.begin(), members.end(), [this](const auto *member) { return encodeSearchRule(member); });
 }
 
@@ -468,7 +468,7 @@ bool PlacesAPIEncoder::encodeSortRule(const SortRulePrivate *rule)
     if (const auto *combined = dynamic_cast<const CombinedSortRule *>(rule)) {
         const auto members = combined->getRules();
         return encodeSingleSortRule(SortRuleKind::Combined, SortOrder::Ascending, 0)
-            && encode(static_cast<int>(members.size()))
+            && encodeCount(members.size())
             && std::all_of(members.begin(), members.end(),
                            [this](const auto *member) { return encodeSortRule(member); });
     }

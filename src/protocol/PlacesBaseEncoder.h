@@ -54,6 +54,13 @@ public:
         return true;
     }
 
+    /// The number of entries of a list: 4 bytes, however wide the list counts.
+    template <typename T>
+    bool encodeCount(T count)
+    {
+        return encode(static_cast<int>(count));
+    }
+
     bool encodeCharArray(const char *bytes, unsigned int size);
     bool encodeString(const std::string &text);
     bool encodeStringPair(const std::string &first, const std::string &second);

@@ -210,7 +210,7 @@ QList<AbstractPlace *> Protocol::findPage(SearchHandle &handle, int offset, int 
         },
         [&](auto &answer) { return answer.decodeFindPlaces(found, &handle); });
     if (error == Error::Success)
-        state.setIndexBehind(offset, found.size());
+        state.setIndexBehind(offset, static_cast<int>(found.size()));
     return found;
 }
 

@@ -105,7 +105,7 @@ public:
         m_ordered = ordered;
         m_finishEnd = Clock::now() + time;
         WorkerThreads::close();
-        return std::exchange(m_ordered, {}).size();
+        return static_cast<int>(std::exchange(m_ordered, {}).size());
     }
 
 private:

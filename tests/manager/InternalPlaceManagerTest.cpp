@@ -48,7 +48,7 @@ TEST_F(InternalPlaceManagerTest, EveryFindSendsItsRuleAndSetsWhereTheNextPageSta
     const SearchRule named = SearchRule::createNameRule(SearchOperator::StartsWith, term);
     const SearchRule adjusted = ruleOf(disjoint(Rules::createNameRule(SearchOperator::StartsWith, term)));
     const auto release = [](const auto &found) {
-        const int count = found.size();
+        const auto count = found.size();
         qDeleteAll(found);
         return count;
     };

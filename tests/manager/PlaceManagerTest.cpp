@@ -468,7 +468,7 @@ TEST_F(PlaceManagerTest, EquivalentPlacesHaveTheNameAndStandWithinTheRadius)
     };
     const auto found = [this](const Place &place, int radius) {
         const QList<PlaceHeader *> places = manager.findEquivalentPlaces(&place, &error, radius);
-        const int count = places.size();
+        const auto count = places.size();
         qDeleteAll(places);
         return count;
     };

@@ -217,7 +217,7 @@ TEST_F(RepairTest, PlacesOnSoundPagesNeedNoOtherPage)
 {
     const int wanted = qEnvironmentVariableIsSet("PLACES_ROUNDS") ? qEnvironmentVariableIntValue("PLACES_ROUNDS") : 12;
     const QByteArray sound = bytesOf(path("sound.db"));
-    const int count = sound.size() / PAGE;
+    const auto count = sound.size() / PAGE;
     for (int round = 0; round < wanted && !HasFailure(); ++round) {
         SCOPED_TRACE(round);
         random.seed(static_cast<unsigned>(round));
@@ -235,7 +235,7 @@ TEST_F(RepairTest, PlacesOnSoundPagesNeedNoOtherPage)
             pages.push_back(page);
         }
         if (random() % 4 == 0) {
-            const int left = count - static_cast<int>(random() % 60);
+            const int left = static_cast<int>(count) - static_cast<int>(random() % 60);
             damaged.truncate(left * PAGE - static_cast<int>(random() % PAGE));
             for (int page = left; page <= count; ++page)
                 pages.push_back(page);

@@ -18,13 +18,15 @@ public:
     /// Handles events long enough to detect one that must not happen.
     static void runOut() { QTest::qWait(60); }
 
-    /// Waits for an event without handling it. False after 20 seconds.
+#if QT_VERSION_MAJOR < 6
+    /// Waits for an event without handling it. False after 20 seconds. Qt 6 has no function for it.
     static bool awaitEvent()
     {
         for (int i = 0; i < 20000 && !QAbstractEventDispatcher::instance()->hasPendingEvents(); ++i)
             QTest::qSleep(1);
         return QAbstractEventDispatcher::instance()->hasPendingEvents();
     }
+#endif
 
     /// Number of threads of this process.
     static int threads()
@@ -33,7 +35,10 @@ public:
             QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size());
     }
     /// Number of managers that a test creates and destroys to find rare races: PLACES_MANAGERS, at least 500.
-    static int managers() { return std::max(500, qEnvironmentVariableIntValue("PLACES_MANAGERS")); }
+    static int managers()
+    {
+        return std::max(500, qEnvironmentVariableIntValue("PLACES_MANAGERS"));
+    }
 
 private:
     int m_argumentCount = 1;

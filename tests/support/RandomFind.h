@@ -167,7 +167,8 @@ private:
         const bool isName = TEXTS.count(field) == 0 || oneIn(4);
         const QString own = oneIn(3) ? of(TERMS) : oneIn(2) ? name() : of(WORDS);
         const QVector<uint> text = (isName ? own : of(TEXTS.at(field))).toUcs4();
-        rule.text = QString::fromUcs4(text.constData(), oneIn(3) ? below(text.size() + 1) : text.size());
+        rule.text =
+            QString::fromUcs4(text.constData(), oneIn(3) ? below(static_cast<int>(text.size()) + 1) : text.size());
         return sourceKindOf(rule) != SourceKind::None && --m_sources < 0 ? leaf(of(FIELDS)) : rule;
     }
 
@@ -214,7 +215,7 @@ public:
     {
         std::vector<FoundPlace> found;
         for (uint i = 0; i < 250; ++i) {
-            const uint number = (i * 7 + qHash(term)) % 250;
+            const uint number = (i * 7 + static_cast<uint>(qHash(term))) % 250;
             if (qHash(term) % 4 == 0 || qHash(term, number) / 16 % 8 == 0)
                 found.push_back(m_places[number]);
         }

@@ -171,7 +171,7 @@ TEST(CompressedTest, DamageIsReported)
         EXPECT_NE(read(file.left(file.size() / 2)).problem, "") << ending;
         // Zstandard writes no checksum.
         if (ending != std::string("zst")) {
-            EXPECT_NE(read(changed(file, file.size() / 2)).problem, "") << ending;
+            EXPECT_NE(read(changed(file, static_cast<int>(file.size() / 2))).problem, "") << ending;
         }
         EXPECT_NE(read(file.left(30)).problem, "") << ending;
     }

@@ -307,7 +307,7 @@ Table documented()
     Table table;
     bool inTable = false;
     for (const QByteArray &line : file.readAll().split('\n')) {
-        const int end = line.indexOf(" |", 2);
+        const auto end = line.indexOf(" |", 2);
         if (inTable && line.startsWith("| ") && end > 0)
             table[line.mid(2, end - 2).toStdString()] = line.mid(end + 2).toStdString();
         inTable = line == head || (inTable && line.startsWith('|'));

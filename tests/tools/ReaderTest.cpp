@@ -218,7 +218,7 @@ TEST(Input, ReadsAFileAndReportsProblems)
     const auto openFiles = [] {
         return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::Files | QDir::System).size();
     };
-    const int before = openFiles();
+    const auto before = openFiles();
     {
         formats::Input input(path);
         EXPECT_EQ(input.problem(), QString());

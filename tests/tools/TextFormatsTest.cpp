@@ -235,9 +235,9 @@ TEST(TextFormatsTest, ElementsComeInTheOrderOfTheSchema)
         while (!xml.atEnd()) {
             if (xml.readNext() == QXmlStreamReader::StartElement) {
                 if (path.last() == QLatin1String(row.parent)) {
-                    const int position = row.order.indexOf(xml.name().toString());
+                    const auto position = row.order.indexOf(xml.name().toString());
                     EXPECT_GE(position, last.last()) << bytes.constData();
-                    last.last() = position;
+                    last.last() = static_cast<int>(position);
                 }
                 path.append(xml.name().toString());
                 last.append(-1);

@@ -235,7 +235,7 @@ TEST(VCardTest, EveryPlaceIsRestoredWithTheChangesOfOtherPrograms)
     // Another program adds an id, a telephone number and a second address, changes the first address, and does not move
     // the place.
     written.replace("VERSION:4.0\r\n", "VERSION:4.0\r\nUID:book\r\n");
-    const int address = written.indexOf("\r\nADR;") + 2;
+    const auto address = written.indexOf("\r\nADR;") + 2;
     written.replace(address, written.indexOf("GEO:") - address,
                     "TEL:+1\r\nBDAY:19700101\r\nADR;TYPE=work:;;Street 8;;;;\r\nADR:;;Second;;;;\r\n");
     read = readFile(written);

@@ -2,8 +2,9 @@
 
 #include "Editor.h"
 
+#include "ChildProcess.h"
+
 #include <QtCore/QFile>
-#include <QtCore/QProcess>
 
 #include <csignal>
 
@@ -13,16 +14,12 @@ namespace tool
 namespace
 {
 
-/// A process with the default actions for SIGINT and SIGQUIT, which this process ignores meanwhile.
-class EditorProcess : public QProcess
+/// Gives the editor the default actions for SIGINT and SIGQUIT, which this process ignores meanwhile.
+void restoreSignals()
 {
-protected:
-    void setupChildProcess() override
-    {
-        std::signal(SIGINT, SIG_DFL);
-        std::signal(SIGQUIT, SIG_DFL);
-    }
-};
+    std::signal(SIGINT, SIG_DFL);
+    std::signal(SIGQUIT, SIG_DFL);
+}
 
 /// Ignores a signal while the object exists.
 class IgnoredSignal
@@ -81,7 +78,7 @@ QString Editor::run() const
     const IgnoredSignal interrupt(SIGINT);
     const IgnoredSignal quit(SIGQUIT);
     const QString command = editorCommand();
-    EditorProcess process;
+    ChildProcess process(restoreSignals);
     process.setProcessChannelMode(QProcess::ForwardedChannels);
     process.setInputChannelMode(QProcess::ForwardedInputChannel);
     process.start(QStringLiteral("/bin/sh"),

@@ -39,7 +39,7 @@ QMap<QString, QString> columnsOf(const std::vector<std::string> &assignments)
     QMap<QString, QString> columns;
     const QStringList list = texts(assignments);
     for (const QString &assignment : list) {
-        const int sign = assignment.lastIndexOf(QLatin1Char('='));
+        const auto sign = assignment.lastIndexOf(QLatin1Char('='));
         columns.insert(assignment.left(sign), assignment.mid(sign + 1));
     }
     return columns;

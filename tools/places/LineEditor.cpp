@@ -60,7 +60,7 @@ void LineEditor::eraseRight()
 
 void LineEditor::eraseWord()
 {
-    int start = m_cursor;
+    auto start = m_cursor;
     while (start > 0 && m_text[start - 1] == QLatin1Char(' '))
         --start;
     while (start > 0 && m_text[start - 1] != QLatin1Char(' '))
@@ -76,46 +76,46 @@ void LineEditor::eraseToStart()
 LineEditor::View LineEditor::view(int columns)
 {
     const QString shown = printable(m_text);
-    const auto width = [&](int from, int to) { return columnsOf(shown.mid(from, to - from)); };
+    const auto width = [&](Index from, Index to) { return columnsOf(shown.mid(from, to - from)); };
     m_first = boundaryBefore(std::min(m_first, m_cursor) + 1);
     // Scroll back to the left while the text fits.
-    for (int before = boundaryBefore(m_first); m_first > 0 && width(before, shown.size()) < columns;
+    for (auto before = boundaryBefore(m_first); m_first > 0 && width(before, shown.size()) < columns;
          before = boundaryBefore(m_first))
         m_first = before;
     int column = width(m_first, m_cursor);
     while (m_first < m_cursor && column >= columns) {
-        const int next = boundaryBehind(m_first);
+        const auto next = boundaryBehind(m_first);
         column -= width(m_first, next);
         m_first = next;
     }
-    int end = m_cursor;
-    for (int next = boundaryBehind(end); next > end && width(m_first, next) <= columns; next = boundaryBehind(end))
+    auto end = m_cursor;
+    for (auto next = boundaryBehind(end); next > end && width(m_first, next) <= columns; next = boundaryBehind(end))
         end = next;
     return {shown.mid(m_first, end - m_first), column};
 }
 
-int LineEditor::boundaryBefore(int index) const
+LineEditor::Index LineEditor::boundaryBefore(Index index) const
 {
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, m_text);
     finder.setPosition(std::min(index, m_text.size()));
-    return std::max(0, finder.toPreviousBoundary());
+    return std::max<Index>(0, finder.toPreviousBoundary());
 }
 
-int LineEditor::boundaryBehind(int index) const
+LineEditor::Index LineEditor::boundaryBehind(Index index) const
 {
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, m_text);
     finder.setPosition(index);
-    const int next = finder.toNextBoundary();
+    const auto next = finder.toNextBoundary();
     return next < 0 ? m_text.size() : next;
 }
 
-void LineEditor::eraseBack(int start)
+void LineEditor::eraseBack(Index start)
 {
     m_text.remove(start, m_cursor - start);
     putCursor(start);
 }
 
-void LineEditor::putCursor(int index)
+void LineEditor::putCursor(Index index)
 {
     m_cursor = index == 0 ? 0 : boundaryBehind(boundaryBefore(index));
 }

@@ -38,17 +38,19 @@ public:
     View view(int columns);
 
 private:
+    using Index = QString::size_type;
+
     // The next boundary before or after an index; the start or the end of the line when there is none.
-    [[nodiscard]] int boundaryBefore(int index) const;
-    [[nodiscard]] int boundaryBehind(int index) const;
-    void eraseBack(int start);
+    [[nodiscard]] Index boundaryBefore(Index index) const;
+    [[nodiscard]] Index boundaryBehind(Index index) const;
+    void eraseBack(Index start);
     /// Moves the cursor to an index, or to the end of the cluster there: a change may merge the characters on both
     /// sides of it.
-    void putCursor(int index);
+    void putCursor(Index index);
 
     QString m_text;
-    int m_cursor;
-    int m_first = 0; ///< Index of the first visible character.
+    Index m_cursor;
+    Index m_first = 0; ///< Index of the first visible character.
 };
 
 } // namespace tool

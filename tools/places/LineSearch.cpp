@@ -59,7 +59,7 @@ void LineSearch::takeInput()
 
 void LineSearch::takeLines()
 {
-    for (int end = m_input.indexOf('\n'); !m_search.isSearching() && !m_isOver; end = m_input.indexOf('\n')) {
+    for (auto end = m_input.indexOf('\n'); !m_search.isSearching() && !m_isOver; end = m_input.indexOf('\n')) {
         if (end < 0 && m_input.size() > LONGEST_LINE)
             end = m_input.size();
         if (end < 0)
@@ -109,7 +109,7 @@ void LineSearch::list()
     RowFormat format{m_search.options().centre, terminalColumns(::fileno(m_output)), false, 1};
     for (const ResultList::Group &group : m_search.results().groups()) {
         const QStringList rows = rowsOf(placesOf(group.result), format);
-        format.firstNumber += rows.size();
+        format.firstNumber += static_cast<int>(rows.size());
         if (!rows.isEmpty() || group.error != Error::Success)
             std::fprintf(m_output, "%s\n", qUtf8Printable(titleOf(group.result)));
         if (group.error != Error::Success)

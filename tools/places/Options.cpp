@@ -62,9 +62,11 @@ std::optional<double> parseLength(const std::string &length)
     static const QRegularExpression LENGTH(QStringLiteral(R"(\A([0-9]+(?:\.[0-9]+)?)\s*(m|km)?\z)"),
                                            QRegularExpression::CaseInsensitiveOption);
     const QRegularExpressionMatch match = LENGTH.match(text(length));
-    if (!match.hasMatch())
+    bool isNumber = false;
+    const double number = match.captured(1).toDouble(&isNumber);
+    if (!isNumber)
         return std::nullopt;
-    return match.captured(1).toDouble() * (match.captured(2).size() == 2 ? 1000 : 1);
+    return number * (match.captured(2).size() == 2 ? 1000 : 1);
 }
 
 std::string positionProblem(const std::string &argument)

@@ -107,7 +107,7 @@ Error::Type PlaceChoice::forEach(const std::optional<SortRule> &sort, const Visi
         }
         if (!handle.hasMoreData() || page.isEmpty())
             return error;
-        offset += page.size();
+        offset += static_cast<int>(page.size());
     }
 }
 

@@ -163,7 +163,7 @@ void PlaceContent::applyTo(Place &place) const
     while (place.auxiliaryDataCount() > 0)
         place.removeAuxiliaryData(0);
     for (const AuxiliaryData &data : records) {
-        const int known = before.records.indexOf(data);
+        const auto known = before.records.indexOf(data);
         place.addAuxiliaryData(known < 0 ? data : before.records[known]);
     }
 }

@@ -208,7 +208,7 @@ QStringList rowsOf(const PlaceList &places, const RowFormat &format)
     const int names = isLimited ? nameWidth(rows, room) : NAME_WIDTH;
     const int where = isLimited ? std::min(room - names, widestWhere(rows)) : widestWhere(rows);
     QStringList texts;
-    for (const Row &row : qAsConst(rows)) {
+    for (const Row &row : std::as_const(rows)) {
         QString text = cell(row.lead, lead) + cell(row.name, names) + QLatin1Char(' ');
         text += cell(row.whereText(), where);
         if (points > 0)

@@ -127,13 +127,13 @@ bool unescape(QChar letter, QString &text)
 QString PlaceTemplate::parse(const QString &text, PlaceTemplate &result)
 {
     QVector<Part> parts{Part()};
-    for (int i = 0; i < text.size(); ++i) {
+    for (QString::size_type i = 0; i < text.size(); ++i) {
         if (text[i] == QLatin1Char('\\')) {
             if (++i == text.size() || !unescape(text[i], parts.last().text))
                 return QStringLiteral("unknown escape \"%1\"; there are \\t, \\n, \\\\, \\{ and \\}")
                     .arg(text.mid(i - 1, 2));
         } else if (text[i] == QLatin1Char('{')) {
-            const int end = text.indexOf(QLatin1Char('}'), i);
+            const auto end = text.indexOf(QLatin1Char('}'), i);
             if (end < 0)
                 return QStringLiteral("a \"{\" without its \"}\"; \\{ is the character itself");
             const QString name = text.mid(i + 1, end - i - 1);

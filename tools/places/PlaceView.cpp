@@ -48,7 +48,7 @@ public:
         if (value.isEmpty())
             return;
         QString lead = printable(name);
-        const int width = std::max(columnsOf(lead) + 1, NAME_WIDTH - m_indent.size());
+        const int width = std::max(columnsOf(lead) + 1, NAME_WIDTH - static_cast<int>(m_indent.size()));
         lead = cell(lead, width);
         const QStringList lines = value.split(QLatin1Char('\n'));
         for (const QString &line : lines) {

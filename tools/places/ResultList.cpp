@@ -14,7 +14,7 @@ void ResultList::startSearch(const QList<SearchResultGroup::Type> &groups)
     QVector<Group> next;
     for (const SearchResultGroup::Type group : groups) {
         next.append({group, {}, Error::Success, false});
-        for (const Group &before : qAsConst(m_groups)) {
+        for (const Group &before : std::as_const(m_groups)) {
             if (before.group == group)
                 next.last() = before;
         }

@@ -184,7 +184,6 @@ Screen::Screen()
     m_output = output;
     descriptor = ::fileno(output);
     previousTerminate = std::set_terminate(restoreAndTerminate);
-    m_decoder.reset(QTextCodec::codecForName("UTF-8")->makeDecoder(QTextCodec::IgnoreHeader));
     ::cbreak();
     ::noecho();
     ::nonl();
@@ -253,7 +252,7 @@ std::optional<Key> Screen::keyOf(int code)
         return Key{type, {}};
     // The bytes of a UTF-8 character may arrive separately.
     const char byte = static_cast<char>(code);
-    const QString text = m_decoder->toUnicode(&byte, 1);
+    const QString text = m_decoder.decode(&byte, 1);
     return text.isEmpty() ? std::nullopt : std::make_optional(Key{Key::Text, text});
 }
 

@@ -1,11 +1,11 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "formats/TextDecoder.h"
+
 #include <QtCore/QString>
-#include <QtCore/QTextCodec>
 
 #include <cstdio>
-#include <memory>
 #include <optional>
 
 namespace tool
@@ -93,7 +93,7 @@ private:
     void setPasting(bool isPasting);
 
     std::FILE *m_output = nullptr;
-    std::unique_ptr<QTextDecoder> m_decoder;
+    formats::TextDecoder m_decoder{formats::TextDecoder::Utf8};
     bool m_isPasting = false;
     bool m_isBlankPasted = false; ///< Control characters were pasted; a blank replaces them when text follows.
 };

@@ -81,7 +81,7 @@ private:
             printLine(titleOf(result));
         printRows(places, {m_context.form, m_options.row, m_options.centre}, m_count + 1);
         std::fflush(stdout); // the next group may take long
-        m_count += places.size();
+        m_count += static_cast<int>(places.size());
     }
 
     ExitStatus save()

@@ -274,7 +274,7 @@ private:
         for (int i = 0; i < rows.size(); ++i) {
             const bool isChosen = places[i] == chosen.data();
             if (isChosen)
-                chosenLine = lines.size();
+                chosenLine = static_cast<int>(lines.size());
             const Style style = isChosen ? Style::Chosen : Style::Plain;
             lines.append({rows[i], group.isFresh ? style : Style::Faint});
         }

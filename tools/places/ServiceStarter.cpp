@@ -2,11 +2,11 @@
 
 #include "ServiceStarter.h"
 
+#include "ChildProcess.h"
 #include "Report.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
-#include <QtCore/QProcess>
 #include <QtCore/QStandardPaths>
 #include <QtCore/QTemporaryDir>
 
@@ -27,16 +27,12 @@ constexpr int START_TIMEOUT_MS = 10000;
 constexpr int STOP_TIMEOUT_MS = 10000;
 constexpr int OPEN_FLAGS = 2;
 
-/// A child process that ends with this process, even after a crash, and ignores Ctrl-C on the terminal.
-class ChildProcess : public QProcess
+/// Lets the service end with this process, even after a crash, and ignore Ctrl-C on the terminal.
+void tieToParent()
 {
-protected:
-    void setupChildProcess() override
-    {
-        ::prctl(PR_SET_PDEATHSIG, SIGTERM);
-        ::setpgid(0, 0);
-    }
-};
+    ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+    ::setpgid(0, 0);
+}
 
 /// The program of the service: beside this program, else in the PATH.
 QString serviceProgram()
@@ -87,7 +83,7 @@ bool ServiceStarter::start()
         return false;
     }
     qputenv("VELA_CHANNEL_DIR", QFile::encodeName(m_channelFolder->path()));
-    m_service = std::make_unique<ChildProcess>();
+    m_service = std::make_unique<ChildProcess>(tieToParent);
     m_service->setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_service->start(program, QStringList());
     for (int waited = 0; waited < START_TIMEOUT_MS && m_service->state() != QProcess::NotRunning; waited += 10) {

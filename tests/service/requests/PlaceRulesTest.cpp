@@ -97,8 +97,10 @@ TEST(PlaceRules, EachTextAndListHasALimit)
         }
     }
     const std::function<void(PlacePrivate &, int)> lists[] = {
-        [](PlacePrivate &place, int count) { addMany(place.m_tags, count - place.m_tags.size()); },
-        [](PlacePrivate &place, int count) { addMany(place.m_aliases, count - place.m_aliases.size()); },
+        [](PlacePrivate &place, int count) { addMany(place.m_tags, count - static_cast<int>(place.m_tags.size())); },
+        [](PlacePrivate &place, int count) {
+            addMany(place.m_aliases, count - static_cast<int>(place.m_aliases.size()));
+        },
         [](PlacePrivate &place, int count) {
             while (place.m_locations.size() < count)
                 place.m_locations.append(Location());
@@ -109,8 +111,8 @@ TEST(PlaceRules, EachTextAndListHasALimit)
         },
         [](PlacePrivate &place, int count) {
             QStringList keys;
-            addMany(keys, count - place.m_auxiliaryData[0].properties().size());
-            for (const QString &key : qAsConst(keys))
+            addMany(keys, count - static_cast<int>(place.m_auxiliaryData[0].properties().size()));
+            for (const QString &key : std::as_const(keys))
                 place.m_auxiliaryData[0].addProperty(key, {});
         },
     };

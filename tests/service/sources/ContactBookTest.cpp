@@ -235,7 +235,7 @@ TEST(VCardFile, ValidPartsOfAnInvalidCardAreRead)
         int leftOut = 0;
         int cut = 0;
         EXPECT_TRUE(formats::splitVCards(file, [&](const formats::CardText &one) {
-            taken.push_back(one.text.trimmed().count('\n') + 1);
+            taken.push_back(static_cast<int>(one.text.trimmed().count('\n')) + 1);
             leftOut += one.leftOut;
             cut += one.isCut ? 1 : 0;
             return true;

@@ -48,7 +48,7 @@ public:
     {
         ProviderAnswer answer = obey(externalId);
         if (externalId.startsWith(m_description.name()))
-            answer.places.push_back(place(externalId.rightRef(1).toInt()));
+            answer.places.push_back(place(externalId.right(1).toInt()));
         return answer;
     }
     AuxiliaryAnswer auxiliaryData(const PlaceIdentity &identity, Deadline) override

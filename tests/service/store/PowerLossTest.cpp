@@ -94,7 +94,7 @@ TEST(Store, KeepsAcknowledgedWritesAfterAPowerLoss)
     }
     const QByteArray database = bytesOf(path);
     const QByteArray log = bytesOf(path + QStringLiteral("-wal"));
-    const int frames = (log.size() - HEADER) / FRAME;
+    const auto frames = (log.size() - HEADER) / FRAME;
     ASSERT_GT(frames, 20);
 
     const QString torn = folder.filePath(QStringLiteral("torn.db"));
