@@ -78,8 +78,7 @@ TEST_F(PlaceManagerTest, ANewPlaceTakesItsOwnerItsNameAndAllThatTheServiceMadeOf
 
 TEST_F(PlaceManagerTest, APlaceThatIsStoredButCannotBeFetchedIsStored)
 {
-    Place place;
-    sample::fill(place, -1);
+    sample::FullPlace place(-1);
     channel.answer(MessageType::AddPlace, {i64(42)});
     channel.refuse(MessageType::GetHeaderFromFullPlace, ReturnCode::Busy);
     EXPECT_EQ(manager.addPlace(&place), Error::Success);
@@ -88,12 +87,10 @@ TEST_F(PlaceManagerTest, APlaceThatIsStoredButCannotBeFetchedIsStored)
 
 TEST_F(PlaceManagerTest, WhatCannotBeDoneIsRefusedAndNothingIsSent)
 {
-    Place stored;
-    Place fresh;
+    sample::FullPlace stored;
+    sample::FullPlace fresh(-1);
     Place withoutLocation;
     PlaceHeader header;
-    sample::fill(stored);
-    sample::fill(fresh, -1);
     const Error::Type refused[] = {
         manager.addPlace(nullptr),
         manager.addPlace(&stored),
@@ -121,13 +118,12 @@ TEST_F(PlaceManagerTest, WhatCannotBeDoneIsRefusedAndNothingIsSent)
 TEST_F(PlaceManagerTest, EveryWayOfStoringSetsItsOwnPersistenceMask)
 {
     const auto maskSent = [this](const std::function<Error::Type(Place &)> &store, qint64 id, bool favorite) {
-        Place place;
-        sample::fill(place, id);
+        sample::FullPlace place(id);
         if (!favorite)
             place.removeTag(Tags::Favorite);
         channel.refuse(MessageType::AddPlace, ReturnCode::StorageFailed);
         EXPECT_EQ(store(place), Error::StorageFailed);
-        return PlacePrivate::privateFromPublic(&place)->persistenceMask();
+        return place.data().persistenceMask();
     };
     EXPECT_EQ(maskSent([this](Place &place) { return manager.addPlace(&place); }, -1, true), 3);
     EXPECT_EQ(maskSent([this](Place &place) { return manager.updatePlace(&place); }, 42, true), 2);
@@ -138,8 +134,7 @@ TEST_F(PlaceManagerTest, EveryWayOfStoringSetsItsOwnPersistenceMask)
 
 TEST_F(PlaceManagerTest, ASearchTermIsHandedOnWithTheNextUseAndDroppedByAnUpdate)
 {
-    Place place;
-    sample::fill(place);
+    sample::FullPlace place;
     channel.answer(MessageType::IncrementUsage);
     EXPECT_EQ(manager.usePlace(&place), Error::Success);
     EXPECT_EQ(channel.body(), message({i64(42), text("cafe")}));
@@ -147,17 +142,16 @@ TEST_F(PlaceManagerTest, ASearchTermIsHandedOnWithTheNextUseAndDroppedByAnUpdate
     EXPECT_EQ(manager.usePlace(&place), Error::Success);
     EXPECT_EQ(channel.body(), message({i64(42), text("")}));
 
-    PlacePrivate::privateFromPublic(&place)->setSearchTerm(QStringLiteral("again"));
+    place.data().setSearchTerm(QStringLiteral("again"));
     channel.answer(MessageType::UpdatePlace);
     EXPECT_EQ(manager.updatePlace(&place), Error::Success);
     EXPECT_THAT(channel.body(), testing::Not(testing::HasSubstr("again")));
-    EXPECT_TRUE(PlacePrivate::privateFromPublic(&place)->searchTerm().isEmpty());
+    EXPECT_TRUE(place.data().searchTerm().isEmpty());
 }
 
 TEST_F(PlaceManagerTest, ARemovedPlaceCanBeAddedAgain)
 {
-    Place place;
-    sample::fill(place);
+    sample::FullPlace place;
     channel.refuse(MessageType::RemovePlace, ReturnCode::NoSuchPlace);
     EXPECT_EQ(manager.removePlace(&place), Error::NotFound);
     EXPECT_TRUE(place.isPersisted());
@@ -213,8 +207,7 @@ TEST_F(PlaceManagerTest, AnUnsavedPlaceIsFetchedAsASuggestion)
 
 TEST_F(PlaceManagerTest, AFavouriteIsStoredWhateverItWas)
 {
-    Place fresh;
-    sample::fill(fresh, -1);
+    sample::FullPlace fresh(-1);
     fresh.removeTag(Tags::Favorite);
     channel.answer(MessageType::AddPlace, {i64(42)});
     channel.answer(MessageType::GetHeaderFromFullPlace, sample::headerFields());
@@ -235,15 +228,13 @@ TEST_F(PlaceManagerTest, AFavouriteIsStoredWhateverItWas)
 
 TEST_F(PlaceManagerTest, AFavouriteThatCannotBeStoredIsNone)
 {
-    Place place;
-    sample::fill(place);
+    sample::FullPlace place;
     place.removeTag(Tags::Favorite);
     channel.refuse(MessageType::UpdatePlace, ReturnCode::NotPermitted);
     EXPECT_EQ(manager.fav(&place), Error::PermissionDenied);
     EXPECT_FALSE(place.isFavorite());
-    EXPECT_EQ(PlacePrivate::privateFromPublic(&place)->searchTerm(), QStringLiteral("cafe"));
-    Place nameless;
-    sample::fill(nameless, -1);
+    EXPECT_EQ(place.data().searchTerm(), QStringLiteral("cafe"));
+    sample::FullPlace nameless(-1);
     nameless.setName(QString());
     channel.refuse(MessageType::AddPlace, ReturnCode::NotPermitted);
     EXPECT_EQ(manager.fav(&nameless), Error::PermissionDenied);
@@ -264,15 +255,14 @@ TEST_F(PlaceManagerTest, UnfavKeepsTheIdOnlyOfAPlaceThatStaysStored)
         qint64 id;
     } cases[] = {{true, 42}, {false, -1}};
     for (const auto &row : cases) {
-        Place place;
-        sample::fill(place);
+        sample::FullPlace place;
         channel.answer(MessageType::Unfav, {flag(row.stays)});
         EXPECT_EQ(manager.unfav(&place), Error::Success);
         EXPECT_FALSE(place.isFavorite());
         EXPECT_EQ(place.id(), row.id);
 
         PlaceHeader header;
-        PlaceHeaderPrivate::privateFromPublic(&header)->setData(*PlacePrivate::privateFromPublic(&place));
+        PlaceHeaderPrivate::privateFromPublic(&header)->setData(place.data());
         PlaceHeaderPrivate::privateFromPublic(&header)->setId(42);
         PlaceHeaderPrivate::privateFromPublic(&header)->setTagBit(Tags::Favorite, true);
         channel.answer(MessageType::Unfav, {flag(row.stays)});
@@ -280,8 +270,7 @@ TEST_F(PlaceManagerTest, UnfavKeepsTheIdOnlyOfAPlaceThatStaysStored)
         EXPECT_FALSE(header.isFavorite());
         EXPECT_EQ(header.id(), row.id);
     }
-    Place place;
-    sample::fill(place);
+    sample::FullPlace place;
     channel.refuse(MessageType::Unfav, ReturnCode::StorageFailed);
     EXPECT_EQ(manager.unfav(&place), Error::StorageFailed);
     EXPECT_TRUE(place.isFavorite());
@@ -447,8 +436,7 @@ TEST_F(PlaceManagerTest, AFindNotesWhereTheNextPageStarts)
 TEST_F(PlaceManagerTest, EquivalentPlacesHaveTheNameAndStandWithinTheRadius)
 {
     const auto candidates = [this](double latitude, const char *name) {
-        Place candidate;
-        sample::fill(candidate);
+        sample::FullPlace candidate;
         candidate.setName(QString::fromUtf8(name));
         Location location;
         location.setCoordinates(Coordinates(latitude, 6.15));
@@ -472,8 +460,7 @@ TEST_F(PlaceManagerTest, EquivalentPlacesHaveTheNameAndStandWithinTheRadius)
         qDeleteAll(places);
         return count;
     };
-    Place place;
-    sample::fill(place);
+    sample::FullPlace place;
     constexpr double DEGREES_PER_METRE = 1 / 111195.0;
     const struct
     {
@@ -491,8 +478,7 @@ TEST_F(PlaceManagerTest, EquivalentPlacesHaveTheNameAndStandWithinTheRadius)
     candidates(sample::NOT_SET, "Café");
     EXPECT_EQ(found(place, 50), 0) << "a candidate without a position is nowhere near";
 
-    Place nameless;
-    sample::fill(nameless);
+    sample::FullPlace nameless;
     nameless.setName(QString());
     candidates(46.2, "Café au lac");
     EXPECT_EQ(found(nameless, 50), 1) << "a place without a name is looked up by its address";

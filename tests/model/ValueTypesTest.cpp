@@ -61,9 +61,7 @@ AuxiliaryData record(const QString &type)
 
 QSharedPointer<AbstractPlace> place()
 {
-    const auto place = QSharedPointer<Place>::create();
-    sample::fill(*place);
-    return place;
+    return QSharedPointer<sample::FullPlace>::create();
 }
 
 /// A value that prints otherwise than a new one.

@@ -52,10 +52,9 @@ const Fields NOWHERE =
 
 TEST(PlacesAPIEncoder, IsTheHeadAndTheFieldsOfItsOperation)
 {
-    Place place;
-    sample::fill(place);
+    sample::FullPlace place;
     PlaceHeader header;
-    PlaceHeaderPrivate::privateFromPublic(&header)->setData(*PlacePrivate::privateFromPublic(&place));
+    PlaceHeaderPrivate::privateFromPublic(&header)->setData(place.data());
     const Coordinates centre(1, 2);
     const Fields point = coordinate(sample::NOT_SET, 1, 2, sample::NO_ACCURACY, sample::NO_ACCURACY);
 
@@ -93,11 +92,10 @@ TEST(PlacesAPIEncoder, IsTheHeadAndTheFieldsOfItsOperation)
 
 TEST(PlacesAPIEncoder, ForAHeadersPlaceSendsItsSearchTermOnce)
 {
-    Place place;
-    sample::fill(place);
-    PlacePrivate::privateFromPublic(&place)->setSearchTerm(QStringLiteral("café"));
+    sample::FullPlace place;
+    place.data().setSearchTerm(QStringLiteral("café"));
     PlaceHeader header;
-    PlaceHeaderPrivate::privateFromPublic(&header)->setData(*PlacePrivate::privateFromPublic(&place));
+    PlaceHeaderPrivate::privateFromPublic(&header)->setData(place.data());
     const auto encode = [&](auto &request) { return request.encodeGetPlace(header); };
     EXPECT_EQ(encoded(encode), message(head(12, 2) + Fields{i64(42), text("x:1"), text("poi"), text("caf\xE9")}));
     EXPECT_EQ(encoded(encode), message(head(12, 2) + Fields{i64(42), text("x:1"), text("poi"), text("")}));
@@ -105,8 +103,7 @@ TEST(PlacesAPIEncoder, ForAHeadersPlaceSendsItsSearchTermOnce)
 
 TEST(PlacesAPIEncoder, CountsTheLocationsThatItLeavesOut)
 {
-    Place place;
-    sample::fill(place);
+    sample::FullPlace place;
     place.addLocation(Location());
     Location virtualOnly;
     virtualOnly.setVirtualData(QStringLiteral("bridge"));
@@ -119,8 +116,7 @@ TEST(PlacesAPIEncoder, CountsTheLocationsThatItLeavesOut)
 
 TEST(PlacesAPIEncoder, ForAuxiliaryDataIdentifiesThePlaceTheSameWayEveryTime)
 {
-    const QSharedPointer<Place> place(new Place);
-    sample::fill(*place, -1);
+    const QSharedPointer<Place> place(new sample::FullPlace(-1));
     AuxiliaryData other(AuxiliaryData::TypeContact);
     other.setExternalId(QStringLiteral("y:2"));
     AuxiliaryDataPrivate::fromPublic(other)->setProvider(sample::provider(QStringLiteral("atlas")));
@@ -222,8 +218,7 @@ TEST(PlacesAPIEncoder, WritesEveryRuleUnderItsNumber)
 
 TEST(Utilities, SurvivesTheWayThroughBytesAndAZoomWithIt)
 {
-    Place place;
-    sample::fill(place);
+    sample::FullPlace place;
     char *bytes = nullptr;
     int size = 0;
     ASSERT_TRUE(Utilities::serialize(bytes, size, place));
@@ -231,7 +226,7 @@ TEST(Utilities, SurvivesTheWayThroughBytesAndAZoomWithIt)
     Place *copy = nullptr;
     ASSERT_TRUE(Utilities::deserialize(copy, bytes, size));
     const std::unique_ptr<Place> ownedCopy(copy);
-    EXPECT_TRUE(*PlacePrivate::privateFromPublic(copy) == *PlacePrivate::privateFromPublic(&place));
+    EXPECT_TRUE(*PlacePrivate::privateFromPublic(copy) == place.data());
     EXPECT_EQ(encoded([&](auto &r) { return r.encodePlace(*copy); }), message(sample::placeFields()));
 
     for (int cut = 0; cut < size; ++cut) {
@@ -249,8 +244,7 @@ TEST(Utilities, SurvivesTheWayThroughBytesWithLocationsThatSayNothing)
     there.setCoordinates(Coordinates(1, 2));
     for (const int silent : {1, 2, 16, 17}) {
         for (const bool hasOther : {false, true}) {
-            Place place;
-            sample::fill(place);
+            sample::FullPlace place;
             place.removeLocation(0);
             if (hasOther)
                 place.addLocation(there);
@@ -264,7 +258,7 @@ TEST(Utilities, SurvivesTheWayThroughBytesWithLocationsThatSayNothing)
             EXPECT_EQ(Utilities::deserialize(copy, bytes, size), silent <= 16) << silent << hasOther;
             const std::unique_ptr<Place> ownedCopy(copy);
             if (copy) {
-                EXPECT_TRUE(*PlacePrivate::privateFromPublic(copy) == *PlacePrivate::privateFromPublic(&place));
+                EXPECT_TRUE(*PlacePrivate::privateFromPublic(copy) == place.data());
             }
         }
     }

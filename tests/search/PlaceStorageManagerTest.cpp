@@ -99,8 +99,7 @@ protected:
 TEST_F(PlaceStorageManagerTest, EveryCallIsReportedWithWhatBecameOfThePlaceThoughItsObjectIsGone)
 {
     const auto withPlace = [this](qint64 id, auto call) {
-        Place place;
-        sample::fill(place, id);
+        sample::FullPlace place(id);
         return (manager.get()->*call)(place, QVariant());
     };
     const auto withHeader = [this](qint64 id, auto call) {
@@ -292,8 +291,7 @@ TEST_F(PlaceStorageManagerTest, AManagerMayBeDestroyedByASlotAndWhileItSaves)
     const std::size_t before = channel.requestCount();
     for (int i = 0; i < EventLoop::managers(); ++i) {
         PlaceStorageManager saving;
-        Place place;
-        sample::fill(place);
+        sample::FullPlace place;
         saving.updatePlace(place);
         saving.getPlace(place);
         saving.fav(place);

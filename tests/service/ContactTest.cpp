@@ -112,8 +112,7 @@ TEST_F(ContactTest, RoomsStoredPlacesAndContactsComeOneAfterTheOther)
 {
     cards.write("room.vcf", card("UID:room\r\nFN:Matter horn\r\nKIND:location\r\nGEO:46.5;7.5\r\n"));
     cards.write("person.vcf", card("UID:p\r\nFN:Adam Matter\r\nADR;TYPE=HOME:;;;Bern;;;CH\r\n"));
-    Place place;
-    sample::fill(place, -1);
+    sample::FullPlace place(-1);
     place.setName(QStringLiteral("Zermatt Matter"));
     ASSERT_EQ(manager.addPlace(&place), Error::Success);
     EXPECT_THAT(group(Group::Local, "matter"), ElementsAre("Matter horn", "Zermatt Matter", "Adam Matter"));

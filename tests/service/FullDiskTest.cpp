@@ -70,9 +70,8 @@ protected:
     /// Adds a place of some kilobytes that cannot be packed.
     Error::Type add(bool isRecent)
     {
-        Place place;
-        sample::fill(place, -1);
-        PlacePrivate::privateFromPublic(&place)->m_tags.clear();
+        sample::FullPlace place(-1);
+        place.data().m_tags.clear();
         QString text;
         for (int i = 0; i < 400; ++i)
             text += QString::number(random(), 36) + QLatin1String(i % 20 == 0 ? " " : "");

@@ -209,12 +209,11 @@ TEST(Placesd, IsNotHeldUpByBusyClientsAndEndsAmongThem)
 TEST(Placesd, AnswersShortRequestsWhileLongOnesRun)
 {
     Placesd service;
-    Place place;
-    sample::fill(place, PlaceId::UNDEFINED_PERSISTED_ID);
+    sample::FullPlace place(-1);
     AuxiliaryData record(QStringLiteral("x-long"));
     for (int i = 0; i < 14; ++i)
         record.addProperty(QString::number(i), QStringLiteral("ab ").repeated(80000));
-    PlacePrivate::privateFromPublic(&place)->m_auxiliaryData = {record};
+    place.data().m_auxiliaryData = {record};
     ASSERT_EQ(PlaceManager().addPlace(&place), Error::Success);
     std::vector<Fields> values;
     for (int i = 0; i < 400; ++i)

@@ -71,8 +71,7 @@ protected:
 
     void add(Store &store, int i)
     {
-        Place place;
-        sample::fill(place, -1);
+        sample::FullPlace place(-1);
         place.setName(QStringLiteral("Place %1").arg(i));
         QString text;
         for (auto words = i % 20 == 7 ? 2500 : random() % 40; words > 0; --words)
@@ -154,8 +153,7 @@ protected:
         EXPECT_EQ(found, store.placeCount(~0)) << "there are others";
         EXPECT_EQ(static_cast<qint64>(report.places), found);
         EXPECT_LE(report.lostPlaces, lost.size());
-        Place next;
-        sample::fill(next, -1);
+        sample::FullPlace next(-1);
         store.write([&] { return store.insert(next), true; });
         EXPECT_GT(next.id(), ADDED) << "no id comes back as another place's";
     }

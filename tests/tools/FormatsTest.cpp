@@ -1,8 +1,5 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
-#include "formats/ExactJson.h"
-#include "formats/Feature.h"
-#include "formats/GeoJsonWriter.h"
 #include "support/FormatFile.h"
 #include "support/Placesd.h"
 
@@ -149,11 +146,7 @@ PlacePointer throughService(const PlacePointer &place)
 
 PlacePointer throughGeoJson(const PlacePointer &place)
 {
-    formats::ExactDocument feature;
-    EXPECT_FALSE(feature.read(formats::toGeoJsonFeature(*place).constData()).IsError());
-    auto read = std::make_unique<Place>();
-    EXPECT_EQ(formats::readFeature(feature, *read), QString());
-    return read;
+    return placeOf(formats::toGeoJsonFeature(*place));
 }
 
 template <const char *FORMAT>

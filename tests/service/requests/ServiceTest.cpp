@@ -44,9 +44,8 @@ using Shape = std::function<void(PlacePrivate &)>;
 std::string put(const char *name, const Shape &shape = {}, qint64 id = PlaceId::UNDEFINED_PERSISTED_ID,
                 int perimeter = 0)
 {
-    Place place;
-    sample::fill(place, id);
-    PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
+    sample::FullPlace place(id);
+    PlacePrivate &data = place.data();
     data.setName(QLatin1String(name));
     data.m_tags = QStringList{QLatin1String(name)};
     data.setPersistenceMask(SAVED);

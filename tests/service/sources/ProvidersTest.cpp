@@ -158,9 +158,8 @@ TEST(Service, GivesAuxiliaryDataOfPlacesAndProviders)
     settings.providers = guides();
     const Provider guide = settings.providers[0]->description();
     LocalService local(std::move(settings));
-    Place place;
-    sample::fill(place, -1);
-    AuxiliaryData &known = PlacePrivate::privateFromPublic(&place)->m_auxiliaryData[0];
+    sample::FullPlace place(-1);
+    AuxiliaryData &known = place.data().m_auxiliaryData[0];
     AuxiliaryDataPrivate::fromPublic(known)->setProvider(guide);
     known.setExternalId(QStringLiteral("a x"));
     ASSERT_EQ(local.code(store(place)), ReturnCode::Success);

@@ -145,19 +145,18 @@ TEST_F(StoreTest, HoldsNoMoreThanAFreshDatabaseOfTheSamePlaces)
 
 TEST_F(StoreTest, EachPartHasAnIdOfItsOwn)
 {
-    Place place;
-    sample::fill(place, -1);
+    sample::FullPlace place(-1);
     const auto add = [&](Place &added) { ASSERT_TRUE(store.write([&] { return store.insert(added), true; })); };
     add(place);
     EXPECT_EQ(place.id(), 1);
     EXPECT_EQ(place.location(0).id(), 1) << "the id that came with it is not that of a stored part";
-    EXPECT_EQ(dataOf(place).auxiliaryData()[0].id(), 1);
+    EXPECT_EQ(place.data().auxiliaryData()[0].id(), 1);
 
     Place changed;
-    dataOf(changed) = dataOf(place);
+    dataOf(changed) = place.data();
     for (int i = 0; i < 2; ++i) {
         dataOf(changed).addLocation(place.location(0));
-        dataOf(changed).addAuxiliaryData(dataOf(place).auxiliaryData()[0]);
+        dataOf(changed).addAuxiliaryData(place.data().auxiliaryData()[0]);
     }
     ASSERT_TRUE(store.write([&] { return store.update(changed, place), true; }));
     std::vector<qint64> ids;
@@ -167,12 +166,11 @@ TEST_F(StoreTest, EachPartHasAnIdOfItsOwn)
     }
     EXPECT_THAT(ids, ElementsAre(1, 1, 2, 2, 3, 3)) << "one keeps the id, the copies get others";
     ASSERT_TRUE(store.write([&] { return store.remove(1); }));
-    Place next;
-    sample::fill(next, -1);
+    sample::FullPlace next(-1);
     add(next);
     EXPECT_EQ(next.id(), 2);
     EXPECT_EQ(next.location(0).id(), 4);
-    EXPECT_EQ(dataOf(next).auxiliaryData()[0].id(), 4);
+    EXPECT_EQ(next.data().auxiliaryData()[0].id(), 4);
 }
 
 TEST_F(StoreTest, RecentTermsComeBackByTheirBeginningNewestFirst)
@@ -206,12 +204,11 @@ TEST_F(StoreTest, APlaceOfASourceIsFoundByWhatItIsKnownByThere)
         {"picked", {}, false, 1, true, false},      {"none", {}, false, 2, false, false},
         {"", {}, false, 2, false, false},
     };
-    std::vector<std::unique_ptr<Place>> places;
+    std::vector<std::unique_ptr<sample::FullPlace>> places;
     std::map<std::string, qint64> first;
     for (const auto &row : cases) {
-        places.push_back(std::make_unique<Place>());
-        sample::fill(*places.back(), -1);
-        PlacePrivate &data = dataOf(*places.back());
+        places.push_back(std::make_unique<sample::FullPlace>(-1));
+        PlacePrivate &data = places.back()->data();
         data.setPrivate(row.isPrivate);
         data.setPersistenceMask(row.mask);
         data.m_auxiliaryData[0].setExternalId(QString::fromUtf8(row.externalId));
@@ -308,9 +305,8 @@ TEST(FacetNumbers, ArePackedAndReadAsFarAsTheyGo)
 
 TEST(IndexEntries, AreOfAllTextsAndOfTheBeginningOfValues)
 {
-    Place place;
-    sample::fill(place);
-    PlacePrivate &data = dataOf(place);
+    sample::FullPlace place;
+    PlacePrivate &data = place.data();
     AuxiliaryData other(AuxiliaryData::TypeCalendar);
     other.addProperty(QStringLiteral("alt_name"), QStringLiteral("Seehaus; Lac"));
     other.addProperty(QStringLiteral("K\u00EFnd"), QStringLiteral("R\u00F6om"));
@@ -374,8 +370,7 @@ TEST(StatementPool, KeepsNoBoundValuesAndBoundedMemory)
 /// Each of these is found by one of the checks alone.
 TEST_F(StoreTest, ACheckNamesWhatDoesNotMatch)
 {
-    Place place;
-    sample::fill(place, -1);
+    sample::FullPlace place(-1);
     ASSERT_TRUE(store.write([&] { return store.insert(place, GUEST), true; }));
     SQLite::Database(path("places.db"), SQLite::OPEN_READWRITE).exec("PRAGMA wal_checkpoint(TRUNCATE)");
     const QString sound = folder.filePath(QStringLiteral("places.db"));

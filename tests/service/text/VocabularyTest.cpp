@@ -253,8 +253,7 @@ TEST(SharedVocabulary, ForgetsTheWordsOfPlacesThatAreGone)
     Store store(folder.filePath(QStringLiteral("places.db")).toStdString(), shared);
     std::vector<qint64> ids;
     for (const char *name : {"Quagga", "Zebra"}) {
-        Place place;
-        sample::fill(place, -1);
+        sample::FullPlace place(-1);
         place.setName(QLatin1String(name));
         ASSERT_TRUE(store.write([&] { return store.insert(place), true; }));
         ids.push_back(place.id());
