@@ -4,6 +4,7 @@
 #include "PlaceText.h"
 #include "ResultList.h"
 #include "support/Client.h"
+#include "support/Files.h"
 #include "support/Gazetteer.h"
 #include "support/Placesd.h"
 
@@ -12,7 +13,6 @@
 
 #include <gmock/gmock.h>
 
-#include <QtCore/QFile>
 #include <QtCore/QThread>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
@@ -33,8 +33,8 @@ namespace
 constexpr int PATIENCE = 60000; // milliseconds
 
 /// Somebody with two addresses that no gazetteer knows.
-const QByteArray CARD = "BEGIN:VCARD\nVERSION:3.0\nFN:Anna Muster\nTEL;TYPE=CELL:079\n"
-                        "ADR;TYPE=HOME:;;Seeweg 1;Nirgendwo;;;\nADR;TYPE=WORK:;;Talweg 2;Nirgendwo;;;\nEND:VCARD\n";
+const QByteArray CARD = files::card("FN:Anna Muster\nTEL;TYPE=CELL:079\n"
+                                    "ADR;TYPE=HOME:;;Seeweg 1;Nirgendwo;;;\nADR;TYPE=WORK:;;Talweg 2;Nirgendwo;;;\n");
 
 /// The window, used through its keys and read as a user reads it.
 class BrowserTest : public testing::Test
@@ -53,8 +53,7 @@ protected:
 
     QStringList contacts()
     {
-        QFile file(cards.filePath(QStringLiteral("anna.vcf")));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(CARD) == CARD.size());
+        files::write(cards.filePath(QStringLiteral("anna.vcf")), CARD);
         return {QStringLiteral("--contacts"), cards.path()};
     }
 

@@ -3,9 +3,9 @@
 #include "places/PlaceManager.h"
 #include "manager/PlaceManagerPrivate.h"
 #include "model/PlaceHeaderPrivate.h"
+#include "places/InternalPlaceManager.h"
 #include "places/PlaceHeader.h"
 #include "places/Tags.h"
-#include "protocol/PlacesAPIEncoder.h"
 #include "search/SearchHandlePrivate.h"
 #include "support/FakeChannel.h"
 #include "support/FakeSystem.h"
@@ -52,6 +52,12 @@ protected:
     PlaceManager manager;
     PlaceManagerPrivate internal;
     Error::Type error = Error::Unspecified;
+};
+
+class InternalPlaceManagerTest : public PlaceManagerTest
+{
+protected:
+    InternalPlaceManager manager;
 };
 
 } // namespace
@@ -441,18 +447,7 @@ TEST_F(PlaceManagerTest, EquivalentPlacesHaveTheNameAndStandWithinTheRadius)
         Location location;
         location.setCoordinates(Coordinates(latitude, 6.15));
         candidate.replaceLocation(0, location);
-        orix_places_protocol::PlacesAPIEncoder encoder;
-        encoder.encode(0);
-        encoder.encode(269);
-        encoder.encode(1);
-        encoder.encodePlaceHeader(candidate);
-        encoder.encode(false);
-        for (const int index : {0, -1, -1})
-            encoder.encode(index);
-        char *data = nullptr;
-        int length = 0;
-        encoder.getData(data, length);
-        channel.answerBytes(std::string(data, static_cast<std::size_t>(length)));
+        answerFind(Fields{i32(1), {encoded([&](auto &request) { return request.encodePlaceHeader(candidate); })}});
     };
     const auto found = [this](const Place &place, int radius) {
         const QList<PlaceHeader *> places = manager.findEquivalentPlaces(&place, &error, radius);
@@ -505,4 +500,63 @@ TEST_F(PlaceManagerTest, MorePlacesAreFoundBackwardsWithinWhatIsKnownAndForwards
     }
     EXPECT_FALSE(more(3));
     EXPECT_EQ(error, Error::InvalidArgument);
+}
+
+TEST_F(InternalPlaceManagerTest, EveryFindSendsItsRuleAndSetsWhereTheNextPageStarts)
+{
+    SearchHandle handle;
+    const SearchHandlePrivate &state = *SearchHandlePrivate::privateFromPublic(&handle);
+    const QString term = QStringLiteral("é");
+    const SortRule byName = simple(1, 1);
+    const SortRule byUse = simple(2, 2);
+    const Coordinates centre(1, 2);
+    const SearchRule named = SearchRule::createNameRule(SearchOperator::StartsWith, term);
+    const SearchRule adjusted = ruleOf(disjoint(Rules::createNameRule(SearchOperator::StartsWith, term)));
+    const auto release = [](const auto &found) {
+        const int count = found.size();
+        qDeleteAll(found);
+        return count;
+    };
+    const struct
+    {
+        const char *name;
+        std::function<int()> find;
+        std::string body;
+        int index;
+        bool headerOnly;
+    } cases[] = {
+        {"mixed", [&] { return manager.findMixedPlaces(named, &error, &handle, byUse, 10, 20, centre).size(); },
+         findBody(adjusted, byUse, 10, 20, centre), 30, true},
+        {"full", [&] { return release(manager.findPlaces(named, &error, &handle, byUse, 10, 20, centre)); },
+         findBody(adjusted, byUse, 10, 20, centre, false), 12, false},
+        {"contacts", [&] { return release(manager.findContacts(&error, &handle, term, byName, 1, 5)); },
+         findBody(ruleOf(disjoint(Rules::createContactQueryRule(term))), byName, 1, 5), 6, true},
+        {"recently picked", [&] { return release(manager.findRecentlyPickedPlaces(&error, &handle, 1, 5)); },
+         findBody(ruleOf(disjoint(Rules::createRecentlyPickedRule())), byUse, 1, 5), 6, true},
+        {"no contacts", [&] { return release(manager.findNonContactPlaces(term, &error)); },
+         findBody(ruleOf(disjoint(Rules::createNonContactQueryRule(term))), byName, 0, 20), 6, true},
+    };
+    for (const auto &row : cases) {
+        answerFind(row.headerOnly ? Fields{i32(2)} + sample::headerFields(1) + sample::headerFields(2)
+                                  : Fields{i32(2)} + sample::placeFields(1) + sample::placeFields(2));
+        EXPECT_EQ(row.find(), 2) << row.name;
+        EXPECT_EQ(error, Error::Success);
+        EXPECT_EQ(channel.body(), row.body) << row.name;
+        EXPECT_EQ(state.index(), row.index) << row.name;
+        EXPECT_EQ(state.isHeaderOnly(), row.headerOnly) << row.name;
+    }
+}
+
+TEST_F(InternalPlaceManagerTest, FullPlacesGoOnBehindThoseThatCame)
+{
+    SearchHandle handle;
+    answerFind(Fields{i32(1)} + sample::placeFields());
+    qDeleteAll(manager.findPlaces(SearchRule(), &error, &handle, SortRule(), 10, 20));
+    answerFind(Fields{i32(1)} + sample::placeFields());
+    const auto more = manager.findMorePlaces(handle, 5, error);
+    ASSERT_EQ(more.size(), 1);
+    EXPECT_TRUE(qobject_cast<Place *>(more[0]));
+    qDeleteAll(more);
+    EXPECT_EQ(channel.body(), findBody(ruleOf(disjoint(std::make_unique<SearchRulePrivate>())), SortRule(), 11, 5,
+                                       Coordinates(), false));
 }

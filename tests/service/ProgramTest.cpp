@@ -42,10 +42,9 @@ QByteArray feature(const char *name)
            + name + R"("}})";
 }
 
-QByteArray card(const char *name)
+QByteArray cardOf(const QByteArray &name)
 {
-    return QByteArray("BEGIN:VCARD\r\nVERSION:3.0\r\nUID:1\r\nFN:") + name
-           + "\r\nADR:;;Weg 1;Bern;;;CH\r\nEND:VCARD\r\n";
+    return files::card("UID:1\r\nFN:" + name + "\r\nADR:;;Weg 1;Bern;;;CH\r\n");
 }
 
 /// Stores a place and returns its id.
@@ -154,7 +153,7 @@ TEST(Placesd, ReadsItsSourcesAgainAndTellsItsStateWhenSignalled)
     const QTemporaryDir folder;
     const QString cards = folder.filePath(QStringLiteral("cards.vcf"));
     const QString places = folder.filePath(QStringLiteral("places.geojson"));
-    write(cards, card("Anna"));
+    write(cards, cardOf("Anna"));
     write(places, feature("Caf\u00E9 One"));
     Placesd service({QStringLiteral("--gazetteer"), places, QStringLiteral("--contacts"), folder.path()});
     const auto foundNow = [] { return found(Group::Contacts, "") + found(Group::Remote, "cafe"); };
@@ -162,7 +161,7 @@ TEST(Placesd, ReadsItsSourcesAgainAndTellsItsStateWhenSignalled)
     // The card looks as before: size and time are the same.
     struct stat status = {};
     ASSERT_EQ(::stat(cards.toLocal8Bit().constData(), &status), 0);
-    write(cards, card("Bert"));
+    write(cards, cardOf("Bert"));
     const timespec times[] = {status.st_atim, status.st_mtim};
     ASSERT_EQ(::utimensat(AT_FDCWD, cards.toLocal8Bit().constData(), times, 0), 0);
     write(places, feature("Caf\u00E9 Twice"));

@@ -9,6 +9,7 @@
 #include <deque>
 #include <functional>
 #include <limits>
+#include <msgclient.h>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -30,9 +31,12 @@ public:
     /// Every exchange fails with this status from now on.
     void breakExchange(int status) { m_brokenStatus = status; }
     /// Lays a reply ready: a status of success, the type of the reply to `request`, and the body.
-    void answer(MessageType request, const wire::Fields &body = {});
+    void answer(MessageType request, const wire::Fields &body = {}) { answerBytes(reply(request, body)); }
     /// The same with any return code and what follows it, such as a reason.
-    void refuse(MessageType request, ReturnCode code, const wire::Fields &reason = {});
+    void refuse(MessageType request, ReturnCode code, const wire::Fields &reason = {})
+    {
+        answerBytes(reply(request, code, reason));
+    }
     /// Lays a reply ready as it stands.
     void answerBytes(const std::string &bytes) { m_replies.push_back(bytes); }
     /// A reply that does not fit is announced with this length, whatever its own.
@@ -41,7 +45,10 @@ public:
     /// Makes the reply to each request from now on, on the thread that sends it. May throw.
     void answerWith(std::function<std::string(const std::string &request)> responder);
     /// A reply as answer() and refuse() lay it ready.
-    static std::string reply(MessageType request, const wire::Fields &body = {});
+    static std::string reply(MessageType request, const wire::Fields &body = {})
+    {
+        return reply(request, ReturnCode::Success, body);
+    }
     static std::string reply(MessageType request, ReturnCode code, const wire::Fields &reason);
     /// Lets `count` more exchanges pass. Those behind them come as far as their request and are held there.
     void holdAfter(std::size_t count);
@@ -61,7 +68,11 @@ public:
     [[nodiscard]] int pendingFetches() const { return m_pendingFetches; }
 
 private:
-    friend struct ChannelFunctions;
+    // The platform's functions, as the library calls them.
+    friend _msgclient_open *(::msgclient_open)(const char *, int, int);
+    friend int(::msgclient_putget)(_msgclient_open *, const void *, int, void *, int, int *, int);
+    friend int(::msgclient_get)(_msgclient_open *, int, void *, int, int *, int);
+    friend int(::msgclient_close)(_msgclient_open *);
 
     mutable std::mutex m_mutex;
     // Guarded by the mutex once there are several threads:

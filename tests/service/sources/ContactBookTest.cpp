@@ -20,17 +20,13 @@
 #include <optional>
 #include <thread>
 
+using files::card;
 using namespace placesd;
 using namespace vela::platform::places;
 using testing::ElementsAre;
 
 namespace
 {
-
-QByteArray card(const QByteArray &lines)
-{
-    return "BEGIN:VCARD\r\nVERSION:3.0\r\n" + lines + "END:VCARD\r\n";
-}
 
 const QByteArray ANNA = card(
     "UID:anna\r\nFN:Anna M\u00FCller\r\nN:M\u00FCller;Anna;B;;\r\nNICKNAME:Annie\r\nORG:Acme\r\nTITLE:Engineer\r\n"
