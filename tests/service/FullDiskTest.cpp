@@ -1,7 +1,6 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
 #include "manager/PlaceManagerPrivate.h"
-#include "places/InternalPlaceManager.h"
 #include "places/PlaceManager.h"
 #include "protocol/Protocol.h"
 #include "support/Placesd.h"

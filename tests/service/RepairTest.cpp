@@ -1,9 +1,6 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
 #include "store/Repair.h"
-#include "places/PlaceHeader.h"
-#include "places/PlaceManager.h"
-#include "protocol/Protocol.h"
 #include "store/Check.h"
 #include "store/Records.h"
 #include "store/Store.h"
@@ -17,7 +14,6 @@
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
 
-#include <csignal>
 #include <random>
 #include <sqlite3.h>
 #include <sys/stat.h>
@@ -26,10 +22,8 @@ using files::bytesOf;
 using files::write;
 using namespace vela::platform::places;
 using namespace placesd;
-using testing::AnyOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 
 namespace
 {

@@ -2,7 +2,6 @@
 
 #include "sources/Providers.h"
 
-#include "find/Finder.h"
 #include "places/Place.h"
 #include "support/LocalService.h"
 #include "support/Requests.h"
@@ -10,7 +9,6 @@
 
 #include <gmock/gmock.h>
 
-#include <functional>
 #include <stdexcept>
 
 using namespace placesd;
@@ -18,7 +16,6 @@ using namespace requests;
 using namespace vela::platform::places;
 using orix_places_protocol::ReturnCode;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace
 {

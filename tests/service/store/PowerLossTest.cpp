@@ -8,7 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
 
 #include <sqlite3.h>
