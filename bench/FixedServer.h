@@ -6,10 +6,12 @@
 #include <benchmark/benchmark.h>
 
 #include <array>
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <string>
+#include <system_error>
 #include <thread>
 
 #include <sys/socket.h>
@@ -32,8 +34,9 @@ public:
         m_address.sun_family = AF_UNIX;
         std::strcpy(m_address.sun_path, (std::string(m_folder) + "/places").c_str());
         m_listener.reset(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-        ::bind(m_listener.get(), reinterpret_cast<const sockaddr *>(&m_address), sizeof m_address);
-        ::listen(m_listener.get(), 10);
+        if (::bind(m_listener.get(), reinterpret_cast<const sockaddr *>(&m_address), sizeof m_address) != 0
+            || ::listen(m_listener.get(), 10) != 0)
+            throw std::system_error(errno, std::generic_category(), m_address.sun_path);
         m_thread = std::thread([this] { serve(); });
     }
     FixedServer(const FixedServer &) = delete;

@@ -13,9 +13,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-// Peak memory of the client for import and export of many places, relative to few places: files are processed one place
-// at a time, so their size must not matter. This process stays small, because a child is never counted smaller than its
-// parent.
+// Peak memory of the client during import and export, for many places relative to few. Files are processed one place at
+// a time, so their size must not matter. This process stays small, because Linux counts a child as at least as large as
+// its parent.
 
 namespace
 {
@@ -71,7 +71,7 @@ void writeFile(const QByteArray &path, const FileFormat &format, int count)
 /// Peak resident memory of a run of the client, in MiB.
 double peakOf(const char *command, const QByteArray &path, const char *option = nullptr)
 {
-    const char *arguments[] = {PROGRAMS "/places", "--no-start", command, path.constData(), option, nullptr};
+    const char *arguments[] = {(PROGRAMS "/places"), "--no-start", command, path.constData(), option, nullptr};
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
@@ -98,7 +98,7 @@ Peaks peaksOf(const FileFormat &format, int count)
     const QByteArray path = service.path("in.").toLocal8Bit() + format.extension;
     writeFile(path, format, count);
     Peaks peaks;
-    peaks.import = peakOf("import", path, "--duplicate"); // they have the same name and position
+    peaks.import = peakOf("import", path, "--duplicate"); // all have the same name and position
     peaks.export_ = peakOf("export", service.path("out.geojson").toLocal8Bit());
     return peaks;
 }

@@ -81,7 +81,7 @@ std::vector<AskedSet> askOfTheWorld(const World &world, std::uint64_t seed, bool
     return askAll(files, sets, areStored);
 }
 
-/// The airports are added to the cities of the file, so that names have competitors.
+/// Adds the airports to the cities of the file, so that names have competitors.
 std::vector<AskedSet> askOfNames(const QString &airports, std::uint64_t seed, bool areStored)
 {
     const QString names = sourceFile("bench/quality/names.geojson");
@@ -96,19 +96,19 @@ std::vector<AskedSet> askOfNames(const QString &airports, std::uint64_t seed, bo
 
 int main(int argc, char **argv)
 {
-    CLI::App app(
-        "How well searches find what was meant: how often the place is in the first row and in the first five.",
-        "quality_bench");
+    CLI::App app("Measures how often a search shows the intended place in the first row and in the first five rows.",
+                 "quality_bench");
     std::vector<std::string> more;
-    app.add_option("files", more, "GeoJSON files beside the sample data")->check(CLI::ExistingFile);
+    app.add_option("files", more, "GeoJSON files in addition to the sample data")->check(CLI::ExistingFile);
     std::uint64_t seed = 1;
     app.add_option("--seed", seed, "Seed of the questions")->capture_default_str();
     int made = 0;
-    app.add_option("--places", made, "Number of made places beside those of the files")->check(CLI::NonNegativeNumber);
+    app.add_option("--places", made, "Number of generated places in addition to those of the files")
+        ->check(CLI::NonNegativeNumber);
     bool withHostile = false;
-    app.add_flag("--hostile", withHostile, "Also print how long the terms take that cost a search most");
+    app.add_flag("--hostile", withHostile, "Also print the times of the most expensive terms");
     bool areStored = false;
-    app.add_flag("--stored", areStored, "Import the places, and ask for stored ones");
+    app.add_flag("--stored", areStored, "Import the places and search the stored ones");
     bool asMarkdown = false;
     app.add_flag("--markdown", asMarkdown, "Print the table as Markdown");
     bool withMisses = false;

@@ -87,18 +87,18 @@ void print(const std::vector<AskedStore> &stores, bool asMarkdown)
 
 int main(int argc, char **argv)
 {
-    CLI::App app(
-        "How long a places service takes to answer, by the number of stored places. A ratio is against a fetch by "
-        "id in the same run, growth against the next smaller store from 138,000 places on; the limits hold at "
-        "1,000,000.",
-        "service_bench");
+    CLI::App app("Measures the response times of a places service by the number of stored places. A ratio is relative "
+                 "to a fetch by "
+                 "id in the same run, growth against the next smaller store from 138,000 places on; the limits hold at "
+                 "1,000,000.",
+                 "service_bench");
     std::vector<int> counts = {5000, 138000, 1000000};
     bool asMarkdown = false;
     app.add_option("places", counts, "Numbers of stored places")
         ->check(CLI::Range(100, 10000000))
         ->capture_default_str();
     bool withPostgres = false;
-    app.add_flag("--postgres", withPostgres, "Put the same questions to a PostgreSQL server, where one is installed");
+    app.add_flag("--postgres", withPostgres, "Also run the queries on PostgreSQL, if it is installed");
     app.add_flag("--markdown", asMarkdown, "Print the tables as Markdown");
     CLI11_PARSE(app, argc, argv);
     std::sort(counts.begin(), counts.end());

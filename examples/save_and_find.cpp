@@ -24,7 +24,8 @@ int main()
         std::cerr << qPrintable(errorString(error)) << "\n";
         return error;
     }
-    for (const PlaceHeader *found : manager.findPlaces(QStringLiteral("old t"), &error)) {
+    const auto headers = manager.findPlaces(QStringLiteral("old t"), &error);
+    for (const PlaceHeader *found : headers) {
         std::cout << found->id() << " " << qPrintable(found->name()) << "\n"
                   << found->mapUrl().toEncoded().constData() << "\n";
         delete found;

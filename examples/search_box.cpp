@@ -28,7 +28,8 @@ int main(int argc, char **argv)
         std::cout << (result.source() == SearchResultGroup::Local ? "Your places" : "Suggestions");
         if (error != Error::Success)
             std::cout << ": " << qUtf8Printable(errorString(error));
-        for (const auto &place : result.result())
+        const auto found = result.result();
+        for (const auto &place : found)
             std::cout << "\n  " << qUtf8Printable(place->name()) << " - " << qUtf8Printable(place->primaryLocation());
         std::cout << std::endl;
         hasFailed = hasFailed || error != Error::Success;
@@ -36,10 +37,10 @@ int main(int argc, char **argv)
         if (isAtEnd && isLast)
             QCoreApplication::exit(hasFailed);
     };
-    QObject::connect(&manager, &SearchManager::resultAvailable, print);
+    QObject::connect(&manager, &SearchManager::resultAvailable, &manager, print);
 
     QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
-    QObject::connect(&input, &QSocketNotifier::activated, [&] {
+    QObject::connect(&input, &QSocketNotifier::activated, &input, [&] {
         char bytes[4096];
         const auto count = read(STDIN_FILENO, bytes, sizeof bytes);
         isAtEnd = count <= 0;

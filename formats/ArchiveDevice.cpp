@@ -40,7 +40,7 @@ bool addEntry(::archive *archive, const QString &member)
     archive_entry_set_pathname_utf8(entry.get(), member.toUtf8().constData());
     archive_entry_set_filetype(entry.get(), S_IFREG);
     archive_entry_set_perm(entry.get(), MEMBER_MODE);
-    // A name that the locale cannot represent is only a warning.
+    // A name that the locale cannot represent causes a warning only.
     return archive_write_header(archive, entry.get()) >= ARCHIVE_WARN;
 }
 
@@ -66,7 +66,7 @@ void ArchiveDevice::Free::operator()(::archive *archive) const
     archive_write_free(archive);
 }
 
-/// libarchive does not free the state of a compression that failed, so it is never told: bytes behind a failure are
+/// Never reports an error to libarchive, because it leaks the state of a failed compression. Bytes after a failure are
 /// dropped.
 ssize_t ArchiveDevice::passOn(::archive * /*archive*/, void *self, const void *bytes, std::size_t size)
 {
@@ -102,7 +102,7 @@ bool ArchiveDevice::begin(Compression compression, const QString &member)
     }
     const bool isZip = compression == Compression::Zip;
     const int format = isZip ? archive_write_set_format_zip(archive) : archive_write_set_format_raw(archive);
-    // Without a time the output depends on the data only.
+    // Without a time stamp the output depends on the data only.
     if (compression == Compression::Gzip)
         archive_write_set_filter_option(archive, "gzip", "timestamp", nullptr);
     if (isZip)

@@ -87,7 +87,7 @@ bool ArchiveReader::open()
     if (!archive)
         return false;
     if (m_isZip) {
-        // The seekable reader would keep the central directory in memory.
+        // The seekable reader would keep the whole central directory in memory.
         archive_read_support_format_zip_streamable(archive);
     } else {
         archive_read_support_filter_bzip2(archive);
@@ -116,7 +116,7 @@ void ArchiveReader::findMember(const Rank &rank)
 {
     const int best = findRank(rank, m_source.canRewind() ? BEST_RANK : 1);
     if (best > 0 && m_member.isEmpty())
-        m_problem.clear(); // damage behind the file that is read
+        m_problem.clear(); // damage after the chosen file
     if (!m_problem.isEmpty())
         return;
     if (best == 0) {

@@ -12,14 +12,14 @@ namespace formats
 namespace
 {
 
-/// A heading without case, blanks and punctuation.
+/// A heading in lower case without blanks and punctuation.
 QString simplified(const QString &heading)
 {
     static const QRegularExpression FILLERS(QStringLiteral("[\\s_.:,/-]+"));
     return heading.toCaseFolded().remove(FILLERS);
 }
 
-/// Names of columns by their simplified headings.
+/// Column names by their simplified headings.
 const QHash<QString, QString> &ownNames()
 {
     static const QHash<QString, QString> NAMES = [] {
@@ -34,7 +34,7 @@ const QHash<QString, QString> &ownNames()
     return NAMES;
 }
 
-/// Other simplified headings for a name, each between blanks.
+/// Other simplified headings for a column name, each between blanks.
 constexpr struct
 {
     const char *name;

@@ -120,7 +120,8 @@ private:
     {
         constexpr int SHOWN = 8;
         QStringList texts;
-        for (const QString &heading : headings.mid(0, SHOWN))
+        const auto shown = headings.mid(0, SHOWN);
+        for (const QString &heading : shown)
             texts.append(QLatin1Char('"') + heading.left(40) + QLatin1Char('"'));
         return texts.join(QStringLiteral(", ")) + (headings.size() > SHOWN ? QStringLiteral(" ...") : QString());
     }
@@ -131,7 +132,7 @@ private:
             m_options.note(text);
     }
 
-    /// Reports what the headings and the first row told, unless all is as an export writes it.
+    /// Reports what the headings and the first row show, unless the file is in the form that an export writes.
     void noteColumns() const
     {
         static const QMap<char, QString> DELIMITERS{{',', QStringLiteral("commas")},
@@ -148,7 +149,7 @@ private:
                       description.isEmpty() ? QStringLiteral("columns as named") : description));
     }
 
-    /// Decodes a field. A file is Windows-1252 when its first characters beyond ASCII are not UTF-8.
+    /// Decodes a field. The file is Windows-1252 when its first non-ASCII bytes are not UTF-8.
     bool decode(const QByteArray &bytes, QString &text)
     {
         if (!m_isWindows1252 && decodeUtf8(bytes, text)) {
@@ -190,7 +191,7 @@ private:
         return {};
     }
 
-    /// The first value that is not empty in the columns with this name.
+    /// The first non-empty value in the columns with this name.
     [[nodiscard]] QString valueOf(const QStringList &values, const char *name) const
     {
         for (int i = 0; i < values.size(); ++i) {
@@ -225,7 +226,7 @@ private:
             feature.read(m_options, read);
     }
 
-    /// True for a column of the position. Coordinates and geometry are used only without a latitude column.
+    /// True for a position column. Coordinates and geometry are used only when there is no latitude column.
     [[nodiscard]] bool isPosition(const QString &name) const
     {
         const bool isWhole = name == QLatin1String(csv::COORDINATES) || name == QLatin1String(csv::GEOMETRY);
@@ -258,8 +259,8 @@ private:
     CsvColumns m_columns;
     bool m_hasLatitude = false;
     bool m_hasDecimalComma = false;
-    bool m_isUtf8 = false;        ///< A field contained UTF-8 beyond ASCII.
-    bool m_isWindows1252 = false; ///< A field contained other bytes before that.
+    bool m_isUtf8 = false;        ///< A field contained non-ASCII UTF-8.
+    bool m_isWindows1252 = false; ///< The first non-ASCII field was not UTF-8.
 };
 
 } // namespace

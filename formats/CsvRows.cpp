@@ -12,7 +12,7 @@ namespace formats
 namespace
 {
 
-/// The character between the fields: the most frequent candidate in the line, outside quotation marks.
+/// The field delimiter: the most frequent candidate in the line, outside quotation marks.
 char delimiterOf(const QByteArray &line)
 {
     std::map<char, int> counts;
@@ -82,13 +82,13 @@ bool CsvRows::feed(const QByteArray &line)
     m_size += size;
     m_isWhole = line.isEmpty();
     if (m_size > MAX_ITEM_SIZE) {
-        fail(QStringLiteral("more than the %1 bytes that a row may have").arg(MAX_ITEM_SIZE));
+        fail(QStringLiteral("the row has more than %1 bytes").arg(MAX_ITEM_SIZE));
         return false;
     }
     const bool isParsed = line.isEmpty() ? csv_fini(&m_parser, onField, onRow, this) == 0
                                          : csv_parse(&m_parser, line.constData(), size, onField, onRow, this) == size;
     if (!isParsed)
-        fail(QStringLiteral("a quotation mark at the wrong place"));
+        fail(QStringLiteral("a quotation mark in the wrong place"));
     return isParsed;
 }
 

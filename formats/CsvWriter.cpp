@@ -19,7 +19,7 @@ using namespace vela::platform::places;
 namespace
 {
 
-/// The columns after id, name and position.
+/// The columns after the id, the name and the position.
 QStringList propertyColumns()
 {
     QStringList columns{QLatin1String(vocabulary::DESCRIPTION)};
@@ -43,7 +43,7 @@ QString number(double value)
     return std::isfinite(value) ? QString::number(value, 'g', QLocale::FloatingPointShortest) : QString();
 }
 
-/// A field of a row. Readers drop white space at the ends unless the field is quoted.
+/// A field of a row. It is quoted when it begins or ends with white space, which readers drop from other fields.
 QString field(const QString &text)
 {
     static const QRegularExpression SPECIAL(QStringLiteral("[\",\r\n]|^\\s|\\s$"));

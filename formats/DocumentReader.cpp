@@ -20,7 +20,7 @@ using namespace vela::platform::places;
 namespace
 {
 
-/// Parses a document up to a list or object of more than MAX_LIST_LENGTH members.
+/// Parses a document; stops at a list or object with more than MAX_LIST_LENGTH members.
 struct ListLengths : rapidjson::BaseReaderHandler<rapidjson::UTF8<>, ListLengths>
 {
     bool EndArray(rapidjson::SizeType count) { return count <= MAX_LIST_LENGTH; }
@@ -59,7 +59,7 @@ AuxiliaryData newRecord(const AuxiliaryData &from)
     return data;
 }
 
-/// Copies the values that a document holds and a store accepts to a new place. Records that are not stored with their
+/// Copies the values that both a document and a store can hold to a new place. Records that are not stored with their
 /// place are left out.
 void fillNew(Place &place, const Place &from)
 {
@@ -80,7 +80,7 @@ void fillNew(Place &place, const Place &from)
 QString readDocument(const QByteArray &line, Place &place)
 {
     if (static_cast<std::size_t>(line.size()) > MAX_ITEM_SIZE)
-        return QStringLiteral("more than the %1 bytes that a line may have").arg(MAX_ITEM_SIZE);
+        return QStringLiteral("the line has more than %1 bytes").arg(MAX_ITEM_SIZE);
     const rapidjson::ParseResult checked = checkLists(line);
     if (checked.Code() == rapidjson::kParseErrorTermination)
         return QStringLiteral("a list of more than %1 members").arg(MAX_LIST_LENGTH);
@@ -94,10 +94,10 @@ QString readDocument(const QByteArray &line, Place &place)
         return reason.isEmpty() ? QStringLiteral("there is not enough memory to read it") : reason;
     for (int i = 0; i < read->locationCount(); ++i) {
         if (isOffEarth(read->location(i).coordinates()))
-            return QStringLiteral("a position that is no point on the Earth");
+            return QStringLiteral("a position that is not on the Earth");
     }
     if (!read->hasPhysicalLocation())
-        return QStringLiteral("a place without position and address");
+        return QStringLiteral("a place without a position or an address");
     fillNew(place, *read);
     return {};
 }

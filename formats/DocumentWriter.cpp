@@ -28,7 +28,7 @@ QByteArray toLatin1Document(const Place &place)
 constexpr TextForm DOCUMENTS{toDocument, "", "\n", "\n"};
 constexpr TextForm LATIN1_DOCUMENTS{toLatin1Document, "", "\n", "\n"};
 
-/// Counts the places whose documents are not whole.
+/// Counts the places that lose characters.
 class Latin1DocumentWriter : public TextWriter
 {
 public:

@@ -10,6 +10,8 @@
 #include <places/PointOfInterestAuxiliaryData.h>
 #include <places/Tags.h>
 
+#include <QtCore/QDateTime>
+
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
@@ -30,7 +32,7 @@ using rapidjson::Value;
 namespace
 {
 
-/// A number, or the number in a text.
+/// A number, or the number in a string.
 std::optional<double> numberOf(const Value &value)
 {
     return toNumber(scalarOf(value).value_or(QString()));
@@ -45,6 +47,15 @@ std::optional<Integer> integerOf(const Value &value)
         || *number >= std::ldexp(1.0, std::numeric_limits<Integer>::digits))
         return std::nullopt;
     return static_cast<Integer>(*number);
+}
+
+/// Seconds since 1970-01-01T00:00:00 UTC: as a number, or of a date and time in ISO 8601 that names its time zone.
+std::optional<quint64> timeOf(const Value &value)
+{
+    const QDateTime time = QDateTime::fromString(scalarOf(value).value_or(QString()), Qt::ISODate);
+    if (time.isValid() && time.timeSpec() != Qt::LocalTime && time.toSecsSinceEpoch() > 0)
+        return static_cast<quint64>(time.toSecsSinceEpoch());
+    return integerOf<quint64>(value);
 }
 
 std::optional<float> accuracyOf(const Value &value)
@@ -67,7 +78,7 @@ bool isListOf(const Value &value, Condition condition)
     return value.IsArray() && std::all_of(value.Begin(), value.End(), condition);
 }
 
-/// The texts and numbers of an array, as texts.
+/// The strings and numbers of an array, as texts.
 std::optional<QStringList> textsOf(const Value &value)
 {
     if (!isListOf(value, [](const Value &element) { return element.IsString() || element.IsNumber(); }))
@@ -78,7 +89,7 @@ std::optional<QStringList> textsOf(const Value &value)
     return texts;
 }
 
-/// Applies `read` to the member with this name; std::nullopt when there is none.
+/// Applies `readValue` to the member with this name; std::nullopt when there is none.
 template <typename Type>
 std::optional<Type> read(const Value &object, const char *name, std::optional<Type> (*readValue)(const Value &))
 {
@@ -124,7 +135,7 @@ Coordinates readPosition(const Value *numbers)
     return position;
 }
 
-/// A GeoJSON bounding box: south-west corner, then north-east, both with or both without altitude.
+/// A GeoJSON bounding box: south-west corner, then north-east corner. Either both have an altitude or neither.
 BoundingBox readBox(const Value *numbers)
 {
     BoundingBox box;
@@ -155,7 +166,7 @@ Address readAddress(const Value &members)
     return address;
 }
 
-/// @param coordinates longitude, latitude and altitude only.
+/// @param coordinates without accuracies.
 Location readLocation(const Value &members, Coordinates coordinates, const Value *box)
 {
     if (const auto metres = read(members, vocabulary::HORIZONTAL_ACCURACY, accuracyOf))
@@ -173,7 +184,7 @@ Location readLocation(const Value &members, Coordinates coordinates, const Value
     return location;
 }
 
-/// Adds all locations in order; `shown`, the one of the feature's geometry, is one of them.
+/// Adds all locations in order. `shown` is the location of the feature's geometry.
 QString addLocations(const Location &shown, const Value &properties, Place &place)
 {
     QList<Location> locations;
@@ -183,7 +194,7 @@ QString addLocations(const Location &shown, const Value &properties, Place &plac
     locations.insert(qBound(0, index, locations.size()), shown);
     for (const Location &location : qAsConst(locations)) {
         if (!locates(location))
-            return QStringLiteral("a location that is nowhere");
+            return QStringLiteral("a location without a position, an address or virtual data");
         place.addLocation(location);
     }
     return {};
@@ -204,7 +215,7 @@ void addRecords(const Value &properties, Place &place)
     }
 }
 
-/// Sets the contact details that differ from the records: a person edits these properties, so they take precedence.
+/// Sets the contact details that differ from the records. Users edit these properties, so they take precedence.
 void setContactDetails(const Value &properties, Place &place)
 {
     const QString phone = textMember(properties, vocabulary::PHONE);
@@ -233,7 +244,7 @@ bool isOfKind(const Value &value, vocabulary::Kind kind)
     case Kind::Metres:
         return accuracyOf(value).has_value();
     case Kind::Time:
-        return integerOf<quint64>(value).has_value();
+        return timeOf(value).has_value();
     case Kind::Flag:
         return flagOf(value).has_value();
     case Kind::Texts:
@@ -246,7 +257,7 @@ bool isOfKind(const Value &value, vocabulary::Kind kind)
     return true;
 }
 
-/// Keeps members that a place cannot hold, as JSON texts, in an auxiliary record.
+/// Keeps the members that a place cannot hold in an auxiliary record, as JSON texts.
 void keepForeign(const Value &object, bool (*isForeign)(const QString &, const Value &), const char *type, Place &place)
 {
     AuxiliaryData data{QString::fromLatin1(type)};
@@ -258,7 +269,7 @@ void keepForeign(const Value &object, bool (*isForeign)(const QString &, const V
         place.addAuxiliaryData(data);
 }
 
-/// Maps properties of other programs to the properties of this format. A feature with a list of tags is not changed.
+/// Maps properties of other programs to the properties of this format. Skips a feature that has a list of tags.
 void interpret(const Value &feature, const Value &properties, Place &place, Location &location)
 {
     if (read(properties, vocabulary::TAGS, textsOf))
@@ -286,7 +297,7 @@ void interpret(const Value &feature, const Value &properties, Place &place, Loca
     }
 }
 
-/// True when a list of the feature that becomes a list of the place has more than MAX_LIST_LENGTH members.
+/// True when a list or object that becomes part of the place has more than MAX_LIST_LENGTH members.
 bool isTooLong(const Value &feature, const Value &properties)
 {
     constexpr SizeType MOST = MAX_LIST_LENGTH;
@@ -316,7 +327,7 @@ void addTexts(const Value &properties, Place &place)
         place.addTag(tag);
     if (read(properties, vocabulary::FAVORITE, flagOf).value_or(false))
         place.addTag(Tags::Favorite);
-    // Some tags add an alias; the list of aliases, if present, replaces it.
+    // Some tags add an alias. A list of aliases in the file replaces these.
     const std::optional<QStringList> aliases = read(properties, vocabulary::ALIASES, textsOf);
     if (!aliases)
         return;
@@ -327,7 +338,7 @@ void addTexts(const Value &properties, Place &place)
         place.addAlias(alias);
 }
 
-/// Fills a place from a feature that is not a line or area. Returns why that is not possible.
+/// Fills a place from a feature that is not a line or area. Returns why it cannot; empty on success.
 QString fillPlace(const Value &feature, const Value &properties, const Geometry &geometry, Place &place)
 {
     Location location = readLocation(properties, geometry.point, memberOf(feature, "bbox"));
@@ -337,7 +348,7 @@ QString fillPlace(const Value &feature, const Value &properties, const Geometry 
         return QStringLiteral("it has neither a position nor an address");
     addTexts(properties, place);
     place.setPrivate(read(properties, vocabulary::PRIVATE, flagOf).value_or(false));
-    place.setExpiredTime(read(properties, vocabulary::EXPIRY_TIME, integerOf<quint64>).value_or(0));
+    place.setExpiredTime(read(properties, vocabulary::EXPIRY_TIME, timeOf).value_or(0));
     addRecords(properties, place);
     interpret(feature, properties, place, location);
     setContactDetails(properties, place);
@@ -346,7 +357,7 @@ QString fillPlace(const Value &feature, const Value &properties, const Geometry 
     return addLocations(location, properties, place);
 }
 
-/// Fills a place and everything of the result but its place. False when the feature is no place.
+/// Fills `place`, and all of `result` except its place. False when the feature is not a place.
 bool fillResult(const Value &feature, const ReadOptions &options, Place &place, ReadPlace &result)
 {
     static const Value NO_PROPERTIES(rapidjson::kObjectType);

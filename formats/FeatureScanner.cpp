@@ -20,7 +20,7 @@ constexpr char RECORD_SEPARATOR = '\x1E';
 constexpr char TOO_DEEP[] = "nested too deep";
 constexpr char CUT[] = "not JSON: it ends in the middle of a value";
 
-// Names and values with their quotation marks, as they are in a file.
+// Names and values as they are in a file, with quotation marks.
 constexpr char FEATURES[] = "\"features\"";
 constexpr char ELEMENTS[] = "\"elements\"";
 constexpr char GENERATOR[] = "\"generator\"";
@@ -108,7 +108,8 @@ void FeatureScanner::skipBlanks()
     }
 }
 
-/// A sequence starts with its separator. In lines the first one ends an object and the second one starts another.
+/// Detects a JSON text sequence by its first byte, and one text per line by a line that ends an object before a line
+/// that starts one.
 void FeatureScanner::detectSeparator()
 {
     const QByteArray head = m_input.head().trimmed();
@@ -274,7 +275,7 @@ bool FeatureScanner::copyMember(Item &item)
     m_text.append(name);
     skipBlanks();
     if (peek() != ':')
-        return false; // an error that parsing the text finds
+        return false; // parsing the text reports the error
     m_text.append(':');
     ++m_at;
     skipBlanks();

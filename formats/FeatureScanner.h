@@ -10,9 +10,8 @@ namespace formats
 {
 
 /// Splits a JSON file into the texts of its members without parsing them. It follows strings and brackets only, so an
-/// error in one member does not affect the others. Memory is bounded by the size of a member.
-///
-/// A file has one or more JSON texts: anything one after the other, texts in lines, or a JSON text sequence (RFC 8142).
+/// error in one member does not affect the others. Memory is bounded by the size of a member. A file has one or more
+/// JSON texts: in sequence, one per line, or as a JSON text sequence (RFC 8142).
 class FeatureScanner
 {
 public:
@@ -21,27 +20,27 @@ public:
         Member,     ///< An element of the list "features" of a text.
         Element,    ///< An element of the list "elements" of a text.
         Text,       ///< A text without such a list.
-        Collection, ///< A text with such a list, the list left empty; follows its members.
+        Collection, ///< A text with such a list, which is left empty here; follows its members.
         End,
     };
     struct Item
     {
         Kind kind = Kind::End;
-        QByteArray text = {};          ///< Without white space but for single blanks.
+        QByteArray text = {};          ///< White space outside strings is reduced to single blanks.
         const char *problem = nullptr; ///< Why the text is incomplete.
-        std::size_t position = 0;      ///< Of its first byte in the file.
-        bool isFatal = false;          ///< The file cannot be read further.
+        std::size_t position = 0;      ///< Offset of the first byte in the file.
+        bool isFatal = false;          ///< The rest of the file cannot be read.
     };
 
     explicit FeatureScanner(Input &input);
 
-    /// The next item. After a fatal one and after the end there are no more.
+    /// Returns the next item; Kind::End after the last one and after a fatal one.
     Item next();
     /// True when texts are separated, so that an error in one does not affect the next.
     [[nodiscard]] bool isSeparated() const { return m_separator != END; }
 
 private:
-    /// Bytes of a value as they are copied, until there is a problem.
+    /// The copied bytes of a value, up to a problem.
     struct Capture
     {
         void append(const char *bytes, std::size_t size);
@@ -54,7 +53,7 @@ private:
     enum class State
     {
         Between, ///< Between two texts.
-        InText,  ///< In the object that is a text.
+        InText,  ///< In the object of a text.
         InList,  ///< In its list of members.
         Ended,
     };
@@ -68,15 +67,15 @@ private:
     void detectSeparator();
     /// Skips the rest of a separated text. False for a file without separators.
     bool skipText();
-    /// Copies bytes while `isWanted`.
+    /// Copies bytes while `isWanted` returns true.
     template <typename IsWanted>
     void copyWhile(IsWanted isWanted, Capture &out);
     /// Copies a string with its quotation marks.
     void copyString(Capture &out);
-    /// Copies a value that starts at a certain depth. False when the structure is broken.
+    /// Copies a value at this nesting depth. False when the brackets do not match.
     bool copyValue(Capture &out, int depth);
 
-    /// Each reads on in a state. False when there is no item yet.
+    /// Each continues reading in one state. False when there is no item yet.
     bool start(Item &item);
     bool readText(Item &item);
     bool readMember(Item &item);
@@ -91,10 +90,10 @@ private:
     char m_buffer[64 * 1024];
     std::size_t m_count = 0;
     std::size_t m_at = 0;
-    std::size_t m_before = 0; ///< Bytes before the buffer.
+    std::size_t m_before = 0; ///< Offset of the buffer in the file.
 
     State m_state = State::Between;
-    int m_separator = END;  ///< Byte between texts; END for none.
+    int m_separator = END;  ///< Byte between texts; END when there is none.
     bool m_sawLine = false; ///< A line feed was skipped.
     bool m_isFirst = true;  ///< No text was read yet.
     const char *m_problem = nullptr;

@@ -20,7 +20,7 @@ namespace
 
 constexpr std::size_t HEAD_SIZE = 4096;
 constexpr unsigned char GZIP[] = {0x1F, 0x8B};
-/// The largest window, and a gzip header and trailer.
+/// The largest window; adding 16 selects the gzip format.
 constexpr int WINDOW_BITS = MAX_WBITS + 16;
 
 double sizeOf(int file)
@@ -77,7 +77,7 @@ std::size_t FileBytes::read(char *buffer, std::size_t size)
 
 bool FileBytes::fill()
 {
-    // What is left of the input is at its front only while the format is detected.
+    // Bytes remain at the front of the buffer only while the format is detected.
     const std::size_t left = m_stream.avail_in;
     const ssize_t count = ::read(m_file, m_buffer + left, sizeof m_buffer - left);
     if (count < 0)
@@ -120,7 +120,7 @@ std::size_t FileBytes::decompress(char *buffer, std::size_t size)
             return 0;
         }
         if (m_isBetween && *m_stream.next_in != GZIP[0])
-            return 0; // padding behind the last member
+            return 0; // padding after the last member
         if (m_isBetween)
             ::inflateReset(&m_stream);
         const int code = ::inflate(&m_stream, Z_NO_FLUSH);

@@ -34,28 +34,28 @@ public:
     [[nodiscard]] double progress() const;
 
 private:
-    /// Reads behind the head.
+    /// Reads after the head.
     std::size_t readOn(char *buffer, std::size_t size);
     std::size_t copy(char *buffer, std::size_t size);
     std::size_t decompress(char *buffer, std::size_t size);
-    /// Reads the next bytes of the file to the input of the stream. False at the end and on an error.
+    /// Reads the next bytes of the file into the input buffer. False at the end and on an error.
     bool fill();
 
     int m_file = -1;
     QString m_problem;
     QByteArray m_head;
-    std::size_t m_position = 0; ///< Of the next byte in the head; its size when the head is read.
+    std::size_t m_position = 0; ///< Next byte in the head; its size when the head is read.
     double m_size = 0;
     double m_filePosition = 0;
     bool m_canRewind = false;
 
     bool m_isGzip = false;
     bool m_isBetween = false; ///< Between two members of a gzip file.
-    z_stream m_stream = {};   ///< Its input is used for other files too.
+    z_stream m_stream = {};   ///< Its input buffer also serves files that are not gzip.
     unsigned char m_buffer[64 * 1024];
 };
 
-/// Copies up to `size` bytes from a position in `bytes` and moves the position behind them. Returns their number.
+/// Copies up to `size` bytes from a position in `bytes` and advances the position. Returns their number.
 std::size_t takeBytes(const QByteArray &bytes, std::size_t &position, char *buffer, std::size_t size);
 
 } // namespace formats

@@ -68,7 +68,7 @@ bool isExact(const QString &name, const Value &value, const QString &text)
     return !value.IsString() || textOf(value) == text;
 }
 
-/// JSON of a feature with these members and these properties.
+/// The JSON of a feature with these members and properties.
 template <typename Encoding>
 QString write(const Value &feature, const Value &properties)
 {

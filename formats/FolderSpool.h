@@ -28,7 +28,7 @@ public:
     [[nodiscard]] QString read(const QString &folder, const std::function<QString(const QByteArray &text)> &take);
 
 private:
-    /// Positions of a folder's texts in the file, -1 for none. A text follows its header.
+    /// Positions of the folder's first and last text in the file, -1 for none. A header precedes each text.
     struct Chain
     {
         qint64 first = -1;

@@ -21,12 +21,12 @@ struct Format
 
 /// The format with this name; null when there is none.
 const Format *formatByName(const QString &name);
-/// The format of a file's extension, without a compression's (.gz); null when the extension is unknown.
+/// The format of a file's extension, without a compression extension such as ".gz"; null when the extension is unknown.
 const Format *formatByPath(const QString &path);
 /// The format of a file by its first bytes.
 const Format &formatByContent(const QByteArray &head);
-/// The format of a file by its extension, else by its content. The JSON formats share their extensions, so they are
-/// always detected by content.
+/// The format of a file by its extension, or by its content when the extension is unknown. The JSON formats share their
+/// extensions, so they are always detected by content.
 const Format &formatOf(const Input &input);
 
 /// The names of all formats, or of those that can be written.

@@ -24,7 +24,7 @@ namespace
 
 constexpr char NO_GEOJSON[] = "neither a GeoJSON FeatureCollection nor a Feature";
 
-/// Reads features one after the other, and counts them.
+/// Reads features in sequence and counts them.
 class GeoJsonReader
 {
 public:
@@ -49,7 +49,7 @@ public:
     }
 
 private:
-    /// Ends reading with a problem of the file.
+    /// Stops reading with an error of the file. Returns false.
     bool refuse(const QString &problem, const FeatureScanner::Item &item)
     {
         m_problem = QStringLiteral("at byte %1: %2").arg(item.position).arg(problem);
@@ -71,7 +71,7 @@ private:
                    : QString();
     }
 
-    /// Checks what is around the members that were read.
+    /// Checks the collection that contains the members.
     bool checkCollection(const FeatureScanner::Item &item)
     {
         if (item.problem)

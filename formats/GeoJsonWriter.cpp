@@ -9,6 +9,9 @@
 
 #include <places/Place.h>
 #include <places/PlaceHeader.h>
+#include <places/Utilities.h>
+
+#include <QtCore/QDateTime>
 
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
@@ -24,6 +27,21 @@ using namespace vela::platform::places;
 
 namespace
 {
+
+/// Form of the times in a feature.
+enum class Times
+{
+    Seconds, ///< As the reader expects them.
+    Utc,     ///< utcTime(); unset ones are left out.
+};
+
+void writeTime(JsonWriter &out, const char *name, quint64 seconds, Times times)
+{
+    if (times == Times::Seconds)
+        out.member(name, seconds);
+    else
+        out.member(name, utcTime(seconds));
+}
 
 // ------------------------------------------------------------------------------------------------------- locations
 
@@ -81,7 +99,7 @@ void writeAddress(JsonWriter &out, const Address &address)
         out.member(part.name, (address.*part.get)());
 }
 
-/// Writes a location without its position and box, which are members of the feature.
+/// Writes a location without its position and box; these are members of the feature.
 void writeLocation(JsonWriter &out, const Location &location)
 {
     writeAddress(out, location.address());
@@ -129,10 +147,10 @@ void writeRecords(JsonWriter &out, const Place &place)
              [&out](const AuxiliaryData &data) { out.object([&] { writeRecord(out, data); }); });
 }
 
-/// Deepest nesting of a foreign member. It lies two levels deep, in the properties of a feature.
+/// Deepest nesting of a foreign member, which is two levels deep: in the properties of a feature.
 constexpr int MAX_FOREIGN_DEPTH = MAX_DEPTH - 2;
 
-/// Writes JSON down to the nesting depth that a reader accepts.
+/// Writes JSON; fails beyond the nesting depth that a reader accepts.
 class ShallowWriter : public rapidjson::Writer<rapidjson::StringBuffer>
 {
 public:
@@ -161,7 +179,7 @@ QByteArray toJsonText(const QString &value)
 }
 
 /// Members of an imported file that a place cannot hold. The import keeps them in a record, and an export writes them
-/// back to the same object. A member that a reader would take for a value of the place is left out.
+/// back to the same object. A member that an import would read as a value of the place is left out.
 Foreign foreignOf(const Place &place, const char *type, bool (*isForeign)(const QString &, const rapidjson::Value &))
 {
     Foreign foreign;
@@ -188,15 +206,15 @@ void writeNames(JsonWriter &out, const AbstractPlace &place)
     out.member(vocabulary::DESCRIPTION, place.description());
 }
 
-/// Values in every list of places, whatever record they come from.
-void writePrimaryValues(JsonWriter &out, const AbstractPlace &place)
+/// Values that every list of places shows. They come from any record.
+void writePrimaryValues(JsonWriter &out, const AbstractPlace &place, Times times)
 {
     out.member(vocabulary::PHONE, place.primaryPhoneNumber());
     out.member(vocabulary::EMAIL, place.primaryEmailAddress());
     out.member(vocabulary::URL, place.primaryUrl().toString(QUrl::FullyEncoded));
     out.member(vocabulary::FAVORITE, place.isFavorite());
     out.member(vocabulary::OWNER, place.owner());
-    out.member(vocabulary::LAST_USED_TIME, place.lastUsedTime());
+    writeTime(out, vocabulary::LAST_USED_TIME, place.lastUsedTime(), times);
 }
 
 QStringList tagsOf(const Place &place)
@@ -207,23 +225,23 @@ QStringList tagsOf(const Place &place)
     return tags;
 }
 
-void writeProperties(JsonWriter &out, const Place &place, int shown)
+void writeProperties(JsonWriter &out, const Place &place, int shown, Times times)
 {
     const Foreign foreign = foreignOf(place, vocabulary::FOREIGN_PROPERTIES, isForeignProperty);
     out.omitEmpty(foreign);
     writeNames(out, place);
     if (place.locationCount() > 0)
         writeLocation(out, place.location(shown));
-    writePrimaryValues(out, place);
+    writePrimaryValues(out, place, times);
     out.list(vocabulary::TAGS, tagsOf(place));
     out.list(vocabulary::ALIASES, place.aliases());
     out.member(vocabulary::SOURCE, place.source());
     out.member(vocabulary::PRIVATE, place.isPrivate());
     if (place.expiryTime() > 0)
-        out.member(vocabulary::EXPIRY_TIME, place.expiryTime());
+        writeTime(out, vocabulary::EXPIRY_TIME, place.expiryTime(), times);
     out.member(vocabulary::USAGE_COUNT, qint64(place.usageCount()));
-    out.member(vocabulary::CREATION_TIME, place.creationTime());
-    out.member(vocabulary::UPDATE_TIME, place.updateTime());
+    writeTime(out, vocabulary::CREATION_TIME, place.creationTime(), times);
+    writeTime(out, vocabulary::UPDATE_TIME, place.updateTime(), times);
     writeOtherLocations(out, place, shown);
     writeRecords(out, place);
     out.foreign(foreign);
@@ -235,8 +253,21 @@ void writeId(JsonWriter &out, const AbstractPlace &place)
         out.member("id", place.id());
 }
 
-/// A place with the values that a header has.
-void writeShortFeature(JsonWriter &out, const AbstractPlace &place)
+/// The position again, with named members, and its distance from the centre.
+void writePoint(JsonWriter &out, const Coordinates &position, const Coordinates &centre)
+{
+    if (!position.isValid())
+        return;
+    out.key(vocabulary::POSITION);
+    out.object([&] {
+        out.member(vocabulary::LATITUDE, position.latitude());
+        out.member(vocabulary::LONGITUDE, position.longitude());
+    });
+    out.member(vocabulary::DISTANCE, roundedDistance(centre, position));
+}
+
+/// The values of a place that its header has.
+void writeShortFeature(JsonWriter &out, const AbstractPlace &place, const Coordinates &centre)
 {
     out.object([&] {
         out.member("type", QStringLiteral("Feature"));
@@ -246,13 +277,14 @@ void writeShortFeature(JsonWriter &out, const AbstractPlace &place)
         out.object([&] {
             writeNames(out, place);
             writeAddress(out, place.primaryAddress());
-            writePrimaryValues(out, place);
+            writePrimaryValues(out, place, Times::Utc);
+            writePoint(out, place.primaryCoordinates(), centre);
         });
     });
 }
 
 template <typename Members>
-QByteArray feature(const Place &place, Members members)
+QByteArray feature(const Place &place, Times times, Members members)
 {
     JsonWriter out;
     const int shown = shownLocation(place);
@@ -263,7 +295,7 @@ QByteArray feature(const Place &place, Members members)
         members(out);
         writeGeometry(out, place.primaryCoordinates());
         out.key("properties");
-        out.object([&] { writeProperties(out, place, shown); });
+        out.object([&] { writeProperties(out, place, shown, times); });
     });
     return out.result();
 }
@@ -281,30 +313,31 @@ int shownLocation(const Place &place)
 
 QByteArray toGeoJson(const Place &place)
 {
-    return feature(place, [&](JsonWriter &out) { writeId(out, place); });
+    return feature(place, Times::Utc, [&](JsonWriter &out) { writeId(out, place); });
 }
 
 QByteArray toGeoJsonFeature(const Place &place)
 {
-    return feature(
-        place, [&](JsonWriter &out) { out.foreign(foreignOf(place, vocabulary::FOREIGN_MEMBERS, isForeignMember)); });
+    return feature(place, Times::Seconds, [&](JsonWriter &out) {
+        out.foreign(foreignOf(place, vocabulary::FOREIGN_MEMBERS, isForeignMember));
+    });
 }
 
-QByteArray toGeoJson(const PlaceList &places, bool hasMore)
+QByteArray toGeoJson(const PlaceList &places, bool hasMore, const Coordinates &centre)
 {
     JsonWriter out;
-    out.object([&] { writeCollection(out, places, hasMore); });
+    out.object([&] { writeCollection(out, places, hasMore, centre); });
     return out.result();
 }
 
-void writeCollection(JsonWriter &out, const PlaceList &places, bool hasMore)
+void writeCollection(JsonWriter &out, const PlaceList &places, bool hasMore, const Coordinates &centre)
 {
     out.member("type", QStringLiteral("FeatureCollection"));
     out.member("hasMore", hasMore);
     out.key("features");
     out.array([&] {
         for (const AbstractPlace *place : places)
-            writeShortFeature(out, *place);
+            writeShortFeature(out, *place, centre);
     });
 }
 
@@ -320,6 +353,22 @@ void writeRecord(JsonWriter &out, const AuxiliaryData &data)
             out.text(property.value());
         }
     });
+}
+
+QString utcTime(quint64 seconds)
+{
+    if (seconds == 0)
+        return {};
+    return seconds > LAST_SECOND
+               ? QString::number(seconds)
+               : QDateTime::fromSecsSinceEpoch(static_cast<qint64>(seconds), Qt::UTC).toString(Qt::ISODate);
+}
+
+double roundedDistance(const Coordinates &a, const Coordinates &b)
+{
+    constexpr double DECIMETRES = 10; // in a metre
+    return a.isValid() && b.isValid() ? std::round(Utilities::calculateDistanceInMeter(a, b) * DECIMETRES) / DECIMETRES
+                                      : std::nan("");
 }
 
 } // namespace formats

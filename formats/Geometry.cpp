@@ -22,7 +22,7 @@ namespace
 
 constexpr double MAX_LATITUDE = 90;
 constexpr double MAX_LONGITUDE = 180;
-/// Most characters of a text that a message quotes.
+/// Maximum number of characters that a message quotes.
 constexpr int MAX_QUOTED = 40;
 
 struct Point
@@ -34,7 +34,7 @@ using Points = std::vector<Point>;
 /// The first is the boundary, the others are holes.
 using Rings = std::vector<Points>;
 
-/// The points, lines and areas of a geometry, whatever they stand in.
+/// The points, lines and areas of a geometry, at any nesting.
 struct Parts
 {
     std::vector<const Value *> points; ///< Positions.
@@ -50,7 +50,7 @@ QString numberText(double number)
     return QString::number(number, 'g', QLocale::FloatingPointShortest);
 }
 
-/// What is wrong with a part of a position; empty when it is a number.
+/// Error in one number of a position; empty when it is a number.
 QString problemOfNumber(const char *what, const Value &value)
 {
     if (value.IsNumber())
@@ -58,10 +58,11 @@ QString problemOfNumber(const char *what, const Value &value)
     const QString name = QLatin1String(what);
     if (!value.IsString())
         return QStringLiteral("the %1 is not a number").arg(name);
+    if (textOf(value).isEmpty())
+        return QStringLiteral("the %1 is empty or missing").arg(name);
     bool isNumber = false;
     (void)textOf(value).toDouble(&isNumber);
-    return (isNumber ? QStringLiteral("%1 %2 is a text, where a number must be")
-                     : QStringLiteral("%1 %2 is not a number"))
+    return (isNumber ? QStringLiteral("%1 %2 is a text, not a number") : QStringLiteral("%1 %2 is not a number"))
         .arg(name, quoted(textOf(value)));
 }
 
@@ -76,7 +77,7 @@ QString problemOfRange(double longitude, double latitude)
     return {};
 }
 
-/// Why a GeoJSON position is no point on the Earth; empty when it is one.
+/// Why a GeoJSON position is not a point on the Earth; empty when it is one.
 QString problemOfPosition(const Value &position)
 {
     if (!position.IsArray())
@@ -103,7 +104,7 @@ void takePoint(const Value &position, Geometry &result)
         result.point.setAltitude(position[2].GetDouble());
 }
 
-/// A list of positions; empty when one of them is none.
+/// A list of positions; empty when one of them is invalid.
 Points pointsOf(const Value &positions)
 {
     Points points;
@@ -119,7 +120,7 @@ Points pointsOf(const Value &positions)
 
 // ---------------------------------------------------------------------------------------------------------- lines
 
-/// Length in degrees of latitude, on a plane that touches the Earth at the segment.
+/// Length in degrees of latitude, computed on the plane that touches the Earth at the segment.
 double lengthOf(const Point &from, const Point &to)
 {
     constexpr double RADIANS = 3.14159265358979323846 / 180;
@@ -135,7 +136,7 @@ double lengthOf(const Points &line)
     return length;
 }
 
-/// The point with as much of the line before it as behind it.
+/// The point at half the length of the line.
 Point middleOf(const Points &line)
 {
     double left = lengthOf(line) / 2;
@@ -153,7 +154,7 @@ Point middleOf(const Points &line)
 
 // ---------------------------------------------------------------------------------------------------------- areas
 
-/// A latitude near the middle of the area at which none of its corners is, so that a parallel crosses its sides only.
+/// A latitude near the middle of the area where it has no corner, so the parallel there crosses only sides.
 double parallelThrough(const Rings &area)
 {
     const auto [south, north] =
@@ -191,9 +192,9 @@ std::vector<double> crossings(const Rings &area, double parallel)
     return longitudes;
 }
 
-/// A point on the area's surface, as PointOnSurface() of OGC 06-103r4 asks for. It is the middle of the widest stretch
-/// that a parallel has inside; by the even-odd rule, holes are outside. Returns the width, 0 for an area without
-/// extent.
+/// Finds a point on the surface of the area, like PointOnSurface() of OGC 06-103r4: the middle of the widest segment of
+/// a parallel inside the area. Holes are outside (even-odd rule). Returns the width of the segment; 0 for an area
+/// without extent.
 double pointInside(const Rings &area, Point &point)
 {
     const double parallel = parallelThrough(area);
@@ -227,7 +228,7 @@ BoundingBox boxAround(const std::vector<Points> &lists)
     return box;
 }
 
-/// The rings of an area; empty when one of them is none.
+/// The rings of an area; empty when one of them is invalid.
 Rings ringsOf(const Value &area)
 {
     Rings rings;
@@ -283,7 +284,7 @@ void takePointOn(const Parts &parts, Geometry &result)
 
 // ------------------------------------------------------------------------------------------------------- geometries
 
-/// Adds what a list holds; an empty one, and none, hold nothing.
+/// Adds the elements of a list. Null and an empty list add nothing.
 void addAll(const Value &list, std::vector<const Value *> &values)
 {
     if (!list.IsArray())

@@ -14,23 +14,23 @@
 namespace formats
 {
 
-/// What a GeoJSON geometry is to a place.
+/// A GeoJSON geometry as part of a place.
 struct Geometry
 {
-    MemberKind kind = MemberKind::Place; ///< Line or Area when there is no point because nobody asked for one.
+    MemberKind kind = MemberKind::Place; ///< Line or Area when the geometry has no point and areas are not imported.
     vela::platform::places::Coordinates point = {}; ///< Invalid when there is none.
-    vela::platform::places::BoundingBox box = {};   ///< Of a line or area that has a point; else invalid.
+    vela::platform::places::BoundingBox box = {};   ///< Box of a line or area that has a point; else invalid.
     QString problem = {};                           ///< Why there is no point; empty for an empty geometry.
     QStringList losses = {};
 };
 
-/// Reads a geometry of any type, null included. One point is where the place is, alone, in a MultiPoint, or beside
+/// Reads a geometry of any type, or null. A single point is the position of the place: alone, in a MultiPoint, or among
 /// lines and areas in a GeometryCollection.
-/// @param areas gives a line its middle, an area a point inside that is in none of its holes, and several points their
-///     first.
+/// @param areas makes points of other geometries: the middle of a line, a point inside an area but not in a hole, the
+///     first of several points.
 Geometry readGeometry(const rapidjson::Value &geometry, bool areas);
 
-/// A text of a file as messages quote it.
+/// A text from a file, shortened and quoted for messages.
 QString quoted(const QString &text);
 
 } // namespace formats

@@ -7,7 +7,7 @@
 namespace formats::gpx
 {
 
-/// Namespace of our extensions, and its prefix. Their elements have the names of properties.
+/// Namespace of our extensions and its prefix. The elements are named after properties.
 constexpr char EXTENSION[] = "https://places.example/xmlns/properties/1";
 constexpr char PREFIX[] = "places";
 
@@ -29,7 +29,7 @@ constexpr Child CHILDREN[] = {
     {"cmt", "cmt", nullptr},
     {"desc", vocabulary::DESCRIPTION, nullptr},
     {"src", "src", nullptr},
-    {"link", vocabulary::URL, R"([A-Za-z][A-Za-z0-9+.-]*:[A-Za-z0-9._~:/?#@!$&'()*+,;=%-]*)"}, // in its attribute href
+    {"link", vocabulary::URL, R"([A-Za-z][A-Za-z0-9+.-]*:[A-Za-z0-9._~:/?#@!$&'()*+,;=%-]*)"}, // in the attribute href
     {"sym", "sym", nullptr},
     {"type", "kind", nullptr},
     {"fix", "fix", "none|2d|3d|dgps|pps"},

@@ -17,7 +17,7 @@ namespace formats
 namespace
 {
 
-/// GPX gives elevations above the geoid; with the height of the geoid this becomes the altitude above the ellipsoid.
+/// GPX elevations are above the geoid. Adding the height of the geoid gives the altitude above the ellipsoid.
 QString altitudeOf(const XmlMember &waypoint)
 {
     const QString elevation = waypoint.value("ele");
@@ -26,7 +26,7 @@ QString altitudeOf(const XmlMember &waypoint)
     return isNumber ? QString::number(metres, 'g', QLocale::FloatingPointShortest) : elevation;
 }
 
-/// The property name for a child of a waypoint; empty for a path that is no property.
+/// The property name for a child of a waypoint; empty for other paths.
 QString propertyOf(const QString &path)
 {
     static const QStringList OTHERS{QStringLiteral("ele"), QStringLiteral("geoidheight"), QStringLiteral("link"),

@@ -6,7 +6,7 @@
 namespace formats
 {
 
-/// Reads GPX 1.0 and 1.1. Waypoints become places; a route or track is handed out as its kind. A ReadPlaces.
+/// Reads GPX 1.0 and 1.1. Waypoints become places; routes and tracks are handed out as their kinds. A ReadPlaces.
 QString readGpx(Input &input, const ReadOptions &options, const TakePlace &take);
 
 } // namespace formats

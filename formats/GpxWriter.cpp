@@ -98,12 +98,13 @@ private:
         }
     }
 
-    /// Writes the known properties as elements; all others are in the rest.
+    /// Writes the known properties as elements. All others are in the rest.
     void writeExtensions(FlatFeature &feature)
     {
         m_xml.writeStartElement(QStringLiteral("extensions"));
         writeExtension(QLatin1String(vocabulary::ID), feature.takeId());
-        for (const QString &name : feature.names()) {
+        const QStringList names = feature.names();
+        for (const QString &name : names) {
             if (!vocabulary::kinds().contains(name))
                 continue;
             const bool isList = vocabulary::kinds().value(name) == vocabulary::Kind::Texts;
@@ -113,7 +114,7 @@ private:
         m_xml.writeEndElement();
     }
 
-    /// An empty text is written for a list only.
+    /// Writes an empty text only for a list.
     void writeExtension(const QString &name, const QString &text, bool isList = false)
     {
         if (!text.isEmpty() || isList)

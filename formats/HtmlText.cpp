@@ -30,7 +30,7 @@ const QSet<QString> &lineElements()
     return NAMES;
 }
 
-/// Other elements of HTML in descriptions.
+/// Other HTML elements that occur in descriptions.
 const QSet<QString> &otherElements()
 {
     static const QSet<QString> NAMES = wordsOf(
@@ -41,7 +41,7 @@ const QSet<QString> &otherElements()
     return NAMES;
 }
 
-/// Characters by the names of their references. LATIN_1 has the names of U+00A0 to U+00FF in order.
+/// Characters by the names of their references. LATIN_1 lists the names of U+00A0 to U+00FF in order.
 const QHash<QString, uint> &namedCharacters()
 {
     static const QHash<QString, uint> CHARACTERS = [] {
@@ -67,14 +67,15 @@ const QHash<QString, uint> &namedCharacters()
             {QStringLiteral("trade"), 0x2122},  {QStringLiteral("larr"), 0x2190},   {QStringLiteral("rarr"), 0x2192},
         };
         uint next = 0xA0;
-        for (const QString &name : QString::fromLatin1(LATIN_1).split(QLatin1Char(' ')))
+        const QStringList names = QString::fromLatin1(LATIN_1).split(QLatin1Char(' '));
+        for (const QString &name : names)
             characters.insert(name, next++);
         return characters;
     }();
     return CHARACTERS;
 }
 
-/// The character of a reference, given without "&" and ";"; 0 for an unknown one.
+/// The character of a reference without "&" and ";"; 0 for an unknown one.
 uint referencedCharacter(const QString &reference)
 {
     if (!reference.startsWith(QLatin1Char('#')))
@@ -116,7 +117,7 @@ private:
         return skipBehind(QStringLiteral("-->"), m_at + 4);
     }
 
-    /// Moves behind the next `end`; false when there is none. A missing `end` is searched only once.
+    /// Moves past the next `end`; false when there is none. A missing `end` is searched only once.
     bool skipBehind(const QString &end, int from)
     {
         if (m_missing.contains(end))
@@ -170,7 +171,8 @@ private:
     QString tidied() const
     {
         QString tidy;
-        for (const QString &line : m_out.split(QLatin1Char('\n'))) {
+        const QStringList lines = m_out.split(QLatin1Char('\n'));
+        for (const QString &line : lines) {
             const QString text = QString(line).replace(QChar(QChar::Nbsp), QLatin1Char(' ')).trimmed();
             const bool isSecondEmpty = text.isEmpty() && (tidy.isEmpty() || tidy.endsWith(QLatin1String("\n\n")));
             if (!isSecondEmpty)

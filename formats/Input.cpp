@@ -58,7 +58,7 @@ Input::~Input() = default;
 
 QString Input::problem() const
 {
-    // An error behind the head is reported when reading gets there.
+    // An error after the head is reported when reading reaches it.
     if (m_position < static_cast<std::size_t>(m_head.size()))
         return {};
     const QString problem = m_archive ? m_archive->problem() : m_xz ? m_xz->problem() : QString();

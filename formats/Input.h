@@ -29,10 +29,10 @@ public:
 
     /// Why opening or reading failed; empty without an error.
     [[nodiscard]] QString problem() const;
-    /// The name with the format's extension: the path without the extension of a compression, or the name of the file
-    /// in the archive.
+    /// The file name with the format's extension: the path without a compression extension, or the name of the file in
+    /// the archive.
     [[nodiscard]] QString name() const;
-    /// The first bytes, at most 4096, to detect the format. read() still returns them.
+    /// The first bytes, at most 4096, for format detection. read() still returns them.
     [[nodiscard]] const QByteArray &head() const { return m_head; }
     /// Reads up to `size` bytes. Returns their number; 0 at the end and on an error.
     std::size_t read(char *buffer, std::size_t size);
@@ -40,16 +40,16 @@ public:
     [[nodiscard]] double progress() const { return m_file.progress(); }
 
 private:
-    /// Reads behind the head.
+    /// Reads after the head.
     std::size_t readOn(char *buffer, std::size_t size);
 
     const QString m_path;
     FileBytes m_file;
-    // Null for a file that is not in one of their formats.
+    // Null when the file is not in their formats.
     std::unique_ptr<ArchiveReader> m_archive;
     std::unique_ptr<XzReader> m_xz;
     QByteArray m_head;
-    std::size_t m_position = 0; ///< Of the next byte in the head; its size when the head is read.
+    std::size_t m_position = 0; ///< Next byte in the head; its size when the head is read.
 };
 
 /// Decodes UTF-8. False for invalid UTF-8; the text is then undefined.

@@ -9,7 +9,7 @@
 
 #include <rapidjson/document.h>
 
-/// What readers ask of JSON values.
+/// Helpers to read JSON values.
 namespace formats
 {
 
@@ -23,7 +23,7 @@ inline QString textOf(const rapidjson::Value &text)
     return QString::fromUtf8(text.GetString(), static_cast<int>(text.GetStringLength()));
 }
 
-/// The member of this name, the last one where there are several; null when there is none, or no object.
+/// The member with this name, the last one if there are several; null when there is none or `object` is not an object.
 inline const rapidjson::Value *memberOf(const rapidjson::Value &object, const char *name)
 {
     if (!object.IsObject())
@@ -50,14 +50,14 @@ inline std::optional<QString> scalarOf(const rapidjson::Value &value)
     return std::nullopt;
 }
 
-/// A member that is a string, number or bool, as a text; empty when it is none.
+/// A member that is a string, number or bool, as a text; empty for any other value.
 inline QString textMember(const rapidjson::Value &object, const char *name)
 {
     const rapidjson::Value *value = memberOf(object, name);
     return value ? scalarOf(*value).value_or(QString()) : QString();
 }
 
-/// The finite number in a text; std::nullopt for any other text.
+/// The finite number that a text contains; std::nullopt for any other text.
 inline std::optional<double> toNumber(const QString &text)
 {
     bool isNumber = false;

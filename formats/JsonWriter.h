@@ -17,10 +17,10 @@
 namespace formats
 {
 
-/// Members that a place cannot hold, as JSON texts by name.
+/// Members that a place cannot hold: JSON texts by name.
 using Foreign = QMap<QString, QByteArray>;
 
-/// Writes JSON members and leaves out unset values. No object gets the same name twice.
+/// Writes JSON members and leaves out unset values. foreign() leaves out names that the object already has.
 class JsonWriter
 {
 public:
@@ -92,7 +92,7 @@ public:
         if (!values.isEmpty())
             list(name, values);
     }
-    /// A list that is written even when it is empty.
+    /// Writes a list, even an empty one unless omitEmpty() names it.
     template <typename Values, typename Write>
     void list(const char *name, const Values &values, Write write)
     {
@@ -121,14 +121,14 @@ public:
             m_writer.RawValue(member->constData(), static_cast<std::size_t>(member->size()), rapidjson::kObjectType);
         }
     }
-    /// Leaves out empty lists and false values that have the name of one of these members.
+    /// Leaves out empty lists and false values whose names are among these members.
     void omitEmpty(const Foreign &members) { m_omittedWhenEmpty = members; }
     QByteArray result() const { return QByteArray(m_text.GetString(), static_cast<int>(m_text.GetSize())); }
 
 private:
     rapidjson::StringBuffer m_text;
     rapidjson::Writer<rapidjson::StringBuffer> m_writer{m_text};
-    QSet<QString> m_names; ///< Names already written to the object.
+    QSet<QString> m_names; ///< Names written to the object so far.
     Foreign m_omittedWhenEmpty;
 };
 

@@ -15,7 +15,7 @@ namespace formats
 namespace
 {
 
-/// Reads the elements of a geometry in the order in which they end.
+/// Reads the elements of a geometry in the order of their end tags.
 class GeometryReader
 {
 public:
@@ -59,7 +59,7 @@ private:
     void takePoint()
     {
         QStringList position = std::exchange(m_coordinates, {}).split(QLatin1Char(','));
-        // In all other modes, the default included, the altitude has no effect.
+        // In all other modes, including the default, the altitude has no effect.
         if (!std::exchange(m_isAbsolute, false))
             position = position.mid(0, 2);
         for (QString &text : position)
@@ -88,7 +88,8 @@ private:
     {
         static const QRegularExpression SPACE(QStringLiteral("\\s+"));
         QByteArrayList positions;
-        for (const QString &text : std::exchange(m_coordinates, {}).split(SPACE, Qt::SkipEmptyParts)) {
+        const QStringList tuples = std::exchange(m_coordinates, {}).split(SPACE, Qt::SkipEmptyParts);
+        for (const QString &text : tuples) {
             const QStringList numbers = text.split(QLatin1Char(','));
             const QByteArray position = number(numbers.value(0)) + ',' + number(numbers.value(1));
             if (position.contains("null"))
@@ -99,7 +100,7 @@ private:
         return '[' + positions.join(',') + ']';
     }
 
-    /// A number as JSON, null when the text is no number.
+    /// A number as JSON; null when the text is not a number.
     static QByteArray number(const QString &text)
     {
         bool isNumber = false;

@@ -12,9 +12,9 @@ struct XmlMember;
 /// The geometry of a KML placemark.
 struct KmlGeometry
 {
-    /// A single point: longitude, latitude and, if it has an effect, altitude, as in the file; else empty.
+    /// A single point as in the file: longitude, latitude and, if it has an effect, altitude. Otherwise empty.
     QStringList position = {};
-    QByteArray json = {}; ///< Any other geometry as GeoJSON; empty without one.
+    QByteArray json = {}; ///< Any other geometry as GeoJSON; empty when there is none.
     bool isTrack = false; ///< It contains a track.
     QString problem = {}; ///< Why it cannot be read; empty when it can.
 };

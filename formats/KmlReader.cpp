@@ -64,7 +64,7 @@ TextFeature featureOf(const XmlMember &placemark)
     return feature;
 }
 
-/// Adds the names of folders as tags, unless the place has them already.
+/// Adds the names of folders as tags unless the place already has them.
 void addFolders(const QStringList &folders, Place &place)
 {
     QStringList tags;
@@ -95,7 +95,7 @@ void readPlacemark(const XmlMember &placemark, const ReadOptions &options, ReadP
 void readNetworkLink(const XmlMember &link, const ReadOptions & /*options*/, ReadPlace &read)
 {
     const QString address = link.value("Link/href");
-    read.problem = QStringLiteral("links to other files are not followed; import what it leads to: %1")
+    read.problem = QStringLiteral("links to other files are not followed; import the linked file: %1")
                        .arg(address.isEmpty() ? link.value("Url/href") : address);
 }
 

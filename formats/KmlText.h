@@ -8,7 +8,7 @@
 namespace formats
 {
 
-/// The children of a placemark that are a property each.
+/// The children of a placemark that map to one property each.
 constexpr struct
 {
     const char *element;
@@ -19,10 +19,10 @@ constexpr struct
     {"phoneNumber", vocabulary::PHONE},
 };
 
-/// A text as a KML file stores it: as XML, a description as HTML too. A KeepText.
+/// A text as a KML file stores it: as XML, and a description also as HTML. A KeepText.
 QString toKmlText(const QString &name, const QString &text);
 
-/// The HTML of a description, of which htmlToText() makes the text again. `text` comes from toKmlText().
+/// The HTML of a description; htmlToText() restores the text. `text` comes from toKmlText().
 QString toKmlDescription(const QString &text);
 
 } // namespace formats

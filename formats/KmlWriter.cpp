@@ -25,30 +25,30 @@ using namespace vela::platform::places;
 namespace
 {
 
-/// Maximum number of id attributes in a file. They must be unique, so the writer remembers them.
+/// Maximum number of id attributes in a file. They must be unique, so the writer keeps them in memory.
 constexpr int MAX_IDS = 100000;
 
 /// Maximum length of a tag that becomes a folder.
 constexpr int MAX_FOLDER_NAME = 256;
 
-/// True for an NCName of ASCII characters, at most 100.
+/// True for an NCName of at most 100 ASCII characters.
 bool isNcName(const QString &text)
 {
     static const QRegularExpression NAME(QStringLiteral("^[A-Za-z_][A-Za-z0-9_.-]{0,99}\\z"));
     return NAME.match(text).hasMatch();
 }
 
-/// True for a tag of the platform.
+/// True for a tag that the platform defines.
 bool isPlatformTag(const QString &tag)
 {
     return tag.startsWith(QLatin1String("lbs-")) || tag == Tags::MyLocation || tag == Tags::CurrentLocation;
 }
 
-/// The first tag that is not one of the platform and that XML stores unchanged; empty when there is none.
+/// The first tag of the user's own that XML stores unchanged; empty when there is none.
 QString folderOf(const Place &place)
 {
     for (int i = 0; i < place.tagCount(); ++i) {
-        const QString tag = place.tag(i);
+        QString tag = place.tag(i);
         if (!isPlatformTag(tag) && tag.size() <= MAX_FOLDER_NAME && toXmlText({}, tag) == tag)
             return tag;
     }
@@ -110,7 +110,7 @@ private:
         return text + '\n';
     }
 
-    /// Any other id, and one that is already in the file, stays in the rest.
+    /// Any other id, and an id that the file already has, stays in the rest.
     void writeId(QXmlStreamWriter &xml, FlatFeature &feature)
     {
         const QString id = feature.id();
@@ -123,7 +123,8 @@ private:
     static void writeData(QXmlStreamWriter &xml, FlatFeature &feature)
     {
         xml.writeStartElement(QStringLiteral("ExtendedData"));
-        for (const QString &name : feature.names()) {
+        const QStringList names = feature.names();
+        for (const QString &name : names) {
             const bool isList = vocabulary::kinds().value(name) == vocabulary::Kind::Texts;
             const bool isOurs =
                 name == QLatin1String(vocabulary::REST) || name.isEmpty() || toXmlText({}, name) != name;

@@ -6,8 +6,9 @@
 namespace formats
 {
 
-/// Writes KML 2.2 (OGC 07-147r2): a placemark a place, in a folder of the first tag that is its user's own. What KML
-/// has no element for stands in ExtendedData. Placemarks of folders wait in a temporary file. A MakePlaceWriter.
+/// Writes KML 2.2 (OGC 07-147r2): one placemark per place, in a folder named after the place's first tag that is not a
+/// platform tag. ExtendedData holds values without a KML element. Placemarks of folders are kept in a temporary file. A
+/// MakePlaceWriter.
 std::unique_ptr<PlaceWriter> makeKmlWriter(QIODevice &out);
 
 } // namespace formats

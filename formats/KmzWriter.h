@@ -6,7 +6,7 @@
 namespace formats
 {
 
-/// Writes KMZ: a zip archive with the KML file doc.kml, see makeKmlWriter(). A MakePlaceWriter.
+/// Writes KMZ: a zip archive of the file doc.kml that makeKmlWriter() describes. A MakePlaceWriter.
 std::unique_ptr<PlaceWriter> makeKmzWriter(QIODevice &out);
 
 } // namespace formats

@@ -19,7 +19,7 @@ bool isOfNumber(char c)
     return (c >= '0' && c <= '9') || std::strchr("+-.eE", c) != nullptr;
 }
 
-/// True for a number that RapidJSON may refuse: one with an exponent, or with very many digits.
+/// True for a number that RapidJSON may refuse: with an exponent, or with many digits.
 bool isSuspicious(const QByteArray &number)
 {
     constexpr int MANY_DIGITS = 300;

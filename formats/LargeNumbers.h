@@ -7,9 +7,9 @@
 namespace formats
 {
 
-/// A JSON text in which numbers that no double can hold are texts, and other numbers are written so that RapidJSON
-/// reads them: it refuses some by their exponent alone. Adds a sentence to `losses` for the first number that became a
-/// text.
+/// Rewrites the numbers of a JSON text that RapidJSON would refuse. A number beyond the range of double becomes a text;
+/// other numbers get a form that RapidJSON accepts, because it refuses some by their exponent alone. Adds a message to
+/// `losses` for the first number that became a text.
 QByteArray withLargeNumbersAsTexts(const QByteArray &json, QStringList &losses);
 
 } // namespace formats

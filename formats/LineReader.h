@@ -10,7 +10,7 @@
 namespace formats
 {
 
-/// Hands out the lines of an input. Memory is that of one line.
+/// Splits an input into lines. Uses the memory of one line.
 class LineReader
 {
 public:
@@ -18,8 +18,7 @@ public:
         : m_input(input)
     {}
 
-    /// Reads the next line without its line feed; of one longer than MAX_ITEM_SIZE only the beginning. False at the
-    /// end.
+    /// Reads the next line without its line feed. A line longer than MAX_ITEM_SIZE is truncated. False at the end.
     bool next(QByteArray &line)
     {
         line.clear();
@@ -36,8 +35,7 @@ public:
         return !isAtEnd;
     }
 
-    /// Reads the next line with its line feed or, of one longer than `most` bytes, the next piece of it. False at the
-    /// end.
+    /// Reads the next line with its line feed. A line longer than `most` bytes comes in pieces. False at the end.
     bool nextPiece(QByteArray &piece, int most)
     {
         piece.clear();

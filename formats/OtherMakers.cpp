@@ -17,12 +17,12 @@ using rapidjson::Value;
 namespace
 {
 
-/// Where the value of a property is in the properties of a maker. The first one that has a value counts.
+/// Source of a property in the properties of a maker. The first source with a value is used.
 struct Source
 {
-    const char *object; ///< The property that is the object with the member; null for the properties themselves.
+    const char *object; ///< The property whose object has the member; null for the properties themselves.
     const char *member;
-    const char *property; ///< Its name in the vocabulary.
+    const char *property; ///< Name in the vocabulary.
 };
 
 /// Properties of a maker.
@@ -31,10 +31,10 @@ struct Maker
     const char *mark; ///< A property that only this maker's features have.
     const Source *begin;
     const Source *end;
-    bool usesOrigin; ///< A place without a known position is at 0, 0.
+    bool usesOrigin; ///< The maker writes 0, 0 for an unknown position.
 };
 
-/// Saved places of Google Takeout, until about 2022.
+/// Saved places of Google Takeout until about 2022.
 constexpr Source TAKEOUT_BEFORE[] = {
     {nullptr, "Title", vocabulary::NAME},
     {"Location", "Business Name", vocabulary::NAME},
@@ -51,7 +51,7 @@ constexpr Source TAKEOUT[] = {
     {nullptr, "Comment", vocabulary::DESCRIPTION},
 };
 
-/// OpenStreetMap, in the JSON of the Overpass API and in GeoJSON that was made of it.
+/// OpenStreetMap: JSON of the Overpass API, and GeoJSON made from it.
 constexpr Source OPEN_STREET_MAP[] = {
     {nullptr, "addr:housenumber", "houseNumber"},
     {nullptr, "addr:street", "street"},
@@ -95,7 +95,7 @@ void dropOrigin(Value &feature)
         feature.RemoveMember("geometry");
 }
 
-/// A position of an object with "lat" and "lon".
+/// The position of an object with "lat" and "lon".
 Value positionOf(const Value &object, rapidjson::Document::AllocatorType &allocator)
 {
     Value position(rapidjson::kArrayType);
@@ -119,7 +119,7 @@ Value shape(const char *type, Value &&coordinates, rapidjson::Document::Allocato
     return geometry;
 }
 
-/// The corners of a way, or of the bounds of an element.
+/// The corners of a way, or of an element's bounds.
 Value cornersOf(const Value &element, rapidjson::Document::AllocatorType &allocator)
 {
     Value corners(rapidjson::kArrayType);
@@ -140,7 +140,7 @@ Value cornersOf(const Value &element, rapidjson::Document::AllocatorType &alloca
             corners.PushBack(corner, allocator);
         }
     }
-    // A list without corners would be no geometry at all.
+    // Without corners there would be no geometry.
     if (corners.Empty())
         corners.PushBack(Value(), allocator);
     return corners;

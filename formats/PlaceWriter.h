@@ -14,7 +14,7 @@ class Place;
 namespace formats
 {
 
-/// Writes a file of places, one place after the other. Memory does not grow with the file.
+/// Writes places to a file in sequence. Memory does not grow with the file.
 class PlaceWriter
 {
 public:
@@ -23,15 +23,15 @@ public:
     PlaceWriter &operator=(const PlaceWriter &) = delete;
     virtual ~PlaceWriter() = default;
 
-    /// Each returns what went wrong; empty when nothing did. begin() comes first, end() last; a file without end() is
-    /// not whole.
+    /// Each returns the error; empty on success. Call begin() first and end() last; without end() the file is
+    /// incomplete.
     [[nodiscard]] virtual QString begin() = 0;
     [[nodiscard]] virtual QString write(const vela::platform::places::Place &place) = 0;
     [[nodiscard]] virtual QString end() = 0;
-    /// After end(): a sentence about values that the format could not hold; empty for none.
+    /// After end(): a message about values that the format could not hold; empty when there are none.
     [[nodiscard]] virtual QString note() const { return {}; }
 
-    /// Why the last place is not in the file; empty when it is.
+    /// Why the last place is not in the file; empty when it is in the file.
     [[nodiscard]] const QString &leftOut() const { return m_leftOut; }
 
 protected:
@@ -41,7 +41,7 @@ protected:
 /// Makes a writer to a device that is open and outlives it.
 using MakePlaceWriter = std::unique_ptr<PlaceWriter> (*)(QIODevice &out);
 
-/// Writes all bytes; returns what went wrong.
+/// Writes all bytes; returns the error.
 [[nodiscard]] QString writeAll(QIODevice &out, const QByteArray &bytes);
 
 } // namespace formats

@@ -20,14 +20,14 @@ namespace
 
 const QString DIGITS = QStringLiteral("23456789CFGHJMPQRVWX");
 constexpr int BASE = 20;
-/// Digits come in pairs, latitude first, up to this many; each further one is a cell of a grid in the last.
+/// The first digits are pairs, latitude first. Each digit after these pairs selects a cell of a grid in the last area.
 constexpr int PAIR_DIGITS = 10;
 constexpr int GRID_ROWS = 5;
 constexpr int GRID_COLUMNS = 4;
-/// Further digits are passed over.
+/// Further digits are ignored.
 constexpr int MAX_DIGITS = 15;
 
-/// An area in whole numbers of its own size, counted from 90 degrees south and 180 degrees west.
+/// An area; row and column count areas of its own size from 90 degrees south and 180 degrees west.
 struct Area
 {
     std::int64_t row = 0;
@@ -45,7 +45,7 @@ struct Area
     }
 };
 
-/// The area of at least one pair of digits. The first pair counts in 20 degrees.
+/// The area of a code with at least one pair of digits. The first pair is in steps of 20 degrees.
 Area areaOf(const QString &digits)
 {
     Area area;
@@ -64,7 +64,7 @@ Area areaOf(const QString &digits)
         area.columnsPerDegree *= GRID_COLUMNS;
     }
     if (count == 2) {
-        // One pair: the area is 20 degrees wide, which is no whole number of areas in a degree.
+        // With one pair the area is 20 degrees wide, so areas per degree would not be an integer.
         area.row *= BASE;
         area.column *= BASE;
     }
@@ -87,7 +87,7 @@ Coordinates centreOf(const QString &digits)
 
 ReadPosition readPlusCode(const QString &text)
 {
-    // In front of the plus sign zeros may stand for the digits of a large area, and there is then nothing behind it.
+    // Zeros before the plus sign replace the digits of a large area; no digits follow the plus sign then.
     static const QRegularExpression FULL(
         QStringLiteral(R"(\A(?=[0-9A-Z]{8}\+)((?:[%1]{2}){1,4})(0*)\+([%1]{2,})?\z)").arg(DIGITS),
         QRegularExpression::CaseInsensitiveOption);
@@ -100,14 +100,14 @@ ReadPosition readPlusCode(const QString &text)
         const bool isPadded = !match.captured(2).isEmpty();
         const bool isOnEarth = DIGITS.indexOf(digits[0]) < 180 / BASE && DIGITS.indexOf(digits[1]) < 360 / BASE;
         if (isPadded && !match.captured(3).isEmpty())
-            return {{}, QStringLiteral("a plus code with zeros has nothing behind its plus sign")};
+            return {{}, QStringLiteral("a plus code with zeros must end with its plus sign")};
         if (!isOnEarth)
-            return {{}, QStringLiteral("the plus code begins beyond the Earth, with %1").arg(digits.left(2))};
+            return {{}, QStringLiteral("the plus code is beyond the Earth: it begins with %1").arg(digits.left(2))};
         return {centreOf(digits), {}};
     }
     if (SHORT.match(code).hasMatch())
         return {{},
-                QStringLiteral("a short plus code means something only near a place that it does not name; write the "
+                QStringLiteral("a short plus code is only valid near a place, which it does not name; write the "
                                "full code, such as 8FVC9G8F+6X")};
     return {};
 }

@@ -6,9 +6,9 @@
 namespace formats
 {
 
-/// Reads a full plus code (Open Location Code) as the centre of its area, with the radius of the area as horizontal
-/// accuracy. Digits may be of either case. A short code is a problem: it needs a reference. Nothing is set for a text
-/// that is no plus code.
+/// Reads a full plus code (Open Location Code) as the centre of its area; the horizontal accuracy is the radius of the
+/// area. Digits are case-insensitive. A short code gives a problem, because it needs a reference. Neither is set for a
+/// text that is not a plus code.
 ReadPosition readPlusCode(const QString &text);
 
 } // namespace formats

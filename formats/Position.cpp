@@ -25,10 +25,10 @@ namespace
 {
 
 constexpr char SCHEME[] = "geo:";
-/// A longer text is no position; it bounds the work for one.
+/// Maximum length of a position; it bounds the work.
 constexpr int MAX_POSITION_SIZE = 200;
 
-/// A number as RFC 5870 writes them: without a plus sign and an exponent.
+/// A number in the form of RFC 5870: without a plus sign or exponent.
 std::optional<double> parseNumber(const QString &text)
 {
     static const QRegularExpression NUMBER(QStringLiteral(R"(\A-?[0-9]+(\.[0-9]+)?\z)"));
@@ -37,7 +37,7 @@ std::optional<double> parseNumber(const QString &text)
 
 // --------------------------------------------------------------------------------------------- as people write them
 
-/// The forms of a character that keyboards and text programs offer, by the one that is meant.
+/// Replaces the variants of a character that keyboards and text programs produce.
 QString plainCharacters(QString text)
 {
     static constexpr struct
@@ -55,8 +55,8 @@ QString plainCharacters(QString text)
     return text.replace(QLatin1String("''"), QLatin1String("\"")).trimmed().toUpper();
 }
 
-/// True when the commas between two digits of a text are decimal ones: something else divides the two coordinates, and
-/// no number has a point.
+/// True when the commas between two digits are decimal commas: something else separates the two coordinates, and no
+/// number has a decimal point.
 bool hasDecimalCommas(const QString &text)
 {
     static const QRegularExpression TIGHT(QStringLiteral("[0-9],[0-9]"));
@@ -74,7 +74,7 @@ struct Token
 
 using Tokens = QVector<Token>;
 
-/// The tokens of a text; nothing when it has something else in it.
+/// The tokens of a text; std::nullopt when it contains anything else.
 std::optional<Tokens> tokensOf(const QString &text)
 {
     static const QRegularExpression TOKEN(QStringLiteral("\\G *(?:([0-9]+(?:\\.[0-9]+)?)|([NSEW+,;'\"\u00b0-]))"));
@@ -116,7 +116,7 @@ bool isSign(const Token &token)
     return is(token, u'-') || is(token, u'+');
 }
 
-/// Whether a token begins the second coordinate behind the tokens of the first.
+/// True when a token after the tokens of the first coordinate begins the second one.
 bool beginsSecond(const Tokens &first, const Token &token)
 {
     const auto has = [&first](auto condition) { return std::any_of(first.begin(), first.end(), condition); };
@@ -136,8 +136,8 @@ bool areTwoNumbers(const Tokens &tokens)
            && isNumber(tokens[tokens.size() - 2]) && (tokens.size() == 2 || isSign(tokens.first()));
 }
 
-/// The tokens of the coordinates. Without letters, signs and commas between them, degrees follow each other: "47.24
-/// 8.72", "47°14' 8°43'".
+/// Splits the tokens into coordinates. Without letters, signs and commas, a second number of degrees begins the second
+/// coordinate: "47.24 8.72", "47°14' 8°43'".
 QVector<Tokens> coordinatesOf(const Tokens &tokens)
 {
     if (areTwoNumbers(tokens))
@@ -158,14 +158,14 @@ QVector<Tokens> coordinatesOf(const Tokens &tokens)
     return parts;
 }
 
-/// A coordinate as it is written.
+/// A coordinate in its written form.
 struct Coordinate
 {
     QChar hemisphere;
     QChar sign;
     Tokens numbers;
-    int symbols = 0;      ///< How many numbers have the symbol of their unit.
-    bool isWrong = false; ///< It is no coordinate.
+    int symbols = 0;      ///< Count of numbers with the symbol of their unit.
+    bool isWrong = false; ///< Not a valid coordinate.
 };
 
 Coordinate parseCoordinate(const Tokens &tokens)
@@ -193,7 +193,7 @@ Coordinate parseCoordinate(const Tokens &tokens)
     return coordinate;
 }
 
-/// The degrees of a coordinate; a sentence in `problem` when its numbers make no sense.
+/// Converts a coordinate to degrees. Sets `problem` when its numbers are invalid.
 double degreesOf(const Coordinate &coordinate, QString &problem)
 {
     static constexpr const char *UNITS[] = {"degrees", "minutes", "seconds"};
@@ -204,12 +204,12 @@ double degreesOf(const Coordinate &coordinate, QString &problem)
         if (i > 0 && each.number >= 60)
             problem = QStringLiteral("%1 %2 are beyond 59").arg(each.number).arg(QLatin1String(UNITS[i]));
         if (i + 1 < coordinate.numbers.size() && !each.isWhole)
-            problem = QStringLiteral("%1 are no whole number where %2 follow")
+            problem = QStringLiteral("%1 must be a whole number when %2 follow")
                           .arg(QLatin1String(UNITS[i]), QLatin1String(UNITS[i + 1]));
         degrees += each.number * size;
     }
     if (!coordinate.sign.isNull() && !coordinate.hemisphere.isNull())
-        problem = QStringLiteral("a coordinate has a sign or a letter, not both");
+        problem = QStringLiteral("a coordinate has both a sign and a letter; write one of them");
     const bool isNegative = coordinate.sign == QLatin1Char('-') || coordinate.hemisphere == QLatin1Char('S')
                             || coordinate.hemisphere == QLatin1Char('W');
     return isNegative ? -degrees : degrees;
@@ -239,7 +239,8 @@ ReadPosition readWritten(const QString &text)
     const double latitude = degreesOf(first, read.problem);
     const double longitude = degreesOf(second, read.problem);
     if (!isOneOfEach)
-        read.problem = QStringLiteral("one coordinate is a latitude (N, S) and the other a longitude (E, W)");
+        read.problem =
+            QStringLiteral("both coordinates have letters of one axis; write one with N or S and one with E or W");
     else if (read.problem.isEmpty() && std::abs(latitude) > 90)
         read.problem = QStringLiteral("latitude %1 is beyond 90").arg(latitude);
     else if (read.problem.isEmpty() && std::abs(longitude) > 180)
@@ -251,7 +252,7 @@ ReadPosition readWritten(const QString &text)
 
 // ------------------------------------------------------------------------------------------------------- geo URIs
 
-/// Reads the parameters "NAME=VALUE" behind the coordinates; names and values are compared without regard to case.
+/// Reads the parameters "NAME=VALUE" after the coordinates. Names and values are case-insensitive.
 QString readParameters(const QStringList &parameters, Coordinates &position)
 {
     for (const QString &parameter : parameters) {
@@ -266,7 +267,7 @@ QString readParameters(const QStringList &parameters, Coordinates &position)
         const std::optional<double> number = parseNumber(value);
         const std::optional<float> metres = number ? toAccuracy(*number) : std::nullopt;
         if (!metres)
-            return QStringLiteral("the uncertainty is no number of metres");
+            return QStringLiteral("the uncertainty is not a number of metres");
         position.setHorizontalAccuracy(*metres);
     }
     return {};
@@ -316,10 +317,10 @@ ReadPosition readGeoUri(const QString &uri)
     const QString whole = uri.mid(static_cast<int>(std::strlen(SCHEME))).section(QLatin1Char('#'), 0, 0);
     QStringList parts = whole.section(QLatin1Char('?'), 0, 0).split(QLatin1Char(';'));
     Coordinates position = readDecimalPosition(QUrl::fromPercentEncoding(parts.takeFirst().toUtf8()));
-    // The reference system says what the numbers mean.
+    // The reference system defines the meaning of the numbers, so its error comes first.
     QString problem = readParameters(parts, position);
     if (problem.isEmpty() && !position.isValid())
-        problem = QStringLiteral("its coordinates are no point on the Earth; write geo:LATITUDE,LONGITUDE in degrees");
+        problem = QStringLiteral("its coordinates are not on the Earth; write geo:LATITUDE,LONGITUDE in degrees");
     return {problem.isEmpty() ? position : Coordinates(), problem};
 }
 

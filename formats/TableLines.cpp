@@ -61,7 +61,7 @@ void TableLines::beginRow()
 void TableLines::rewind()
 {
     m_position = std::max(m_firstEnd, 0);
-    // The rest of a line that is too long is skipped.
+    // Skips the rest of a line that is too long.
     while (m_position > 0 && !isLineEnd(m_bytes[m_position - 1]) && !next().isEmpty())
         beginRow();
     beginRow();

@@ -21,11 +21,11 @@ public:
 
     /// True when the file is UTF-16.
     [[nodiscard]] bool isUtf16() const { return m_decoder != nullptr; }
-    /// Reads the next line; of a line beyond MAX_ITEM_SIZE, a part. Empty at the end.
+    /// Reads the next line, or a part of a line longer than MAX_ITEM_SIZE. Empty at the end.
     QByteArray next();
-    /// Begins a row with the next line. The lines before it are released.
+    /// Starts a row with the next line. Releases the lines before it.
     void beginRow();
-    /// Goes back to the second line of the row and begins a row there.
+    /// Goes back to the second line of the row and starts a row there.
     void rewind();
 
 private:
@@ -33,7 +33,7 @@ private:
     std::unique_ptr<QTextDecoder> m_decoder;
     QByteArray m_bytes;
     int m_row = 0;       ///< Start of the row.
-    int m_firstEnd = -1; ///< End of its first line; negative before that is read.
+    int m_firstEnd = -1; ///< End of its first line; negative while that is not read.
     int m_position = 0;  ///< Start of the next line.
 };
 

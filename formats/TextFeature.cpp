@@ -123,7 +123,7 @@ void TextFeature::replace(Value &object, const QString &name, const QString &tex
     auto &allocator = m_feature.GetAllocator();
     const bool isId = &object == &m_feature;
     const bool isList = !isId && vocabulary::kinds().value(name) == vocabulary::Kind::Texts;
-    // Other properties are set once only, so they need no search.
+    // Other properties are set only once, so they need no search.
     const bool mayBeThere = isId || isList || m_restNames.contains(name);
     const auto member = mayBeThere ? object.FindMember(toValue(name)) : object.MemberEnd();
     const bool isThere = member != object.MemberEnd();
@@ -137,7 +137,8 @@ void TextFeature::replace(Value &object, const QString &name, const QString &tex
     Value value = toValue(text);
     if (isList) {
         value.SetArray();
-        for (const QString &element : splitList(text))
+        const QStringList elements = splitList(text);
+        for (const QString &element : elements)
             value.PushBack(toValue(element), allocator);
     }
     if (isThere)

@@ -18,28 +18,28 @@ namespace formats
 class TextFeature
 {
 public:
-    /// @param keep the text that the format stores for a text; null when it stores all texts unchanged.
+    /// @param keep how the format changes a text when it stores it; null when it stores all texts unchanged.
     explicit TextFeature(KeepText keep = nullptr);
 
-    /// Sets the position: degrees and metres as decimal numbers. Without effect when longitude and latitude are empty.
-    /// Other texts are reported by read().
+    /// Sets the position: degrees and metres as decimal numbers. No effect when longitude and latitude are empty.
+    /// read() reports any other text as a problem.
     void setPosition(const QString &longitude, const QString &latitude, const QString &altitude = {});
     /// Sets a geometry other than a point. `json` is a GeoJSON geometry; invalid JSON has no effect.
     void setGeometry(const QByteArray &json);
-    /// Sets all that FlatFeature::rest() returned; call it before the other setters. A value of the rest is kept when
-    /// a setter gives the same text for it. False when `json` is not an object nested at most MAX_DEPTH deep, with at
-    /// most MAX_LIST_LENGTH properties.
+    /// Sets the content of FlatFeature::rest(); call it before the other setters. A value of the rest is kept when a
+    /// setter gives the same text for it. False when `json` is not an object, is nested deeper than MAX_DEPTH, or has
+    /// more than MAX_LIST_LENGTH members or properties.
     bool setRest(const QString &json);
     /// Sets the id of the feature.
     void setId(const QString &id);
-    /// Sets a property by its GeoJSON name, unless it is set already. The text of a list is read by splitList().
+    /// Sets a property by its GeoJSON name unless it is already set. splitList() reads the text of a list.
     void set(const QString &name, const QString &value);
     /// Reads the feature, as readFeature() does.
     void read(const ReadOptions &options, ReadPlace &read) const;
 
 private:
     rapidjson::Value toValue(const QString &text);
-    /// Sets a member to a text, or removes it when the text is empty; a member with the same text is not changed.
+    /// Sets a member to a text, or removes it when the text is empty. A member with the same text is not changed.
     void replace(rapidjson::Value &object, const QString &name, const QString &text);
     /// The text of a member as the format stores it.
     [[nodiscard]] QString keptText(const QString &name, const rapidjson::Value &value) const;
@@ -47,7 +47,7 @@ private:
     KeepText m_keep;
     rapidjson::Document m_feature{rapidjson::kObjectType};
     QSet<QString> m_names;
-    QSet<QString> m_restNames; ///< Properties of the rest.
+    QSet<QString> m_restNames; ///< Names of the properties in the rest.
 };
 
 } // namespace formats

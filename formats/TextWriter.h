@@ -8,16 +8,16 @@
 namespace formats
 {
 
-/// A form in which the text of a place does not depend on the others.
+/// A format in which the text of a place does not depend on other places.
 struct TextForm
 {
     QByteArray (*toText)(const vela::platform::places::Place &place);
     const char *opening;
     const char *separator;
-    const char *ending; ///< Without places and without an opening it is left out.
+    const char *ending; ///< Left out when there is no opening and no place.
 };
 
-/// Writes a file of such a form.
+/// Writes a file in such a format.
 class TextWriter : public PlaceWriter
 {
 public:

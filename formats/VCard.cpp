@@ -18,7 +18,8 @@ using namespace vela::platform::places;
 namespace
 {
 
-/// Where the next separator is that is neither quoted nor, in a text without quotes, escaped; the end without one.
+/// Position of the next separator outside quotation marks and, in texts without quotation marks, not escaped; the
+/// text's size when there is none.
 int nextSeparator(const QByteArray &text, char separator, int from, bool isQuotable)
 {
     bool isQuoted = false;
@@ -32,7 +33,7 @@ int nextSeparator(const QByteArray &text, char separator, int from, bool isQuota
     return text.size();
 }
 
-/// The parts of a text between separators, as they are written.
+/// Splits a text at separators. The parts stay escaped and quoted.
 QByteArrayList split(const QByteArray &text, char separator, bool isQuotable)
 {
     QByteArrayList parts;
@@ -61,7 +62,7 @@ VCardLine lineOf(const QByteArray &text)
     return line;
 }
 
-/// A label, in which line feeds and quotation marks may be written in two ways.
+/// Decodes a label. Line feeds and quotation marks have two escaped forms.
 QString labelOf(const QByteArray &value)
 {
     QByteArray text = value;
@@ -76,7 +77,7 @@ QString labelOf(const QByteArray &value)
     return QString::fromUtf8(label);
 }
 
-/// A position as one of the versions writes it.
+/// A position in the form of any vCard version.
 Coordinates positionOf(const QByteArray &value)
 {
     const QString text = unescaped(value).trimmed();
@@ -128,7 +129,8 @@ VCard::VCard(const QByteArray &text)
     QByteArray unfolded = text;
     for (const char *fold : {"\r\n ", "\r\n\t", "\n ", "\n\t"})
         unfolded.replace(fold, "");
-    for (const QByteArray &line : unfolded.split('\n')) {
+    const auto lines = unfolded.split('\n');
+    for (const QByteArray &line : lines) {
         const QByteArray whole = line.endsWith('\r') ? line.chopped(1) : line;
         VCardLine read = lineOf(whole);
         if (!read.name.isEmpty() && read.name != "BEGIN" && read.name != "END")
@@ -139,8 +141,8 @@ VCard::VCard(const QByteArray &text)
 QString VCard::name() const
 {
     for (const QString &name : {m_contact.realName(), m_contact.organization(), m_contact.nickName()}) {
-        // A semicolon need not be escaped in a text, but may be.
-        const QString text = QString(name).replace(QLatin1String("\\;"), QLatin1String(";")).trimmed();
+        // Escaping a semicolon in a text is optional.
+        QString text = QString(name).replace(QLatin1String("\\;"), QLatin1String(";")).trimmed();
         if (!text.isEmpty())
             return text;
     }
@@ -168,7 +170,8 @@ QStringList VCard::texts(const char *property) const
     for (const VCardLine &line : m_lines) {
         if (line.name != property)
             continue;
-        for (const QByteArray &value : split(line.value, ',', false)) {
+        const auto values = split(line.value, ',', false);
+        for (const QByteArray &value : values) {
             const QString text = unescaped(value);
             if (text.trimmed().isEmpty() || known.contains(text))
                 continue;
@@ -190,8 +193,8 @@ Coordinates VCard::position() const
 
 QVector<CardAddress> VCard::addresses() const
 {
-    // The library keeps positions as floats and reads some wrongly: they are taken from the lines, which come in the
-    // order of its addresses.
+    // KContacts stores positions as floats and reads some wrongly, so they are parsed from the lines. The lines are in
+    // the order of its addresses.
     QVector<const VCardLine *> lines;
     for (const VCardLine &line : m_lines) {
         if (line.name == "ADR")

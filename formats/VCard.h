@@ -17,13 +17,14 @@ namespace formats
 /// A line of a card (RFC 6350), unfolded.
 struct VCardLine
 {
-    QByteArray name;                         ///< In capitals, without the group.
-    QMap<QByteArray, QByteArray> parameters; ///< By names in capitals; of several of one name the last, unquoted.
-    QByteArray value;                        ///< As it is written.
-    QByteArray text;                         ///< The whole line.
+    QByteArray name; ///< In capitals, without the group.
+    /// By names in capitals, unquoted; the last of several with the same name.
+    QMap<QByteArray, QByteArray> parameters;
+    QByteArray value; ///< Not decoded.
+    QByteArray text;  ///< The whole line.
 };
 
-/// What an address of a card is for.
+/// Purpose of an address of a card.
 enum class CardAddressKind
 {
     Home = 1,
@@ -31,14 +32,14 @@ enum class CardAddressKind
     Other = 3,
 };
 
-/// One whereabouts of a card: an address, a position, or both.
+/// A location of a card: an address, a position, or both.
 struct CardAddress
 {
     CardAddressKind kind = CardAddressKind::Other;
     vela::platform::places::Location location;
 };
 
-/// A vCard of version 2.1, 3 or 4, as a places program sees it.
+/// A vCard of version 2.1, 3 or 4 as the source of places.
 class VCard
 {
 public:
@@ -46,20 +47,20 @@ public:
     explicit VCard(const QByteArray &text);
 
     [[nodiscard]] const KContacts::Addressee &contact() const { return m_contact; }
-    /// Lines but for BEGIN and END, in their order.
+    /// All lines except BEGIN and END, in order.
     [[nodiscard]] const QVector<VCardLine> &lines() const { return m_lines; }
 
-    /// The formatted name, else the organization, else the nickname; empty when it has none of them.
+    /// The formatted name; if it is empty the organization, then the nickname. Empty when the card has none of them.
     [[nodiscard]] QString name() const;
     [[nodiscard]] QString note() const;
-    /// The identifier that the card gives itself; empty when it has none.
+    /// The UID of the card; empty when it has none.
     [[nodiscard]] QString uid() const;
-    /// The texts of a property that is a list, of all its lines, each once.
+    /// The texts of a list property from all its lines, without duplicates.
     [[nodiscard]] QStringList texts(const char *property) const;
-    /// Its addresses that say something; without any, its position. An only address has the position of its card when
-    /// it has none of its own.
+    /// The addresses that have content, or the position of the card when there is no address. A single address without
+    /// a position gets the position of the card.
     [[nodiscard]] QVector<CardAddress> addresses() const;
-    /// The position of the card, whatever addresses it has; invalid when it has none.
+    /// The position of the card itself; invalid when it has none.
     [[nodiscard]] vela::platform::places::Coordinates position() const;
 
 private:

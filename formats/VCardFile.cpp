@@ -16,7 +16,7 @@ namespace
 
 constexpr char BEGIN[] = "BEGIN:VCARD";
 constexpr char END[] = "END:VCARD";
-/// A longer line is read in several pieces.
+/// A longer line is read in pieces.
 constexpr int LINE_PIECE = 65536;
 
 bool isEnd(const QByteArray &line)
@@ -24,29 +24,29 @@ bool isEnd(const QByteArray &line)
     return line.trimmed().compare(END, Qt::CaseInsensitive) == 0;
 }
 
-/// Where in a line a card begins; -1 when none does. Behind a card that was cut within a line the next one's beginning
-/// stands on that line.
+/// Offset at which a card begins in a line; -1 when none begins. When a card was cut within a line, the next card
+/// begins in the same line.
 int beginIn(const QByteArray &line)
 {
     const QByteArray text = line.trimmed().toUpper();
     return text.endsWith(BEGIN) ? line.toUpper().lastIndexOf(BEGIN) : -1;
 }
 
-/// The name of the property on a line, without its group; empty when there is none.
+/// The name of the property in a line, without its group; empty when there is none.
 QByteArray propertyOn(const QByteArray &line)
 {
     const int end = line.indexOf(':');
     return end > 0 ? line.left(end).split(';').first().split('.').last() : QByteArray();
 }
 
-/// Whether a line may be a picture, a sound or a key, of which nothing is read.
+/// True for a line that may be a picture, a sound or a key. These are not read.
 bool isAttachment(const QByteArray &line)
 {
     static const QList<QByteArray> PROPERTIES = {"PHOTO", "LOGO", "SOUND", "KEY"};
     return PROPERTIES.contains(propertyOn(line).toUpper());
 }
 
-/// A card as far as it was read: its lines within the limits.
+/// The part of a card that was read: its lines within the limits.
 class Card
 {
 public:
@@ -54,7 +54,7 @@ public:
         : m_firstLine(line)
     {}
 
-    /// Adds a piece of a line, or the whole of it.
+    /// Adds a line or a piece of a line.
     void add(const QByteArray &piece)
     {
         if (m_isAtLineEnd && !piece.startsWith(' ') && !piece.startsWith('\t'))

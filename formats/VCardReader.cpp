@@ -27,25 +27,26 @@ using PlacePointer = std::unique_ptr<Place>;
 namespace
 {
 
-/// Most addresses of a card that become places. Each gets all that the card says.
+/// Maximum number of addresses of a card that become places. Each place gets all other values of the card.
 constexpr int MAX_ADDRESSES = 50;
 /// Member of a feature.
 constexpr char ID[] = "id";
 
 // ----------------------------------------------------------------------------------------------- what a card says
 
-/// A telephone number, without the scheme that version 4 may give it.
-QString numberOf(QString text)
+/// A telephone number without the scheme that version 4 allows.
+QString numberOf(const QString &text)
 {
     return text.startsWith(QLatin1String("tel:"), Qt::CaseInsensitive) ? text.mid(4) : text;
 }
 
-/// The preferred number that is no fax, else the first one.
+/// The preferred number, else the first one. Fax numbers are skipped.
 QString phoneOf(const VCard &card)
 {
     using KContacts::PhoneNumber;
     QString first;
-    for (const PhoneNumber &number : card.contact().phoneNumbers()) {
+    const auto numbers = card.contact().phoneNumbers();
+    for (const PhoneNumber &number : numbers) {
         if (number.type() & PhoneNumber::Fax)
             continue;
         if (number.type() & PhoneNumber::Pref)
@@ -71,7 +72,7 @@ QString kept(const Place &place, const char *type, const char *name)
     return index < place.auxiliaryDataCount() ? place.auxiliaryData(index).property(QLatin1String(name)) : QString();
 }
 
-/// Keeps a member that a place has nothing for, in a record of such members; an empty text removes it.
+/// Keeps a member that a place cannot hold in a record for such members. An empty text removes the member.
 void keep(Place &place, const char *type, const char *name, const QString &json)
 {
     const int index = recordOf(place, type);
@@ -96,7 +97,7 @@ QString json(Write write)
     return QString::fromUtf8(out.result());
 }
 
-/// The lines of a card that nothing of a place is made of, and the names of those that cannot be kept.
+/// The lines of a card that do not map to a place, and the names of those that cannot be kept.
 class OtherLines
 {
 public:
@@ -130,7 +131,7 @@ private:
             m_lost.append(name);
     }
 
-    /// True for the line that a member of the place comes from. There is one for each.
+    /// True for the line that a member of the place comes from. Each member has one such line.
     bool isTaken(const VCardLine &line)
     {
         const QString text = unescaped(line.value);
@@ -164,7 +165,7 @@ private:
     bool m_isOld = false;
 };
 
-/// The place of a card at one of its addresses; null for a place that is at none.
+/// The place of a card at one of its addresses. `address` is null for a place without a location.
 PlacePointer placeAt(const VCard &card, const CardAddress *address, const QString &id, QStringList *losses = nullptr)
 {
     auto place = std::make_unique<Place>();
@@ -172,9 +173,11 @@ PlacePointer placeAt(const VCard &card, const CardAddress *address, const QStrin
     place->setDescription(card.note());
     if (address && address->kind != CardAddressKind::Other)
         place->addTag(address->kind == CardAddressKind::Home ? Tags::Home : Tags::Work);
-    for (const QString &tag : card.texts("CATEGORIES"))
+    const QStringList tags = card.texts("CATEGORIES");
+    for (const QString &tag : tags)
         place->addTag(tag);
-    for (const QString &alias : card.texts("NICKNAME"))
+    const QStringList aliases = card.texts("NICKNAME");
+    for (const QString &alias : aliases)
         place->addAlias(alias);
     if (address)
         place->addLocation(address->location);
@@ -203,7 +206,7 @@ PlacePointer placeAt(const VCard &card, const CardAddress *address, const QStrin
 
 // ------------------------------------------------------------------------------------------- cards of this program
 
-/// Follows the parser through a text up to a nesting beyond MAX_DEPTH.
+/// Checks the nesting of a JSON text; stops beyond MAX_DEPTH.
 struct Nesting : rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Nesting>
 {
     bool StartObject() { return ++m_depth <= MAX_DEPTH; }
@@ -232,7 +235,7 @@ PlacePointer placeOf(const QByteArray &feature)
     return isRead ? std::move(place) : nullptr;
 }
 
-/// The place that the line of VCARD_PLACE has; null when it has none.
+/// The place in the line of VCARD_PLACE; null when it is invalid.
 PlacePointer wholePlace(const QByteArray &line)
 {
     const VCard card(line);
@@ -272,7 +275,7 @@ void copyKept(const Place &from, Place &to)
     keep(to, TYPE, NAME, kept(from, TYPE, NAME));
 }
 
-/// A member of a place that a card has a property for.
+/// A member of a place that maps to a property of a card.
 struct Member
 {
     bool (*isSame)(const Place &a, const Place &b);
@@ -286,16 +289,20 @@ constexpr Member MEMBERS[] = {
      [](const Place &from, Place &to) { to.setDescription(from.description()); }},
     {[](const Place &a, const Place &b) { return tagsOf(a) == tagsOf(b); },
      [](const Place &from, Place &to) {
-         for (const QString &tag : tagsOf(to))
+         const QStringList oldTags = tagsOf(to);
+         for (const QString &tag : oldTags)
              to.removeTag(tag);
-         for (const QString &tag : tagsOf(from))
+         const QStringList newTags = tagsOf(from);
+         for (const QString &tag : newTags)
              to.addTag(tag);
      }},
     {[](const Place &a, const Place &b) { return a.aliases() == b.aliases(); },
      [](const Place &from, Place &to) {
-         for (const QString &alias : to.aliases())
+         const QStringList oldAliases = to.aliases();
+         for (const QString &alias : oldAliases)
              to.removeAlias(alias);
-         for (const QString &alias : from.aliases())
+         const QStringList newAliases = from.aliases();
+         for (const QString &alias : newAliases)
              to.addAlias(alias);
      }},
     {[](const Place &a, const Place &b) { return a.primaryPhoneNumber() == b.primaryPhoneNumber(); },
@@ -326,7 +333,8 @@ constexpr Member MEMBERS[] = {
     {isKeptAlike<vocabulary::FOREIGN_MEMBERS, ID>, copyKept<vocabulary::FOREIGN_MEMBERS, ID>},
 };
 
-/// The place of a card's properties but for VCARD_PLACE, at the first address and the position of the card.
+/// The place from a card's properties without VCARD_PLACE: at the first address, with the position of the card if the
+/// address has none.
 PlacePointer plainPlace(const VCard &card)
 {
     QVector<CardAddress> addresses = card.addresses();
@@ -337,7 +345,7 @@ PlacePointer plainPlace(const VCard &card)
     return placeAt(card, &addresses[0], card.uid());
 }
 
-/// Takes over what another program has changed in the card since it was written.
+/// Applies the changes that another program made to the card after the export.
 void takeChanges(Place &whole, const VCard &card)
 {
     const PlacePointer written = plainPlace(VCard(toPlainVCard(whole)));
@@ -363,10 +371,10 @@ public:
         if (text.leftOut > 0)
             m_losses.append(QStringLiteral("%1 lines are too long or too many for a card").arg(text.leftOut));
         if (text.isCut)
-            m_losses.append(QStringLiteral("it has no END:VCARD; what comes before is read"));
+            m_losses.append(QStringLiteral("it has no END:VCARD; the lines before the cut are read"));
     }
 
-    /// False when `take` wants no more.
+    /// False when `take` stops the reading.
     bool read()
     {
         const QString problem = problemOf();
@@ -379,7 +387,7 @@ public:
         if (whole ? !locates(shownIn(*whole)) : addresses.isEmpty())
             return m_take({m_where, nullptr, QStringLiteral("it has neither an address (ADR) nor a position (GEO)")});
         if (!whole && !m_text.place.isEmpty())
-            m_losses.append(QStringLiteral("its %1 is no feature of a place").arg(QLatin1String(VCARD_PLACE)));
+            m_losses.append(QStringLiteral("its %1 is not a feature of a place").arg(QLatin1String(VCARD_PLACE)));
         if (!whole)
             return readAddresses(addresses, 0);
         return handOut(std::move(whole), m_card.uid()) && readAddresses(addresses, 1);
@@ -400,7 +408,7 @@ private:
         return {};
     }
 
-    /// The id of a place: that of the card or, where that has several addresses, with a number behind it.
+    /// The id of a place: the UID of the card, with a number after it when the card has several addresses.
     [[nodiscard]] QString idOf(const QVector<CardAddress> &addresses, int index) const
     {
         const QString uid = m_card.uid();
@@ -437,7 +445,7 @@ private:
     QStringList m_losses;
 };
 
-/// What an import of a place's feature gives, as a feature.
+/// The feature of a place after an export to GeoJSON and an import.
 QByteArray imported(const Place &place)
 {
     const PlacePointer read = placeOf(toGeoJsonFeature(place));
@@ -458,7 +466,7 @@ QString readVCards(Input &input, const ReadOptions & /*options*/, const TakePlac
     return input.problem();
 }
 
-bool saysAll(const QByteArray &card, const Place &place)
+bool restoresPlace(const QByteArray &card, const Place &place)
 {
     const QByteArray expected = imported(place);
     return !expected.isEmpty() && imported(*plainPlace(VCard(card))) == expected;

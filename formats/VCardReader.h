@@ -6,12 +6,12 @@
 namespace formats
 {
 
-/// Reads vCards of versions 2.1, 3 and 4: a place for each address of a card, or for its position. A card with
-/// VCARD_PLACE gives that place, with what other programs have changed in the card since. A ReadPlaces. A build without
-/// KContacts cannot read them, and says so.
+/// Reads vCards of versions 2.1, 3 and 4: one place for each address of a card, or one for its position. A card with
+/// VCARD_PLACE gives that place with the changes that other programs made to the card since. A ReadPlaces. Returns an
+/// error in a build without KContacts.
 QString readVCards(Input &input, const ReadOptions &options, const TakePlace &take);
 
-/// True when an import of a plain card gives this place. False in a build without KContacts.
-bool saysAll(const QByteArray &card, const vela::platform::places::Place &place);
+/// True when an import of a plain card restores this place. False in a build without KContacts.
+bool restoresPlace(const QByteArray &card, const vela::platform::places::Place &place);
 
 } // namespace formats

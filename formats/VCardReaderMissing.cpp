@@ -2,7 +2,7 @@
 
 #include "VCardReader.h"
 
-// What a build without KContacts has in place of VCardReader.cpp.
+// Replaces VCardReader.cpp in a build without KContacts.
 
 namespace formats
 {
@@ -12,7 +12,7 @@ QString readVCards(Input & /*input*/, const ReadOptions & /*options*/, const Tak
     return QStringLiteral("this build cannot read vCards: it was made without the library KContacts");
 }
 
-bool saysAll(const QByteArray & /*card*/, const vela::platform::places::Place & /*place*/)
+bool restoresPlace(const QByteArray & /*card*/, const vela::platform::places::Place & /*place*/)
 {
     return false;
 }

@@ -24,12 +24,12 @@ using namespace vela::platform::places;
 namespace
 {
 
-/// Most bytes of a line without its end (RFC 6350).
+/// Maximum number of bytes of a line without its line end (RFC 6350).
 constexpr int LINE_SIZE = 75;
-/// Longest text, and longest part of an address, of a property: no line is longer than MAX_VCARD_LINE_SIZE.
+/// Maximum length of a text, or of a part of an address. It keeps lines below MAX_VCARD_LINE_SIZE.
 constexpr int MAX_TEXT = 4000;
 constexpr int MAX_PART = 400;
-/// Most lines of VCARD_LINES, and bytes of all of them.
+/// Maximum number of lines in VCARD_LINES, and of bytes of all of them.
 constexpr int MAX_KEPT_LINES = 400;
 constexpr int MAX_KEPT_SIZE = 128 * 1024;
 
@@ -41,8 +41,8 @@ const QRegularExpression &boundaries()
     return WORDS;
 }
 
-/// A text as a card may have it: no control characters but line feeds and tabs, no words that begin or end a card, and
-/// no longer than `most`.
+/// A text without control characters other than line feeds and tabs, without the words that begin or end a card, and
+/// truncated to `most` characters.
 QString plainText(const QString &text, int most = MAX_TEXT)
 {
     static const QRegularExpression CONTROLS(QStringLiteral("[\\x{0}-\\x{8}\\x{b}-\\x{1f}\\x{7f}-\\x{9f}]"));
@@ -52,14 +52,14 @@ QString plainText(const QString &text, int most = MAX_TEXT)
     return plain.remove(CONTROLS).replace(boundaries(), QStringLiteral("\\1 "));
 }
 
-/// A text as a value: with escapes for what divides values and lines.
+/// A text as a value: separators and line feeds are escaped.
 QByteArray escaped(const QString &text, int most = MAX_TEXT)
 {
     QByteArray value = plainText(text, most).toUtf8();
     return value.replace('\\', "\\\\").replace(',', "\\,").replace('\n', "\\n");
 }
 
-/// A part of a value that has semicolons between its parts.
+/// A part of a value whose parts are separated by semicolons.
 QByteArray part(const QString &text)
 {
     return escaped(text, MAX_PART).replace(';', "\\;");
@@ -73,7 +73,7 @@ QByteArray parameter(const QString &text)
     return '"' + value + '"';
 }
 
-/// A list of texts with commas between them, as many as fit.
+/// A list of texts separated by commas, cut after the last text that fits.
 QByteArray listOf(const QStringList &texts)
 {
     QByteArrayList values;
@@ -86,7 +86,7 @@ QByteArray listOf(const QStringList &texts)
     return values.join(',');
 }
 
-/// A line with its end, folded where it is too long, but not within a character.
+/// A line with its line end; folded when it is too long, but never inside a character.
 QByteArray folded(const QByteArray &line)
 {
     QByteArray text;
@@ -101,7 +101,7 @@ QByteArray folded(const QByteArray &line)
     return text + line.mid(start) + "\r\n";
 }
 
-/// A property that has a value, as a line.
+/// A line for a property with a value.
 QByteArray property(const QByteArray &name, const QByteArray &value)
 {
     return value.isEmpty() ? QByteArray() : folded(name + ':' + value);
@@ -118,7 +118,7 @@ QString joined(QStringList texts, const char *separator)
     return texts.join(QLatin1String(separator));
 }
 
-/// What is inside the building, and which one it is, as the extended address.
+/// Room, floor, building and campus as the extended address.
 QString extendedAddress(const Address &address)
 {
     const QString floor = address.hasValidFloor() ? QString::number(address.floor()) : QString();
@@ -150,7 +150,7 @@ QByteArray addressLine(const Place &place, const Address &address)
 
 QByteArray categories(const Place &place, const Address &address)
 {
-    // The address says one of these.
+    // The TYPE of the address stores this tag.
     const QString type = place.hasTag(Tags::Home) ? Tags::Home : Tags::Work;
     QStringList tags;
     for (int i = 0; i < place.tagCount(); ++i) {
@@ -160,7 +160,7 @@ QByteArray categories(const Place &place, const Address &address)
     return property(QByteArray("CATEGORIES"), listOf(tags));
 }
 
-/// A member that an import has kept as JSON; null when there is none.
+/// A member that an import kept as JSON; null when there is none.
 rapidjson::Document keptMember(const Place &place, const char *type, const char *name)
 {
     rapidjson::Document value;
@@ -180,7 +180,7 @@ QString stringOf(const rapidjson::Value &value)
                             : QString();
 }
 
-/// True for a line that may stand in any card, and says nothing that a place has a member for.
+/// True for a line that any card may contain and that does not map to a place.
 bool isOther(const QString &line)
 {
     static const QRegularExpression LINE(
@@ -194,7 +194,7 @@ bool isOther(const QString &line)
     return match.hasMatch() && !OWN.contains(match.captured(1).toUpper()) && plainText(line) == line;
 }
 
-/// Lines that an import has kept.
+/// Lines that an import kept.
 QStringList keptLines(const Place &place)
 {
     const rapidjson::Document list = keptMember(place, vocabulary::FOREIGN_PROPERTIES, VCARD_LINES);
@@ -243,9 +243,9 @@ QByteArray toPlainVCard(const Place &place)
 QByteArray toVCard(const Place &place)
 {
     QByteArray card = toPlainVCard(place);
-    if (saysAll(card, place))
+    if (restoresPlace(card, place))
         return card;
-    // JSON writes the colon as an escape, so that no folded line is taken for the beginning or end of a card.
+    // JSON writes the colon as an escape, so that no folded line looks like the beginning or end of a card.
     QString feature = QString::fromUtf8(toGeoJsonFeature(place));
     feature.replace(boundaries(), QStringLiteral("\\1\\u003a"));
     feature.replace(QLatin1Char('\\'), QLatin1String("\\\\")).replace(QLatin1Char(','), QLatin1String("\\,"));

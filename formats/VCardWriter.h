@@ -11,11 +11,11 @@ class Place;
 namespace formats
 {
 
-/// Property of a feature with the lines of a vCard that no member of a place is for, as a list of texts.
+/// Property of a feature with the vCard lines that do not map to a place, as a list of texts.
 constexpr char VCARD_LINES[] = "vcard";
 
-/// A place as a vCard (RFC 6350) that other programs read. What it has no property for is in the property VCARD_PLACE,
-/// which a card has unless an import of the others alone gives the same place.
+/// A place as a vCard (RFC 6350) for other programs. VCARD_PLACE is added unless an import of the other properties
+/// alone restores the place.
 QByteArray toVCard(const vela::platform::places::Place &place);
 
 /// The same card without VCARD_PLACE.

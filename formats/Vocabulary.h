@@ -56,7 +56,7 @@ constexpr char VERTICAL_ACCURACY[] = "verticalAccuracy";
 constexpr char VIRTUAL_DATA[] = "virtualData";
 constexpr char VIRTUAL_DATA_TYPE[] = "virtualDataType";
 
-/// Fields of text-only formats: the id of the feature, and FlatFeature::rest().
+/// Fields of text-only formats: the id of the feature, and the text of FlatFeature::rest().
 constexpr char ID[] = "id";
 constexpr char REST[] = "geojson";
 
@@ -78,12 +78,18 @@ constexpr char LOCATION_INDEX[] = "locationIndex";
 constexpr char OTHER_LOCATIONS[] = "otherLocations";
 constexpr char RECORDS[] = "records";
 
-/// Values of the service; written, and skipped by the reader.
+/// Values that the service sets. The writer writes them; the reader skips them.
 constexpr char OWNER[] = "owner";
 constexpr char USAGE_COUNT[] = "usageCount";
 constexpr char LAST_USED_TIME[] = "lastUsedTime";
 constexpr char CREATION_TIME[] = "creationTime";
 constexpr char UPDATE_TIME[] = "updateTime";
+
+/// Values of lists of places; the reader keeps them as unknown properties.
+constexpr char POSITION[] = "position";
+constexpr char LATITUDE[] = "latitude";
+constexpr char LONGITUDE[] = "longitude";
+constexpr char DISTANCE[] = "distance";
 
 /// Required type of a property. Numbers and texts are converted to each other.
 enum class Kind
@@ -92,14 +98,14 @@ enum class Kind
     Url,
     Whole,  ///< A number in the range of int.
     Metres, ///< An accuracy in metres.
-    Time,   ///< Seconds since 1970-01-01T00:00:00 UTC.
+    Time,   ///< Seconds since 1970-01-01T00:00:00 UTC, or a date and time in ISO 8601.
     Flag,   ///< true or false.
     Texts,  ///< A list of texts.
     Objects,
     Unread, ///< Written only; skipped by the reader.
 };
 
-/// All known properties, with those of the address.
+/// All known properties, including those of the address.
 inline const QHash<QString, Kind> &kinds()
 {
     static const QHash<QString, Kind> KINDS = [] {
@@ -138,8 +144,8 @@ inline const QHash<QString, Kind> &kinds()
     return KINDS;
 }
 
-/// Types of the auxiliary records that keep members a place cannot hold, as JSON texts by name: the unknown properties
-/// of a feature, and the other members of the feature, "id" included.
+/// Types of the auxiliary records that keep members a place cannot hold, as JSON texts by name: one for the unknown
+/// properties of a feature, one for the other members of the feature, including "id".
 constexpr char FOREIGN_PROPERTIES[] = "geojson.properties";
 constexpr char FOREIGN_MEMBERS[] = "geojson.feature";
 

@@ -21,7 +21,7 @@ constexpr struct
     {"MULTIPOLYGON", "MultiPolygon"},
 };
 
-/// The positions of a text as a GeoJSON list: it has the same structure with other brackets.
+/// Converts the positions of a text to a GeoJSON list. It has the same structure with other brackets.
 QByteArray toLists(const QString &positions)
 {
     static const QRegularExpression POSITION(QStringLiteral("([-+.0-9eE]+)\\s+([-+.0-9eE]+)(\\s+[-+.0-9eE]+)*"));

@@ -7,12 +7,12 @@
 namespace formats
 {
 
-/// A geometry in well-known text (OGC 06-103r4), with or without the SRID of WGS 84 before it.
+/// A geometry in well-known text (OGC 06-103r4), with or without a prefix SRID of WGS 84.
 struct WellKnownText
 {
     QStringList position = {}; ///< A point: longitude, latitude and optional altitude.
     QByteArray json = {};      ///< Another geometry as GeoJSON.
-    QString problem = {};      ///< Why the text is no geometry; empty when it is one.
+    QString problem = {};      ///< Why the text is not a geometry; empty when it is one.
 };
 
 WellKnownText readWellKnownText(const QString &text);

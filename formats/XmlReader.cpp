@@ -3,6 +3,7 @@
 #include "XmlReader.h"
 
 #include "Feature.h"
+#include "Geometry.h"
 #include "Input.h"
 
 #include <places/Place.h>
@@ -70,7 +71,7 @@ private:
             fed += count;
             equalsSigns += std::count(buffer, buffer + count, '=');
             if (fed > MAX_ITEM_SIZE || equalsSigns > MAX_EQUALS_SIGNS)
-                return refuse("a text or tag is too large");
+                return refuse(QStringLiteral("a text or tag is too large"));
             if (count == 0)
                 return false;
             m_xml.addData(QByteArray::fromRawData(buffer, static_cast<int>(count)));
@@ -82,7 +83,7 @@ private:
     {
         switch (m_xml.tokenType()) {
         case QXmlStreamReader::DTD:
-            return refuse("a document type is not accepted");
+            return refuse(QStringLiteral("a document type is not accepted"));
         case QXmlStreamReader::StartElement:
             return start();
         case QXmlStreamReader::Characters:
@@ -98,13 +99,14 @@ private:
     bool start()
     {
         if (m_xml.attributes().size() + m_xml.namespaceDeclarations().size() > MAX_ATTRIBUTES)
-            return refuse("a tag has too many attributes");
+            return refuse(QStringLiteral("a tag has too many attributes"));
         if (++m_fileDepth == 1)
             m_namespace = m_xml.namespaceUri().toString();
         if (m_fileDepth == 1 && m_xml.name() != QLatin1String(m_format.root))
-            return refuse("another kind of document");
+            return refuse(QStringLiteral("root element %1 instead of %2")
+                              .arg(quoted(m_xml.name().toString()), quoted(QLatin1String(m_format.root))));
         if (m_fileDepth > MAX_DEPTH)
-            return refuse("nested too deep");
+            return refuse(QStringLiteral("nested too deep"));
         const bool isExtension = m_format.extension && m_xml.namespaceUri() == QLatin1String(m_format.extension);
         if (m_foreignDepth > 0 || (m_xml.namespaceUri() != m_namespace && !isExtension)) {
             ++m_foreignDepth;
@@ -118,7 +120,7 @@ private:
         return true;
     }
 
-    /// Handles an element outside of all members: a member, a folder, or another one.
+    /// Handles an element outside of all members: the start of a member, a folder, or another element.
     void startOutside(bool isExtension)
     {
         if (isExtension)
@@ -147,7 +149,8 @@ private:
     void addAttributes()
     {
         const QString path = m_path.join(QLatin1Char('/'));
-        for (const QXmlStreamAttribute &attribute : m_xml.attributes()) {
+        const QXmlStreamAttributes attributes = m_xml.attributes();
+        for (const QXmlStreamAttribute &attribute : attributes) {
             if (attribute.namespaceUri().isEmpty())
                 addField(path + QLatin1Char('@') + attribute.name().toString(), attribute.value().toString());
         }
@@ -190,7 +193,7 @@ private:
         return !m_folders.isEmpty() && m_folders.last().depth + 1 == depth && m_xml.name() == QLatin1String("name");
     }
 
-    /// True for text that is kept: of a folder or of an element that never is a place, only the name.
+    /// True when text is kept. For folders and for elements that never are places, only the name is kept.
     [[nodiscard]] bool isKept() const
     {
         if (m_depth == 0)
@@ -242,7 +245,7 @@ private:
         m_ended = !m_take(std::move(read));
     }
 
-    /// An element that never is a place is reported with its name.
+    /// Includes the name of an element that never is a place.
     QString where()
     {
         const QString name = m_element->fill ? QString() : m_member.value("name");
@@ -253,13 +256,13 @@ private:
             .arg(m_line);
     }
 
-    bool refuse(const char *problem)
+    bool refuse(const QString &problem)
     {
-        m_problem = QLatin1String(problem);
+        m_problem = problem;
         return false;
     }
 
-    /// Maximum length of a folder's name; the rest is cut off.
+    /// Maximum length of a folder's name; the rest is dropped.
     static constexpr int MAX_FOLDER_NAME = 4096;
 
     Input &m_input;
@@ -273,7 +276,7 @@ private:
     int m_foreignDepth = 0; ///< Depth inside a skipped element; 0 outside.
     QVector<Folder> m_folders;
     QMap<const XmlElement *, int> m_counts;
-    bool m_ended = false; ///< TakePlace wants no more members.
+    bool m_ended = false; ///< TakePlace stopped the reading.
 
     // The current member: the depth in it (0 outside) and its content.
     const XmlElement *m_element = nullptr;

@@ -8,21 +8,21 @@
 namespace formats
 {
 
-/// An attribute or a nested element of a member of an XML file: its path of local names from there ("@lat",
-/// "link@href", "Point/coordinates"), and its value or text. An element is added when it ends.
+/// An attribute or nested element of a member of an XML file, with its path of local names below the member ("@lat",
+/// "link@href", "Point/coordinates"). An element is added when it ends.
 struct XmlField
 {
     QString path;
-    QString value; ///< Without white space at the ends.
+    QString value; ///< Value or text, without white space at its ends.
 };
 
 /// The content of a member of an XML file.
 struct XmlMember
 {
     QVector<XmlField> fields;
-    QStringList folders; ///< Names of the folders around it, the outermost first.
+    QStringList folders; ///< Names of the folders that contain it, the outermost first.
 
-    /// The first value of this path; empty when there is none.
+    /// The first value with this path; empty when there is none.
     [[nodiscard]] QString value(const char *path) const;
 };
 
@@ -31,9 +31,9 @@ struct XmlElement
 {
     const char *name; ///< Local name.
     const char *unit; ///< Its name for users.
-    /// Sets all of `read` but `where`. Null for an element that never is a place; only its name is read.
+    /// Sets all of `read` except `where`. Null for an element that never is a place; only its name is read.
     void (*fill)(const XmlMember &member, const ReadOptions &options, ReadPlace &read);
-    MemberKind kind = MemberKind::Place; ///< Of an element without `fill`.
+    MemberKind kind = MemberKind::Place; ///< Kind of an element without `fill`.
 };
 
 /// Differences between the XML formats.
@@ -41,8 +41,9 @@ struct XmlFormat
 {
     const char *root; ///< Local name of the root element.
     QVector<XmlElement> elements;
-    const char *folder; ///< Local name of the elements that group members and have a child "name"; null for none.
-    /// Second namespace that is read, besides that of the root, and the prefix of its elements in paths.
+    /// Local name of the elements that group members and have a child "name"; null when there are none.
+    const char *folder;
+    /// A second namespace to read besides that of the root, and the prefix of its elements in paths.
     const char *extension;
     const char *prefix;
 };

@@ -11,7 +11,7 @@ namespace formats
 QString toXmlText(const QString & /*name*/, const QString &text)
 {
     static const QRegularExpression LINE_END(QStringLiteral("\r\n?"));
-    // All but the surrogates outside the production Char of XML 1.0. The conversion to UTF-8 replaces those.
+    // All characters that XML 1.0 does not allow, except surrogates, which the conversion to UTF-8 replaces.
     static const QRegularExpression NO_CHARACTER(
         QStringLiteral("[\\x{0}-\\x{8}\\x{B}\\x{C}\\x{E}-\\x{1F}\\x{FFFE}\\x{FFFF}]"));
     QString result = QString::fromUtf8(text.toUtf8());

@@ -6,8 +6,8 @@
 namespace formats
 {
 
-/// A text as an XML file stores it: without white space at its ends, with line feeds as line ends, and with U+FFFD for
-/// characters that XML does not allow. A KeepText.
+/// A text as an XML file stores it: no white space at its ends, line feeds as line ends, and U+FFFD for characters that
+/// XML does not allow. A KeepText.
 QString toXmlText(const QString &name, const QString &text);
 
 /// The shortest decimal number that reads back as the same double, without an exponent (xsd:decimal).

@@ -11,15 +11,14 @@ namespace
 {
 
 constexpr std::uint64_t MAX_MEMORY = std::uint64_t(128) * 1024 * 1024;
-const QByteArray SIGNATURE("\xFD"
-                           "7zXZ\0",
-                           6);
+constexpr char SIGNATURE[] = "\xFD"
+                             "7zXZ";
 
 } // namespace
 
 bool XzReader::isXz(const QByteArray &head)
 {
-    return head.startsWith(SIGNATURE);
+    return head.startsWith(QByteArray::fromRawData(SIGNATURE, sizeof SIGNATURE));
 }
 
 XzReader::XzReader(FileBytes &source)

@@ -14,8 +14,8 @@
 
 #include <cstdlib>
 
-// The first byte selects the kind of input: a file format, or a link or position. A place that is read must be the same
-// after writing it as GeoJSON or as a vCard and reading it again.
+// The first byte selects the kind of input: a file format, or a link or position. A place that is read must be
+// unchanged after writing it as GeoJSON or vCard and reading it again.
 
 namespace
 {
@@ -32,7 +32,7 @@ void checkRoundTrip(const Place &place)
         std::abort();
 }
 
-/// An import of the place's card gives the same place.
+/// Importing the place's card restores the place.
 void checkCard(const Place &place)
 {
     const MemoryFile file(formats::toVCard(place));

@@ -10,7 +10,7 @@
 using placesd::DatabasePages;
 using placesd::PageScan;
 
-/// Reading any database file ends, and a row has at most the bytes that its pages can contain.
+/// Reading any database file terminates, and a row has at most as many bytes as its pages can contain.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
 {
     static QTemporaryFile file;

@@ -1,6 +1,6 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
-// Any bytes give a place or a reason; the document of a place that was read gives the same place.
+// Any bytes result in a place or a reason. The document of a place restores the same place.
 
 #include "places/PlaceJson.h"
 

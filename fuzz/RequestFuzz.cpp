@@ -14,7 +14,7 @@ using namespace orix_places_protocol;
 namespace
 {
 
-/// A service on an in-memory database, which needs no reserve.
+/// A service on an in-memory database. It needs no reserved disk space.
 Service &service()
 {
     static Shared shared([] {
@@ -26,7 +26,7 @@ Service &service()
     return service;
 }
 
-/// Whether a request would write files at a path from the fuzzer.
+/// True when a request would write files at a path from the fuzzer.
 bool namesFile(const std::uint8_t *bytes, std::size_t size)
 {
     int type = 0;

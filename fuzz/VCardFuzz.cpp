@@ -14,7 +14,7 @@ using namespace placesd;
 using vela::platform::places::Address;
 using vela::platform::places::Coordinates;
 
-/// Each card that is read from any file is valid, and each place of it has a name and a location.
+/// For any file, each card is valid and each of its places has a name and a location.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
 {
     const MemoryFile file(QByteArray(reinterpret_cast<const char *>(bytes), static_cast<int>(size)));

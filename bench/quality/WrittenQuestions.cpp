@@ -47,7 +47,7 @@ QuestionSet readQuestions(const QString &path, const KnownPlaces &places)
         if (!set.questions.back().meant.empty())
             continue;
         isRight = false;
-        std::cerr << qPrintable(path) << ":" << number << ": no question, or no such place: " << qPrintable(line)
+        std::cerr << qPrintable(path) << ":" << number << ": not a query, or an unknown place: " << qPrintable(line)
                   << "\n";
     }
     if (!isRight) {

@@ -43,7 +43,7 @@ std::string quoted(const std::string &term)
     return '"' + term + '"';
 }
 
-/// @param error a reference, because the call that creates the list writes it.
+/// @param error a reference, because creating the list writes it.
 template <typename List>
 int foundOf(const List &found, const Error::Type &error)
 {

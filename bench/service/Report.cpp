@@ -92,7 +92,7 @@ void printReaders(const AskedStore &store, bool asMarkdown)
                    timeText(outcome.reads.quantile(0.95)), numberText(outcome.writesPerSecond, 0)});
     };
     add("alone", alone);
-    add("beside one writer", together);
+    add("with one writer", together);
     table.add({"ratio", numberText(together.readsPerSecond / alone.readsPerSecond, 2),
                numberText(together.reads.median() / alone.reads.median(), 2),
                numberText(together.reads.quantile(0.95) / alone.reads.quantile(0.95), 2), ""});

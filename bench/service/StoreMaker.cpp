@@ -63,7 +63,7 @@ MadeStore makeStore(const QString &folder, int places)
             QFile::remove(unfinished + QLatin1String(part));
         QElapsedTimer timer;
         timer.start();
-        // The last closed connection copies the log to the database.
+        // Closing the last connection copies the write-ahead log into the database.
         fill(unfinished, places);
         time.open(QIODevice::WriteOnly);
         time.write(QByteArray::number(static_cast<double>(timer.elapsed()) / 1000));

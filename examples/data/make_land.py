@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
 # Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
-"""Makes land.geojson of the TopoJSON file of Natural Earth's land:
+"""Makes land.geojson from the TopoJSON file of Natural Earth's land:
 
     npm pack world-atlas@2.0.2 && tar xzf world-atlas-2.0.2.tgz package/land-110m.json
     examples/data/make_land.py package/land-110m.json > examples/data/land.geojson
 
-In the TopoJSON file the land goes round the globe; GeoJSON wants it cut at the 180th meridian (RFC 7946, 3.1.9).
+In the TopoJSON file the land goes round the globe; GeoJSON requires cutting it at the 180th meridian (RFC 7946, 3.1.9).
 """
 import json
 import sys
@@ -24,7 +24,7 @@ def points_of(topology):
 
 
 def joined(indices, arcs):
-    """One ring of arcs that each begin where the one before ends; ~i is arc i backwards."""
+    """Joins arcs to one ring; each arc begins at the end of the previous one. ~i is arc i reversed."""
     ring = []
     for index in indices:
         ring += (arcs[index] if index >= 0 else arcs[~index][::-1])[bool(ring):]
@@ -32,7 +32,7 @@ def joined(indices, arcs):
 
 
 def unwound(ring):
-    """The ring with longitudes that run on beyond 180 where it crosses that meridian, closed over the pole if need be."""
+    """The ring with longitudes that continue beyond 180; closed over the pole if it goes round the pole."""
     turns = 0
     result = [ring[0]]
     for (before, _), (longitude, latitude) in zip(ring, ring[1:]):
@@ -67,7 +67,7 @@ def cut(ring):
 
 
 def is_beside(lake, land):
-    """Whether a lake lies in a piece of its land: the pieces lie on either side of the meridian, a lake on one."""
+    """True when a lake lies in a piece of its land. A piece lies on one side of the meridian, and so does a lake."""
     return min(land)[0] <= min(lake)[0] and max(lake)[0] <= max(land)[0]
 
 

@@ -28,17 +28,23 @@ namespace
 {
 
 constexpr int MARGIN = 8;
-const QKeySequence TOGGLE_FAVORITE(QStringLiteral("Ctrl+D"));
+constexpr char TOGGLE_FAVORITE[] = "Ctrl+D";
 
-/// Groups that are shown without a term, and searched for a term.
-const QList<SearchResultGroup::Type> STORED{SearchResultGroup::Favorites, SearchResultGroup::NonContacts,
-                                            SearchResultGroup::Contacts};
-const QList<SearchResultGroup::Type> ALL =
-    STORED
-    + QList<SearchResultGroup::Type>{SearchResultGroup::CategorySuggestions, SearchResultGroup::Remote,
-                                     SearchResultGroup::Addresses};
+/// The groups of stored places, which are also shown without a term.
+QList<SearchResultGroup::Type> storedGroups()
+{
+    return {SearchResultGroup::Favorites, SearchResultGroup::NonContacts, SearchResultGroup::Contacts};
+}
 
-/// Delay before a search is repeated that the service could not answer.
+/// The groups that a term is searched in.
+QList<SearchResultGroup::Type> allGroups()
+{
+    return storedGroups()
+           + QList<SearchResultGroup::Type>{SearchResultGroup::CategorySuggestions, SearchResultGroup::Remote,
+                                            SearchResultGroup::Addresses};
+}
+
+/// Delay before a failed search is repeated.
 constexpr std::chrono::seconds RETRY_INTERVAL(2);
 
 /// Tag of the jobs that fetch a place. Favourite jobs have no tag.
@@ -149,7 +155,8 @@ void BrowserWindow::connectActions()
         m_category.isEmpty() ? m_term->clear() : edit();
         m_term->setFocus();
     });
-    connect(new QShortcut(TOGGLE_FAVORITE, this), &QShortcut::activated, this, &BrowserWindow::toggleFavorite);
+    connect(new QShortcut(QKeySequence(QLatin1String(TOGGLE_FAVORITE)), this), &QShortcut::activated, this,
+            &BrowserWindow::toggleFavorite);
     connect(&m_searches, &SearchManager::resultAvailable, this, &BrowserWindow::takeGroup);
     connect(&m_records, &PlaceSearchManager::auxiliaryDataAvailable, this, &BrowserWindow::takeRecords);
     connect(&m_storage, &PlaceStorageManager::finished, this, &BrowserWindow::takeReply);
@@ -204,7 +211,7 @@ void BrowserWindow::search()
     m_isSearching = true;
     m_searchError = Error::Success;
     const bool isCategory = !m_category.isEmpty();
-    const QList<SearchResultGroup::Type> stored = m_term->text().isEmpty() ? STORED : ALL;
+    const QList<SearchResultGroup::Type> stored = m_term->text().isEmpty() ? storedGroups() : allGroups();
     const QList<SearchResultGroup::Type> groups =
         isCategory ? QList<SearchResultGroup::Type>{SearchResultGroup::Categories} : stored;
     m_list->setGroups(groups, m_category);
@@ -217,7 +224,8 @@ void BrowserWindow::takeGroup(Error::Type error, const SearchResult &result, boo
     if (error != Error::Success)
         m_searchError = error;
     QVector<Coordinates> dots;
-    for (const AnyPlace &place : m_list->places())
+    const auto places = m_list->places();
+    for (const AnyPlace &place : places)
         dots.append(place->primaryCoordinates());
     m_map->setDots(dots);
     m_isSearching = !last;
@@ -294,7 +302,8 @@ void BrowserWindow::takeRecords(const QList<AuxiliaryDataReply> &replies)
 {
     const AuxiliaryDataReply &reply = replies.first();
     QList<AuxiliaryData> records = m_ownRecords;
-    for (const AuxiliaryData &record : reply.data()) {
+    const auto found = reply.data();
+    for (const AuxiliaryData &record : found) {
         if (!records.contains(record))
             records.append(record);
     }
@@ -343,8 +352,8 @@ void BrowserWindow::present(const AnyPlace &place, const QList<AuxiliaryData> &r
         return;
     m_star->setText(place->isFavorite() ? QStringLiteral("★") : QStringLiteral("☆"));
     m_star->setToolTip(
-        (place->isFavorite() ? QStringLiteral("Favourite no more (%1)") : QStringLiteral("Favourite (%1)"))
-            .arg(TOGGLE_FAVORITE.toString(QKeySequence::NativeText)));
+        (place->isFavorite() ? QStringLiteral("Remove favourite (%1)") : QStringLiteral("Favourite (%1)"))
+            .arg(QKeySequence(QLatin1String(TOGGLE_FAVORITE)).toString(QKeySequence::NativeText)));
 }
 
 void BrowserWindow::report(Error::Type error)

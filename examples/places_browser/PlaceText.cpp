@@ -74,7 +74,7 @@ QString joined(QStringList parts, const QString &separator)
     return parts.join(separator);
 }
 
-/// The display lines of the source, else lines of the parts.
+/// The display lines of the source, else lines made from the parts.
 QString addressText(const Address &address)
 {
     QStringList lines = address.extendedAddressLines();

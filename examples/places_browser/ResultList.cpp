@@ -42,7 +42,7 @@ const char *headingOf(SearchResultGroup::Type group)
     }
 }
 
-/// True when both look like the same place: one of them may have been stored meanwhile.
+/// True when both look like the same place. One of them may have been stored in the meantime.
 bool isSame(const AbstractPlace &a, const AbstractPlace &b)
 {
     if (a.isPersisted() && b.isPersisted())
@@ -149,7 +149,7 @@ bool ResultList::activate()
 {
     const int row = currentRow();
     const bool isCurrent = row >= 0 && isFresh(m_rows[row]);
-    // The current place may be in an outstanding answer.
+    // The current place may still come in an outstanding answer.
     if (!isCurrent && (m_current ? !isComplete() : !isFirstKnown()))
         return false;
     if (!isCurrent)

@@ -25,11 +25,11 @@ public:
     void setGroups(const QList<Group> &groups, const QString &category = {});
     /// Shows the results of a group. The current place stays current if it is among them.
     void setGroup(const vela::platform::places::SearchResult &result);
-    /// Sets the position for distances in rows; not valid for none.
+    /// Sets the position for distances in rows; invalid for none.
     void setCentre(const vela::platform::places::Coordinates &centre) { m_centre = centre; }
 
-    /// Activates the current place, else the first one. False, without effect, when an outstanding answer can change
-    /// which one that is.
+    /// Activates the current place, else the first one. Does nothing and returns false when an outstanding answer can
+    /// change that place.
     bool activate();
     /// Makes a place current if it is in the list, without placeChosen().
     void setCurrentPlace(const AnyPlace &place);

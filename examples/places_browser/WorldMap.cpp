@@ -9,6 +9,7 @@
 #include <QtGui/QPainter>
 
 #include <algorithm>
+#include <utility>
 
 using vela::platform::places::Coordinates;
 
@@ -27,11 +28,14 @@ QPainterPath readLand()
     if (!file.open(QIODevice::ReadOnly))
         return land;
     const QJsonObject collection = QJsonDocument::fromJson(file.readAll()).object();
-    for (const auto &feature : collection[QLatin1String("features")].toArray()) {
+    const QJsonArray features = collection[QLatin1String("features")].toArray();
+    for (const auto &feature : features) {
         const QJsonObject geometry = feature.toObject()[QLatin1String("geometry")].toObject();
-        for (const auto &ring : geometry[QLatin1String("coordinates")].toArray()) {
+        const QJsonArray rings = geometry[QLatin1String("coordinates")].toArray();
+        for (const auto &ring : rings) {
             QPolygonF polygon;
-            for (const auto &point : ring.toArray())
+            const QJsonArray points = ring.toArray();
+            for (const auto &point : points)
                 polygon << QPointF(point.toArray()[0].toDouble(), -point.toArray()[1].toDouble());
             land.addPolygon(polygon);
         }
@@ -91,7 +95,7 @@ void WorldMap::paintEvent(QPaintEvent * /*event*/)
     drawEarth(painter);
     painter.setPen(QPen(palette().color(QPalette::Base), 1));
     painter.setBrush(between(palette().color(QPalette::Highlight), palette().color(QPalette::Text), 0.2));
-    for (const Coordinates &dot : m_dots)
+    for (const Coordinates &dot : std::as_const(m_dots))
         painter.drawEllipse(pointOf(dot), DOT_RADIUS, DOT_RADIUS);
     if (m_marked.isValid())
         drawMark(painter);

@@ -15,7 +15,7 @@ namespace
 
 using vela::platform::places::Coordinates;
 
-/// The position in "LATITUDE,LONGITUDE"; not valid for other text.
+/// The position in "LATITUDE,LONGITUDE"; invalid for any other text.
 Coordinates positionOf(const QString &text)
 {
     const QStringList parts = text.split(QLatin1Char(','));
@@ -38,7 +38,7 @@ int main(int argc, char **argv)
         {QStringLiteral("near"), QStringLiteral("Search near <position>, in degrees, and show distances from there."),
          QStringLiteral("latitude,longitude")},
         {QStringLiteral("screenshot"),
-         QStringLiteral("Save a screenshot to <file> when all results are there, and exit."), QStringLiteral("file")},
+         QStringLiteral("Save a screenshot to <file> when all results are shown, and exit."), QStringLiteral("file")},
     });
     options.process(application);
 

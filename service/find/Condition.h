@@ -43,7 +43,7 @@ public:
 
     /// Whether all stored places pass.
     [[nodiscard]] virtual bool passesAllStored() const { return false; }
-    /// The number of stored places that pass, if an index knows it; reads no place.
+    /// The number of stored places that pass, if an index provides it. Reads no place.
     [[nodiscard]] virtual std::optional<qint64> count(Store &store) const;
 };
 

@@ -153,7 +153,7 @@ Finder::ReturnCode Finder::makeSearches(bool isFirstBatch)
         m_searches.push_back({rules[i], conditionOf(compiler, rules, i, isFirstBatch), hasSource(*rules[i]), false});
     if (!compiler.isUnderstood() || !m_order.isUnderstood()) {
         const std::string which = compiler.isUnderstood() ? "sort rule" : "search rule";
-        return refuse(ReturnCode::NotUnderstood, "the " + which + " has a number that this service does not know");
+        return refuse(ReturnCode::NotUnderstood, "the " + which + " has a number that this service does not support");
     }
     return ReturnCode::Success;
 }
@@ -345,7 +345,7 @@ Status Finder::find(Page &page)
     ReturnCode code = findAny(page);
     // The client would request an empty page with more results again and again.
     if (code == ReturnCode::Success && page.isFull && page.records.empty())
-        code = refuse(ReturnCode::Busy, "there is no room for a single place in the reply now");
+        code = refuse(ReturnCode::Busy, "the memory for a reply is not enough for one place; try again");
     return {code, m_reason};
 }
 

@@ -266,7 +266,7 @@ std::optional<qint64> BucketCondition::count(Store &store) const
     return store.placeCount(PlacePrivate::InRecentBucket);
 }
 
-// ------------------------------------------------------------------------------------- who may see what is stored
+// ------------------------------------------------------------------------------------------- permissions of places
 
 bool PerimeterCondition::test(const PlaceRow &row) const
 {

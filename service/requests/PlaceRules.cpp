@@ -100,7 +100,7 @@ Status accept(const PlacePrivate &place)
         const char *reason;
     } faults[] = {
         {place.locations().isEmpty(), "the place has no location; give it a position or an address"},
-        {(place.persistenceMask() & KEPT) == 0, "the place is neither to be saved nor in the recent bucket"},
+        {(place.persistenceMask() & KEPT) == 0, "the place is neither saved nor in the recent bucket"},
         {place.usageCount() < 0, "the place has a negative usage count"},
         {std::any_of(place.tags().begin(), place.tags().end(), isEmpty), "the place has an empty tag; leave it out"},
     };

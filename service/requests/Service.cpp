@@ -191,7 +191,7 @@ Service::Outcome Service::perform(Request &request, Encoder &reply)
     const Entry *entry = entryOf(request.head.type);
     if (!entry) {
         return Status(ReturnCode::NotUnderstood,
-                      "this service knows no request of type " + std::to_string(request.head.type));
+                      "this service does not support requests of type " + std::to_string(request.head.type));
     }
     if (Status status = admit(request, *entry); status != ReturnCode::Success)
         return status;

@@ -39,7 +39,7 @@ struct stat statusOf(const fs::path &path)
 {
     struct stat status = {};
     if (::lstat(path.c_str(), &status) != 0)
-        fail("cannot look at " + path.string());
+        fail("cannot read the state of " + path.string());
     return status;
 }
 
@@ -54,7 +54,7 @@ void requireSafe(const fs::path &path)
         const bool isLink = S_ISLNK(status.st_mode);
         const bool isProtected = (status.st_mode & WRITABLE_BY_OTHERS) == 0 || (status.st_mode & S_ISVTX) != 0;
         if (!isOwn || (!isLink && !isProtected))
-            refuse(part, "belongs to somebody else, or others may write to it");
+            refuse(part, "belongs to another user, or others may write to it");
         if (isLink)
             requireSafe(fs::canonical(part));
     }
@@ -66,7 +66,7 @@ void requireOwn(const fs::path &folder)
     if (!S_ISDIR(status.st_mode))
         refuse(folder, "is not a folder");
     if (status.st_uid != ::geteuid() || (status.st_mode & WRITABLE_BY_OTHERS) != 0)
-        refuse(folder, "belongs to somebody else, or others may write to it");
+        refuse(folder, "belongs to another user, or others may write to it");
 }
 
 } // namespace
@@ -79,12 +79,12 @@ channel::Descriptor takeChannelFolder()
     fs::create_directories(folder.parent_path());
     requireSafe(folder.parent_path());
     if (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST)
-        fail("cannot make " + folder.string());
+        fail("cannot create " + folder.string());
     requireOwn(folder);
     const std::string path = folder / "placesd.lock";
     channel::Descriptor lock(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
     if (!lock.isOpen() || ::flock(lock.get(), LOCK_EX | LOCK_NB) != 0)
-        fail("cannot take " + path + ", which another placesd may have");
+        fail("cannot lock " + path + ", which another placesd may have locked");
     return lock;
 }
 

@@ -279,9 +279,10 @@ int repair(const std::string &file, const std::string &fresh)
 
 int run(int argc, char **argv, Settings settings)
 {
-    CLI::App app("A places service: keeps places in an SQLite file and answers for them on the channels \"places\" and "
-                 "\"places.external\".",
-                 "placesd");
+    CLI::App app(
+        "A places service: stores places in an SQLite file and answers requests on the channels \"places\" and "
+        "\"places.external\".",
+        "placesd");
     settings.database = defaultDatabase();
     std::string ppsRoot;
     std::vector<std::string> gazetteer = sampleData();
@@ -303,8 +304,8 @@ int run(int argc, char **argv, Settings settings)
     app.set_version_flag("--version", VELA_PLACES_VERSION_STRING);
     app.footer(
         "Signals: SIGTERM and SIGINT end it, SIGHUP reads gazetteers and contacts again, SIGUSR1 writes the state "
-        "to the log.\nExit status: 0 ended by a signal, 1 failed, 2 wrong use; --check: 0 sound, 1 no database of "
-        "places, 3 damaged; "
+        "to the log.\nExit status: 0 ended by a signal, 1 failed, 2 wrong use; --check: 0 sound, 1 not a database "
+        "of places, 3 damaged; "
         "--repair: 0 without losses, 1 nothing written, 3 with losses.");
     try {
         app.parse(argc, argv);

@@ -34,7 +34,7 @@ std::string makeKey()
 {
     std::array<unsigned char, KEY_BYTES> bytes = {};
     if (::getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size()))
-        fail("cannot make a session key");
+        fail("cannot create a session key");
     std::string key;
     for (const unsigned char byte : bytes) {
         constexpr char DIGITS[] = "0123456789abcdef";
@@ -51,7 +51,7 @@ void replaceFile(const std::string &path, const std::string &text)
     const vela::system::channel::Descriptor file(
         ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (!file.isOpen())
-        fail("cannot make " + path);
+        fail("cannot create " + path);
     for (std::size_t written = 0; written < text.size();) {
         const ssize_t count = ::write(file.get(), text.data() + written, text.size() - written);
         if (count < 0 && errno != EINTR)
@@ -71,7 +71,7 @@ std::string publishSessionKey(const std::string &root)
     std::string key = makeKey();
     replaceFile(fresh, std::string(REQUEST_SLOT, '\0') + "@session\njson:{\"session\":\"" + key + "\"}\n");
     if (std::rename(fresh.c_str(), path.c_str()) != 0)
-        fail("cannot put " + path + " in place");
+        fail("cannot rename the new session object to " + path);
     return key;
 }
 

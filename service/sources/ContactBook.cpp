@@ -56,7 +56,7 @@ unsigned long long inodeOf(const fs::path &path)
     return static_cast<unsigned long long>(status.st_ino);
 }
 
-/// What a file of vCards has besides whole cards.
+/// Counters for the faults of a file of vCards.
 struct Faults
 {
     int cut = 0;
@@ -276,7 +276,7 @@ ContactBook::File ContactBook::readFile(const fs::directory_entry &entry)
     Faults faults;
     const auto take = [&](const formats::CardText &card) {
         const formats::VCard contact(card.text);
-        // A card that does not name itself is known by where it stands.
+        // The id of a card without a UID is its file and position.
         const QByteArray key = contact.uid().isEmpty()
                                    ? QByteArray(entry.path().filename().c_str()) + '#' + QByteArray::number(number)
                                    : contact.uid().toUtf8();

@@ -129,7 +129,7 @@ FoundPlace placeOf(const VCard &card, int id, CardAddressKind kind, int number, 
     return place;
 }
 
-/// A location with what is found out about it: the code of its country, and its position when the card has none.
+/// Completes a location with the code of its country and, if the card has no position, with a position.
 Location completed(Location location, const Geocode &geocode)
 {
     Address address = location.address();
@@ -160,7 +160,8 @@ std::vector<FoundPlace> placesOf(const VCard &card, int id, const Geocode &geoco
     std::array<int, ADDRESS_KINDS> numbers = {static_cast<int>(CardAddressKind::Home),
                                               static_cast<int>(CardAddressKind::Work),
                                               static_cast<int>(CardAddressKind::Other)};
-    for (const formats::CardAddress &each : card.addresses().mid(0, limits::CONTACT_ADDRESSES)) {
+    const auto used = card.addresses().mid(0, limits::CONTACT_ADDRESSES);
+    for (const formats::CardAddress &each : used) {
         int &number = numbers[static_cast<std::size_t>(each.kind) - 1];
         places.push_back(placeOf(card, id, each.kind, number, completed(each.location, geocode)));
         number += ADDRESS_KINDS;

@@ -130,7 +130,8 @@ QStringList keywordsOf(const AuxiliaryData &details)
 {
     static const QRegularExpression SEPARATORS(QStringLiteral("[,;]"));
     QStringList keywords;
-    for (const QString &keyword : details.property(QStringLiteral("keywords")).split(SEPARATORS, Qt::SkipEmptyParts))
+    const QStringList texts = details.property(QStringLiteral("keywords")).split(SEPARATORS, Qt::SkipEmptyParts);
+    for (const QString &keyword : texts)
         keywords.append(keyword.trimmed());
     return keywords;
 }
@@ -155,7 +156,7 @@ QString nameFound(const PlacePrivate &place, const Reading &reading)
     };
     if (reading.wordings.empty() || place.aliases().isEmpty() || isIn(place.name()))
         return {};
-    const QStringList names = place.aliases();
+    const QStringList &names = place.aliases();
     const auto found = std::find_if(names.begin(), names.end(), isIn);
     return found == names.end() ? QString() : *found;
 }
@@ -328,7 +329,7 @@ std::shared_ptr<const Vocabulary> Gazetteer::indexFiles()
     build();
     auto vocabulary = readVocabulary();
     if (!vocabulary)
-        throw std::runtime_error(m_index + " was made and cannot be read");
+        throw std::runtime_error(m_index + " was created but cannot be read");
     return vocabulary;
 }
 
@@ -419,7 +420,7 @@ void Gazetteer::readFile(const std::string &path, SQLite::Database &database)
         logError("the gazetteer's file %s: %s", path.c_str(), qUtf8Printable(problem));
     if (skipped > 0)
         logError(
-            "the gazetteer's file %s: %d features have no position or no name, or are no places; they are left out",
+            "the gazetteer's file %s: %d features have no position or no name, or are not places; they are left out",
             path.c_str(), skipped);
 }
 
@@ -462,7 +463,8 @@ ProviderAnswer Gazetteer::search(const ProviderSearch &search)
         ProviderSearch rest = search;
         if (suggests) {
             const QStringList found = categories(connection.database, typed);
-            for (const QString &category : found.mid(search.position, search.count))
+            const auto page = found.mid(search.position, search.count);
+            for (const QString &category : page)
                 answer.places.push_back(suggestCategory(category));
             answer.hasMore = search.position + search.count < found.size();
             rest.position = std::max(0, search.position - found.size());

@@ -60,7 +60,7 @@ void requireSafe(const fs::path &folder)
 {
     struct stat status = {};
     if (::stat(folder.c_str(), &status) != 0)
-        fail(folder, "is no folder that the service can use", "; make it, or name a file in another folder");
+        fail(folder, "is not a folder that the service can use", "; make it, or name a file in another folder");
     if (::access(folder.c_str(), W_OK | X_OK) != 0)
         fail(folder, "is a folder that the service may not write to", "; name a file in another folder");
     if ((status.st_mode & S_IWOTH) != 0 && (status.st_mode & S_ISVTX) == 0)
@@ -88,7 +88,7 @@ void requireReplaceable(const std::string &path)
     try {
         requirePlacesFile(path);
     } catch (const std::runtime_error &error) {
-        throw std::invalid_argument(error.what() + std::string("; name a file that is not there, or a backup"));
+        throw std::invalid_argument(error.what() + std::string("; name a new file or a backup"));
     }
 }
 
@@ -103,7 +103,7 @@ void requireDatabase(const std::string &path)
     requireRegular(path, status.st_mode);
     if (::read(file.get(), start.data(), start.size()) != static_cast<ssize_t>(start.size())
         || std::memcmp(start.data(), MAGIC, sizeof MAGIC) != 0)
-        refuse(path, "is no SQLite file; name a file that a backup made");
+        refuse(path, "is not an SQLite file; name a file that a backup created");
 }
 
 /// Runs a step of a copy. An error of SQLite gets the path of its file.
@@ -180,7 +180,7 @@ void BackupKeeper::requireUsablePath(const std::string &path) const
 {
     // Client and service can have different working folders, so a relative path could be another file.
     if (path.empty() || path.front() != '/' || path.find('\0') != std::string::npos)
-        refuse(path.empty() ? "an empty path" : path, "is no absolute path; name the file by its path from / on");
+        refuse(path.empty() ? "an empty path" : path, "is not an absolute path; give a path that starts with /");
     if (isFileOf(m_database, path))
         refuse(path, "is the database in use, or belongs to it; name another file");
 }
@@ -189,7 +189,7 @@ void BackupKeeper::writeCopy(const std::string &path, Deadline deadline) const
 {
     requireUsablePath(path);
     if (m_shared.damage && m_shared.damage->isDamaged())
-        throw std::runtime_error("the database is damaged, and a copy of it would be, too");
+        throw std::runtime_error("the database is damaged, so a copy of it would be damaged too");
     requireSafe(fs::path(path).parent_path());
     requireReplaceable(path);
     withPaths(m_database, path, [&] {
@@ -230,7 +230,7 @@ void BackupKeeper::replaceContent(const std::string &path, Deadline deadline) co
         const std::unique_lock<std::timed_mutex> lock(m_shared.writeLock, deadline);
         if (!lock)
             throw std::system_error(std::make_error_code(std::errc::timed_out),
-                                    m_database + ": other writers took all the time");
+                                    m_database + ": other writers did not finish in time");
         checked->keepIdsOf(live);
         checked->copyOver(live);
         m_shared.words.expire();

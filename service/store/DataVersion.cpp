@@ -57,7 +57,7 @@ bool DataVersion::write(std::int64_t version)
 
 void DataVersion::giveUp()
 {
-    logError("%s cannot be written: %s; clients are not told of changes until the next start", m_path.c_str(),
+    logError("%s cannot be written: %s; clients are not notified of changes until the next start", m_path.c_str(),
              std::strerror(errno));
     m_file.reset();
 }

@@ -63,7 +63,7 @@ void requirePlacesIn(const std::string &path)
         return;
     }
     if (!S_ISREG(status.st_mode))
-        throw std::runtime_error("it is a folder, device, pipe or socket, and no file");
+        throw std::runtime_error("it is a folder, device, pipe or socket, not a file");
     SQLite::Database database = openUntouched(path);
     distrust(database);
     const bool isEmpty = database.execAndGet("PRAGMA user_version").getInt() == 0
@@ -137,7 +137,7 @@ static void mergeIndex(SQLite::Database &connection, const char *sql, Deadline d
         if (connection.getTotalChanges() - before < 2)
             return;
         if (hasPassed(deadline))
-            throw std::runtime_error("the time is over; the next stop of the service continues");
+            throw std::runtime_error("the time limit is reached; the service continues at its next stop");
     }
 }
 

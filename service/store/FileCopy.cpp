@@ -35,7 +35,7 @@ void sync(const std::string &path)
 {
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
     if (!file.isOpen() || ::fsync(file.get()) != 0)
-        fail(path + " cannot be brought to the disk");
+        fail(path + " cannot be written to the disk");
 }
 
 } // namespace
@@ -46,7 +46,7 @@ void copyPages(SQLite::Database &to, SQLite::Database &from, Deadline deadline)
     for (int result = SQLITE_OK; result != SQLITE_DONE;) {
         result = backup.executeStep(PAGES_PER_STEP);
         if (result == SQLITE_BUSY || result == SQLITE_LOCKED)
-            throw SQLite::Exception("another program is at work on it", result);
+            throw SQLite::Exception("another program is using it", result);
         if (hasPassed(deadline))
             throw SQLite::Exception("copying took too long", SQLITE_INTERRUPT);
     }
@@ -68,7 +68,7 @@ void moveIntoPlace(const std::string &fresh, const std::string &path)
 {
     sync(fresh);
     if (std::rename(fresh.c_str(), path.c_str()) != 0)
-        fail(path + " cannot be put in place");
+        fail(path + " cannot be renamed into place");
     const std::string folder = std::filesystem::path(path).parent_path();
     sync(folder.empty() ? "." : folder);
 }

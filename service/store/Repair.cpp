@@ -187,8 +187,8 @@ void Repair::readGuests()
         return;
     if (isShareKnown)
         m_scan.visitRest(take, seen);
-    m_report.losses.emplace_back("who added places by the open channel cannot be read for all of them: the others are "
-                                 "the owner's now");
+    m_report.losses.emplace_back("some users who added places by the open channel cannot be read: these places belong "
+                                 "to the owner now");
 }
 
 void Repair::copyPlaces()

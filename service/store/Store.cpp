@@ -606,7 +606,8 @@ std::vector<std::string> Store::storedWords()
 qint64 Store::placeCount(int persistenceBits)
 {
     qint64 count = 0;
-    for (const QString &mask : m_facets.texts(FacetKind::Persistence)) {
+    const QStringList masks = m_facets.texts(FacetKind::Persistence);
+    for (const QString &mask : masks) {
         if ((mask.toInt() & persistenceBits) != 0)
             count += m_facets.count(FacetKind::Persistence, utf8(mask));
     }

@@ -17,7 +17,8 @@ QStringList otherNames(const vela::platform::places::AuxiliaryData &record)
     for (auto property = properties.begin(); property != properties.end(); ++property) {
         if (!property.key().startsWith(QLatin1String("name:")) && !KEYS.contains(property.key()))
             continue;
-        for (const QString &name : property.value().split(QLatin1Char(';'), Qt::SkipEmptyParts))
+        const QStringList texts = property.value().split(QLatin1Char(';'), Qt::SkipEmptyParts);
+        for (const QString &name : texts)
             names.append(name.trimmed());
     }
     names.removeDuplicates();

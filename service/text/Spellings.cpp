@@ -73,12 +73,14 @@ QList<SpelledWord> joinedWords(const QString &folded)
     QList<SpelledWord> joined;
     if (std::none_of(folded.begin(), folded.end(), isApostrophe))
         return joined;
-    for (const QString &part : folded.split(QLatin1Char(' '))) {
+    const QStringList parts = folded.split(QLatin1Char(' '));
+    for (const QString &part : parts) {
         if (!std::any_of(part.begin(), part.end(), isApostrophe))
             continue;
         QString whole;
         std::remove_copy_if(part.begin(), part.end(), std::back_inserter(whole), isApostrophe);
-        for (const QString &word : words(withoutAccents(whole)))
+        const QStringList plainWords = words(withoutAccents(whole));
+        for (const QString &word : plainWords)
             joined.append({QString(), {word}, {}});
     }
     return joined;
@@ -90,7 +92,8 @@ QList<SpelledWord> spelledWords(const QString &text)
 {
     const QString folded = caseFolded(text);
     QList<SpelledWord> found;
-    for (const QString &word : words(folded))
+    const QStringList wordsOfText = words(folded);
+    for (const QString &word : wordsOfText)
         found.append(spelledWord(word));
     return found + joinedWords(folded);
 }

@@ -80,7 +80,8 @@ QStringList words(const QString &text)
             found.append(QString::fromUcs4(word.constData(), word.size()));
         word.clear();
     };
-    for (const uint code : text.toUcs4()) {
+    const auto codes = text.toUcs4();
+    for (const uint code : codes) {
         if (isPartOfWord(code))
             word.append(code);
         else
@@ -94,7 +95,8 @@ QStringList words(const QString &text)
 std::vector<std::string> utf8Words(const QString &text)
 {
     std::vector<std::string> found;
-    for (const QString &word : words(text))
+    const QStringList wordsOfText = words(text);
+    for (const QString &word : wordsOfText)
         found.push_back(word.toStdString());
     return found;
 }
@@ -110,7 +112,8 @@ QString indexKey(const QStringList &texts)
     QStringList spellings;
     for (const QString &text : texts) {
         keys.append(searchKey(text));
-        for (const SpelledWord &word : spelledWords(text))
+        const auto spelled = spelledWords(text);
+        for (const SpelledWord &word : spelled)
             spellings += word.others + word.pieces;
     }
     keys.removeDuplicates();
@@ -183,7 +186,8 @@ TextTest::TextTest(int op, const QString &term)
 {
     if (op != SearchOperator::Contains)
         return;
-    for (const QString &word : words(term))
+    const QStringList termWords = words(term);
+    for (const QString &word : termWords)
         m_words.push_back(word.toStdString());
 }
 

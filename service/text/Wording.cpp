@@ -165,6 +165,7 @@ bool isShort(const Wording::Word &word)
 Reading readingOf(const std::vector<Wording::Word> &words, const std::vector<std::size_t> &numbers)
 {
     std::vector<Wording::Word> chosen;
+    chosen.reserve(numbers.size());
     for (const std::size_t number : numbers)
         chosen.push_back(words[number]);
     return {{Wording(std::move(chosen))}, false};
@@ -181,6 +182,7 @@ std::vector<std::size_t> byRarity(const std::vector<Wording::Word> &words, const
     }
     std::sort(frequencies.begin(), frequencies.end());
     std::vector<std::size_t> order;
+    order.reserve(frequencies.size());
     for (const auto &[frequency, number] : frequencies)
         order.push_back(number);
     return order;
@@ -223,7 +225,8 @@ Wording Wording::of(const QString &term)
         if (words.size() < limits::TERM_WORDS && std::none_of(words.begin(), words.end(), isSame))
             words.push_back(std::move(word));
     };
-    for (const SpelledWord &word : spelledWords(term)) {
+    const auto spelled = spelledWords(term);
+    for (const SpelledWord &word : spelled) {
         for (const QString &piece : word.pieces)
             add(piece, {});
         if (word.pieces.isEmpty() && !word.key.isEmpty())
@@ -260,8 +263,8 @@ Reading asTyped(const Wording &typed)
 
 Reading chooseReading(const Wording &typed, const ReadingSearch &search)
 {
-    const Reading inNames = asTyped(typed);
-    const Reading inTexts{{typed}, false};
+    Reading inNames = asTyped(typed);
+    Reading inTexts{{typed}, false};
     if (typed.isEmpty() || search.finds(inNames))
         return inNames;
     if (search.finds(inTexts))
@@ -275,7 +278,7 @@ Reading chooseReading(const Wording &typed, const ReadingSearch &search)
             corrector.correctFurther();
         if (edits > corrector.most())
             break;
-        const Reading corrected{corrector.wordings(edits), false};
+        Reading corrected{corrector.wordings(edits), false};
         if (!corrected.wordings.empty() && search.finds(corrected))
             return corrected;
     }

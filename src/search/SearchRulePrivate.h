@@ -29,7 +29,7 @@ public:
         RecentlyPicked = 8,         ///< 8: the place is in the recent bucket.
         RecentSearchTerms = 10,     ///< 10: terms searched for recently, as places.
         MyPlaces = 11,              ///< 11: the caller's application added the place.
-        ExcludeFavorites = 12,      ///< 12: the place is no favourite.
+        ExcludeFavorites = 12,      ///< 12: the place is not a favourite.
         GeocodeAddress = 15,        ///< 15: remote places by address.
         POIName = 16,               ///< 16: remote points of interest by name.
         ContactQuery = 17,          ///< 17: places of contacts by name.

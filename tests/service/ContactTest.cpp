@@ -74,11 +74,11 @@ protected:
 
 } // namespace
 
-TEST_F(ContactTest, AStoredAddressIsThatPlaceAndStandsOnce)
+TEST_F(ContactTest, AStoredAddressIsListedOnce)
 {
     const int id = annasId();
     const std::unique_ptr<Place> resolved(internal.getPlace(found[0].data(), &error));
-    ASSERT_TRUE(resolved) << "what a listing gives can be fetched";
+    ASSERT_TRUE(resolved) << "a listed place can be fetched";
     ASSERT_EQ(manager.fav(found[0].data()), Error::Success);
     const qint64 stored = found[0]->id();
     EXPECT_EQ(group(Group::Contacts, "anna").size(), 3U);
@@ -91,12 +91,12 @@ TEST_F(ContactTest, AStoredAddressIsThatPlaceAndStandsOnce)
     place->setName(QStringLiteral("Home of a friend"));
     ASSERT_EQ(manager.updatePlace(place.get()), Error::Success);
     EXPECT_THAT(group(Group::Contacts, "anna"), UnorderedElementsAre("Anna Müller", "Anna Müller", "Home of a friend"))
-        << "found by the contact's name, under its own";
+        << "found by the contact's name, listed with its own";
     ASSERT_EQ(manager.removePlace(stored), Error::Success);
     EXPECT_EQ(group(Group::Contacts, "anna"), Names(3, "Anna Müller"));
 }
 
-TEST_F(ContactTest, RoomsStoredPlacesAndContactsComeOneAfterTheOther)
+TEST_F(ContactTest, RoomsStoredPlacesAndContactsAreListedInThisOrder)
 {
     write("room.vcf", card("UID:room\r\nFN:Matter horn\r\nKIND:location\r\nGEO:46.5;7.5\r\n"));
     write("person.vcf", card("UID:p\r\nFN:Adam Matter\r\nADR;TYPE=HOME:;;;Bern;;;CH\r\n"));
@@ -107,7 +107,7 @@ TEST_F(ContactTest, RoomsStoredPlacesAndContactsComeOneAfterTheOther)
     EXPECT_THAT(group(Group::Local, "matter", true), ElementsAre("Adam Matter", "Matter horn"));
 }
 
-TEST_F(ContactTest, TheExternalChannelSeesNoneOfThem)
+TEST_F(ContactTest, TheExternalChannelHasNoContacts)
 {
     using namespace wire;
     const auto reply = [](int type, const Fields &body) {

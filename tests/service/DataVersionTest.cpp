@@ -21,11 +21,11 @@ using vela::system::channel::versionPath;
 namespace
 {
 
-/// What a client that watches the store is told.
+/// A client that watches the store, and its notifications.
 class DataVersion : public testing::Test
 {
 protected:
-    /// Does something, and waits until the watcher has told of it.
+    /// Runs a change and waits for its notification.
     bool tellsOf(const std::function<void()> &change)
     {
         const qint64 before = PlaceStoreWatcher::dataVersion();
@@ -43,7 +43,7 @@ protected:
 
 } // namespace
 
-TEST_F(DataVersion, TellsAClientOfEveryChangeByAnother)
+TEST_F(DataVersion, ReportsEveryChangeByAnotherClient)
 {
     const char *const commands[] = {"add Zurichsee --at 47.25,8.7", "tag 1 lake", "use 1", "fav 1", "remove 1"};
     for (const char *command : commands)
@@ -56,10 +56,10 @@ TEST_F(DataVersion, TellsAClientOfEveryChangeByAnother)
     const qint64 version = PlaceStoreWatcher::dataVersion();
     for (const char *command : {"find zur", "show 1", "remove 99", "tags"})
         places(command);
-    EXPECT_EQ(PlaceStoreWatcher::dataVersion(), version) << "nothing was changed";
+    EXPECT_EQ(PlaceStoreWatcher::dataVersion(), version) << "no command changed anything";
 }
 
-TEST_F(DataVersion, TellsOfARestartAndOfManyChangesAtOnce)
+TEST_F(DataVersion, ReportsARestartAndABurstOfChanges)
 {
     ASSERT_TRUE(tellsOf([&] {
         service.kill();
@@ -82,16 +82,16 @@ TEST_F(DataVersion, TellsOfARestartAndOfManyChangesAtOnce)
     EXPECT_LT(changes.size(), CHANGES / 4);
 }
 
-TEST_F(DataVersion, SaysNothingElseAndIsReadOnlyByOthers)
+TEST_F(DataVersion, RevealsOnlyANumberAndIsReadOnlyForOthers)
 {
     EXPECT_EQ(places("add Hideout --at 47.25,8.7").status, 0);
     struct stat status = {};
     ASSERT_EQ(::stat(versionPath("places").c_str(), &status), 0);
     EXPECT_EQ(status.st_size, 8) << "a number";
-    EXPECT_EQ(status.st_mode & 0777U, 0644U) << "whatever the mask of the service";
+    EXPECT_EQ(status.st_mode & 0777U, 0644U) << "independent of the umask of the service";
 }
 
-TEST(PlaceStoreWatcher, WaitsForAFolderThatIsNotThereYetAndTrustsNoFileOfOthers)
+TEST(PlaceStoreWatcher, WaitsForAMissingFolderAndIgnoresFilesOfOtherUsers)
 {
     const EventLoop loop;
     const QTemporaryDir root;

@@ -20,8 +20,8 @@ using namespace vela::platform::places;
 namespace
 {
 
-/// A service whose database is on a small file system of its own, which nobody has to be root for: it is mounted in a
-/// user namespace.
+/// A service whose database is on a small file system. It is mounted in a user namespace, so the test does not need
+/// root.
 class FullDiskTest : public testing::Test
 {
 protected:
@@ -58,7 +58,7 @@ protected:
     {
         return QStringLiteral("/proc/%1/root").arg(disk.processId()) + service.path("disk/") + QLatin1String(name);
     }
-    /// Takes all the room that is left.
+    /// Fills the rest of the disk.
     void fillUp()
     {
         QFile filler(path("filler"));
@@ -66,7 +66,7 @@ protected:
         while (filler.write(QByteArray(4096, 'x')) > 0) {
         }
     }
-    /// Adds a place of some kilobytes that cannot be packed.
+    /// Adds a place of some kilobytes that do not compress.
     Error::Type add(bool isRecent)
     {
         sample::FullPlace place(-1);
@@ -116,10 +116,10 @@ TEST_F(FullDiskTest, PlacesAreRemovedAndNothingIsLost)
         << Error::reason(Error::BackupFailed).toStdString();
     EXPECT_EQ(add(false), Error::StorageFailed);
     EXPECT_EQ(PlaceManager().addTag(saved[0], QStringLiteral("beach")), Error::StorageFailed);
-    service.stop(); // what SQLite keeps beside the database is gone
+    service.stop(); // removes SQLite's files beside the database
     fillUp();
     start();
-    EXPECT_EQ(count(), static_cast<qint64>(saved.size() + recent.size())) << "what was acknowledged is there";
+    EXPECT_EQ(count(), static_cast<qint64>(saved.size() + recent.size())) << "every acknowledged place is stored";
     EXPECT_GT(saved.size(), 100U);
 
     EXPECT_EQ(PlaceManager().removePlace(saved.back()), Error::Success);
@@ -129,7 +129,7 @@ TEST_F(FullDiskTest, PlacesAreRemovedAndNothingIsLost)
     start();
     EXPECT_EQ(PlaceManager().clearRecentlyPickedPlaces(), Error::Success);
     EXPECT_EQ(count(), static_cast<qint64>(saved.size()));
-    // Removals and additions take turns: no addition takes what a removal needs.
+    // Removals and additions alternate: no addition may use the reserve for removals.
     std::shuffle(saved.begin(), saved.end(), random);
     while (!saved.empty()) {
         const qint64 id = saved.back();
@@ -143,5 +143,5 @@ TEST_F(FullDiskTest, PlacesAreRemovedAndNothingIsLost)
     const std::string log = service.log();
     const std::string message = "the file system at " + service.path("disk").toStdString() + " is full";
     EXPECT_NE(log.find(message), std::string::npos);
-    EXPECT_EQ(log.find("request"), std::string::npos) << "one message a minute says it all";
+    EXPECT_EQ(log.find("request"), std::string::npos) << "one message per minute";
 }

@@ -23,15 +23,15 @@ using testing::ElementsAre;
 namespace
 {
 
-/// A database that the placesd of an earlier version made within one second.
+/// A database that an earlier version of placesd created within one second.
 struct OldDatabase
 {
     const char *name;
     int version;
-    quint64 time; ///< Of everything that the service did.
+    quint64 time; ///< Time of all operations of the service.
 };
 
-// Ids of places in it. Those between them, and the last one, were removed.
+// Ids of its places. The ids between them and the last id belong to removed places.
 constexpr qint64 FULL = 1;
 constexpr qint64 CONTACT = 3;
 constexpr qint64 USED = 4;
@@ -39,7 +39,7 @@ constexpr qint64 UNREADABLE = 5;
 constexpr qint64 RECENT = 6;
 constexpr qint64 HIGHEST = 7;
 
-/// The place that was stored with an id. Its location and its record have that id, too.
+/// The place that was stored with an id. Its location and its record have the same id.
 std::unique_ptr<Place> placeOf(qint64 id, quint64 time)
 {
     auto place = std::make_unique<sample::FullPlace>(id);
@@ -79,7 +79,7 @@ std::unique_ptr<Place> placeOf(qint64 id, quint64 time)
 class MigrationTest : public testing::TestWithParam<OldDatabase>
 {
 protected:
-    /// Copies the old database. What the service made there is gone.
+    /// Copies the old database and removes all other files of the service.
     QString put(const char *name) const
     {
         for (const char *end : {"", "-wal", "-shm"})
@@ -115,7 +115,7 @@ protected:
         const std::string everything = requests::find(9, 0);
         EXPECT_EQ(Placesd::exchange(everything, "places.external").substr(0, 12),
                   wire::message({wire::i32(0), wire::i32(269), wire::i32(0)}))
-            << "private then and now";
+            << "private before and after";
         EXPECT_EQ(Placesd::code(requests::withId(requests::Type::RemovePlace, FULL), "places.external"),
                   orix_places_protocol::NoSuchPlace);
         EXPECT_THAT(ids(manager.findRecentPlaces(&error)), ElementsAre(USED, RECENT, CONTACT, FULL));
@@ -132,7 +132,7 @@ protected:
 
 } // namespace
 
-TEST_P(MigrationTest, KeepsEverythingAndTheUnreadableCanBeRemoved)
+TEST_P(MigrationTest, KeepsAllPlacesAndAllowsRemovingUnreadableOnes)
 {
     service.kill();
     const QString database = put("places.db");
@@ -142,7 +142,7 @@ TEST_P(MigrationTest, KeepsEverythingAndTheUnreadableCanBeRemoved)
     const std::unique_ptr<Place> added = placeOf(HIGHEST, 0);
     PlacePrivate::privateFromPublic(added.get())->setId(PlaceId::UNDEFINED_PERSISTED_ID);
     EXPECT_EQ(manager.addPlace(added.get()), Error::Success);
-    EXPECT_EQ(added->id(), HIGHEST + 1) << "no id comes back as another place's";
+    EXPECT_EQ(added->id(), HIGHEST + 1) << "no id is reused";
     service.stop();
     const std::string kept = database.toStdString() + ".version-" + std::to_string(GetParam().version);
     struct stat status = {};
@@ -157,7 +157,7 @@ TEST_P(MigrationTest, KeepsEverythingAndTheUnreadableCanBeRemoved)
     EXPECT_EQ(migrated.execAndGet("PRAGMA user_version").getInt(), 5);
 }
 
-TEST_P(MigrationTest, KeysOfOtherRulesAreMadeAnew)
+TEST_P(MigrationTest, KeysOfOtherRulesAreRebuilt)
 {
     service.kill();
     const QString database = put("places.db");
@@ -190,7 +190,7 @@ TEST_P(MigrationTest, ABackupOfAnEarlierVersionIsRestored)
     expectPlacesAndTerms();
 }
 
-TEST_P(MigrationTest, IsRescuedWithoutItsDictionary)
+TEST_P(MigrationTest, IsRepairedWithoutItsDictionary)
 {
     service.kill();
     const std::string old = put("old.db").toStdString();

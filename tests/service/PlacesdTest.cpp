@@ -48,7 +48,7 @@ int closedNow(const Clients &clients)
     }));
 }
 
-/// The same, but waits a while for a number.
+/// Waits a while until this number is reached.
 int closed(const Clients &clients, int expected)
 {
     for (int i = 0; i < 200 && closedNow(clients) != expected; ++i)
@@ -56,7 +56,7 @@ int closed(const Clients &clients, int expected)
     return closedNow(clients);
 }
 
-/// A place whose record has about four megabytes, none of which are searched.
+/// A place whose record has about four megabytes that are not searched.
 std::string longPlace()
 {
     constexpr int PROPERTIES = 16;
@@ -70,13 +70,13 @@ std::string longPlace()
 
 } // namespace
 
-TEST(Placesd, LeavesRoomForOthersInACrowdOfClients)
+TEST(Placesd, KeepsConnectionsForOthersInACrowd)
 {
     Placesd service;
     const int share = static_cast<int>(limits::OPEN_USER_CONNECTIONS);
     const Clients first = connectMany(service, OPEN, share + 5);
     EXPECT_EQ(Placesd::code(TAGS, OPEN), 0);
-    EXPECT_NEAR(closed(first, 5), 5, 1) << "the oldest made room";
+    EXPECT_NEAR(closed(first, 5), 5, 1) << "the oldest ones are closed";
     const Clients more = connectMany(service, OPEN, 1200);
     EXPECT_EQ(Placesd::code(TAGS), 0);
     EXPECT_EQ(closed(first, share + 5), share + 5);
@@ -91,7 +91,7 @@ TEST(Placesd, LeavesRoomForOthersInACrowdOfClients)
     }
 }
 
-TEST(Placesd, GivesACrowdNoMoreThanItsMemory)
+TEST(Placesd, LimitsTheMemoryOfManyClients)
 {
     Placesd service;
     constexpr int PLACES = 8;
@@ -114,12 +114,12 @@ TEST(Placesd, GivesACrowdNoMoreThanItsMemory)
     }
 }
 
-TEST(Placesd, LeavesThreadsForOthersAndStopsInTimeInACrowd)
+TEST(Placesd, KeepsThreadsForOthersAndStopsInTimeInACrowd)
 {
     Placesd service({}, "placesd_with_guide");
     const Clients slow = connectMany(service, OPEN, 20);
     send(slow, SLOW);
-    // Until they have all threads that they can get.
+    // Waits until they use all threads that they can get.
     std::this_thread::sleep_for(300ms);
     const auto start = Clock::now();
     EXPECT_EQ(
@@ -133,7 +133,7 @@ TEST(Placesd, LeavesThreadsForOthersAndStopsInTimeInACrowd)
     EXPECT_LT(Clock::now() - stop, 5s);
 }
 
-TEST(Placesd, GoesOnWithoutDescriptorsAndWithoutALog)
+TEST(Placesd, WorksWithoutDescriptorsAndWithoutALog)
 {
     Placesd service;
     service.stop();
@@ -148,22 +148,22 @@ TEST(Placesd, GoesOnWithoutDescriptorsAndWithoutALog)
     EXPECT_GT(::read(reader, log, sizeof log - 1), 0);
     EXPECT_THAT(std::string(log), testing::HasSubstr("/none?placesd error: forged"));
     ::close(reader);
-    EXPECT_EQ(Placesd::code(backup), orix_places_protocol::BackupFailed) << "nobody reads the log";
+    EXPECT_EQ(Placesd::code(backup), orix_places_protocol::BackupFailed) << "its log is a closed pipe";
 
     const Clients some = connectMany(service, OPEN, 20);
-    ASSERT_EQ(Placesd::code(TAGS), 0);
+    ASSERT_EQ(Placesd::code(TAGS, OPEN), 0) << "it is accepted after the others";
     rlimit before = {};
     const rlimit none = {1, 20000};
     ASSERT_EQ(::prlimit(service.pid(), RLIMIT_NOFILE, &none, &before), 0);
     const Clients waiting = connectMany(service, "places", 5);
     send(waiting, TAGS);
-    EXPECT_EQ(closed(some, 20), 20) << "these were to give their descriptors";
+    EXPECT_EQ(closed(some, 20), 20) << "their descriptors are needed";
     EXPECT_EQ(closedNow(waiting), 0);
     ASSERT_EQ(::prlimit(service.pid(), RLIMIT_NOFILE, &before, nullptr), 0);
     EXPECT_EQ(Placesd::code(TAGS), 0);
 }
 
-TEST(Placesd, IsNotHeldUpByBusyClientsAndEndsAmongThem)
+TEST(Placesd, StopsInTimeWithBusyClients)
 {
     Placesd service;
     std::atomic<bool> done = false;
@@ -173,10 +173,10 @@ TEST(Placesd, IsNotHeldUpByBusyClientsAndEndsAmongThem)
         many += message({i32(static_cast<int>(TAGS.size()))}) + TAGS;
     std::vector<std::thread> clients;
     for (int i = 0; i < 8; ++i) {
-        // All are connected before the first is counted: the service may be gone when a thread gets to run.
+        // Connects all clients before the first one counts: the service may have stopped when a thread gets to run.
         clients.emplace_back([&, socket = connectTo(service.path("places").toStdString())] {
             std::vector<char> replies(1 << 16);
-            // More requests are always under way, so the service never finds nothing to read.
+            // More requests are always in flight, so the service never runs out of input.
             for (std::size_t next = 0; !done;) {
                 const ssize_t sent =
                     ::send(socket.get(), many.data() + next, many.size() - next, MSG_DONTWAIT | MSG_NOSIGNAL);
@@ -218,17 +218,17 @@ TEST(Placesd, AnswersShortRequestsWhileLongOnesRun)
         EXPECT_EQ(Placesd::code(TAGS), 0);
     for (const Descriptor &client : clients) {
         char byte = 0;
-        EXPECT_EQ(::recv(client.get(), &byte, 1, MSG_PEEK | MSG_DONTWAIT), -1) << "the long ones are still under way";
+        EXPECT_EQ(::recv(client.get(), &byte, 1, MSG_PEEK | MSG_DONTWAIT), -1) << "the long requests are still running";
     }
 }
 
-TEST(Placesd, AsksForTheKeyOfItsSessionObject)
+TEST(Placesd, RequiresTheKeyOfItsSessionObject)
 {
     QTemporaryDir pps;
     Placesd service({QStringLiteral("--pps-root"), pps.path()});
     QFile object(pps.filePath(QStringLiteral("services/pim/session?wait")));
     ASSERT_TRUE(object.open(QIODevice::ReadOnly));
-    EXPECT_EQ(object.permissions() & 0x0077, 0) << "nobody else may read it";
+    EXPECT_EQ(object.permissions() & 0x0077, 0) << "not readable by others";
     const std::string text = object.readAll().toStdString().substr(30);
     const std::size_t start = text.find("\"session\":\"") + 11;
     const std::string key = text.substr(start, text.find('"', start) - start);
@@ -237,7 +237,7 @@ TEST(Placesd, AsksForTheKeyOfItsSessionObject)
     EXPECT_EQ(Placesd::code(message(head(Type::GetTags, 0, key))), 0);
 }
 
-TEST(Placesd, LeavesTheChannelsToTheServiceThatHasThem)
+TEST(Placesd, DoesNotTakeTheChannelsOfARunningService)
 {
     const Placesd service;
     QProcess second;

@@ -73,7 +73,7 @@ std::string found(Group group, const char *term)
 
 } // namespace
 
-TEST(Placesd, DoesNotStartOnArgumentsThatMakeNoSense)
+TEST(Placesd, DoesNotStartWithInvalidArguments)
 {
     const QTemporaryDir folder;
     qputenv("VELA_CHANNEL_DIR", folder.filePath(QStringLiteral("channels")).toLocal8Bit());
@@ -105,7 +105,7 @@ TEST(Placesd, DoesNotStartOnArgumentsThatMakeNoSense)
     }
 }
 
-TEST(Placesd, ServesOnlyInAFolderThatNobodyElseCanReplace)
+TEST(Placesd, ServesOnlyInAFolderThatOthersCannotReplace)
 {
     const QTemporaryDir folder;
     const auto path = [&](const char *name) { return folder.filePath(QLatin1String(name)); };
@@ -123,11 +123,11 @@ TEST(Placesd, ServesOnlyInAFolderThatNobodyElseCanReplace)
     const struct
     {
         const char *folder;
-        const char *says; ///< Null where it serves.
+        const char *says; ///< Null when it starts.
     } cases[] = {
-        {"open/inner", "open belongs to somebody else, or others may write to it"},
-        {"door/inner", "open belongs to somebody else, or others may write to it"},
-        {"shared", "shared belongs to somebody else, or others may write to it"},
+        {"open/inner", "open belongs to another user, or others may write to it"},
+        {"door/inner", "open belongs to another user, or others may write to it"},
+        {"shared", "shared belongs to another user, or others may write to it"},
         {"link", "link is not a folder"},
         {"link/", "link is not a folder"},
         {"blocked", "blocked/places: File exists"},
@@ -148,7 +148,7 @@ TEST(Placesd, ServesOnlyInAFolderThatNobodyElseCanReplace)
     EXPECT_TRUE(QFile::exists(path("blocked/places"))) << "only sockets are removed";
 }
 
-TEST(Placesd, ReadsItsSourcesAgainAndTellsItsStateWhenSignalled)
+TEST(Placesd, ReadsItsSourcesAgainAndLogsItsStateOnSignals)
 {
     const QTemporaryDir folder;
     const QString cards = folder.filePath(QStringLiteral("cards.vcf"));
@@ -158,7 +158,7 @@ TEST(Placesd, ReadsItsSourcesAgainAndTellsItsStateWhenSignalled)
     Placesd service({QStringLiteral("--gazetteer"), places, QStringLiteral("--contacts"), folder.path()});
     const auto foundNow = [] { return found(Group::Contacts, "") + found(Group::Remote, "cafe"); };
     EXPECT_EQ(foundNow(), "Anna;Caf\u00E9 One;");
-    // The card looks as before: size and time are the same.
+    // The card looks unchanged: size and time are the same.
     struct stat status = {};
     ASSERT_EQ(::stat(cards.toLocal8Bit().constData(), &status), 0);
     write(cards, cardOf("Bert"));
@@ -173,7 +173,7 @@ TEST(Placesd, ReadsItsSourcesAgainAndTellsItsStateWhenSignalled)
     QFile::remove(places);
     service.signal(SIGHUP);
     service.awaitLog("places.geojson: No such file or directory");
-    EXPECT_EQ(foundNow(), "Bert;Caf\u00E9 Twice;") << "what was read stays";
+    EXPECT_EQ(foundNow(), "Bert;Caf\u00E9 Twice;") << "the old gazetteer stays";
 
     addPlace("Stored");
     service.signal(SIGUSR1);
@@ -183,14 +183,14 @@ TEST(Placesd, ReadsItsSourcesAgainAndTellsItsStateWhenSignalled)
                               "type [1-9][0-9]* with [0-9.]+ ms\n"));
 }
 
-TEST(Placesd, LeavesTheFilesOfOthersAsTheyAre)
+TEST(Placesd, DoesNotChangeForeignFiles)
 {
     const QTemporaryDir folder;
     qputenv("VELA_CHANNEL_DIR", folder.filePath(QStringLiteral("channels")).toLocal8Bit());
     const auto path = [&](const char *name) { return folder.filePath(QLatin1String(name)); };
     const auto make = [&](const char *name, const char *sql) {
         SQLite::Database database(path(name).toStdString(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-        // What is in the log stays there.
+        // Keeps the content of the log in the log.
         sqlite3_db_config(database.getHandle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
         database.exec(sql);
     };
@@ -200,7 +200,7 @@ TEST(Placesd, LeavesTheFilesOfOthersAsTheyAre)
     make("logged", "PRAGMA journal_mode = WAL; CREATE TABLE theirs(a)");
     make("switched", "PRAGMA journal_mode = WAL; CREATE TABLE theirs(a); PRAGMA wal_checkpoint(TRUNCATE)");
     EXPECT_TRUE(QFile::remove(path("switched-wal")) && QFile::remove(path("switched-shm")));
-    write(path("text"), "no database, but longer than what one begins with");
+    write(path("text"), "not a database, but longer than the header of one");
     const auto state = [&] {
         QByteArray bytes;
         for (const QString &name : QDir(folder.path()).entryList(QDir::Files)) {
@@ -238,7 +238,7 @@ TEST(Placesd, MakesAnOpenDatabasePrivate)
     EXPECT_TRUE(service.isRunning()) << "an empty file is a new database";
 }
 
-TEST(Placesd, ForgetsTheNamesOfPlacesThatAreGone)
+TEST(Placesd, OverwritesTheNamesOfRemovedPlaces)
 {
     Placesd service;
     for (int i = 0; i < 100; ++i)

@@ -31,8 +31,8 @@ namespace
 constexpr int PAGE = 4096;
 constexpr uid_t GUEST = 1000;
 
-/// A database of some hundred places, as a service leaves it, and what is in it. Some of the places are larger than a
-/// page, some are guests', and some are removed.
+/// A database of some hundred places, as a service leaves it, and its content. Some places are larger than a page, some
+/// belong to guests, and some are removed.
 class RepairTest : public testing::Test
 {
 protected:
@@ -51,7 +51,7 @@ protected:
             });
         }
         Store store(file, shared);
-        write(path("log.db"), bytesOf(path("sound.db"))); // what follows is in the log alone
+        write(path("log.db"), bytesOf(path("sound.db"))); // later changes are only in the log
         store.write([&] {
             for (int id = 5; id <= ADDED; id += 5) {
                 store.remove(id);
@@ -76,7 +76,7 @@ protected:
         records[i] = fullRecordOf(place);
     }
 
-    /// The pages of a table or index, or of all that a statement gives.
+    /// The pages of a table or index, or those that a condition selects.
     std::vector<int> pagesOf(const std::string &condition)
     {
         SQLite::Database database(path("sound.db").toStdString());
@@ -87,7 +87,7 @@ protected:
         EXPECT_FALSE(pages.empty()) << condition;
         return pages;
     }
-    /// The places that have a part of their records on some pages, by what SQLite says of the sound database.
+    /// The places with parts of their records on these pages, according to SQLite and the sound database.
     std::set<qint64> placesOn(const std::vector<int> &pages)
     {
         std::set<qint64> places;
@@ -125,7 +125,7 @@ protected:
         QFile::remove(path("new.db"));
         return Repair::run(path(name).toStdString(), path("new.db").toStdString());
     }
-    /// That the repaired database is sound and has every place but, at most, those in `lost`, and no other.
+    /// Expects a sound repaired database with exactly the stored places, except at most those in `lost`.
     void expectPlaces(const Repair::Report &report, const std::set<qint64> &lost, bool hasGuests = true)
     {
         EXPECT_THAT(checkDatabase(path("new.db").toStdString()), IsEmpty());
@@ -144,24 +144,24 @@ protected:
                 EXPECT_EQ(store.isGuest(id), isStored && id % 3 == 0) << id;
             }
         }
-        EXPECT_EQ(found, store.placeCount(~0)) << "there are others";
+        EXPECT_EQ(found, store.placeCount(~0)) << "no other places";
         EXPECT_EQ(static_cast<qint64>(report.places), found);
         EXPECT_LE(report.lostPlaces, lost.size());
         sample::FullPlace next(-1);
         store.write([&] { return store.insert(next), true; });
-        EXPECT_GT(next.id(), ADDED) << "no id comes back as another place's";
+        EXPECT_GT(next.id(), ADDED) << "no id is reused";
     }
 
     QString path(const char *name) const { return folder.filePath(QLatin1String(name)); }
 
     QTemporaryDir folder;
     std::mt19937 random{20261125};
-    std::map<qint64, std::string> records; ///< Of what is stored, by its id.
+    std::map<qint64, std::string> records; ///< Stored records by id.
 };
 
 } // namespace
 
-TEST_F(RepairTest, IsRepairedAsFarAsPagesCanBeRead)
+TEST_F(RepairTest, AllReadablePagesAreRepaired)
 {
     const struct
     {
@@ -194,7 +194,7 @@ TEST_F(RepairTest, IsRepairedAsFarAsPagesCanBeRead)
             damaged.replace((page - 1) * PAGE, PAGE, noise(PAGE));
         write(path("damaged.db"), damaged);
         const Repair::Report report = repair("damaged.db");
-        EXPECT_EQ(bytesOf(path("damaged.db")), damaged) << "it is left as it is";
+        EXPECT_EQ(bytesOf(path("damaged.db")), damaged) << "it is unchanged";
         EXPECT_EQ(!report.losses.empty(), row.hasLosses) << testing::PrintToString(report.losses);
         EXPECT_EQ(report.terms, row.terms);
         const std::set<qint64> lost = placesOn(pages);
@@ -205,7 +205,7 @@ TEST_F(RepairTest, IsRepairedAsFarAsPagesCanBeRead)
     }
 }
 
-TEST_F(RepairTest, NoPageIsNeededForThePlacesOnOthers)
+TEST_F(RepairTest, PlacesOnSoundPagesNeedNoOtherPage)
 {
     const int wanted = qEnvironmentVariableIsSet("PLACES_ROUNDS") ? qEnvironmentVariableIntValue("PLACES_ROUNDS") : 12;
     const QByteArray sound = bytesOf(path("sound.db"));
@@ -238,8 +238,8 @@ TEST_F(RepairTest, NoPageIsNeededForThePlacesOnOthers)
     }
 }
 
-/// Without the root of their table, records are looked for on all pages.
-TEST_F(RepairTest, OnlyTheNewestVersionOfAPlaceComesBackAndNoRemovedOne)
+/// Without the root of the table, records are searched on all pages.
+TEST_F(RepairTest, OnlyTheNewestVersionIsRestoredAndNoRemovedPlace)
 {
     const int root = pagesOf("name = 'record' AND pagetype = 'internal'")[0];
     const int leaf = pagesOf("name = 'record' AND pagetype = 'leaf'")[2];
@@ -255,7 +255,7 @@ TEST_F(RepairTest, OnlyTheNewestVersionOfAPlaceComesBackAndNoRemovedOne)
         store.write([&] { return store.update(*after, *before), true; });
         records[changed] = fullRecordOf(*after);
     }
-    // As an older service left it: what is deleted stays on its page.
+    // As an older service left it: deleted data stays on its page.
     SQLite::Database(path("sound.db").toStdString(), SQLite::OPEN_READWRITE)
         .exec("PRAGMA secure_delete = OFF; PRAGMA foreign_keys = ON; DELETE FROM place WHERE id BETWEEN 200 AND 299");
     records.erase(records.lower_bound(200), records.lower_bound(300));
@@ -265,7 +265,7 @@ TEST_F(RepairTest, OnlyTheNewestVersionOfAPlaceComesBackAndNoRemovedOne)
     expectPlaces(repair("damaged.db"), {});
 }
 
-TEST_F(RepairTest, WhatIsOnlyInTheLogIsRepaired)
+TEST_F(RepairTest, PlacesInTheLogAreRepaired)
 {
     QByteArray database = bytesOf(path("log.db"));
     const QByteArray log = bytesOf(path("log.db-wal"));
@@ -277,12 +277,12 @@ TEST_F(RepairTest, WhatIsOnlyInTheLogIsRepaired)
     expectPlaces(repair("log.db"), {});
     EXPECT_EQ(bytesOf(path("log.db")), database);
     EXPECT_EQ(bytesOf(path("log.db-wal")), log);
-    // A log that is damaged ends before the damage.
+    // A damaged log ends before the damage.
     write(path("log.db-wal"), QByteArray(log).replace(log.size() / 2, 4, "torn"));
     EXPECT_GT(repair("log.db").places, records.size());
 }
 
-TEST_F(RepairTest, TheProgramTellsByItsStatus)
+TEST_F(RepairTest, TheExitStatusReportsTheResult)
 {
     QByteArray damaged = bytesOf(path("sound.db"));
     const int leaf = pagesOf("name = 'record' AND pagetype = 'leaf'")[2];
@@ -331,7 +331,7 @@ TEST_F(RepairTest, TheProgramTellsByItsStatus)
     EXPECT_FALSE(QFile::exists(path("fourth.db")));
 }
 
-TEST_F(RepairTest, IsWrittenToByNoWriteUnderWay)
+TEST_F(RepairTest, RunningWritesStopOnDamage)
 {
     const std::string file = path("sound.db").toStdString();
     StoreShared shared;

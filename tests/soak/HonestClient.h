@@ -17,34 +17,34 @@
 #include <set>
 #include <thread>
 
-/// Something that comes and goes, such as a full disk, and excuses what happened meanwhile. begin() and end() on one
-/// thread; the rest is safe on any.
+/// A temporary disturbance, such as a full disk, which excuses failures in the meantime. Call begin() and end() on one
+/// thread; the other functions are safe on any thread.
 class Disturbance
 {
 public:
     void begin() { ++m_changes; }
     void end() { ++m_changes; }
 
-    /// A point in time for wasThereSince().
+    /// The current time, for wasThereSince().
     [[nodiscard]] unsigned now() const { return m_changes; }
     [[nodiscard]] bool wasThereSince(unsigned start) const { return start % 2 == 1 || m_changes != start; }
 
 private:
-    std::atomic<unsigned> m_changes{0}; ///< Odd while it is there.
+    std::atomic<unsigned> m_changes{0}; ///< Odd during the disturbance.
 };
 
-/// What a soak counts. Safe on any thread.
+/// Counters of a soak test. Safe on any thread.
 struct Score
 {
-    Disturbance outage;   ///< The service was killed and is not up again.
-    Disturbance fullDisk; ///< No file of the service may grow.
+    Disturbance outage;   ///< The service was killed and is not running again.
+    Disturbance fullDisk; ///< No file of the service can grow.
 
     std::atomic<unsigned> kills{0};
     std::atomic<unsigned> stalls{0};
     std::atomic<unsigned> fullDisks{0};
     std::atomic<unsigned> acknowledged{0}; ///< Changes.
     std::atomic<unsigned> lost{0};         ///< Acknowledged changes.
-    std::atomic<unsigned> wrong{0};        ///< Answers that are no consequence of a disturbance or of what was stored.
+    std::atomic<unsigned> wrong{0};        ///< Answers that neither a disturbance nor the stored places explain.
     std::atomic<unsigned> unanswered{0};   ///< Requests during an outage.
     std::atomic<unsigned> refused{0};      ///< Changes on a full disk.
     std::atomic<unsigned> hostile{0};      ///< Requests.
@@ -60,8 +60,8 @@ struct Score
     }
 };
 
-/// A client that adds, fetches, finds and removes places of its own, and knows what has to be stored of them. For one
-/// thread.
+/// A client that adds, fetches, finds and removes its own places, and compares the replies with the expected store. For
+/// one thread.
 class HonestClient
 {
 public:
@@ -86,7 +86,7 @@ public:
                 find();
         }
     }
-    /// Looks for all its places, which have to fit into one reply now.
+    /// Searches all its places, which must fit into one reply.
     void checkAll()
     {
         if (!find())
@@ -97,13 +97,13 @@ private:
     using Error = vela::platform::places::Error;
     static constexpr std::size_t MOST_PLACES = 200;
     static constexpr int PAGE = 10000;
-    /// Time before the next request to a service that is down.
+    /// Delay before the next request when the service is down.
     static constexpr std::chrono::milliseconds PAUSE{10};
 
-    /// The description of a place: of up to several thousand letters.
+    /// A description of up to several thousand letters.
     static QString textOf(const QString &name) { return name.repeated(1 + static_cast<int>(qHash(name, 1) % 300)); }
 
-    /// Makes a request and judges how it ended.
+    /// Sends a request and checks its outcome.
     /// @param isChange only a change may fail on a full disk.
     Error::Type ask(bool isChange, const std::function<Error::Type()> &request)
     {
@@ -169,7 +169,7 @@ private:
             m_places.erase(id);
         }
     }
-    /// Returns whether all were to be found in the one reply.
+    /// True when all places had to be in the one reply.
     bool find()
     {
         vela::platform::places::SearchHandle handle;
@@ -183,7 +183,7 @@ private:
         for (const auto *header : found) {
             const QString name = header->name();
             const auto known = missing.find(header->id());
-            // A word that no place has is found by its other spellings, such as other clients' words.
+            // For a word that no place has, a find may use other spellings, for example words of other clients.
             const bool isOther = m_places.empty() && !name.startsWith(m_word);
             if (known != missing.end() && known->second == name)
                 missing.erase(known);
@@ -191,7 +191,7 @@ private:
                 countFault(m_removed.count(header->id()) > 0 ? m_score.lost : m_score.wrong, "found", header->id());
         }
         qDeleteAll(found);
-        // A reply ends early where other clients leave it no memory.
+        // A reply is cut when other clients use up the memory.
         const bool isWhole = error == Error::Success && !handle.hasMoreData();
         for (const auto &place : missing) {
             if (!isWhole)
@@ -214,12 +214,12 @@ private:
             std::fprintf(stderr, "%s: %s, %lld\n", qPrintable(m_word), what, id);
     }
 
-    const QString m_word; ///< The name of each of its places starts with it, and no other's does.
+    const QString m_word; ///< Prefix of the names of all its places, and of no other places.
     Score &m_score;
     std::mt19937 m_random;
     const vela::platform::places::PlaceManager m_manager;
-    unsigned m_names = 0;               ///< Given so far.
-    std::map<qint64, QString> m_places; ///< Names of those whose addition was acknowledged.
-    std::set<qint64> m_removed;         ///< Removal acknowledged.
-    std::set<QString> m_unknown;        ///< Names of those whose addition or removal was not answered.
+    unsigned m_names = 0;               ///< Number of names used so far.
+    std::map<qint64, QString> m_places; ///< Names of the places whose addition was acknowledged.
+    std::set<qint64> m_removed;         ///< Ids with an acknowledged removal.
+    std::set<QString> m_unknown;        ///< Names of places whose addition or removal was not answered.
 };

@@ -25,10 +25,10 @@ namespace
 
 constexpr unsigned HONEST_CLIENTS = 6;
 constexpr seconds SHORT_SOAK{20};
-/// What the log of the service and its database may grow on a full disk.
+/// Space for the service's log and database on a full disk.
 constexpr qint64 LEFT_ON_DISK = 128 * 1024;
 
-/// A service and all that goes wrong around it at once.
+/// A service with all disturbances at once.
 class SoakTest : public testing::Test
 {
 protected:
@@ -50,7 +50,7 @@ protected:
         stalled.clear();
     }
 
-    /// Sends hostile requests until the soak is over.
+    /// Sends hostile requests until the end of the soak.
     void attack(const char *channel)
     {
         HostileRequests requests(static_cast<unsigned>(std::strlen(channel)));
@@ -61,7 +61,7 @@ protected:
         }
     }
 
-    /// Clients that send nothing, or not all of a request, or more than is allowed, or take no reply.
+    /// Clients that send nothing or parts of requests, exceed limits, or do not read replies.
     void stallClients()
     {
         stalled.clear();
@@ -83,17 +83,17 @@ protected:
         service->resume();
     }
 
-    /// Lets no file of the service grow, for a while.
+    /// Prevents all files of the service from growing, for a while.
     void fillDisk()
     {
         ++score.fullDisks;
         score.fullDisk.begin();
-        // A log that was long once is written from its start again: then only a limit within it is one.
+        // SQLite overwrites a long log from the start, so only a limit below the size of the log has an effect.
         const qint64 size =
             std::min(QFileInfo(service->path("places.db")).size(), QFileInfo(service->path("places.db-wal")).size());
         limitFiles(static_cast<rlim_t>((random() % 2 == 0 ? size : 0) + LEFT_ON_DISK));
         rest();
-        // At times the service is killed on the full disk.
+        // Sometimes kills the service on the full disk.
         if (random() % 3 == 0)
             kill();
         limitFiles(RLIM_INFINITY);
@@ -109,7 +109,7 @@ protected:
         score.outage.end();
     }
 
-    /// Leaves everybody to their work for half a second, or up to one more.
+    /// Lets all clients work for 0.5 to 1.5 seconds.
     void rest() { std::this_thread::sleep_for(milliseconds(500 + random() % 1000)); }
 
     void limitFiles(rlim_t size)

@@ -10,7 +10,7 @@
 
 #include <string>
 
-/// How a run of a program ended.
+/// Result of a program.
 struct Outcome
 {
     int status;
@@ -18,7 +18,7 @@ struct Outcome
     std::string err;
 };
 
-/// Runs one of our programs as a user would, with `input` on its standard input.
+/// Runs one of our programs like a user, with `input` on its standard input.
 inline Outcome run(const char *program, const QStringList &arguments, const QByteArray &input = {})
 {
     QProcess process;

@@ -9,16 +9,16 @@
 #include <algorithm>
 #include <functional>
 
-/// The event loop that a manager under test needs.
+/// The event loop for a manager under test.
 class EventLoop
 {
 public:
-    /// Handles events until the condition holds. False when it does not within a minute.
+    /// Handles events until the condition holds. False after a minute.
     static bool runUntil(const std::function<bool()> &condition) { return QTest::qWaitFor(condition, 60000); }
-    /// Handles events for a time in which something would happen that must not.
+    /// Handles events long enough to detect one that must not happen.
     static void runOut() { QTest::qWait(60); }
 
-    /// Waits until there is an event to handle, and handles none. False when there is none within 20 seconds.
+    /// Waits for an event without handling it. False after 20 seconds.
     static bool awaitEvent()
     {
         for (int i = 0; i < 20000 && !QAbstractEventDispatcher::instance()->hasPendingEvents(); ++i)
@@ -32,8 +32,7 @@ public:
         return static_cast<int>(
             QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size());
     }
-    /// How many managers are made and destroyed where a test looks for what only happens now and then:
-    /// PLACES_MANAGERS, else 500.
+    /// Number of managers that a test creates and destroys to find rare races: PLACES_MANAGERS, at least 500.
     static int managers() { return std::max(500, qEnvironmentVariableIntValue("PLACES_MANAGERS")); }
 
 private:

@@ -14,9 +14,8 @@
 #include <string>
 #include <vector>
 
-/// Stands in for the platform's message channel: keeps the requests that the library sends, and answers with what a
-/// test has laid ready. One exists at a time. Any number of threads may exchange at once; a test holds them back and
-/// lets them go as it needs.
+/// Replaces the platform's message channel. Keeps the requests of the library and answers them with prepared replies.
+/// One object at a time. Several threads may exchange messages at once; a test can block and release them.
 class FakeChannel
 {
 public:
@@ -30,31 +29,31 @@ public:
     void refuseOpen(int error) { m_openError = error; }
     /// Every exchange fails with this status from now on.
     void breakExchange(int status) { m_brokenStatus = status; }
-    /// Lays a reply ready: a status of success, the type of the reply to `request`, and the body.
+    /// Prepares a reply: success, the type of the reply to `request`, and the body.
     void answer(MessageType request, const wire::Fields &body = {}) { answerBytes(reply(request, body)); }
-    /// The same with any return code and what follows it, such as a reason.
+    /// Prepares a reply with any return code, followed by a reason or other fields.
     void refuse(MessageType request, ReturnCode code, const wire::Fields &reason = {})
     {
         answerBytes(reply(request, code, reason));
     }
-    /// Lays a reply ready as it stands.
+    /// Prepares a reply of raw bytes.
     void answerBytes(const std::string &bytes) { m_replies.push_back(bytes); }
-    /// A reply that does not fit is announced with this length, whatever its own.
+    /// Reports this length for replies that do not fit.
     void claimLength(int length) { m_claimedLength = length; }
 
-    /// Makes the reply to each request from now on, on the thread that sends it. May throw.
+    /// Generates all further replies. Called on the thread that sends the request; may throw.
     void answerWith(std::function<std::string(const std::string &request)> responder);
-    /// A reply as answer() and refuse() lay it ready.
+    /// The reply that answer() and refuse() prepare.
     static std::string reply(MessageType request, const wire::Fields &body = {})
     {
         return reply(request, ReturnCode::Success, body);
     }
     static std::string reply(MessageType request, ReturnCode code, const wire::Fields &reason);
-    /// Lets `count` more exchanges pass. Those behind them come as far as their request and are held there.
+    /// Lets `count` more exchanges pass. Later ones block after their request arrives.
     void holdAfter(std::size_t count);
-    /// Lets go of what is held, and holds nothing any more.
+    /// Releases the blocked exchanges and blocks no others.
     void release();
-    /// Waits until so many requests have come, from the first. False when they do not come.
+    /// Waits until this total number of requests has arrived. False when they do not arrive.
     bool waitForRequests(std::size_t count);
 
     [[nodiscard]] std::vector<std::string> requests() const;
@@ -75,7 +74,7 @@ private:
     friend int(::msgclient_close)(_msgclient_open *);
 
     mutable std::mutex m_mutex;
-    // Guarded by the mutex once there are several threads:
+    // Guarded by the mutex when there are several threads:
     std::condition_variable m_changed;
     std::size_t m_allowed = std::numeric_limits<std::size_t>::max();
     std::function<std::string(const std::string &)> m_responder;

@@ -22,7 +22,7 @@ namespace
 constexpr int SESSION_FD = 4711;
 std::mutex messagesMutex;
 
-/// True as often as the count says.
+/// True as many times as the count.
 bool takeOne(std::atomic<int> &count)
 {
     int left = count;
@@ -31,7 +31,7 @@ bool takeOne(std::atomic<int> &count)
     return left > 0;
 }
 
-/// Fails as a call does that a signal interrupts, as often as a test has asked for.
+/// Fails like a call that is interrupted by a signal, as many times as the test requested.
 bool interrupted()
 {
     if (FakeSystem::interruptions <= 0)

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-/// Stands in for the clock, the session object, the system log and the system's threads where they fail.
+/// Replaces the clock, the session object, the system log and threads, to simulate their failures.
 struct FakeSystem
 {
     FakeSystem();
@@ -19,13 +19,13 @@ struct FakeSystem
         std::string text;
     };
 
-    /// What time() answers; below 0 the real time.
+    /// Result of time(); a negative value means the real time.
     static inline long now = -1;
-    /// The text of the session object behind the request slot; without one it cannot be opened.
+    /// Text of the session object after the request; null when it cannot be opened.
     static inline const char *session = nullptr;
     /// Number of reads and writes of the session object that a signal interrupts.
     static inline int interruptions = 0;
-    /// Most bytes that a write to the session object takes.
+    /// Maximum number of bytes that a write to the session object accepts.
     static inline std::size_t acceptedBytes = SIZE_MAX;
     static inline int sessionReads = 0;
     static inline std::string sessionRequest;

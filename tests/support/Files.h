@@ -5,7 +5,7 @@
 
 #include <QtCore/QFile>
 
-/// Files as tests read and write them: as a whole; and vCards to write.
+/// Reads and writes whole files, and makes vCards.
 namespace files
 {
 

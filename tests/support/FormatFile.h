@@ -14,7 +14,7 @@
 
 #include <vector>
 
-/// What a format's reader hands out.
+/// The output of a format's reader.
 struct FormatFile
 {
     std::vector<formats::ReadPlace> members;
@@ -36,7 +36,7 @@ inline FormatFile readFile(const char *format, const QByteArray &bytes, formats:
     return read;
 }
 
-/// The file that a format's writer makes of places.
+/// The file that a format's writer writes for places.
 inline QByteArray writeFile(const char *format, const std::vector<const vela::platform::places::Place *> &places)
 {
     QBuffer out;

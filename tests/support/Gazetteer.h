@@ -3,14 +3,14 @@
 
 #include "support/Client.h"
 
-/// Arguments that give a places service the sample cities and airports to find.
+/// Arguments for a places service with the sample cities and airports.
 inline QStringList sampleGazetteer()
 {
     return {QStringLiteral("--gazetteer"), QStringLiteral(SOURCES "/examples/data/cities.geojson"),
             QStringLiteral(SOURCES "/examples/data/airports.geojson")};
 }
 
-/// Waits until the service has made the index of its gazetteer: with a sanitizer that takes longer than a request may.
+/// Waits until the service has built the index of its gazetteer. With a sanitizer this takes longer than a request may.
 inline void awaitGazetteer()
 {
     int status = 1;

@@ -6,8 +6,8 @@
 
 #include <thread>
 
-/// A placesd with one provider more, "guide", which needs all the time there is for the term "stuck" and has one place
-/// for any other.
+/// A placesd with an additional provider, "guide". It uses all available time for the term "stuck", and has one place
+/// for any other term.
 namespace
 {
 

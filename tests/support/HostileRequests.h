@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-/// Requests with some bytes changed or cut off, and now and then random bytes or too many of them. None of them changes
-/// or removes a stored place; they may add one.
+/// Requests with changed or missing bytes, and sometimes random or too many bytes. They may add a place, but never
+/// change or remove a stored one.
 class HostileRequests
 {
 public:
@@ -32,7 +32,7 @@ public:
     }
 
 private:
-    /// The type of a request stays as it is.
+    /// The type of a request is not changed.
     static constexpr std::size_t TYPE_SIZE = 4;
 
     std::mt19937 m_random;

@@ -8,7 +8,7 @@
 #include <cstring>
 #include <string>
 
-/// The part of a places service that answers requests, in this process and on a database in a temporary folder.
+/// The part of a places service that answers requests, in this process, with a database in a temporary folder.
 class LocalService
 {
 public:

@@ -10,18 +10,18 @@
 #include <unistd.h>
 #include <vector>
 
-/// Many clients at once, that do what no good client does.
+/// Many misbehaving clients at once.
 namespace crowd
 {
 
 using vela::system::channel::Descriptor;
 using Clients = std::vector<Descriptor>;
 
-/// Connects clients of this user, or of another one for which the test runs as root.
+/// Connects clients of this user, or of another one, which requires root.
 inline Clients connectMany(const Placesd &service, const char *channel, int count, uid_t user = ::geteuid())
 {
     const bool isOther = user != ::geteuid();
-    // The call itself, for this thread alone.
+    // The system call itself, because it changes the user of this thread only.
     EXPECT_EQ(isOther ? ::syscall(SYS_setresuid, -1, user, -1) : 0, 0);
     Clients clients;
     for (int i = 0; i < count; ++i)

@@ -18,11 +18,11 @@
 #include <optional>
 #include <set>
 
-/// What a find has to give, by a look at every place in memory. Written apart from the service's finds on purpose.
+/// The expected results of finds, by a scan of all places in memory. Deliberately independent of the service's finds.
 namespace finds
 {
 
-/// What a function makes of a text.
+/// The result of a function of a text, kept.
 template <auto MAKE>
 const auto &cached(const QString &text)
 {
@@ -69,12 +69,12 @@ inline bool passes(const QString &text, int op, const QString &term)
 struct Subject
 {
     FoundPlace given;
-    FoundPlace seen; ///< The same, without ids and uses where it is not stored.
+    FoundPlace seen; ///< The same place; without ids and uses when it is not stored.
     bool isStored = true;
-    qint64 number = 0; ///< The id, or where it came among those that are not stored.
+    qint64 number = 0; ///< The id, or the position among the places that are not stored.
     int batch = 0;     ///< Of the providers.
     std::set<const Rule *> foundBy = {};
-    mutable QStringList wordsOfTexts = {}; ///< Made when they are asked for.
+    mutable QStringList wordsOfTexts = {}; ///< Computed on first use.
 
     const PlacePrivate &data() const { return *PlacePrivate::privateFromPublic(seen.get()); }
     const QStringList &textWords() const
@@ -115,10 +115,10 @@ inline void eachLeaf(const Node &node, const Take &take)
         eachLeaf(member, take);
 }
 
-/// What is stored, and where other places come from.
+/// The stored places, and the sources of other places.
 struct Model
 {
-    Vocabulary words; ///< Of all that was ever stored.
+    Vocabulary words; ///< Of all places ever stored.
     std::map<qint64, FoundPlace> stored;
     std::vector<FoundPlace> terms; ///< Newest first.
     const Guide *guide = nullptr;
@@ -147,7 +147,7 @@ inline bool sorts(const Sort &sort)
            || (sort.kind == SortKind::Distance && Coordinates(sort.latitude, sort.longitude).isValid());
 }
 
-/// A number or text to sort by; what has none comes last.
+/// A number or text to sort by. Places without one come last.
 inline std::optional<std::pair<double, QByteArray>> valueOf(const Sort &sort, const PlacePrivate &place)
 {
     const Coordinates position = place.primaryCoordinates();
@@ -163,7 +163,7 @@ inline std::optional<std::pair<double, QByteArray>> valueOf(const Sort &sort, co
     return {{static_cast<double>(numbers[sort.field]), {}}};
 }
 
-/// The last criterion first, each time keeping what is equal as it was.
+/// Sorts by the last criterion first, with stable sorts.
 inline void sortBy(const Sort &sort, std::vector<const Subject *> &subjects)
 {
     for (auto member = sort.members.rbegin(); member != sort.members.rend(); ++member)
@@ -180,7 +180,7 @@ inline void sortBy(const Sort &sort, std::vector<const Subject *> &subjects)
     });
 }
 
-/// A look at every place for one query.
+/// A scan of all places for one query.
 class Look
 {
 public:
@@ -206,7 +206,7 @@ public:
                     addGiven(leaf, term, 0);
             }
         });
-        // Batches follow one another when nothing has to stand behind all of them.
+        // Batches follow one another unless results have to come after all of them.
         const bool isChain = joinsSearches(query.rule) && query.rule.kind == Kind::And;
         const bool hasBatches = asking.size() == 1 && (!isChain || asksProviders(query.rule.members.back()));
         for (const Rule *leaf : asking) {
@@ -382,7 +382,7 @@ private:
         for (auto &[term, reading] : m_readings)
             reading = {{Wording::of(term)}, inNames};
     }
-    /// The first reading by which a search by words finds anything.
+    /// Chooses the first reading for which a search by words has results.
     void chooseReadings(const Model &model)
     {
         eachLeaf(m_query.rule, [&](const Rule &leaf) {
@@ -422,10 +422,10 @@ private:
     const Query &m_query;
     const bool m_external;
     std::map<QString, Reading> m_readings;
-    bool m_isReading = false; ///< Whether readings are being chosen, which providers have no part in.
+    bool m_isReading = false; ///< True while a reading is chosen, without providers.
     int m_batch = 0;
     std::vector<Subject> m_subjects;
-    QHash<QString, std::size_t> m_known; ///< Positions among the subjects, by what a place is known by at its source.
+    QHash<QString, std::size_t> m_known; ///< Positions among the subjects, by the origin of a place.
 };
 
 } // namespace finds

@@ -57,7 +57,7 @@ void Placesd::kill()
 {
     m_process->kill();
     m_process->waitForFinished();
-    EXPECT_EQ(m_process->exitCode(), SIGKILL) << "it ended before by itself";
+    EXPECT_EQ(m_process->exitCode(), SIGKILL) << "it had ended before";
 }
 
 void Placesd::signal(int number)

@@ -9,34 +9,34 @@
 
 class QProcess;
 
-/// A places service of the test's own, on a database and channels in a temporary folder.
+/// A places service for a test, with a database and channels in a temporary folder.
 class Placesd
 {
 public:
     explicit Placesd(const QStringList &arguments = {}, const char *program = "placesd");
     ~Placesd();
 
-    /// @param wrapper the command that runs it, with arguments; none when it is empty.
+    /// @param wrapper a command that runs the service, with arguments; empty for none.
     void start(QStringList wrapper = {});
-    /// Asks it to end, which it has to do in good order.
+    /// Stops the service, which must exit cleanly.
     void stop();
-    /// Ends it at once with SIGKILL. It has to be running.
+    /// Kills the running service with SIGKILL.
     void kill();
-    /// Has it do nothing until resume().
+    /// Stops the service until resume().
     void pause();
     void resume();
     void signal(int number);
-    /// Waits until the log has a text, which it has to have within a minute.
+    /// Waits until the log contains a text; fails after a minute.
     void awaitLog(const char *text) const;
-    /// What it wrote to the log; the destructor repeats it on standard error.
+    /// The log of the service. The destructor repeats it on standard error.
     [[nodiscard]] std::string log() const;
     [[nodiscard]] bool isRunning() const;
     [[nodiscard]] int pid() const;
-    /// Memory in megabytes, by a field of /proc/PID/status: "VmRSS:" is what is resident now, "VmHWM:" the most so far.
+    /// Memory in megabytes from a field of /proc/PID/status: "VmRSS:" is the current value, "VmHWM:" the maximum.
     [[nodiscard]] int memory(const char *field) const;
     [[nodiscard]] QString path(const char *name) const { return m_folder.filePath(QLatin1String(name)); }
 
-    /// Exchanges raw bytes on a channel of its own. Returns the reply; empty when there is none.
+    /// Exchanges raw bytes over its own connection. Returns the reply; empty when there is none.
     static std::string exchange(const std::string &request, const char *channel = "places");
     /// The return code of a raw exchange; -1 when there is no reply.
     static int code(const std::string &request, const char *channel = "places");

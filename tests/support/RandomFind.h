@@ -15,7 +15,7 @@
 #include <string>
 #include <vector>
 
-/// Random places and queries of a small vocabulary, so that much is equal, and a provider of such places.
+/// Random places and queries with a small vocabulary, so that many values are equal, and a provider of such places.
 namespace finds
 {
 
@@ -54,7 +54,7 @@ inline const std::map<int, QStringList> TEXTS = {{1, KEYS},
                                                  {7, TYPES},
                                                  {11, OWNERS},
                                                  {Field::RecentSearchTerms, list("||c|z|st")}};
-/// Terms that names do not answer: words of other texts, slips, and words too many.
+/// Terms that no name contains: words of other texts, typing errors, and too many words.
 inline const QStringList TERMS =
     list("beach|bea cafe|cfae|izmri|izmir cafx|strassse zurich|same beech|same zurich nowhere|sama|glück|zuerich");
 inline const std::vector<int> FIELDS = {1, 2, 3, 4, 4, 4, 5, 6, 6, 7, 8, 10, 10, 11, 12, 15, 17, 18, 19, 21, 23, 24};
@@ -195,7 +195,7 @@ inline std::string textOf(const Node &node)
     return text;
 }
 
-/// Gives some of its places for a term, or all. Some are stored.
+/// Returns some of its places for a term, or all. Some of them are stored.
 class Guide : public PlaceProvider
 {
 public:

@@ -15,7 +15,7 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 
-/// Requests field by field, and sockets to send them on: for what no client of ours would do.
+/// Requests field by field, and sockets to send them, for tests of requests that our clients never send.
 namespace requests
 {
 

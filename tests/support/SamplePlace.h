@@ -10,7 +10,7 @@
 
 #include <limits>
 
-/// A place with something in every field, and the records that stand for it on the wire.
+/// A place with a value in every field, and its records on the wire.
 namespace sample
 {
 
@@ -115,7 +115,7 @@ inline wire::Fields auxiliaryFields()
            + Fields{i32(2), text("emailAddress"), text("a@b.example"), text("phoneNumber"), text("+41 22")};
 }
 
-/// What full places and headers have in common.
+/// The common fields of full places and headers.
 inline wire::Fields commonFields(bool header, long long mask, qint64 id = 42, const std::string &term = "cafe")
 {
     using namespace wire;

@@ -5,8 +5,8 @@
 
 #include <string>
 
-/// Fails the test when a program wrote a report of a sanitizer. The exit status does not tell of one when the program
-/// was killed, or when a test does not look at it.
+/// Fails the test when the output contains a report of a sanitizer. The exit status does not show it when the program
+/// was killed or when a test ignores the status.
 inline void expectNoSanitizerReport(const std::string &output)
 {
     for (const char *report : {"Sanitizer: ", "runtime error: "})

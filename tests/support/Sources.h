@@ -7,7 +7,7 @@
 #include <QtCore/QStringList>
 #include <QtCore/QTemporaryDir>
 
-/// Files for a places service to find places in: a gazetteer of three towns and the cards of two contacts.
+/// Files for the sources of a places service: a gazetteer of three towns and the cards of two contacts.
 class Sources
 {
 public:
@@ -21,7 +21,7 @@ public:
     }
 
     [[nodiscard]] QString gazetteer() const { return path("towns.geojson"); }
-    /// Arguments of a service that finds them.
+    /// Arguments for a service with these sources.
     [[nodiscard]] QStringList arguments() const
     {
         return {QStringLiteral("--gazetteer"), gazetteer(), QStringLiteral("--contacts"), path("cards")};

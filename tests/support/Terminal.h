@@ -21,7 +21,7 @@
 class Terminal
 {
 public:
-    /// @param work what the process does; it does not return.
+    /// @param work the code of the process; it does not return.
     explicit Terminal(const std::function<void()> &work)
     {
         const struct winsize size = {20, 80, 0, 0};
@@ -56,7 +56,7 @@ public:
         EXPECT_EQ(::ioctl(m_master, TIOCSWINSZ, &size), 0);
     }
 
-    /// Waits until the process has written a text since this was last asked. False when it does not within a minute.
+    /// Waits until the process writes this text after the last call. False after a minute.
     bool shows(const std::string &text)
     {
         std::size_t found = std::string::npos;
@@ -67,7 +67,7 @@ public:
         return true;
     }
 
-    /// Waits for the end of the process and gives its status, as waitpid() does; -1 when it does not end.
+    /// Waits for the end of the process. Returns its status as waitpid() does; -1 when it does not end.
     int wait()
     {
         int status = -1;
@@ -79,7 +79,7 @@ public:
     }
 
     [[nodiscard]] std::string output() const { return m_output; }
-    /// True when the terminal behaves as it did before the process came.
+    /// True when the terminal has its original settings.
     [[nodiscard]] bool isRestored() const { return modes() == m_modes; }
 
 private:

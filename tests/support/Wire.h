@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
-/// Messages written down field by field, with the alignment and fill that the wire asks for. Written apart from the
-/// encoder on purpose: a test that used the encoder to check the encoder could not fail.
+/// Messages field by field, with the alignment and padding of the protocol. Deliberately independent of the encoder,
+/// which they test.
 namespace wire
 {
 
-/// One field, which starts on a four-byte boundary.
+/// One field. It starts at a multiple of four bytes.
 struct Field
 {
     std::string bytes;
@@ -51,7 +51,7 @@ inline Field text(const std::string &value)
     return {raw(static_cast<unsigned>(value.size())).bytes + value};
 }
 
-/// Several fields that are always written together.
+/// A sequence of fields.
 using Fields = std::vector<Field>;
 
 inline Fields operator+(Fields left, const Fields &right)

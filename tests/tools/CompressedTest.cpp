@@ -44,14 +44,14 @@ QByteArray compressed(Compression compression, const QByteArray &bytes, const ch
     return out.data();
 }
 
-/// The local part of an empty file of a zip archive.
+/// The local header of an empty file in a zip archive.
 QByteArray emptyMember(const QByteArray &name)
 {
     return QByteArray("PK\3\4\x14", 5) + QByteArray(21, '\0') + static_cast<char>(name.size()) + QByteArray(3, '\0')
            + name;
 }
 
-/// What is read of a file with these bytes.
+/// The result of reading a file with these bytes.
 struct Outcome
 {
     QByteArray bytes;
@@ -80,14 +80,14 @@ Outcome read(const QByteArray &bytes)
 
 } // namespace
 
-TEST(CompressedTest, WhatIsWrittenIsReadByItsContent)
+TEST(CompressedTest, AWrittenFileIsDetectedByItsContent)
 {
     const QByteArray bytes = noise(300000) + QByteArray(300000, 'x');
     for (const char *ending : {"gz", "bz2", "xz", "zst", "zip"}) {
         const Compression compression = formats::compressionOf(QLatin1String("a.csv.") + QLatin1String(ending));
         const QByteArray file = compressed(compression, bytes);
         EXPECT_LT(file.size(), 400000) << ending;
-        EXPECT_EQ(file, compressed(compression, bytes)) << "the same at any time: " << ending;
+        EXPECT_EQ(file, compressed(compression, bytes)) << "independent of the time: " << ending;
         const Outcome outcome = read(file);
         EXPECT_TRUE(outcome.bytes == bytes) << ending;
         EXPECT_EQ(outcome.problem, "") << ending;
@@ -123,7 +123,7 @@ TEST(CompressedTest, OneFileOfAnArchiveIsRead)
     }
 }
 
-TEST(CompressedTest, APipeIsReadAsItComes)
+TEST(CompressedTest, APipeIsReadWithoutSeeking)
 {
     int ends[2] = {};
     ASSERT_EQ(::pipe(ends), 0);
@@ -135,7 +135,7 @@ TEST(CompressedTest, APipeIsReadAsItComes)
     ::close(ends[0]);
 }
 
-TEST(CompressedTest, WhatIsDamagedIsNamed)
+TEST(CompressedTest, DamageIsReported)
 {
     const QByteArray bytes = noise(200000);
     const auto changed = [](QByteArray file, int at) {
@@ -151,7 +151,7 @@ TEST(CompressedTest, WhatIsDamagedIsNamed)
         }
         EXPECT_NE(read(file.left(30)).problem, "") << ending;
     }
-    // A block header that asks for a dictionary of 4 GiB, with its CRC-32.
+    // A block header that requires a dictionary of 4 GiB, with its CRC-32.
     QByteArray greedy = compressed(Compression::Xz, "abc");
     greedy.replace(12, 12, QByteArray::fromHex("0200210128000000e6a011b3"));
     const struct

@@ -17,8 +17,7 @@
 #include <memory>
 #include <string>
 
-// The table of docs/formats.md against what the forms do. "yes" is kept whatever it is, "partly" is kept of an easy
-// place only, "no" is not kept.
+// Compares the table of docs/formats.md with the formats: "yes" keeps any value, "partly" only a simple one, "no" none.
 
 namespace
 {
@@ -29,7 +28,7 @@ using PlacePointer = std::unique_ptr<Place>;
 enum class Kind
 {
     Easy,     ///< ISO 8859-1, one line, seven decimals.
-    Demanding ///< Whatever a text or a number may be.
+    Demanding ///< Any text or number.
 };
 
 constexpr char EASY[] = "A & B + \"C\" #1 100% caf\xC3\xA9";
@@ -48,7 +47,7 @@ double degrees(Kind kind, double value)
 Location location(Kind kind, double latitude)
 {
     Address address;
-    // A map link says only once what the name and the label have in common.
+    // A map link contains a text only once when name and label are equal.
     address.setLabel(text(kind, kind == Kind::Easy ? "label" : "name"));
     char part[] = "a";
     for (const auto set : {&Address::setHouseNumber, &Address::setStreet, &Address::setCity, &Address::setRegion,
@@ -152,7 +151,7 @@ constexpr struct
 {
     const char *name;
     PlacePointer (*pass)(const PlacePointer &place);
-    qint64 id; ///< What is stored already cannot be given to a service.
+    qint64 id; ///< Id of the place; a service does not accept an id of a stored place.
 } FORMS[] = {
     {"bytes", throughBytes, 4711},
     {"JSON document", throughDocument<PlaceJson::Texts::Latin1>, 4711},
@@ -256,10 +255,10 @@ const struct
      [](const Place &p) { return QString::number(p.auxiliaryDataCount() > 0 ? p.auxiliaryData(0).id() : -1); }},
 };
 
-/// Members, and for each the words of all forms as they stand in a row.
+/// For each member, a row of the table: the words of all forms.
 using Table = std::map<std::string, std::string>;
 
-/// What the forms do.
+/// The table as the formats behave.
 Table tried()
 {
     Table table;
@@ -275,7 +274,7 @@ Table tried()
     return table;
 }
 
-/// What the document says: the rows of the table whose head names the forms.
+/// The table in the document: the rows below the heading that names the forms.
 Table documented()
 {
     QFile file(QStringLiteral(SOURCES "/docs/formats.md"));
@@ -296,7 +295,7 @@ Table documented()
 
 } // namespace
 
-TEST(Formats, TheDocumentedTableIsWhatTheFormsKeep)
+TEST(Formats, TheFormsKeepWhatTheTableDocuments)
 {
     EXPECT_EQ(documented(), tried());
 }

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-TEST(HtmlTextTest, HtmlBecomesTextAndTextStays)
+TEST(HtmlTextTest, HtmlBecomesTextAndPlainTextIsUnchanged)
 {
     const struct
     {
@@ -24,7 +24,7 @@ TEST(HtmlTextTest, HtmlBecomesTextAndTextStays)
         EXPECT_EQ(formats::htmlToText(QString::fromUtf8(row.given)), QString::fromUtf8(row.text)) << row.given;
 }
 
-TEST(HtmlTextTest, TimeDoesNotGrowWithTheSquare)
+TEST(HtmlTextTest, TimeIsLinear)
 {
     constexpr int COUNT = 100000;
     for (const char *part : {"<!--", "<script>", "<b ", "&", "<br>", "&nbsp;"})

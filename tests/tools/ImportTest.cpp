@@ -35,7 +35,7 @@ int stored()
 
 } // namespace
 
-TEST(Import, AMemberIsKnownByItsIdElseByNameAndPosition)
+TEST(Import, AMemberIsIdentifiedByItsIdOrByNameAndPosition)
 {
     const std::string many = [] {
         std::string text;
@@ -57,7 +57,7 @@ TEST(Import, AMemberIsKnownByItsIdElseByNameAndPosition)
         {"the id and the name", feature("1", "BERN", 70), 0, 1},
         {"the id, 0.8 km away", feature("\"b\"", "Bâle", 8.01), 0, 1},
         {"the id, 1.2 km away", feature("\"b\"", "Riehen", 8.016), 1, 0},
-        {"a number is no text", feature("\"1\"", "Bern", 7.1), 1, 0},
+        {"a number is not a text", feature("\"1\"", "Bern", 7.1), 1, 0},
         {"the name, 20 m away", feature("", "bern", 7.00026), 0, 1},
         {"the name, 30 m away", feature("", "Bern", 7.0004), 1, 0},
         {"another id and the name, 8 m away", feature("2", "Bern", 6.9999), 1, 0},
@@ -70,7 +70,9 @@ TEST(Import, AMemberIsKnownByItsIdElseByNameAndPosition)
     for (const auto &row : cases) {
         const std::string outcome =
             std::to_string(row.imported) + " imported, " + std::to_string(row.skipped) + " skipped, 0 failed\n";
-        EXPECT_THAT(import(row.text, {QStringLiteral("--dry-run")}).out, HasSubstr("dry run, nothing is written: "));
+        EXPECT_THAT(import(row.text, {QStringLiteral("--dry-run")}).out,
+                    testing::EndsWith("dry run, nothing is written: " + outcome))
+            << row.what;
         EXPECT_EQ(import(row.text).out, outcome) << row.what;
         EXPECT_EQ(stored(), count += row.imported) << row.what;
     }
@@ -78,7 +80,7 @@ TEST(Import, AMemberIsKnownByItsIdElseByNameAndPosition)
     EXPECT_EQ(stored(), count + 200);
 }
 
-TEST(Import, AChainHasMoreNamesakesThanOneAnswerHolds)
+TEST(Import, NamesakesMayFillSeveralPages)
 {
     std::string chain;
     for (int i = 0; i < 60; ++i)
@@ -90,11 +92,16 @@ TEST(Import, AChainHasMoreNamesakesThanOneAnswerHolds)
         "0 imported, 3 skipped, 0 failed\n");
 }
 
-TEST(Import, AnUpdateTakesOverWhatTheFileSaysAndKeepsTheRest)
+TEST(Import, AnUpdateAppliesTheFileAndKeepsOtherValues)
 {
     const Placesd service;
     const QStringList update{QStringLiteral("--update")};
+    const QStringList dryUpdate = update + QStringList{QStringLiteral("--dry-run")};
     const std::string first = feature("1", "Bern", 7, R"(,"street":"A","x":1,"tags":["city"],"phone":"1")");
+    const std::string second = feature("1", "Berne", 7.001, R"(,"street":"B","x":2,"tags":["capital"],"phone":"2")");
+    EXPECT_EQ(import(first + second + second, dryUpdate).out,
+              "would import feature 1: Bern\nwould update a place of this import with feature 2: Berne\n"
+              "dry run, nothing is written: 1 imported, 1 updated, 1 unchanged, 0 skipped, 0 failed\n");
     EXPECT_EQ(import(first, {QStringLiteral("--tag"), QStringLiteral("trip")}).out,
               "1 imported, 0 skipped, 0 failed\n");
     EXPECT_EQ(import(first, update).out, "0 imported, 0 updated, 1 unchanged, 0 skipped, 0 failed\n");
@@ -102,8 +109,7 @@ TEST(Import, AnUpdateTakesOverWhatTheFileSaysAndKeepsTheRest)
         EXPECT_EQ(places(change).status, 0);
     EXPECT_EQ(import(first, update).out, "0 imported, 0 updated, 1 unchanged, 0 skipped, 0 failed\n");
 
-    const std::string second = feature("1", "Berne", 7.001, R"(,"street":"B","x":2,"tags":["capital"],"phone":"2")");
-    EXPECT_EQ(import(second, update + QStringList{QStringLiteral("--dry-run")}).out,
+    EXPECT_EQ(import(second, dryUpdate).out,
               "would update place 1 with feature 1: Berne\n"
               "dry run, nothing is written: 0 imported, 1 updated, 0 unchanged, 0 skipped, 0 failed\n");
     EXPECT_THAT(places("export").out, HasSubstr("\"name\":\"Bern\""));
@@ -115,7 +121,7 @@ TEST(Import, AnUpdateTakesOverWhatTheFileSaysAndKeepsTheRest)
         EXPECT_THAT(out, HasSubstr(part));
 }
 
-TEST(ImportSummary, NamesTheKindsThatAreNoPlaces)
+TEST(ImportSummary, CountsKindsOtherThanPlaces)
 {
     using formats::MemberKind;
     tool::ImportSummary summary;
@@ -134,7 +140,7 @@ TEST(ImportSummary, NamesTheKindsThatAreNoPlaces)
         R"({"imported":1,"updated":0,"unchanged":0,"skipped":0,"failed":0,"lines":0,"areas":2,"tracks":2,"routes":1)");
 }
 
-TEST(Import, AnInterruptedImportSaysHowToGoOn)
+TEST(Import, AnInterruptedImportPrintsHowToContinue)
 {
     const Placesd service;
     for (const int signal : {SIGINT, SIGTERM}) {
@@ -144,10 +150,11 @@ TEST(Import, AnInterruptedImportSaysHowToGoOn)
         for (int i = 0; i < 1000 && stored() == (signal == SIGINT ? 0 : 1); ++i)
             client.waitForBytesWritten(10);
         EXPECT_EQ(::kill(static_cast<pid_t>(client.processId()), signal), 0);
-        EXPECT_TRUE(client.waitForFinished(60000)) << "also while it waits for more of the file";
-        EXPECT_EQ(client.exitStatus(), QProcess::CrashExit) << "so that a shell makes 128 and the signal of it";
+        EXPECT_TRUE(client.waitForFinished(60000)) << "also while it waits for input";
+        EXPECT_EQ(client.exitStatus(), QProcess::CrashExit) << "a shell reports 128 plus the signal";
         EXPECT_EQ(client.readAllStandardOutput(), "1 imported, 0 skipped, 0 failed\n");
-        EXPECT_THAT(client.readAllStandardError().toStdString(),
-                    EndsWith("interrupted: run the same command again: what is stored is skipped\n"));
+        EXPECT_THAT(
+            client.readAllStandardError().toStdString(),
+            EndsWith("interrupted: run the same command again to import the rest; stored places are skipped\n"));
     }
 }

@@ -40,7 +40,7 @@ void useUtc()
 
 } // namespace
 
-TEST(PlaceView, ShowsAllThatAPlaceHas)
+TEST(PlaceView, ShowsAllValuesOfAPlace)
 {
     useUtc();
     const auto place =
@@ -49,7 +49,7 @@ TEST(PlaceView, ShowsAllThatAPlaceHas)
               files::bytesOf(QStringLiteral(SOURCES "/tests/tools/data/everything.txt")).toStdString());
 }
 
-TEST(PlaceView, LeavesOutWhatIsNotThere)
+TEST(PlaceView, OmitsUnsetValues)
 {
     useUtc();
     EXPECT_EQ(tool::viewOf(Place()), QString());
@@ -67,7 +67,7 @@ Expires       1970-01-01 00:04:00 UTC
 )"));
 }
 
-TEST(PlaceRows, ShowWhatTellsPlacesApart)
+TEST(PlaceRows, ShowHowPlacesDiffer)
 {
     const auto at = [](const char *name, const char *address, double latitude, const char *more = "") {
         return placeOf(R"({"type":"Feature","geometry":{"type":"Point","coordinates":[0,)" + std::to_string(latitude)
@@ -85,18 +85,20 @@ TEST(PlaceRows, ShowWhatTellsPlacesApart)
     const auto rows = [&](int columns, bool hasIds, const Coordinates &centre = Coordinates()) {
         return tool::rowsOf(places, {centre, columns, hasIds}).join(QLatin1Char('\n')).toStdString();
     };
-    EXPECT_EQ(rows(0, true), R"(        ★ Springfield                              Missouri, USA
-          Springfield (the other)                  Illinois, USA
-          Zürich Airport of the canton             Kloten, Zürich, USA)");
+    EXPECT_EQ(rows(0, true), R"(        ★ Springfield                              Missouri, USA        0.00100, 0.00000
+          Springfield (the other)                  Illinois, USA        0.05000, 0.00000
+          Zürich Airport of the canton             Kloten, Zürich, USA 10.00000, 0.00000)");
+    EXPECT_THAT(rows(80, true), testing::HasSubstr("Illinois, USA        0.05000, 0.00000\n"));
+    EXPECT_THAT(rows(60, true), testing::Not(testing::HasSubstr("0.05000"))) << "names need the room";
     EXPECT_EQ(rows(0, false, Coordinates(0, 0)),
-              R"(★ Springfield                              Missouri, USA         111 m
-  Springfield (the other)                  Illinois, USA        5.6 km
-  Zürich Airport of the canton             Kloten, Zürich, USA 1112 km)");
-    EXPECT_EQ(rows(60, false, Coordinates(0, 0)), R"(★ Springfield                    Missouri, USA         111 m
-  Springfield (the other)        Illinois, USA        5.6 km
-  Zürich Airport of the canton   Kloten, Zürich, USA 1112 km)");
-    EXPECT_EQ(rows(40, false), R"(★ Springfield             Missouri      
-  Springfield (the other) Illinois      
+              R"(★ Springfield                              Missouri, USA         111 m N
+  Springfield (the other)                  Illinois, USA        5.6 km N
+  Zürich Airport of the canton             Kloten, Zürich, USA 1112 km N)");
+    EXPECT_EQ(rows(60, false, Coordinates(0, 0)), R"(★ Springfield                     Missouri         111 m N
+  Springfield (the other)         Illinois        5.6 km N
+  Zürich Airport of the canton    Kloten, Zürich 1112 km N)");
+    EXPECT_EQ(rows(40, false), R"(★ Springfield             Missouri
+  Springfield (the other) Illinois
   Zürich Airport of the … Kloten, Zürich)");
     EXPECT_EQ(rows(20, false), R"(★ Springfi… Missouri
   Springfi… Illinois
@@ -107,7 +109,31 @@ TEST(PlaceRows, ShowWhatTellsPlacesApart)
     EXPECT_TRUE(tool::rowsOf({}, {}).isEmpty());
 }
 
-TEST(PlaceRows, TellTermsAndCategoriesFromPlaces)
+TEST(PlaceRows, NameTheNearestOfEightDirections)
+{
+    const struct
+    {
+        Coordinates from;
+        Coordinates to;
+        const char *says;
+    } cases[] = {
+        {{0, 0}, {1, 0}, "111 km N"},       {{0, 0}, {1, 1}, "157 km NE"},   {{0, 0}, {0, 1}, "111 km E"},
+        {{0, 0}, {-1, 1}, "157 km SE"},     {{0, 0}, {-1, 0}, "111 km S"},   {{0, 0}, {-1, -1}, "157 km SW"},
+        {{0, 0}, {0, -1}, "111 km W"},      {{0, 0}, {1, -1}, "157 km NW"},  {{0, 179.95}, {0, -179.95}, "11 km E"},
+        {{60, 0}, {60, 100}, "5008 km NE"}, {{0, 0}, {0, 0.000001}, " 0 m"},
+    };
+    for (const auto &row : cases) {
+        Place place;
+        place.setName(QStringLiteral("A"));
+        Location location;
+        location.setCoordinates(row.to);
+        place.addLocation(location);
+        EXPECT_TRUE(tool::rowsOf({&place}, {row.from, 20, false}).first().endsWith(QLatin1String(row.says)))
+            << row.says;
+    }
+}
+
+TEST(PlaceRows, DistinguishTermsAndCategoriesFromPlaces)
 {
     using tool::ResultKind;
     Place found;
@@ -124,7 +150,7 @@ TEST(PlaceRows, TellTermsAndCategoriesFromPlaces)
     EXPECT_EQ(tool::kindOf(found), ResultKind::Place);
 }
 
-TEST(TerminalText, TakesItsColumnsAndSteersNothing)
+TEST(TerminalText, FitsItsColumnsAndHasNoControlCharacters)
 {
     std::setlocale(LC_CTYPE, "C.UTF-8");
     const struct
@@ -137,6 +163,8 @@ TEST(TerminalText, TakesItsColumnsAndSteersNothing)
         {QStringLiteral("abcdef"), 6, QStringLiteral("abcd…")},
         {QStringLiteral("ab"), 2, QStringLiteral("ab   ")},
         {QStringLiteral("e\u0301é"), 2, QStringLiteral("e\u0301é   ")},
+        {QStringLiteral("世界e\u0301世"), 7, QStringLiteral("世界…")},
+        {QStringLiteral("e\u0301世界世"), 7, QStringLiteral("e\u0301世… ")},
     };
     for (const auto &row : cases) {
         EXPECT_EQ(tool::columnsOf(row.text), row.columns);
@@ -152,7 +180,7 @@ TEST(TerminalText, TakesItsColumnsAndSteersNothing)
         EXPECT_EQ(tool::printable(QString(QChar(harmless))), QString(QChar(harmless))) << harmless;
 }
 
-TEST(Options, AcceptOnlyWhatIsOfTheirKind)
+TEST(Options, AcceptOnlyValuesOfTheirKind)
 {
     const struct
     {
@@ -179,7 +207,7 @@ TEST(Options, AcceptOnlyWhatIsOfTheirKind)
     EXPECT_EQ(tool::joined({"a", "b c"}), QStringLiteral("a b c"));
 }
 
-TEST(LineEditor, ShowsTheCursorInSoManyColumns)
+TEST(LineEditor, KeepsTheCursorVisibleInFewColumns)
 {
     std::setlocale(LC_CTYPE, "C.UTF-8");
     tool::LineEditor editor(QStringLiteral("abcdef"));
@@ -190,7 +218,7 @@ TEST(LineEditor, ShowsTheCursorInSoManyColumns)
     EXPECT_EQ(view(10), "abcdef 6");
     EXPECT_EQ(view(4), "def 3");
     editor.moveLeft();
-    EXPECT_EQ(view(4), "def 2") << "it stays where it is while the cursor is in it";
+    EXPECT_EQ(view(4), "def 2") << "the view does not move while the cursor is in it";
     for (int i = 0; i < 3; ++i)
         editor.moveLeft();
     EXPECT_EQ(view(4), "cdef 0");

@@ -72,23 +72,26 @@ TEST_F(PlacesTool, AnswersEveryCommandAsInTheSession)
     EXPECT_EQ(places("--no-start tags").status, 69);
 }
 
-TEST_F(PlacesTool, EveryCommandSaysWhatItDidAndFailsForWhatIsNotThere)
+TEST_F(PlacesTool, EveryCommandReportsItsResultAndFailsForMissingPlaces)
 {
     const std::string file = service.path("out.geojson").toStdString();
     const std::string backup = service.path("backup.db").toStdString();
     const std::string none = "there is no such place: no place has the id 99\n";
+    const std::string lake = "      1   Lake                                     Bern";
+    const std::string river = "      2   River                                     47.01000, 8.00000\n";
     const struct
     {
         std::string arguments;
         int status;
         std::string out;
-        std::string err; ///< The whole of it; its beginning where it ends with "...".
+        std::string err; ///< The whole text; or its beginning followed by "...".
     } rows[] = {
         {"add Lake --at 47,8 --tag a", 0, "1\n", ""},
         {"add River --at 47.01,8", 0, "2\n", ""},
         {"-q add Lakeside --at 46,179.9", 0, "3\n", ""},
         {"update 1 --city Bern", 0, "changed 1 place\n", ""},
-        {"update 1", 2, "", "places: update: change what? Nothing is given; see places update --help\n"},
+        {"update 1", 2, "",
+         "places: update: nothing to change; give the new values as options; see places update --help\n"},
         {"update 99 --city Bern", 1, "", "places: place 99: " + none},
         {"fav 1 2", 0, "marked 2 places as favourite\n", ""},
         {"fav 1", 0, "marked 1 place as favourite\n", ""},
@@ -104,29 +107,52 @@ TEST_F(PlacesTool, EveryCommandSaysWhatItDidAndFailsForWhatIsNotThere)
         {"untag --as x --tag y", 0, "untagged 1 place\n", ""},
         {"untag --as x --tag y", 1, "", "places: untag: there is nothing to change\n"},
         {"find --tag x", 0, "", "places: nothing found\n"},
-        {"find lake --tag a", 0, "      1   Lake                                     Bern\n", ""},
-        {"find --within 45,179,47,-179", 0, "      3   Lakeside                                 \n", ""},
-        {"find --near 47,8 --radius 1km", 0, "      1   Lake                                     Bern 0 m\n", ""},
-        {"find --since 2020-01-01 river", 0, "      2   River                                    \n", ""},
+        {"find lake --tag a", 0, lake + " 47.00000, 8.00000\n", ""},
+        {"find --within 45,179,47,-179", 0, "      3   Lakeside                                  46.00000, 179.90000\n",
+         ""},
+        {"find --near lake --radius 1km", 0, lake + " 0 m\n", ""},
+        {"find --since 2020-01-01 river", 0, river, ""},
         {"find --since 2100-01-01", 0, "", "places: nothing found\n"},
         {"find --owner nobody", 0, "", "places: nothing found\n"},
         {"find --radius 5", 2, "", "places: find: --radius needs a position..."},
-        {"near 47,8 --radius 10", 0, "      1   Lake                                     Bern 0 m\n", ""},
+        {"near 47,8 --radius 10", 0, lake + " 0 m\n", ""},
+        {R"(near lake riv --format {id}\t{name}\n{distance}\\{latitude}\{{city}})", 0, "2\tRiver\n1112\\47.01{}\n", ""},
+        {"find --format {id", 2, "", "places: find: --format: a \"{\" without..."},
+        {R"(find --format a\q)", 2, "", "places: find: --format: unknown escape \"\\q\"; there are..."},
+        {"find --format {ID}", 2, "", "places: find: --format: unknown member \"ID\"; there are id, name, ..."},
+        {"--json find --format {id}", 2, "", "places: find: --json excludes --format; ..."},
+        {"recent --limit 1 --format {name},{position}", 0, "Lakeside,46,179.9\n",
+         "places: there are more results; see --limit and --offset\n"},
+        {"recent x", 2, "", "places: recent: The following argument was not expected: x; ..."},
+        {"recent --terms none", 0, "", "places: nothing found\n"},
+        {"contacts nobody", 0, "", "places: nothing found\n"},
+        {"providers --type none", 0, "", "places: nothing found\n"},
+        {"providers x", 2, "", "places: providers: ..."},
+        {"tags", 0, "2024\na\ny\n", ""},
+        {"tags x", 2, "", "places: tags: ..."},
+        {"search riv --near 1 --group local", 0, "On this device\n  1. " + river.substr(0, 51) + " 1.1 km N\n", ""},
+        {"search riv --save 1", 0, "River is stored already, as place 2\n", ""},
+        {"-q search riv --save 1,1", 0, "", ""},
+        {"search riv --save 2", 1, "", "places: search: there is no result 2 to save; found: 1\n"},
+        {"search riv --save 0", 2, "", "places: search: --save: not the number of a result, from 1 on: 0; ..."},
+        {"link 1", 0, "https://...", ""},
+        {"link 99", 1, "", "places: place 99: " + none},
+        {"link 1 2", 2, "", "places: link: ..."},
         {"show 1 99 --document", 1, "{\"...", "places: place 99: " + none},
         {"export " + file + " lake", 0, "exported 2 places to " + file + "\n", ""},
         {"export " + file + " 1 99", 1, "", "places: place 99: " + none},
-        {"export - --dry-run 2", 0, "      2   River                                    \n", ""},
+        {"export - --dry-run 2", 0, river, ""},
         {"import " + file, 0, "0 imported, 2 skipped, 0 failed\n", ""},
         {"--quiet import " + file, 0, "", ""},
         {"backup " + backup, 0, "wrote all that is stored to " + backup + "\n", ""},
-        {"remove 1 river", 2, "", "places: remove: numbers and words; ..."},
-        {"remove 1 --tag a", 2, "", "places: remove: numbers and conditions; ..."},
-        {"remove", 2, "", "places: remove: which places?..."},
+        {"--json backup " + backup, 0, "{\"written\":\"" + backup + "\"}\n", ""},
+        {"remove 1 river", 2, "", "places: remove: both numbers and words..."},
+        {"remove 1 --tag a", 2, "", "places: remove: both numbers and conditions..."},
+        {"remove", 2, "", "places: remove: no places are given..."},
         {"remove lake --dry-run", 0,
-         "      1   Lake                                     Bern\n"
-         "      3   Lakeside                                 \n",
+         lake + "   47.00000, 8.00000\n      3   Lakeside                                      46.00000, 179.90000\n",
          ""},
-        {"remove lake", 2, "", "places: remove 2 places: that is more than one; say --yes..."},
+        {"remove lake", 2, "", "places: remove 2 places: more than one place; confirm with --yes..."},
         {"remove river", 0, "removed 1 place\n", ""},
         {"remove river", 1, "", "places: nothing found\n"},
         {"--json remove --yes 1 3", 0, "{\"removed\":2}\n", ""},
@@ -148,7 +174,7 @@ TEST_F(PlacesTool, EveryCommandSaysWhatItDidAndFailsForWhatIsNotThere)
     }
 }
 
-TEST_F(PlacesTool, AChoiceIsMoreThanOnePageOfPlaces)
+TEST_F(PlacesTool, AChoiceMayHaveSeveralPages)
 {
     QByteArray rows = "name,lat,lon\n";
     for (int i = 0; i < 1500; ++i)
@@ -182,7 +208,7 @@ TEST_F(PlacesTool, ABackupGoesThroughAPipe)
     EXPECT_THAT(places("find").out, HasSubstr("Lake"));
 }
 
-TEST_F(PlacesTool, APlaceIsEditedInTheEditor)
+TEST_F(PlacesTool, APlaceIsChangedInTheEditor)
 {
     places("add Lake --at 47,8 --tag a --phone 1");
     places("use 1");
@@ -196,7 +222,7 @@ TEST_F(PlacesTool, APlaceIsEditedInTheEditor)
         const char *says;
         const char *name; ///< Of the place afterwards.
     } cases[] = {
-        {"true", "", 0, "place 1 is as it was\n", "Lake"},
+        {"true", "", 0, "place 1 is unchanged\n", "Lake"},
         {"sed -i s/Lake/Sea/", "", 0, "changed 1 place\n", "Sea"},
         {"false", "", 1, "the editor failed: false", "Sea"},
         {"sed -i s/Point/Blob/", "n\n", 1, "places: edit it again? [Y/n]", "Sea"},
@@ -204,7 +230,7 @@ TEST_F(PlacesTool, APlaceIsEditedInTheEditor)
         {"f() { if [ -e " + mark + " ]; then sed -i 's/Blob/Point/; s/Sea/Bay/' \"$1\"; else touch " + mark
              + "; sed -i s/Point/Blob/ \"$1\"; fi; }; f",
          "\n", 0, "changed 1 place\n", "Bay"},
-        {client + "tag 1 other; sed -i s/Bay/Gulf/", "n\n", 1, "another program has changed it meanwhile", "Bay"},
+        {client + "tag 1 other; sed -i s/Bay/Gulf/", "n\n", 1, "another program has changed it during the edit", "Bay"},
         {client + "tag 1 more; sed -i s/Bay/Gulf/", "y\n", 0, "changed 1 place\n", "Gulf"},
         {client + "use 1; sed -i s/Gulf/Fjord/", "", 0, "changed 1 place\n", "Fjord"},
         {client + "remove 1; sed -i s/Fjord/Sound/", "", 1, "there is no such place", nullptr},
@@ -259,7 +285,7 @@ TEST_F(PlacesTool, PlacesAreListedNearAStoredOne)
     }
 }
 
-TEST_F(PlacesTool, NothingThatAPlaceHoldsReachesTheTerminalAsAnOrder)
+TEST_F(PlacesTool, NoControlCharacterOfAPlaceReachesTheTerminal)
 {
     const QString evil = QString::fromUtf8("\x1b[2J\xc2\x9b"
                                            "31m\x07\x7f\xe2\x80\x8f\xe2\x80\xae\xe2\x81\xa6"
@@ -283,7 +309,7 @@ TEST_F(PlacesTool, NothingThatAPlaceHoldsReachesTheTerminalAsAnOrder)
     for (const char *order : {"\x1b", "\xc2\x9b", "\x07", "\x7f", "\xe2\x80\x8f", "\xe2\x80\xae", "\xe2\x81\xa6"})
         EXPECT_THAT(shown + refused.err + written, Not(HasSubstr(order)));
 
-    // Programs get what is stored: JSON by its escapes, an exported file as it is.
+    // Programs get the stored text: escaped in JSON, unchanged in an exported file.
     const QJsonObject properties = json("--json show 1")[QLatin1String("properties")].toObject();
     EXPECT_EQ(properties[QLatin1String("name")].toString(), evil);
     EXPECT_THAT(places("export").out, HasSubstr(evil.mid(evil.indexOf(QChar(0x7F))).toStdString()));
@@ -320,10 +346,10 @@ TEST_F(PlacesTool, ProblemsComeInTheOrderOfTheFile)
     const QString start = QStringLiteral("places: %1: ").arg(service.path("in.csv"));
     EXPECT_EQ(QString::fromStdString(outcome.err).remove(start), QString::fromUtf8(problems));
     EXPECT_EQ(outcome.out, "1371 imported, 0 skipped, 628 failed\n");
-    EXPECT_EQ(features(exported()).size(), 1371) << "more than a page of the service";
+    EXPECT_EQ(features(exported()).size(), 1371) << "more than one page of the service";
 }
 
-TEST_F(PlacesTool, AnImportEndsWhenTheServiceDoesAndKeepsWhatWasStored)
+TEST_F(PlacesTool, AnImportStopsWithTheServiceAndKeepsStoredPlaces)
 {
     QProcess client;
     client.start(QStringLiteral(PROGRAMS "/places"),
@@ -332,7 +358,7 @@ TEST_F(PlacesTool, AnImportEndsWhenTheServiceDoesAndKeepsWhatWasStored)
     client.write("name,lat,lon\nA,1,2\n" + times(64 * 1024, "\n"));
     for (int i = 0; i < 1000 && features(exported()).isEmpty(); ++i)
         client.waitForBytesWritten(10);
-    // Writes are answered in their order, so the addition is answered too.
+    // Writes are answered in order, so the addition is answered too.
     EXPECT_EQ(places("use 1").status, 0);
     service.kill();
     client.write("B,1,2\nC,91,2\nD,1,2\n");
@@ -344,7 +370,7 @@ TEST_F(PlacesTool, AnImportEndsWhenTheServiceDoesAndKeepsWhatWasStored)
     EXPECT_EQ(features(exported()).size(), 1);
 }
 
-TEST_F(PlacesTool, AnExportCanBeImportedAndGoesIntoAPipe)
+TEST_F(PlacesTool, AnExportCanBeImportedAndPiped)
 {
     EXPECT_EQ(exported(), "{\"type\":\"FeatureCollection\",\"features\":[\n\n]}\n");
     EXPECT_EQ(places("add A --at 1,2").status, 0);
@@ -368,11 +394,11 @@ TEST_F(PlacesTool, AnExportCanBeImportedAndGoesIntoAPipe)
     const int end = ::open(pipe.constData(), O_RDWR | O_CLOEXEC);
     EXPECT_EQ(places(QStringList{QStringLiteral("export"), service.path("pipe")}).status, 0);
     char byte = 0;
-    EXPECT_EQ(::read(end, &byte, 1), 1) << "a pipe is written to, not replaced";
+    EXPECT_EQ(::read(end, &byte, 1), 1) << "the pipe is not replaced by a file";
     ::close(end);
 }
 
-TEST(PlacesToolAlone, StartsAServiceOfItsOwnWhereNoneRuns)
+TEST(PlacesToolAlone, StartsAServiceWhenNoneRuns)
 {
     QTemporaryDir home;
     qputenv("VELA_CHANNEL_DIR", home.filePath(QStringLiteral("none")).toLocal8Bit());
@@ -380,6 +406,5 @@ TEST(PlacesToolAlone, StartsAServiceOfItsOwnWhereNoneRuns)
     const Outcome added = places("add Café --at 46.9,7.4");
     EXPECT_EQ(added.out, "1\n");
     EXPECT_THAT(added.err, HasSubstr("started one for this command"));
-    EXPECT_THAT(places("find caf").out, HasSubstr("Café"))
-        << "the places are the user's own, also in a service that another command started";
+    EXPECT_THAT(places("find caf").out, HasSubstr("Café")) << "each started service uses the database of the user";
 }

@@ -47,7 +47,7 @@ TEST(PositionTest, PositionsPlusCodesAndLinksAreReadWithoutANetwork)
     EXPECT_TRUE(tool::readAnyPosition(QString(100000, QLatin1Char('1'))).problem.isEmpty());
 }
 
-TEST(PositionTest, AGeoUriReadsBackAsItWas)
+TEST(PositionTest, AGeoUriIsRestoredExactly)
 {
     Coordinates position(-1.0 / 3, 1e-7);
     position.setAltitude(-12.125);

@@ -57,7 +57,7 @@ Lines read(const char *format, const QByteArray &bytes, const formats::ReadOptio
     return lines;
 }
 
-/// The link as the place that it leads to, or why it leads to none.
+/// The place of a link, or the reason why it has none.
 Lines readLink(const QByteArray &link)
 {
     vela::platform::places::Place place;
@@ -95,7 +95,7 @@ const QByteArray FEATURE =
     R"({"type":"Feature","geometry":{"type":"Point","coordinates":[2,1]},"properties":{"name":"A"}})";
 const QByteArray DOCUMENT = R"({"complete":true,"name":"A","location":{"coordinates":{"latitude":1,"longitude":2}}})";
 const QByteArray POINT = R"(<wpt lat="1" lon="2"><name>A</name></wpt>)";
-/// What each of these gives.
+/// The result for each of these.
 const std::string A = R"({"geometry":{"coordinates":[2.0,1.0]},"properties":{"name":"A"}})";
 const std::string HEADINGS = "note: commas; columns: latitude from lat, longitude from lon";
 const QByteArray MEGABYTE = times(1024 * 1024, "x");
@@ -107,7 +107,7 @@ QByteArray withProperty(const QByteArray &more)
 
 } // namespace
 
-TEST(GeoJsonReader, GivesEveryPropertyItsMemberAndNamesWhatIsNoPlace)
+TEST(GeoJsonReader, MapsEveryPropertyAndReportsInvalidFeatures)
 {
     const auto collection = [](const QByteArray &features) { return "{\"features\":[" + features + "]}"; };
     expectAll(QStringLiteral("geojson"));
@@ -180,14 +180,14 @@ TEST(CsvReader, ReadsRowsUnderHeadings)
           "note: commas; others kept: ÿ, Ã©"}},
         {"name,\xC3\xA9,\xFF\nA,1,2\n", {"not CSV: the first row is not UTF-8"}},
         {"name,lat,lon\n" + times(5, MEGABYTE) + ",1,2\nA,1,2\n",
-         {"row 2: more than the 4194304 bytes that a row may have", "row 3: " + A, HEADINGS}},
+         {"row 2: the row has more than 4194304 bytes", "row 3: " + A, HEADINGS}},
         {"name,lat,lon\n" + times(5, MEGABYTE + ",") + "1\nA,1,2\n",
-         {"row 2: more than the 4194304 bytes that a row may have", "row 3: " + A, HEADINGS}},
+         {"row 2: the row has more than 4194304 bytes", "row 3: " + A, HEADINGS}},
     };
     for (const auto &[bytes, gives] : cases)
         EXPECT_EQ(read("csv", bytes), gives);
     EXPECT_EQ(read("csv", times(998, "x,") + "name,lat\n" + times(998, ",") + "A,1\n")[0],
-              "row 2: longitude \"\" is not a number");
+              "row 2: the longitude is empty or missing");
 }
 
 TEST(XmlReader, ReadsWaypointsAndPlacemarks)
@@ -229,7 +229,7 @@ TEST(VCardReader, ReadsEachAddressOfACardAsAPlaceAndSaysWhatIsWrong)
         {card("NOTE:" + times(20000, "x")),
          {"card 1, line 1: " + A + " without: 1 lines are too long or too many for a card"}},
         {card("X-VELA-PLACE:" + times(100000, "[")),
-         {"card 1, line 1: " + A + " without: its X-VELA-PLACE is no feature of a place"}},
+         {"card 1, line 1: " + A + " without: its X-VELA-PLACE is not a feature of a place"}},
     };
     for (const auto &[bytes, gives] : cases)
         EXPECT_EQ(read("vcard", bytes), gives);
@@ -240,8 +240,7 @@ TEST(DocumentReader, ReadsALineForEachPlace)
     const auto with = [](const QByteArray &more) { return DOCUMENT.chopped(1) + "," + more + "}"; };
     expectAll(QStringLiteral("json"));
     const std::pair<QByteArray, Lines> cases[] = {
-        {times(5, MEGABYTE) + "\n" + DOCUMENT + "\n",
-         {"line 1: more than the 4194304 bytes that a line may have", "line 2: " + A}},
+        {times(5, MEGABYTE) + "\n" + DOCUMENT + "\n", {"line 1: the line has more than 4194304 bytes", "line 2: " + A}},
         {with("\"tags\":[" + times(1000, "\"t\",") + "1]") + "\n" + with("\"x\":[" + times(999, "1,") + "1]"),
          {"line 1: a list of more than 1000 members", "line 2: " + A}},
         {DOCUMENT + QByteArray(1, '\0') + "\n{}\n7",
@@ -252,11 +251,11 @@ TEST(DocumentReader, ReadsALineForEachPlace)
     for (const auto &[bytes, gives] : cases)
         EXPECT_EQ(read("json", bytes), gives);
     const Lines lines = read("json", times(20, times(5000, " ") + DOCUMENT + "\n") + "x");
-    ASSERT_EQ(lines.size(), 21U) << "more than a buffer of the input";
+    ASSERT_EQ(lines.size(), 21U) << "more than one input buffer";
     EXPECT_EQ(lines[19], "line 20: " + A);
 }
 
-TEST(PlaceLink, LeadsToAPlace)
+TEST(PlaceLink, IsReadAsAPlace)
 {
     expectAll(QStringLiteral("link"));
     for (const char *text : {"geo:", "HTTP://", "https://x"})
@@ -265,7 +264,7 @@ TEST(PlaceLink, LeadsToAPlace)
         EXPECT_FALSE(tool::isLink(QLatin1String(text))) << text;
 }
 
-TEST(Input, SaysWhatThereIsToRead)
+TEST(Input, ReadsAFileAndReportsProblems)
 {
     const QTemporaryDir folder;
     EXPECT_EQ(formats::Input(folder.path()).problem(), QStringLiteral("Is a directory"));
@@ -292,7 +291,7 @@ TEST(Input, SaysWhatThereIsToRead)
     EXPECT_EQ(openFiles(), before);
 }
 
-TEST(Formats, EndWhenNoMorePlacesAreWanted)
+TEST(Formats, StopWhenTheCallerStops)
 {
     const std::pair<const char *, QByteArray> cases[] = {
         {"geojson", FEATURE + FEATURE + "x"},
@@ -312,7 +311,7 @@ TEST(Formats, EndWhenNoMorePlacesAreWanted)
     }
 }
 
-TEST(Formats, AreToldByNameAndByContent)
+TEST(Formats, AreDetectedByNameAndByContent)
 {
     const std::pair<const char *, const char *> contents[] = {
         {" <?xml?><kml>", "kml"},

@@ -28,7 +28,7 @@ protected:
     Placesd service{sources.arguments()};
 };
 
-/// Real places to find, and three that are stored.
+/// A gazetteer of real places, and three stored places.
 class SearchBox : public testing::Test
 {
 protected:
@@ -43,7 +43,7 @@ protected:
     Placesd service{sampleGazetteer()};
 };
 
-/// The client, with a search as you type, on a terminal.
+/// The client with `--as-you-type` on a terminal.
 class Typing : public Terminal
 {
 public:
@@ -57,8 +57,8 @@ public:
         EXPECT_TRUE(shows("Search:"));
     }
 
-    /// Waits until a search has begun and all its results have come. One that begins while another goes on shows
-    /// nothing new, so each has to be waited for.
+    /// Waits for the start of a search and for all its results. A search that starts during another one shows nothing
+    /// new, so wait for each.
     bool searches() { return shows("searching") && shows("Up and Down"); }
 };
 
@@ -69,7 +69,7 @@ TEST_F(SearchCommand, AnswersAsInTheSession)
     expectSession("search.txt", service);
 }
 
-TEST_F(SearchCommand, AnInterruptEndsASearchAtOnceWhateverTheServiceOwes)
+TEST_F(SearchCommand, AnInterruptEndsASearchWithoutWaitingForTheService)
 {
     service.pause();
     QProcess client;
@@ -77,12 +77,12 @@ TEST_F(SearchCommand, AnInterruptEndsASearchAtOnceWhateverTheServiceOwes)
     EXPECT_FALSE(client.waitForFinished(500)) << "it waits for the service";
     ::kill(static_cast<pid_t>(client.processId()), SIGINT);
     EXPECT_TRUE(client.waitForFinished(10000));
-    EXPECT_EQ(client.exitStatus(), QProcess::CrashExit) << "a shell shall see that it was a signal";
+    EXPECT_EQ(client.exitStatus(), QProcess::CrashExit) << "a shell sees the signal";
     EXPECT_EQ(client.exitCode(), SIGINT);
     service.resume();
 }
 
-TEST_F(SearchCommand, WhatIsTypedIsSearchedAndWhatIsChosenIsShown)
+TEST_F(SearchCommand, TypingSearchesAndAChoiceIsShown)
 {
     Typing typing;
     ASSERT_TRUE(typing.searches());
@@ -97,7 +97,7 @@ TEST_F(SearchCommand, WhatIsTypedIsSearchedAndWhatIsChosenIsShown)
     EXPECT_TRUE(typing.isRestored());
 }
 
-TEST_F(SearchCommand, EveryWayOutLeavesTheTerminalAsItWas)
+TEST_F(SearchCommand, EveryExitRestoresTheTerminal)
 {
     const struct
     {
@@ -108,8 +108,8 @@ TEST_F(SearchCommand, EveryWayOutLeavesTheTerminalAsItWas)
     service.pause();
     for (const auto &way : ways) {
         Typing typing;
-        ASSERT_TRUE(typing.shows("searching")) << "and no way out waits for the service";
-        EXPECT_FALSE(typing.isRestored()) << "or this test says nothing";
+        ASSERT_TRUE(typing.shows("searching")) << "no exit waits for the service";
+        EXPECT_FALSE(typing.isRestored()) << "otherwise this test checks nothing";
         typing.type(way.keys);
         if (way.signal != 0)
             ::kill(typing.process(), way.signal);
@@ -117,13 +117,13 @@ TEST_F(SearchCommand, EveryWayOutLeavesTheTerminalAsItWas)
         EXPECT_EQ(WIFSIGNALED(status) ? WTERMSIG(status) : 0, way.endsBySignal);
         EXPECT_TRUE(way.endsBySignal != 0 || WEXITSTATUS(status) == 1) << "nothing was chosen";
         EXPECT_TRUE(typing.isRestored());
-        EXPECT_THAT(typing.output(), HasSubstr("\x1b[?2004l\x1b")) << "no shell shall see how a paste is marked";
+        EXPECT_THAT(typing.output(), HasSubstr("\x1b[?2004l\x1b")) << "bracketed paste is off for the shell";
         EXPECT_THAT(typing.output(), HasSubstr("\x1b[?1049l"));
     }
     service.resume();
 }
 
-TEST_F(SearchBox, EnterChoosesFromTheAnswerToWhatWasTypedAndNothingElse)
+TEST_F(SearchBox, EnterChoosesOnlyFromTheAnswerToTheTypedText)
 {
     const struct
     {
@@ -157,13 +157,13 @@ TEST_F(SearchBox, EnterChoosesFromTheAnswerToWhatWasTypedAndNothingElse)
     }
 }
 
-TEST_F(SearchBox, TypingOnCancelsAnEnterThatWaits)
+TEST_F(SearchBox, FurtherTypingCancelsAWaitingEnter)
 {
     Typing typing("--group=suggestions");
     service.pause();
     typing.type("heathrow\r");
     ASSERT_TRUE(typing.shows("Enter waits"));
-    typing.type("9"); // no letter, which would be taken for a slip
+    typing.type("9"); // not a letter, which would count as a typing error
     service.resume();
     ASSERT_TRUE(typing.shows("nothing found"));
     typing.type("\x7f");
@@ -184,12 +184,15 @@ TEST_F(SearchBox, ACategoryLeadsToItsPlacesNearTheCentreAndBack)
     typing.type("\x0c");
     EXPECT_TRUE(typing.shows("Search: large")) << "back at the text";
     EXPECT_TRUE(typing.shows("category"));
-    typing.type("\r\r"); // the category, and the first place of it
+    typing.type("\x13");
+    EXPECT_TRUE(typing.shows("only places can be saved"));
+    typing.type("\r\x13"); // the category, and the first place of it
     EXPECT_EQ(typing.wait(), 0);
-    EXPECT_THAT(typing.output(), HasSubstr("Name          London Heathrow Airport"));
+    EXPECT_THAT(typing.output(), HasSubstr("saved London Heathrow Airport"));
+    EXPECT_THAT(places("find heathrow air").out, HasSubstr("London Heathrow Airport"));
 }
 
-TEST_F(SearchBox, PlacesOfOneNameCanBeToldApartInFortyColumns)
+TEST_F(SearchBox, NamesakesDifferInFortyColumns)
 {
     Typing typing("--group=remote");
     typing.resize(20, 40);
@@ -204,9 +207,9 @@ TEST_F(SearchBox, ATerminalWithoutACursorIsServedByLines)
 {
     Typing typing("--group=local,suggestions", "dumb");
     typing.type("heathrow\n");
-    EXPECT_TRUE(typing.shows("   2  London Heathrow Airport"));
+    EXPECT_TRUE(typing.shows("  2.   London Heathrow Airport"));
     typing.type("qqq\n");
-    EXPECT_TRUE(typing.shows("   2  Qqq2 (Other)"));
+    EXPECT_TRUE(typing.shows("  2.   Qqq2 (Other)"));
     typing.type("2\n");
     EXPECT_EQ(typing.wait(), 0);
     EXPECT_THAT(typing.output(), HasSubstr("Name          Qqq2\r\n"));
@@ -214,14 +217,15 @@ TEST_F(SearchBox, ATerminalWithoutACursorIsServedByLines)
 
     const QByteArray lines("99\n\nheathrow\n\n");
     EXPECT_THAT(places("--json search --as-you-type", lines).out, HasSubstr("HeathrowShed")) << "no terminal at all";
+    EXPECT_EQ(places("search --as-you-type", "qqq\n+2\n").out, "Qqq2 is stored already, as place 3\n");
     EXPECT_EQ(places("search --as-you-type", "heathrow").status, 1) << "the end of the input chooses nothing";
 }
 
-TEST_F(SearchCommand, ProvidersAreAskedForWhatTheyKnowOfAPlace)
+TEST_F(SearchCommand, ProvidersReturnRecordsOfAPlace)
 {
     EXPECT_EQ(places(QStringList{QStringLiteral("import"), sources.gazetteer()}).out,
               "3 imported, 0 skipped, 0 failed\n");
-    // An import gives ids in no particular order.
+    // An import assigns ids in any order.
     const QString id = QString::fromStdString(places("find Zürich").out).simplified().section(QLatin1Char(' '), 0, 0);
     EXPECT_THAT(places(QStringList{QStringLiteral("--json"), QStringLiteral("show"), id, QStringLiteral("--aux"),
                                    QStringLiteral("--remote")})

@@ -9,7 +9,7 @@
 
 using vela::platform::places::Place;
 
-TEST(TextFormatsTest, APlaceComesBackFromItsFileWhateverItHolds)
+TEST(TextFormatsTest, EveryPlaceIsRestoredFromItsFile)
 {
     const QByteArray features = files::bytesOf(QStringLiteral(SOURCES "/tests/tools/data/demanding.geojsonl"));
     for (const char *format : {"gpx", "kml", "kmz", "csv"}) {
@@ -23,7 +23,7 @@ TEST(TextFormatsTest, APlaceComesBackFromItsFileWhateverItHolds)
     }
 }
 
-TEST(TextFormatsTest, WhatAPersonChangesInAFileCountsMoreThanTheRest)
+TEST(TextFormatsTest, EditedTextsTakePrecedenceOverTheRest)
 {
     const auto place = placeOf(R"({"type":"Feature","geometry":{"type":"Point","coordinates":[2,1]},"properties":)"
                                R"({"name":"A\u0001","tags":["a "],"kind":7}})");
@@ -73,7 +73,7 @@ TEST(TextFormatsTest, ElementsComeInTheOrderOfTheSchema)
     for (const char *format : {"gpx", "kml"}) {
         const QByteArray bytes = writeFile(format, {full.get(), bare.get(), nowhere.get(), full.get()});
         const bool isKml = format == QByteArray("kml");
-        EXPECT_EQ(bytes.count(" id=\"n\""), isKml ? 1 : 0) << "an id stands once in a file";
+        EXPECT_EQ(bytes.count(" id=\"n\""), isKml ? 1 : 0) << "an id is unique in a file";
         const FormatFile read = readFile(format, bytes);
         EXPECT_EQ(read.members.size(), isKml ? 4U : 3U);
         EXPECT_EQ(read.problem, QString());

@@ -17,7 +17,7 @@ using namespace vela::platform::places;
 using testing::HasSubstr;
 using testing::Not;
 
-/// A place that no plain card says all of.
+/// A place that a plain card cannot represent.
 std::unique_ptr<Place> fullPlace()
 {
     const QByteArray texts = R"("name":"Lake; \"house\", BEGIN:VCARD","label":"Label^ \"x\"\nline","street":"Street",)"
@@ -54,7 +54,7 @@ TEST(VCardTest, APlainPlaceIsAPlainCard)
     EXPECT_EQ(featureOf(*read.members[1].place), featureOf(*place));
 }
 
-TEST(VCardTest, AnyPlaceComesBackAndChangesOfOtherProgramsCount)
+TEST(VCardTest, EveryPlaceIsRestoredWithTheChangesOfOtherPrograms)
 {
     const std::unique_ptr<Place> place = fullPlace();
     QByteArray written = formats::toVCard(*place);
@@ -62,8 +62,8 @@ TEST(VCardTest, AnyPlaceComesBackAndChangesOfOtherProgramsCount)
     ASSERT_EQ(read.members.size(), 2U);
     EXPECT_EQ(featureOf(*read.members[1].place), featureOf(*place));
 
-    // Another program gives it an id, changes the address, adds a telephone number and one more address, and moves
-    // nothing.
+    // Another program adds an id, a telephone number and a second address, changes the first address, and does not move
+    // the place.
     written.replace("VERSION:4.0\r\n", "VERSION:4.0\r\nUID:book\r\n");
     const int address = written.indexOf("\r\nADR;") + 2;
     written.replace(address, written.indexOf("GEO:") - address,
@@ -81,10 +81,10 @@ TEST(VCardTest, AnyPlaceComesBackAndChangesOfOtherProgramsCount)
     EXPECT_EQ(read.members[0].id + read.members[1].id, QStringLiteral("bookbook#2"));
     EXPECT_THAT(featureOf(changed), HasSubstr(R"("id":"book")"));
     EXPECT_THAT(formats::toVCard(changed).toStdString(), HasSubstr("BDAY:19700101\r\n"))
-        << "a line that no member is for";
+        << "a line that maps to no member";
 }
 
-TEST(VCardTest, ARecordCannotWriteLinesThatACardReadsAsItsOwn)
+TEST(VCardTest, ARecordCannotInjectLinesIntoACard)
 {
     const std::unique_ptr<Place> place = fullPlace();
     AuxiliaryData record(QStringLiteral("geojson.properties"));

@@ -1,7 +1,7 @@
 #!/bin/sh
 # Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
-# Does with a build what the README tells a reader to do: installs it, builds the program of "Ten lines" outside the tree,
-# once with the README's lines for CMake and once with pkg-config, and runs both against the installed placesd.
+# Follows the README with a build: installs it, builds the program of "Ten lines" outside the source tree, once with the
+# README's CMake lines and once with pkg-config, and runs both programs against the installed placesd.
 # Usage: consumer.sh BUILD_FOLDER
 set -eu
 cd "$(dirname "$0")/../.."
@@ -9,7 +9,7 @@ folder=$(mktemp -d)
 service=
 trap '[ -z "$service" ] || { kill "$service"; wait "$service" || true; }; rm -rf "$folder"' EXIT
 
-# The first block of this LANGUAGE in the README's section of the program.
+# Prints the first code block in this LANGUAGE of that section of the README.
 readme() { sed -n '/^## Ten lines/,/^## /p' README.md | sed -n "/^\`\`\`$1\$/,/^\`\`\`\$/p" | sed '1d; /^```$/,$d'; }
 
 cmake --install "$1" --prefix "$folder/installed" >/dev/null
@@ -39,7 +39,7 @@ for _ in $(seq 100); do
     sleep 0.1
 done
 
-# Each run stores the place once more and finds all.
+# Each run stores the place again and finds all of them.
 id=0
 for program in by-cmake by-pkg-config; do
     id=$((id + 1))

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 # Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
-"""Writes a header for Doxygen: members that match a pattern and have no comment get the comment of the pattern.
+"""Prints a header for Doxygen. A member without a comment gets the comment of the pattern that it matches.
 
 Usage: doxygen_filter.py HEADER
-So the reference describes every member, and headers only need comments that no pattern provides. All other members
-without a comment cause warnings.
+So the reference describes every member, and headers contain only comments that no pattern provides. Any other member
+without a comment causes a warning.
 """
 
 import re
@@ -35,7 +35,7 @@ def main():
     getter, commented = None, False
     for line in Path(sys.argv[1]).read_text().splitlines():
         comment = None if commented else comment_of(line, getter)
-        # On the same line, so that warnings name the line of the header.
+        # On the same line, so that line numbers in warnings are those of the header.
         print(f"/** {comment} */ {line}" if comment else line)
         commented = line.strip().startswith("///")
         if match := GETTER.match(line):

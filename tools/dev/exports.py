@@ -13,12 +13,12 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 NAMESPACE = "vela::platform::places"
-# Each library, its headers, and what of Clang's syntax tree is looked at.
+# Each library, its headers, and the Clang options that filter its syntax tree.
 LIBRARIES = [
     ("libvelaplatformplaces.so.1", "include/places", ["-Xclang", f"-ast-dump-filter={NAMESPACE}"]),
     ("libvelasystem.so.1", "platform/include", []),
 ]
-# A constructor or destructor has up to three symbols; the tree names one.
+# A constructor or destructor has up to three symbols; the syntax tree contains one.
 VARIANT = re.compile(r"(?<=[CD])[0-2](?=E)")
 OF_A_CLASS = re.compile(r"^(?:vtable|typeinfo|typeinfo name) for ")
 # A constant inside a function of a header, such as a QStringLiteral.
@@ -34,13 +34,13 @@ def demangled(symbols):
 
 
 def exported_by(library):
-    """The symbols by their readable names."""
+    """The exported symbols by their demangled names."""
     symbols = [line.split()[-1] for line in output("nm", "-D", "--defined-only", str(library)).splitlines()]
     return dict(zip(demangled(symbols), symbols))
 
 
 def syntax_trees(headers, build, options):
-    """Clang writes one JSON document for each declaration that the options let through."""
+    """The declarations that pass the filter. Clang writes one JSON document for each."""
     includes = "".join(f'#include "{header}"\n' for header in sorted(headers))
     folders = [f"-I{folder}" for folder in (ROOT / "include", build / "include", ROOT / "platform/include")]
     text = output("clang++", "-x", "c++", "-std=c++17", "-fPIC", "-fsyntax-only", *folders,
@@ -53,7 +53,7 @@ def syntax_trees(headers, build, options):
 
 
 def declared_in(tree, symbols, classes):
-    """Adds the symbols and the classes that a tree declares."""
+    """Adds the symbols and classes that a syntax tree declares."""
     if "mangledName" in tree:
         symbols.add(tree["mangledName"])
     if tree["kind"] == "CXXRecordDecl" and "completeDefinition" in tree:
@@ -63,7 +63,7 @@ def declared_in(tree, symbols, classes):
 
 
 def undeclared(library, headers, build, options):
-    """The readable names of what a library exports and no header declares."""
+    """The demangled names of symbols that a library exports but no header declares."""
     symbols, classes = set(), set()
     for tree in syntax_trees((ROOT / headers).rglob("*.h"), build, options):
         declared_in(tree, symbols, classes)
@@ -79,7 +79,7 @@ def main():
     found = 0
     for library, headers, options in LIBRARIES:
         for name in undeclared(library, headers, build, options):
-            print(f"{library}: exported, but in no public header: {name}")
+            print(f"{library}: exported, but not declared in a public header: {name}")
             found += 1
     return 1 if found else 0
 

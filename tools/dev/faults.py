@@ -10,7 +10,7 @@ TOKEN = re.compile(r'(?P<comment>//[^\n]*|/\*.*?\*/)|R"(?P<tag>\w*)\((?P<raw>.*?
                    r'|"(?P<text>(?:\\.|[^"\\\n])*)"'
                    r"|'(?:\\.[^'\n]*|[^'\\\n])'|^[ \t]*#(?:[^\n]*\\\n)*[^\n]*", re.S | re.M)
 IS_SQL = re.compile(r'\b(SELECT|INSERT|UPDATE|DELETE|WHERE|ORDER BY|LIMIT)\b')
-# Lines whose faults no test can or should detect.
+# Lines in which no test should detect a fault.
 NO_CODE = re.compile(r'static_assert|\bassert\(|Q_ASSERT|\blog(Error|Info)\(|\bLogger::|\.reserve\('
                      r'|^\s*(using|template)\b')
 
@@ -37,7 +37,7 @@ SQL_CONDITION = re.compile(r'\bAND\s+(?:(?!\bAND\b|\bOR\b|\bORDER\b|\bGROUP\b|\b
 
 
 def mask(source):
-    """The source with comments, texts and directives blanked, at the same offsets; and the spans of its SQL."""
+    """Returns the source with blanked comments, strings and directives, at the same offsets, and the spans of its SQL."""
     sql = []
 
     def blank(match):
@@ -51,7 +51,7 @@ def mask(source):
 
 
 def closing(code, opening):
-    """The offset of the parenthesis that closes the one at `opening`; -1 when there is none."""
+    """The offset of the parenthesis that matches the one at `opening`; -1 when there is none."""
     depth = 0
     for match in re.compile(r'[()]').finditer(code, opening):
         depth += 1 if match[0] == '(' else -1

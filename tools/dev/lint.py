@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 # Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
-"""Runs a Clang tool on every source of a build folder, on all processors; what it finds is an error.
+"""Runs a Clang tool on every source of a build folder, on all processors. Any finding is an error.
 
 Usage: lint.py clang-tidy|clazy BUILD_FOLDER [SOURCE...]
-A SOURCE is a file or a folder; without one all sources of the project are looked at. Sources that the build generates
-are left out. The build folder needs to be configured, not built.
+A SOURCE is a file or a folder; without one, all sources of the project are checked, except those that the build
+generates. The build folder needs to be configured, not built.
 """
 
 import json
@@ -17,7 +17,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 OURS = rf"^{ROOT}/(bench|examples|formats|fuzz|include|platform|service|src|tests|tools)/"
-# A finding starts with this line; the notes that belong to it follow.
+# The first line of a finding; its notes follow.
 FINDING = re.compile(r"^(?=\S.*(?:warning|error): )", re.MULTILINE)
 TOOLS = {
     "clang-tidy": ["clang-tidy", "--quiet"],
@@ -26,7 +26,7 @@ TOOLS = {
 
 
 def unique_commands(build):
-    """One command for each source: a source of several programs is looked at once."""
+    """One command for each source: a source of several programs is checked once."""
     commands = {}
     for entry in json.loads((build / "compile_commands.json").read_text()):
         source = Path(entry["directory"], entry["file"]).resolve()
@@ -35,8 +35,8 @@ def unique_commands(build):
     return commands
 
 
-def look_at(command, source):
-    """What the tool finds in a source: a list of texts."""
+def check(command, source):
+    """The findings of the tool in a source, as texts."""
     done = subprocess.run([*command, str(source)], stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
     found = FINDING.split(done.stdout)[1:]
     return found or ([f"{source}: error: {done.stdout}"] if done.returncode else [])
@@ -51,11 +51,11 @@ def main():
     (database / "compile_commands.json").write_text(json.dumps(list(commands.values())))
     sources = [source for source in commands if any(root == source or root in source.parents for root in wanted)]
 
-    # What stands in a header is found in every source that includes it, and printed once.
+    # A finding in a header occurs in every source that includes it, but is printed once.
     printed = set()
     with ThreadPoolExecutor(os.cpu_count()) as pool:
         command = [*TOOLS[tool], "-p", str(database)]
-        for found in pool.map(lambda source: look_at(command, source), sources):
+        for found in pool.map(lambda source: check(command, source), sources):
             for finding in found:
                 where = finding.splitlines()[0]
                 if where not in printed:

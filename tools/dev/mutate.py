@@ -2,7 +2,7 @@
 # Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 """Inserts one fault at a time into the sources, builds and runs the tests, and prints the faults that no test detects.
 
-Works on copies below build/mutate, one for each worker. Debian 12 has no package for this (mull is not in it).
+Works on copies in build/mutate, one for each worker. Debian 12 has no package for this; it does not contain mull.
 """
 
 import argparse
@@ -26,7 +26,7 @@ from faults import faults_of
 
 ROOT = Path(__file__).resolve().parents[2]
 FOLDERS = ['src', 'include', 'platform', 'service', 'formats', 'tools']
-# The test programs of a folder, the most likely to detect a fault first. Other folders have those of src.
+# The test programs of a folder. The one that most likely detects a fault comes first. Other folders use those of src.
 PROGRAMS = {
     'src': ['unit_tests', 'tool_tests', 'road_tests', 'browser_tests'],
     'platform': ['platform_tests', 'unit_tests', 'road_tests'],
@@ -80,7 +80,7 @@ class Worker:
             self.kill()
 
     def kill(self):
-        """Ends the command with its process group, and every program of this build that left the group."""
+        """Kills the command with its process group, and every program of this build that left the group."""
         process = self.process
         if not process:
             return
@@ -133,7 +133,7 @@ class Worker:
 
 
 class Sample:
-    """A deterministic choice of faults: every kind in turn, until enough of them have been tried."""
+    """A deterministic selection of faults: each kind in turn, until enough faults are tried."""
 
     def __init__(self, group, count, seed):
         self.group = group
@@ -151,20 +151,20 @@ class Sample:
 
     def next(self):
         """The next fault; None when enough faults are tried or in progress."""
-        if self.results['noticed'] + self.results['survived'] + self.results['in hand'] >= self.count:
+        if self.results['detected'] + self.results['survived'] + self.results['in progress'] >= self.count:
             return None
         fault = next(self.faults, None)
-        self.results['in hand'] += fault is not None
+        self.results['in progress'] += fault is not None
         return fault
 
     def settle(self, result):
-        self.results['in hand'] -= 1
+        self.results['in progress'] -= 1
         self.results[result] += 1
 
     def __str__(self):
-        tried = self.results['noticed'] + self.results['survived']
-        percent = 100 * self.results['noticed'] // max(1, tried)
-        return (f"{self.group}: {self.results['noticed']} of {tried} noticed, {percent} % "
+        tried = self.results['detected'] + self.results['survived']
+        percent = 100 * self.results['detected'] // max(1, tried)
+        return (f"{self.group}: {self.results['detected']} of {tried} detected, {percent} % "
                 f"({self.results['no build']} more did not build, {self.results['equal']} changed nothing)")
 
 
@@ -197,7 +197,7 @@ class Run:
         if not self.near:
             yield from late
 
-    def is_noticed(self, worker, fault):
+    def is_detected(self, worker, fault):
         for program, suites in self.stages(fault):
             seconds = sum(self.times[program][suite] for suite in suites)
             if suites and (worker.build([program]) is None or not worker.test(program, suites, 20 + 5 * seconds)):
@@ -214,7 +214,7 @@ class Run:
                 if built is None:
                     return 'no build'
                 if any(self.originals[worker].get(path) != digest for path, digest in built.items()):
-                    return 'noticed' if self.is_noticed(worker, fault) else 'survived'
+                    return 'detected' if self.is_detected(worker, fault) else 'survived'
             return 'equal'
         finally:
             file.write_text(source)
@@ -285,9 +285,9 @@ def main():
     parser = argparse.ArgumentParser(prog='./dev mutate', description=__doc__)
     parser.add_argument('files', nargs='*', metavar='FILE', default=FOLDERS, help='files or folders; default: all code')
     parser.add_argument('--count', type=int, default=30, help='faults for each of them (default: 30)')
-    parser.add_argument('--seed', type=int, default=1, help='another seed is another choice of faults')
+    parser.add_argument('--seed', type=int, default=1, help='another seed selects other faults')
     parser.add_argument('--near', action='store_true',
-                        help=f'leave out suites of over {QUICK_SUITE} s that are not named like the file')
+                        help=f'skip suites over {QUICK_SUITE} s whose names do not contain the name of the file')
     parser.add_argument('--jobs', type=int, default=os.cpu_count())
     options = parser.parse_args()
     samples = [Sample(os.path.relpath(Path(file).absolute(), ROOT), options.count, options.seed)

@@ -25,7 +25,7 @@ constexpr qint64 PIECE = 256 * 1024;
 
 using CopyStore = Error::Type (InternalPlaceManager::*)(const QString &) const;
 
-/// The service may run in another folder, so it gets an absolute path.
+/// The service may have another working folder, so it gets an absolute path.
 ExitStatus copyStore(const QString &file, const char *command, CopyStore copy)
 {
     const QString path = QFileInfo(file).absoluteFilePath();
@@ -34,7 +34,7 @@ ExitStatus copyStore(const QString &file, const char *command, CopyStore copy)
     return report(error, reason.contains(path) ? QString::fromLatin1(command) : path, reason);
 }
 
-/// Copies what is left of one file to the other. Returns what went wrong; empty when nothing did.
+/// Copies the rest of one file to the other. Returns the error; empty on success.
 QString copyFile(QFile &from, QFile &to)
 {
     QByteArray piece;
@@ -48,7 +48,7 @@ QString copyFile(QFile &from, QFile &to)
     return to.flush() ? QString() : to.errorString();
 }
 
-/// Passes a backup on between a stream and the service, by a file in a private folder that is removed, also on a
+/// Runs `copy` with a private file between a stream and the service. The file is removed afterwards, even after a
 /// signal.
 /// @param copy gets the folder and the path of the file.
 template <typename Copy>
@@ -81,7 +81,7 @@ ExitStatus backUp(const QString &path)
         QFile from(file);
         QFile to;
         const bool isOpen = from.open(QIODevice::ReadOnly) && to.open(stdout, QIODevice::WriteOnly);
-        folder.remove(); // a reader that ends early ends this process
+        folder.remove(); // SIGPIPE may end this process while it writes
         return reportCopy("backup", isOpen ? copyFile(from, to) : from.errorString());
     });
 }

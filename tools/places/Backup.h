@@ -8,9 +8,9 @@
 namespace tool
 {
 
-/// Has the service write all that is stored to a backup file; "-" stands for standard output, which is no terminal.
+/// Asks the service to write the whole store to a backup file. "-" is standard output, which must not be a terminal.
 ExitStatus backUp(const QString &path);
-/// Has the service replace all that is stored by what a backup file holds; "-" stands for standard input.
+/// Asks the service to replace the whole store by a backup file. "-" is standard input.
 ExitStatus restore(const QString &path);
 
 } // namespace tool

@@ -12,8 +12,6 @@
 #include <places/PlaceManager.h>
 #include <places/PointOfInterestAuxiliaryData.h>
 
-#include <QtCore/QByteArrayList>
-
 #include <algorithm>
 #include <memory>
 #include <optional>
@@ -29,7 +27,7 @@ using namespace places;
 namespace
 {
 
-/// The values of a place given as options; a value that is not given stays unchanged.
+/// Values of a place given as options. Values that are not given stay unchanged.
 struct Details
 {
     std::optional<std::string> name;
@@ -47,7 +45,7 @@ struct Details
     std::optional<std::string> url;
     std::vector<std::string> tags;
 
-    [[nodiscard]] bool saysAnything() const
+    [[nodiscard]] bool hasValues() const
     {
         return name || position || description || label || street || city || region || country || countryCode
                || postalCode || phone || email || url || !tags.empty();
@@ -79,7 +77,7 @@ void set(Object &object, void (Object::*setter)(const QString &), const std::opt
         (object.*setter)(text(*value));
 }
 
-/// The first location with the changes; std::nullopt when no value would be left in it.
+/// The first location with the changes applied; std::nullopt when no value is left in it.
 std::optional<Location> changedLocation(const Place &place, const Details &details)
 {
     Location location = place.locationCount() > 0 ? place.location(0) : Location();
@@ -125,7 +123,7 @@ void apply(Place &place, const Details &details)
         place.addLocation(*location);
 }
 
-/// True for a text that is a whole place: a link, or a position when no option gives one.
+/// True for a text that describes a whole place: a link, or a position when no option gives the position.
 bool isWhole(const QString &text, const Details &details)
 {
     if (isLink(text))
@@ -134,7 +132,7 @@ bool isWhole(const QString &text, const Details &details)
     return (read.position.isValid() || !read.problem.isEmpty()) && !changedLocation(Place(), details);
 }
 
-/// Adds a place by its name, or the place at a position or of a link.
+/// Adds a place by its name, or the place of a position or link.
 ExitStatus add(const QString &nameOrLink, const Details &details, Form form)
 {
     Place place;
@@ -169,8 +167,8 @@ ExitStatus withPlace(qint64 id, Work work)
 
 ExitStatus update(qint64 id, const Details &details, const Context &context)
 {
-    if (!details.saysAnything())
-        return misuse("update", QStringLiteral("change what? Nothing is given"));
+    if (!details.hasValues())
+        return misuse("update", QStringLiteral("nothing to change; give the new values as options"));
     return withPlace(id, [&](Place &place) {
         apply(place, details);
         const ExitStatus status = report(PlaceManager().updatePlace(&place), nameOfPlace(id));
@@ -189,7 +187,7 @@ struct ShowOptions
     bool onlyRemote = false;
 };
 
-/// True for the number of a stored place.
+/// True for the id of a stored place.
 bool isId(const QString &text)
 {
     bool isNumber = false;
@@ -197,7 +195,7 @@ bool isId(const QString &text)
     return isNumber;
 }
 
-/// Fetches a stored place, or makes the place of a position or link, which is not stored. Null on failure.
+/// Fetches a stored place, or creates an unsaved place from a position or link. Null on failure.
 std::unique_ptr<Place> placeOf(const QString &idOrLink, ExitStatus &status)
 {
     if (isId(idOrLink)) {
@@ -216,14 +214,6 @@ std::unique_ptr<Place> placeOf(const QString &idOrLink, ExitStatus &status)
     return nullptr;
 }
 
-QByteArray collectionOf(const std::vector<std::unique_ptr<Place>> &places)
-{
-    QByteArrayList features;
-    for (const auto &place : places)
-        features.append(toGeoJson(*place));
-    return R"({"type":"FeatureCollection","features":[)" + features.join(',') + "]}";
-}
-
 ExitStatus showPlaces(const QStringList &idsOrLinks, Form form)
 {
     ExitStatus status = Done;
@@ -232,8 +222,8 @@ ExitStatus showPlaces(const QStringList &idsOrLinks, Form form)
         if (std::unique_ptr<Place> place = placeOf(idOrLink, status))
             found.push_back(std::move(place));
     }
-    if (form == Form::Json && idsOrLinks.size() > 1) {
-        printJson(collectionOf(found));
+    if (form == Form::Json) {
+        printFeatures(found, idsOrLinks.size() > 1);
         return status;
     }
     for (const auto &place : found) {
@@ -249,7 +239,7 @@ ExitStatus show(const ShowOptions &options, const QStringList &places, Form form
     if (!options.records)
         return showPlaces(places, options.asDocument ? Form::Document : form);
     if (places.size() > 1)
-        return misuse("show", QStringLiteral("records are those of one place"));
+        return misuse("show", QStringLiteral("--aux takes one place only"));
     if (!isId(places.first())) {
         complain(places.first(), QStringLiteral("records can only be fetched for a stored place; give its number"));
         return WrongUse;
@@ -268,7 +258,7 @@ void addShowCommand(CLI::App &app, Context &context)
     CLI::Option *aux =
         command->add_flag("--aux", options->records, "Fetch the place's auxiliary records instead")->excludes(document);
     command->add_option("--type", options->type, "Only records of this type, such as contact or poi")->needs(aux);
-    command->add_flag("--remote", options->onlyRemote, "Only records that are fetched from a provider")->needs(aux);
+    command->add_flag("--remote", options->onlyRemote, "Only records from providers")->needs(aux);
     command->callback([&context, options] {
         const QStringList places = texts(options->places);
         context.needsService = std::any_of(places.begin(), places.end(), isId);
@@ -295,7 +285,7 @@ ExitStatus printLink(const Place &place, Form form)
     return Done;
 }
 
-/// Adds a command that calls `work` with the number of a place.
+/// Adds a command that calls `work` with the id of a place.
 template <typename Work>
 CLI::App *addPlaceCommand(CLI::App &app, Context &context, const char *name, const char *description, Work work)
 {
@@ -314,8 +304,7 @@ void addChangeCommands(CLI::App &app, Context &context)
     CLI::App *addCommand = app.add_subcommand("add", "Add a place and print its number");
     const auto nameOrLink = std::make_shared<std::string>();
     addCommand->add_option("PLACE", *nameOrLink, "Name, position, geo: URI or map link")->required()->transform(IsName);
-    addCommand->add_option("--name", details->name, "Name of a place that is given by a position or link")
-        ->transform(IsName);
+    addCommand->add_option("--name", details->name, "Name, when PLACE is a position or link")->transform(IsName);
     addDetailOptions(*addCommand, *details);
     addCommand->callback([&context, nameOrLink, details] {
         context.run = [&context, nameOrLink, details] { return add(text(*nameOrLink), *details, context.form); };

@@ -28,15 +28,15 @@ struct ChangeKind
 {
     const char *name;
     const char *description;
-    const char *done;   ///< What it has done; %1 stands for the places.
-    const char *member; ///< The same in JSON.
+    const char *done;   ///< Message after the change; %1 is the number of places.
+    const char *member; ///< Name of the count in JSON.
     bool isRemoval = false;
 };
 
 constexpr ChangeKind REMOVE{"remove", "Remove places", "removed %1", "removed", true};
-constexpr ChangeKind USE{"use", "Count a use of places, now", "counted a use of %1", "used"};
-constexpr ChangeKind FAV{"fav", "Make places favourites", "marked %1 as favourite", "marked"};
-constexpr ChangeKind UNFAV{"unfav", "Make favourites ordinary places", "unmarked %1 as favourite", "unmarked"};
+constexpr ChangeKind USE{"use", "Record that places are used now", "counted a use of %1", "used"};
+constexpr ChangeKind FAV{"fav", "Mark places as favourites", "marked %1 as favourite", "marked"};
+constexpr ChangeKind UNFAV{"unfav", "Remove the favourite mark of places", "unmarked %1 as favourite", "unmarked"};
 constexpr ChangeKind TAG{"tag", "Add tags to places", "tagged %1", "tagged"};
 constexpr ChangeKind UNTAG{"untag", "Remove tags from places", "untagged %1", "untagged"};
 
@@ -44,23 +44,23 @@ struct ChangeOptions
 {
     ChoiceOptions choice;
     std::vector<std::string> tags;
-    std::string first; ///< Of the words, in commands about tags.
+    std::string first; ///< First of the words, in commands about tags.
     bool isDryRun = false;
     bool isConfirmed = false;
 };
 
-/// Asks before several places are removed; wrong use when there is nobody to be asked.
+/// Asks before several places are removed. WrongUse when standard input is not a terminal.
 ExitStatus confirm(std::size_t count)
 {
     const QString what = QStringLiteral("remove %1").arg(countOf(static_cast<qint64>(count)));
     if (::isatty(STDIN_FILENO) == 0) {
-        complain(what, QStringLiteral("that is more than one; say --yes, or --dry-run to see them"));
+        complain(what, QStringLiteral("more than one place; confirm with --yes, or list them with --dry-run"));
         return WrongUse;
     }
     return ask(QStringLiteral("places: ") + what + QLatin1Char('?'), false) ? Done : Failed;
 }
 
-/// Places that were found and do not have what is to be changed are passed over; those that were named are not.
+/// A place without the value to change is an error if the user named it, and is skipped if it was found by conditions.
 ExitStatus change(const std::vector<qint64> &ids, const ChangeKind &kind, const ChangePlace &work, bool areNamed,
                   const Context &context)
 {
@@ -86,10 +86,11 @@ ExitStatus runChange(const ChangeOptions &options, const ChangeKind &kind, const
                      const Context &context)
 {
     PlaceChoice choice;
-    if (const QString problem = options.choice.read(choice, true); !problem.isEmpty())
-        return misuse(kind.name, problem);
+    if (const ExitStatus status = options.choice.read(kind.name, choice, true); status != Done)
+        return status;
     if (choice.ids.empty() && !choice.hasConditions())
-        return misuse(kind.name, QStringLiteral("which places? Name them by their numbers or by conditions"));
+        return misuse(kind.name,
+                      QStringLiteral("no places are given; give their numbers, or conditions such as --tag"));
     if (options.isDryRun)
         return listChosen(choice, context.form);
     std::vector<qint64> ids;
@@ -104,9 +105,9 @@ ExitStatus runChange(const ChangeOptions &options, const ChangeKind &kind, const
 
 std::shared_ptr<ChangeOptions> addOptions(CLI::App &command)
 {
-    const auto options = std::make_shared<ChangeOptions>();
+    auto options = std::make_shared<ChangeOptions>();
     options->choice.addTo(command);
-    command.add_flag("--dry-run", options->isDryRun, "Change nothing; list the places");
+    command.add_flag("--dry-run", options->isDryRun, "List the places and change nothing");
     return options;
 }
 
@@ -116,13 +117,13 @@ void addChange(CLI::App &app, Context &context, const ChangeKind &kind, const Ch
     const auto options = addOptions(*command);
     command->add_option("PLACE", options->choice.words, "Numbers of places, or words of their names");
     if (kind.isRemoval)
-        command->add_flag("--yes,-y", options->isConfirmed, "Do not ask before several are removed");
+        command->add_flag("--yes,-y", options->isConfirmed, "Remove several places without asking");
     command->callback([&context, &kind, options, work] {
         context.run = [&context, &kind, options, work] { return runChange(*options, kind, work, context); };
     });
 }
 
-/// Without --as the numbers that come first are places, and what follows are tags.
+/// Without --as, the leading numbers are places and the other arguments are tags.
 QString splitTags(ChangeOptions &options)
 {
     std::vector<std::string> &words = options.choice.words;
@@ -144,8 +145,8 @@ void addTagChange(CLI::App &app, Context &context, const ChangeKind &kind, Chang
     CLI::App *command = app.add_subcommand(kind.name, kind.description);
     const auto options = addOptions(*command);
     // CLI11 gives arguments after "--" to the first option without a value.
-    command->add_option("PLACE", options->first, "Numbers of places, and then tags; with --as places only");
-    command->add_option("TAG", options->choice.words, "Further ones");
+    command->add_option("PLACE", options->first, "Numbers of places, then tags; only places with --as");
+    command->add_option("TAG", options->choice.words, "More places or tags");
     addListOption(*command, "--as", options->tags, "Tag; may be given several times");
     command->callback([&context, &kind, options, work] {
         context.run = [&context, &kind, options, work] {
@@ -158,7 +159,7 @@ void addTagChange(CLI::App &app, Context &context, const ChangeKind &kind, Chang
     });
 }
 
-/// Fetches a place and does something with it.
+/// Fetches a place and calls `work` with it.
 template <typename Work>
 Change withPlace(qint64 id, Work work)
 {

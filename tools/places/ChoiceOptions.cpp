@@ -2,6 +2,7 @@
 
 #include "ChoiceOptions.h"
 
+#include "Centre.h"
 #include "Options.h"
 
 #include <QtCore/QDateTime>
@@ -12,36 +13,41 @@ namespace tool
 namespace
 {
 
-/// Seconds since 1970-01-01T00:00:00 UTC of a date or a time in ISO 8601, of this time zone unless it names another;
-/// 0 when the text is none.
+/// Parses a date or time in ISO 8601, in local time unless it has a time zone. Returns seconds since
+/// 1970-01-01T00:00:00 UTC; 0 for any other text.
 quint64 parseTime(const QString &text)
 {
     const QDateTime time = QDateTime::fromString(text, Qt::ISODate);
     return time.isValid() && time.toSecsSinceEpoch() > 0 ? static_cast<quint64>(time.toSecsSinceEpoch()) : 0;
 }
 
-const CLI::Validator IsBox(
-    [](const std::string &argument) {
+CLI::Validator isBox()
+{
+    const auto problem = [](const std::string &argument) {
         return GeoBox::parse(text(argument)) ? std::string()
                                              : "not a part of the Earth in degrees, such as 46,7,47,8: " + argument;
-    },
-    "SOUTH,WEST,NORTH,EAST");
+    };
+    return {problem, "SOUTH,WEST,NORTH,EAST"};
+}
 
-const CLI::Validator IsTime(
-    [](const std::string &argument) {
+CLI::Validator isTime()
+{
+    const auto problem = [](const std::string &argument) {
         return parseTime(text(argument)) > 0
                    ? std::string()
                    : "not a date or time, such as 2026-01-31 or 2026-01-31T12:00:00Z: " + argument;
-    },
-    "DATE");
+    };
+    return {problem, "DATE"};
+}
 
-/// Numbers of places. Nothing for words; of a mixture only the numbers.
+/// The words that are numbers of places.
 std::vector<qint64> numbersOf(const std::vector<std::string> &words)
 {
     std::vector<qint64> numbers;
-    for (std::string word : words) {
-        if (IsId(word).empty())
-            numbers.push_back(text(word).toLongLong());
+    for (const std::string &word : words) {
+        std::string number = word;
+        if (IsId(number).empty())
+            numbers.push_back(text(number).toLongLong());
     }
     return numbers;
 }
@@ -50,21 +56,21 @@ std::vector<qint64> numbersOf(const std::vector<std::string> &words)
 
 void ChoiceOptions::addTo(CLI::App &command)
 {
-    addListOption(command, "--tag", m_tags, "Places with this tag; may be given several times, one of them counts");
-    command.add_option("--within", m_box, "Places in this part of the Earth, in degrees")->transform(IsBox);
-    command.add_option("--near", position, "Nearest to this position first")->transform(IsPosition);
+    addListOption(command, "--tag", m_tags, "Places with this tag; with several --tag, places with any of them");
+    command.add_option("--within", m_box, "Places inside this box, in degrees")->transform(isBox());
+    command.add_option("--near", position, "Nearest to this position or stored place first")->transform(IsCentre);
     addRadiusOption(command);
     m_ownerOption = command.add_option("--owner", m_owner, "Places that this application added");
-    command.add_option("--since", m_since, "Places that were stored or changed since then")->transform(IsTime);
+    command.add_option("--since", m_since, "Places stored or changed since this time")->transform(isTime());
 }
 
 void ChoiceOptions::addRadiusOption(CLI::App &command)
 {
-    command.add_option("--radius", m_radius, "Only places up to this distance, such as 500m or 2km")
+    command.add_option("--radius", m_radius, "Only places within this distance, such as 500m or 2km")
         ->transform(IsLength);
 }
 
-QString ChoiceOptions::read(PlaceChoice &choice, bool areNumbersPlaces) const
+ExitStatus ChoiceOptions::read(const char *command, PlaceChoice &choice, bool areNumbersPlaces) const
 {
     if (areNumbersPlaces)
         choice.ids = numbersOf(words);
@@ -74,15 +80,22 @@ QString ChoiceOptions::read(PlaceChoice &choice, bool areNumbersPlaces) const
     if (m_ownerOption && m_ownerOption->count() > 0)
         choice.owner = text(m_owner);
     choice.box = GeoBox::parse(text(m_box));
-    choice.centre = centre.isValid() ? centre : parsePosition(position);
     choice.radius = m_radius ? parseLength(*m_radius) : std::nullopt;
     choice.since = parseTime(text(m_since));
+    if (const QString problem = problemOf(choice); !problem.isEmpty())
+        return misuse(command, problem);
+    return position.empty() ? Done : findCentre(text(position), choice.centre);
+}
+
+QString ChoiceOptions::problemOf(const PlaceChoice &choice) const
+{
     if (!choice.ids.empty() && choice.ids.size() < words.size())
-        return QStringLiteral("numbers and words; places are named by their numbers or found by words, and words that "
-                              "begin with a number stand in quotation marks");
-    if (!choice.ids.empty() && (choice.hasConditions() || choice.centre.isValid()))
-        return QStringLiteral("numbers and conditions; places are named by their numbers or found by conditions");
-    if (choice.radius && !choice.centre.isValid())
+        return QStringLiteral(
+            "both numbers and words are given; give the numbers of places or the words of a name, and put words that "
+            "begin with a number in quotation marks");
+    if (!choice.ids.empty() && (choice.hasConditions() || !position.empty()))
+        return QStringLiteral("both numbers and conditions are given; give only one of them");
+    if (choice.radius && position.empty())
         return QStringLiteral("--radius needs a position (--near)");
     return {};
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "PlaceChoice.h"
+#include "Report.h"
 
 #include <CLI/CLI.hpp>
 
@@ -12,25 +13,27 @@
 namespace tool
 {
 
-/// The arguments that choose places, in all commands that take several.
+/// Arguments that select places, shared by all commands that take several places.
 class ChoiceOptions
 {
 public:
-    /// Adds the conditions to a command. The object outlives the command's run.
+    /// Adds the condition options to a command. The object must outlive the run of the command.
     void addTo(CLI::App &command);
     /// Adds the option `--radius` alone.
     void addRadiusOption(CLI::App &command);
 
-    /// Words that were given one by one.
+    /// Positional arguments, one word each.
     std::vector<std::string> words;
-    std::string position;
-    places::Coordinates centre; ///< Counts more than the position, if it is valid.
+    std::string position; ///< Or the number or name of a stored place.
 
-    /// Makes the choice of what was given. Returns what is wrong with it; empty when nothing is.
-    /// @param areNumbersPlaces the words name places by their numbers when they are numbers.
-    [[nodiscard]] QString read(PlaceChoice &choice, bool areNumbersPlaces) const;
+    /// Builds the choice from the arguments, and prints what is wrong with them.
+    /// @param areNumbersPlaces numbers among the words are ids of places.
+    [[nodiscard]] ExitStatus read(const char *command, PlaceChoice &choice, bool areNumbersPlaces) const;
 
 private:
+    /// What is wrong with the choice; empty when nothing is.
+    [[nodiscard]] QString problemOf(const PlaceChoice &choice) const;
+
     std::vector<std::string> m_tags;
     std::string m_box;
     std::optional<std::string> m_radius;

@@ -36,7 +36,7 @@ ExitStatus collectChosen(const PlaceChoice &choice, std::vector<qint64> &ids)
     return reportFound(error, ids.empty());
 }
 
-ExitStatus listPlaces(const std::vector<qint64> &ids, bool hasMore, Form form, const Coordinates &centre)
+ExitStatus listPlaces(const std::vector<qint64> &ids, bool hasMore, const ListForm &form)
 {
     ExitStatus status = Done;
     std::vector<std::unique_ptr<Place>> found;
@@ -52,7 +52,7 @@ ExitStatus listPlaces(const std::vector<qint64> &ids, bool hasMore, Form form, c
         found.push_back(std::move(place));
     }
     if (!places.isEmpty() || status == Done)
-        printPlaces(places, hasMore, form, centre);
+        printPlaces(places, hasMore, form);
     return status;
 }
 
@@ -60,7 +60,7 @@ ExitStatus listChosen(const PlaceChoice &choice, Form form)
 {
     std::vector<qint64> ids;
     const ExitStatus status = collectChosen(choice, ids);
-    return status == Done ? listPlaces(ids, false, form, choice.centre) : status;
+    return status == Done ? listPlaces(ids, false, {form, {}, choice.centre}) : status;
 }
 
 } // namespace tool

@@ -9,16 +9,15 @@
 namespace tool
 {
 
-/// Puts the numbers of the chosen places into `ids`: those that were named, or those that are found. Failed, and says
-/// so, when none is found.
+/// Puts the ids of the chosen places into `ids`: the given ids, or those that the conditions find. Failed with a
+/// message when none is found.
 ExitStatus collectChosen(const PlaceChoice &choice, std::vector<qint64> &ids);
 
-/// Writes places by their numbers. Failed, and says so, when one is not there.
-/// @param hasMore true when there are more of them.
-/// @param centre where distances are measured from; not valid for none.
-ExitStatus listPlaces(const std::vector<qint64> &ids, bool hasMore, Form form, const places::Coordinates &centre);
+/// Writes places by their ids. Failed with a message when one does not exist.
+/// @param hasMore true when there are more results.
+ExitStatus listPlaces(const std::vector<qint64> &ids, bool hasMore, const ListForm &form);
 
-/// Writes the chosen places as `places find` does. Failed, and says so, when one that was named is not there or none is
+/// Writes the chosen places as `places find` does. Failed with a message when a given id does not exist or nothing is
 /// found.
 ExitStatus listChosen(const PlaceChoice &choice, Form form);
 

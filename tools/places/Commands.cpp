@@ -7,7 +7,11 @@
 namespace tool
 {
 
-void printDone(const Context &context, const char *member, qint64 count, const QString &line)
+namespace
+{
+
+template <typename Value>
+void print(const Context &context, const char *member, const Value &value, const QString &line)
 {
     if (context.form == Form::Table) {
         if (!context.isQuiet)
@@ -15,8 +19,20 @@ void printDone(const Context &context, const char *member, qint64 count, const Q
         return;
     }
     formats::JsonWriter out;
-    out.object([&] { out.member(member, count); });
+    out.object([&] { out.member(member, value); });
     printJson(out.result());
+}
+
+} // namespace
+
+void printDone(const Context &context, const char *member, qint64 count, const QString &line)
+{
+    print(context, member, count, line);
+}
+
+void printDone(const Context &context, const char *member, const QString &text, const QString &line)
+{
+    print(context, member, text, line);
 }
 
 } // namespace tool

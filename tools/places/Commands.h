@@ -14,12 +14,11 @@ namespace tool
 struct Context
 {
     Form form = Form::Table;
-    /// Nothing is said of what was done.
+    /// Suppresses messages about what was done.
     bool isQuiet = false;
     /// False when the chosen command does not need a places service.
     bool needsService = true;
-    /// Set by a command that leaves threads behind which wait for the service. The process then ends without joining
-    /// them.
+    /// Set by a command that leaves threads waiting for the service. The process then ends without joining them.
     bool exitWithoutCleanup = false;
     /// The chosen command; empty until one is chosen.
     std::function<ExitStatus()> run;
@@ -33,7 +32,8 @@ void addSearchCommand(CLI::App &app, Context &context);
 void addChoiceCommands(CLI::App &app, Context &context);
 void addExchangeCommands(CLI::App &app, Context &context);
 
-/// Says what was done: a line for people, or an object with a number under the name `member`.
+/// Reports what was done: a line for people, or an object with a number or text as `member`.
 void printDone(const Context &context, const char *member, qint64 count, const QString &line);
+void printDone(const Context &context, const char *member, const QString &text, const QString &line);
 
 } // namespace tool

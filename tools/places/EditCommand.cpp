@@ -31,13 +31,13 @@ namespace
 
 constexpr unsigned INDENT = 2;
 
-/// Properties that say again what tags and records say, and those that only the service gives.
+/// Properties that duplicate tags and records, and those that only the service sets.
 constexpr const char *REPEATED[] = {
     vocabulary::FAVORITE,   vocabulary::PHONE,       vocabulary::EMAIL,          vocabulary::URL,
     vocabulary::OWNER,      vocabulary::USAGE_COUNT, vocabulary::LAST_USED_TIME, vocabulary::CREATION_TIME,
     vocabulary::UPDATE_TIME};
 
-/// The place as a feature over several lines, to be edited.
+/// The place as a feature over several lines for editing.
 QByteArray textOf(const Place &place)
 {
     ExactDocument feature;
@@ -55,13 +55,13 @@ QByteArray textOf(const Place &place)
     return printableJson(QByteArray(text.GetString(), static_cast<int>(text.GetSize())) + '\n');
 }
 
-/// Reads the only feature of a file. Returns what is wrong; empty when nothing is.
+/// Reads the only feature of a file. Returns the error; empty on success.
 QString readEdited(const QString &path, std::unique_ptr<Place> &place)
 {
     QString problem;
     int count = 0;
     Input input(path);
-    const QString ofFile = readGeoJson(input, {}, [&](ReadPlace read) {
+    QString ofFile = readGeoJson(input, {}, [&](ReadPlace read) {
         place = std::move(read.place);
         problem = read.problem;
         return ++count < 2;
@@ -69,11 +69,12 @@ QString readEdited(const QString &path, std::unique_ptr<Place> &place)
     if (!ofFile.isEmpty())
         return ofFile;
     if (count != 1)
-        return QStringLiteral("the file has to hold one feature");
-    return place || !problem.isEmpty() ? problem : QStringLiteral("its geometry has to be a Point");
+        return QStringLiteral("the file must contain exactly one feature");
+    return place || !problem.isEmpty() ? problem : QStringLiteral("its geometry must be a Point");
 }
 
-/// Has the user edit a place until it can be read. Null, with the status, when nothing is to be changed.
+/// Lets the user edit a place until the text is valid. Null when there is nothing to store; `status` is then the
+/// result.
 std::unique_ptr<Place> edited(const Place &place, ExitStatus &status, const Context &context)
 {
     const QString name = nameOfPlace(place.id());
@@ -91,7 +92,7 @@ std::unique_ptr<Place> edited(const Place &place, ExitStatus &status, const Cont
             return nullptr;
         }
         if (after == before) {
-            printDone(context, "changed", 0, name + QStringLiteral(" is as it was"));
+            printDone(context, "changed", 0, name + QStringLiteral(" is unchanged"));
             return nullptr;
         }
         std::unique_ptr<Place> read;
@@ -105,7 +106,7 @@ std::unique_ptr<Place> edited(const Place &place, ExitStatus &status, const Cont
     }
 }
 
-/// Stores what was edited, unless another program has changed the place since.
+/// Stores the edited place. Asks first when another program has changed the stored place since.
 ExitStatus store(const Place &before, const Place &after, const Context &context)
 {
     const QString name = nameOfPlace(before.id());
@@ -114,8 +115,8 @@ ExitStatus store(const Place &before, const Place &after, const Context &context
     if (!stored)
         return report(error, name);
     if (!(PlaceContent::of(*stored) == PlaceContent::of(before))) {
-        complain(name, QStringLiteral("another program has changed it meanwhile"));
-        if (!ask(QStringLiteral("places: overwrite that?"), false))
+        complain(name, QStringLiteral("another program has changed it during the edit"));
+        if (!ask(QStringLiteral("places: overwrite the other change?"), false))
             return Failed;
     }
     PlaceContent::of(after).applyTo(*stored);

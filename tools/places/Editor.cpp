@@ -13,7 +13,7 @@ namespace tool
 namespace
 {
 
-/// A process that handles the keys of the terminal as if nobody had started it.
+/// A process with the default actions for SIGINT and SIGQUIT, which this process ignores meanwhile.
 class EditorProcess : public QProcess
 {
 protected:
@@ -24,17 +24,17 @@ protected:
     }
 };
 
-/// Ignores a signal as long as it lives.
-class Ignored
+/// Ignores a signal while the object exists.
+class IgnoredSignal
 {
 public:
-    explicit Ignored(int signal)
+    explicit IgnoredSignal(int signal)
         : m_signal(signal)
         , m_before(std::signal(signal, SIG_IGN))
     {}
-    ~Ignored() { std::signal(m_signal, m_before); }
-    Ignored(const Ignored &) = delete;
-    Ignored &operator=(const Ignored &) = delete;
+    ~IgnoredSignal() { std::signal(m_signal, m_before); }
+    IgnoredSignal(const IgnoredSignal &) = delete;
+    IgnoredSignal &operator=(const IgnoredSignal &) = delete;
 
 private:
     const int m_signal;
@@ -44,7 +44,7 @@ private:
 QString editorCommand()
 {
     for (const char *variable : {"VISUAL", "EDITOR"}) {
-        if (const QString command = QString::fromLocal8Bit(qgetenv(variable)); !command.trimmed().isEmpty())
+        if (QString command = QString::fromLocal8Bit(qgetenv(variable)); !command.trimmed().isEmpty())
             return command;
     }
     return QStringLiteral("vi");
@@ -75,11 +75,11 @@ QString Editor::read(QByteArray &text) const
     return file.error() == QFile::NoError ? QString() : file.errorString();
 }
 
-/// The command may have arguments of its own, so a shell reads it.
+/// The command may contain arguments, so a shell parses it.
 QString Editor::run() const
 {
-    const Ignored interrupt(SIGINT);
-    const Ignored quit(SIGQUIT);
+    const IgnoredSignal interrupt(SIGINT);
+    const IgnoredSignal quit(SIGQUIT);
     const QString command = editorCommand();
     EditorProcess process;
     process.setProcessChannelMode(QProcess::ForwardedChannels);

@@ -8,18 +8,18 @@
 namespace tool
 {
 
-/// A text in a private file that the user changes with the editor of the environment: $VISUAL, $EDITOR, or else vi. The
-/// file, and what the editor leaves beside it, are gone with the object.
+/// A text in a private file that the user changes with an editor: $VISUAL, else $EDITOR, else vi. The destructor
+/// removes the file and everything that the editor leaves beside it.
 class Editor
 {
 public:
     Editor();
 
     [[nodiscard]] QString path() const { return m_path; }
-    /// Each returns what went wrong; empty when nothing did.
+    /// Each returns the error; empty on success.
     [[nodiscard]] QString write(const QByteArray &text) const;
     [[nodiscard]] QString read(QByteArray &text) const;
-    /// Runs the editor and waits until it ends. Ctrl-C is for the editor meanwhile.
+    /// Runs the editor and waits until it ends. Meanwhile this process ignores Ctrl-C.
     [[nodiscard]] QString run() const;
 
 private:

@@ -26,7 +26,8 @@ namespace
 void addFormatOption(CLI::App &command, std::string &format, bool onlyWritable)
 {
     std::vector<std::string> names;
-    for (const QString &name : formatNames(onlyWritable))
+    const QStringList formats = formatNames(onlyWritable);
+    for (const QString &name : formats)
         names.push_back(name.toStdString());
     command.add_option("--format", format, "Format; by default from the file's extension or content")
         ->check(CLI::IsMember(names));
@@ -36,25 +37,26 @@ void addFormatOption(CLI::App &command, std::string &format, bool onlyWritable)
 QMap<QString, QString> columnsOf(const std::vector<std::string> &assignments)
 {
     QMap<QString, QString> columns;
-    for (const QString &assignment : texts(assignments)) {
+    const QStringList list = texts(assignments);
+    for (const QString &assignment : list) {
         const int sign = assignment.lastIndexOf(QLatin1Char('='));
         columns.insert(assignment.left(sign), assignment.mid(sign + 1));
     }
     return columns;
 }
 
-/// What is done about members that are stored already: the last of these options that is given counts.
+/// Adds the options for members that are already stored. The last option given takes effect.
 void addStoredOptions(CLI::App &command, StoredMembers &stored)
 {
     const auto add = [&](const char *name, const char *description, StoredMembers value) {
         return command.add_flag_callback(
             name, [&stored, value] { stored = value; }, description);
     };
-    CLI::Option *skip = add("--skip-existing", "Leave what is stored already as it is (default)", StoredMembers::Skip);
+    CLI::Option *skip = add("--skip-existing", "Skip places that are already stored (default)", StoredMembers::Skip);
     CLI::Option *update =
-        add("--update", "Change what is stored already into what the file says", StoredMembers::Update);
+        add("--update", "Update places that are already stored with the values of the file", StoredMembers::Update);
     CLI::Option *duplicate =
-        add("--duplicate", "Store everything, also what is stored already", StoredMembers::Duplicate);
+        add("--duplicate", "Store every place again, even if it is already stored", StoredMembers::Duplicate);
     update->excludes(skip, duplicate);
     duplicate->excludes(skip);
 }
@@ -76,12 +78,12 @@ void addImport(CLI::App &app, Context &context)
     command->add_option("FILE", arguments->files, "Files; - for standard input")->required();
     addFormatOption(*command, arguments->format, false);
     addStoredOptions(*command, arguments->stored);
-    command->add_option("--tag", arguments->tag, "Tag for every place that is added")->transform(IsName);
+    command->add_option("--tag", arguments->tag, "Tag for every added place")->transform(IsName);
     command->add_flag("--areas", arguments->areas, "Import lines and areas as places at a point inside");
-    addListOption(*command, "--columns", arguments->columns, "Property that a column of a table is, by its heading")
+    addListOption(*command, "--columns", arguments->columns, "Property for the column with this heading")
         ->delimiter(',')
         ->transform(IsAssignment);
-    command->add_flag("--dry-run", arguments->isDryRun, "Write nothing; say what would be done");
+    command->add_flag("--dry-run", arguments->isDryRun, "Write nothing; print what would be done");
     command->callback([&context, arguments] {
         context.run = [&context, arguments] {
             ImportOptions options;
@@ -98,8 +100,8 @@ void addImport(CLI::App &app, Context &context)
 
 ExitStatus runExport(ExportOptions options, const ChoiceOptions &given, bool isDryRun, const Context &context)
 {
-    if (const QString problem = given.read(options.choice, true); !problem.isEmpty())
-        return misuse("export", problem);
+    if (const ExitStatus status = given.read("export", options.choice, true); status != Done)
+        return status;
     if (isDryRun)
         return listChosen(options.choice, context.form);
     qint64 count = 0;
@@ -119,11 +121,11 @@ void addExport(CLI::App &app, Context &context)
         bool isDryRun = false;
     };
     const auto arguments = std::make_shared<Arguments>();
-    CLI::App *command = app.add_subcommand("export", "Write places to a file; all that are stored, or some");
+    CLI::App *command = app.add_subcommand("export", "Write all stored places, or some of them, to a file");
     command->add_option("FILE", arguments->file, "File; - for standard output")->capture_default_str();
     command->add_option("PLACE", arguments->choice.words, "Numbers of places, or words of their names");
     arguments->choice.addTo(*command);
-    command->add_flag("--dry-run", arguments->isDryRun, "Write nothing; list the places");
+    command->add_flag("--dry-run", arguments->isDryRun, "List the places and write nothing");
     addFormatOption(*command, arguments->format, true);
     command->callback([&context, arguments] {
         context.run = [&context, arguments] {
@@ -133,18 +135,19 @@ void addExport(CLI::App &app, Context &context)
     });
 }
 
-/// Adds a command that has the service copy its store.
+/// Adds a command that makes the service copy its store.
+/// @param member name of the file in JSON.
 void addCopyCommand(CLI::App &app, Context &context, const char *name, const char *description,
-                    ExitStatus (*copy)(const QString &), const QString &done)
+                    ExitStatus (*copy)(const QString &), const char *member, const QString &done)
 {
     const auto file = std::make_shared<std::string>();
     CLI::App *command = app.add_subcommand(name, description);
-    command->add_option("FILE", *file, "File of a backup; - for standard input or output")->required();
-    command->callback([&context, file, copy, done] {
-        context.run = [&context, file, copy, done] {
+    command->add_option("FILE", *file, "Backup file; - for standard input or output")->required();
+    command->callback([&context, file, copy, member, done] {
+        context.run = [&context, file, copy, member, done] {
             const ExitStatus status = copy(text(*file));
-            if (status == Done && context.form == Form::Table && !context.isQuiet && *file != "-")
-                printLine(done.arg(text(*file)));
+            if (status == Done && *file != "-")
+                printDone(context, member, text(*file), done.arg(text(*file)));
             return status;
         };
     });
@@ -156,9 +159,9 @@ void addExchangeCommands(CLI::App &app, Context &context)
 {
     addImport(app, context);
     addExport(app, context);
-    addCopyCommand(app, context, "backup", "Write all that is stored to a backup file", backUp,
+    addCopyCommand(app, context, "backup", "Write the whole store to a backup file", backUp, "written",
                    QStringLiteral("wrote all that is stored to %1"));
-    addCopyCommand(app, context, "restore", "Replace all that is stored by what a backup file holds", restore,
+    addCopyCommand(app, context, "restore", "Replace the whole store by a backup file", restore, "restored",
                    QStringLiteral("restored all that %1 holds"));
 }
 

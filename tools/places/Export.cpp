@@ -52,8 +52,8 @@ private:
     QIODevice &m_terminal;
 };
 
-/// The device that compresses the exported file; null for a file name without the extension of a compression. The file
-/// in a zip archive has the archive's name without ".zip".
+/// The device that compresses the exported file; null when the file name has no compression extension. The file in a
+/// zip archive is named like the archive, without ".zip".
 std::unique_ptr<ArchiveDevice> makeCompressor(QFileDevice &file, const Format &format)
 {
     const QString path = file.fileName();
@@ -65,7 +65,7 @@ std::unique_ptr<ArchiveDevice> makeCompressor(QFileDevice &file, const Format &f
     return std::make_unique<ArchiveDevice>(file, compression, name + extension);
 }
 
-/// Writes the chosen places one after the other.
+/// Writes the chosen places in sequence.
 class Exporter
 {
 public:
@@ -122,7 +122,7 @@ private:
             m_status = report(error, QStringLiteral("export"));
     }
 
-    /// One that was found and is not there any more has been removed since.
+    /// A place that was found may have been removed since; it is skipped.
     void writePlace(qint64 id, bool isNamed)
     {
         if (m_status != Done)
@@ -155,7 +155,7 @@ private:
 
     const PlaceManager m_manager;
     TerminalFilter m_filter;
-    const std::unique_ptr<ArchiveDevice> m_compressor; ///< Null when nothing is compressed.
+    const std::unique_ptr<ArchiveDevice> m_compressor; ///< Null when the output is not compressed.
     const std::unique_ptr<PlaceWriter> m_writer;
     const QString m_title;
     ProgressBar m_bar;
@@ -164,7 +164,8 @@ private:
     ExitStatus m_status = Done;
 };
 
-/// Exports to a file that is open or failed to open; `finish` commits the file, also when places were left out.
+/// Exports to a file. Reports the error of a file that is not open. `finish` commits the file, even when some places
+/// were left out.
 template <typename File, typename Finish>
 ExitStatus exportTo(File &file, const Format &format, const ExportOptions &options, qint64 &count, Finish finish)
 {
@@ -189,8 +190,8 @@ bool isStream(const QString &path)
     return path == QLatin1String("-") || (file.exists() && !file.isFile());
 }
 
-/// The format with this name, else the format of the file's extension; GeoJSON without an extension. Null for an
-/// unknown extension.
+/// The format with this name; without a name, the format of the file's extension, or GeoJSON when there is no
+/// extension. Null for an unknown extension.
 const Format *exportFormat(const QString &path, const QString &name)
 {
     if (const Format *format = formatByName(name))

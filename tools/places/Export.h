@@ -17,8 +17,8 @@ struct ExportOptions
     PlaceChoice choice;
 };
 
-/// Writes the chosen places to a file. It is replaced only when all places are written, but for those that the format
-/// cannot hold. Texts are written unchanged, except on a terminal: there printableJson() escapes them.
+/// Writes the chosen places to a file. An existing file is replaced only after all places are written, except those
+/// that the format cannot hold. Texts are written unchanged, except on a terminal: there printableJson() escapes them.
 /// @param count set to the number of places written.
 ExitStatus exportPlaces(const ExportOptions &options, qint64 &count);
 

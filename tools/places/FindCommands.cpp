@@ -5,11 +5,9 @@
 #include "Commands.h"
 #include "formats/JsonWriter.h"
 #include "Options.h"
-#include "PlaceLink.h"
 #include "TerminalText.h"
 
 #include <places/InternalPlaceManager.h>
-#include <places/Place.h>
 #include <places/PlaceHeader.h>
 #include <places/PlaceManager.h>
 #include <places/PlaceSearchManager.h>
@@ -19,7 +17,6 @@
 #include <QtCore/QSharedPointer>
 
 #include <algorithm>
-#include <cstdio>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -36,11 +33,28 @@ namespace
 constexpr int PROVIDER_WIDTH = 20;
 constexpr int TYPES_WIDTH = 30;
 
+/// Options of every command that lists places.
+struct ListOptions
+{
+    void addTo(CLI::App &command)
+    {
+        addPageOptions(command, page);
+        addRowOption(command, row);
+    }
+    [[nodiscard]] ListForm form(const Context &context, const Coordinates &centre = {}) const
+    {
+        return {context.form, rowOf(row), centre};
+    }
+
+    Page page;
+    std::string row;
+};
+
 struct FindOptions
 {
     ChoiceOptions choice;
     std::string sort;
-    Page page;
+    ListOptions list;
 };
 
 /// Nothing where the conditions say what comes first.
@@ -67,9 +81,9 @@ Found owned(const QList<PlaceHeader *> &headers)
     return found;
 }
 
-/// Runs a find and prints what it found, with distances from `centre` if that is valid.
+/// Runs a find and prints what it found.
 template <typename Find>
-ExitStatus printFound(const char *command, Form form, Find find, const Coordinates &centre = Coordinates())
+ExitStatus printFound(const char *command, const ListForm &form, Find find)
 {
     Error::Type error = Error::Success;
     SearchHandle handle;
@@ -80,12 +94,13 @@ ExitStatus printFound(const char *command, Form form, Find find, const Coordinat
     PlaceList places;
     for (const auto &place : found)
         places.append(place.data());
-    printPlaces(places, handle.hasMoreData(), form, centre);
+    printPlaces(places, handle.hasMoreData(), form);
     return Done;
 }
 
 /// Finds places that the service cannot select by itself.
-ExitStatus findFiltered(const PlaceChoice &choice, const std::optional<SortRule> &sort, const Page &page, Form form)
+ExitStatus findFiltered(const PlaceChoice &choice, const std::optional<SortRule> &sort, const Page &page,
+                        const ListForm &form)
 {
     std::vector<qint64> ids;
     bool hasMore = false;
@@ -99,17 +114,18 @@ ExitStatus findFiltered(const PlaceChoice &choice, const std::optional<SortRule>
         return !hasMore;
     });
     const ExitStatus status = report(error, QStringLiteral("find"));
-    return status == Done ? listPlaces(ids, hasMore, form, choice.centre) : status;
+    return status == Done ? listPlaces(ids, hasMore, form) : status;
 }
 
 /// By words alone, contacts are found too.
-ExitStatus findPlaces(const char *command, const FindOptions &options, Form form)
+ExitStatus findPlaces(const char *command, const FindOptions &options, const Context &context)
 {
     PlaceChoice choice;
-    if (const QString problem = options.choice.read(choice, false); !problem.isEmpty())
-        return misuse(command, problem);
+    if (const ExitStatus status = options.choice.read(command, choice, false); status != Done)
+        return status;
     const std::optional<SortRule> sort = sortRuleOf(options, choice);
-    const Page &page = options.page;
+    const Page &page = options.list.page;
+    const ListForm form = options.list.form(context, choice.centre);
     if (choice.needsFilter())
         return findFiltered(choice, sort, page, form);
     const auto find = [&](Error::Type *error, SearchHandle *handle) {
@@ -118,75 +134,7 @@ ExitStatus findPlaces(const char *command, const FindOptions &options, Form form
                    : InternalPlaceManager().findMixedPlaces(choice.rule(), error, handle, *sort, page.offset,
                                                             page.limit);
     };
-    return printFound(command, form, find, choice.centre);
-}
-
-/// The position of a stored place.
-ExitStatus positionOf(qint64 id, Coordinates &position)
-{
-    Error::Type error = Error::Success;
-    const std::unique_ptr<Place> place(PlaceManager().getPlace(id, &error));
-    if (!place)
-        return report(error, nameOfPlace(id));
-    position = place->primaryCoordinates();
-    if (position.isValid())
-        return Done;
-    return fail(nameOfPlace(id), QStringLiteral("has no position; give it one with places update --at"));
-}
-
-/// The places that a name may mean: those of exactly this name or, without any, all that a find finds.
-Found namesakes(const QString &name, Error::Type &error)
-{
-    Found all = owned(PlaceManager().findPlaces(name, &error));
-    const auto isSame = [&name](const auto &place) { return place->name().compare(name, Qt::CaseInsensitive) == 0; };
-    const auto end = std::stable_partition(all.begin(), all.end(), isSame);
-    if (end != all.begin())
-        all.erase(end, all.end());
-    return all;
-}
-
-/// Names what a name may mean, and how to say which.
-void complainOfNamesakes(const QString &name, const Found &found)
-{
-    constexpr int MOST = 10;
-    QStringList candidates;
-    for (int i = 0; i < std::min(found.size(), MOST); ++i) {
-        const QString where = found[i]->primaryLocation();
-        candidates.append(QStringLiteral("%1 %2").arg(found[i]->id()).arg(found[i]->name())
-                          + (where.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(where)));
-    }
-    const QString more = found.size() > MOST ? QStringLiteral(" and others") : QString();
-    complain(name,
-             QStringLiteral("may be %1%2; name one by its number").arg(candidates.join(QStringLiteral(", ")), more));
-}
-
-/// Finds the position that the user means: one that is written as such, or that of a stored place.
-ExitStatus findCentre(const QString &centre, Coordinates &position)
-{
-    bool isNumber = false;
-    const qint64 id = centre.toLongLong(&isNumber);
-    position = readAnyPosition(centre).position;
-    if (position.isValid())
-        return Done;
-    if (isNumber)
-        return positionOf(id, position);
-    Error::Type error = Error::Success;
-    const Found found = namesakes(centre, error);
-    if (error != Error::Success)
-        return report(error, centre);
-    if (found.size() == 1)
-        return positionOf(found.first()->id(), position);
-    if (found.isEmpty())
-        complain(centre, QStringLiteral("no stored place has this name; ") + unknownForm());
-    else
-        complainOfNamesakes(centre, found);
-    return Failed;
-}
-
-ExitStatus findNear(FindOptions &options, Form form)
-{
-    const ExitStatus status = findCentre(text(options.choice.position), options.choice.centre);
-    return status == Done ? findPlaces("near", options, form) : status;
+    return printFound(command, form, find);
 }
 
 void addFind(CLI::App &app, Context &context)
@@ -197,10 +145,9 @@ void addFind(CLI::App &app, Context &context)
     options->choice.addTo(*find);
     find->add_option("--sort", options->sort, "Order of the results; without it nearest or latest first, or relevance")
         ->check(CLI::IsMember({"relevance", "name", "recent", "new"}));
-    addPageOptions(*find, options->page);
-    find->callback([&context, options] {
-        context.run = [&context, options] { return findPlaces("find", *options, context.form); };
-    });
+    options->list.addTo(*find);
+    find->callback(
+        [&context, options] { context.run = [&context, options] { return findPlaces("find", *options, context); }; });
 
     const auto nearOptions = std::make_shared<FindOptions>();
     CLI::App *near = app.add_subcommand("near", "List the places nearest to a position or to a stored place");
@@ -209,9 +156,9 @@ void addFind(CLI::App &app, Context &context)
         ->transform(IsCentre);
     near->add_option("TERM", nearOptions->choice.words, "Words to look for in the names");
     nearOptions->choice.addRadiusOption(*near);
-    addPageOptions(*near, nearOptions->page);
+    nearOptions->list.addTo(*near);
     near->callback([&context, nearOptions] {
-        context.run = [&context, nearOptions] { return findNear(*nearOptions, context.form); };
+        context.run = [&context, nearOptions] { return findPlaces("near", *nearOptions, context); };
     });
 }
 
@@ -230,7 +177,7 @@ void addRecent(CLI::App &app, Context &context)
     {
         bool onlyMine = false;
         std::string prefix;
-        Page page;
+        ListOptions list;
     };
     const auto options = std::make_shared<Options>();
     CLI::App *recent = app.add_subcommand("recent", "List places by their last use, latest first");
@@ -241,16 +188,16 @@ void addRecent(CLI::App &app, Context &context)
             ->expected(0, 1)
             ->type_name("[PREFIX]")
             ->excludes(mine);
-    addPageOptions(*recent, options->page);
+    options->list.addTo(*recent);
     recent->callback([&context, options, terms] {
         if (terms->count() > 0) {
             context.run = [&context, options] { return listRecentTerms(text(options->prefix), context.form); };
             return;
         }
         context.run = [&context, options] {
-            return printFound("recent", context.form, [&](Error::Type *error, SearchHandle *handle) {
-                return owned(PlaceManager().findRecentPlaces(error, handle, options->onlyMine, 0, options->page.offset,
-                                                             options->page.limit));
+            return printFound("recent", options->list.form(context), [&](Error::Type *error, SearchHandle *handle) {
+                return owned(PlaceManager().findRecentPlaces(error, handle, options->onlyMine, 0,
+                                                             options->list.page.offset, options->list.page.limit));
             });
         };
     });
@@ -261,19 +208,19 @@ void addContacts(CLI::App &app, Context &context)
     struct Options
     {
         std::vector<std::string> terms;
-        Page page;
+        ListOptions list;
     };
     const auto options = std::make_shared<Options>();
     CLI::App *contacts = app.add_subcommand("contacts", "List the addresses of contacts, by name");
     contacts->add_option("TERM", options->terms, "Words to look for; none for every contact");
-    addPageOptions(*contacts, options->page);
+    options->list.addTo(*contacts);
     contacts->callback([&context, options] {
         context.run = [&context, options] {
-            return printFound("contacts", context.form, [&](Error::Type *error, SearchHandle *handle) {
+            return printFound("contacts", options->list.form(context), [&](Error::Type *error, SearchHandle *handle) {
                 return owned(InternalPlaceManager().findContacts(
                     error, handle, joined(options->terms),
-                    SortRule::createSimpleSortRule(SortField::Name, SortOrder::Ascending), options->page.offset,
-                    options->page.limit));
+                    SortRule::createSimpleSortRule(SortField::Name, SortOrder::Ascending), options->list.page.offset,
+                    options->list.page.limit));
             });
         };
     });
@@ -317,7 +264,7 @@ ExitStatus listProviders(const QString &type, Form form)
         return Done;
     }
     if (providers.isEmpty())
-        std::fprintf(stderr, "places: nothing found\n");
+        reportNoneShown(false);
     for (const Provider &provider : providers) {
         const QString types =
             provider.canRequestAdditionalData() ? provider.supportedDataTypes().join(QStringLiteral(", ")) : QString();

@@ -53,7 +53,7 @@ Coordinates GeoBox::centre() const
     return Coordinates((south + north) / 2, longitude > 180 ? longitude - 360 : longitude);
 }
 
-/// In a box of at most 180 degrees the corners are the farthest points.
+/// In a box of at most 180 degrees the corners are the points farthest from the centre.
 double GeoBox::radius() const
 {
     if (width() > 180)

@@ -10,17 +10,17 @@
 namespace tool
 {
 
-/// The part of the Earth between two parallels and two meridians, in degrees, with its edges. It goes from west to
-/// east, so it crosses the 180th meridian when `west` is the larger one.
+/// The area between two parallels and two meridians, in degrees, edges included. It extends from west to east, so it
+/// crosses the 180th meridian when `west` is larger than `east`.
 struct GeoBox
 {
-    /// Reads "SOUTH,WEST,NORTH,EAST"; nothing when the text is none.
+    /// Parses "SOUTH,WEST,NORTH,EAST"; std::nullopt for any other text.
     static std::optional<GeoBox> parse(const QString &text);
 
     [[nodiscard]] bool contains(const vela::platform::places::Coordinates &position) const;
     [[nodiscard]] vela::platform::places::Coordinates centre() const;
-    /// No point of the box is further from the centre, in metres. Half the Earth's circumference for a box of more than
-    /// half the Earth.
+    /// Largest distance of a point in the box from its centre, in metres. Half the Earth's circumference for a box of
+    /// more than half the Earth.
     [[nodiscard]] double radius() const;
 
     double south = 0;

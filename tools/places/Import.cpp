@@ -36,7 +36,7 @@ public:
         , m_adder(importer, [this](const ReadPlace &read, const MemberResult &result) { return settle(read, result); })
     {}
 
-    /// Stops early only when the service is gone, on a signal, or when the file cannot be read on.
+    /// Stops early only when the service is unavailable, on a signal, or on an error of the file.
     ExitStatus run()
     {
         const QString problem = m_input.problem().isEmpty() ? read() : m_input.problem();
@@ -65,7 +65,7 @@ private:
         });
     }
 
-    /// The import ends with the first place for which there is no service. Others were in flight by then.
+    /// Stops the import at the first place for which the service is unavailable. Other places were in flight by then.
     bool settle(const ReadPlace &read, const MemberResult &result)
     {
         if (m_status == NoService && (!read.place || statusOf(result.error) == NoService))
@@ -100,9 +100,10 @@ private:
     {
         m_bar.clear();
         const QString what = read.where + QStringLiteral(": ") + read.place->name();
+        const QString updated = result.id < 0 ? QStringLiteral("a place of this import") : nameOfPlace(result.id);
         printLine(result.outcome == MemberOutcome::Imported
                       ? QStringLiteral("would import %1").arg(what)
-                      : QStringLiteral("would update place %1 with %2").arg(result.id).arg(what));
+                      : QStringLiteral("would update %1 with %2").arg(updated, what));
     }
 
     void fail(const ReadPlace &read, const QString &problem, ExitStatus status)
@@ -127,12 +128,14 @@ private:
     PlaceAdder m_adder;
 };
 
-void adviseToGoOn(StoredMembers stored)
+void adviseToRepeat(StoredMembers stored)
 {
-    complain(QStringLiteral("interrupted"),
-             stored == StoredMembers::Duplicate
-                 ? QStringLiteral("what was imported is stored; without --duplicate the same command imports the rest")
-                 : QStringLiteral("run the same command again: what is stored is skipped"));
+    complain(
+        QStringLiteral("interrupted"),
+        stored == StoredMembers::Duplicate
+            ? QStringLiteral(
+                "the places imported so far are stored; run the same command without --duplicate to import the rest")
+            : QStringLiteral("run the same command again to import the rest; stored places are skipped"));
 }
 
 } // namespace
@@ -155,7 +158,7 @@ ExitStatus importFiles(const QStringList &paths, const ImportOptions &options)
     else if (!options.isQuiet)
         printLine(summary.text(options.store));
     if (status > Interrupted)
-        adviseToGoOn(options.store.stored);
+        adviseToRepeat(options.store.stored);
     return status;
 }
 

@@ -12,16 +12,17 @@ namespace tool
 
 struct ImportOptions
 {
-    QString format; ///< Name of the files' format; empty to go by their extensions and contents.
+    QString format; ///< Name of the files' format; empty to detect it by extension and content.
     formats::ReadOptions read;
     MemberImporter::Options store;
     Form form = Form::Table;
-    bool isQuiet = false; ///< Leaves the counts out.
+    bool isQuiet = false; ///< Suppresses the counts.
 };
 
-/// Stores the places of files; "-" stands for standard input. What cannot be imported is named and left out; the counts
-/// come at the end; as JSON with the first problems. Failed when anything was left out, but for lines, areas, tracks
-/// and routes. SIGINT and SIGTERM end it once what is in flight is stored; the status is that of the signal.
+/// Stores the places of files. "-" is standard input. Each member that cannot be imported is reported and left out. The
+/// counts come at the end, in JSON with the first problems. Failed when a member failed or a file has an error; lines,
+/// areas, tracks and routes do not count. SIGINT and SIGTERM stop the import after the places in flight are stored; the
+/// status is then that of the signal.
 ExitStatus importFiles(const QStringList &paths, const ImportOptions &options);
 
 } // namespace tool

@@ -17,14 +17,14 @@ using namespace formats;
 namespace
 {
 
-/// Most problems that the summary for programs names. Standard error names all of them.
+/// Maximum number of problems in the summary for programs. Standard error lists all of them.
 constexpr int MAX_PROBLEMS = 1000;
 
 struct OutcomeName
 {
     MemberOutcome outcome;
     const char *name;
-    bool isOfUpdates; ///< Only an import that updates has such members.
+    bool isOfUpdates; ///< Only an import with --update has such members.
 };
 
 constexpr OutcomeName OUTCOMES[] = {

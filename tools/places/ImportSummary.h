@@ -13,24 +13,24 @@
 namespace tool
 {
 
-/// Counts what became of the members of files.
+/// Counts the members of files by outcome.
 class ImportSummary
 {
 public:
-    /// Something about a file that its user has to know.
+    /// A problem with a file that the user must know.
     struct Problem
     {
         QString file;
-        QString where; ///< Empty when it is about the file.
+        QString where; ///< Empty when the whole file is concerned.
         QString text;
     };
 
-    /// Tells of a problem on standard error, and keeps it.
+    /// Prints a problem to standard error and keeps it.
     void complain(const Problem &problem);
-    /// The same for a value that was lost with the place imported.
+    /// The same for a value that is lost while its place is imported.
     void complainOfLoss(const Problem &loss);
     void count(MemberOutcome outcome) { ++m_outcomes[static_cast<std::size_t>(outcome)]; }
-    /// Counts a member that is no place.
+    /// Counts a member that is not a place.
     void count(formats::MemberKind kind) { ++m_kinds[static_cast<std::size_t>(kind)]; }
     /// The number of members so far.
     [[nodiscard]] qint64 members() const;

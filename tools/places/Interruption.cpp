@@ -18,7 +18,7 @@ constexpr int SIGNALS[] = {SIGINT, SIGTERM};
 volatile std::sig_atomic_t received = 0;
 int emptyFile = -1;
 
-/// A read that begins after the signal would wait without end.
+/// Replaces standard input as well: a read that starts after the signal would otherwise block.
 void note(int signal)
 {
     const int error = errno;

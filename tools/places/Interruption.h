@@ -6,9 +6,9 @@
 namespace tool
 {
 
-/// Notes that SIGINT or SIGTERM came, for work that ends in good order. As long as the object lives these signals do
-/// nothing else but end a system call that waits, and standard input: nothing waits for more of it. A signal that the
-/// process was started to ignore stays ignored. One object at a time.
+/// Records SIGINT and SIGTERM, for work that must finish cleanly. While the object exists, these signals only interrupt
+/// a blocking system call and end standard input, so that nothing waits for more input. A signal that was ignored at
+/// the start of the process stays ignored. One object at a time.
 class Interruption
 {
 public:
@@ -17,9 +17,9 @@ public:
     Interruption(const Interruption &) = delete;
     Interruption &operator=(const Interruption &) = delete;
 
-    /// The signal that came; 0 when none did.
+    /// The received signal; 0 for none.
     [[nodiscard]] static int signal();
-    /// Has the signals come to other threads than the calling one.
+    /// Blocks the signals in the calling thread, so that other threads receive them.
     static void leaveToOtherThreads();
 
 private:

@@ -14,7 +14,7 @@ namespace tool
 namespace
 {
 
-/// Longest term that the service accepts, in UTF-16 units.
+/// Maximum length of a term in the service, in UTF-16 units.
 constexpr int LONGEST_TEXT = 4096;
 
 } // namespace

@@ -15,7 +15,7 @@ public:
 
     [[nodiscard]] const QString &text() const { return m_text; }
 
-    /// Inserts a text before the cursor. Without effect when the line becomes longer than a term may be.
+    /// Inserts a text before the cursor. Does nothing when the line would become longer than a term may be.
     void insert(const QString &text);
     /// Replaces the line and puts the cursor at its end.
     void setText(const QString &text);
@@ -42,8 +42,8 @@ private:
     [[nodiscard]] int boundaryBefore(int index) const;
     [[nodiscard]] int boundaryBehind(int index) const;
     void eraseBack(int start);
-    /// Puts the cursor at an index, or at the end of the cluster there: a change may join the characters on both sides
-    /// of it.
+    /// Moves the cursor to an index, or to the end of the cluster there: a change may merge the characters on both
+    /// sides of it.
     void putCursor(int index);
 
     QString m_text;

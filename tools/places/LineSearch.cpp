@@ -17,9 +17,8 @@ using namespace places;
 namespace
 {
 
-/// A longer input without a line feed is taken as a line; the service refuses this term.
+/// A longer input without a line feed counts as a line; the service refuses this term.
 constexpr int LONGEST_LINE = 64 * 1024;
-constexpr int NUMBER_WIDTH = 4;
 
 } // namespace
 
@@ -68,7 +67,7 @@ void LineSearch::takeLines()
         const QString line = QString::fromUtf8(m_input.left(end)).trimmed();
         m_input.remove(0, end + 1);
         if (!::isatty(STDIN_FILENO))
-            std::fputc('\n', m_output); // echo, as a terminal does
+            std::fputc('\n', m_output); // echo like a terminal
         take(line);
     }
     const bool isWaiting = m_search.isSearching() || m_isOver;
@@ -82,6 +81,7 @@ void LineSearch::take(const QString &line)
     const QVector<ResultList::PlacePointer> choices = m_search.results().choices();
     bool isNumber = false;
     const int number = line.isEmpty() ? 1 : line.toInt(&isNumber);
+    m_isToSave = line.startsWith(QLatin1Char('+'));
     if ((line.isEmpty() || isNumber) && number > 0 && number <= choices.size())
         return choose(choices[number - 1]);
     if (line.isEmpty())
@@ -106,21 +106,21 @@ void LineSearch::list()
 {
     if (!m_search.category().isEmpty())
         std::fprintf(m_output, "Category: %s\n", qUtf8Printable(printable(m_search.categoryTitle())));
-    const int columns = terminalColumns(::fileno(m_output));
-    const RowFormat format{m_search.options().centre, columns > 0 ? std::max(1, columns - NUMBER_WIDTH) : 0, false};
-    int number = 0;
+    RowFormat format{m_search.options().centre, terminalColumns(::fileno(m_output)), false, 1};
     for (const ResultList::Group &group : m_search.results().groups()) {
         const QStringList rows = rowsOf(placesOf(group.result), format);
+        format.firstNumber += rows.size();
         if (!rows.isEmpty() || group.error != Error::Success)
             std::fprintf(m_output, "%s\n", qUtf8Printable(titleOf(group.result)));
         if (group.error != Error::Success)
             std::fprintf(m_output, "  %s\n", qUtf8Printable(textOf(group.error, group.result.reason())));
         for (const QString &row : rows)
-            std::fprintf(m_output, "%*d%s\n", NUMBER_WIDTH, ++number, qUtf8Printable(row));
+            std::fprintf(m_output, "%s\n", qUtf8Printable(row));
     }
-    if (number == 0 && m_search.problem().isEmpty())
+    const bool isFound = format.firstNumber > 1;
+    if (!isFound && m_search.problem().isEmpty())
         std::fprintf(m_output, "nothing found\n");
-    ask(number > 0 ? "Number, or another search: " : "Search: ");
+    ask(isFound ? "Number (+ before it saves), or another search: " : "Search: ");
 }
 
 void LineSearch::ask(const char *prompt)

@@ -13,10 +13,10 @@
 namespace tool
 {
 
-/// Search by lines, for terminals that cannot move the cursor and for input that is no terminal. Each line of standard
-/// input is a search, and the results are listed with numbers. A number chooses a result, an empty line chooses the
-/// first one, and the end of the input leaves. The list goes to standard output if it is a terminal, else to standard
-/// error.
+/// Line-based search, for terminals that cannot move the cursor and for input that is not a terminal. Each line of
+/// standard input is a search, and the results are listed with numbers. A number chooses a result, an empty line
+/// chooses the first one, a number after a plus sign saves a result, and the end of the input leaves. The list goes to
+/// standard output if that is a terminal, else to standard error.
 class LineSearch
 {
 public:
@@ -25,12 +25,15 @@ public:
     /// Reads lines until a place is chosen (Done) or the input ends.
     ExitStatus run();
 
-    /// The place that was chosen; null when none was.
+    /// The chosen place; null when there is none.
     [[nodiscard]] ResultList::PlacePointer chosen() const { return m_chosen; }
+
+    /// True when the chosen place is to be saved, not shown.
+    [[nodiscard]] bool isToSave() const { return m_isToSave; }
 
 private:
     void takeInput();
-    /// Takes complete lines up to one that starts a search.
+    /// Processes complete lines up to one that starts a search.
     void takeLines();
     void take(const QString &line);
     void choose(const ResultList::PlacePointer &result);
@@ -38,16 +41,17 @@ private:
     void ask(const char *prompt);
     void end(ExitStatus status);
 
-    // Declared before the search, whose threads must not receive signals.
+    // Declared before the search, because its threads must not receive signals.
     const Signals m_signals;
     LiveSearch m_search;
     QEventLoop m_loop;
     QSocketNotifier m_notifier{STDIN_FILENO, QSocketNotifier::Read};
-    QByteArray m_input; ///< Bytes that are read but not yet taken as lines.
+    QByteArray m_input; ///< Bytes that are read but not yet split into lines.
     bool m_isAtEnd = false;
     bool m_isOver = false;
     std::FILE *const m_output;
     ResultList::PlacePointer m_chosen;
+    bool m_isToSave = false;
 };
 
 } // namespace tool

@@ -22,7 +22,7 @@ LiveSearch::LiveSearch(const SearchOptions &options, const std::function<void()>
 
 LiveSearch::~LiveSearch()
 {
-    // The destructor would wait for outstanding answers.
+    // Avoids the destructor, which would wait for outstanding answers.
     m_manager.release()->disconnect();
 }
 

@@ -10,24 +10,24 @@
 namespace tool
 {
 
-/// Searches that replace each other: terms in the groups of the options, or places of a category. Needs an event loop.
-/// The destructor does not wait: the threads of the search end with the process.
+/// Searches that replace each other: a term in the groups of the options, or places of a category. Needs an event loop.
+/// The destructor does not wait; the search threads end with the process.
 class LiveSearch
 {
 public:
-    /// @param answered called for each answer, after the results are updated.
+    /// @param answered called for each answer after the results are updated.
     LiveSearch(const SearchOptions &options, const std::function<void()> &answered);
     LiveSearch(const LiveSearch &) = delete;
     LiveSearch &operator=(const LiveSearch &) = delete;
     ~LiveSearch();
 
     void searchTerm(const QString &term);
-    /// Searches for places of a category; nearest first when the options have a centre.
+    /// Searches for places of a category, nearest first when the options have a centre.
     void searchCategory(const QString &category);
 
     /// True while answers are outstanding.
     [[nodiscard]] bool isSearching() const { return m_isSearching; }
-    /// The category that is searched for; empty during a search by term.
+    /// The category of the search; empty during a search by term.
     [[nodiscard]] const QString &category() const { return m_category; }
     /// The category and the searched area, for people.
     [[nodiscard]] QString categoryTitle() const;

@@ -19,33 +19,33 @@ namespace
 enum class Part
 {
     Path,
-    Query, ///< The values of some keys, commas between them.
+    Query, ///< The values of some keys, joined with commas.
     Fragment,
 };
 
-/// What the groups of a pattern are.
+/// Meaning of the groups of a pattern.
 enum class Gives
 {
     LatLon, ///< Latitude and longitude; a third group is a name.
     LonLat,
-    Degrees, ///< A position with letters for the hemispheres, underscores for blanks.
-    Text,    ///< What is searched for, which may be a position.
+    Degrees, ///< A position with letters for the hemispheres and underscores for blanks.
+    Text,    ///< A search text, which may be a position.
     Name,
-    Network, ///< Nothing without a question to the site.
+    Network, ///< Nothing: the site would have to be asked.
 };
 
-/// Where in a link something is. Parts are matched without percent escapes, with blanks for plus signs.
+/// Where a value is in a link. Parts are matched after decoding: no percent escapes, and blanks for plus signs.
 struct Pattern
 {
     const char *site;
     const char *host; ///< Regular expression for the whole host, or for the host and the beginning of the path.
     Part part;
-    const char *keys; ///< Of Query, commas between them.
+    const char *keys; ///< Keys of Query, separated by commas.
     const char *text; ///< Regular expression for the part of the link.
     Gives gives;
 };
 
-/// What NUMBER stands for in the patterns.
+/// Replaces NUMBER in the patterns.
 constexpr char DECIMAL[] = R"(([+-]?\d{1,3}(?:\.\d+)?))";
 constexpr char PAIR[] = R"(^(?:ll\.)?\s*NUMBER\s*[,~]\s*NUMBER(?![\d.]))";
 constexpr char ALL[] = "(?s)^(?:loc:)?(.+)$";
@@ -64,8 +64,8 @@ constexpr char SHORTENED[] =
     R"((?:goo\.gl|maps\.app\.goo\.gl|g\.page|g\.co|maps\.apple|her\.is|binged\.it|bit\.ly|t\.co|tinyurl\.com))";
 constexpr char WORDS[] = R"((?:www\.|map\.)?what3words\.com|w3w\.co)";
 
-/// The links that are known. Of two patterns for the same the first that matches counts: the place itself comes before
-/// the middle of the map.
+/// The known links. The first matching pattern for a value is used: the place itself comes before the middle of the
+/// map.
 constexpr Pattern PATTERNS[] = {
     {"OpenStreetMap", OSM, Part::Path, "", "^/go/", Gives::Network},
     {"OpenStreetMap", OSM, Part::Query, "mlat,mlon", PAIR, Gives::LatLon},
@@ -111,7 +111,7 @@ constexpr Pattern PATTERNS[] = {
     {"", WORDS, Part::Path, "", "", Gives::Network},
 };
 
-/// The part of a link that a pattern is for, decoded.
+/// The decoded part of a link that a pattern matches.
 QString partOf(const QUrl &url, const Pattern &pattern)
 {
     const QUrl::ComponentFormattingOptions encoded = QUrl::FullyEncoded;
@@ -122,7 +122,8 @@ QString partOf(const QUrl &url, const Pattern &pattern)
     QString query = url.query(encoded);
     const QUrlQuery items(query.replace(QLatin1Char('+'), QLatin1String("%20")));
     QStringList values;
-    for (const QString &key : QString::fromLatin1(pattern.keys).split(QLatin1Char(',')))
+    const QStringList keys = QString::fromLatin1(pattern.keys).split(QLatin1Char(','));
+    for (const QString &key : keys)
         values.append(items.queryItemValue(key, QUrl::FullyDecoded));
     return values.join(QLatin1Char(','));
 }

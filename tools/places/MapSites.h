@@ -9,20 +9,20 @@
 namespace tool
 {
 
-/// What a link of a map web site says.
+/// The content of a link of a map web site.
 struct SiteLink
 {
-    bool isKnown = false;      ///< Its site is known.
-    bool needsNetwork = false; ///< Only its site knows what it leads to.
+    bool isKnown = false;      ///< The site is in the table.
+    bool needsNetwork = false; ///< Only the site can resolve the link.
     vela::platform::places::Coordinates position;
-    QString name = {}; ///< Of the place.
-    QString text = {}; ///< What the link searches for: a position, a name or an address.
+    QString name = {}; ///< Name of the place.
+    QString text = {}; ///< The search text of the link: a position, a name or an address.
 };
 
-/// Reads a link of a map web site by what its address says. No network is used.
+/// Parses a link of a map web site. Uses no network.
 SiteLink readSiteLink(const QUrl &url);
 
-/// The names of the sites whose links are read, for people.
+/// The names of the known sites, for people.
 QString siteNames();
 
 } // namespace tool

@@ -15,7 +15,7 @@ using namespace places;
 namespace
 {
 
-/// Changes in flight.
+/// Maximum number of changes in flight.
 constexpr std::size_t THREADS = 48;
 
 } // namespace
@@ -38,7 +38,7 @@ std::vector<Change> changeAll(const std::vector<qint64> &ids, const ChangePlace 
         while (threads.size() + 1 < std::min(THREADS, ids.size()))
             threads.emplace_back(work);
     } catch (const std::system_error &) {
-        // Those that there are, and this one, do as well.
+        // The threads that started, and this one, are enough.
     }
     work();
     for (std::thread &thread : threads)

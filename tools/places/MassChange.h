@@ -13,23 +13,23 @@ namespace tool
 
 namespace places = vela::platform::places;
 
-/// What became of one change.
+/// Result of one change.
 struct Change
 {
-    /// A change that is the last request of this thread.
+    /// A change that is the last request of the calling thread.
     static Change of(places::Error::Type error);
 
     places::Error::Type error = places::Error::Success;
     QString reason = {};  ///< The service's reason for the error.
-    QString missing = {}; ///< What is not there to be changed, as the end of a sentence about the place.
+    QString missing = {}; ///< What the place lacks for the change, as the end of a sentence about it.
     bool isDone = false;  ///< Something was changed.
 };
 
-/// Changes one place, by its number; for any thread.
+/// Changes one place by its id. Called on any thread.
 using ChangePlace = std::function<Change(qint64 id)>;
 
-/// Changes places with several changes in flight, so that they share the service's transactions. Gives what became of
-/// each, in the order of the numbers.
+/// Changes places with several requests in flight, so that they share transactions in the service. Returns the results
+/// in the order of `ids`.
 std::vector<Change> changeAll(const std::vector<qint64> &ids, const ChangePlace &change);
 
 } // namespace tool

@@ -33,7 +33,7 @@ MemberResult MemberImporter::import(Place &place, const MemberKey &key) const
     if (error != Error::Success)
         return resultOf(MemberOutcome::Failed, error, place);
     if (!stored)
-        return add(place);
+        return m_options.isDryRun ? plan(place, key) : add(place);
     return m_options.stored == StoredMembers::Update ? update(*stored, place)
                                                      : resultOf(MemberOutcome::Skipped, Error::Success, *stored);
 }
@@ -49,6 +49,17 @@ MemberResult MemberImporter::add(Place &place) const
         place.addTag(m_options.tag);
     const Error::Type error = m_options.isDryRun ? Error::Success : m_manager.addPlace(&place);
     return resultOf(MemberOutcome::Imported, error, place);
+}
+
+MemberResult MemberImporter::plan(const Place &place, const MemberKey &key) const
+{
+    using Outcome = PlannedMembers::Outcome;
+    const Outcome outcome = m_planned.plan(key, PlaceContent::of(place));
+    if (outcome == Outcome::New)
+        return {MemberOutcome::Imported};
+    if (m_options.stored == StoredMembers::Skip)
+        return {MemberOutcome::Skipped};
+    return {outcome == Outcome::Same ? MemberOutcome::Unchanged : MemberOutcome::Updated};
 }
 
 MemberResult MemberImporter::update(Place &stored, const Place &place) const

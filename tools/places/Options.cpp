@@ -16,12 +16,12 @@ using vela::platform::places::Coordinates;
 namespace
 {
 
-/// Normalizes a whole number from 0 to `largest`. False when the argument is not one.
-bool normalize(std::string &argument, qint64 largest)
+/// Normalizes a whole number from `smallest` to `largest`. False when the argument is not one.
+bool normalize(std::string &argument, qint64 largest, qint64 smallest = 0)
 {
     bool isNumber = false;
     const qint64 number = text(argument).toLongLong(&isNumber);
-    if (!isNumber || number < 0 || number > largest)
+    if (!isNumber || number < smallest || number > largest)
         return false;
     argument = std::to_string(number);
     return true;
@@ -111,11 +111,25 @@ const CLI::Validator IsCount(
     },
     "COUNT");
 
+const CLI::Validator IsResult(
+    [](std::string &argument) {
+        return refusal(normalize(argument, std::numeric_limits<int>::max(), 1), "not the number of a result, from 1 on",
+                       argument);
+    },
+    "RESULT");
+
 const CLI::Validator IsName(
     [](const std::string &argument) {
         return refusal(!text(argument).trimmed().isEmpty(), "a name needs more than blanks", argument);
     },
     "NAME");
+
+const CLI::Validator IsTemplate(
+    [](const std::string &argument) {
+        PlaceTemplate row;
+        return PlaceTemplate::parse(text(argument), row).toStdString();
+    },
+    "ROW");
 
 const CLI::Validator IsAssignment(
     [](const std::string &argument) {
@@ -134,6 +148,25 @@ void addPageOptions(CLI::App &command, Page &page)
 {
     command.add_option("--offset", page.offset, "Number of results to skip")->transform(IsCount);
     addLimitOption(command, page);
+}
+
+void addRowOption(CLI::App &command, std::string &format)
+{
+    command.add_option("--format", format, R"(Rows of this form, such as '{id}\t{name}\t{latitude}\t{longitude}')")
+        ->check(IsTemplate);
+    // The help of excludes() would name --format in the list of --json once for each command.
+    const CLI::Option *json = command.get_parent()->get_option("--json");
+    command.parse_complete_callback([&format, json] {
+        if (!format.empty() && json->count() > 0)
+            throw CLI::ExcludesError("--json", "--format");
+    });
+}
+
+std::optional<PlaceTemplate> rowOf(const std::string &format)
+{
+    PlaceTemplate row;
+    const bool isGiven = !format.empty() && PlaceTemplate::parse(text(format), row).isEmpty();
+    return isGiven ? std::make_optional(row) : std::nullopt;
 }
 
 CLI::Option *addListOption(CLI::App &command, const char *name, std::vector<std::string> &values,

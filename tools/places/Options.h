@@ -1,6 +1,8 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "PlaceTemplate.h"
+
 #include <places/Coordinates.h>
 
 #include <CLI/CLI.hpp>
@@ -12,7 +14,7 @@
 #include <string>
 #include <vector>
 
-/// Options that several commands have.
+/// Options that several commands share.
 namespace tool
 {
 
@@ -22,29 +24,33 @@ QStringList texts(const std::vector<std::string> &arguments);
 /// Words given as separate arguments, joined with blanks.
 QString joined(const std::vector<std::string> &words);
 
-/// The coordinates in a text, in any form that readAnyPosition() knows; invalid for any other text.
+/// The coordinates in a text, in any form of readAnyPosition(); invalid for any other text.
 vela::platform::places::Coordinates parsePosition(const std::string &position);
-/// Why an argument is no position, for people; empty when it is one.
+/// Why an argument is not a position, for people; empty when it is one.
 std::string positionProblem(const std::string &argument);
-/// Metres of a length such as "500m", "500" or "2km"; nothing when it is none.
+/// Converts a length such as "500m", "500" or "2km" to metres; std::nullopt for any other text.
 std::optional<double> parseLength(const std::string &length);
 
-// Validators; an argument of another kind is wrong use. Use them with transform(): it replaces a number with its plain
-// decimal form, because CLI11 reads "010" as octal.
+// Validators; any other argument is wrong use. Use them with transform(): it replaces a number with its plain decimal
+// form, because CLI11 reads "010" as octal.
 extern const CLI::Validator IsPosition;
-/// The number of a place: from 0 on.
+/// The id of a place, 0 or greater.
 extern const CLI::Validator IsId;
-/// A position, or the number or name of a place. Only a position that makes no sense is refused.
+/// A position, or the id or name of a place. Refuses only invalid positions in a known form.
 extern const CLI::Validator IsCentre;
-/// The number of a place, a position or a link.
+/// The id of a place, a position or a link.
 extern const CLI::Validator IsIdOrPosition;
 /// A length in metres or kilometres.
 extern const CLI::Validator IsLength;
 /// A number of results: from 0 to the largest int.
 extern const CLI::Validator IsCount;
+/// The number of a result: from 1 on.
+extern const CLI::Validator IsResult;
 /// A text that is not blank.
 extern const CLI::Validator IsName;
-/// Two texts that are not empty, apart by the last "=".
+/// The rows of a list, as PlaceTemplate parses them.
+extern const CLI::Validator IsTemplate;
+/// Two texts separated by the last "=", neither of them empty.
 extern const CLI::Validator IsAssignment;
 
 /// The requested part of the results.
@@ -57,8 +63,12 @@ struct Page
 void addLimitOption(CLI::App &command, Page &page);
 void addPageOptions(CLI::App &command, Page &page);
 
-/// Adds an option that may be given several times, with one value each time, so that it does not take the next
-/// argument.
+/// Adds the option `--format` for the rows of a list of places; the main command has `--json`.
+void addRowOption(CLI::App &command, std::string &format);
+/// The rows of this option; nothing when it is not given.
+std::optional<PlaceTemplate> rowOf(const std::string &format);
+
+/// Adds an option that may be given several times. Each takes one value, not the next argument.
 CLI::Option *addListOption(CLI::App &command, const char *name, std::vector<std::string> &values,
                            const char *description);
 

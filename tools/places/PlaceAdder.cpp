@@ -15,9 +15,10 @@ using namespace formats;
 namespace
 {
 
-/// Members in flight.
+/// Maximum number of members in flight.
 constexpr std::size_t THREADS = 48;
-/// Maximum number of members that are read but not settled. More than threads, so that no thread waits for the reader.
+/// Maximum number of members that are read but not settled. Larger than THREADS, so that no thread waits for the
+/// reader.
 constexpr std::size_t QUEUE_LENGTH = 192;
 
 } // namespace
@@ -77,7 +78,7 @@ void PlaceAdder::follow(Item &item)
         m_ready.push_back(&item);
 }
 
-/// Failing to start a thread is no error while another one runs.
+/// Failing to start a thread is not an error while another one runs.
 void PlaceAdder::startThread()
 {
     try {

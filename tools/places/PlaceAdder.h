@@ -21,21 +21,21 @@ class PlaceAdder
 {
 public:
     /// Called with the result of each member, in file order, on the thread that calls add() and finish(). The result is
-    /// meaningless for a member that is no place. Return false to start no further members.
+    /// undefined for a member that is not a place. Return false to start no further members.
     using Settle = std::function<bool(const formats::ReadPlace &read, const MemberResult &result)>;
 
-    /// @param importer outlives the object.
+    /// @param importer must outlive the object.
     PlaceAdder(const MemberImporter &importer, Settle settle);
     /// Waits for the members in flight.
     ~PlaceAdder();
     PlaceAdder(const PlaceAdder &) = delete;
     PlaceAdder &operator=(const PlaceAdder &) = delete;
 
-    /// Queues a member of the file. Blocks while the queue is full. False when no further members are wanted.
+    /// Queues a member of the file. Blocks while the queue is full. False when `settle` stopped the import.
     bool add(formats::ReadPlace read);
     /// Blocks until all queued members are settled.
     void finish();
-    /// Drops the members that are not in flight; they are not settled.
+    /// Drops the members that are not in flight; they are never settled.
     void stop();
 
 private:
@@ -52,7 +52,7 @@ private:
         MemberKey key = {};
         MemberResult result = {};
         Stage stage = Stage::Waiting;
-        int earlier = 0;                    ///< Members that it waits for.
+        int earlier = 0;                    ///< Number of members that it waits for.
         std::vector<Item *> followers = {}; ///< Members that wait for it.
     };
 
@@ -73,7 +73,7 @@ private:
     std::condition_variable m_isWork;
     std::condition_variable m_isFrontDone;
     // Guarded by the mutex. A place belongs to the thread that works on it until its item is done.
-    std::deque<Item> m_items; ///< In the order of the file.
+    std::deque<Item> m_items; ///< In file order.
     std::deque<Item *> m_ready;
     bool m_isEnded = false;
 };

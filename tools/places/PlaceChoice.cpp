@@ -19,7 +19,7 @@ using namespace places;
 namespace
 {
 
-/// Places in one answer of the service: headers, and full places. A page is held in memory.
+/// Headers or full places per answer of the service. A page is held in memory.
 constexpr int HEADERS = 1000;
 constexpr int FULL_PLACES = 200;
 
@@ -34,12 +34,13 @@ quint64 changeTimeOf(const AbstractPlace &place)
 Page fullPlaces(const SearchRule &rule, Error::Type *error, SearchHandle *handle, const SortRule &sort, int offset)
 {
     Page page;
-    for (Place *place : InternalPlaceManager().findPlaces(rule, error, handle, sort, offset, FULL_PLACES))
+    const auto places = InternalPlaceManager().findPlaces(rule, error, handle, sort, offset, FULL_PLACES);
+    for (Place *place : places)
         page.append(QSharedPointer<AbstractPlace>(place));
     return page;
 }
 
-/// Joins rules as createAndRule() does; the empty rule adds nothing.
+/// Combines rules with createAndRule(); the empty rule adds nothing.
 void restrict(SearchRule &rule, const SearchRule &further)
 {
     rule = rule == SearchRule() ? further : SearchRule::createAndRule(rule, further);
@@ -74,8 +75,8 @@ SearchRule PlaceChoice::rule() const
     return rule;
 }
 
-/// Without a nearest or latest place it is an order that only a use of a place changes, and that new places take in the
-/// order they were added: pages neither overlap nor leave gaps.
+/// Without a centre or time the order is the last use: only a use of a place changes it, and new places come in the
+/// order of adding. So pages neither overlap nor leave gaps.
 SortRule PlaceChoice::sort() const
 {
     if (centre.isValid())

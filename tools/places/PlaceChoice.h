@@ -25,38 +25,38 @@ namespace tool
 
 namespace places = vela::platform::places;
 
-/// Which stored places a command is about: some by their numbers, or those for which all conditions hold; without any
-/// condition all of them.
+/// The stored places that a command works on: given ids, or the places that meet all conditions. Without conditions
+/// these are all places.
 struct PlaceChoice
 {
     std::vector<qint64> ids;
-    QString words;                ///< Of the name, as a find by words reads them.
-    QStringList tags;             ///< One of them.
-    std::optional<QString> owner; ///< Empty for places without one.
-    std::optional<GeoBox> box;    ///< In which the position is.
-    places::Coordinates centre;   ///< From which distances count; not valid for none.
+    QString words;                ///< Words of the name, as in a find by words.
+    QStringList tags;             ///< Tags; places with any of them.
+    std::optional<QString> owner; ///< Owner; empty for places without one.
+    std::optional<GeoBox> box;    ///< Box that contains the position.
+    places::Coordinates centre;   ///< Distances are measured from here; invalid for none.
     std::optional<double> radius; ///< Largest distance from the centre in metres.
-    quint64 since = 0;            ///< Stored or changed then or later, in seconds since 1970-01-01T00:00:00 UTC.
+    quint64 since = 0;            ///< Earliest time of storing or changing, in seconds since 1970-01-01T00:00:00 UTC.
 
     [[nodiscard]] bool hasConditions() const;
-    /// True when nothing but words, if that, says which places are meant.
+    /// True when there are no conditions except words.
     [[nodiscard]] bool isOfWordsOnly() const;
-    /// True when the rule selects places that the conditions do not.
+    /// True when the rule finds places that do not meet all conditions.
     [[nodiscard]] bool needsFilter() const { return box || radius || since > 0; }
 
     [[nodiscard]] places::SearchRule rule() const;
-    /// The order in which the chosen places end soonest: nearest or latest first.
+    /// The order in which the chosen places come first: nearest or latest first.
     [[nodiscard]] places::SortRule sort() const;
 
-    /// Calls `visit` for each place of the conditions, page by page. False from it ends that. Places are full ones when
-    /// `since` is set, else headers.
-    /// @param sort nothing for the choice's own order.
+    /// Calls `visit` for each place that meets the conditions, page by page, until it returns false. Places are full
+    /// ones when `since` is set, else headers.
+    /// @param sort std::nullopt for the order of sort().
     using Visit = std::function<bool(const places::AbstractPlace &place)>;
     [[nodiscard]] places::Error::Type forEach(const std::optional<places::SortRule> &sort, const Visit &visit) const;
 
 private:
     [[nodiscard]] bool accepts(const places::AbstractPlace &place) const;
-    /// True when no place behind this one in the choice's own order is accepted.
+    /// True when no place from this one on is accepted, in the order of sort().
     [[nodiscard]] bool endsBefore(const places::AbstractPlace &place) const;
 };
 

@@ -26,7 +26,7 @@ void overlay(QString &text, const QString &other)
         text = other;
 }
 
-/// Elements of `other` that are missing come behind.
+/// Appends the missing elements of `other`.
 void unite(QStringList &list, const QStringList &other)
 {
     const QSet<QString> present(list.begin(), list.end());
@@ -75,7 +75,7 @@ AuxiliaryData overlaid(AuxiliaryData data, const AuxiliaryData &other)
     return data;
 }
 
-/// Index of the first record of a type from `from` on; the number of records when there is none.
+/// Index of the first record of a type, starting at `from`; the number of records when there is none.
 int indexOfType(const QList<AuxiliaryData> &records, const QString &type, int from)
 {
     int index = from;
@@ -84,7 +84,7 @@ int indexOfType(const QList<AuxiliaryData> &records, const QString &type, int fr
     return index;
 }
 
-/// The first record of a type goes with the first one of the other list, and so on.
+/// Matches the records of each type in order: the first with the first, and so on.
 void overlay(QList<AuxiliaryData> &records, const QList<AuxiliaryData> &other)
 {
     QMap<QString, int> next;
@@ -116,10 +116,11 @@ void replaceTags(Place &place, const QStringList &tags)
         place.addTag(tag);
 }
 
-/// Some tags bring an alias along; the list of aliases knows better.
+/// Adding some tags adds an alias, so aliases are set after tags.
 void replaceAliases(Place &place, const QStringList &aliases)
 {
-    for (const QString &alias : place.aliases())
+    const QStringList oldAliases = place.aliases();
+    for (const QString &alias : oldAliases)
         place.removeAlias(alias);
     for (const QString &alias : aliases)
         place.addAlias(alias);

@@ -18,16 +18,16 @@ namespace tool
 
 namespace places = vela::platform::places;
 
-/// What a place says, without what its store says of it (number, owner, uses, times), to be compared and changed.
+/// The content of a place without the values of its store (id, owner, uses, times), for comparing and changing.
 struct PlaceContent
 {
     static PlaceContent of(const places::Place &place);
 
-    /// Changes a place into one that says this. Records that it has already keep their numbers and providers.
+    /// Sets the content of a place. Existing records keep their ids and providers.
     void applyTo(places::Place &place) const;
 
-    /// This content with all that another one says. What the other one does not say stays: empty texts, parts of
-    /// addresses, records and their properties. Tags and aliases are those of both.
+    /// This content with all values of another one applied. Empty values of the other one change nothing: texts, parts
+    /// of addresses, records and their properties. Tags and aliases are merged.
     [[nodiscard]] PlaceContent with(const PlaceContent &other) const;
 
     bool operator==(const PlaceContent &other) const;

@@ -20,25 +20,26 @@ using namespace vela::platform::places;
 namespace
 {
 
-/// The value of "q", with "+" for a blank.
+/// The value of "q"; "+" is a blank.
 QString queryText(const QString &query)
 {
-    for (const QString &item : query.split(QLatin1Char('&'))) {
+    const QStringList items = query.split(QLatin1Char('&'));
+    for (const QString &item : items) {
         if (item.startsWith(QLatin1String("q="), Qt::CaseInsensitive))
             return QUrl::fromPercentEncoding(item.mid(2).replace(QLatin1Char('+'), QLatin1String("%20")).toUtf8());
     }
     return {};
 }
 
-/// A position as a query may have it.
+/// A position in a form that queries use.
 Coordinates queriedPosition(const QString &text)
 {
     const Coordinates decimal = formats::readDecimalPosition(text.trimmed());
     return decimal.isValid() ? decimal : formats::readPosition(text).position;
 }
 
-/// Reads what is searched for, "POSITION(LABEL)" or a text: it may say better than the coordinates where the place is.
-/// A text is the name of a place whose position is known, and an address without a position otherwise.
+/// Reads a query: "POSITION(LABEL)" or a text. Its position takes precedence over the coordinates. A text is the name
+/// of the place when the position is known, else an address.
 void readQuery(const QString &text, Coordinates &position, QString &name, Address &address)
 {
     static const QRegularExpression LABELLED(QStringLiteral(R"(\A([^()]*)\((.*)\)\z)"),
@@ -72,7 +73,7 @@ QString readGeoUri(const QString &uri, Place &place)
     if (!read.problem.isEmpty())
         return read.problem;
     const QString query = queryText(uri.section(QLatin1Char('#'), 0, 0).section(QLatin1Char('?'), 1));
-    // At 0,0 applications put what they search for.
+    // At 0,0 the query is a search text.
     if (!query.isEmpty() && read.position.latitude() == 0 && read.position.longitude() == 0)
         read.position.setLatitude(qQNaN());
     QString name;
@@ -82,7 +83,7 @@ QString readGeoUri(const QString &uri, Place &place)
     return {};
 }
 
-/// True for a link of the map web service, whatever its host, that gives a position.
+/// True for a link of the map web service on any host that contains a position.
 bool hasOwnPosition(const QUrl &url)
 {
     Place place;
@@ -92,9 +93,8 @@ bool hasOwnPosition(const QUrl &url)
 QString fillFromSite(const SiteLink &link, Place &place)
 {
     if (link.needsNetwork)
-        return QStringLiteral(
-            "only its site knows where it leads, and would have to be asked on the network; open it, and "
-            "give the position or the link that you find there");
+        return QStringLiteral("only its site can resolve this link, and the network is not used; open it, and "
+                              "give the position or the link of the opened page");
     Coordinates position = link.position;
     QString name = link.name;
     Address address;
@@ -103,14 +103,14 @@ QString fillFromSite(const SiteLink &link, Place &place)
     if (!link.name.isEmpty())
         name = link.name;
     if (!position.isValid() && address.isEmpty())
-        return QStringLiteral("a link of a map web site that gives neither a position nor an address");
+        return QStringLiteral("a link of a map web site without a position or an address");
     fill(place, position, name, address);
     return {};
 }
 
 QString readMapLink(QString link, Place &place)
 {
-    // Escape a "%" that begins no escape; else QUrl rewrites all other escapes too.
+    // Escapes a "%" that starts no escape; otherwise QUrl would change all other escapes too.
     static const QRegularExpression BARE_PERCENT(QStringLiteral("%(?![0-9A-Fa-f]{2})"));
     const QUrl url(link.replace(BARE_PERCENT, QStringLiteral("%25")));
     if (const SiteLink site = readSiteLink(url); site.isKnown && !hasOwnPosition(url))

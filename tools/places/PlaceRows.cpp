@@ -9,9 +9,12 @@
 #include <places/Utilities.h>
 
 #include <QtCore/QRegularExpression>
+#include <QtCore/QtMath>
 #include <QtCore/QVector>
 
 #include <algorithm>
+#include <cmath>
+#include <iterator>
 
 namespace tool
 {
@@ -23,10 +26,13 @@ namespace
 {
 
 constexpr int ID_WIDTH = 7;
+constexpr int NUMBER_WIDTH = 3;
 /// Preferred width of the names, in columns.
 constexpr int NAME_WIDTH = 40;
 /// Minimum width of the addresses, in columns, as long as it is at most half of the row.
 constexpr int WHERE_WIDTH = 14;
+/// Minimum width of names and addresses together beside positions, in columns.
+constexpr int LEAST_BESIDE_POSITION = 40;
 /// A longer description is not shown as a name.
 constexpr int LONGEST_OTHER_NAME = 40;
 const QString SEPARATOR = QStringLiteral(", ");
@@ -36,7 +42,7 @@ struct Row
     QString lead;
     QString name;
     QStringList where; ///< Parts of the address, the largest last.
-    QString distance;
+    QString point;     ///< Distance and direction from the centre, or the position.
 
     [[nodiscard]] QString whereText() const { return where.join(SEPARATOR); }
 };
@@ -61,14 +67,35 @@ QStringList whereParts(const AbstractPlace &place)
     return parts;
 }
 
+/// The direction in which a great circle starts, as one of eight points of the compass.
+QString directionText(const Coordinates &from, const Coordinates &to)
+{
+    static constexpr const char *POINTS[] = {"N ", "NE", "E ", "SE", "S ", "SW", "W ", "NW"};
+    constexpr int COUNT = std::size(POINTS);
+    const double start = qDegreesToRadians(from.latitude());
+    const double end = qDegreesToRadians(to.latitude());
+    const double turn = qDegreesToRadians(to.longitude() - from.longitude());
+    const double east = std::sin(turn) * std::cos(end);
+    const double north = std::cos(start) * std::sin(end) - std::sin(start) * std::cos(end) * std::cos(turn);
+    const int point = qRound(std::atan2(east, north) / (2 * M_PI) * COUNT);
+    return QLatin1String(POINTS[(point + COUNT) % COUNT]);
+}
+
 QString distanceText(const Coordinates &from, const Coordinates &to)
 {
-    if (!from.isValid() || !to.isValid())
-        return {};
     const double metres = Utilities::calculateDistanceInMeter(from, to);
+    const QString direction = QLatin1Char(' ') + (metres < 1 ? QStringLiteral("  ") : directionText(from, to));
     if (metres < 1000)
-        return QStringLiteral("%1 m").arg(qRound(metres));
-    return QStringLiteral("%1 km").arg(metres / 1000, 0, 'f', metres < 10000 ? 1 : 0);
+        return QStringLiteral("%1 m").arg(qRound(metres)) + direction;
+    return QStringLiteral("%1 km").arg(metres / 1000, 0, 'f', metres < 10000 ? 1 : 0) + direction;
+}
+
+/// Empty for a place without a position.
+QString pointColumn(const Coordinates &centre, const Coordinates &position)
+{
+    if (!position.isValid())
+        return {};
+    return centre.isValid() ? distanceText(centre, position) : pointText(position);
 }
 
 Row rowOf(const AbstractPlace &place, const RowFormat &format)
@@ -77,7 +104,28 @@ Row rowOf(const AbstractPlace &place, const RowFormat &format)
     const QChar star = place.isFavorite() ? QChar(0x2605) : QLatin1Char(' ');
     const QString lead = format.hasIds ? id.rightJustified(ID_WIDTH) + QLatin1Char(' ') : QString();
     return {lead + star + QLatin1Char(' '), nameText(place), whereParts(place),
-            distanceText(format.centre, place.primaryCoordinates())};
+            pointColumn(format.centre, place.primaryCoordinates())};
+}
+
+/// The rows, beginning with their numbers if the format says so.
+Rows allRows(const PlaceList &places, const RowFormat &format)
+{
+    Rows rows;
+    for (const AbstractPlace *place : places) {
+        Row row = rowOf(*place, format);
+        if (format.firstNumber > 0)
+            row.lead.prepend(QString::number(format.firstNumber + rows.size()).rightJustified(NUMBER_WIDTH)
+                             + QStringLiteral(". "));
+        rows.append(row);
+    }
+    return rows;
+}
+
+QString withoutEndBlanks(QString text)
+{
+    while (text.endsWith(QLatin1Char(' ')))
+        text.chop(1);
+    return text;
 }
 
 template <typename Text>
@@ -100,8 +148,9 @@ void shortenWhere(Rows &rows)
 {
     for (Row &row : rows) {
         const auto isInName = [&row](const QString &part) {
-            const QString words = QStringLiteral("\\b%1\\b").arg(QRegularExpression::escape(part));
-            return QRegularExpression(words, QRegularExpression::UseUnicodePropertiesOption).match(row.name).hasMatch();
+            const QRegularExpression words(QStringLiteral("\\b%1\\b").arg(QRegularExpression::escape(part)),
+                                           QRegularExpression::UseUnicodePropertiesOption);
+            return words.match(row.name).hasMatch();
         };
         while (row.where.size() > 1 && isInName(row.where.first()))
             row.where.removeFirst();
@@ -146,26 +195,32 @@ ResultKind kindOf(const AbstractPlace &result)
 
 QStringList rowsOf(const PlaceList &places, const RowFormat &format)
 {
-    Rows rows;
-    for (const AbstractPlace *place : places)
-        rows.append(rowOf(*place, format));
+    Rows rows = allRows(places, format);
     if (rows.isEmpty())
         return {};
-    const int distances = widest(rows, [](const Row &row) { return row.distance; });
+    int points = widest(rows, [](const Row &row) { return row.point; });
     const int lead = widest(rows, [](const Row &row) { return row.lead; });
     const bool isLimited = format.columns > 0;
-    const int room = std::max(2, format.columns - lead - 1 - (distances > 0 ? distances + 1 : 0));
+    const int columns = format.columns - lead - 1;
+    if (isLimited && !format.centre.isValid() && columns - points - 1 < LEAST_BESIDE_POSITION)
+        points = 0;
+    const int room = std::max(2, columns - (points > 0 ? points + 1 : 0));
     const int names = isLimited ? nameWidth(rows, room) : NAME_WIDTH;
-    const int where = isLimited ? room - names : widestWhere(rows);
+    const int where = isLimited ? std::min(room - names, widestWhere(rows)) : widestWhere(rows);
     QStringList texts;
     for (const Row &row : qAsConst(rows)) {
-        QString text = row.lead + cell(row.name, names) + QLatin1Char(' ');
-        text += isLimited || distances > 0 ? cell(row.whereText(), where) : printable(row.whereText());
-        if (distances > 0)
-            text += QLatin1Char(' ') + row.distance.rightJustified(distances);
-        texts.append(text);
+        QString text = cell(row.lead, lead) + cell(row.name, names) + QLatin1Char(' ');
+        text += cell(row.whereText(), where);
+        if (points > 0)
+            text += QLatin1Char(' ') + row.point.rightJustified(points);
+        texts.append(withoutEndBlanks(text));
     }
     return texts;
+}
+
+QString pointText(const Coordinates &point)
+{
+    return QStringLiteral("%1, %2").arg(point.latitude(), 0, 'f', 5).arg(point.longitude(), 0, 'f', 5);
 }
 
 } // namespace tool

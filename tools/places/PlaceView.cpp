@@ -2,7 +2,9 @@
 
 #include "PlaceView.h"
 
+#include "formats/GeoJsonWriter.h"
 #include "formats/Vocabulary.h"
+#include "PlaceRows.h"
 #include "TerminalText.h"
 
 #include <places/CalendarAuxiliaryData.h>
@@ -32,8 +34,6 @@ namespace
 {
 
 constexpr int NAME_WIDTH = 14;
-/// The end of the year 9999, in seconds since 1970-01-01T00:00:00 UTC. Later times are shown as numbers.
-constexpr quint64 LAST_SECOND = 253402300799;
 
 /// Fields, one per line; the lines of a long value are aligned in one column.
 class Fields
@@ -50,7 +50,8 @@ public:
         QString lead = printable(name);
         const int width = std::max(columnsOf(lead) + 1, NAME_WIDTH - m_indent.size());
         lead = cell(lead, width);
-        for (const QString &line : value.split(QLatin1Char('\n'))) {
+        const QStringList lines = value.split(QLatin1Char('\n'));
+        for (const QString &line : lines) {
             m_text += m_indent + lead + printable(line) + QLatin1Char('\n');
             lead = QString(width, QLatin1Char(' '));
         }
@@ -125,11 +126,6 @@ QString indoorText(const Address &address)
                   QStringLiteral(", "));
 }
 
-QString pointText(const Coordinates &point)
-{
-    return QStringLiteral("%1, %2").arg(point.latitude(), 0, 'f', 5).arg(point.longitude(), 0, 'f', 5);
-}
-
 QString positionText(const Coordinates &position)
 {
     if (!position.isValid())
@@ -179,7 +175,8 @@ void addTexts(Fields &out, const View &view, const ViewText<View> (&texts)[N], Q
     }
 }
 
-/// Adds the record's source id and the properties that are not yet shown. Old records have keys framed in semicolons.
+/// Adds the record's external id and the properties that are not yet shown. Keys of old records have semicolons around
+/// them.
 void addRest(Fields &out, const AuxiliaryData &data, const QSet<QString> &shown)
 {
     out.add("Listing", data.externalId());
@@ -242,7 +239,8 @@ QString categoriesText(const QList<Category> &categories)
     QStringList codes;
     for (const Category &category : categories) {
         QStringList children;
-        for (const Category &child : category.children())
+        const auto found = category.children();
+        for (const Category &child : found)
             children.append(child.code());
         codes.append(children.isEmpty()
                          ? category.code()
@@ -251,7 +249,6 @@ QString categoriesText(const QList<Category> &categories)
     return codes.join(QStringLiteral(", "));
 }
 
-/// -
 void addPointOfInterest(Fields &out, const AuxiliaryData &data)
 {
     using Poi = PointOfInterestAuxiliaryData;

@@ -8,7 +8,7 @@
 namespace tool
 {
 
-/// A progress line on standard error; does nothing when that is no terminal.
+/// A progress line on standard error. Does nothing when standard error is not a terminal.
 class ProgressBar
 {
 public:
@@ -17,7 +17,7 @@ public:
     ProgressBar &operator=(const ProgressBar &) = delete;
     ~ProgressBar() { clear(); }
 
-    /// @param part the share that is done, from 0 to 1; 0 when it is unknown.
+    /// @param part completed share from 0 to 1; 0 when it is unknown.
     void show(double part, qint64 count);
     /// Erases the line before a message is printed.
     void clear();

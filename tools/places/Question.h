@@ -6,8 +6,8 @@
 namespace tool
 {
 
-/// Asks on standard error and reads a line from standard input: "y" or "yes" in any case is yes, an empty line what
-/// `isYes` says, anything else and the end of the input no.
+/// Asks on standard error and reads a line from standard input. "y" and "yes" in any case mean yes, an empty line means
+/// `isYes`. Anything else, and the end of the input, means no.
 [[nodiscard]] bool ask(const QString &question, bool isYes);
 
 } // namespace tool

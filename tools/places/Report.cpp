@@ -10,6 +10,8 @@
 #include <places/Place.h>
 #include <places/PlaceJson.h>
 
+#include <QtCore/QByteArrayList>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -35,21 +37,21 @@ struct Advice
 
 /// Advice when the service gives no reason.
 constexpr Advice ADVICE[] = {
-    {Error::Unspecified, "the log of the places service may say why"},
+    {Error::Unspecified, "the cause may be in the log of the places service"},
     {Error::InvalidArgument, "see --help"},
-    {Error::NotFound, "places find lists those that are there"},
+    {Error::NotFound, "list the stored places with places find"},
     {Error::AlreadyStored, "change it with places update"},
     {Error::PermissionDenied, "the places may be another user's"},
     {Error::CommunicationFailed, "it may have another version"},
     {Error::ServiceUnavailable, "start placesd"},
-    {Error::StorageFailed, "its log says why"},
-    {Error::LimitExceeded, "ask for less"},
+    {Error::StorageFailed, "the cause is in its log"},
+    {Error::LimitExceeded, "request less"},
     {Error::Busy, "try again"},
-    {Error::TimedOut, "try again, or ask for less"},
+    {Error::TimedOut, "try again, or request less"},
     {Error::NotUnderstood, "it may have an older version"},
-    {Error::ProviderFailed, "the log of the places service says why"},
-    {Error::BackupFailed, "the log of the places service says why"},
-    {Error::RestoreFailed, "the log of the places service says why"},
+    {Error::ProviderFailed, "the cause is in the log of the places service"},
+    {Error::BackupFailed, "the cause is in the log of the places service"},
+    {Error::RestoreFailed, "the cause is in the log of the places service"},
 };
 
 /// The advice for an error; empty when there is none.
@@ -82,6 +84,12 @@ ExitStatus misuse(const char *command, const QString &problem)
 QString nameOfPlace(qint64 id)
 {
     return QStringLiteral("place %1").arg(id);
+}
+
+QString nameOfPlace(const AbstractPlace &place)
+{
+    const QString where = place.primaryLocation();
+    return place.name() + (where.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(where));
 }
 
 QString countOf(qint64 places)
@@ -128,6 +136,8 @@ void printTexts(const QStringList &texts, Form form)
     if (form == Form::Table) {
         for (const QString &text : texts)
             printLine(text);
+        if (texts.isEmpty())
+            reportNoneShown(false);
         return;
     }
     JsonWriter out;
@@ -141,9 +151,15 @@ int terminalColumns(int descriptor)
     return ::isatty(descriptor) && ::ioctl(descriptor, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
-void printRows(const PlaceList &found, const Coordinates &centre)
+void printRows(const PlaceList &found, const ListForm &form, int firstNumber)
 {
-    for (const QString &row : rowsOf(found, {centre, terminalColumns(STDOUT_FILENO)}))
+    if (form.row) {
+        for (const AbstractPlace *place : found)
+            std::printf("%s\n", qUtf8Printable(form.row->row(*place, form.centre)));
+        return;
+    }
+    const QStringList rows = rowsOf(found, {form.centre, terminalColumns(STDOUT_FILENO), true, firstNumber});
+    for (const QString &row : rows)
         printLine(row);
 }
 
@@ -153,11 +169,11 @@ void reportNoneShown(bool hasMore)
                  hasMore ? "places: --limit 0 shows none of those that are found\n" : "places: nothing found\n");
 }
 
-void printPlaces(const PlaceList &found, bool hasMore, Form form, const Coordinates &centre)
+void printPlaces(const PlaceList &found, bool hasMore, const ListForm &form)
 {
-    if (form != Form::Table)
-        return printJson(toGeoJson(found, hasMore));
-    printRows(found, centre);
+    if (form.form != Form::Table)
+        return printJson(toGeoJson(found, hasMore, form.centre));
+    printRows(found, form);
     if (found.isEmpty())
         reportNoneShown(hasMore);
     else if (hasMore)
@@ -174,6 +190,17 @@ void printPlace(const Place &place, Form form)
     case Form::Document:
         return printJson(PlaceJson::write(place, PlaceJson::Texts::Unicode));
     }
+}
+
+void printFeatures(const std::vector<std::unique_ptr<Place>> &places, bool isList)
+{
+    QByteArrayList features;
+    for (const auto &place : places)
+        features.append(toGeoJson(*place));
+    if (isList)
+        printJson(R"({"type":"FeatureCollection","features":[)" + features.join(',') + "]}");
+    else if (!features.isEmpty())
+        printJson(features.first());
 }
 
 ExitStatus finishOutput()

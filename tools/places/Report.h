@@ -2,6 +2,7 @@
 #pragma once
 
 #include "formats/GeoJsonWriter.h"
+#include "PlaceTemplate.h"
 
 #include <places/Coordinates.h>
 #include <places/Error.h>
@@ -9,6 +10,10 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
+
+#include <memory>
+#include <optional>
+#include <vector>
 
 namespace vela::platform::places
 {
@@ -29,18 +34,26 @@ enum ExitStatus : int
     Failed = 1,
     WrongUse = 2,
     NoService = 69,   ///< EX_UNAVAILABLE of sysexits.h.
-    Interrupted = 128 ///< Plus the signal number, as a shell reports a program that a signal ended.
+    Interrupted = 128 ///< Plus the signal number, as shells report a program that a signal ended.
 };
 
 /// Form of results on standard output.
 enum class Form
 {
     Table,    ///< For people.
-    Json,     ///< GeoJSON, or JSON for results that are no places.
+    Json,     ///< GeoJSON, or JSON for results that are not places.
     Document, ///< The library's JSON document of a place.
 };
 
-/// The text of an outcome: the error with the service's reason, or else with advice.
+/// Form of a list of places.
+struct ListForm
+{
+    Form form = Form::Table;
+    std::optional<PlaceTemplate> row = {}; ///< Template of each row; without it, columns for people.
+    places::Coordinates centre = {};       ///< Distances are measured from here; invalid for none.
+};
+
+/// The message for an outcome: the error with the service's reason, or with advice when there is no reason.
 QString textOf(places::Error::Type outcome, const QString &reason);
 ExitStatus statusOf(places::Error::Type outcome);
 /// The exit status for an outcome. A failure of `what` is printed to standard error, with the reason of this thread's
@@ -51,34 +64,37 @@ ExitStatus report(places::Error::Type outcome, const QString &what, const QStrin
 
 /// Prints a problem and where it is to standard error.
 void complain(const QString &where, const QString &problem);
-/// The same, as the end of a command: Failed, or WrongUse of a command with a hint to its help.
+/// The same as the last action of a command: returns Failed, or WrongUse with a hint to the command's help.
 ExitStatus fail(const QString &where, const QString &problem);
 ExitStatus misuse(const char *command, const QString &problem);
 
-/// What messages call a place, and a number of places.
+/// The names of a place and of a number of places in messages.
 QString nameOfPlace(qint64 id);
+QString nameOfPlace(const places::AbstractPlace &place);
 QString countOf(qint64 places);
 
-/// Prints to standard error why no place is shown: nothing is found, or the limit is 0.
+/// Prints to standard error why no place is shown: nothing was found, or the limit is 0.
 /// @param hasMore true when places are found.
 void reportNoneShown(bool hasMore);
 
 /// Writes a list of places.
 /// @param hasMore true when the service has more places.
-/// @param centre distances are measured from here; invalid for none.
-void printPlaces(const formats::PlaceList &found, bool hasMore, Form form, const places::Coordinates &centre);
-/// Writes places as rows of the terminal's width.
-void printRows(const formats::PlaceList &found, const places::Coordinates &centre);
+void printPlaces(const formats::PlaceList &found, bool hasMore, const ListForm &form);
+/// Writes places as rows: those of the form, or else of the terminal's width.
+/// @param firstNumber rows of the terminal's width begin with numbers from this one on; 0 for none.
+void printRows(const formats::PlaceList &found, const ListForm &form, int firstNumber = 0);
 /// Writes all data of a place.
 void printPlace(const places::Place &place, Form form);
+/// Writes all data of places as GeoJSON: a Feature if there is one, or a list as a FeatureCollection.
+void printFeatures(const std::vector<std::unique_ptr<places::Place>> &places, bool isList);
 /// Writes texts, one per line or as a JSON array.
 void printTexts(const QStringList &texts, Form form);
 /// Writes a line for people.
 void printLine(const QString &line);
-/// Writes a JSON text, on a terminal without control characters; see printableJson().
+/// Writes a JSON text; on a terminal without control characters, see printableJson().
 void printJson(const QByteArray &json);
 
-/// Width of the terminal in columns; 0 when the descriptor is no terminal.
+/// Width of the terminal in columns; 0 when the descriptor is not a terminal.
 int terminalColumns(int descriptor);
 
 /// Flushes standard output. On a failure prints an error and returns Failed.

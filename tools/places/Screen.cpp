@@ -13,6 +13,7 @@
 #include <curses.h>
 #include <sys/ioctl.h>
 #include <termcap.h>
+#include <termios.h>
 #include <unistd.h>
 
 namespace tool
@@ -21,9 +22,9 @@ namespace tool
 namespace
 {
 
-/// Longest gap between the bytes of one key, in milliseconds. After it, an Escape byte is the Escape key.
+/// Longest gap between the bytes of one key, in milliseconds. A longer gap after an Escape byte means the Escape key.
 constexpr int ESCAPE_DELAY = 50;
-/// The same in pasted text: no key is pressed there, and the end mark must not be missed.
+/// The same in pasted text, where no key is pressed and the end mark must be recognised.
 constexpr int PASTE_ESCAPE_DELAY = 1000;
 
 // Bracketed paste; other terminals ignore these sequences.
@@ -36,10 +37,10 @@ SCREEN *current = nullptr;
 int descriptor = -1; // output of the terminal
 std::terminate_handler previousTerminate = nullptr;
 
-/// Writes directly to the terminal; curses has no pending output between two calls.
+/// Writes directly to the terminal. curses has no pending output between two calls.
 void send(const char *sequence)
 {
-    // A terminal that is closed needs no handling.
+    // A closed terminal needs no handling.
     [[maybe_unused]] const ssize_t written = ::write(descriptor, sequence, std::strlen(sequence));
 }
 
@@ -84,6 +85,17 @@ attr_t attributesOf(Style style)
         return A_DIM;
     }
     return A_NORMAL;
+}
+
+/// Makes Ctrl-S a key: by default it stops the output. Leaving the screen undoes this.
+void passFlowControl()
+{
+    struct termios settings = {};
+    if (::tcgetattr(descriptor, &settings) != 0)
+        return;
+    settings.c_iflag &= ~static_cast<tcflag_t>(IXON);
+    ::tcsetattr(descriptor, TCSADRAIN, &settings);
+    ::def_prog_mode();
 }
 
 /// Keys as sent by terminals that ignore the keypad mode, and the marks of pasted text.
@@ -131,6 +143,7 @@ Key::Type keyType(int code)
         {KEY_ENTER, Key::Enter},
         {'\r', Key::Enter},
         {'\n', Key::Enter},
+        {control('S'), Key::Save},
         {KEY_BACKSPACE, Key::Backspace},
         {control('H'), Key::Backspace},
         {'\x7F', Key::Backspace},
@@ -146,8 +159,8 @@ Key::Type keyType(int code)
     return code < ' ' || code > 0xFF ? Key::Other : Key::Text;
 }
 
-/// True when Escape was pressed alone. Otherwise it begins an unknown key, and the rest of that key is read: one byte,
-/// or a control sequence (ECMA-48) up to its final byte.
+/// True when Escape was pressed alone. Otherwise reads the rest of an unknown key: one byte, or a control sequence
+/// (ECMA-48) up to its final byte.
 bool isAlone()
 {
     int next = ::wgetch(stdscr);
@@ -175,6 +188,7 @@ Screen::Screen()
     ::cbreak();
     ::noecho();
     ::nonl();
+    passFlowControl();
     ::keypad(stdscr, true);
     ::nodelay(stdscr, true);
     ::set_escdelay(ESCAPE_DELAY);
@@ -222,7 +236,7 @@ void Screen::suspend()
 std::optional<Key> Screen::nextKey()
 {
     for (int code = ::wgetch(stdscr); code != ERR; code = ::wgetch(stdscr)) {
-        if (const std::optional<Key> key = m_isPasting ? pastedKeyOf(code) : keyOf(code))
+        if (std::optional<Key> key = m_isPasting ? pastedKeyOf(code) : keyOf(code))
             return key;
     }
     return std::nullopt;
@@ -237,7 +251,7 @@ std::optional<Key> Screen::keyOf(int code)
     const Key::Type type = keyType(code);
     if (type != Key::Text)
         return Key{type, {}};
-    // A UTF-8 character may arrive byte by byte.
+    // The bytes of a UTF-8 character may arrive separately.
     const char byte = static_cast<char>(code);
     const QString text = m_decoder->toUnicode(&byte, 1);
     return text.isEmpty() ? std::nullopt : std::make_optional(Key{Key::Text, text});

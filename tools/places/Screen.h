@@ -26,6 +26,7 @@ struct Key
         Home,
         End,
         Enter,
+        Save,
         Backspace,
         Delete,
         EraseWord,
@@ -51,9 +52,9 @@ enum class Style
 /// redirected. One object at a time. The destructor and an uncaught exception restore the terminal. Handle signals that
 /// end the process (Signals), so that the object is destroyed first.
 ///
-/// Pasted text arrives as text where the terminal marks it (bracketed paste). Control characters in it, such as line
-/// feeds, become one blank, and are dropped at its end: a paste never presses Enter. Without the marks a paste is a
-/// burst of keys.
+/// Pasted text is detected where the terminal marks it (bracketed paste). Control characters in it, such as line feeds,
+/// become one blank, and are dropped at its end, so a paste never presses Enter. Without the marks a paste is a series
+/// of keys.
 class Screen
 {
 public:
@@ -78,7 +79,7 @@ public:
 
     // These draw to a buffer:
     void clear();
-    /// Writes a text over a whole row; it is cut at the end of the row.
+    /// Writes a text over a whole row. It is cut at the end of the row.
     void write(int row, const QString &text, Style style);
     /// Shows the buffer and puts the cursor here.
     void show(int row, int column);
@@ -94,7 +95,7 @@ private:
     std::FILE *m_output = nullptr;
     std::unique_ptr<QTextDecoder> m_decoder;
     bool m_isPasting = false;
-    bool m_isBlankPasted = false; ///< Control characters were pasted; a blank replaces them if text follows.
+    bool m_isBlankPasted = false; ///< Control characters were pasted; a blank replaces them when text follows.
 };
 
 } // namespace tool

@@ -4,11 +4,13 @@
 
 #include "formats/JsonWriter.h"
 #include "Groups.h"
+#include "ResultSaver.h"
 #include "Signals.h"
 
 #include <places/AbstractPlace.h>
 
 #include <QtCore/QEventLoop>
+#include <QtCore/QMap>
 
 #include <cstdio>
 #include <memory>
@@ -23,13 +25,13 @@ using namespace places;
 namespace
 {
 
-/// Prints the groups of one search as they arrive.
+/// Takes the groups of one search as they arrive, and prints them or stores some of their results.
 class GroupPrinter
 {
 public:
-    GroupPrinter(const SearchOptions &options, Form form)
+    GroupPrinter(const SearchOptions &options, const Context &context)
         : m_options(options)
-        , m_form(form)
+        , m_context(context)
     {}
 
     void take(Error::Type error, const SearchResult &result)
@@ -37,15 +39,16 @@ public:
         if (const ExitStatus status = report(error, QLatin1String(namesOf(result.source()).name), result.reason());
             status != Done)
             m_status = status;
-        if (m_form == Form::Table)
-            print(result);
-        else
-            m_answers.append({error, result});
+        m_answers.insert(result.source(), {error, result});
+        if (m_context.form == Form::Table && m_options.saved.empty())
+            printReady();
     }
 
     ExitStatus finish()
     {
-        if (m_form != Form::Table)
+        if (!m_options.saved.empty())
+            return m_status == Done ? save() : m_status; // without a group the numbers would be others
+        if (m_context.form != Form::Table)
             printJson(toJson());
         else if (m_count == 0 && m_status == Done)
             reportNoneShown(m_hasMore);
@@ -59,18 +62,42 @@ private:
         SearchResult result;
     };
 
+    /// Prints the groups for which no earlier one is outstanding.
+    void printReady()
+    {
+        while (m_printed < m_options.groups.size() && m_answers.contains(m_options.groups[m_printed]))
+            print(m_answers[m_options.groups[m_printed++]].result);
+    }
+
     void print(const SearchResult &result)
     {
         const PlaceList places = placesOf(result);
         m_hasMore = m_hasMore || result.handle().hasMoreData();
         if (places.isEmpty())
             return;
-        if (m_count > 0)
+        if (!m_options.row && m_count > 0)
             printLine(QString());
-        printLine(titleOf(result));
-        printRows(places, m_options.centre);
+        if (!m_options.row)
+            printLine(titleOf(result));
+        printRows(places, {m_context.form, m_options.row, m_options.centre}, m_count + 1);
         std::fflush(stdout); // the next group may take long
         m_count += places.size();
+    }
+
+    ExitStatus save()
+    {
+        PlaceList results;
+        for (const SearchResultGroup::Type group : m_options.groups)
+            results += placesOf(m_answers[group].result);
+        PlaceList chosen;
+        for (const int number : m_options.saved) {
+            if (number > results.size())
+                return tool::fail(
+                    QStringLiteral("search"),
+                    QStringLiteral("there is no result %1 to save; found: %2").arg(number).arg(results.size()));
+            chosen.append(results[number - 1]);
+        }
+        return saveResults(chosen, m_context);
     }
 
     void writeAnswer(JsonWriter &out, const Answer &answer)
@@ -81,7 +108,7 @@ private:
                 out.member("error", qint64(answer.error));
                 out.member("problem", textOf(answer.error, answer.result.reason()));
             }
-            writeCollection(out, placesOf(answer.result), answer.result.handle().hasMoreData());
+            writeCollection(out, placesOf(answer.result), answer.result.handle().hasMoreData(), m_options.centre);
         });
     }
 
@@ -92,23 +119,20 @@ private:
         out.object([&] {
             out.key("groups");
             out.array([&] {
-                for (const SearchResultGroup::Type group : m_options.groups) {
-                    for (const Answer &answer : m_answers) {
-                        if (answer.result.source() == group)
-                            writeAnswer(out, answer);
-                    }
-                }
+                for (const SearchResultGroup::Type group : m_options.groups)
+                    writeAnswer(out, m_answers[group]);
             });
         });
         return out.result();
     }
 
     const SearchOptions &m_options;
-    const Form m_form;
+    const Context &m_context;
     ExitStatus m_status = Done;
-    int m_count = 0;
+    QMap<SearchResultGroup::Type, Answer> m_answers;
+    int m_printed = 0;      ///< Groups.
+    int m_count = 0;        ///< Printed results.
     bool m_hasMore = false; ///< In any group.
-    QList<Answer> m_answers;
 };
 
 } // namespace
@@ -122,7 +146,8 @@ void startSearch(SearchManager &manager, const SearchOptions &options, const QSt
 PlaceList placesOf(const SearchResult &result)
 {
     PlaceList places;
-    for (const QSharedPointer<AbstractPlace> &place : result.result())
+    const auto found = result.result();
+    for (const QSharedPointer<AbstractPlace> &place : found)
         places.append(place.get());
     return places;
 }
@@ -134,7 +159,7 @@ QString titleOf(const SearchResult &result)
                                          : title;
 }
 
-ExitStatus search(const SearchOptions &options, Form form)
+ExitStatus search(const SearchOptions &options, const Context &context)
 {
     std::optional<ExitStatus> interruption;
     QEventLoop loop;
@@ -142,7 +167,7 @@ ExitStatus search(const SearchOptions &options, Form form)
         interruption = static_cast<ExitStatus>(Interrupted + signal);
         loop.quit();
     });
-    GroupPrinter printer(options, form);
+    GroupPrinter printer(options, context);
     auto manager = std::make_unique<SearchManager>();
     QObject::connect(manager.get(), &SearchManager::resultAvailable, &loop,
                      [&](Error::Type error, const SearchResult &result, bool last) {

@@ -6,6 +6,7 @@
 #include "LineEditor.h"
 #include "LineSearch.h"
 #include "PlaceRows.h"
+#include "ResultSaver.h"
 #include "Screen.h"
 #include "Signals.h"
 #include "TerminalText.h"
@@ -58,6 +59,8 @@ public:
 
     /// The place that was chosen; null when none was.
     [[nodiscard]] PlacePointer chosen() const { return m_chosen; }
+    /// True when the chosen place is to be saved, not shown.
+    [[nodiscard]] bool isToSave() const { return m_isToSave; }
 
 private:
     void takeSignal(int signal)
@@ -77,6 +80,7 @@ private:
         int waiting = 0;
         if (::ioctl(STDIN_FILENO, FIONREAD, &waiting) != 0 || waiting == 0)
             return end(Failed); // the terminal is closed
+        m_notice.clear();
         for (std::optional<Key> key = m_screen.nextKey(); key && !m_isOver; key = m_screen.nextKey())
             take(*key);
         if (m_isOver)
@@ -143,6 +147,8 @@ private:
         case Key::PageDown:
             return move(listHeight());
         case Key::Enter:
+        case Key::Save:
+            m_isToSave = key == Key::Save;
             m_isEnterWaiting = true;
             return choose();
         case Key::Redraw:
@@ -189,7 +195,12 @@ private:
         if (!place)
             return;
         m_isEnterWaiting = false;
-        switch (kindOf(*place)) {
+        const ResultKind kind = kindOf(*place);
+        if (m_isToSave && kind != ResultKind::Place) {
+            m_notice = QStringLiteral("only places can be saved; Enter searches for this");
+            return;
+        }
+        switch (kind) {
         case ResultKind::Place:
             m_chosen = place;
             return end(Done);
@@ -239,7 +250,8 @@ private:
         if (chosenLine < height)
             m_top = 0; // show the title above it
         int row = 1;
-        for (const Line &line : lines.mid(m_top, height))
+        const auto shown = lines.mid(m_top, height);
+        for (const Line &line : shown)
             m_screen.write(row++, line.text, line.style);
     }
 
@@ -270,14 +282,18 @@ private:
 
     [[nodiscard]] QString hint() const
     {
+        if (!m_notice.isEmpty())
+            return m_notice;
         if (m_search.isSearching() && m_isEnterWaiting)
-            return QStringLiteral("searching ... Enter waits for the answer");
+            return m_isToSave ? QStringLiteral("searching ... saves when the answer is there")
+                              : QStringLiteral("searching ... Enter waits for the answer");
         if (m_search.isSearching())
             return QStringLiteral("searching ...");
         if (!m_search.results().chosen())
             return m_search.problem().isEmpty() ? QStringLiteral("nothing found") : m_search.problem();
-        return m_search.category().isEmpty() ? QStringLiteral("Up and Down choose, Enter shows, Escape leaves")
-                                             : QStringLiteral("Up and Down choose, Enter shows, Escape goes back");
+        return m_search.category().isEmpty()
+                   ? QStringLiteral("Up and Down choose, Enter shows, Ctrl-S saves, Escape leaves")
+                   : QStringLiteral("Up and Down choose, Enter shows, Ctrl-S saves, Escape goes back");
     }
 
     Screen &m_screen;
@@ -288,7 +304,9 @@ private:
     QEventLoop m_loop;
     LineEditor m_line;
     bool m_isEdited = false;       ///< Changed since the last search.
-    bool m_isEnterWaiting = false; ///< Enter was pressed before the choice is known.
+    bool m_isEnterWaiting = false; ///< Enter or Ctrl-S was pressed before the choice is known.
+    bool m_isToSave = false;       ///< It was Ctrl-S.
+    QString m_notice;              ///< Shown until the next key.
     int m_waitingRows = 0;         ///< Moves that wait for a place.
     int m_top = 0;                 ///< First visible line of the list.
     PlacePointer m_chosen;
@@ -312,10 +330,12 @@ ExitStatus show(const AbstractPlace &chosen, Form form)
 ExitStatus searchAsYouType(const SearchOptions &options, Context &context)
 {
     PlacePointer chosen;
+    bool isToSave = false;
     ExitStatus status = Done;
     const auto choose = [&](auto &&search) {
         status = search.run();
         chosen = search.chosen();
+        isToSave = search.isToSave();
     };
     {
         Screen screen;
@@ -325,7 +345,9 @@ ExitStatus searchAsYouType(const SearchOptions &options, Context &context)
             choose(LineSearch(options));
     }
     context.exitWithoutCleanup = true;
-    return status == Done ? show(*chosen, context.form) : status;
+    if (status != Done)
+        return status;
+    return isToSave ? saveResults({chosen.get()}, context) : show(*chosen, context.form);
 }
 
 } // namespace tool

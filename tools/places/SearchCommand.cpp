@@ -1,5 +1,6 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
+#include "Centre.h"
 #include "Commands.h"
 #include "Groups.h"
 #include "Options.h"
@@ -47,16 +48,19 @@ struct Arguments
     Page page;
     bool withoutFavorites = false;
     bool asYouType = false;
+    std::string row;
+    std::vector<int> saved;
 };
 
 SearchOptions optionsOf(const Arguments &arguments)
 {
     SearchOptions options;
     options.term = joined(arguments.terms);
-    options.centre = parsePosition(arguments.position);
     options.groups = groupsOf(arguments.groups);
     options.limit = arguments.page.limit;
     options.withoutFavorites = arguments.withoutFavorites;
+    options.row = rowOf(arguments.row);
+    options.saved = arguments.saved;
     return options;
 }
 
@@ -71,15 +75,31 @@ void addSearchCommand(CLI::App &app, Context &context)
                   "Group to search; may be given several times (default: local, suggestions)")
         ->delimiter(',')
         ->transform(CLI::IsMember(groupNames(), CLI::ignore_case));
-    command->add_option("--near", arguments->position, "Search around this position")->transform(IsPosition);
+    command->add_option("--near", arguments->position, "Search around this position or stored place")
+        ->transform(IsCentre);
     addLimitOption(*command, arguments->page);
     command->add_flag("--no-favourites", arguments->withoutFavorites, "Leave out favourites");
-    command->add_flag("--as-you-type", arguments->asYouType,
-                      "Read the term from the terminal, key by key, and show the place that is chosen");
+    addRowOption(*command, arguments->row);
+    CLI::Option *saved = command
+                             ->add_option("--save", arguments->saved,
+                                          "Save the result of this number, as printed; may be given several times")
+                             ->delimiter(',')
+                             ->allow_extra_args(false)
+                             ->transform(IsResult)
+                             ->excludes("--format");
+    command
+        ->add_flag("--as-you-type", arguments->asYouType,
+                   "Read the term from the terminal, key by key, and show or save the place that is chosen")
+        ->excludes("--format")
+        ->excludes(saved);
     command->callback([&context, arguments] {
         context.run = [&context, arguments] {
-            const SearchOptions options = optionsOf(*arguments);
-            return arguments->asYouType ? searchAsYouType(options, context) : search(options, context.form);
+            SearchOptions options = optionsOf(*arguments);
+            const ExitStatus status =
+                arguments->position.empty() ? Done : findCentre(text(arguments->position), options.centre);
+            if (status != Done)
+                return status;
+            return arguments->asYouType ? searchAsYouType(options, context) : search(options, context);
         };
     });
 }

@@ -27,7 +27,7 @@ constexpr int START_TIMEOUT_MS = 10000;
 constexpr int STOP_TIMEOUT_MS = 10000;
 constexpr int OPEN_FLAGS = 2;
 
-/// A child process that ends with this process, even when this one crashes, and ignores Ctrl-C on the terminal.
+/// A child process that ends with this process, even after a crash, and ignores Ctrl-C on the terminal.
 class ChildProcess : public QProcess
 {
 protected:
@@ -38,7 +38,7 @@ protected:
     }
 };
 
-/// The service's program: beside this program, else on the PATH.
+/// The program of the service: beside this program, else in the PATH.
 QString serviceProgram()
 {
     const QString self = QFile::symLinkTarget(QStringLiteral("/proc/self/exe"));
@@ -76,8 +76,8 @@ bool ServiceStarter::start()
     m_channelFolder = std::make_unique<QTemporaryDir>();
     if (program.isEmpty()) {
         complain(QStringLiteral("placesd"),
-                 QStringLiteral("no places service is running, and placesd is neither beside this program nor on the "
-                                "PATH; install it, or start one by hand"));
+                 QStringLiteral("no places service is running, and placesd is neither beside this program nor in the "
+                                "PATH; install placesd, or start a service"));
         return false;
     }
     if (!m_channelFolder->isValid()) {
@@ -98,7 +98,7 @@ bool ServiceStarter::start()
         m_service->waitForFinished(10);
     }
     complain(program, QStringLiteral("no places service is running, and this one did not start within %1 seconds; "
-                                     "start it by hand to see why")
+                                     "start it on its own to see the cause")
                           .arg(START_TIMEOUT_MS / 1000));
     return false;
 }

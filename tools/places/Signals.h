@@ -11,8 +11,9 @@
 namespace tool
 {
 
-/// Handles signals in the event loop of this thread. While the object lives, they have no other effect, neither on this
-/// thread nor on threads started meanwhile. A signal that the process was started to ignore stays ignored.
+/// Handles signals in the event loop of this thread. While the object exists, they have no other effect, neither on
+/// this thread nor on threads started in the meantime. A signal that was ignored at the start of the process stays
+/// ignored.
 class Signals
 {
 public:
@@ -29,10 +30,10 @@ private:
     std::unique_ptr<QSocketNotifier> m_notifier;
 };
 
-/// Stops the process as an unhandled stop signal does, until it is continued.
+/// Stops the process like an unhandled stop signal, until it is continued.
 void stopBySignal(int signal);
 
-/// Ends the process by the signal, so that the parent process sees it.
+/// Ends the process with the signal, so that the parent process sees it.
 [[noreturn]] void endBySignal(int signal);
 
 } // namespace tool

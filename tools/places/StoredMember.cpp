@@ -17,28 +17,28 @@ using namespace places;
 namespace
 {
 
-/// Places in one answer: more than the nearest are seldom of interest.
-constexpr int FEW = 4;
-/// Places in one answer, and most that are looked at, where no position tells which come first.
+/// Places per answer. More than the nearest ones are rarely needed.
+constexpr int NEAREST_PAGE_SIZE = 4;
+/// Places per answer, and maximum number of checked places, when there is no position to sort by.
 constexpr int PAGE_SIZE = 250;
 constexpr int MOST_WITHOUT_POSITION = 1000;
 
 using IsSame = bool (MemberKey::*)(const MemberKey &) const;
 
-/// Places that one member may be, page by page.
+/// Candidates for one member, page by page.
 class Candidates
 {
 public:
     enum class Order
     {
         Any,
-        NearestFirst, ///< Where the member has a position.
+        NearestFirst, ///< If the member has a position.
     };
 
     Candidates(const MemberKey &key, const SearchRule &rule, Order order = Order::NearestFirst)
         : m_key(key)
         , m_rule(rule)
-        , m_pageSize(order == Order::Any || key.position.isValid() ? FEW : PAGE_SIZE)
+        , m_pageSize(order == Order::Any || key.position.isValid() ? NEAREST_PAGE_SIZE : PAGE_SIZE)
     {
         if (order == Order::NearestFirst && key.position.isValid())
             m_sort = SortRule::createDistanceSortRule(key.position, SortOrder::Ascending);
@@ -49,7 +49,8 @@ public:
     {
         SearchHandle handle;
         m_page.clear();
-        for (Place *place : m_manager.findPlaces(m_rule, &m_error, &handle, m_sort, m_offset, m_pageSize))
+        const auto page = m_manager.findPlaces(m_rule, &m_error, &handle, m_sort, m_offset, m_pageSize);
+        for (Place *place : page)
             m_page.emplace_back(place);
         m_offset += static_cast<int>(m_page.size());
         m_hasMore = handle.hasMoreData() && !m_page.empty();
@@ -57,7 +58,7 @@ public:
             m_last = MemberKey::of(*m_page.back());
     }
 
-    /// The first of the page that is the same place; null when none is.
+    /// The first place of the page that is the same; null when none is.
     std::unique_ptr<Place> take(IsSame isSame)
     {
         const auto found = std::find_if(m_page.begin(), m_page.end(), [&](const std::unique_ptr<Place> &place) {
@@ -72,15 +73,16 @@ public:
         return take(isSame);
     }
 
-    /// True when all that there are were looked at.
+    /// True when all candidates were checked.
     [[nodiscard]] bool isComplete() const { return m_error == Error::Success && !m_hasMore; }
-    /// True when a later page can have a place within `radius` metres, or, without a position, any that is looked at.
+    /// True when a later page may contain a match: a place within `radius` metres or, without a position, any of the
+    /// places to be checked.
     [[nodiscard]] bool hasMoreWithin(double radius) const
     {
         return m_hasMore
                && (m_key.position.isValid() ? m_key.isWithin(m_last, radius) : m_offset < MOST_WITHOUT_POSITION);
     }
-    /// What is too long to be looked for is in no place: the service says so when it is asked to store it.
+    /// A value that is too long for a search is in no place. The service refuses it when the place is stored.
     [[nodiscard]] Error::Type error() const { return m_error == Error::LimitExceeded ? Error::Success : m_error; }
 
 private:
@@ -106,7 +108,7 @@ SearchRule idRule(const MemberKey &key)
     return SearchRule::createAuxiliaryPairRule(QLatin1String(MemberKey::ID_PROPERTY), SearchOperator::Equals, key.id);
 }
 
-/// A place nearby is among the nearest that have the id; one of the same name may be anywhere.
+/// A nearby place is among the nearest ones with the id. A place with the same name may be anywhere.
 std::unique_ptr<Place> findById(const MemberKey &key, Error::Type &error)
 {
     Candidates nearest(key, idRule(key));

@@ -10,8 +10,8 @@
 namespace tool
 {
 
-/// Finds the stored place that a member of a file stands for: by its id, else by its name and position. Null when there
-/// is none, and on failure, of which `error` tells. For any thread.
+/// Finds the stored place that equals a member of a file: by its id, else by its name and position. Null when there is
+/// none and on failure; `error` tells which. For any thread.
 std::unique_ptr<places::Place> findStoredMember(const MemberKey &key, places::Error::Type &error);
 
 } // namespace tool

@@ -11,14 +11,14 @@ namespace tool
 namespace
 {
 
-bool steers(QChar c)
+bool controlsTerminal(QChar c)
 {
     const ushort code = c.unicode();
     return c.category() == QChar::Other_Control || code == 0x061C || code == 0x200E || code == 0x200F
            || (code >= 0x2028 && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
 }
 
-/// The width of the character at `index`, in columns; moves `index` behind it.
+/// The width of the character at `index` in columns. Advances `index` past it.
 int takeCharacter(const QString &text, int &index)
 {
     uint character = text[index].unicode();
@@ -28,7 +28,7 @@ int takeCharacter(const QString &text, int &index)
         ++index;
     }
     ++index;
-    // wcwidth() of the C library; an unknown character is shown as one replacement character.
+    // As wcwidth() of the C library. An unknown character is shown as one replacement character.
     const int columns = ::wcwidth(static_cast<wchar_t>(character));
     return columns < 0 ? 1 : columns;
 }
@@ -37,7 +37,7 @@ int takeCharacter(const QString &text, int &index)
 
 QString printable(QString text)
 {
-    std::replace_if(text.begin(), text.end(), steers, QLatin1Char(' '));
+    std::replace_if(text.begin(), text.end(), controlsTerminal, QLatin1Char(' '));
     return text;
 }
 
@@ -46,8 +46,9 @@ QByteArray printableJson(const QByteArray &json)
     // White space between tokens. JSON contains no other control characters below DEL, but CSV may.
     static const QString BLANKS = QStringLiteral("\t\n\r");
     QString text;
-    for (const QChar c : QString::fromUtf8(json)) {
-        if (steers(c) && !BLANKS.contains(c))
+    const QString characters = QString::fromUtf8(json);
+    for (const QChar c : characters) {
+        if (controlsTerminal(c) && !BLANKS.contains(c))
             text += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
         else
             text += c;

@@ -4,15 +4,15 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
 
-/// Text for a terminal. Stored places may hold any characters.
+/// Text for a terminal. Stored places may contain any character.
 namespace tool
 {
 
-/// The text with blanks for characters that control a terminal, end a line or change the text direction: control
-/// characters, line separators and bidirectional controls (UAX #9).
+/// Replaces characters that control a terminal, end a line or change the text direction by blanks: control characters,
+/// line separators and bidirectional controls (UAX #9).
 QString printable(QString text);
 
-/// The JSON text with \uXXXX for each of these characters that JSON allows in a string.
+/// Replaces the same characters in JSON by \uXXXX where JSON allows them in a string.
 QByteArray printableJson(const QByteArray &json);
 
 /// The width of a text in a terminal, in columns: two for a wide character, none for a combining one.

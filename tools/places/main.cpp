@@ -4,7 +4,6 @@
 #include "Options.h"
 #include "ServiceStarter.h"
 #include "Signals.h"
-#include "TerminalText.h"
 
 #include <places/Version.h>
 
@@ -16,7 +15,6 @@
 #include <cstring>
 #include <exception>
 #include <iostream>
-#include <sstream>
 
 #include <langinfo.h>
 
@@ -25,7 +23,7 @@ namespace
 
 using tool::ExitStatus;
 
-/// Output is UTF-8. The plain C locale is ASCII only and would damage other characters in the arguments.
+/// Output is UTF-8. The plain C locale is ASCII only and would corrupt other characters in the arguments.
 void useUtf8Locale()
 {
     if (std::strcmp(::nl_langinfo(CODESET), "ANSI_X3.4-1968") == 0)
@@ -44,27 +42,33 @@ ExitStatus withService(const tool::Context &context, bool mayStart)
     return context.run();
 }
 
-/// Prints help or the error in the arguments, made printable: they may be copied from a place.
+/// Prints help or the error in the arguments.
 ExitStatus explain(const CLI::App &app, const CLI::ParseError &error)
 {
-    std::ostringstream problem;
-    if (app.exit(error, std::cout, problem) == 0)
-        return tool::Done;
-    for (const QString &line : tool::text(problem.str()).split(QLatin1Char('\n'), Qt::SkipEmptyParts))
-        std::fprintf(stderr, "%s\n", qUtf8Printable(tool::printable(line)));
+    if (error.get_exit_code() == 0)
+        return static_cast<ExitStatus>(app.exit(error, std::cout));
+    const std::vector<CLI::App *> commands = app.get_subcommands();
+    if (!commands.empty())
+        return tool::misuse(commands.front()->get_name().c_str(), tool::text(error.what()));
+    const std::vector<std::string> unknown = app.remaining();
+    if (unknown.empty())
+        tool::complain(QStringLiteral("command"), QStringLiteral("none is given; see places --help"));
+    else
+        tool::complain(tool::text(unknown.front()),
+                       QStringLiteral("there is no such command or option; see places --help"));
     return tool::WrongUse;
 }
 
 ExitStatus run(int argc, char **argv, tool::Context &context)
 {
-    CLI::App app("Keeps places: adds them, finds them, shows them.", "places");
+    CLI::App app("Stores, finds and shows places.", "places");
     app.require_subcommand(1);
     app.set_version_flag("--version", "places " VELA_PLACES_VERSION_STRING);
     app.footer("Exit status: 0 done, 1 failed, 2 wrong use, 69 no places service, 130 interrupted.");
     bool json = false;
     bool noStart = false;
     app.add_flag("--json", json, "Write GeoJSON or JSON instead of tables");
-    app.add_flag("--quiet,-q", context.isQuiet, "Say nothing of what was done");
+    app.add_flag("--quiet,-q", context.isQuiet, "Suppress messages about what was done");
     app.add_flag("--no-start", noStart, "Do not start a places service when none is running");
     app.fallthrough();
     tool::addChangeCommands(app, context);

@@ -9,7 +9,7 @@
 
 using namespace finds;
 
-TEST(Candidates, AreOneResultWhereTheyAreKnownByTheSame)
+TEST(Candidates, WithTheSameOriginAreOneResult)
 {
     StoreShared shared;
     Store store(":memory:", shared);
@@ -29,7 +29,7 @@ TEST(Candidates, AreOneResultWhereTheyAreKnownByTheSame)
     candidates.add(
         0, {make("cafe", TERM, "none"), make("zurich", TERM, "none"), make("x", "", "none"), make("x", "", "")});
     candidates.add(1, {make("cafe", TERM, "none"), make("x", "", "none"), make("a", "", "1"), make("b", "", "1")});
-    EXPECT_EQ(candidates.rows().size(), 6U) << "nothing tells whether two places without an id are one";
+    EXPECT_EQ(candidates.rows().size(), 6U) << "places without an id are never equal";
     const qint64 first = candidates.rows().front().id();
     EXPECT_TRUE(candidates.wasFoundBy(0, first) && candidates.wasFoundBy(1, first));
     EXPECT_TRUE(candidates.wasFound(first + 5) && !candidates.wasFoundBy(0, first + 5));

@@ -44,7 +44,7 @@ void change(Store &store, Model &model, Chance &chance, int size)
     }
 }
 
-/// Hashes of records, with names to be read.
+/// Readable names for hashes of records.
 std::vector<std::string> namesOf(const std::vector<std::string> &records)
 {
     std::vector<std::string> names;
@@ -75,8 +75,8 @@ Page pageOf(Store &store, const Providers &providers, const Query &query, bool e
 
 } // namespace
 
-/// PLACES_FINDS says how many finds are compared, 4000 without that, PLACES_SEED with which seed to begin.
-TEST(Finder, GivesByEveryPlanWhatALookAtEveryPlaceGives)
+/// PLACES_FINDS is the number of compared finds (default 4000), PLACES_SEED the first seed.
+TEST(Finder, EveryPlanFindsTheSameAsAFullScan)
 {
     constexpr int SIZES[] = {300, 0, 50, 1, 200, 50, 300, 50, 200, 3300};
     const int named = qEnvironmentVariableIntValue("PLACES_FINDS");
@@ -136,8 +136,8 @@ TEST(Finder, GivesByEveryPlanWhatALookAtEveryPlaceGives)
     std::cout << compared << " finds compared\n";
 }
 
-/// What is damaged may be missing, or fail the find.
-TEST(NearestSource, EndsWhateverItsIndexHolds)
+/// With a damaged index a find may lack places or fail, but it terminates.
+TEST(NearestSource, TerminatesForAnyContentOfItsIndex)
 {
     const QTemporaryDir folder;
     const std::string path = folder.filePath(QStringLiteral("places.db")).toStdString();

@@ -124,7 +124,7 @@ TEST(PlaceRules, EachTextAndListHasALimit)
     }
 }
 
-TEST(PlaceRules, SayWhatAPlaceMustBe)
+TEST(PlaceRules, DecideWhichPlacesAreAccepted)
 {
     constexpr int PICKED = PlacePrivate::InRecentBucket;
     constexpr int SAVED = PlacePrivate::ExplicitlySaved;

@@ -24,7 +24,7 @@ namespace
 
 using Read = std::function<bool(RequestReader &)>;
 
-/// A request as its reader sees it, behind the head.
+/// A request without its head, as input of a reader.
 struct Bytes
 {
     explicit Bytes(std::string request)
@@ -36,7 +36,7 @@ struct Bytes
     RequestReader reader{&message};
 };
 
-/// A sort rule, which has a position or a number of members behind its field.
+/// A sort rule. A position or a number of members follows its field.
 Fields sort(SortRuleKind kind, int order, int field)
 {
     return {i32(static_cast<int>(kind)), i32(order), i32(field)};
@@ -119,7 +119,7 @@ bool readAuxiliary(RequestReader &reader)
 
 } // namespace
 
-TEST(RequestReader, ReadsEachFieldAndRefusesWhatIsCutOrTooLong)
+TEST(RequestReader, ReadsEachFieldAndRefusesCutOrLongRequests)
 {
     const Fields rules = rule(Kind::Or, {rule(Kind::UnaryString, Rules::Name, Operator::Contains, "zür"),
                                          rule(Kind::Disjoint, {EVERYTHING, EVERYTHING})});
@@ -180,7 +180,7 @@ TEST(RequestReader, ReadsEachFieldAndRefusesWhatIsCutOrTooLong)
     }
 }
 
-TEST(RequestReader, RefusesWhatIsBeyondALimit)
+TEST(RequestReader, RefusesRequestsBeyondALimit)
 {
     const Fields leaf = rule(Kind::UnaryString, Rules::Owner, Operator::Contains, "x");
     const Fields level = rule(Kind::Disjoint, 0, Operator::None, "", 1);
@@ -189,7 +189,7 @@ TEST(RequestReader, RefusesWhatIsBeyondALimit)
         return query(rule(Kind::UnaryString, field, op, term));
     };
     const std::string longest(limits::TEXT_LENGTH, 'x');
-    // Two rules that are there in any case: the search rule itself, and the sort rule.
+    // Two rules always exist: the search rule itself and the sort rule.
     const auto wide = [&](int members) {
         return query(rule(Kind::Or, std::vector<Fields>(std::size_t(members), leaf)));
     };
@@ -210,21 +210,21 @@ TEST(RequestReader, RefusesWhatIsBeyondALimit)
         {"a deeper sort rule", query(leaf, nested(limits::RULE_DEPTH + 1, sortLevel, UNSORTED)), BEYOND, "levels deep"},
         {"the widest rule", wide(limits::RULE_COUNT - 2), ReturnCode::Success, ""},
         {"a wider rule", wide(limits::RULE_COUNT - 1), BEYOND, "more than 500 nodes"},
-        {"members that are not there", query(rule(Kind::And, 0, 1, "", 0x7fffffff)), BROKEN, "not valid"},
-        {"less than no members", query(rule(Kind::And, 0, 1, "", -1)), BROKEN, "the last"},
-        {"less than no sort members", query(leaf, sort(SortRuleKind::Combined, 1, 0) + Fields{i32(-1)}), BROKEN,
+        {"missing members", query(rule(Kind::And, 0, 1, "", 0x7fffffff)), BROKEN, "not valid"},
+        {"negative count of members", query(rule(Kind::And, 0, 1, "", -1)), BROKEN, "the last"},
+        {"negative count of sort members", query(leaf, sort(SortRuleKind::Combined, 1, 0) + Fields{i32(-1)}), BROKEN,
          "last 8"},
         {"the longest text", named(Operator::Equals, longest), ReturnCode::Success, ""},
         {"a longer text", named(Operator::Equals, longest + "x"), BEYOND, "4097 UTF-16 units; the maximum is 4096"},
         {"as many words", named(Operator::Contains, manyWords(limits::TERM_WORDS)), ReturnCode::Success, ""},
         {"too many words", named(Operator::Contains, manyWords(limits::TERM_WORDS + 1)), BEYOND, "more than 64"},
-        {"words that nobody looks for", named(Operator::Equals, manyWords(65)), ReturnCode::Success, ""},
+        {"words that are not searched", named(Operator::Equals, manyWords(65)), ReturnCode::Success, ""},
         {"words for a provider", named(Operator::Equals, manyWords(65), Rules::POIName), BEYOND, "different words"},
         {"a long suggestion", suggestion(longest + "x"), BEYOND, "UTF-16 units", readSuggestion},
         {"a suggestion of many words", suggestion(manyWords(65)), BEYOND, "different words", readSuggestion},
         {"a long tag", {i64(1), text(longest + "x")}, BEYOND, "UTF-16 units", readTag},
-        {"less than no ids", Fields(AUXILIARY.begin(), AUXILIARY.begin() + 13) + Fields{i32(-1)}, BROKEN, "ends before",
-         readAuxiliary},
+        {"negative count of ids", Fields(AUXILIARY.begin(), AUXILIARY.begin() + 13) + Fields{i32(-1)}, BROKEN,
+         "ends before", readAuxiliary},
     };
     for (const auto &row : cases) {
         Bytes bytes(message(row.body));

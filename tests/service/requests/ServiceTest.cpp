@@ -30,7 +30,7 @@ using vela::system::SecurityPerimeter;
 namespace
 {
 
-std::time_t clockTime = -1; ///< Seconds; the system's where it is negative.
+std::time_t clockTime = -1; ///< Seconds; negative for the system's clock.
 
 constexpr int PICKED = PlacePrivate::InRecentBucket;
 constexpr int SAVED = PlacePrivate::ExplicitlySaved;
@@ -40,7 +40,8 @@ constexpr Caller OTHER_GUEST = LocalService::OTHER_GUEST;
 
 using Shape = std::function<void(PlacePrivate &)>;
 
-/// The request that stores a place with something in every field and a tag that is its name, or changes one with an id.
+/// The request that stores a place, or changes the one with this id. Every field has a value, and a tag equals the
+/// name.
 std::string put(const char *name, const Shape &shape = {}, qint64 id = PlaceId::UNDEFINED_PERSISTED_ID,
                 int perimeter = 0)
 {
@@ -121,8 +122,8 @@ extern "C" std::time_t __wrap_time(std::time_t *out)
 }
 #pragma GCC visibility pop
 
-/// Each type of request about a stored place, by who asks in which perimeter for which place.
-TEST(Service, AnswersForAPlaceOnlyWhoMaySeeOrChangeIt)
+/// Each type of request about a stored place, by caller, perimeter and place.
+TEST(Service, ChecksThePermissionForEveryRequestAboutAPlace)
 {
     constexpr qint64 WORK = 1;
     constexpr qint64 HIDDEN = 2;
@@ -140,7 +141,7 @@ TEST(Service, AnswersForAPlaceOnlyWhoMaySeeOrChangeIt)
     {
         const char *name;
         std::function<std::string(qint64, int)> request;
-        int ofOthers; ///< What a guest gets for the owner's open places, and those of other guests.
+        int ofOthers; ///< Expected for a guest and saved places of the owner or of other guests.
     } types[] = {
         {"fetch", [](qint64 id, int perimeter) { return fetch(id, perimeter, "term"); }, OK},
         {"auxiliary data",
@@ -204,8 +205,8 @@ TEST(Service, AnswersForAPlaceOnlyWhoMaySeeOrChangeIt)
     EXPECT_EQ(local.code(put("new", {}, -1, SecurityPerimeter::Work)), OK);
 }
 
-/// Types of requests that no place decides on.
-TEST_F(ServiceTest, WhatTheOpenChannelIsNotAnswered)
+/// Requests that are not about a place.
+TEST_F(ServiceTest, TheOpenChannelRefusesRequestsOfTheOwner)
 {
     const struct
     {
@@ -244,7 +245,7 @@ TEST_F(ServiceTest, WhatTheOpenChannelIsNotAnswered)
     EXPECT_EQ(guarded.code(message(head(Type::GetTags, 0, "key"))), ReturnCode::Success);
 }
 
-TEST_F(ServiceTest, FindsAndTagsAreOfTheCallersPlaces)
+TEST_F(ServiceTest, FindsAndTagsContainOnlyPlacesOfTheCaller)
 {
     const Shape common = [](PlacePrivate &place) { place.m_securityPerimeter = SecurityPerimeter::Default; };
     ASSERT_EQ(code(put("saved", common)), 0);
@@ -277,7 +278,7 @@ TEST_F(ServiceTest, FindsAndTagsAreOfTheCallersPlaces)
     EXPECT_EQ(tags(OWNER, 0), reply({"picked", "private", "saved", "work"}));
     EXPECT_EQ(tags(GUEST, 0), reply({"saved", "work"}));
     EXPECT_EQ(tags(GUEST, SecurityPerimeter::Work), reply({"work"}));
-    EXPECT_EQ(tags(OWNER, 0, 16 + 2 * 8 + 13), reply({"picked", "private"})) << "what has room";
+    EXPECT_EQ(tags(OWNER, 0, 16 + 2 * 8 + 13), reply({"picked", "private"})) << "as many as fit";
     EXPECT_EQ(tags(OWNER, 0, 16 + 2 * 8 + 12), reply({"picked"}));
     for (const int count : {-1, limits::PAGE_SIZE + 1})
         EXPECT_EQ(code(find(count, 0)), ReturnCode::LimitExceeded) << count;
@@ -285,10 +286,10 @@ TEST_F(ServiceTest, FindsAndTagsAreOfTheCallersPlaces)
     EXPECT_EQ(code(find(1, -1)), ReturnCode::LimitExceeded);
 }
 
-TEST_F(ServiceTest, WhatTheServiceCountsIsItsOwn)
+TEST_F(ServiceTest, TheServiceSetsCountsAndTimesItself)
 {
     clockTime = 1000;
-    // Guests say nothing about uses, and what was picked just now was used just now.
+    // A guest cannot set uses, and a place that is picked now is used now.
     const auto added = [&](int mask, const Caller &caller) {
         const Shape used = [mask](PlacePrivate &place) {
             place.setPersistenceMask(mask);
@@ -313,7 +314,7 @@ TEST_F(ServiceTest, WhatTheServiceCountsIsItsOwn)
     const quint64 used = change(withId(Type::IncrementUsage, 1, {text("")}));
     EXPECT_EQ(stored(1).lastUsedTime(), used);
     EXPECT_EQ(stored(1).usageCount(), 4);
-    EXPECT_EQ(stored(1).updatedTime(), 1000U) << "a use is no update";
+    EXPECT_EQ(stored(1).updatedTime(), 1000U) << "a use is not an update";
     const Shape elsewhere = [](PlacePrivate &place) {
         place.m_securityPerimeter = SecurityPerimeter::Personal;
         place.addTag(Tags::Favorite);
@@ -347,11 +348,11 @@ TEST_F(ServiceTest, WhatTheServiceCountsIsItsOwn)
     }
     EXPECT_EQ(local.exchange(withId(Type::Unfav, 1)), message({i32(0), i32(270), flag(true)})) << "it is still stored";
 
-    // The bucket is the owner's: a guest's update of its own place leaves it there.
+    // Only the owner changes the bucket: a guest's update of its own place leaves it there.
     change(put("own", withMask(SAVED | PICKED), own));
     change(put("again", {}, own), GUEST);
     EXPECT_EQ(stored(own).persistenceMask(), SAVED | PICKED);
-    // A count that is at its end stays there.
+    // A count at its maximum stays there.
     const Shape most = [](PlacePrivate &place) { place.setUsageCount(std::numeric_limits<int>::max()); };
     ASSERT_EQ(code(put("most", most)), ReturnCode::Success);
     change(withId(Type::IncrementUsage, own + 1, {text("")}));
@@ -381,7 +382,7 @@ TEST_F(ServiceTest, TermsOfTheOwnersRequestsAreKept)
                 ElementsAre(QStringLiteral("of a fetch"), QStringLiteral("of an update"), QStringLiteral("of a use"),
                             QStringLiteral("of an addition")));
     for (qint64 id = 1; id < 4; ++id)
-        EXPECT_EQ(stored(id).searchTerm(), QString()) << "a term is none of the place";
+        EXPECT_EQ(stored(id).searchTerm(), QString()) << "the place does not store the term";
     EXPECT_EQ(code(fetch(99, 0, "of nothing")), ReturnCode::NoSuchPlace);
     EXPECT_EQ(code(withId(Type::IncrementUsage, 99, {text("of nothing")})), ReturnCode::NoSuchPlace);
     EXPECT_EQ(local.exchange(message(head(Type::GetRecentSearchTerms) + Fields{text("of a")})),
@@ -424,14 +425,14 @@ TEST_F(ServiceTest, GuestsHaveAQuota)
         EXPECT_EQ(code(put("next"), GUEST), row.ofAddition) << row.user << " " << row.places << " " << row.bytes;
         EXPECT_EQ(code(put("next")), ReturnCode::Success) << "the owner has no quota";
         EXPECT_EQ(code(withId(Type::RemoveTag, 1, {text("tag of the first place")}), GUEST), ReturnCode::Success)
-            << "what does not grow goes on";
+            << "changes that need no space work";
         set(row.user, row.places, row.bytes);
         database.exec("INSERT OR IGNORE INTO guest_share VALUES (7, 1, 0)");
         EXPECT_EQ(code(tagFirst, GUEST), row.ofTag) << row.user << " " << row.places << " " << row.bytes;
     }
 }
 
-TEST_F(ServiceTest, AReplyEndsWhereItsRoomDoes)
+TEST_F(ServiceTest, AReplyIsCutToItsMemory)
 {
     for (const char *name : {"a", "b", "c"})
         ASSERT_EQ(code(put(name)), ReturnCode::Success);
@@ -454,10 +455,10 @@ TEST_F(ServiceTest, AReplyEndsWhereItsRoomDoes)
         EXPECT_EQ(reply.substr(0, 12), message(start));
         EXPECT_EQ(reply.substr(reply.size() - message(end).size()), message(end)) << row.count;
     }
-    EXPECT_EQ(LocalService::codeIn(page(0, 64 + record)), ReturnCode::Busy) << "no page would ever be the last";
+    EXPECT_EQ(LocalService::codeIn(page(0, 64 + record)), ReturnCode::Busy) << "an empty page would never be the last";
 }
 
-TEST_F(ServiceTest, AReasonTellsGuestsOnlyOfTheirOwnRequest)
+TEST_F(ServiceTest, AReasonRevealsOnlyTheRequestToGuests)
 {
     ASSERT_EQ(code(put("open")), ReturnCode::Success);
     ASSERT_EQ(code(put("hidden", hide)), ReturnCode::Success);
@@ -476,16 +477,16 @@ TEST_F(ServiceTest, AReasonTellsGuestsOnlyOfTheirOwnRequest)
     for (const std::string &path : {"none/" + std::string(600, '\xFF'), "/none/" + std::string(3000, 'x') + "/y"}) {
         const std::string line = reason(message(head(Type::Backup) + Fields{text(path)}), OWNER);
         EXPECT_LE(line.size(), orix_places_protocol::REASON_SIZE);
-        EXPECT_EQ(QString::fromStdString(line).toStdString(), line) << "it ends with a whole character";
+        EXPECT_EQ(QString::fromStdString(line).toStdString(), line) << "it ends with a complete character";
     }
     EXPECT_THAT(reason(message(head(Type::Backup) + Fields{text("a\n\x1b[31m\x7F\xE2\x80\xA8z")}), OWNER),
-                testing::StartsWith("a  [31m  z is no absolute path"));
+                testing::StartsWith("a  [31m  z is not an absolute path"));
     SQLite::Database(local.path("places.db"), SQLite::OPEN_READWRITE).exec("DROP TABLE record");
     EXPECT_EQ(local.exchange(fetch(1), GUEST), message({i32(ReturnCode::StorageFailed), i32(268)}));
     EXPECT_THAT(reason(fetch(1), OWNER), testing::StartsWith(local.path("places.db") + ": "));
 }
 
-TEST_F(ServiceTest, NoBytesDoHarm)
+TEST_F(ServiceTest, AnyBytesAreHandled)
 {
     ASSERT_EQ(code(put("kept")), ReturnCode::Success);
     const std::string before = local.store.storedRecord(1, false);
@@ -496,8 +497,8 @@ TEST_F(ServiceTest, NoBytesDoHarm)
     local.store.check([](const std::string &problem, qint64 place) { ADD_FAILURE() << problem << place; });
 }
 
-/// Fast threads only read, and the writer waits for no provider.
-TEST_F(ServiceTest, EachPoolPassesOnWhatAnotherRuns)
+/// Fast threads only read, and the writer does not wait for providers.
+TEST_F(ServiceTest, EachPoolPassesOnRequestsOfOtherPools)
 {
     ASSERT_EQ(code(put("place")), ReturnCode::Success);
     Service fast(local.shared, Pool::Fast);
@@ -546,13 +547,13 @@ TEST_F(ServiceTest, EachPoolPassesOnWhatAnotherRuns)
         EXPECT_EQ(codeOf(answer(writer, passed)), ReturnCode::TookTooLong) << type;
     }
     const RequestStatistics &statistics = local.shared.statistics;
-    EXPECT_EQ(statistics.count(), 36U) << "one that is passed on counts where it is answered";
+    EXPECT_EQ(statistics.count(), 36U) << "a request that is passed on is counted where it is answered";
     EXPECT_GT(statistics.slowest().time, std::chrono::seconds(1));
 }
 
-/// What SQLite takes back of a transaction when a statement fails: what the statement did before, the statement, or
-/// all.
-TEST_F(ServiceTest, AFailedWriteOfAGroupReachesOnlyItsOwnClient)
+/// After a failed statement, SQLite keeps its earlier changes (FAIL), rolls back the statement (ABORT) or rolls back
+/// the transaction (ROLLBACK).
+TEST_F(ServiceTest, AFailedWriteOfAGroupAffectsOnlyItsClient)
 {
     SQLite::Database database(local.path("places.db"), SQLite::OPEN_READWRITE);
     for (const char *how : {"FAIL", "ABORT", "ROLLBACK"}) {
@@ -577,10 +578,11 @@ TEST_F(ServiceTest, AFailedWriteOfAGroupReachesOnlyItsOwnClient)
     EXPECT_THAT(codes, ElementsAre(ReturnCode::Success, ReturnCode::StorageFailed, ReturnCode::NoSuchPlace,
                                    ReturnCode::StorageFailed, ReturnCode::Success));
     EXPECT_EQ(local.store.placeCount(~0), 2);
-    EXPECT_FALSE(writeTogether({put("good"), put("ROLLBACK"), put("good")}, codes)) << "they run again one by one";
+    EXPECT_FALSE(writeTogether({put("good"), put("ROLLBACK"), put("good")}, codes)) << "they run again one at a time";
     EXPECT_EQ(local.store.placeCount(~0), 2);
     EXPECT_EQ(code(put("ROLLBACK")), ReturnCode::StorageFailed);
     EXPECT_FALSE(writer.writeTogether(Deadline::max(), []() -> bool { throw std::runtime_error("as told"); }));
     const std::lock_guard<std::timed_mutex> others(local.shared.store.writeLock);
-    EXPECT_FALSE(writer.writeTogether(Clock::now(), [] { return false; })) << "others write for all the time there is";
+    EXPECT_FALSE(writer.writeTogether(Clock::now(), [] { return false; }))
+        << "others hold the write lock until the deadline";
 }

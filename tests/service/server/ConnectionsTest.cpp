@@ -40,11 +40,11 @@ std::string framed(const std::string &request)
     return message({i32(static_cast<int>(request.size()))}) + request;
 }
 
-/// Sockets of clients, and connections to them.
+/// Client sockets and the connections of the service to them.
 class ConnectionsTest : public testing::Test
 {
 protected:
-    /// Connects a client; its number. The connection waits for it.
+    /// Connects a client and returns its number. The connection waits for input.
     std::size_t connect(const Caller &caller, bool isWatched = true)
     {
         int ends[2] = {-1, -1};
@@ -115,44 +115,44 @@ protected:
 
 } // namespace
 
-TEST_F(ConnectionsTest, AUserHasAShareOfThemAndTheOldestMakesRoom)
+TEST_F(ConnectionsTest, EachUserHasAShareAndTheOldestConnectionIsClosed)
 {
     for (int i = 0; i < 4; ++i)
         connect(GUEST);
-    EXPECT_THAT(closed(), ElementsAre(0)) << "three at once";
+    EXPECT_THAT(closed(), ElementsAre(0)) << "at most three per user";
     for (int i = 0; i < 3; ++i)
         connect(OTHER_GUEST);
     for (int i = 0; i < 2; ++i)
         connect({true, false, 9});
-    EXPECT_THAT(closed(), ElementsAre(0)) << "eight fit";
+    EXPECT_THAT(closed(), ElementsAre(0)) << "at most eight on the open channel";
     connect({true, false, 9});
-    EXPECT_THAT(closed(), ElementsAre(0, 1)) << "of the user who has most";
+    EXPECT_THAT(closed(), ElementsAre(0, 1)) << "of the user with the most connections";
     EXPECT_EQ(all.size(), 8U);
     for (int i = 0; i < 17; ++i)
         connect(OWNER);
-    EXPECT_THAT(closed(), ElementsAre(0, 1, 10)) << "the channels have room of their own";
+    EXPECT_THAT(closed(), ElementsAre(0, 1, 10)) << "each channel has its own room";
     all.closeOldest();
     EXPECT_EQ(closed().size(), 4U);
-    EXPECT_THAT(closed(), testing::Contains(4)) << "the open channel's go first";
-    // What belongs to a thread is not closed for others.
+    EXPECT_THAT(closed(), testing::Contains(4)) << "those of the open channel are closed first";
+    // Connections in use by a thread are not closed for others.
     for (std::size_t i = 11; i < connections.size(); ++i)
         EXPECT_EQ(all.take(connections[i]->id()), connections[i]);
     connect(OWNER);
-    EXPECT_EQ(connections.back(), nullptr) << "there is no room";
+    EXPECT_EQ(connections.back(), nullptr) << "no connection can be closed";
     EXPECT_EQ(all.take(Connections::FIRST_ID), nullptr) << "it is closed";
 
     all.closeIdle(Clock::now() - 1s);
-    EXPECT_EQ(closed().size(), 5U) << "all did something just now, but the one that found no room";
+    EXPECT_EQ(closed().size(), 5U) << "no other is idle; only the refused one is closed";
     all.closeIdle(Clock::now() + 1s);
-    EXPECT_EQ(all.size(), 16U) << "those of threads stay";
+    EXPECT_EQ(all.size(), 16U) << "those in use by threads stay";
     all.watch(*connections[11], EPOLLIN);
     all.closeOldest();
-    EXPECT_THAT(closed(), testing::Contains(11)) << "the owner's where there are no others";
+    EXPECT_THAT(closed(), testing::Contains(11)) << "the owner's when there are no others";
     all.close(*connections[12]);
     EXPECT_EQ(all.size(), 14U);
 }
 
-TEST_F(ConnectionsTest, MemoryIsSharedOutAndThoseThatHoldItMakeRoom)
+TEST_F(ConnectionsTest, EachUserHasAShareOfMemoryAndTheHeaviestIsClosed)
 {
     const auto hold = [&](std::size_t client, std::size_t bytes) {
         (void)all.take(connections[client]->id());
@@ -162,17 +162,17 @@ TEST_F(ConnectionsTest, MemoryIsSharedOutAndThoseThatHoldItMakeRoom)
     };
     for (const Caller &caller : {OWNER, GUEST, GUEST, GUEST, OTHER_GUEST, OTHER_GUEST})
         connect(caller);
-    EXPECT_TRUE(hold(1, 10 * MEGABYTE) && hold(2, 6 * MEGABYTE)) << "all that a user may have";
+    EXPECT_TRUE(hold(1, 10 * MEGABYTE) && hold(2, 6 * MEGABYTE)) << "the share of a user";
     EXPECT_TRUE(hold(4, 16 * MEGABYTE));
     EXPECT_TRUE(hold(3, 1));
-    EXPECT_THAT(closed(), ElementsAre(1)) << "the oldest of the user's that holds any";
-    EXPECT_TRUE(hold(2, 5 * MEGABYTE) && hold(3, 11 * MEGABYTE)) << "what is let go is free again";
+    EXPECT_THAT(closed(), ElementsAre(1)) << "the user's oldest connection that holds memory";
+    EXPECT_TRUE(hold(2, 5 * MEGABYTE) && hold(3, 11 * MEGABYTE)) << "released memory is free again";
     EXPECT_THAT(closed(), ElementsAre(1));
     (void)all.take(connections[3]->id());
     EXPECT_FALSE(all.hold(*connections[3], limits::OPEN_USER_MEMORY + 1));
     connect({true, false, 9});
     EXPECT_TRUE(hold(6, 6 * MEGABYTE));
-    EXPECT_THAT(closed(), ElementsAre(1, 2, 4)) << "one of the user with most made room";
+    EXPECT_THAT(closed(), ElementsAre(1, 2, 4)) << "one of the user with the most memory";
 
     connect({false, true, 2});
     EXPECT_EQ(all.holdReply(*connections[7]), limits::OWNER_MEMORY / limits::REPLY_PART);
@@ -182,7 +182,7 @@ TEST_F(ConnectionsTest, MemoryIsSharedOutAndThoseThatHoldItMakeRoom)
     EXPECT_EQ(all.holdReply(*connections[6]), (limits::OPEN_USER_MEMORY - 6 * MEGABYTE) / limits::REPLY_PART);
 }
 
-TEST_F(ConnectionTest, AnswersWhatIsThereAndWaitsForTheRest)
+TEST_F(ConnectionTest, AnswersCompleteRequestsAndWaitsForTheRest)
 {
     EXPECT_EQ(connection.advance(fast), Wish::Read);
     const std::string request = framed(TAGS);
@@ -195,7 +195,7 @@ TEST_F(ConnectionTest, AnswersWhatIsThereAndWaitsForTheRest)
     }
     for (int i = 0; i < limits::REQUESTS_PER_TURN + 1; ++i)
         send(client, request);
-    EXPECT_EQ(connection.advance(fast), Wish::Turn) << "others come first now";
+    EXPECT_EQ(connection.advance(fast), Wish::Turn) << "now others have a turn";
     EXPECT_EQ(codes(client).size(), static_cast<std::size_t>(limits::REQUESTS_PER_TURN));
     EXPECT_EQ(connection.advance(fast), Wish::Read);
     EXPECT_EQ(codes(client).size(), 1U);
@@ -211,7 +211,7 @@ TEST_F(ConnectionTest, AnswersWhatIsThereAndWaitsForTheRest)
     }
     send(client, request);
     EXPECT_EQ(connection.advance(fast), Wish::Read);
-    EXPECT_THAT(codes(client), ElementsAre(ReturnCode::LimitExceeded, ReturnCode::Success)) << "it was let pass";
+    EXPECT_THAT(codes(client), ElementsAre(ReturnCode::LimitExceeded, ReturnCode::Success)) << "it is discarded";
 
     clients[client].reset();
     EXPECT_EQ(connection.advance(fast), Wish::Close);
@@ -240,7 +240,7 @@ TEST_F(ConnectionTest, WaitsForAClientThatTakesNoReply)
     EXPECT_EQ(connection.advance(fast), Wish::Read);
 }
 
-TEST_F(ConnectionTest, PassesOnWhatAnotherPoolRunsAndBeginsAnewThen)
+TEST_F(ConnectionTest, PassesOnRequestsOfOtherPoolsAndRunsThemFromTheStart)
 {
     for (const auto sender : {Connection::Sender::ThisThread, Connection::Sender::NextThread}) {
         const Clock::time_point start = Clock::now();
@@ -253,9 +253,9 @@ TEST_F(ConnectionTest, PassesOnWhatAnotherPoolRunsAndBeginsAnewThen)
         EXPECT_GE(deadline, start + local.shared.requestTime);
         EXPECT_LE(deadline, Clock::now() + local.shared.requestTime);
         std::this_thread::sleep_for(2ms);
-        for (int i = 0; i < 2; ++i) // it can run anew
+        for (int i = 0; i < 2; ++i) // it can run again
             connection.answerFirst(writer);
-        EXPECT_EQ(connection.deadline(), deadline) << "it keeps its own";
+        EXPECT_EQ(connection.deadline(), deadline) << "the deadline is unchanged";
         EXPECT_THAT(codes(client), IsEmpty());
         EXPECT_EQ(connection.releaseKept(sender), sender == Connection::Sender::ThisThread ? Wish::Turn : Wish::Write);
         EXPECT_EQ(connection.requestSize(), 0U);
@@ -263,7 +263,7 @@ TEST_F(ConnectionTest, PassesOnWhatAnotherPoolRunsAndBeginsAnewThen)
         EXPECT_EQ(connection.advance(fast), Wish::Read);
         EXPECT_THAT(codes(client), ElementsAre(ReturnCode::NoSuchPlace, ReturnCode::Success));
 
-        // The deadline of what was sent ahead counts from the answer before.
+        // The deadline of a request that was sent ahead starts with the previous reply.
         send(client, framed(TAG_NOTHING));
         EXPECT_EQ(connection.advance(fast), Wish::PassOn);
         EXPECT_GT(connection.deadline(), deadline);
@@ -271,7 +271,7 @@ TEST_F(ConnectionTest, PassesOnWhatAnotherPoolRunsAndBeginsAnewThen)
         EXPECT_EQ(connection.releaseKept(Connection::Sender::ThisThread), Wish::Read);
         EXPECT_THAT(codes(client), ElementsAre(ReturnCode::NoSuchPlace));
     }
-    // The writer itself may have to pass on.
+    // The writer may also have to pass a request on.
     send(client, framed(message(head(Type::GetPlaceFromSuggestion) + Fields{text("x")} + coordinate(0, 0, 0, 0, 0))));
     EXPECT_EQ(connection.advance(fast), Wish::PassOn);
     EXPECT_EQ(connection.pool(), Pool::Slow);
@@ -279,17 +279,17 @@ TEST_F(ConnectionTest, PassesOnWhatAnotherPoolRunsAndBeginsAnewThen)
     EXPECT_EQ(connection.releaseKept(Connection::Sender::ThisThread), Wish::PassOn);
 }
 
-TEST_F(ConnectionTest, TellsWhenThereIsNoMemory)
+TEST_F(ConnectionTest, ReportsAnExhaustedShareOfMemory)
 {
     const std::size_t other = connect(OWNER, false);
     ASSERT_TRUE(all.hold(*connections[other], limits::OWNER_MEMORY - 1000));
     send(client, framed(std::string(limits::UNCOUNTED_BYTES, 'x')) + framed(TAGS));
     EXPECT_EQ(connection.advance(fast), Wish::Read);
-    EXPECT_THAT(codes(client), ElementsAre(ReturnCode::Busy, ReturnCode::Success)) << "short ones need none";
+    EXPECT_THAT(codes(client), ElementsAre(ReturnCode::Busy, ReturnCode::Success)) << "short requests need no memory";
     connection.refuse(ReturnCode::TookTooLong);
     EXPECT_THAT(codes(client), ElementsAre(ReturnCode::TookTooLong));
     EXPECT_TRUE(all.hold(*connections[other], 0));
-    ASSERT_TRUE(all.hold(*connections[other], limits::OWNER_MEMORY)) << "all that was held is free again";
+    ASSERT_TRUE(all.hold(*connections[other], limits::OWNER_MEMORY)) << "all memory is free again";
 }
 
 TEST_F(ConnectionsTest, TakeTurnsInAQueue)

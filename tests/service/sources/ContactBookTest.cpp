@@ -36,13 +36,13 @@ const QByteArray ANNA = card(
     "ADR;TYPE=HOME:;2nd floor;Seestrasse 1;Z\u00FCrich;ZH;8001;Schweiz\r\n"
     "ADR;TYPE=WORK:;;Rue 2;Nowhere;;1200;Switzerland\r\nADR;TYPE=WORK:PO 3;;;Z\u00FCrich;;;\r\nADR:;;;Bern;;;\r\n");
 
-/// A folder of cards, and a gazetteer of two cities.
+/// A folder of cards, and a gazetteer of one city.
 class ContactBookTest : public testing::Test
 {
 protected:
     ContactBookTest() { write("anna.vcf", ANNA); }
-    /// Whether something becomes true in time: while the first reading runs on its thread, a find uses what was there
-    /// before.
+    /// True when the condition holds in time. During the first reading, which has its own thread, finds use the
+    /// previous contacts.
     static bool eventually(const std::function<bool()> &holds)
     {
         const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
@@ -66,7 +66,7 @@ protected:
     }
     QString annasId() { return find("anna").at(0)->auxiliaryData(0).externalId(); }
 
-    /// A gazetteer of one city, which has been read.
+    /// A loaded gazetteer of one city.
     std::unique_ptr<Gazetteer> makeCities()
     {
         write("cities.json",
@@ -88,7 +88,7 @@ protected:
 
 } // namespace
 
-TEST_F(ContactBookTest, AddressesArePlacesWithAllThatTheCardSays)
+TEST_F(ContactBookTest, AddressesBecomePlacesWithAllValuesOfTheCard)
 {
     const QString contact = annasId().section(QLatin1Char(','), 1, 1);
     const struct
@@ -135,7 +135,7 @@ TEST_F(ContactBookTest, AddressesArePlacesWithAllThatTheCardSays)
     }
 }
 
-TEST_F(ContactBookTest, AnAddressHasTheCountryAndThePositionThatItNames)
+TEST_F(ContactBookTest, AnAddressHasItsCountryAndPosition)
 {
     const struct
     {
@@ -149,7 +149,7 @@ TEST_F(ContactBookTest, AnAddressHasTheCountryAndThePositionThatItNames)
         {"ADR:;;;Z\u00FCrich;;;c1", "", 0},           {"GEO:46.5;7.5", "", 46.5},
         {"GEO:46.5;7.5\r\nADR:;;;Bern;;;", "", 46.5}, {"GEO:46.5;7.5\r\nADR:;;;Bern;;;\r\nADR:;;;Genf;;;", "", 0},
     };
-    QByteArray note("NOTE:"); // A file is read again when its size or time changes, and the time may not.
+    QByteArray note("NOTE:"); // Changes the size: a file is read again when size or time change, and the time may not.
     for (const auto &row : cases) {
         note += 'x';
         write("one.vcf", card(QByteArray("FN:One\r\n") + row.lines + "\r\n" + note + "\r\n"));
@@ -179,9 +179,9 @@ TEST_F(ContactBookTest, IsReadAgainWhenItsFolderChanges)
     EXPECT_THAT(names("", true), ElementsAre("Robert")) << "a room";
     EXPECT_TRUE(book->vocabulary(Deadline::max())->contains("berlin"));
     QFile::rename(path("anna.vcf"), path("z.vcf"));
-    EXPECT_EQ(annasId(), id) << "a contact keeps its number wherever its card is";
+    EXPECT_EQ(annasId(), id) << "the number of a contact does not depend on the position of its card";
     book.emplace(folder.path().toStdString(), cities.get());
-    EXPECT_EQ(annasId(), id) << "and from start to start";
+    EXPECT_EQ(annasId(), id) << "nor on the start";
     EXPECT_TRUE(book->isRead());
     ASSERT_TRUE(QFile::rename(folder.path(), folder.path() + QStringLiteral("x")));
     EXPECT_TRUE(eventually([&] { return names().empty(); }));
@@ -189,7 +189,7 @@ TEST_F(ContactBookTest, IsReadAgainWhenItsFolderChanges)
     EXPECT_TRUE(eventually([&] { return names().size() == 5U; }));
 }
 
-TEST(VCardFile, WhatCanBeReadOfABadCardIs)
+TEST(VCardFile, ValidPartsOfAnInvalidCardAreRead)
 {
     const QTemporaryDir folder;
     const QByteArray longest(formats::MAX_VCARD_LINE_SIZE - 4, 'x');
@@ -201,7 +201,7 @@ TEST(VCardFile, WhatCanBeReadOfABadCardIs)
     {
         const char *name;
         QByteArray bytes;
-        std::vector<int> lines; ///< Of each card that is taken.
+        std::vector<int> lines; ///< Of each valid card.
         int leftOut = 0;
         int cut = 0;
     } cases[] = {

@@ -29,7 +29,7 @@ using Certainty = SearchResultCertainty;
 
 constexpr int FEATURES = 1200;
 const QStringList KINDS = {QStringLiteral("large_airport"), QStringLiteral("café_bar"), QStringLiteral("san_park")};
-/// In the middle of places, far from most of them at the 180th meridian, and unknown.
+/// Among the places, far from most of them at the 180th meridian, and unknown.
 const Coordinates CENTRES[] = {{47.37, 8.54}, {-20, 180}, {}};
 
 struct Feature
@@ -47,7 +47,7 @@ QStringList sortedWords(const QString &text)
     return found;
 }
 
-/// True when every word of `wanted` starts one of `there`, which are sorted.
+/// True when every word of `wanted` is a prefix of a word in `there`. Both are sorted.
 bool startWords(const QStringList &there, const QStringList &wanted)
 {
     return std::all_of(wanted.begin(), wanted.end(), [&there](const QString &start) {
@@ -56,7 +56,7 @@ bool startWords(const QStringList &there, const QStringList &wanted)
     });
 }
 
-/// Seeded features with many of one name, weight and position, and the file of them.
+/// Seeded features, many of them with the same name, weight and position. Writes them to a file.
 std::vector<Feature> makeFeatures(QFile &file)
 {
     const QStringList names = {QStringLiteral("San Jose"), QStringLiteral("Santa Ana"), QStringLiteral("Zürich"),
@@ -93,7 +93,7 @@ std::vector<Feature> makeFeatures(QFile &file)
     return features;
 }
 
-/// Whether the term is the code of a feature.
+/// True when the term is the code of a feature.
 bool isCode(const Feature &feature, SearchKind kind, const QString &key)
 {
     return kind != SearchKind::Category && feature.aliasWords == QStringList{key};
@@ -120,7 +120,7 @@ int tierOf(const Feature &feature, SearchKind kind, const QString &key, const QS
     return name.startsWith(key) ? 2 : startWords(feature.nameWords, wanted) ? 3 : 4;
 }
 
-/// External ids of all that a search finds.
+/// External ids of all results of a search, by ranking all features.
 QStringList rankAll(std::vector<Feature> features, const ProviderSearch &search)
 {
     QStringList ids;
@@ -136,7 +136,7 @@ QStringList rankAll(std::vector<Feature> features, const ProviderSearch &search)
     };
     QStringList wanted = words(key);
     const bool inNames = count(wanted, true) > 0;
-    // No term here has more than two words: where no place has both, the rare one of them has to do.
+    // No term here has more than two words. If no place has both, the rarer one is sufficient.
     if (wanted.size() > 1 && !inNames && count(wanted, false) == 0) {
         const auto a = count(wanted.mid(0, 1), false), b = count(wanted.mid(1), false);
         wanted = b == 0 || (a > 0 && a <= b) ? wanted.mid(0, 1) : wanted.mid(1);
@@ -218,7 +218,7 @@ struct Index
 
 } // namespace
 
-TEST(Gazetteer, GivesEveryPageOfEveryOrderAsRankingEveryFeatureDoes)
+TEST(Gazetteer, ReturnsTheSamePagesAsAFullRankingInEveryOrder)
 {
     Index index;
     for (const SearchKind kind : {SearchKind::Address, SearchKind::Name, SearchKind::Category,
@@ -246,7 +246,7 @@ TEST(Gazetteer, GivesEveryPageOfEveryOrderAsRankingEveryFeatureDoes)
     }
 }
 
-TEST(Gazetteer, GivesTheNearestOfACategoryAndTheOneOfANameThatIsThere)
+TEST(Gazetteer, ReturnsTheNearestPlaceOfACategoryAndTheNamedPlace)
 {
     Index index;
     ProviderSearch nearest;
@@ -269,7 +269,7 @@ TEST(Gazetteer, GivesTheNearestOfACategoryAndTheOneOfANameThatIsThere)
     }
 }
 
-TEST(Gazetteer, EndsWhenItsTimeIsUpWhateverItsPlan)
+TEST(Gazetteer, StopsAtItsDeadlineInEveryPlan)
 {
     Index index;
     ProviderSearch search;
@@ -287,10 +287,10 @@ TEST(Gazetteer, EndsWhenItsTimeIsUpWhateverItsPlan)
     }
 }
 
-/// The features and searches of data/meant.txt.
-TEST(Gazetteer, FindsWhatWasMeant)
+/// The features and searches of data/intended.txt.
+TEST(Gazetteer, FindsTheIntendedPlace)
 {
-    const QString file = QString::fromUtf8(files::bytesOf(QStringLiteral(SOURCES "/tests/service/data/meant.txt")));
+    const QString file = QString::fromUtf8(files::bytesOf(QStringLiteral(SOURCES "/tests/service/data/intended.txt")));
     const QStringList lines = file.split(QLatin1Char('\n'));
     QByteArrayList features;
     for (const QString &line : lines.filter(QStringLiteral("{")))
@@ -305,7 +305,8 @@ TEST(Gazetteer, FindsWhatWasMeant)
     ProviderSearch search;
     search.count = 1;
     search.term = QStringLiteral("munich");
-    EXPECT_EQ(towns.made->search(search).places.at(0)->description(), QStringLiteral("Munich")) << "its name there";
+    EXPECT_EQ(towns.made->search(search).places.at(0)->description(), QStringLiteral("Munich"))
+        << "the name by which it was found";
     for (const QString &term :
          {QString(4096, QLatin1Char('x')), QStringLiteral("\U0001F600").repeated(1000), QString(100, QChar(0xD800))}) {
         search.term = term;
@@ -313,13 +314,13 @@ TEST(Gazetteer, FindsWhatWasMeant)
     }
 }
 
-TEST(Gazetteer, TakesWhatAFileHasAndMakesItsIndexAnewWhenThatChanges)
+TEST(Gazetteer, RebuildsItsIndexWhenItsFilesChange)
 {
     Towns towns({feature("1", "One"), R"({"type":"Feature"})", feature("", "Two")}, R"(,{"type":"Fea)");
     EXPECT_EQ(towns.find(""), (QStringList{QStringLiteral("1"), QStringLiteral("features.geojson#3")}))
-        << "before the cut; one without an id is known by its place in the file";
+        << "features before the cut; without an id, the position in the file is the id";
     towns.write({feature("3", "Three")});
-    EXPECT_EQ(towns.find("").size(), 2) << "until it is told";
+    EXPECT_EQ(towns.find("").size(), 2) << "until it is reloaded";
     const int generation = towns.made->generation();
     towns.made->reread();
     for (int i = 0; i < 2000 && towns.made->generation() == generation; ++i)
@@ -329,7 +330,7 @@ TEST(Gazetteer, TakesWhatAFileHasAndMakesItsIndexAnewWhenThatChanges)
         towns.made.reset();
         ASSERT_TRUE(QFile(towns.index).resize(size));
         towns.open();
-        EXPECT_EQ(towns.find(""), QStringList{QStringLiteral("3")}) << "a damaged index is made anew";
+        EXPECT_EQ(towns.find(""), QStringList{QStringLiteral("3")}) << "a damaged index is rebuilt";
     }
     towns.made.reset();
     ASSERT_TRUE(QFile::remove(towns.file));
@@ -337,7 +338,7 @@ TEST(Gazetteer, TakesWhatAFileHasAndMakesItsIndexAnewWhenThatChanges)
     EXPECT_EQ(towns.made->search({}).code, orix_places_protocol::ProviderFailed);
 }
 
-TEST(Gazetteer, SuggestsPlacesAndCategoriesAndKnowsTheirDetails)
+TEST(Gazetteer, SuggestsPlacesAndCategoriesWithTheirDetails)
 {
     Towns towns({feature("zrh", "Z\u00FCrich Airport", R"(,"kind":"large_airport","iata":"ZRH","city":"Kloten")"),
                  feature("lake", "Large Lake", R"(,"kind":"water")"),

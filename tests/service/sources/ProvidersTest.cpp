@@ -20,7 +20,7 @@ using testing::ElementsAre;
 namespace
 {
 
-/// Gives numbered places, a few at a time; "fail" and "throw" are obeyed.
+/// Returns numbered places, a few at a time. The terms "fail" and "throw" cause failures.
 class Guide : public PlaceProvider
 {
 public:
@@ -113,7 +113,7 @@ std::vector<std::string> names(const std::vector<FoundPlace> &places)
 
 } // namespace
 
-TEST(Providers, AreAskedUntilTheyHaveGivenWhatIsWanted)
+TEST(Providers, AreAskedUntilThePageIsFull)
 {
     const Providers providers(guides());
     const struct
@@ -136,7 +136,7 @@ TEST(Providers, AreAskedUntilTheyHaveGivenWhatIsWanted)
     }
     EXPECT_EQ(ask(providers, "fail", 0, 3).code, ReturnCode::TookTooLong);
     EXPECT_EQ(ask(providers, "throw", 0, 3).code, ReturnCode::ProviderFailed);
-    EXPECT_EQ(ask(Providers({}), "fail", 0, 3).code, ReturnCode::Success) << "there is none to fail";
+    EXPECT_EQ(ask(Providers({}), "fail", 0, 3).code, ReturnCode::Success) << "no provider can fail";
     EXPECT_THAT(names(providers.resolve(QStringLiteral("b2"), {}, Deadline::max()).places), ElementsAre("b2"));
     const auto give = [&](const char *type, const Provider &only = {}) {
         return providers.providersFor(QLatin1String(type), only).size();
@@ -148,8 +148,8 @@ TEST(Providers, AreAskedUntilTheyHaveGivenWhatIsWanted)
     EXPECT_EQ(give("", providers.descriptions()[0]), 1U);
 }
 
-/// A request for records gives those that are stored, and of the others those that are wanted and are not known yet.
-TEST(Service, GivesAuxiliaryDataOfPlacesAndProviders)
+/// A request for records returns the stored records, and the requested remote ones that are not stored.
+TEST(Service, ReturnsAuxiliaryDataOfPlacesAndProviders)
 {
     Settings settings;
     settings.providers = guides();
@@ -196,7 +196,7 @@ TEST(Service, GivesAuxiliaryDataOfPlacesAndProviders)
         return local.code(message(head(Type::GetPlace) + Fields{i64(-1), text(id), text(type), text("")}));
     };
     EXPECT_EQ(found("a x", "poi"), ReturnCode::Success) << "a stored place is found by its record";
-    EXPECT_EQ(found("b1", "poi"), ReturnCode::Success) << "and others by their providers";
+    EXPECT_EQ(found("b1", "poi"), ReturnCode::Success) << "and others are found by their providers";
     EXPECT_EQ(found("b1", "contact"), ReturnCode::NoSuchPlace);
     EXPECT_EQ(found("", "poi"), ReturnCode::NoSuchPlace);
     EXPECT_EQ(found("c1", "poi"), ReturnCode::NoSuchPlace);

@@ -51,7 +51,7 @@ protected:
     std::string path(const char *name) const { return folder.filePath(QLatin1String(name)).toStdString(); }
     void write(const char *name, const QByteArray &bytes) { files::write(folder.filePath(QLatin1String(name)), bytes); }
 
-    const mode_t mask = ::umask(0077); // as the program has it
+    const mode_t mask = ::umask(0077); // like the program
     const QTemporaryDir folder;
     StoreShared shared;
     BackupKeeper keeper{path("places.db"), shared};
@@ -60,7 +60,7 @@ protected:
 
 } // namespace
 
-TEST_F(BackupTest, BringsBackWhatWasThereAndNothingElse)
+TEST_F(BackupTest, RestoresExactlyTheBackedUpPlaces)
 {
     const qint64 kept = add(QStringLiteral("Kept"));
     ASSERT_EQ(backUp(path("copy.db")), ReturnCode::Success);
@@ -75,23 +75,23 @@ TEST_F(BackupTest, BringsBackWhatWasThereAndNothingElse)
     ASSERT_EQ(restore(path("copy.db")), ReturnCode::Success);
     EXPECT_THAT(names(), ElementsAre("Kept"));
     EXPECT_EQ(store.placeCount(~0), 1);
-    EXPECT_GT(add(QStringLiteral("Next")), later) << "no id comes back as another place's";
+    EXPECT_GT(add(QStringLiteral("Next")), later) << "no id is reused";
     store.check([](const std::string &problem, qint64 place) { ADD_FAILURE() << problem << place; });
     EXPECT_THAT(
         QDir(folder.path())
             .entryList({QStringLiteral("*.db.*"), QStringLiteral("*restore*")}, QDir::AllEntries | QDir::Hidden),
         IsEmpty())
-        << "nothing is left lying about";
+        << "no temporary files are left";
 
     EXPECT_EQ(keeper.restore(path("copy.db"), Clock::now()), ReturnCode::TookTooLong);
     EXPECT_EQ(keeper.backUp(path("late.db"), Clock::now()), ReturnCode::TookTooLong);
     shared.damage->note(SQLite::Exception("as told", 11));
     EXPECT_EQ(restore(path("copy.db")), ReturnCode::StorageFailed);
-    EXPECT_THAT(backUp(path("copy.db")).reason, HasSubstr("the database is damaged")) << "a good one stays";
+    EXPECT_THAT(backUp(path("copy.db")).reason, HasSubstr("the database is damaged")) << "the sound backup is kept";
     EXPECT_EQ(SQLite::Database(path("copy.db")).execAndGet("SELECT count(*) FROM place").getInt(), 1);
 }
 
-TEST_F(BackupTest, AFailedOneChangesNothing)
+TEST_F(BackupTest, AFailureChangesNothing)
 {
     add(QStringLiteral("Here"));
     ASSERT_EQ(backUp(path("copy.db")), ReturnCode::Success);
@@ -129,12 +129,12 @@ TEST_F(BackupTest, AFailedOneChangesNothing)
     const struct
     {
         const char *name;
-        const char *reason; // may be for one of both only
+        const char *reason; // for backup and restore; one may be null
         const char *ofBackup;
     } files[] = {
         {"none", "none cannot be opened by the service: No such file", nullptr},
-        {"none/copy.db", "No such file", "none is no folder"},
-        {"text", "text is no SQLite file", "file is not a database; name a file that is not there"},
+        {"none/copy.db", "No such file", "none is not a folder"},
+        {"text", "text is not an SQLite file", "file is not a database; name a new file"},
         {"cut", "it is damaged", nullptr},
         {"torn", "malformed", nullptr},
         {"newer", "it is of version 99, and this placesd reads 1 to 5", "it is of version 99"},
@@ -182,13 +182,13 @@ TEST_F(BackupTest, AFailedOneChangesNothing)
         EXPECT_EQ(backUp(path(name)), ReturnCode::Success) << name;
     for (const std::string name : {"", "copy.db", "./copy.db"}) {
         for (const Status &status : {backUp(name), restore(name)})
-            EXPECT_THAT(status.reason, HasSubstr("is no absolute path")) << name;
+            EXPECT_THAT(status.reason, HasSubstr("is not an absolute path")) << name;
     }
     EXPECT_THAT(backUp("/none/" + std::string(600, 'x') + "/y").reason, testing::StartsWith("...xxx"));
     EXPECT_THAT(names(), ElementsAre("Here"));
 }
 
-TEST_F(BackupTest, GoesOnWhileOthersReadAndWrite)
+TEST_F(BackupTest, RunsWhileOthersReadAndWrite)
 {
     for (int i = 0; i < 50; ++i)
         add(QStringLiteral("Old %1").arg(i));

@@ -21,7 +21,7 @@ using placesd::StoreShared;
 namespace
 {
 
-/// The header of a write-ahead log, and a frame of it with its page.
+/// Sizes of the header of a write-ahead log and of a frame with its page.
 constexpr int HEADER = 32;
 constexpr int FRAME = 24 + 4096;
 
@@ -37,7 +37,7 @@ int noteSync(sqlite3_file *file, int flags)
     return result;
 }
 
-/// The usual file system, which notes how much of a write-ahead log is on the disk.
+/// The default file system of SQLite. It records how much of a write-ahead log is on the disk.
 class WatchedFiles
 {
 public:
@@ -75,14 +75,14 @@ private:
 
 } // namespace
 
-TEST(Store, LosesNothingThatWasAcknowledgedWithThePower)
+TEST(Store, KeepsAcknowledgedWritesAfterAPowerLoss)
 {
     const WatchedFiles watched;
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("places.db"));
     StoreShared shared;
     Store(path.toStdString(), shared).write([] { return true; });
-    // The log is empty now: what follows is all that it has.
+    // The log is empty now and contains only the changes below.
     Store store(path.toStdString(), shared);
     std::vector<qint64> acknowledgedAt;
     for (int i = 0; i < 3; ++i) {
@@ -113,7 +113,7 @@ TEST(Store, LosesNothingThatWasAcknowledgedWithThePower)
         if (frame == frames)
             break;
         expectAllThatReached(log.left(end + FRAME / 2), end);
-        // A sector in the middle did not reach the disk, and all behind it did.
+        // One sector in the middle did not reach the disk, but all later ones did.
         QByteArray holed = log;
         holed.replace(end + 1024, 512, QByteArray(512, '\x55'));
         expectAllThatReached(holed, end);

@@ -32,7 +32,7 @@ PlacePrivate &dataOf(Place &place)
     return *PlacePrivate::privateFromPublic(&place);
 }
 
-/// A random place as a request may bring it.
+/// A random place in the form of a request.
 std::shared_ptr<Place> storable(Chance &chance, qint64 id = PlaceId::UNDEFINED_PERSISTED_ID)
 {
     std::shared_ptr<Place> place = chance.place(id);
@@ -45,7 +45,7 @@ class StoreTest : public testing::Test
 protected:
     std::string path(const char *name) const { return folder.filePath(QLatin1String(name)).toStdString(); }
 
-    /// All rows that follow from the places, with texts in place of the numbers of facets.
+    /// All rows that are derived from the places, with the texts of facets instead of their numbers.
     static std::vector<std::string> rowsOf(const std::string &database)
     {
         std::vector<std::string> rows;
@@ -77,7 +77,7 @@ protected:
 
 } // namespace
 
-TEST_F(StoreTest, HoldsNoMoreThanAFreshDatabaseOfTheSamePlaces)
+TEST_F(StoreTest, EqualsAFreshDatabaseWithTheSamePlaces)
 {
     Chance chance(3);
     std::map<qint64, std::pair<std::shared_ptr<Place>, std::optional<uid_t>>> kept;
@@ -149,7 +149,7 @@ TEST_F(StoreTest, EachPartHasAnIdOfItsOwn)
     const auto add = [&](Place &added) { ASSERT_TRUE(store.write([&] { return store.insert(added), true; })); };
     add(place);
     EXPECT_EQ(place.id(), 1);
-    EXPECT_EQ(place.location(0).id(), 1) << "the id that came with it is not that of a stored part";
+    EXPECT_EQ(place.location(0).id(), 1) << "an id of the request is not used for a stored part";
     EXPECT_EQ(place.data().auxiliaryData()[0].id(), 1);
 
     Place changed;
@@ -164,7 +164,7 @@ TEST_F(StoreTest, EachPartHasAnIdOfItsOwn)
         ids.push_back(changed.location(i).id());
         ids.push_back(dataOf(changed).auxiliaryData()[i].id());
     }
-    EXPECT_THAT(ids, ElementsAre(1, 1, 2, 2, 3, 3)) << "one keeps the id, the copies get others";
+    EXPECT_THAT(ids, ElementsAre(1, 1, 2, 2, 3, 3)) << "one part keeps the id, the copies get new ids";
     ASSERT_TRUE(store.write([&] { return store.remove(1); }));
     sample::FullPlace next(-1);
     add(next);
@@ -173,7 +173,7 @@ TEST_F(StoreTest, EachPartHasAnIdOfItsOwn)
     EXPECT_EQ(next.data().auxiliaryData()[0].id(), 4);
 }
 
-TEST_F(StoreTest, RecentTermsComeBackByTheirBeginningNewestFirst)
+TEST_F(StoreTest, RecentTermsAreListedByPrefixNewestFirst)
 {
     const auto remember = [&](const QString &term) { store.write([&] { return store.rememberTerm(term), true; }); };
     for (const char *term : {"cafe", "Zürich", "Café noir", "", "cafe"})
@@ -184,11 +184,12 @@ TEST_F(StoreTest, RecentTermsComeBackByTheirBeginningNewestFirst)
     for (int i = 0; i < limits::SEARCH_TERMS - 2; ++i)
         remember(QString::number(i));
     EXPECT_EQ(store.recentTerms(QString()).size(), limits::SEARCH_TERMS);
-    EXPECT_EQ(store.recentTerms(QString()).last(), QString::fromUtf8("Café noir")) << "the oldest one went";
+    EXPECT_EQ(store.recentTerms(QString()).last(), QString::fromUtf8("Café noir")) << "the oldest one is dropped";
 }
 
-/// What a contact or a provider gives is a place that the owner stored; the open channel does not learn of it.
-TEST_F(StoreTest, APlaceOfASourceIsFoundByWhatItIsKnownByThere)
+/// A place of a contact or provider is replaced by the owner's stored place with the same origin, but not on the open
+/// channel.
+TEST_F(StoreTest, APlaceOfASourceIsFoundByItsOrigin)
 {
     const struct
     {
@@ -250,7 +251,7 @@ TEST_F(StoreTest, APlaceOfASourceIsFoundByWhatItIsKnownByThere)
             + 64 * static_cast<qint64>(entries.facets.size() + entries.properties.size() + entries.origins.size()));
 }
 
-TEST_F(StoreTest, AWriteIsDoneAsAWholeOrNotAtAll)
+TEST_F(StoreTest, AWriteIsAtomic)
 {
     const auto remember = [&](const char *term, bool isDone) {
         return [&, term, isDone] { return store.rememberTerm(QLatin1String(term)), isDone; };
@@ -261,7 +262,7 @@ TEST_F(StoreTest, AWriteIsDoneAsAWholeOrNotAtAll)
         store.write([&] { return remember("three", true)(), throw SQLite::Exception("as told", SQLITE_BUSY), true; }),
         SQLite::Exception);
     EXPECT_FALSE(store.isWriting());
-    // Parts of a write are taken back on their own, and all of it where there is no room.
+    // A failed part of a write is rolled back alone; without room, the whole write.
     EXPECT_TRUE(store.write([&] {
         EXPECT_TRUE(store.isWriting());
         EXPECT_TRUE(store.write(remember("four", true)));
@@ -289,7 +290,7 @@ TEST_F(StoreTest, AWriteIsDoneAsAWholeOrNotAtAll)
     EXPECT_EQ(store.recentTerms(QString()).size(), 2);
 }
 
-TEST(FacetNumbers, ArePackedAndReadAsFarAsTheyGo)
+TEST(FacetNumbers, ArePackedAndReadUpToTheFirstInvalidOne)
 {
     const std::vector<qint64> numbers = {0, 1, 127, 128, 129, 16383, 16384, qint64{1} << 40, (qint64{1} << 62) + 5};
     const std::string packed = FacetNumbers::pack({numbers.rbegin(), numbers.rend()});
@@ -303,7 +304,7 @@ TEST(FacetNumbers, ArePackedAndReadAsFarAsTheyGo)
         << "no number has so many bytes";
 }
 
-TEST(IndexEntries, AreOfAllTextsAndOfTheBeginningOfValues)
+TEST(IndexEntries, ContainAllTextsAndTheStartOfValues)
 {
     sample::FullPlace place;
     PlacePrivate &data = place.data();
@@ -323,9 +324,9 @@ TEST(IndexEntries, AreOfAllTextsAndOfTheBeginningOfValues)
     EXPECT_THAT(facets,
                 testing::UnorderedElementsAre("1app", "53", "2lbs-favorite", "3poi", "3calendar", "4room", "4private",
                                               "6kind", "6alt_name", "6category", "6phonenumber", "6emailaddress"));
-    EXPECT_EQ(entries.origins.size(), 1U) << "of those with an external id";
+    EXPECT_EQ(entries.origins.size(), 1U) << "of records with an external id";
 
-    // Behind a prefix of 64 letters nothing is kept, but what composes within it is.
+    // After a prefix of 64 letters nothing is kept, except marks that compose with the last letter.
     const QString letters(63, QLatin1Char('v'));
     const QString emoji = QStringLiteral("\U0001F355");
     EXPECT_EQ(propertyPrefix(letters + emoji + QLatin1Char('x')), letters + emoji);
@@ -336,7 +337,7 @@ TEST(IndexEntries, AreOfAllTextsAndOfTheBeginningOfValues)
     EXPECT_EQ(IndexEntries::of(data).properties.at(0).value, letters + QLatin1Char('v'));
     EXPECT_FALSE(IndexEntries::of(data).isRoom);
 
-    // Texts have a limit each, and all of them together.
+    // Each text has a limit, and so do all texts together.
     data.setDescription(QString(limits::TEXT_LENGTH - 1, QLatin1Char('d')) + QStringLiteral("ef"));
     EXPECT_THAT(textKeyOf(data).toStdString(), testing::HasSubstr("de" + std::string(1, KEY_END)));
     data.m_aliases.clear();
@@ -367,8 +368,8 @@ TEST(StatementPool, KeepsNoBoundValuesAndBoundedMemory)
     EXPECT_GT(bytes, 0U);
 }
 
-/// Each of these is found by one of the checks alone.
-TEST_F(StoreTest, ACheckNamesWhatDoesNotMatch)
+/// Each of these faults is found by exactly one check.
+TEST_F(StoreTest, ACheckNamesInconsistentTables)
 {
     sample::FullPlace place(-1);
     ASSERT_TRUE(store.write([&] { return store.insert(place, GUEST), true; }));

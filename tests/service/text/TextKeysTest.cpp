@@ -17,8 +17,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using vela::platform::places::SearchOperator;
 
-/// A name whose words the index cut otherwise would be found by one plan of a find and not by another.
-TEST(TextKeys, WordsAreThoseOfTheFullTextIndexAroundEveryCodePoint)
+/// Both plans of a find must find the same names, so both must split words alike.
+TEST(TextKeys, WordBoundariesEqualThoseOfTheFullTextIndex)
 {
     constexpr uint END = 0x110000;
     SQLite::Database database(":memory:", SQLite::OPEN_READWRITE);
@@ -26,7 +26,7 @@ TEST(TextKeys, WordsAreThoseOfTheFullTextIndexAroundEveryCodePoint)
     database.exec("BEGIN");
     SQLite::Statement add(database, "INSERT INTO name_index(rowid, name_key) VALUES (?1, ?2)");
     std::vector<bool> isCut(END);
-    // Planes that are not in use are alike from end to end.
+    // All code points of an unused plane behave alike, so most of them are skipped.
     const auto next = [](uint code) { return code + (code < 0x33000 || code >> 12 == 0xE0 ? 1 : 64); };
     for (uint code = 1; code < END; code = next(code)) {
         if (QChar::isSurrogate(code))
@@ -34,7 +34,7 @@ TEST(TextKeys, WordsAreThoseOfTheFullTextIndexAroundEveryCodePoint)
         const uint letters[] = {'a', code, 'b'};
         const QString text = QString::fromUcs4(letters, 3);
         isCut[code] = words(text).size() == 2;
-        // Words are found where they begin and end, too.
+        // Also finds the start and the end of words.
         ASSERT_EQ(hasWord(text.toStdString(), "b"), isCut[code]) << std::hex << code;
         ASSERT_EQ(hasWord(text.toStdString(), "a", true), isCut[code]) << std::hex << code;
         add.bind(1, code);
@@ -50,14 +50,14 @@ TEST(TextKeys, WordsAreThoseOfTheFullTextIndexAroundEveryCodePoint)
         ASSERT_EQ(isCut[code], isCutByIndex[code]) << std::hex << code;
 }
 
-TEST(TextKeys, FoldCaseAndAccentsAndHoldOtherSpellings)
+TEST(TextKeys, FoldCaseAndAccentsAndContainOtherSpellings)
 {
     const struct
     {
         const char *text;
         const char *search;
         const char *sort;
-        const char *others; ///< Spellings behind the search key.
+        const char *others; ///< Spellings after the search key.
     } cases[] = {
         {"", "", "", ""},
         {"Old TOWN", "old town", "old town", ""},
@@ -85,7 +85,7 @@ TEST(TextKeys, FoldCaseAndAccentsAndHoldOtherSpellings)
     }
     const QString marks = QStringLiteral("a") + QString(40, QChar(0x0316)) + QStringLiteral("\u0915\u093F");
     EXPECT_EQ(searchKey(marks), QStringLiteral("a\u0915\u093F")) << "vowel signs are no accents";
-    EXPECT_EQ(caseFolded(marks).size(), 1 + 30 + 2) << "of marks in a row, so many count";
+    EXPECT_EQ(caseFolded(marks).size(), 1 + 30 + 2) << "only this many marks in a row are kept";
 
     const std::string key =
         indexKey({QStringLiteral("Z\u00FCrich See"), QStringLiteral("Lac"), QStringLiteral("lac")}).toStdString();
@@ -101,7 +101,7 @@ TEST(TextKeys, TextsAreComparedByEachOperator)
     const struct
     {
         const char *text;
-        std::vector<int> passed; ///< Operators by which it passes "caf ba".
+        std::vector<int> passed; ///< Operators that match "caf ba".
     } cases[] = {
         {"caf ba", {2, 4, 5, 6, 7, 8}},
         {"caf bar", {3, 4, 6, 7}},

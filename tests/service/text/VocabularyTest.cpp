@@ -50,7 +50,7 @@ std::string utf8(const std::u32string &text)
     return QString::fromStdU32String(text).toStdString();
 }
 
-/// The textbook's table of distances.
+/// The textbook algorithm for the edit distance.
 int distance(const std::u32string &one, const std::u32string &other)
 {
     std::vector<std::vector<int>> edits(one.size() + 1, std::vector<int>(other.size() + 1));
@@ -68,7 +68,7 @@ int distance(const std::u32string &one, const std::u32string &other)
     return edits[one.size()][other.size()];
 }
 
-/// True when a shorter beginning needs no more edits.
+/// True when a shorter prefix needs no more edits.
 bool hasBetterStart(const std::u32string &typed, const std::u32string &start, int edits)
 {
     for (std::size_t size = 1; size < start.size(); ++size) {
@@ -78,7 +78,7 @@ bool hasBetterStart(const std::u32string &typed, const std::u32string &start, in
     return false;
 }
 
-/// Compares the typed word with every word, or with every beginning of a word.
+/// Compares the typed word with all words, or with all prefixes of words.
 std::vector<Correction> correctionsByScan(const std::set<std::u32string> &words, const std::u32string &typed,
                                           bool asPrefix, std::size_t limit)
 {
@@ -101,8 +101,8 @@ std::vector<Correction> correctionsByScan(const std::set<std::u32string> &words,
     return corrections;
 }
 
-/// Few letters, so that many words are near each other; letters of one to three bytes, two of them with the same first
-/// byte and two with the same last one.
+/// Uses few letters, so that many words are similar. The letters have one to three bytes; two have the same first byte,
+/// two the same last byte.
 std::u32string randomWord(std::mt19937 &random, std::size_t least, std::size_t most)
 {
     static const std::u32string LETTERS = U"aaabéñũạ";
@@ -111,7 +111,7 @@ std::u32string randomWord(std::mt19937 &random, std::size_t least, std::size_t m
     return word;
 }
 
-/// A word with up to three slips.
+/// A word with up to three typing errors.
 std::u32string slip(std::u32string word, std::mt19937 &random)
 {
     for (std::size_t slips = random() % 4; slips > 0 && word.size() > 1; --slips) {
@@ -125,7 +125,7 @@ std::u32string slip(std::u32string word, std::mt19937 &random)
     return word;
 }
 
-/// Words in batches of all sizes, so that there are tries of all sizes and merges of them.
+/// Adds words in batches of all sizes, so that there are tries of all sizes and merges of them.
 std::set<std::u32string> fill(Vocabulary &vocabulary, std::mt19937 &random)
 {
     std::set<std::u32string> words;
@@ -143,7 +143,7 @@ std::set<std::u32string> fill(Vocabulary &vocabulary, std::mt19937 &random)
 
 } // namespace
 
-TEST(Vocabulary, CorrectsLikeAComparisonWithEveryWord)
+TEST(Vocabulary, CorrectsLikeAScanOfAllWords)
 {
     std::mt19937 random(7); // NOLINT: the same words in every run
     std::size_t corrected = 0;
@@ -173,7 +173,7 @@ TEST(Vocabulary, CorrectsLikeAComparisonWithEveryWord)
     EXPECT_GT(corrected, 500U);
 }
 
-TEST(Vocabulary, CorrectsOnlyWordsOfEnoughLettersAndNothingElse)
+TEST(Vocabulary, CorrectsOnlyWordsOfEnoughLetters)
 {
     const std::string combined = "Zu\xCC\x88rich";
     const struct
@@ -207,7 +207,7 @@ TEST(Vocabulary, CorrectsOnlyWordsOfEnoughLettersAndNothingElse)
     };
     Vocabulary vocabulary;
     vocabulary.add({std::string(5000, 'a'), std::string(65, 'a'), "\xC3", "bern\xC3", "ber", "berna", "bernb"});
-    EXPECT_EQ(vocabulary.size(), 5U) << "what is not UTF-8 is left out";
+    EXPECT_EQ(vocabulary.size(), 5U) << "words that are not UTF-8 are left out";
     for (const auto &[typed, edits] : cases) {
         EXPECT_EQ(mostEdits(typed), edits) << typed;
         for (const bool asPrefix : {false, true})
@@ -221,7 +221,7 @@ TEST(Vocabulary, CorrectsOnlyWordsOfEnoughLettersAndNothingElse)
                                      Correction{"bernb", 1, false}));
 }
 
-TEST(SharedVocabulary, IsReadAgainBeforeItHoldsMoreThanItsSlackOfWhatIsGone)
+TEST(SharedVocabulary, IsReadAgainAfterGrowingByItsSlack)
 {
     SharedVocabulary words(2);
     words.load([] { return std::vector<std::string>{"alpha"}; });
@@ -230,7 +230,7 @@ TEST(SharedVocabulary, IsReadAgainBeforeItHoldsMoreThanItsSlackOfWhatIsGone)
     words.add({"delta", "epsilon", "zeta"});
     EXPECT_TRUE(words.isStale());
     words.add({"eta"});
-    EXPECT_FALSE(words.hasPrefix("eta")) << "there is an end to it";
+    EXPECT_FALSE(words.hasPrefix("eta")) << "a stale vocabulary takes no more words";
     {
         SharedVocabulary::Replacement unfinished(words);
         words.add({"theta"});
@@ -238,7 +238,7 @@ TEST(SharedVocabulary, IsReadAgainBeforeItHoldsMoreThanItsSlackOfWhatIsGone)
     EXPECT_TRUE(words.hasPrefix("gam"));
     {
         SharedVocabulary::Replacement replacement(words);
-        words.add({"beta"}); // known, but perhaps not to what is being read
+        words.add({"beta"}); // known, but perhaps not yet to the reading thread
         replacement.finish({"alpha"});
     }
     EXPECT_FALSE(words.isStale());
@@ -246,7 +246,7 @@ TEST(SharedVocabulary, IsReadAgainBeforeItHoldsMoreThanItsSlackOfWhatIsGone)
     EXPECT_FALSE(words.hasPrefix("gam") || words.hasPrefix("theta"));
 }
 
-TEST(SharedVocabulary, ForgetsTheWordsOfPlacesThatAreGone)
+TEST(SharedVocabulary, DropsTheWordsOfRemovedPlaces)
 {
     const QTemporaryDir folder;
     StoreShared shared;

@@ -17,7 +17,7 @@ using testing::ElementsAre;
 namespace
 {
 
-/// Places by their texts; the part before a comma is the name.
+/// Places by their texts. The part before the comma is the name.
 class Search
 {
 public:
@@ -28,7 +28,7 @@ public:
             m_words.add(utf8Words(indexKey(text)));
     }
 
-    /// The reading of a term as an expression, with "names: " where only names are looked at.
+    /// The chosen reading of a term as an expression; it starts with "names: " when only names are searched.
     std::string read(const QString &term)
     {
         const auto count = [this](const Reading &reading) {
@@ -42,7 +42,7 @@ public:
         const Reading reading = chooseReading(Wording::of(term), {m_words, finds, count});
         return (reading.inNames ? "names: " : "") + reading.expression();
     }
-    int asked = 0; ///< How often something was looked for.
+    int asked = 0; ///< Number of searches.
 
 private:
     const std::vector<QString> m_texts;
@@ -59,7 +59,7 @@ QString manyWords(int count)
 
 } // namespace
 
-TEST(Wording, ATermIsReadInTheFirstWayThatFindsAnything)
+TEST(Wording, TheFirstReadingWithResultsIsUsed)
 {
     const std::vector<QString> texts = {QStringLiteral("Z\u00FCrich Airport, Kloten"),
                                         QStringLiteral("Z\u00FCrich See"),
@@ -95,14 +95,14 @@ TEST(Wording, ATermIsReadInTheFirstWayThatFindsAnything)
     search.read(QStringLiteral("zur"));
     EXPECT_EQ(search.asked, 1);
     search.read(QString());
-    EXPECT_EQ(search.asked, 1) << "nothing is looked for without words";
+    EXPECT_EQ(search.asked, 1) << "no search without words";
     EXPECT_EQ(Wording::of(manyWords(limits::TERM_WORDS + 1)).words().size(), std::size_t{limits::TERM_WORDS});
     EXPECT_EQ(Wording::of(QStringLiteral("a A \u00E1")).words().size(), 1U);
     EXPECT_EQ(Wording::of(QStringLiteral("\u6771\u4EAC\u90FD")).expression(),
               "((\"\u6771\u4EAC\"*) AND (\"\u4EAC\u90FD\"*) AND (\"\u90FD\"*))");
 }
 
-TEST(Expansion, BeginningsBecomeTheWordsThatStartSo)
+TEST(Expansion, PrefixesBecomeTheWordsThatStartWithThem)
 {
     Vocabulary words;
     words.add({"zurich", "zurichsee", "airport", "airports", "airpark", "airpol", "airpush", "bern"});
@@ -130,12 +130,12 @@ TEST(Expansion, BeginningsBecomeTheWordsThatStartSo)
     }
 }
 
-TEST(TermTest, LooksForATermWithoutWordsAsItIs)
+TEST(TermTest, SearchesATermWithoutWordsLiterally)
 {
     const TermTest signs(QStringLiteral("--"), {{Wording()}, false});
     EXPECT_TRUE(signs.isOfNames() && !signs.hasWords());
     EXPECT_TRUE(signs("a -- b"));
-    EXPECT_FALSE(signs("ab\x1F--")) << "of all keys that of the name";
+    EXPECT_FALSE(signs("ab\x1F--")) << "only the key of the name";
     const auto of = [](const char *term, bool inNames) {
         return TermTest(QLatin1String(term), {{Wording::of(QLatin1String(term))}, inNames});
     };
@@ -145,7 +145,7 @@ TEST(TermTest, LooksForATermWithoutWordsAsItIs)
     EXPECT_FALSE(of("ab", false).isOfNames());
 }
 
-TEST(JoinedVocabulary, GivesTheWordsOfBothOnce)
+TEST(JoinedVocabulary, ReturnsTheWordsOfBothWithoutDuplicates)
 {
     Vocabulary one;
     one.add({"geneva", "zurich", "zug"});
