@@ -7,6 +7,7 @@
 #include "places/Tags.h"
 #include "places/Utilities.h"
 #include "support/Files.h"
+#include "support/Golden.h"
 #include "text/TextKeys.h"
 
 #include <gmock/gmock.h>
@@ -287,21 +288,15 @@ TEST(Gazetteer, StopsAtItsDeadlineInEveryPlan)
     }
 }
 
-/// The features and searches of data/intended.txt.
 TEST(Gazetteer, FindsTheIntendedPlace)
 {
-    const QString file = QString::fromUtf8(files::bytesOf(QStringLiteral(SOURCES "/tests/service/data/intended.txt")));
-    const QStringList lines = file.split(QLatin1Char('\n'));
+    constexpr char DATA[] = "service/data/intended.txt";
     QByteArrayList features;
-    for (const QString &line : lines.filter(QStringLiteral("{")))
-        features.append(line.toUtf8());
+    for (const auto &[line] : golden::rows<1>(DATA, "features"))
+        features.append(QByteArray::fromStdString(line));
     Towns towns(features);
-    for (const QString &line : lines.filter(QStringLiteral(" => "))) {
-        const QStringList found = towns.find(line.section(QStringLiteral(" => "), 0, 0).toUtf8().constData());
-        EXPECT_EQ(found.isEmpty() ? QStringLiteral("nothing") : found.join(QLatin1Char(' ')),
-                  line.section(QStringLiteral(" => "), 1))
-            << line.toStdString();
-    }
+    for (const auto &[term, ids] : golden::rows<2>(DATA, "searches"))
+        EXPECT_EQ(towns.find(term.c_str()).join(QLatin1Char(' ')).toStdString(), ids) << term;
     ProviderSearch search;
     search.count = 1;
     search.term = QStringLiteral("munich");

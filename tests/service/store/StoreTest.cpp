@@ -9,6 +9,7 @@
 #include "store/Records.h"
 #include "store/StatementPool.h"
 #include "support/Files.h"
+#include "support/Golden.h"
 #include "support/RandomFind.h"
 
 #include <gmock/gmock.h>
@@ -376,33 +377,13 @@ TEST_F(StoreTest, ACheckNamesInconsistentTables)
     SQLite::Database(path("places.db"), SQLite::OPEN_READWRITE).exec("PRAGMA wal_checkpoint(TRUNCATE)");
     const QString sound = folder.filePath(QStringLiteral("places.db"));
     const QString broken = folder.filePath(QStringLiteral("broken.db"));
-    const std::pair<const char *, const char *> faults[] = {
-        {"", ""},
-        {"DELETE FROM position", "positions and their index"},
-        {"DELETE FROM record", "places and records"},
-        {"PRAGMA foreign_keys = OFF; INSERT INTO record VALUES (9, x'00', x'00')", "places and records"},
-        {"UPDATE facet SET places = 0", "counts of tags"},
-        {"UPDATE facet SET places = 2", "counts of tags"},
-        {"UPDATE facet SET id = 0 WHERE kind = 1", "counts of tags"},
-        {"UPDATE last_id SET place = 0", "ids and the last ones"},
-        {"UPDATE last_id SET location = -1", "ids and the last ones"},
-        {"UPDATE last_id SET auxiliary = 1 << 61", "ids and the last ones"},
-        {"UPDATE guest SET bytes = -1", "places of the open channel"},
-        {"UPDATE guest_share SET bytes = bytes + 1", "places of the open channel"},
-        {"DELETE FROM guest_share", "places of the open channel"},
-        {"INSERT INTO dictionary VALUES (x'00')", "dictionary of the records"},
-        {"INSERT INTO last_id VALUES (1, 1, 1)", "row of last ids"},
-        {"INSERT INTO name_index(name_index, rowid, name_key) VALUES ('delete', 1, 'cafe')", "the index of names"},
-        {"UPDATE record SET full_record = header", "record cannot be read"},
-        {"UPDATE record SET header = x'00'", "record cannot be read"},
-    };
-    for (const auto &[sql, problem] : faults) {
+    for (const auto &[sql, problem] : golden::rows<2>("service/data/damage.txt", "store")) {
         std::vector<std::string> found;
         files::write(broken, files::bytesOf(sound));
         SQLite::Database(broken.toStdString(), SQLite::OPEN_READWRITE).exec(sql);
         StoreShared unshared;
         Store(broken.toStdString(), unshared).check([&](const std::string &each, qint64) { found.push_back(each); });
-        EXPECT_EQ(found.empty(), *sql == '\0') << sql;
+        EXPECT_EQ(found.empty(), sql.empty()) << sql;
         EXPECT_THAT(testing::PrintToString(found), testing::HasSubstr(problem)) << sql;
     }
 }
