@@ -96,7 +96,7 @@ TEST_F(PlacesTool, EveryCommandReportsItsResultAndFailsForMissingPlaces)
         {"fav 1 2", 0, "marked 2 places as favourite\n", ""},
         {"fav 1", 0, "marked 1 place as favourite\n", ""},
         {"unfav 1 3", 1, "unmarked 1 place as favourite\n",
-         "places: place 3: is no favourite; places fav makes it one\n"},
+         "places: place 3: is not a favourite; places fav makes it one\n"},
         {"unfav lake", 1, "", "places: unfav: there is nothing to change\n"},
         {"unfav 2 99", 1, "unmarked 1 place as favourite\n", "places: place 99: " + none},
         {"use 1 3", 0, "counted a use of 2 places\n", ""},

@@ -177,7 +177,7 @@ Change unfav(qint64 id)
 {
     return withPlace(id, [](Place &place) {
         if (!place.isFavorite())
-            return Change{Error::Success, {}, QStringLiteral("is no favourite; places fav makes it one"), false};
+            return Change{Error::Success, {}, QStringLiteral("is not a favourite; places fav makes it one"), false};
         return Change::of(PlaceManager().unfav(&place));
     });
 }

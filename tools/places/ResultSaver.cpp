@@ -50,7 +50,7 @@ ExitStatus saveResults(const formats::PlaceList &results, const Context &context
     std::vector<std::unique_ptr<Place>> places;
     for (const AbstractPlace *result : results) {
         if (kindOf(*result) != ResultKind::Place) {
-            status = fail(result->name(), QStringLiteral("a search term or category is no place to save"));
+            status = fail(result->name(), QStringLiteral("a search term or category is not a place to save"));
             continue;
         }
         Error::Type error = Error::Success;
