@@ -45,12 +45,9 @@ void writeReplies(const std::filesystem::path &folder)
 /// The largest requests, as sent by the library.
 void writeRequests(const std::filesystem::path &folder)
 {
-    Place fresh;
-    sample::fill(fresh, -1);
+    const sample::FullPlace fresh(-1);
     AuxiliaryDataRequest records;
-    QSharedPointer<Place> place(new Place);
-    sample::fill(*place, 1);
-    records.setPlace(place);
+    records.setPlace(QSharedPointer<sample::FullPlace>::create(1));
     const QString term = QStringLiteral("caf");
     const SearchRule rule =
         SearchRule::createAndRule(SearchRule::createNameRule(SearchOperator::Contains, term),

@@ -1,18 +1,24 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
 #include "auxdata/AuxiliaryDataPrivate.h"
+#include "places/CalendarAuxiliaryData.h"
 #include "places/ContactAuxiliaryData.h"
+#include "places/ImageAuxiliaryData.h"
 #include "places/PointOfInterestAuxiliaryData.h"
+#include "places/ReservationAuxiliaryData.h"
 #include "places/ReviewAuxiliaryData.h"
 
 #include <gmock/gmock.h>
 
+#include <cmath>
 #include <limits>
 
 using namespace vela::platform::places;
 
 namespace
 {
+
+constexpr qint64 LAST_SECOND = 4294967295;
 
 AuxiliaryData recordWith(const char *key, const char *value, const QString &type = QStringLiteral("t"))
 {
@@ -68,6 +74,22 @@ Category category(const char *code, const QList<Category> &children = {})
     category.setCode(QString::fromLatin1(code));
     category.setChildren(children);
     return category;
+}
+
+QDateTime at(qint64 seconds)
+{
+    return QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC);
+}
+
+/// The properties of a view, as "key=value" in their order.
+template <typename View>
+std::string propertiesOf(const View &view)
+{
+    QStringList all;
+    const QMap<QString, QString> properties = view.auxiliaryData().properties();
+    for (const QString &key : properties.keys())
+        all += key + QLatin1Char('=') + properties[key];
+    return all.join(QLatin1Char(' ')).toStdString();
 }
 
 } // namespace
@@ -222,4 +244,99 @@ TEST(PointOfInterestAuxiliaryData, KeepsCategoriesAndOneLevelOfChildren)
     ASSERT_EQ(odd.size(), 3);
     EXPECT_EQ(odd[0].children().size(), 1);
     EXPECT_TRUE(odd[2].children().isEmpty());
+}
+
+TEST(CalendarAuxiliaryData, KeepsItsTextsUnderItsOwnKeys)
+{
+    CalendarAuxiliaryData entry;
+    entry.setSubject(QStringLiteral("Café"));
+    entry.setInvitees({QStringLiteral("alice"), QStringLiteral("bob"), QString()});
+    entry.setStartTime(at(1000).toOffsetFromUtc(3600));
+    entry.setEndTime(QDateTime());
+    EXPECT_EQ(propertiesOf(entry), "end_time=4294967295 invitees=alice;bob; start_time=1000 subject=Café");
+    EXPECT_EQ(entry.auxiliaryData().type(), AuxiliaryData::TypeCalendar);
+    EXPECT_EQ(entry.invitees(), (QStringList{QStringLiteral("alice"), QStringLiteral("bob"), QString()}));
+    EXPECT_EQ(entry.startTime(), at(1000));
+    entry.setInvitees({});
+    EXPECT_TRUE(entry.invitees().isEmpty());
+    for (const qint64 inexpressible : {qint64(-1), LAST_SECOND + 1, qint64(1) << 40}) {
+        entry.setStartTime(at(inexpressible));
+        EXPECT_EQ(entry.startTime(), at(LAST_SECOND)) << inexpressible;
+    }
+}
+
+TEST(CalendarAuxiliaryData, ReadsTheDigitsThatATimeBeginsWith)
+{
+    const struct
+    {
+        const char *text;
+        QDateTime expected;
+    } cases[] = {
+        {"", QDateTime()},
+        {" -", QDateTime()},
+        {"0", at(0)},
+        {" \t\n1000", at(1000)},
+        {"1000.7 or so", at(1000)},
+        {"4294967296", at(LAST_SECOND)},
+        {"99999999999999999999999", at(LAST_SECOND)},
+    };
+    for (const auto &row : cases) {
+        EXPECT_EQ(CalendarAuxiliaryData(recordWith("start_time", row.text)).startTime(), row.expected) << row.text;
+        EXPECT_EQ(CalendarAuxiliaryData(recordWith("end_time", row.text)).endTime(), row.expected) << row.text;
+    }
+    EXPECT_TRUE(CalendarAuxiliaryData().startTime().isNull());
+    EXPECT_TRUE(CalendarAuxiliaryData().endTime().isNull());
+}
+
+TEST(ImageAuxiliaryData, IsValidWithAUrlInARecordOfItsOwnType)
+{
+    const struct
+    {
+        const char *type;
+        const char *url;
+        bool isImage, isReservation;
+    } cases[] = {
+        {"lbs-image", "https://guide.example/1", true, false},
+        {"lbs-image", "http://[", false, false},
+        {"lbs-image", "", false, false},
+        {"lbs-reservation", "https://guide.example/1", false, true},
+        {"lbs-reservation", "", false, false},
+        {"", "https://guide.example/1", false, false},
+        {"lbs-imag", "https://guide.example/1", false, false},
+        {"lbs-images", "https://guide.example/1", false, false},
+        {"LBS-IMAGE", "https://guide.example/1", false, false},
+    };
+    for (const auto &row : cases) {
+        const AuxiliaryData record = recordWith("url", row.url, QLatin1String(row.type));
+        EXPECT_EQ(ImageAuxiliaryData(record).isValid(), row.isImage) << row.type << row.url;
+        EXPECT_EQ(ReservationAuxiliaryData(record).isValid(), row.isReservation) << row.type << row.url;
+    }
+}
+
+TEST(ReviewAuxiliaryData, TellsAMissingRatingFromARatingOfZero)
+{
+    ReviewAuxiliaryData review;
+    EXPECT_TRUE(std::isnan(review.rating()));
+    EXPECT_FALSE(review.isValid());
+    review.setRating(0.0);
+    EXPECT_TRUE(review.isValid());
+    review.setRating(1.0 / 3);
+    EXPECT_EQ(review.rating(), 1.0 / 3);
+    review.setRating(std::nan(""));
+    EXPECT_FALSE(review.isValid());
+    EXPECT_EQ(ReviewAuxiliaryData(recordWith("rating", "good", QLatin1String(AuxiliaryData::TypeReview))).rating(),
+              0.0);
+    EXPECT_FALSE(ReviewAuxiliaryData(recordWith("rating", "good", AuxiliaryData::TypePointOfInterest)).isValid());
+}
+
+TEST(ReviewAuxiliaryData, KeepsItsTimeAsSeconds)
+{
+    ReviewAuxiliaryData review;
+    EXPECT_EQ(review.creationTime(), at(0));
+    review.setRating(4.5);
+    review.setCreationTime(at(3000000000));
+    EXPECT_EQ(propertiesOf(review), "creationTime=3000000000 rating=4.5");
+    EXPECT_EQ(review.creationTime(), at(3000000000));
+    for (const char *text : {"", "12 May", "-1", "4294967296"})
+        EXPECT_EQ(ReviewAuxiliaryData(recordWith("creationTime", text)).creationTime(), at(0)) << text;
 }

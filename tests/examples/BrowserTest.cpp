@@ -4,15 +4,16 @@
 #include "PlaceText.h"
 #include "ResultList.h"
 #include "support/Client.h"
+#include "support/Files.h"
 #include "support/Gazetteer.h"
 #include "support/Placesd.h"
+#include "support/VCards.h"
 
 #include <places/Place.h>
 #include <places/PointOfInterestAuxiliaryData.h>
 
 #include <gmock/gmock.h>
 
-#include <QtCore/QFile>
 #include <QtCore/QThread>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
@@ -33,8 +34,8 @@ namespace
 constexpr int PATIENCE = 60000; // milliseconds
 
 /// Somebody with two addresses that no gazetteer knows.
-const QByteArray CARD = "BEGIN:VCARD\nVERSION:3.0\nFN:Anna Muster\nTEL;TYPE=CELL:079\n"
-                        "ADR;TYPE=HOME:;;Seeweg 1;Nirgendwo;;;\nADR;TYPE=WORK:;;Talweg 2;Nirgendwo;;;\nEND:VCARD\n";
+const QByteArray CARD = files::card("FN:Anna Muster\nTEL;TYPE=CELL:079\n"
+                                    "ADR;TYPE=HOME:;;Seeweg 1;Nirgendwo;;;\nADR;TYPE=WORK:;;Talweg 2;Nirgendwo;;;\n");
 
 /// The window, used through its keys and read as a user reads it.
 class BrowserTest : public testing::Test
@@ -53,9 +54,8 @@ protected:
 
     QStringList contacts()
     {
-        QFile file(cards.filePath(QStringLiteral("anna.vcf")));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(CARD) == CARD.size());
-        return {QStringLiteral("--contacts"), cards.path()};
+        files::write(cards.filePath(QStringLiteral("anna.vcf")), CARD);
+        return contactsIn(cards.path());
     }
 
     template <typename Widget>
@@ -130,6 +130,7 @@ TEST_F(BrowserTest, WhatIsTypedIsFoundAndWhatIsChosenIsShownAndMadeAFavourite)
 
 TEST_F(BrowserTest, AContactStandsThereWithEachAddressAndIsShownWithItsRecord)
 {
+    NEEDS_VCARDS();
     EXPECT_EQ(rows(), "# Contacts\nAnna Muster\nAnna Muster");
     press(Qt::Key_Down);
     press(Qt::Key_Down);
@@ -139,6 +140,7 @@ TEST_F(BrowserTest, AContactStandsThereWithEachAddressAndIsShownWithItsRecord)
 
 TEST_F(BrowserTest, WhatAnotherProgramStoresIsShownWithoutBeingAskedFor)
 {
+    NEEDS_VCARDS();
     EXPECT_EQ(rows(), "# Contacts\nAnna Muster\nAnna Muster");
     places("add Zurichsee --at 47.25,8.7");
     EXPECT_TRUE(QTest::qWaitFor(

@@ -3,9 +3,9 @@
 #include "places/PlaceManager.h"
 #include "manager/PlaceManagerPrivate.h"
 #include "model/PlaceHeaderPrivate.h"
+#include "places/InternalPlaceManager.h"
 #include "places/PlaceHeader.h"
 #include "places/Tags.h"
-#include "protocol/PlacesAPIEncoder.h"
 #include "search/SearchHandlePrivate.h"
 #include "support/FakeChannel.h"
 #include "support/FakeSystem.h"
@@ -54,6 +54,12 @@ protected:
     Error::Type error = Error::Unspecified;
 };
 
+class InternalPlaceManagerTest : public PlaceManagerTest
+{
+protected:
+    InternalPlaceManager manager;
+};
+
 } // namespace
 
 // ------------------------------------------------------------------------------------------------- stored places
@@ -78,8 +84,7 @@ TEST_F(PlaceManagerTest, ANewPlaceTakesItsOwnerItsNameAndAllThatTheServiceMadeOf
 
 TEST_F(PlaceManagerTest, APlaceThatIsStoredButCannotBeFetchedIsStored)
 {
-    Place place;
-    sample::fill(place, -1);
+    sample::FullPlace place(-1);
     channel.answer(MessageType::AddPlace, {i64(42)});
     channel.refuse(MessageType::GetHeaderFromFullPlace, ReturnCode::Busy);
     EXPECT_EQ(manager.addPlace(&place), Error::Success);
@@ -88,12 +93,10 @@ TEST_F(PlaceManagerTest, APlaceThatIsStoredButCannotBeFetchedIsStored)
 
 TEST_F(PlaceManagerTest, WhatCannotBeDoneIsRefusedAndNothingIsSent)
 {
-    Place stored;
-    Place fresh;
+    sample::FullPlace stored;
+    sample::FullPlace fresh(-1);
     Place withoutLocation;
     PlaceHeader header;
-    sample::fill(stored);
-    sample::fill(fresh, -1);
     const Error::Type refused[] = {
         manager.addPlace(nullptr),
         manager.addPlace(&stored),
@@ -121,13 +124,12 @@ TEST_F(PlaceManagerTest, WhatCannotBeDoneIsRefusedAndNothingIsSent)
 TEST_F(PlaceManagerTest, EveryWayOfStoringSetsItsOwnPersistenceMask)
 {
     const auto maskSent = [this](const std::function<Error::Type(Place &)> &store, qint64 id, bool favorite) {
-        Place place;
-        sample::fill(place, id);
+        sample::FullPlace place(id);
         if (!favorite)
             place.removeTag(Tags::Favorite);
         channel.refuse(MessageType::AddPlace, ReturnCode::StorageFailed);
         EXPECT_EQ(store(place), Error::StorageFailed);
-        return PlacePrivate::privateFromPublic(&place)->persistenceMask();
+        return place.data().persistenceMask();
     };
     EXPECT_EQ(maskSent([this](Place &place) { return manager.addPlace(&place); }, -1, true), 3);
     EXPECT_EQ(maskSent([this](Place &place) { return manager.updatePlace(&place); }, 42, true), 2);
@@ -138,8 +140,7 @@ TEST_F(PlaceManagerTest, EveryWayOfStoringSetsItsOwnPersistenceMask)
 
 TEST_F(PlaceManagerTest, ASearchTermIsHandedOnWithTheNextUseAndDroppedByAnUpdate)
 {
-    Place place;
-    sample::fill(place);
+    sample::FullPlace place;
     channel.answer(MessageType::IncrementUsage);
     EXPECT_EQ(manager.usePlace(&place), Error::Success);
     EXPECT_EQ(channel.body(), message({i64(42), text("cafe")}));
@@ -147,17 +148,16 @@ TEST_F(PlaceManagerTest, ASearchTermIsHandedOnWithTheNextUseAndDroppedByAnUpdate
     EXPECT_EQ(manager.usePlace(&place), Error::Success);
     EXPECT_EQ(channel.body(), message({i64(42), text("")}));
 
-    PlacePrivate::privateFromPublic(&place)->setSearchTerm(QStringLiteral("again"));
+    place.data().setSearchTerm(QStringLiteral("again"));
     channel.answer(MessageType::UpdatePlace);
     EXPECT_EQ(manager.updatePlace(&place), Error::Success);
     EXPECT_THAT(channel.body(), testing::Not(testing::HasSubstr("again")));
-    EXPECT_TRUE(PlacePrivate::privateFromPublic(&place)->searchTerm().isEmpty());
+    EXPECT_TRUE(place.data().searchTerm().isEmpty());
 }
 
 TEST_F(PlaceManagerTest, ARemovedPlaceCanBeAddedAgain)
 {
-    Place place;
-    sample::fill(place);
+    sample::FullPlace place;
     channel.refuse(MessageType::RemovePlace, ReturnCode::NoSuchPlace);
     EXPECT_EQ(manager.removePlace(&place), Error::NotFound);
     EXPECT_TRUE(place.isPersisted());
@@ -213,8 +213,7 @@ TEST_F(PlaceManagerTest, AnUnsavedPlaceIsFetchedAsASuggestion)
 
 TEST_F(PlaceManagerTest, AFavouriteIsStoredWhateverItWas)
 {
-    Place fresh;
-    sample::fill(fresh, -1);
+    sample::FullPlace fresh(-1);
     fresh.removeTag(Tags::Favorite);
     channel.answer(MessageType::AddPlace, {i64(42)});
     channel.answer(MessageType::GetHeaderFromFullPlace, sample::headerFields());
@@ -235,15 +234,13 @@ TEST_F(PlaceManagerTest, AFavouriteIsStoredWhateverItWas)
 
 TEST_F(PlaceManagerTest, AFavouriteThatCannotBeStoredIsNone)
 {
-    Place place;
-    sample::fill(place);
+    sample::FullPlace place;
     place.removeTag(Tags::Favorite);
     channel.refuse(MessageType::UpdatePlace, ReturnCode::NotPermitted);
     EXPECT_EQ(manager.fav(&place), Error::PermissionDenied);
     EXPECT_FALSE(place.isFavorite());
-    EXPECT_EQ(PlacePrivate::privateFromPublic(&place)->searchTerm(), QStringLiteral("cafe"));
-    Place nameless;
-    sample::fill(nameless, -1);
+    EXPECT_EQ(place.data().searchTerm(), QStringLiteral("cafe"));
+    sample::FullPlace nameless(-1);
     nameless.setName(QString());
     channel.refuse(MessageType::AddPlace, ReturnCode::NotPermitted);
     EXPECT_EQ(manager.fav(&nameless), Error::PermissionDenied);
@@ -264,15 +261,14 @@ TEST_F(PlaceManagerTest, UnfavKeepsTheIdOnlyOfAPlaceThatStaysStored)
         qint64 id;
     } cases[] = {{true, 42}, {false, -1}};
     for (const auto &row : cases) {
-        Place place;
-        sample::fill(place);
+        sample::FullPlace place;
         channel.answer(MessageType::Unfav, {flag(row.stays)});
         EXPECT_EQ(manager.unfav(&place), Error::Success);
         EXPECT_FALSE(place.isFavorite());
         EXPECT_EQ(place.id(), row.id);
 
         PlaceHeader header;
-        PlaceHeaderPrivate::privateFromPublic(&header)->setData(*PlacePrivate::privateFromPublic(&place));
+        PlaceHeaderPrivate::privateFromPublic(&header)->setData(place.data());
         PlaceHeaderPrivate::privateFromPublic(&header)->setId(42);
         PlaceHeaderPrivate::privateFromPublic(&header)->setTagBit(Tags::Favorite, true);
         channel.answer(MessageType::Unfav, {flag(row.stays)});
@@ -280,8 +276,7 @@ TEST_F(PlaceManagerTest, UnfavKeepsTheIdOnlyOfAPlaceThatStaysStored)
         EXPECT_FALSE(header.isFavorite());
         EXPECT_EQ(header.id(), row.id);
     }
-    Place place;
-    sample::fill(place);
+    sample::FullPlace place;
     channel.refuse(MessageType::Unfav, ReturnCode::StorageFailed);
     EXPECT_EQ(manager.unfav(&place), Error::StorageFailed);
     EXPECT_TRUE(place.isFavorite());
@@ -447,24 +442,12 @@ TEST_F(PlaceManagerTest, AFindNotesWhereTheNextPageStarts)
 TEST_F(PlaceManagerTest, EquivalentPlacesHaveTheNameAndStandWithinTheRadius)
 {
     const auto candidates = [this](double latitude, const char *name) {
-        Place candidate;
-        sample::fill(candidate);
+        sample::FullPlace candidate;
         candidate.setName(QString::fromUtf8(name));
         Location location;
         location.setCoordinates(Coordinates(latitude, 6.15));
         candidate.replaceLocation(0, location);
-        orix_places_protocol::PlacesAPIEncoder encoder;
-        encoder.encode(0);
-        encoder.encode(269);
-        encoder.encode(1);
-        encoder.encodePlaceHeader(candidate);
-        encoder.encode(false);
-        for (const int index : {0, -1, -1})
-            encoder.encode(index);
-        char *data = nullptr;
-        int length = 0;
-        encoder.getData(data, length);
-        channel.answerBytes(std::string(data, static_cast<std::size_t>(length)));
+        answerFind(Fields{i32(1), {encoded([&](auto &request) { return request.encodePlaceHeader(candidate); })}});
     };
     const auto found = [this](const Place &place, int radius) {
         const QList<PlaceHeader *> places = manager.findEquivalentPlaces(&place, &error, radius);
@@ -472,8 +455,7 @@ TEST_F(PlaceManagerTest, EquivalentPlacesHaveTheNameAndStandWithinTheRadius)
         qDeleteAll(places);
         return count;
     };
-    Place place;
-    sample::fill(place);
+    sample::FullPlace place;
     constexpr double DEGREES_PER_METRE = 1 / 111195.0;
     const struct
     {
@@ -491,8 +473,7 @@ TEST_F(PlaceManagerTest, EquivalentPlacesHaveTheNameAndStandWithinTheRadius)
     candidates(sample::NOT_SET, "Café");
     EXPECT_EQ(found(place, 50), 0) << "a candidate without a position is nowhere near";
 
-    Place nameless;
-    sample::fill(nameless);
+    sample::FullPlace nameless;
     nameless.setName(QString());
     candidates(46.2, "Café au lac");
     EXPECT_EQ(found(nameless, 50), 1) << "a place without a name is looked up by its address";
@@ -519,4 +500,63 @@ TEST_F(PlaceManagerTest, MorePlacesAreFoundBackwardsWithinWhatIsKnownAndForwards
     }
     EXPECT_FALSE(more(3));
     EXPECT_EQ(error, Error::InvalidArgument);
+}
+
+TEST_F(InternalPlaceManagerTest, EveryFindSendsItsRuleAndSetsWhereTheNextPageStarts)
+{
+    SearchHandle handle;
+    const SearchHandlePrivate &state = *SearchHandlePrivate::privateFromPublic(&handle);
+    const QString term = QStringLiteral("é");
+    const SortRule byName = simple(1, 1);
+    const SortRule byUse = simple(2, 2);
+    const Coordinates centre(1, 2);
+    const SearchRule named = SearchRule::createNameRule(SearchOperator::StartsWith, term);
+    const SearchRule adjusted = ruleOf(disjoint(Rules::createNameRule(SearchOperator::StartsWith, term)));
+    const auto release = [](const auto &found) {
+        const auto count = found.size();
+        qDeleteAll(found);
+        return count;
+    };
+    const struct
+    {
+        const char *name;
+        std::function<int()> find;
+        std::string body;
+        int index;
+        bool headerOnly;
+    } cases[] = {
+        {"mixed", [&] { return manager.findMixedPlaces(named, &error, &handle, byUse, 10, 20, centre).size(); },
+         findBody(adjusted, byUse, 10, 20, centre), 30, true},
+        {"full", [&] { return release(manager.findPlaces(named, &error, &handle, byUse, 10, 20, centre)); },
+         findBody(adjusted, byUse, 10, 20, centre, false), 12, false},
+        {"contacts", [&] { return release(manager.findContacts(&error, &handle, term, byName, 1, 5)); },
+         findBody(ruleOf(disjoint(Rules::createContactQueryRule(term))), byName, 1, 5), 6, true},
+        {"recently picked", [&] { return release(manager.findRecentlyPickedPlaces(&error, &handle, 1, 5)); },
+         findBody(ruleOf(disjoint(Rules::createRecentlyPickedRule())), byUse, 1, 5), 6, true},
+        {"no contacts", [&] { return release(manager.findNonContactPlaces(term, &error)); },
+         findBody(ruleOf(disjoint(Rules::createNonContactQueryRule(term))), byName, 0, 20), 6, true},
+    };
+    for (const auto &row : cases) {
+        answerFind(row.headerOnly ? Fields{i32(2)} + sample::headerFields(1) + sample::headerFields(2)
+                                  : Fields{i32(2)} + sample::placeFields(1) + sample::placeFields(2));
+        EXPECT_EQ(row.find(), 2) << row.name;
+        EXPECT_EQ(error, Error::Success);
+        EXPECT_EQ(channel.body(), row.body) << row.name;
+        EXPECT_EQ(state.index(), row.index) << row.name;
+        EXPECT_EQ(state.isHeaderOnly(), row.headerOnly) << row.name;
+    }
+}
+
+TEST_F(InternalPlaceManagerTest, FullPlacesGoOnBehindThoseThatCame)
+{
+    SearchHandle handle;
+    answerFind(Fields{i32(1)} + sample::placeFields());
+    qDeleteAll(manager.findPlaces(SearchRule(), &error, &handle, SortRule(), 10, 20));
+    answerFind(Fields{i32(1)} + sample::placeFields());
+    const auto more = manager.findMorePlaces(handle, 5, error);
+    ASSERT_EQ(more.size(), 1);
+    EXPECT_TRUE(qobject_cast<Place *>(more[0]));
+    qDeleteAll(more);
+    EXPECT_EQ(channel.body(), findBody(ruleOf(disjoint(std::make_unique<SearchRulePrivate>())), SortRule(), 11, 5,
+                                       Coordinates(), false));
 }

@@ -76,8 +76,7 @@ QStringList recordsOf(const Place &place)
 
 TEST(PlaceJson, HasTheMembersOfAFullPlaceInTheirOrder)
 {
-    Place place;
-    sample::fill(place);
+    sample::FullPlace place;
     place.addLocation(Location(8));
     EXPECT_EQ(written(place), std::string("{") + COMMON
                                   + R"("complete":true,"usageCount":3,"expiryTime":3000,"creationTime":1000,)"
@@ -92,10 +91,9 @@ TEST(PlaceJson, HasTheMembersOfAFullPlaceInTheirOrder)
 
 TEST(PlaceJson, HasTheMembersOfAHeaderInTheirOrder)
 {
-    Place place;
-    sample::fill(place);
+    sample::FullPlace place;
     PlaceHeader header;
-    PlaceHeaderPrivate::privateFromPublic(&header)->setData(*PlacePrivate::privateFromPublic(&place));
+    PlaceHeaderPrivate::privateFromPublic(&header)->setData(place.data());
     PlaceHeaderPrivate::privateFromPublic(&header)->m_primaryUrl = QUrl(QStringLiteral("https://a.example/é?q=%26"));
     EXPECT_EQ(written(header), std::string("{") + COMMON
                                    + R"("__externalId":"x:1","__auxDataType":"poi","__dataMask":6437,)"
@@ -112,10 +110,9 @@ TEST(PlaceJson, HasTheMembersOfAHeaderInTheirOrder)
 
 TEST(PlaceJson, ReadsBackAsThePlaceItWasMadeOf)
 {
-    Place place;
-    sample::fill(place);
+    sample::FullPlace place;
     place.addTag(Tags::MyHome);
-    PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
+    PlacePrivate &data = place.data();
     Coordinates point(61.108574560936972, -97.35220071018621);
     point.setVerticalAccuracy(0.1F);
     data.m_locations[0].setCoordinates(point);
@@ -253,9 +250,8 @@ TEST(PlaceJson, KeepsRecordsOfEveryTypeAndPassesOverThoseWithout)
 
 TEST(PlaceDocument, TakesFromAForeignDocumentWhatItKnowsAndForgetsWhatItWas)
 {
-    Place place;
-    sample::fill(place);
-    PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
+    sample::FullPlace place;
+    PlacePrivate &data = place.data();
     readInto(data, R"({"name":"H","complete":false,"primaryUrl":"u","location":{"id":5,"address":{"city":"C"}}})");
     EXPECT_EQ(data.name(), QStringLiteral("H"));
     EXPECT_EQ(data.locations().size(), 1);

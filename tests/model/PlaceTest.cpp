@@ -66,8 +66,7 @@ TEST(Place, RemovesByIndexWithoutEverComplaining)
 
 TEST(Place, EqualsOneThatDiffersOnlyInWhatIsNotCompared)
 {
-    Place a;
-    sample::fill(a);
+    sample::FullPlace a;
     const std::vector<std::pair<bool, std::function<void(PlacePrivate &)>>> changes = {
         {true, [](PlacePrivate &p) { p.setId(7); }},
         {true, [](PlacePrivate &p) { p.setLastUsedTime(9); }},
@@ -84,15 +83,15 @@ TEST(Place, EqualsOneThatDiffersOnlyInWhatIsNotCompared)
         {false, [](PlacePrivate &p) { p.m_locations.clear(); }},
         {false, [](PlacePrivate &p) { p.m_auxiliaryData.clear(); }},
     };
-    dataOf(a).m_tags = QStringList{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("b")};
+    a.data().m_tags = QStringList{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("b")};
     for (std::size_t i = 0; i < changes.size(); ++i) {
         Place b;
-        dataOf(b) = dataOf(a);
+        dataOf(b) = a.data();
         changes[i].second(dataOf(b));
-        EXPECT_EQ(dataOf(a) == dataOf(b), changes[i].first) << i;
+        EXPECT_EQ(a.data() == dataOf(b), changes[i].first) << i;
     }
     PlaceHeader header;
-    EXPECT_TRUE(dataOf(a) != *PlaceHeaderPrivate::privateFromPublic(&header));
+    EXPECT_TRUE(a.data() != *PlaceHeaderPrivate::privateFromPublic(&header));
 }
 
 TEST(Place, NeverChangesItsPerimeterOnceStored)
@@ -188,13 +187,12 @@ TEST(PlaceHeader, HasABitForEveryTagOfThePlatform)
 
 TEST(PlaceId, TakesTheIdOfAProvidersLaterRecord)
 {
-    Place place;
-    sample::fill(place);
+    sample::FullPlace place;
     AuxiliaryData second = place.auxiliaryData(0);
     second.setExternalId(QStringLiteral("x:2"));
     place.addAuxiliaryData(second);
     place.addAuxiliaryData(record(QStringLiteral("no-provider"), "k", "v"));
-    const std::unique_ptr<PlaceId> id = dataOf(place).globalId();
+    const std::unique_ptr<PlaceId> id = place.data().globalId();
     EXPECT_EQ(id->externalIds.size(), 1);
     EXPECT_EQ(id->externalIds.value(sample::provider()), QStringLiteral("x:2"));
     EXPECT_EQ(id->auxiliaryDataTypes.size(), 3);
@@ -246,8 +244,7 @@ TEST(MapLink, ChoosesTheScaleByHowMuchOfTheAddressIsKnown)
 
 TEST(MapLink, BecomesAPlaceAgain)
 {
-    Place place;
-    sample::fill(place);
+    sample::FullPlace place;
     place.setName(QStringLiteral("A&B + 100% \"#\" \xF0\x9F\x98\x80 \n עברית"));
     Place again;
     PlacePrivate::decodePlaceFromMapUrl(place.mapUrl(), again);

@@ -61,9 +61,7 @@ AuxiliaryData record(const QString &type)
 
 QSharedPointer<AbstractPlace> place()
 {
-    const auto place = QSharedPointer<Place>::create();
-    sample::fill(*place);
-    return place;
+    return QSharedPointer<sample::FullPlace>::create();
 }
 
 /// A value that prints otherwise than a new one.
@@ -234,8 +232,7 @@ TEST(Values, PrintWhatAPersonWantsToSeeInOneLine)
         {printed(filled<SortRule>()), "SortRule(distance from Coordinates(1, 2), Ascending)"},
         {printed(filled<SearchHandle>()), "SearchHandle(next 20, more)"},
         {printed(filled<SearchResult>()), "SearchResult(Favorites, 2 places, more)"},
-        {printed(QList<QSharedPointer<AbstractPlace>>{place()}),
-         "(QSharedPointer(Place(id 42, \"Café\", Coordinates(46.2, 6.15))))"},
+        {printed(place()), "QSharedPointer(Place(id 42, \"Café\", Coordinates(46.2, 6.15)))"},
         {printed(header), "PlaceHeader()"},
         {printed(none), "Place(null)"},
     };

@@ -65,6 +65,7 @@ TEST(PlacesAPIDecoder, OfAHeaderGivesTheHeaderWhatItHolds)
     EXPECT_EQ(header->securityPerimeter(), vela::system::SecurityPerimeter::Work);
     EXPECT_TRUE(header->isFavorite());
     const PlaceHeaderPrivate &data = *PlaceHeaderPrivate::privateFromPublic(header.get());
+    EXPECT_EQ(data.searchTerm(), QStringLiteral("cafe"));
     EXPECT_EQ(data.externalId(), QStringLiteral("x:1"));
     EXPECT_EQ(data.auxiliaryDataType(), QStringLiteral("poi"));
     EXPECT_EQ(data.dataMask(), sample::MASK);

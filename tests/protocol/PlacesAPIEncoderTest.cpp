@@ -7,6 +7,7 @@
 #include "places/Utilities.h"
 #include "search/SearchRulePrivate.h"
 #include "search/SortRulePrivate.h"
+#include "support/Encoded.h"
 #include "support/SamplePlace.h"
 
 #include <gmock/gmock.h>
@@ -17,18 +18,6 @@ using namespace wire;
 
 namespace
 {
-
-using Encode = std::function<bool(PlacesAPIEncoder &)>;
-
-std::string encoded(const Encode &encode)
-{
-    PlacesAPIEncoder encoder;
-    EXPECT_TRUE(encode(encoder));
-    char *data = nullptr;
-    int length = 0;
-    encoder.getData(data, length);
-    return std::string(data, static_cast<std::size_t>(length));
-}
 
 Fields head(int type, int perimeter = 0)
 {
@@ -48,21 +37,37 @@ Fields leaf(int kind, int field, int op, const std::string &value = "", int numb
 const Fields NOWHERE =
     coordinate(sample::NOT_SET, sample::NOT_SET, sample::NOT_SET, sample::NO_ACCURACY, sample::NO_ACCURACY);
 
+std::string serialized(const Place &place)
+{
+    char *bytes = nullptr;
+    int size = 0;
+    EXPECT_TRUE(Utilities::serialize(bytes, size, place));
+    const std::unique_ptr<char[]> owned(bytes);
+    return std::string(bytes, static_cast<std::size_t>(size));
+}
+
+std::unique_ptr<Place> deserialized(const char *bytes, int size)
+{
+    Place *place = nullptr;
+    const bool isRead = Utilities::deserialize(place, bytes, size);
+    EXPECT_EQ(isRead, place != nullptr);
+    return std::unique_ptr<Place>(place);
+}
+
 } // namespace
 
 TEST(PlacesAPIEncoder, IsTheHeadAndTheFieldsOfItsOperation)
 {
-    Place place;
-    sample::fill(place);
+    sample::FullPlace place;
     PlaceHeader header;
-    PlaceHeaderPrivate::privateFromPublic(&header)->setData(*PlacePrivate::privateFromPublic(&place));
+    PlaceHeaderPrivate::privateFromPublic(&header)->setData(place.data());
     const Coordinates centre(1, 2);
     const Fields point = coordinate(sample::NOT_SET, 1, 2, sample::NO_ACCURACY, sample::NO_ACCURACY);
 
     const struct
     {
         const char *name;
-        Encode encode;
+        std::function<bool(PlacesAPIEncoder &)> encode;
         Fields expected;
     } cases[] = {
         {"add", [&](auto &r) { return r.encodeAddPlace(place); }, head(1, 2) + sample::placeFields()},
@@ -93,11 +98,10 @@ TEST(PlacesAPIEncoder, IsTheHeadAndTheFieldsOfItsOperation)
 
 TEST(PlacesAPIEncoder, ForAHeadersPlaceSendsItsSearchTermOnce)
 {
-    Place place;
-    sample::fill(place);
-    PlacePrivate::privateFromPublic(&place)->setSearchTerm(QStringLiteral("café"));
+    sample::FullPlace place;
+    place.data().setSearchTerm(QStringLiteral("café"));
     PlaceHeader header;
-    PlaceHeaderPrivate::privateFromPublic(&header)->setData(*PlacePrivate::privateFromPublic(&place));
+    PlaceHeaderPrivate::privateFromPublic(&header)->setData(place.data());
     const auto encode = [&](auto &request) { return request.encodeGetPlace(header); };
     EXPECT_EQ(encoded(encode), message(head(12, 2) + Fields{i64(42), text("x:1"), text("poi"), text("caf\xE9")}));
     EXPECT_EQ(encoded(encode), message(head(12, 2) + Fields{i64(42), text("x:1"), text("poi"), text("")}));
@@ -105,8 +109,7 @@ TEST(PlacesAPIEncoder, ForAHeadersPlaceSendsItsSearchTermOnce)
 
 TEST(PlacesAPIEncoder, CountsTheLocationsThatItLeavesOut)
 {
-    Place place;
-    sample::fill(place);
+    sample::FullPlace place;
     place.addLocation(Location());
     Location virtualOnly;
     virtualOnly.setVirtualData(QStringLiteral("bridge"));
@@ -119,8 +122,7 @@ TEST(PlacesAPIEncoder, CountsTheLocationsThatItLeavesOut)
 
 TEST(PlacesAPIEncoder, ForAuxiliaryDataIdentifiesThePlaceTheSameWayEveryTime)
 {
-    const QSharedPointer<Place> place(new Place);
-    sample::fill(*place, -1);
+    const QSharedPointer<Place> place(new sample::FullPlace(-1));
     AuxiliaryData other(AuxiliaryData::TypeContact);
     other.setExternalId(QStringLiteral("y:2"));
     AuxiliaryDataPrivate::fromPublic(other)->setProvider(sample::provider(QStringLiteral("atlas")));
@@ -222,25 +224,13 @@ TEST(PlacesAPIEncoder, WritesEveryRuleUnderItsNumber)
 
 TEST(Utilities, SurvivesTheWayThroughBytesAndAZoomWithIt)
 {
-    Place place;
-    sample::fill(place);
-    char *bytes = nullptr;
-    int size = 0;
-    ASSERT_TRUE(Utilities::serialize(bytes, size, place));
-    const std::unique_ptr<char[]> owned(bytes);
-    Place *copy = nullptr;
-    ASSERT_TRUE(Utilities::deserialize(copy, bytes, size));
-    const std::unique_ptr<Place> ownedCopy(copy);
-    EXPECT_TRUE(*PlacePrivate::privateFromPublic(copy) == *PlacePrivate::privateFromPublic(&place));
+    const sample::FullPlace place;
+    const std::string bytes = serialized(place);
+    const std::unique_ptr<Place> copy = deserialized(bytes.data(), static_cast<int>(bytes.size()));
+    ASSERT_TRUE(copy);
     EXPECT_EQ(encoded([&](auto &r) { return r.encodePlace(*copy); }), message(sample::placeFields()));
-
-    for (int cut = 0; cut < size; ++cut) {
-        Place *none = nullptr;
-        EXPECT_FALSE(Utilities::deserialize(none, bytes, cut)) << cut;
-        EXPECT_EQ(none, nullptr);
-    }
-    Place *none = nullptr;
-    EXPECT_FALSE(Utilities::deserialize(none, bytes, -1));
+    for (int cut = -1; cut < static_cast<int>(bytes.size()); ++cut)
+        EXPECT_FALSE(deserialized(bytes.data(), cut)) << cut;
 }
 
 TEST(Utilities, SurvivesTheWayThroughBytesWithLocationsThatSayNothing)
@@ -249,23 +239,16 @@ TEST(Utilities, SurvivesTheWayThroughBytesWithLocationsThatSayNothing)
     there.setCoordinates(Coordinates(1, 2));
     for (const int silent : {1, 2, 16, 17}) {
         for (const bool hasOther : {false, true}) {
-            Place place;
-            sample::fill(place);
+            sample::FullPlace place;
             place.removeLocation(0);
             if (hasOther)
                 place.addLocation(there);
             for (int i = 0; i < silent; ++i)
                 place.addLocation(Location());
-            char *bytes = nullptr;
-            int size = 0;
-            ASSERT_TRUE(Utilities::serialize(bytes, size, place));
-            const std::unique_ptr<char[]> owned(bytes);
-            Place *copy = nullptr;
-            EXPECT_EQ(Utilities::deserialize(copy, bytes, size), silent <= 16) << silent << hasOther;
-            const std::unique_ptr<Place> ownedCopy(copy);
-            if (copy) {
-                EXPECT_TRUE(*PlacePrivate::privateFromPublic(copy) == *PlacePrivate::privateFromPublic(&place));
-            }
+            const std::string bytes = serialized(place);
+            const std::unique_ptr<Place> copy = deserialized(bytes.data(), static_cast<int>(bytes.size()));
+            EXPECT_EQ(copy != nullptr, silent <= 16) << silent << hasOther;
+            EXPECT_TRUE(!copy || *PlacePrivate::privateFromPublic(copy.get()) == place.data()) << silent << hasOther;
         }
     }
 }

@@ -2,7 +2,6 @@
 
 #include "protocol/Protocol.h"
 
-#include "model/ProviderData.h"
 #include "places/AuxiliaryDataRequest.h"
 #include "places/PlaceHeader.h"
 #include "places/PlaceManager.h"

@@ -3,6 +3,7 @@
 #include "protocol/ClientProtocol.h"
 #include "protocol/PIMSession.h"
 #include "protocol/Protocol.h"
+#include "support/Encoded.h"
 #include "support/FakeChannel.h"
 #include "support/FakeSystem.h"
 
@@ -178,12 +179,10 @@ TEST(PIMSession, EveryRequestCarriesTheKeyAndThePerimeter)
     FakeSystem system;
     FakeSystem::now = nextEpoch();
     FakeSystem::session = "json:{\"session\":\"key42\"}";
-    PlacesAPIEncoder encoder;
-    encoder.encodeHeader(MessageType::AddPlace, vela::system::SecurityPerimeter::Work);
-    char *data = nullptr;
-    int length = 0;
-    encoder.getData(data, length);
-    EXPECT_EQ(std::string(data, static_cast<std::size_t>(length)), message({i32(1), i32(2), text("key42")}));
+    const auto encode = [](auto &r) {
+        return r.encodeHeader(MessageType::AddPlace, vela::system::SecurityPerimeter::Work);
+    };
+    EXPECT_EQ(encoded(encode), message({i32(1), i32(2), text("key42")}));
     FakeSystem::session = nullptr;
     FakeSystem::now += 301;
     EXPECT_EQ(PIMSession::getSessionKey(), "");

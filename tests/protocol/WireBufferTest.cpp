@@ -1,7 +1,7 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
 #include "protocol/PlacesBaseDecoder.h"
-#include "protocol/PlacesBaseEncoder.h"
+#include "support/Encoded.h"
 #include "support/Wire.h"
 
 #include <gmock/gmock.h>
@@ -14,14 +14,6 @@ using namespace wire;
 
 namespace
 {
-
-std::string bytesOf(const PlacesBaseEncoder &encoder)
-{
-    char *data = nullptr;
-    int length = -1;
-    EXPECT_TRUE(encoder.getData(data, length));
-    return std::string(data, static_cast<std::size_t>(length));
-}
 
 PlacesBaseDecoder &load(PlacesBaseDecoder &decoder, const std::string &bytes)
 {

@@ -2,15 +2,8 @@
 
 #include "places/PlaceSearchManager.h"
 #include "places/Place.h"
+#include "search/ManagerTest.h"
 #include "search/PlaceSearchManagerPrivate.h"
-#include "support/EventLoop.h"
-#include "support/FakeChannel.h"
-#include "support/FakeSystem.h"
-#include "support/SamplePlace.h"
-
-#include <gmock/gmock.h>
-
-#include <QtTest/QSignalSpy>
 
 #include <stdexcept>
 
@@ -36,7 +29,7 @@ AuxiliaryDataReply replyOf(const QVariantList &signal)
     return signal[0].value<QList<AuxiliaryDataReply>>().first();
 }
 
-class PlaceSearchManagerTest : public testing::Test
+class PlaceSearchManagerTest : public ManagerTest<PlaceSearchManager, &PlaceSearchManager::auxiliaryDataAvailable>
 {
 protected:
     PlaceSearchManagerTest()
@@ -47,16 +40,6 @@ protected:
             return FakeChannel::reply(MessageType::GetAuxiliaryData, sample::auxiliaryFields());
         });
     }
-    bool arrive(int count)
-    {
-        return EventLoop::runUntil([&] { return signals.size() >= count; });
-    }
-
-    EventLoop loop;
-    FakeSystem system;
-    FakeChannel channel;
-    std::unique_ptr<PlaceSearchManager> manager = std::make_unique<PlaceSearchManager>();
-    QSignalSpy signals{manager.get(), &PlaceSearchManager::auxiliaryDataAvailable};
 };
 
 } // namespace
@@ -130,15 +113,9 @@ TEST_F(PlaceSearchManagerTest, AManagerMayBeDestroyedByASlotAndWhileItFetches)
     QObject::connect(manager.get(), &PlaceSearchManager::auxiliaryDataAvailable, [this] { manager.reset(); });
     EXPECT_EQ(manager->requestAuxiliaryData({request(1), request(2), request(3)}, 1), Error::Success);
     ASSERT_TRUE(EventLoop::runUntil([this] { return !manager; }));
-    const int threads = EventLoop::threads();
-    for (int i = 0; i < EventLoop::managers(); ++i) {
-        PlaceSearchManager fetching;
+    expectNothingLeftBehind([](PlaceSearchManager &fetching) {
         EXPECT_EQ(fetching.requestAuxiliaryData({request(1), request(2), request(3)}, 1), Error::Success);
-        if (i % 2 == 1)
-            QCoreApplication::processEvents();
-    }
-    EXPECT_EQ(channel.openHandles(), 0);
-    EXPECT_TRUE(EventLoop::runUntil([&] { return EventLoop::threads() <= threads; }));
+    });
     EXPECT_EQ(signals.size(), 1);
 }
 

@@ -2,16 +2,10 @@
 
 #include "places/PlaceStorageManager.h"
 #include "places/PlaceHeader.h"
+#include "search/ManagerTest.h"
 #include "search/WorkerQueue.h"
-#include "support/EventLoop.h"
-#include "support/FakeChannel.h"
-#include "support/FakeSystem.h"
-#include "support/SamplePlace.h"
-
-#include <gmock/gmock.h>
 
 #include <QtCore/QThread>
-#include <QtTest/QSignalSpy>
 
 #include <atomic>
 #include <cstring>
@@ -20,65 +14,53 @@
 
 using namespace vela::platform::places;
 using namespace wire;
-using orix_places_protocol::MessageType;
+using Type = orix_places_protocol::MessageType;
 using orix_places_protocol::ReturnCode;
 using testing::ElementsAre;
+using testing::HasSubstr;
 
 namespace
 {
 
-MessageType typeOf(const std::string &request)
+Type typeOf(const std::string &request)
 {
     int type = 0;
     std::memcpy(&type, request.data(), sizeof type);
-    return static_cast<MessageType>(type);
+    return static_cast<Type>(type);
 }
 
 /// Answers as a service does that stores one place, number 42.
 std::string answer(const std::string &request)
 {
-    const MessageType type = typeOf(request);
+    const Type type = typeOf(request);
     switch (type) {
-    case MessageType::AddPlace:
+    case Type::AddPlace:
         return FakeChannel::reply(type, {i64(42)});
-    case MessageType::GetPlace:
+    case Type::GetPlace:
         return FakeChannel::reply(type, sample::placeFields());
-    case MessageType::Unfav:
+    case Type::Unfav:
         return FakeChannel::reply(type, {flag(true)});
-    case MessageType::GetPlaceFromSuggestion:
+    case Type::GetPlaceFromSuggestion:
         return FakeChannel::reply(type, sample::placeFields(-1));
-    case MessageType::GetHeaderFromFullPlace:
+    case Type::GetHeaderFromFullPlace:
         return FakeChannel::reply(type, sample::headerFields());
     default:
         return FakeChannel::reply(type, {});
     }
 }
 
-class PlaceStorageManagerTest : public testing::Test
+class PlaceStorageManagerTest : public ManagerTest<PlaceStorageManager, &PlaceStorageManager::finished>
 {
 protected:
     PlaceStorageManagerTest() { channel.answerWith(answer); }
-    ~PlaceStorageManagerTest() override { channel.release(); } // for a test that has failed before
 
-    bool arrive(int count)
-    {
-        return EventLoop::runUntil([&] { return signals.size() >= count; });
-    }
     PlaceStorageReply reply(int index) { return signals[index][0].value<PlaceStorageReply>(); }
-    /// The types of the requests so far.
-    std::vector<MessageType> types()
-    {
-        std::vector<MessageType> types;
-        for (const std::string &request : channel.requests())
-            types.push_back(typeOf(request));
-        return types;
-    }
-    /// The same as texts: "get" for GetPlace, and for AddTag its tag of a single letter.
+    /// The requests so far: "get" for GetPlace, and for AddTag its tag of a single letter.
     std::vector<std::string> requests()
     {
         std::vector<std::string> texts;
         for (const std::string &request : channel.requests())
-            texts.push_back(typeOf(request) == MessageType::GetPlace ? "get" : request.substr(24));
+            texts.push_back(typeOf(request) == Type::GetPlace ? "get" : request.substr(24));
         return texts;
     }
     void addTags(const char *tags, const QVariant &tag = QVariant())
@@ -86,12 +68,6 @@ protected:
         for (const char *each = tags; *each != '\0'; ++each)
             manager->addTag(42, QString(QLatin1Char(*each)), tag);
     }
-
-    EventLoop loop;
-    FakeSystem system;
-    FakeChannel channel;
-    std::unique_ptr<PlaceStorageManager> manager = std::make_unique<PlaceStorageManager>();
-    QSignalSpy signals{manager.get(), &PlaceStorageManager::finished};
 };
 
 } // namespace
@@ -99,103 +75,68 @@ protected:
 TEST_F(PlaceStorageManagerTest, EveryCallIsReportedWithWhatBecameOfThePlaceThoughItsObjectIsGone)
 {
     const auto withPlace = [this](qint64 id, auto call) {
-        Place place;
-        sample::fill(place, id);
+        sample::FullPlace place(id);
         return (manager.get()->*call)(place, QVariant());
     };
     const auto withHeader = [this](qint64 id, auto call) {
         PlaceHeader header;
         AbstractPlacePrivate::privateFromPublic(&header)->setId(id);
+        AbstractPlacePrivate::privateFromPublic(&header)->setSearchTerm(QStringLiteral("zür"));
         header.setProperty("searchLatitude", 47.5);
         return (manager.get()->*call)(header, QVariant());
     };
     using Manager = PlaceStorageManager;
     const auto anyPlace = [](int (Manager::*call)(const AbstractPlace &, const QVariant &)) { return call; };
+    using Types = std::vector<Type>;
+    const Types adds = {Type::AddPlace, Type::GetHeaderFromFullPlace, Type::GetPlace};
+    const Types resolves = {Type::GetPlaceFromSuggestion};
+    const Types resolvesAndAdds = {Type::GetPlaceFromSuggestion, Type::AddPlace, Type::GetHeaderFromFullPlace,
+                                   Type::GetPlace};
+    const Types fetches = {Type::GetPlace};
     const struct
     {
         const char *name;
         std::function<int()> call;
-        std::vector<MessageType> requests;
+        Types requests; ///< None for a call with an invalid argument.
         qint64 id;
-        Error::Type status;
         bool hasPlace;
     } rows[] = {
-        {"add",
-         [&] { return withPlace(-1, &Manager::addPlace); },
-         {MessageType::AddPlace, MessageType::GetHeaderFromFullPlace, MessageType::GetPlace},
-         42,
-         Error::Success,
-         true},
-        {"add again", [&] { return withPlace(42, &Manager::addPlace); }, {}, 42, Error::InvalidArgument, false},
-        {"update",
-         [&] { return withPlace(42, &Manager::updatePlace); },
-         {MessageType::UpdatePlace},
-         42,
-         Error::Success,
-         true},
-        {"remove", [&] { return manager->removePlace(42); }, {MessageType::RemovePlace}, 42, Error::Success, false},
-        {"use", [&] { return manager->usePlace(42); }, {MessageType::IncrementUsage}, 42, Error::Success, false},
-        {"use found",
-         [&] { return withHeader(42, anyPlace(&Manager::usePlace)); },
-         {MessageType::IncrementUsage},
-         42,
-         Error::Success,
-         false},
-        {"fav stored",
-         [&] { return withPlace(42, &Manager::fav); },
-         {MessageType::GetPlace, MessageType::UpdatePlace},
-         42,
-         Error::Success,
-         true},
-        {"fav new",
-         [&] { return withPlace(-1, &Manager::fav); },
-         {MessageType::AddPlace, MessageType::GetHeaderFromFullPlace, MessageType::GetPlace},
-         42,
-         Error::Success,
-         true},
-        {"fav found",
-         [&] { return withHeader(-1, &Manager::fav); },
-         {MessageType::GetPlaceFromSuggestion, MessageType::AddPlace, MessageType::GetHeaderFromFullPlace,
-          MessageType::GetPlace},
-         42,
-         Error::Success,
-         true},
-        {"unfav",
-         [&] { return withHeader(42, &Manager::unfav); },
-         {MessageType::GetPlace, MessageType::Unfav},
-         42,
-         Error::Success,
-         true},
-        {"unfav new", [&] { return withPlace(-1, &Manager::unfav); }, {}, -1, Error::InvalidArgument, false},
-        {"untag",
-         [&] { return manager->removeTag(42, QStringLiteral("a")); },
-         {MessageType::RemoveTag},
-         42,
-         Error::Success,
-         false},
-        {"get", [&] { return manager->getPlace(42); }, {MessageType::GetPlace}, 42, Error::Success, true},
-        {"get found",
-         [&] { return withHeader(-1, anyPlace(&Manager::getPlace)); },
-         {MessageType::GetPlaceFromSuggestion},
-         -1,
-         Error::Success,
-         true},
+        {"add", [&] { return withPlace(-1, &Manager::addPlace); }, adds, 42, true},
+        {"add again", [&] { return withPlace(42, &Manager::addPlace); }, {}, 42, false},
+        {"update", [&] { return withPlace(42, &Manager::updatePlace); }, {Type::UpdatePlace}, 42, true},
+        {"remove", [&] { return manager->removePlace(42); }, {Type::RemovePlace}, 42, false},
+        {"use", [&] { return manager->usePlace(42); }, {Type::IncrementUsage}, 42, false},
+        {"use found", [&] { return withHeader(42, anyPlace(&Manager::usePlace)); }, {Type::IncrementUsage}, 42, false},
+        {"fav stored", [&] { return withPlace(42, &Manager::fav); }, {Type::GetPlace, Type::UpdatePlace}, 42, true},
+        {"fav new", [&] { return withPlace(-1, &Manager::fav); }, adds, 42, true},
+        {"fav found", [&] { return withHeader(-1, &Manager::fav); }, resolvesAndAdds, 42, true},
+        {"unfav", [&] { return withHeader(42, &Manager::unfav); }, {Type::GetPlace, Type::Unfav}, 42, true},
+        {"unfav new", [&] { return withPlace(-1, &Manager::unfav); }, {}, -1, false},
+        {"untag", [&] { return manager->removeTag(42, QStringLiteral("a")); }, {Type::RemoveTag}, 42, false},
+        {"get", [&] { return manager->getPlace(42); }, fetches, 42, true},
+        {"get stored", [&] { return withHeader(42, anyPlace(&Manager::getPlace)); }, fetches, 42, true},
+        {"get found", [&] { return withHeader(-1, anyPlace(&Manager::getPlace)); }, resolves, -1, true},
     };
+    std::string sent;
     for (const auto &row : rows) {
         const std::size_t before = channel.requestCount();
         const int job = row.call();
         ASSERT_TRUE(arrive(1)) << row.name;
-        const std::vector<MessageType> all = types();
-        EXPECT_EQ(std::vector<MessageType>(all.begin() + static_cast<int>(before), all.end()), row.requests)
-            << row.name;
+        Types types;
+        for (std::size_t i = before; i < channel.requestCount(); ++i) {
+            types.push_back(typeOf(channel.requests()[i]));
+            sent += channel.requests()[i];
+        }
+        EXPECT_EQ(types, row.requests) << row.name;
         EXPECT_EQ(reply(0).jobId(), job) << row.name;
-        EXPECT_EQ(reply(0).status(), row.status) << row.name;
+        EXPECT_EQ(reply(0).status(), row.requests.empty() ? Error::InvalidArgument : Error::Success) << row.name;
         EXPECT_EQ(reply(0).placeId(), row.id) << row.name;
         ASSERT_EQ(!reply(0).place().isNull(), row.hasPlace) << row.name;
         EXPECT_TRUE(!row.hasPlace || reply(0).place()->thread() == manager->thread()) << row.name;
         signals.clear();
     }
-    EXPECT_NE(channel.requests().back().find(f64(47.5).bytes), std::string::npos) << "where the user searched";
+    for (const std::string &part : {f64(47.5).bytes, text("z\xFCr").bytes, text("zür").bytes})
+        EXPECT_THAT(sent, HasSubstr(part)) << "where the user searched, and for what";
 }
 
 TEST_F(PlaceStorageManagerTest, ChangesAreMadeInTheirOrderAndFetchesOvertakeThem)
@@ -243,7 +184,7 @@ TEST_F(PlaceStorageManagerTest, ACancelledJobIsNeverReportedWhereverItIsAndTheNe
 TEST_F(PlaceStorageManagerTest, AFailureComesWithItsReason)
 {
     channel.answerWith([](const std::string &) {
-        return FakeChannel::reply(MessageType::GetPlace, ReturnCode::StorageFailed, {text("no room")});
+        return FakeChannel::reply(Type::GetPlace, ReturnCode::StorageFailed, {text("no room")});
     });
     manager->getPlace(42);
     ASSERT_TRUE(arrive(1));
@@ -288,21 +229,14 @@ TEST_F(PlaceStorageManagerTest, AManagerMayBeDestroyedByASlotAndWhileItSaves)
     ASSERT_TRUE(EventLoop::runUntil([this] { return !manager; }));
     EXPECT_EQ(signals.size(), 1);
     EXPECT_EQ(channel.requestCount(), 3U);
-    const int threads = EventLoop::threads() + 1; // a sanitizer may start one of its own
     const std::size_t before = channel.requestCount();
-    for (int i = 0; i < EventLoop::managers(); ++i) {
-        PlaceStorageManager saving;
-        Place place;
-        sample::fill(place);
+    const int managers = expectNothingLeftBehind([](PlaceStorageManager &saving) {
+        const sample::FullPlace place;
         saving.updatePlace(place);
         saving.getPlace(place);
         saving.fav(place);
-        if (i % 2 == 1)
-            QCoreApplication::processEvents();
-    }
-    EXPECT_EQ(channel.openHandles(), 0);
-    EXPECT_GE(channel.requestCount(), before + std::size_t{3} * static_cast<std::size_t>(EventLoop::managers()));
-    EXPECT_TRUE(EventLoop::runUntil([&] { return EventLoop::threads() <= threads; }));
+    });
+    EXPECT_GE(channel.requestCount(), before + std::size_t{3} * static_cast<std::size_t>(managers));
 }
 
 TEST(WorkerQueue, BeginsNoOrderedJobThatIsTooLate)

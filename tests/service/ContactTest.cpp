@@ -4,15 +4,17 @@
 #include "model/PlaceHeaderPrivate.h"
 #include "places/PlaceHeader.h"
 #include "places/PlaceManager.h"
-#include "places/Tags.h"
 #include "protocol/Protocol.h"
+#include "support/Files.h"
 #include "support/Placesd.h"
 #include "support/SamplePlace.h"
+#include "support/VCards.h"
 
 #include <gmock/gmock.h>
 
-#include <QtCore/QFile>
+#include <QtCore/QTemporaryDir>
 
+using files::card;
 using namespace vela::platform::places;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -23,23 +25,6 @@ using Names = std::vector<std::string>;
 namespace
 {
 
-struct Cards
-{
-    QTemporaryDir folder;
-
-    void write(const char *name, const QByteArray &cards) const
-    {
-        QFile file(folder.filePath(QLatin1String(name)));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(cards);
-    }
-};
-
-QByteArray card(const QByteArray &lines)
-{
-    return QByteArray("BEGIN:VCARD\r\nVERSION:3.0\r\n") + lines + "END:VCARD\r\n";
-}
-
 const QByteArray ANNA = card("UID:anna\r\nFN:Anna M\xC3\xBCller\r\nADR;TYPE=HOME:;;Seestrasse 1;Bern;;8001;Schweiz\r\n"
                              "ADR;TYPE=WORK:;;Rue 2;Geneva;;1200;\r\nADR;TYPE=WORK:;;Main Street 3;Nowhere;;;\r\n");
 
@@ -47,8 +32,13 @@ const QByteArray ANNA = card("UID:anna\r\nFN:Anna M\xC3\xBCller\r\nADR;TYPE=HOME
 class ContactTest : public testing::Test
 {
 protected:
-    ContactTest() { cards.write("anna.vcf", ANNA); }
+    ContactTest() { write("anna.vcf", ANNA); }
 
+    void SetUp() override { NEEDS_VCARDS(); }
+    void write(const char *name, const QByteArray &cards) const
+    {
+        files::write(folder.filePath(QLatin1String(name)), cards);
+    }
     Names group(Group group, const char *term, bool excludeFavorites = false)
     {
         found =
@@ -75,8 +65,8 @@ protected:
         return header(0).externalId().section(QLatin1Char(','), 1, 1).toInt();
     }
 
-    Cards cards;
-    Placesd service{{QStringLiteral("--contacts"), cards.folder.path(), QStringLiteral("--gazetteer"), QString()}};
+    QTemporaryDir folder;
+    Placesd service{contactsIn(folder.path()) + QStringList{QStringLiteral("--gazetteer"), QString()}};
     PlaceManager manager;
     PlaceManagerPrivate internal;
     Protocol protocol;
@@ -110,10 +100,9 @@ TEST_F(ContactTest, AStoredAddressIsListedOnce)
 
 TEST_F(ContactTest, RoomsStoredPlacesAndContactsAreListedInThisOrder)
 {
-    cards.write("room.vcf", card("UID:room\r\nFN:Matter horn\r\nKIND:location\r\nGEO:46.5;7.5\r\n"));
-    cards.write("person.vcf", card("UID:p\r\nFN:Adam Matter\r\nADR;TYPE=HOME:;;;Bern;;;CH\r\n"));
-    Place place;
-    sample::fill(place, -1);
+    write("room.vcf", card("UID:room\r\nFN:Matter horn\r\nKIND:location\r\nGEO:46.5;7.5\r\n"));
+    write("person.vcf", card("UID:p\r\nFN:Adam Matter\r\nADR;TYPE=HOME:;;;Bern;;;CH\r\n"));
+    sample::FullPlace place(-1);
     place.setName(QStringLiteral("Zermatt Matter"));
     ASSERT_EQ(manager.addPlace(&place), Error::Success);
     EXPECT_THAT(group(Group::Local, "matter"), ElementsAre("Matter horn", "Zermatt Matter", "Adam Matter"));

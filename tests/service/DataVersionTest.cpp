@@ -11,8 +11,6 @@
 
 #include <gmock/gmock.h>
 
-#include <QtCore/QFile>
-#include <QtCore/QFileInfo>
 #include <QtTest/QSignalSpy>
 
 #include <sys/stat.h>

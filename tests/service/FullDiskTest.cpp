@@ -1,7 +1,6 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
 #include "manager/PlaceManagerPrivate.h"
-#include "places/InternalPlaceManager.h"
 #include "places/PlaceManager.h"
 #include "protocol/Protocol.h"
 #include "support/Placesd.h"
@@ -70,9 +69,8 @@ protected:
     /// Adds a place of some kilobytes that do not compress.
     Error::Type add(bool isRecent)
     {
-        Place place;
-        sample::fill(place, -1);
-        PlacePrivate::privateFromPublic(&place)->m_tags.clear();
+        sample::FullPlace place(-1);
+        place.data().m_tags.clear();
         QString text;
         for (int i = 0; i < 400; ++i)
             text += QString::number(random(), 36) + QLatin1String(i % 20 == 0 ? " " : "");

@@ -42,9 +42,8 @@ constexpr qint64 HIGHEST = 7;
 /// The place that was stored with an id. Its location and its record have the same id.
 std::unique_ptr<Place> placeOf(qint64 id, quint64 time)
 {
-    auto place = std::make_unique<Place>();
-    PlacePrivate &data = *PlacePrivate::privateFromPublic(place.get());
-    sample::fill(*place, id);
+    auto place = std::make_unique<sample::FullPlace>(id);
+    PlacePrivate &data = place->data();
     Address address = data.m_locations[0].address();
     for (const auto clear : {&Address::setBuilding, &Address::setCampus, &Address::setHouseNumber, &Address::setRegion,
                              &Address::setCountry, &Address::setPostalCode})

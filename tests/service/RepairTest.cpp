@@ -1,14 +1,12 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 
 #include "store/Repair.h"
-#include "places/PlaceHeader.h"
-#include "places/PlaceManager.h"
-#include "protocol/Protocol.h"
 #include "store/Check.h"
 #include "store/Records.h"
 #include "store/Store.h"
 #include "support/Client.h"
 #include "support/Files.h"
+#include "support/Golden.h"
 #include "support/Placesd.h"
 #include "support/SamplePlace.h"
 
@@ -17,7 +15,6 @@
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
 
-#include <csignal>
 #include <random>
 #include <sqlite3.h>
 #include <sys/stat.h>
@@ -26,14 +23,13 @@ using files::bytesOf;
 using files::write;
 using namespace vela::platform::places;
 using namespace placesd;
-using testing::AnyOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 
 namespace
 {
 
+constexpr char DATA[] = "service/data/damage.txt";
 constexpr int PAGE = 4096;
 constexpr uid_t GUEST = 1000;
 
@@ -71,8 +67,7 @@ protected:
 
     void add(Store &store, int i)
     {
-        Place place;
-        sample::fill(place, -1);
+        sample::FullPlace place(-1);
         place.setName(QStringLiteral("Place %1").arg(i));
         QString text;
         for (auto words = i % 20 == 7 ? 2500 : random() % 40; words > 0; --words)
@@ -154,8 +149,7 @@ protected:
         EXPECT_EQ(found, store.placeCount(~0)) << "no other places";
         EXPECT_EQ(static_cast<qint64>(report.places), found);
         EXPECT_LE(report.lostPlaces, lost.size());
-        Place next;
-        sample::fill(next, -1);
+        sample::FullPlace next(-1);
         store.write([&] { return store.insert(next), true; });
         EXPECT_GT(next.id(), ADDED) << "no id is reused";
     }
@@ -171,45 +165,23 @@ protected:
 
 TEST_F(RepairTest, AllReadablePagesAreRepaired)
 {
-    const struct
-    {
-        const char *name;
-        const char *pages;
-        bool hasLosses;
-        bool hasGuests = true;
-        std::size_t terms = 1;
-    } cases[] = {
-        {"nothing", nullptr, false},
-        {"a leaf of the records", "name = 'record' AND pagetype = 'leaf' LIMIT 1 OFFSET 3", true},
-        {"an overflow page", "name = 'record' AND pagetype = 'overflow' LIMIT 1 OFFSET 1", true},
-        {"the root of the records", "name = 'record' AND pagetype = 'internal'", false},
-        {"the root of the places", "name = 'place' AND pagetype = 'internal'", false},
-        {"both of them", "name IN ('record', 'place') AND pagetype = 'internal'", true},
-        {"the first page", "pageno = 1", false},
-        {"the schema", "name = 'sqlite_schema'", true, false, 1},
-        {"indexes", "name LIKE 'place#_by#_%' ESCAPE '#' OR name LIKE 'name#_index#_%' ESCAPE '#'", false},
-        {"the dictionary", "name = 'dictionary'", false},
-        {"the last ids", "name = 'last_id'", false},
-        {"the guests", "name = 'guest'", true, false},
-        {"the search terms", "name = 'search_term'", true, true, 0},
-    };
     const QByteArray sound = bytesOf(path("sound.db"));
-    for (const auto &row : cases) {
-        SCOPED_TRACE(row.name);
-        const std::vector<int> pages = row.pages ? pagesOf(row.pages) : std::vector<int>();
+    for (const auto &[name, condition, losses] : golden::rows<3>(DATA, "pages")) {
+        SCOPED_TRACE(name);
+        const std::vector<int> pages = condition.empty() ? std::vector<int>() : pagesOf(condition);
         QByteArray damaged = sound;
         for (const int page : pages)
             damaged.replace((page - 1) * PAGE, PAGE, noise(PAGE));
         write(path("damaged.db"), damaged);
         const Repair::Report report = repair("damaged.db");
         EXPECT_EQ(bytesOf(path("damaged.db")), damaged) << "it is unchanged";
-        EXPECT_EQ(!report.losses.empty(), row.hasLosses) << testing::PrintToString(report.losses);
-        EXPECT_EQ(report.terms, row.terms);
+        EXPECT_EQ(report.losses.empty(), losses.empty()) << testing::PrintToString(report.losses);
+        EXPECT_EQ(report.terms, losses == "losses, terms" ? 0U : 1U);
         const std::set<qint64> lost = placesOn(pages);
         EXPECT_EQ(report.lostPlaces, lost.size());
         for (const qint64 id : lost)
             EXPECT_THAT(report.losses, testing::Contains(HasSubstr("place " + std::to_string(id) + " (place")));
-        expectPlaces(report, lost, row.hasGuests);
+        expectPlaces(report, lost, losses != "losses, guests");
     }
 }
 
@@ -300,42 +272,21 @@ TEST_F(RepairTest, TheExitStatusReportsTheResult)
     write(path("unreadable.db"), bytesOf(path("sound.db")));
     SQLite::Database(path("unreadable.db").toStdString(), SQLite::OPEN_READWRITE)
         .exec("UPDATE record SET full_record = x'00' WHERE place = 7; PRAGMA wal_checkpoint(TRUNCATE)");
-    const std::string leafPlace = "place " + std::to_string(*placesOn({leaf}).begin()) + " (place ";
-    const struct
-    {
-        const char *arguments;
-        int status;
-        std::string says;
-    } cases[] = {
-        {"--check sound.db", 0, "sound.db is sound"},
-        {"--check damaged.db", 3, "table record: "},
-        {"--check damaged.db", 3, leafPlace},
-        {"--check unreadable.db", 3, "place 7 (Place 7): its record cannot be read"},
-        {"--check none.db", 1, "none.db: there is no such file"},
-        {"--check text", 1, "text: file is not a database"},
-        {"--check", 2, "--check"},
-        {"--check sound.db --repair sound.db new.db", 2, "excludes"},
-        {"--repair sound.db", 2, "--repair"},
-        {"--repair sound.db new.db", 0, "320 places and 1 search terms"},
-        {"--repair sound.db new.db", 1, "new.db exists"},
-        {"--repair damaged.db other.db", 3, leafPlace},
-        {"--check other.db", 0, "sound"},
-        {"--repair unreadable.db third.db", 3, "place 7 (Place 7): only its header could be read"},
-        {"--repair text fourth.db", 1, "nothing in it can be read"},
-    };
-    for (const auto &row : cases) {
-        QStringList arguments = QString::fromUtf8(row.arguments).split(QLatin1Char(' '));
+    const QString lost = QString::number(*placesOn({leaf}).begin());
+    for (const auto &[command, status, part] : golden::rows<3>(DATA, "commands")) {
+        QStringList arguments = QString::fromStdString(command).split(QLatin1Char(' '));
         for (QString &argument : arguments) {
             if (!argument.startsWith(QLatin1String("--")))
                 argument = folder.filePath(argument);
         }
         const Outcome outcome = run("placesd", arguments);
-        EXPECT_EQ(outcome.status, row.status) << row.arguments << outcome.out << outcome.err;
-        EXPECT_THAT(outcome.out + outcome.err, HasSubstr(row.says)) << row.arguments;
+        const QString says = QString::fromStdString(part).replace(QStringLiteral("LEAF"), lost);
+        EXPECT_EQ(std::to_string(outcome.status), status) << command << outcome.out << outcome.err;
+        EXPECT_THAT(outcome.out + outcome.err, HasSubstr(says.toStdString())) << command;
     }
-    struct stat status = {};
-    ASSERT_EQ(::stat(path("new.db").toLocal8Bit().constData(), &status), 0);
-    EXPECT_EQ(status.st_mode & 07777, 0600U);
+    struct stat state = {};
+    ASSERT_EQ(::stat(path("new.db").toLocal8Bit().constData(), &state), 0);
+    EXPECT_EQ(state.st_mode & 07777, 0600U);
     EXPECT_FALSE(QFile::exists(path("fourth.db")));
 }
 

@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <chrono>
 #include <cstring>
-#include <msgclient.h>
 
 namespace
 {
@@ -28,83 +27,58 @@ struct _msgclient_open
     std::string pending;
 };
 
-/// The platform's functions, as the library calls them.
-struct ChannelFunctions
-{
-    static _msgclient_open *open(const char *name)
-    {
-        if (!current) {
-            errno = ENOENT;
-            return nullptr;
-        }
-        const std::lock_guard<std::mutex> lock(current->m_mutex);
-        current->m_openedNames.emplace_back(name);
-        errno = current->m_openError;
-        if (current->m_openError != 0)
-            return nullptr;
-        ++current->m_openHandles;
-        return new _msgclient_open;
-    }
-
-    static int exchange(_msgclient_open &channel, const std::string &request, void *reply, int capacity, int *length)
-    {
-        std::unique_lock<std::mutex> lock(current->m_mutex);
-        const std::size_t number = current->m_requests.size();
-        current->m_requests.push_back(request);
-        current->m_changed.notify_all();
-        current->m_changed.wait(lock, [&] { return number < current->m_allowed; });
-        if (current->m_responder)
-            current->m_replies.push_back(current->m_responder(request));
-        if (current->m_brokenStatus != 0 || current->m_replies.empty())
-            return current->m_brokenStatus != 0 ? current->m_brokenStatus : -1;
-        channel.pending = current->m_replies.front();
-        current->m_replies.pop_front();
-        *length = current->m_claimedLength >= 0 ? current->m_claimedLength : static_cast<int>(channel.pending.size());
-        if (*length > capacity)
-            return MSGCLIENT_TRUNCATED;
-        std::memcpy(reply, channel.pending.data(), channel.pending.size());
-        return MSGCLIENT_OK;
-    }
-
-    static int fetch(_msgclient_open &channel, void *reply, int capacity, int *length)
-    {
-        ++current->m_pendingFetches;
-        if (channel.pending.size() != static_cast<std::size_t>(capacity))
-            return -1;
-        std::memcpy(reply, channel.pending.data(), channel.pending.size());
-        *length = static_cast<int>(channel.pending.size());
-        return MSGCLIENT_OK;
-    }
-
-    static void close(_msgclient_open *channel)
-    {
-        const std::lock_guard<std::mutex> lock(current->m_mutex);
-        --current->m_openHandles;
-        delete channel;
-    }
-};
-
 extern "C" _msgclient_open *msgclient_open(const char *name, int, int)
 {
-    return ChannelFunctions::open(name);
+    if (!current) {
+        errno = ENOENT;
+        return nullptr;
+    }
+    const std::lock_guard<std::mutex> lock(current->m_mutex);
+    current->m_openedNames.emplace_back(name);
+    errno = current->m_openError;
+    if (current->m_openError != 0)
+        return nullptr;
+    ++current->m_openHandles;
+    return new _msgclient_open;
 }
 
-extern "C" int msgclient_putget(_msgclient_open *channel, const void *request, int length, void *reply, int capacity,
+extern "C" int msgclient_putget(_msgclient_open *channel, const void *bytes, int length, void *reply, int capacity,
                                 int *replyLength, int)
 {
-    return ChannelFunctions::exchange(*channel,
-                                      std::string(static_cast<const char *>(request), static_cast<std::size_t>(length)),
-                                      reply, capacity, replyLength);
+    const std::string request(static_cast<const char *>(bytes), static_cast<std::size_t>(length));
+    std::unique_lock<std::mutex> lock(current->m_mutex);
+    const std::size_t number = current->m_requests.size();
+    current->m_requests.push_back(request);
+    current->m_changed.notify_all();
+    current->m_changed.wait(lock, [&] { return number < current->m_allowed; });
+    if (current->m_responder)
+        current->m_replies.push_back(current->m_responder(request));
+    if (current->m_brokenStatus != 0 || current->m_replies.empty())
+        return current->m_brokenStatus != 0 ? current->m_brokenStatus : -1;
+    const std::string &pending = channel->pending = current->m_replies.front();
+    current->m_replies.pop_front();
+    *replyLength = current->m_claimedLength >= 0 ? current->m_claimedLength : static_cast<int>(pending.size());
+    if (*replyLength > capacity)
+        return MSGCLIENT_TRUNCATED;
+    std::memcpy(reply, pending.data(), pending.size());
+    return MSGCLIENT_OK;
 }
 
 extern "C" int msgclient_get(_msgclient_open *channel, int, void *reply, int capacity, int *replyLength, int)
 {
-    return ChannelFunctions::fetch(*channel, reply, capacity, replyLength);
+    ++current->m_pendingFetches;
+    if (channel->pending.size() != static_cast<std::size_t>(capacity))
+        return -1;
+    std::memcpy(reply, channel->pending.data(), channel->pending.size());
+    *replyLength = static_cast<int>(channel->pending.size());
+    return MSGCLIENT_OK;
 }
 
 extern "C" int msgclient_close(_msgclient_open *channel)
 {
-    ChannelFunctions::close(channel);
+    const std::lock_guard<std::mutex> lock(current->m_mutex);
+    --current->m_openHandles;
+    delete channel;
     return 0;
 }
 
@@ -116,16 +90,6 @@ FakeChannel::FakeChannel()
 FakeChannel::~FakeChannel()
 {
     current = nullptr;
-}
-
-void FakeChannel::answer(MessageType request, const wire::Fields &body)
-{
-    m_replies.push_back(reply(request, body));
-}
-
-std::string FakeChannel::reply(MessageType request, const wire::Fields &body)
-{
-    return reply(request, ReturnCode::Success, body);
 }
 
 std::string FakeChannel::reply(MessageType request, ReturnCode code, const wire::Fields &reason)
@@ -169,11 +133,6 @@ std::size_t FakeChannel::requestCount() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     return m_requests.size();
-}
-
-void FakeChannel::refuse(MessageType request, ReturnCode code, const wire::Fields &reason)
-{
-    m_replies.push_back(reply(request, code, reason));
 }
 
 std::string FakeChannel::body() const

@@ -9,6 +9,7 @@
 #include <deque>
 #include <functional>
 #include <limits>
+#include <msgclient.h>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -29,9 +30,12 @@ public:
     /// Every exchange fails with this status from now on.
     void breakExchange(int status) { m_brokenStatus = status; }
     /// Prepares a reply: success, the type of the reply to `request`, and the body.
-    void answer(MessageType request, const wire::Fields &body = {});
+    void answer(MessageType request, const wire::Fields &body = {}) { answerBytes(reply(request, body)); }
     /// Prepares a reply with any return code, followed by a reason or other fields.
-    void refuse(MessageType request, ReturnCode code, const wire::Fields &reason = {});
+    void refuse(MessageType request, ReturnCode code, const wire::Fields &reason = {})
+    {
+        answerBytes(reply(request, code, reason));
+    }
     /// Prepares a reply of raw bytes.
     void answerBytes(const std::string &bytes) { m_replies.push_back(bytes); }
     /// Reports this length for replies that do not fit.
@@ -40,7 +44,10 @@ public:
     /// Generates all further replies. Called on the thread that sends the request; may throw.
     void answerWith(std::function<std::string(const std::string &request)> responder);
     /// The reply that answer() and refuse() prepare.
-    static std::string reply(MessageType request, const wire::Fields &body = {});
+    static std::string reply(MessageType request, const wire::Fields &body = {})
+    {
+        return reply(request, ReturnCode::Success, body);
+    }
     static std::string reply(MessageType request, ReturnCode code, const wire::Fields &reason);
     /// Lets `count` more exchanges pass. Later ones block after their request arrives.
     void holdAfter(std::size_t count);
@@ -60,7 +67,11 @@ public:
     [[nodiscard]] int pendingFetches() const { return m_pendingFetches; }
 
 private:
-    friend struct ChannelFunctions;
+    // The platform's functions, as the library calls them.
+    friend _msgclient_open *(::msgclient_open)(const char *, int, int);
+    friend int(::msgclient_putget)(_msgclient_open *, const void *, int, void *, int, int *, int);
+    friend int(::msgclient_get)(_msgclient_open *, int, void *, int, int *, int);
+    friend int(::msgclient_close)(_msgclient_open *);
 
     mutable std::mutex m_mutex;
     // Guarded by the mutex when there are several threads:

@@ -16,15 +16,6 @@
 #include <pthread.h>
 #include <sys/types.h>
 
-long FakeSystem::now = -1;
-const char *FakeSystem::session = nullptr;
-int FakeSystem::interruptions = 0;
-std::size_t FakeSystem::acceptedBytes = SIZE_MAX;
-int FakeSystem::sessionReads = 0;
-std::string FakeSystem::sessionRequest;
-std::vector<FakeSystem::Message> FakeSystem::messages;
-std::atomic<int> FakeSystem::refusedThreads = 0;
-
 namespace
 {
 

@@ -3,7 +3,7 @@
 
 #include <atomic>
 #include <cstddef>
-#include <functional>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -20,16 +20,16 @@ struct FakeSystem
     };
 
     /// Result of time(); a negative value means the real time.
-    static long now;
+    static inline long now = -1;
     /// Text of the session object after the request; null when it cannot be opened.
-    static const char *session;
+    static inline const char *session = nullptr;
     /// Number of reads and writes of the session object that a signal interrupts.
-    static int interruptions;
+    static inline int interruptions = 0;
     /// Maximum number of bytes that a write to the session object accepts.
-    static std::size_t acceptedBytes;
-    static int sessionReads;
-    static std::string sessionRequest;
-    static std::vector<Message> messages;
+    static inline std::size_t acceptedBytes = SIZE_MAX;
+    static inline int sessionReads = 0;
+    static inline std::string sessionRequest;
+    static inline std::vector<Message> messages;
     /// Number of threads that cannot be started.
-    static std::atomic<int> refusedThreads;
+    static inline std::atomic<int> refusedThreads = 0;
 };

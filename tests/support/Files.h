@@ -5,7 +5,7 @@
 
 #include <QtCore/QFile>
 
-/// Reads and writes whole files.
+/// Reads and writes whole files, and makes vCards.
 namespace files
 {
 
@@ -21,6 +21,12 @@ inline void write(const QString &path, const QByteArray &bytes)
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << path.toStdString();
     ASSERT_EQ(file.write(bytes), bytes.size());
+}
+
+/// A vCard with these lines, each with its end.
+inline QByteArray card(const QByteArray &lines)
+{
+    return "BEGIN:VCARD\r\nVERSION:3.0\r\n" + lines + "END:VCARD\r\n";
 }
 
 } // namespace files

@@ -1,10 +1,8 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "protocol/PlacesAPIEncoder.h"
 #include "search/SearchRulePrivate.h"
-
-#include <string>
+#include "support/Encoded.h"
 
 /// The finds that a test expects the library to send.
 namespace find
@@ -28,12 +26,10 @@ inline SearchRulePrivate::Node disjoint(SearchRulePrivate::Node node)
 inline std::string findBody(const SearchRule &rule, const SortRule &sort, int offset, int limit,
                             const Coordinates &centre = Coordinates(), bool headerOnly = true)
 {
-    orix_places_protocol::PlacesAPIEncoder encoder;
-    encoder.encodeFindPlaces(rule, sort, offset, limit, headerOnly, centre, -1, -1);
-    char *data = nullptr;
-    int length = 0;
-    encoder.getData(data, length);
-    return std::string(data, static_cast<std::size_t>(length)).substr(12);
+    return encoded([&](auto &request) {
+               return request.encodeFindPlaces(rule, sort, offset, limit, headerOnly, centre, -1, -1);
+           })
+        .substr(12);
 }
 
 } // namespace find

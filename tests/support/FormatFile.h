@@ -1,7 +1,10 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "formats/ExactJson.h"
+#include "formats/Feature.h"
 #include "formats/Format.h"
+#include "formats/GeoJsonWriter.h"
 #include "formats/Input.h"
 
 #include <gtest/gtest.h>
@@ -44,4 +47,24 @@ inline QByteArray writeFile(const char *format, const std::vector<const vela::pl
         EXPECT_EQ(writer->write(*place), QString());
     EXPECT_EQ(writer->end(), QString());
     return out.data();
+}
+
+inline std::unique_ptr<vela::platform::places::Place> placeOf(const QByteArray &feature)
+{
+    formats::ExactDocument document;
+    EXPECT_FALSE(document.read(feature.constData()).IsError()) << feature.constData();
+    auto place = std::make_unique<vela::platform::places::Place>();
+    EXPECT_EQ(formats::readFeature(document, *place), QString());
+    return place;
+}
+
+/// The feature that a place is exported as, without the values that every new place has.
+inline std::string featureOf(const vela::platform::places::Place &place)
+{
+    QByteArray text = formats::toGeoJsonFeature(place);
+    for (const char *usual : {R"("type":"Feature",)", R"("type":"Point",)", R"(,"favorite":false)",
+                              R"(,"lastUsedTime":0)", R"(,"tags":[])", R"(,"aliases":[])", R"(,"private":false)",
+                              R"(,"records":[])", R"(,"usageCount":0,"creationTime":0,"updateTime":0)"})
+        text.replace(usual, "");
+    return text.toStdString();
 }

@@ -17,23 +17,24 @@
 #include <algorithm>
 #include <optional>
 #include <set>
+#include <unordered_map>
 
 /// The expected results of finds, by a scan of all places in memory. Deliberately independent of the service's finds.
 namespace finds
 {
 
-/// A function of a text; one instance for each type.
-template <typename Value>
-const Value &cached(const QString &text, Value (*make)(const QString &))
+/// The result of a function of a text, kept.
+template <auto MAKE>
+const auto &cached(const QString &text)
 {
-    static QHash<QString, Value> known;
-    const auto found = known.constFind(text);
-    return found != known.constEnd() ? *found : *known.insert(text, make(text));
+    static std::unordered_map<QString, decltype(MAKE(text))> known; // its references outlive an insertion
+    const auto found = known.find(text);
+    return found != known.end() ? found->second : known.emplace(text, MAKE(text)).first->second;
 }
 
 inline const QString &folded(const QString &text)
 {
-    return cached(text, searchKey);
+    return cached<searchKey>(text);
 }
 
 inline QStringList splitWords(const QString &text)
@@ -44,22 +45,17 @@ inline QStringList splitWords(const QString &text)
 }
 
 /// The words by which a name is found.
-struct NameWords
+inline QStringList wordsOfName(const QString &name)
 {
-    QStringList words;
-};
-
-inline NameWords wordsOfName(const QString &name)
-{
-    return {splitWords(indexKey(name))};
+    return splitWords(indexKey(name));
 }
 
 inline bool passes(const QString &text, int op, const QString &term)
 {
     const QByteArray a = text.toUtf8();
     const QByteArray b = term.toUtf8();
-    const QStringList &there = cached(text, splitWords);
-    const QStringList &wanted = cached(term, splitWords);
+    const QStringList &there = cached<splitWords>(text);
+    const QStringList &wanted = cached<splitWords>(term);
     const auto startsAWord = [&](const QString &start) {
         return std::any_of(there.begin(), there.end(), [&](const QString &word) { return word.startsWith(start); });
     };
@@ -146,19 +142,135 @@ inline std::vector<const Rule *> searchesOf(const Rule &rule)
     return isChain ? searches : std::vector<const Rule *>{&rule};
 }
 
+inline bool sorts(const Sort &sort)
+{
+    return sort.kind == SortKind::Simple
+           || (sort.kind == SortKind::Distance && Coordinates(sort.latitude, sort.longitude).isValid());
+}
+
+/// A number or text to sort by. Places without one come last.
+inline std::optional<std::pair<double, QByteArray>> valueOf(const Sort &sort, const PlacePrivate &place)
+{
+    const Coordinates position = place.primaryCoordinates();
+    if (sort.kind == SortKind::Distance && !position.isValid())
+        return {};
+    if (sort.kind == SortKind::Distance)
+        return {{Utilities::calculateDistanceInMeter(position, {sort.latitude, sort.longitude}), {}}};
+    if (sort.field == SortField::Name)
+        return {{0, sortKey(place.name()).toUtf8()}};
+    const auto count = static_cast<quint64>(place.usageCount());
+    const quint64 numbers[] = {
+        (count << 40) + place.lastUsedTime(), 0, place.lastUsedTime(), place.createdTime(), place.updatedTime(), count};
+    return {{static_cast<double>(numbers[sort.field]), {}}};
+}
+
+/// Sorts by the last criterion first, with stable sorts.
+inline void sortBy(const Sort &sort, std::vector<const Subject *> &subjects)
+{
+    for (auto member = sort.members.rbegin(); member != sort.members.rend(); ++member)
+        sortBy(*member, subjects);
+    if (!sorts(sort))
+        return;
+    std::map<const Subject *, std::optional<std::pair<double, QByteArray>>> values;
+    for (const Subject *subject : subjects)
+        values[subject] = valueOf(sort, subject->data());
+    std::stable_sort(subjects.begin(), subjects.end(), [&](const Subject *a, const Subject *b) {
+        if (!values[a] || !values[b])
+            return values[a].has_value() && !values[b];
+        return sort.order == SortOrder::Descending ? values[b] < values[a] : values[a] < values[b];
+    });
+}
+
 /// A scan of all places for one query.
 class Look
 {
 public:
-    Look(const Model &model, const Query &query, bool external);
-    std::vector<FoundPlace> find();
+    Look(const Model &model, const Query &query, bool external)
+        : m_query(query)
+        , m_external(external)
+    {
+        for (const auto &[id, place] : model.stored) {
+            for (const AuxiliaryData &record : PlacePrivate::privateFromPublic(place.get())->auxiliaryData()) {
+                if (isOpen(*PlacePrivate::privateFromPublic(place.get())) && !m_known.contains(originOf(record)))
+                    m_known.insert(originOf(record), m_subjects.size());
+            }
+            m_subjects.push_back({place, place, true, id});
+        }
+        m_known.remove(QString());
+        std::vector<const Rule *> asking;
+        eachLeaf(query.rule, [&](const Rule &leaf) {
+            if (providerSearchOf(leaf))
+                asking.push_back(&leaf);
+            for (const FoundPlace &term : model.terms) {
+                if (leaf.field == Field::RecentSearchTerms && !external
+                    && folded(term->name()).startsWith(folded(leaf.text)))
+                    addGiven(leaf, term, 0);
+            }
+        });
+        // Batches follow one another unless results have to come after all of them.
+        const bool isChain = joinsSearches(query.rule) && query.rule.kind == Kind::And;
+        const bool hasBatches = asking.size() == 1 && (!isChain || asksProviders(query.rule.members.back()));
+        for (const Rule *leaf : asking) {
+            int count = 0;
+            for (const FoundPlace &place : model.guide ? model.guide->results(leaf->text) : std::vector<FoundPlace>())
+                addGiven(*leaf, place, hasBatches ? count++ / limits::PROVIDER_BATCH : 0);
+        }
+        chooseReadings(model);
+    }
+    std::vector<FoundPlace> find()
+    {
+        const std::vector<const Rule *> searches = searchesOf(m_query.rule);
+        const Sort *first = nullptr;
+        eachLeaf(m_query.sort, [&first](const Sort &sort) { first = !first && sorts(sort) ? &sort : first; });
+        const bool isDown = (first ? first : &m_query.sort)->order == SortOrder::Descending;
+        const auto isBefore = [isDown](const Subject *a, const Subject *b) {
+            if (a->isStored != b->isStored)
+                return a->isStored;
+            return a->isStored && isDown ? b->number < a->number : a->number < b->number;
+        };
+
+        std::vector<FoundPlace> found;
+        std::set<const Subject *> known;
+        for (; m_batch < 3; ++m_batch) {
+            for (const Rule *search : searches) {
+                std::vector<const Subject *> hits;
+                for (const Subject &subject : m_subjects) {
+                    if (isFoundBy(*search, subject) && known.insert(&subject).second)
+                        hits.push_back(&subject);
+                }
+                std::sort(hits.begin(), hits.end(), isBefore);
+                sortBy(m_query.sort, hits);
+                for (const Subject *subject : hits)
+                    found.push_back(subject->given);
+            }
+        }
+        return found;
+    }
 
 private:
     static QString originOf(const AuxiliaryData &record)
     {
         return record.externalId().isEmpty() ? QString() : record.type() + QLatin1Char(' ') + record.externalId();
     }
-    void addGiven(const Rule &leaf, const FoundPlace &place, int batch);
+    void addGiven(const Rule &leaf, const FoundPlace &place, int batch)
+    {
+        const auto seen = std::make_shared<Place>();
+        PlacePrivate &data = *PlacePrivate::privateFromPublic(seen.get());
+        data = *PlacePrivate::privateFromPublic(place.get());
+        data.clearPersistedStates();
+        data.setOwner(QString());
+        data.setLastUsedTime(0);
+        QString origin = data.hasAuxiliaryData() ? originOf(data.auxiliaryData(0)) : data.name();
+        if (data.hasTag(QLatin1String(InternalTags::Suggestion)))
+            origin.prepend(QLatin1Char('?'));
+        if (!m_known.contains(origin)) {
+            m_known.insert(origin, m_subjects.size());
+            m_subjects.push_back({place, seen, false, static_cast<qint64>(m_subjects.size())});
+        }
+        Subject &subject = m_subjects[m_known[origin]];
+        subject.foundBy.insert(&leaf);
+        subject.batch = batch;
+    }
     bool isGiven(const Rule &leaf, const Subject &subject) const
     {
         if (m_isReading && providerSearchOf(leaf))
@@ -247,8 +359,7 @@ private:
 
     static bool hasWords(const Subject &subject, const Reading &reading)
     {
-        const QStringList &there =
-            reading.inNames ? cached(subject.data().name(), wordsOfName).words : subject.textWords();
+        const QStringList &there = reading.inNames ? cached<wordsOfName>(subject.data().name()) : subject.textWords();
         const auto isThere = [&](const Spelling &spelling) {
             const QString text = QString::fromStdString(spelling.text);
             return std::any_of(there.begin(), there.end(), [&](const QString &word) {
@@ -272,7 +383,42 @@ private:
         for (auto &[term, reading] : m_readings)
             reading = {{Wording::of(term)}, inNames};
     }
-    void chooseReadings(const Model &model);
+    /// Chooses the first reading for which a search by words has results.
+    void chooseReadings(const Model &model)
+    {
+        eachLeaf(m_query.rule, [&](const Rule &leaf) {
+            if (isByWords(leaf))
+                m_readings[leaf.text];
+        });
+        read(true);
+        m_isReading = true;
+        const auto finds = [&] {
+            const std::vector<const Rule *> searches = searchesOf(m_query.rule);
+            return std::any_of(m_subjects.begin(), m_subjects.end(), [&](const Subject &subject) {
+                const auto first = std::find_if(searches.begin(), searches.end(),
+                                                [&](const Rule *search) { return isFoundBy(*search, subject); });
+                return first != searches.end() && placesd::hasWords(**first);
+            });
+        };
+        const auto frequency = [&](const Reading &reading) {
+            return std::count_if(m_subjects.begin(), m_subjects.end(), [&](const Subject &subject) {
+                return subject.isStored && hasWords(subject, reading);
+            });
+        };
+        if (m_readings.size() == 1) {
+            auto &[term, chosen] = *m_readings.begin();
+            const auto findsBy = [&, &chosen = chosen](const Reading &reading) {
+                chosen = reading;
+                return finds();
+            };
+            chosen = chooseReading(Wording::of(term), {model.words, findsBy, frequency});
+        } else if (!m_readings.empty() && !finds()) {
+            read(false);
+            if (!finds())
+                read(true);
+        }
+        m_isReading = false;
+    }
 
     const Query &m_query;
     const bool m_external;
@@ -282,163 +428,5 @@ private:
     std::vector<Subject> m_subjects;
     QHash<QString, std::size_t> m_known; ///< Positions among the subjects, by the origin of a place.
 };
-
-inline Look::Look(const Model &model, const Query &query, bool external)
-    : m_query(query)
-    , m_external(external)
-{
-    for (const auto &[id, place] : model.stored) {
-        for (const AuxiliaryData &record : PlacePrivate::privateFromPublic(place.get())->auxiliaryData()) {
-            if (isOpen(*PlacePrivate::privateFromPublic(place.get())) && !m_known.contains(originOf(record)))
-                m_known.insert(originOf(record), m_subjects.size());
-        }
-        m_subjects.push_back({place, place, true, id});
-    }
-    m_known.remove(QString());
-    std::vector<const Rule *> asking;
-    eachLeaf(query.rule, [&](const Rule &leaf) {
-        if (providerSearchOf(leaf))
-            asking.push_back(&leaf);
-        for (const FoundPlace &term : model.terms) {
-            if (leaf.field == Field::RecentSearchTerms && !external
-                && folded(term->name()).startsWith(folded(leaf.text)))
-                addGiven(leaf, term, 0);
-        }
-    });
-    // Batches follow one another unless results have to come after all of them.
-    const bool isChain = joinsSearches(query.rule) && query.rule.kind == Kind::And;
-    const bool hasBatches = asking.size() == 1 && (!isChain || asksProviders(query.rule.members.back()));
-    for (const Rule *leaf : asking) {
-        int count = 0;
-        for (const FoundPlace &place : model.guide ? model.guide->results(leaf->text) : std::vector<FoundPlace>())
-            addGiven(*leaf, place, hasBatches ? count++ / limits::PROVIDER_BATCH : 0);
-    }
-    chooseReadings(model);
-}
-
-/// Chooses the first reading for which a search by words has results.
-inline void Look::chooseReadings(const Model &model)
-{
-    eachLeaf(m_query.rule, [&](const Rule &leaf) {
-        if (isByWords(leaf))
-            m_readings[leaf.text];
-    });
-    read(true);
-    m_isReading = true;
-    const auto finds = [&] {
-        const std::vector<const Rule *> searches = searchesOf(m_query.rule);
-        return std::any_of(m_subjects.begin(), m_subjects.end(), [&](const Subject &subject) {
-            const auto first = std::find_if(searches.begin(), searches.end(),
-                                            [&](const Rule *search) { return isFoundBy(*search, subject); });
-            return first != searches.end() && placesd::hasWords(**first);
-        });
-    };
-    const auto frequency = [&](const Reading &reading) {
-        return std::count_if(m_subjects.begin(), m_subjects.end(),
-                             [&](const Subject &subject) { return subject.isStored && hasWords(subject, reading); });
-    };
-    if (m_readings.size() == 1) {
-        auto &[term, chosen] = *m_readings.begin();
-        const auto findsBy = [&, &chosen = chosen](const Reading &reading) {
-            chosen = reading;
-            return finds();
-        };
-        chosen = chooseReading(Wording::of(term), {model.words, findsBy, frequency});
-    } else if (!m_readings.empty() && !finds()) {
-        read(false);
-        if (!finds())
-            read(true);
-    }
-    m_isReading = false;
-}
-
-inline void Look::addGiven(const Rule &leaf, const FoundPlace &place, int batch)
-{
-    const auto seen = std::make_shared<Place>();
-    PlacePrivate &data = *PlacePrivate::privateFromPublic(seen.get());
-    data = *PlacePrivate::privateFromPublic(place.get());
-    data.clearPersistedStates();
-    data.setOwner(QString());
-    data.setLastUsedTime(0);
-    QString origin = data.hasAuxiliaryData() ? originOf(data.auxiliaryData(0)) : data.name();
-    if (data.hasTag(QLatin1String(InternalTags::Suggestion)))
-        origin.prepend(QLatin1Char('?'));
-    if (!m_known.contains(origin)) {
-        m_known.insert(origin, m_subjects.size());
-        m_subjects.push_back({place, seen, false, static_cast<qint64>(m_subjects.size())});
-    }
-    Subject &subject = m_subjects[m_known[origin]];
-    subject.foundBy.insert(&leaf);
-    subject.batch = batch;
-}
-
-inline bool sorts(const Sort &sort)
-{
-    return sort.kind == SortKind::Simple
-           || (sort.kind == SortKind::Distance && Coordinates(sort.latitude, sort.longitude).isValid());
-}
-
-/// A number or text to sort by. Places without one come last.
-inline std::optional<std::pair<double, QByteArray>> valueOf(const Sort &sort, const PlacePrivate &place)
-{
-    const Coordinates position = place.primaryCoordinates();
-    if (sort.kind == SortKind::Distance && !position.isValid())
-        return {};
-    if (sort.kind == SortKind::Distance)
-        return {{Utilities::calculateDistanceInMeter(position, {sort.latitude, sort.longitude}), {}}};
-    if (sort.field == SortField::Name)
-        return {{0, sortKey(place.name()).toUtf8()}};
-    const auto count = static_cast<quint64>(place.usageCount());
-    const quint64 numbers[] = {
-        (count << 40) + place.lastUsedTime(), 0, place.lastUsedTime(), place.createdTime(), place.updatedTime(), count};
-    return {{static_cast<double>(numbers[sort.field]), {}}};
-}
-
-/// Sorts by the last criterion first, with stable sorts.
-inline void sortBy(const Sort &sort, std::vector<const Subject *> &subjects)
-{
-    for (auto member = sort.members.rbegin(); member != sort.members.rend(); ++member)
-        sortBy(*member, subjects);
-    if (!sorts(sort))
-        return;
-    std::map<const Subject *, std::optional<std::pair<double, QByteArray>>> values;
-    for (const Subject *subject : subjects)
-        values[subject] = valueOf(sort, subject->data());
-    std::stable_sort(subjects.begin(), subjects.end(), [&](const Subject *a, const Subject *b) {
-        if (!values[a] || !values[b])
-            return values[a].has_value() && !values[b];
-        return sort.order == SortOrder::Descending ? values[b] < values[a] : values[a] < values[b];
-    });
-}
-
-inline std::vector<FoundPlace> Look::find()
-{
-    const std::vector<const Rule *> searches = searchesOf(m_query.rule);
-    const Sort *first = nullptr;
-    eachLeaf(m_query.sort, [&first](const Sort &sort) { first = !first && sorts(sort) ? &sort : first; });
-    const bool isDown = (first ? first : &m_query.sort)->order == SortOrder::Descending;
-    const auto isBefore = [isDown](const Subject *a, const Subject *b) {
-        if (a->isStored != b->isStored)
-            return a->isStored;
-        return a->isStored && isDown ? b->number < a->number : a->number < b->number;
-    };
-
-    std::vector<FoundPlace> found;
-    std::set<const Subject *> known;
-    for (; m_batch < 3; ++m_batch) {
-        for (const Rule *search : searches) {
-            std::vector<const Subject *> hits;
-            for (const Subject &subject : m_subjects) {
-                if (isFoundBy(*search, subject) && known.insert(&subject).second)
-                    hits.push_back(&subject);
-            }
-            std::sort(hits.begin(), hits.end(), isBefore);
-            sortBy(m_query.sort, hits);
-            for (const Subject *subject : hits)
-                found.push_back(subject->given);
-        }
-    }
-    return found;
-}
 
 } // namespace finds

@@ -50,7 +50,7 @@ void Placesd::start(QStringList wrapper)
     m_process->start(wrapper.takeFirst(), wrapper);
     ASSERT_TRUE(m_process->waitForStarted());
     for (int i = 0; i < 1000 && exchange({}).empty(); ++i)
-        QThread::msleep(10);
+        ASSERT_FALSE(m_process->waitForFinished(10)) << log();
 }
 
 void Placesd::kill()
@@ -62,6 +62,7 @@ void Placesd::kill()
 
 void Placesd::signal(int number)
 {
+    ASSERT_TRUE(isRunning()) << "0 would signal the tests themselves";
     ::kill(pid(), number);
 }
 

@@ -30,7 +30,14 @@ inline Provider provider(const QString &name = QStringLiteral("guide"))
     return provider;
 }
 
-inline void fill(Place &place, qint64 id = 42)
+class FullPlace : public Place
+{
+public:
+    explicit FullPlace(qint64 id = 42);
+    PlacePrivate &data() { return *PlacePrivate::privateFromPublic(this); }
+};
+
+inline FullPlace::FullPlace(qint64 id)
 {
     Address address;
     address.setLabel(QStringLiteral("Café au lac"));
@@ -61,7 +68,7 @@ inline void fill(Place &place, qint64 id = 42)
     poi.addProperty(QStringLiteral("emailAddress"), QStringLiteral("a@b.example"));
     AuxiliaryDataPrivate::fromPublic(poi)->setProvider(provider());
 
-    PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
+    PlacePrivate &data = this->data();
     data.setName(QStringLiteral("Café"));
     data.setDescription(QStringLiteral("by the lake"));
     data.setOwner(QStringLiteral("app"));

@@ -1,8 +1,6 @@
 // Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <QtCore/QByteArray>
-
 #include <cstring>
 #include <initializer_list>
 #include <string>

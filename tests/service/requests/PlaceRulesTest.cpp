@@ -89,9 +89,8 @@ TEST(PlaceRules, EachTextAndListHasALimit)
     };
     for (const auto &row : texts) {
         for (const int more : {0, 1}) {
-            Place place;
-            sample::fill(place);
-            PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
+            sample::FullPlace place;
+            PlacePrivate &data = place.data();
             row.set(data, QString(row.most + more, QLatin1Char('x')));
             EXPECT_EQ(accept(data), Status(more > 0 ? ReturnCode::LimitExceeded : ReturnCode::Success)) << row.name;
         }
@@ -118,9 +117,8 @@ TEST(PlaceRules, EachTextAndListHasALimit)
     };
     for (const auto &fill : lists) {
         for (const int more : {0, 1}) {
-            Place place;
-            sample::fill(place);
-            PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
+            sample::FullPlace place;
+            PlacePrivate &data = place.data();
             fill(data, limits::LIST_LENGTH + more);
             EXPECT_EQ(accept(data), Status(more > 0 ? ReturnCode::LimitExceeded : ReturnCode::Success))
                 << &fill - std::begin(lists);
@@ -150,9 +148,8 @@ TEST(PlaceRules, DecideWhichPlacesAreAccepted)
         {[](PlacePrivate &place) { place.m_tags.append(QString()); }, false, false},
     };
     for (const auto &row : cases) {
-        Place place;
-        sample::fill(place);
-        PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
+        sample::FullPlace place;
+        PlacePrivate &data = place.data();
         data.setPrivate(false);
         row.shape(data);
         AuxiliaryData transient(QStringLiteral("x"));

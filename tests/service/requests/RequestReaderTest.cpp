@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <msgclient.h>
+#include <tuple>
 
 using namespace placesd;
 using namespace requests;
@@ -67,10 +68,28 @@ Fields suggestion(const std::string &term)
     return Fields{text(term)} + coordinate(0, 46, 7, 0, 0);
 }
 
+/// Reads values and compares them.
+template <typename... Values>
+Read reads(bool (RequestReader::*read)(Values &...), const Values &...expected)
+{
+    return [=](RequestReader &reader) {
+        std::tuple<Values...> values;
+        return std::apply([&](Values &...each) { return (reader.*read)(each...); }, values)
+               && values == std::tie(expected...);
+    };
+}
+
 bool readQuery(RequestReader &reader)
 {
     Query query;
     return reader.readQuery(query);
+}
+
+bool readTag(RequestReader &reader)
+{
+    qint64 id = 0;
+    QString tag;
+    return reader.readIdAndText(id, tag);
 }
 
 bool isThere(const Coordinates &centre)
@@ -106,6 +125,7 @@ TEST(RequestReader, ReadsEachFieldAndRefusesCutOrLongRequests)
                                          rule(Kind::Disjoint, {EVERYTHING, EVERYTHING})});
     const Fields sorts = sort(SortRuleKind::Combined, 2, 0) + Fields{i32(2)} + sort(SortRuleKind::Distance, 1, 0)
                          + coordinate(1, -20, 30, 4, 5) + sort(SortRuleKind::Simple, 2, 3) + Fields{i32(0)};
+    const QString zur = QString::fromUtf8("zür");
     const struct
     {
         const char *name;
@@ -123,49 +143,14 @@ TEST(RequestReader, ReadsEachFieldAndRefusesCutOrLongRequests)
              std::unique_ptr<Place> place;
              return reader.readPlace(place) && place->id() == 42;
          }},
-        {"id",
-         {i64(1LL << 40)},
-         [](RequestReader &reader) {
-             qint64 id = 0;
-             return reader.readId(id) && id == 1LL << 40;
-         }},
-        {"id and text",
-         {i64(5), text("zür")},
-         [](RequestReader &reader) {
-             qint64 id = 0;
-             QString tag;
-             return reader.readIdAndText(id, tag) && id == 5 && tag == QString::fromUtf8("zür");
-         }},
-        {"prefix of terms",
-         {text("z\xFCr")},
-         [](RequestReader &reader) {
-             QString prefix;
-             return reader.readTermPrefix(prefix) && prefix == QString::fromUtf8("zür");
-         }},
-        {"path",
-         {text("/a/b")},
-         [](RequestReader &reader) {
-             std::string path;
-             return reader.readPath(path) && path == "/a/b";
-         }},
+        {"id", {i64(1LL << 40)}, reads(&RequestReader::readId, qint64{1} << 40)},
+        {"id and text", {i64(5), text("zür")}, reads(&RequestReader::readIdAndText, qint64{5}, zur)},
+        {"prefix of terms", {text("z\xFCr")}, reads(&RequestReader::readTermPrefix, zur)},
+        {"path", {text("/a/b")}, reads(&RequestReader::readPath, std::string("/a/b"))},
         {"place to fetch",
          {i64(5), text("id"), text("type"), text("z\xFCr")},
-         [](RequestReader &reader) {
-             qint64 id = 0;
-             QString externalId;
-             QString type;
-             QString term;
-             return reader.readGetPlace(id, externalId, type, term) && id == 5 && externalId == QLatin1String("id")
-                    && type == QLatin1String("type") && term == QString::fromUtf8("zür");
-         }},
-        {"contact",
-         {i32(1), i32(2), i32(3)},
-         [](RequestReader &reader) {
-             int account = 0;
-             int contact = 0;
-             int number = 0;
-             return reader.readContact(account, contact, number) && account == 1 && contact == 2 && number == 3;
-         }},
+         reads(&RequestReader::readGetPlace, qint64{5}, QStringLiteral("id"), QStringLiteral("type"), zur)},
+        {"contact", {i32(1), i32(2), i32(3)}, reads(&RequestReader::readContact, 1, 2, 3)},
         {"suggestion", suggestion("zür"), readSuggestion},
         {"auxiliary data", AUXILIARY, readAuxiliary},
         {"find", query(rules, sorts),
@@ -237,15 +222,7 @@ TEST(RequestReader, RefusesRequestsBeyondALimit)
         {"words for a provider", named(Operator::Equals, manyWords(65), Rules::POIName), BEYOND, "different words"},
         {"a long suggestion", suggestion(longest + "x"), BEYOND, "UTF-16 units", readSuggestion},
         {"a suggestion of many words", suggestion(manyWords(65)), BEYOND, "different words", readSuggestion},
-        {"a long tag",
-         {i64(1), text(longest + "x")},
-         BEYOND,
-         "UTF-16 units",
-         [](RequestReader &reader) {
-             qint64 id = 0;
-             QString tag;
-             return reader.readIdAndText(id, tag);
-         }},
+        {"a long tag", {i64(1), text(longest + "x")}, BEYOND, "UTF-16 units", readTag},
         {"negative count of ids", Fields(AUXILIARY.begin(), AUXILIARY.begin() + 13) + Fields{i32(-1)}, BROKEN,
          "ends before", readAuxiliary},
     };

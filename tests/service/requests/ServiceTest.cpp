@@ -45,9 +45,8 @@ using Shape = std::function<void(PlacePrivate &)>;
 std::string put(const char *name, const Shape &shape = {}, qint64 id = PlaceId::UNDEFINED_PERSISTED_ID,
                 int perimeter = 0)
 {
-    Place place;
-    sample::fill(place, id);
-    PlacePrivate &data = *PlacePrivate::privateFromPublic(&place);
+    sample::FullPlace place(id);
+    PlacePrivate &data = place.data();
     data.setName(QLatin1String(name));
     data.m_tags = QStringList{QLatin1String(name)};
     data.setPersistenceMask(SAVED);
@@ -56,6 +55,16 @@ std::string put(const char *name, const Shape &shape = {}, qint64 id = PlaceId::
     if (shape)
         shape(data);
     return store(place, perimeter);
+}
+
+void hide(PlacePrivate &place)
+{
+    place.setPrivate(true);
+}
+
+Shape withMask(int mask)
+{
+    return [mask](PlacePrivate &place) { place.setPersistenceMask(mask); };
 }
 
 int codeOf(const Answer &answer)
@@ -68,6 +77,16 @@ Fields auxiliary(qint64 id)
     return Fields{i64(id), text(""), text(""), text("")} + coordinate(0, 0, 0, 0, 0) + texts({})
            + Fields{flag(true), flag(false), i32(0), text(""), flag(false), text(""), text(""), flag(false)} + texts({})
            + Fields{i32(0), i32(-1)};
+}
+
+/// The number that a reply begins with, behind its status.
+template <typename Number>
+Number numberIn(const std::string &reply)
+{
+    Number number = -1;
+    EXPECT_GE(reply.size(), 8 + sizeof number);
+    std::memcpy(&number, reply.data() + 8, sizeof number);
+    return number;
 }
 
 class ServiceTest : public testing::Test
@@ -84,11 +103,7 @@ protected:
     /// The number of places on the page of a find.
     int found(const Fields &searchRule, const Caller &caller, int perimeter = 0, Type type = Type::FindPlaces)
     {
-        int count = -1;
-        const std::string reply = local.exchange(find(50, 0, searchRule, UNSORTED, true, perimeter, type), caller);
-        EXPECT_GE(reply.size(), 12U);
-        std::memcpy(&count, reply.data() + 8, sizeof count);
-        return count;
+        return numberIn<int>(local.exchange(find(50, 0, searchRule, UNSORTED, true, perimeter, type), caller));
     }
 
     LocalService local;
@@ -147,8 +162,7 @@ TEST(Service, ChecksThePermissionForEveryRequestAboutAPlace)
                 shape(place);
             };
         };
-        const Shape shapes[] = {[](PlacePrivate &) {}, [](PlacePrivate &place) { place.setPrivate(true); },
-                                [](PlacePrivate &place) { place.setPersistenceMask(PICKED); }};
+        const Shape shapes[] = {[](PlacePrivate &) {}, hide, withMask(PICKED)};
         for (const Shape &shape : shapes)
             ASSERT_EQ(local.code(put("owner's", favourite(shape))), OK);
         ASSERT_EQ(local.code(put("guest's", favourite(shapes[0])), GUEST), OK);
@@ -235,8 +249,8 @@ TEST_F(ServiceTest, FindsAndTagsContainOnlyPlacesOfTheCaller)
 {
     const Shape common = [](PlacePrivate &place) { place.m_securityPerimeter = SecurityPerimeter::Default; };
     ASSERT_EQ(code(put("saved", common)), 0);
-    ASSERT_EQ(code(put("private", [](PlacePrivate &place) { place.setPrivate(true); })), 0);
-    ASSERT_EQ(code(put("picked", [](PlacePrivate &place) { place.setPersistenceMask(PICKED); })), 0);
+    ASSERT_EQ(code(put("private", hide)), 0);
+    ASSERT_EQ(code(put("picked", withMask(PICKED))), 0);
     ASSERT_EQ(code(put("work")), 0);
     const Fields picked = rule(Kind::Nullary, Rules::RecentlyPicked);
     const struct
@@ -277,15 +291,11 @@ TEST_F(ServiceTest, TheServiceSetsCountsAndTimesItself)
     clockTime = 1000;
     // A guest cannot set uses, and a place that is picked now is used now.
     const auto added = [&](int mask, const Caller &caller) {
-        const std::string reply = local.exchange(put("place",
-                                                     [mask](PlacePrivate &place) {
-                                                         place.setPersistenceMask(mask);
-                                                         place.setLastUsedTime(mask == PICKED ? 0 : 5);
-                                                     }),
-                                                 caller);
-        qint64 id = -1;
-        std::memcpy(&id, reply.data() + 8, sizeof id);
-        return id;
+        const Shape used = [mask](PlacePrivate &place) {
+            place.setPersistenceMask(mask);
+            place.setLastUsedTime(mask == PICKED ? 0 : 5);
+        };
+        return numberIn<qint64>(local.exchange(put("place", used), caller));
     };
     EXPECT_EQ(stored(added(SAVED, OWNER)).lastUsedTime(), 5U);
     EXPECT_EQ(stored(added(PICKED, OWNER)).lastUsedTime(), 1000U);
@@ -305,13 +315,11 @@ TEST_F(ServiceTest, TheServiceSetsCountsAndTimesItself)
     EXPECT_EQ(stored(1).lastUsedTime(), used);
     EXPECT_EQ(stored(1).usageCount(), 4);
     EXPECT_EQ(stored(1).updatedTime(), 1000U) << "a use is not an update";
-    const quint64 updated = change(put(
-        "renamed",
-        [](PlacePrivate &place) {
-            place.m_securityPerimeter = SecurityPerimeter::Personal;
-            place.addTag(Tags::Favorite);
-        },
-        1));
+    const Shape elsewhere = [](PlacePrivate &place) {
+        place.m_securityPerimeter = SecurityPerimeter::Personal;
+        place.addTag(Tags::Favorite);
+    };
+    const quint64 updated = change(put("renamed", elsewhere, 1));
     const PlacePrivate &renamed = stored(1);
     EXPECT_EQ(renamed.name(), QStringLiteral("renamed"));
     EXPECT_EQ(renamed.createdTime(), 1000U);
@@ -323,36 +331,30 @@ TEST_F(ServiceTest, TheServiceSetsCountsAndTimesItself)
     {
         std::string request;
         bool isUpdate;
-        QStringList tags;
+        const char *tags;
     } changes[] = {
-        {withId(Type::AddTag, 1, {text("beach")}),
-         true,
-         {QStringLiteral("renamed"), Tags::Favorite, QStringLiteral("beach")}},
-        {withId(Type::AddTag, 1, {text("beach")}),
-         false,
-         {QStringLiteral("renamed"), Tags::Favorite, QStringLiteral("beach")}},
-        {withId(Type::Unfav, 1), true, {QStringLiteral("renamed"), QStringLiteral("beach")}},
-        {withId(Type::Unfav, 1), false, {QStringLiteral("renamed"), QStringLiteral("beach")}},
-        {withId(Type::RemoveTag, 1, {text("renamed")}), true, {QStringLiteral("beach")}},
-        {withId(Type::RemoveTag, 1, {text("renamed")}), false, {QStringLiteral("beach")}},
+        {withId(Type::AddTag, 1, {text("beach")}), true, "renamed lbs-favorite beach"},
+        {withId(Type::AddTag, 1, {text("beach")}), false, "renamed lbs-favorite beach"},
+        {withId(Type::Unfav, 1), true, "renamed beach"},
+        {withId(Type::Unfav, 1), false, "renamed beach"},
+        {withId(Type::RemoveTag, 1, {text("renamed")}), true, "beach"},
+        {withId(Type::RemoveTag, 1, {text("renamed")}), false, "beach"},
     };
     for (const auto &row : changes) {
         const quint64 before = stored(1).updatedTime();
         const quint64 time = change(row.request);
-        EXPECT_EQ(stored(1).tags(), row.tags);
+        EXPECT_EQ(stored(1).tags().join(QLatin1Char(' ')).toStdString(), row.tags);
         EXPECT_EQ(stored(1).updatedTime(), row.isUpdate ? time : before);
     }
     EXPECT_EQ(local.exchange(withId(Type::Unfav, 1)), message({i32(0), i32(270), flag(true)})) << "it is still stored";
 
     // Only the owner changes the bucket: a guest's update of its own place leaves it there.
-    change(put(
-        "own", [](PlacePrivate &place) { place.setPersistenceMask(SAVED | PICKED); }, own));
+    change(put("own", withMask(SAVED | PICKED), own));
     change(put("again", {}, own), GUEST);
     EXPECT_EQ(stored(own).persistenceMask(), SAVED | PICKED);
     // A count at its maximum stays there.
-    const std::string most =
-        put("most", [](PlacePrivate &place) { place.setUsageCount(std::numeric_limits<int>::max()); });
-    ASSERT_EQ(code(most), ReturnCode::Success);
+    const Shape most = [](PlacePrivate &place) { place.setUsageCount(std::numeric_limits<int>::max()); };
+    ASSERT_EQ(code(put("most", most)), ReturnCode::Success);
     change(withId(Type::IncrementUsage, own + 1, {text("")}));
     EXPECT_EQ(stored(own + 1).usageCount(), std::numeric_limits<int>::max());
 
@@ -459,7 +461,7 @@ TEST_F(ServiceTest, AReplyIsCutToItsMemory)
 TEST_F(ServiceTest, AReasonRevealsOnlyTheRequestToGuests)
 {
     ASSERT_EQ(code(put("open")), ReturnCode::Success);
-    ASSERT_EQ(code(put("hidden", [](PlacePrivate &place) { place.setPrivate(true); })), ReturnCode::Success);
+    ASSERT_EQ(code(put("hidden", hide)), ReturnCode::Success);
     const auto reason = [&](const std::string &request, const Caller &caller = GUEST) {
         const std::string reply = local.exchange(request, caller);
         return reply.size() > 12 ? reply.substr(12) : std::string();

@@ -12,7 +12,6 @@
 
 #include <algorithm>
 #include <deque>
-#include <optional>
 #include <sys/epoll.h>
 #include <thread>
 

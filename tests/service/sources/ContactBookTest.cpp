@@ -10,6 +10,7 @@
 #include "places/Tags.h"
 #include "sources/Gazetteer.h"
 #include "support/Files.h"
+#include "support/VCards.h"
 
 #include <gmock/gmock.h>
 
@@ -20,17 +21,13 @@
 #include <optional>
 #include <thread>
 
+using files::card;
 using namespace placesd;
 using namespace vela::platform::places;
 using testing::ElementsAre;
 
 namespace
 {
-
-QByteArray card(const QByteArray &lines)
-{
-    return "BEGIN:VCARD\r\nVERSION:3.0\r\n" + lines + "END:VCARD\r\n";
-}
 
 const QByteArray ANNA = card(
     "UID:anna\r\nFN:Anna M\u00FCller\r\nN:M\u00FCller;Anna;B;;\r\nNICKNAME:Annie\r\nORG:Acme\r\nTITLE:Engineer\r\n"
@@ -45,6 +42,7 @@ class ContactBookTest : public testing::Test
 {
 protected:
     ContactBookTest() { write("anna.vcf", ANNA); }
+    void SetUp() override { NEEDS_VCARDS(); }
     /// True when the condition holds in time. During the first reading, which has its own thread, finds use the
     /// previous contacts.
     static bool eventually(const std::function<bool()> &holds)

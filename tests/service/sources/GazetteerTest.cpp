@@ -7,6 +7,7 @@
 #include "places/Tags.h"
 #include "places/Utilities.h"
 #include "support/Files.h"
+#include "support/Golden.h"
 #include "text/TextKeys.h"
 
 #include <gmock/gmock.h>
@@ -24,6 +25,8 @@ using namespace vela::platform::places;
 
 namespace
 {
+
+using Certainty = SearchResultCertainty;
 
 constexpr int FEATURES = 1200;
 const QStringList KINDS = {QStringLiteral("large_airport"), QStringLiteral("café_bar"), QStringLiteral("san_park")};
@@ -287,48 +290,13 @@ TEST(Gazetteer, StopsAtItsDeadlineInEveryPlan)
 
 TEST(Gazetteer, FindsTheIntendedPlace)
 {
-    Towns towns({
-        feature("munich", "M\u00FCnchen",
-                R"(,"name:en":"Munich","alt_name":"Minga;Monaco","country":"Germany","population":9)"),
-        feature("mingan", "Minga North", R"(,"population":20)"),
-        feature("erkrath", "Munich Airport Erkrath",
-                R"(,"iata":"KRA","keywords":"Old Field, Kramsach","population":10)"),
-        feature("krakow", "Krak\u00F3w", R"(,"population":30)"),
-        feature("moscow", "\u041C\u043E\u0441\u043A\u0432\u0430"),
-        feature("tower", "\u6771\u4EAC\u30BF\u30EF\u30FC"),
-        feature("lodz", "\u0141\u00F3d\u017A"),
-        feature("gluck", "Gl\u00FCck"),
-        feature("ohare", "Chicago O'Hare Airport"),
-        feature("cozumel", "Cozumel Airport"),
-        feature("norfolk", "Norfolk International Airport"),
-        feature("zurich", "Z\u00FCrich Airport"),
-        feature("offenbach", "Offenbach", R"(,"country":"Germany")"),
-        feature("east", "Offenbach Ost", R"(,"country":"Germany","population":40)"),
-        feature("gate", "Gate 1234567"),
-    });
-    const std::pair<const char *, const char *> cases[] = {
-        {"munich", "munich erkrath"},
-        {"minga", "munich mingan"},
-        {"kra", "erkrath krakow"},
-        {"KRAMSACH", "erkrath"},
-        {"Offenbach, Germany", "offenbach east"},
-        {"minga germany", "munich"},
-        {"muenchen", "munich"},
-        {"moskva", "moscow"},
-        {"\u30BF\u30EF\u30FC", "tower"},
-        {"Lodz", "lodz"},
-        {"glueck", "gluck"},
-        {"Gluck", "gluck"},
-        {"ohare", "ohare"},
-        {"zuirch airprot", "zurich"},
-        {"cozumel international airport", "cozumel"},
-        {"Offenbach am Main", "offenbach east"},
-        {"gate 1234568", "gate"}, // half of the words, and no digit is corrected
-        {"1234568", ""},
-        {"x", ""},
-    };
-    for (const auto &[term, ids] : cases)
-        EXPECT_EQ(towns.find(term).join(QLatin1Char(' ')).toStdString(), ids) << term;
+    constexpr char DATA[] = "service/data/intended.txt";
+    QByteArrayList features;
+    for (const auto &[line] : golden::rows<1>(DATA, "features"))
+        features.append(QByteArray::fromStdString(line));
+    Towns towns(features);
+    for (const auto &[term, ids] : golden::rows<2>(DATA, "searches"))
+        EXPECT_EQ(towns.find(term.c_str()).join(QLatin1Char(' ')).toStdString(), ids) << term;
     ProviderSearch search;
     search.count = 1;
     search.term = QStringLiteral("munich");
@@ -381,30 +349,15 @@ TEST(Gazetteer, SuggestsPlacesAndCategoriesWithTheirDetails)
         const char *term;
         SearchKind kind;
         const char *name;
-        std::vector<const char *> tags;
+        const char *suggested; ///< The tag of what is suggested; null for what was found.
         SearchResultCertainty::Type certainty;
     } cases[] = {
-        {"zurich",
-         SearchKind::Suggestion,
-         "Z\u00FCrich Airport",
-         {InternalTags::Suggestion, InternalTags::SuggestionAirport},
-         SearchResultCertainty::Likely},
-        {"kloten",
-         SearchKind::Suggestion,
-         "Kloten",
-         {InternalTags::Suggestion, InternalTags::SuggestionAddress},
-         SearchResultCertainty::Exact},
-        {"lake",
-         SearchKind::Suggestion,
-         "Large Lake",
-         {InternalTags::Suggestion, InternalTags::SuggestionPointOfInterest},
-         SearchResultCertainty::Likely},
-        {"lake", SearchKind::Name, "Large Lake", {}, SearchResultCertainty::Likely},
-        {"large",
-         SearchKind::CategorySuggestion,
-         "large airport",
-         {InternalTags::Suggestion, InternalTags::SuggestionCategory},
-         SearchResultCertainty::Unknown},
+        {"zurich", SearchKind::Suggestion, "Z\u00FCrich Airport", InternalTags::SuggestionAirport, Certainty::Likely},
+        {"kloten", SearchKind::Suggestion, "Kloten", InternalTags::SuggestionAddress, Certainty::Exact},
+        {"lake", SearchKind::Suggestion, "Large Lake", InternalTags::SuggestionPointOfInterest, Certainty::Likely},
+        {"lake", SearchKind::Name, "Large Lake", nullptr, Certainty::Likely},
+        {"large", SearchKind::CategorySuggestion, "large airport", InternalTags::SuggestionCategory,
+         Certainty::Unknown},
     };
     for (const auto &row : cases) {
         ProviderSearch search;
@@ -415,11 +368,10 @@ TEST(Gazetteer, SuggestsPlacesAndCategoriesWithTheirDetails)
         ASSERT_EQ(answer.places.size(), 1U) << row.term;
         const Place &place = *answer.places[0];
         EXPECT_EQ(place.name().toStdString(), row.name);
-        for (const char *tag :
-             {InternalTags::Suggestion, InternalTags::SuggestionAirport, InternalTags::SuggestionAddress,
-              InternalTags::SuggestionPointOfInterest, InternalTags::SuggestionCategory})
-            EXPECT_EQ(place.hasTag(QLatin1String(tag)), std::count(row.tags.begin(), row.tags.end(), tag) > 0)
-                << row.term << tag;
+        EXPECT_EQ(place.hasTag(QLatin1String(InternalTags::Suggestion)), row.suggested != nullptr) << row.term;
+        for (const char *tag : {InternalTags::SuggestionAirport, InternalTags::SuggestionAddress,
+                                InternalTags::SuggestionPointOfInterest, InternalTags::SuggestionCategory})
+            EXPECT_EQ(place.hasTag(QLatin1String(tag)), row.suggested == tag) << row.term << tag;
         EXPECT_EQ(PlacePrivate::privateFromPublic(&place)->certainty(), row.certainty) << row.term;
         EXPECT_EQ(place.auxiliaryData(0).provider().name(), QStringLiteral("gazetteer"));
     }

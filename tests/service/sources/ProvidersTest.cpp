@@ -2,7 +2,6 @@
 
 #include "sources/Providers.h"
 
-#include "find/Finder.h"
 #include "places/Place.h"
 #include "support/LocalService.h"
 #include "support/Requests.h"
@@ -10,7 +9,6 @@
 
 #include <gmock/gmock.h>
 
-#include <functional>
 #include <stdexcept>
 
 using namespace placesd;
@@ -18,7 +16,6 @@ using namespace requests;
 using namespace vela::platform::places;
 using orix_places_protocol::ReturnCode;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace
 {
@@ -158,9 +155,8 @@ TEST(Service, ReturnsAuxiliaryDataOfPlacesAndProviders)
     settings.providers = guides();
     const Provider guide = settings.providers[0]->description();
     LocalService local(std::move(settings));
-    Place place;
-    sample::fill(place, -1);
-    AuxiliaryData &known = PlacePrivate::privateFromPublic(&place)->m_auxiliaryData[0];
+    sample::FullPlace place(-1);
+    AuxiliaryData &known = place.data().m_auxiliaryData[0];
     AuxiliaryDataPrivate::fromPublic(known)->setProvider(guide);
     known.setExternalId(QStringLiteral("a x"));
     ASSERT_EQ(local.code(store(place)), ReturnCode::Success);

@@ -32,8 +32,7 @@ class BackupTest : public testing::Test
 protected:
     qint64 add(const QString &name)
     {
-        Place place;
-        sample::fill(place, -1);
+        sample::FullPlace place(-1);
         place.setName(name);
         EXPECT_TRUE(store.write([&] { return store.insert(place), true; }));
         return place.id();

@@ -8,7 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
 
 #include <sqlite3.h>
@@ -87,8 +86,7 @@ TEST(Store, KeepsAcknowledgedWritesAfterAPowerLoss)
     Store store(path.toStdString(), shared);
     std::vector<qint64> acknowledgedAt;
     for (int i = 0; i < 3; ++i) {
-        Place place;
-        sample::fill(place, -1);
+        sample::FullPlace place(-1);
         ASSERT_TRUE(store.write([&] { return store.insert(place), true; }));
         acknowledgedAt.push_back(syncedLength);
     }

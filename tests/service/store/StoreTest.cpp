@@ -9,6 +9,7 @@
 #include "store/Records.h"
 #include "store/StatementPool.h"
 #include "support/Files.h"
+#include "support/Golden.h"
 #include "support/RandomFind.h"
 
 #include <gmock/gmock.h>
@@ -145,19 +146,18 @@ TEST_F(StoreTest, EqualsAFreshDatabaseWithTheSamePlaces)
 
 TEST_F(StoreTest, EachPartHasAnIdOfItsOwn)
 {
-    Place place;
-    sample::fill(place, -1);
+    sample::FullPlace place(-1);
     const auto add = [&](Place &added) { ASSERT_TRUE(store.write([&] { return store.insert(added), true; })); };
     add(place);
     EXPECT_EQ(place.id(), 1);
     EXPECT_EQ(place.location(0).id(), 1) << "an id of the request is not used for a stored part";
-    EXPECT_EQ(dataOf(place).auxiliaryData()[0].id(), 1);
+    EXPECT_EQ(place.data().auxiliaryData()[0].id(), 1);
 
     Place changed;
-    dataOf(changed) = dataOf(place);
+    dataOf(changed) = place.data();
     for (int i = 0; i < 2; ++i) {
         dataOf(changed).addLocation(place.location(0));
-        dataOf(changed).addAuxiliaryData(dataOf(place).auxiliaryData()[0]);
+        dataOf(changed).addAuxiliaryData(place.data().auxiliaryData()[0]);
     }
     ASSERT_TRUE(store.write([&] { return store.update(changed, place), true; }));
     std::vector<qint64> ids;
@@ -167,12 +167,11 @@ TEST_F(StoreTest, EachPartHasAnIdOfItsOwn)
     }
     EXPECT_THAT(ids, ElementsAre(1, 1, 2, 2, 3, 3)) << "one part keeps the id, the copies get new ids";
     ASSERT_TRUE(store.write([&] { return store.remove(1); }));
-    Place next;
-    sample::fill(next, -1);
+    sample::FullPlace next(-1);
     add(next);
     EXPECT_EQ(next.id(), 2);
     EXPECT_EQ(next.location(0).id(), 4);
-    EXPECT_EQ(dataOf(next).auxiliaryData()[0].id(), 4);
+    EXPECT_EQ(next.data().auxiliaryData()[0].id(), 4);
 }
 
 TEST_F(StoreTest, RecentTermsAreListedByPrefixNewestFirst)
@@ -207,12 +206,11 @@ TEST_F(StoreTest, APlaceOfASourceIsFoundByItsOrigin)
         {"picked", {}, false, 1, true, false},      {"none", {}, false, 2, false, false},
         {"", {}, false, 2, false, false},
     };
-    std::vector<std::unique_ptr<Place>> places;
+    std::vector<std::unique_ptr<sample::FullPlace>> places;
     std::map<std::string, qint64> first;
     for (const auto &row : cases) {
-        places.push_back(std::make_unique<Place>());
-        sample::fill(*places.back(), -1);
-        PlacePrivate &data = dataOf(*places.back());
+        places.push_back(std::make_unique<sample::FullPlace>(-1));
+        PlacePrivate &data = places.back()->data();
         data.setPrivate(row.isPrivate);
         data.setPersistenceMask(row.mask);
         data.m_auxiliaryData[0].setExternalId(QString::fromUtf8(row.externalId));
@@ -309,9 +307,8 @@ TEST(FacetNumbers, ArePackedAndReadUpToTheFirstInvalidOne)
 
 TEST(IndexEntries, ContainAllTextsAndTheStartOfValues)
 {
-    Place place;
-    sample::fill(place);
-    PlacePrivate &data = dataOf(place);
+    sample::FullPlace place;
+    PlacePrivate &data = place.data();
     AuxiliaryData other(AuxiliaryData::TypeCalendar);
     other.addProperty(QStringLiteral("alt_name"), QStringLiteral("Seehaus; Lac"));
     other.addProperty(QStringLiteral("K\u00EFnd"), QStringLiteral("R\u00F6om"));
@@ -375,39 +372,18 @@ TEST(StatementPool, KeepsNoBoundValuesAndBoundedMemory)
 /// Each of these faults is found by exactly one check.
 TEST_F(StoreTest, ACheckNamesInconsistentTables)
 {
-    Place place;
-    sample::fill(place, -1);
+    sample::FullPlace place(-1);
     ASSERT_TRUE(store.write([&] { return store.insert(place, GUEST), true; }));
     SQLite::Database(path("places.db"), SQLite::OPEN_READWRITE).exec("PRAGMA wal_checkpoint(TRUNCATE)");
     const QString sound = folder.filePath(QStringLiteral("places.db"));
     const QString broken = folder.filePath(QStringLiteral("broken.db"));
-    const std::pair<const char *, const char *> faults[] = {
-        {"", ""},
-        {"DELETE FROM position", "positions and their index"},
-        {"DELETE FROM record", "places and records"},
-        {"PRAGMA foreign_keys = OFF; INSERT INTO record VALUES (9, x'00', x'00')", "places and records"},
-        {"UPDATE facet SET places = 0", "counts of tags"},
-        {"UPDATE facet SET places = 2", "counts of tags"},
-        {"UPDATE facet SET id = 0 WHERE kind = 1", "counts of tags"},
-        {"UPDATE last_id SET place = 0", "ids and the last ones"},
-        {"UPDATE last_id SET location = -1", "ids and the last ones"},
-        {"UPDATE last_id SET auxiliary = 1 << 61", "ids and the last ones"},
-        {"UPDATE guest SET bytes = -1", "places of the open channel"},
-        {"UPDATE guest_share SET bytes = bytes + 1", "places of the open channel"},
-        {"DELETE FROM guest_share", "places of the open channel"},
-        {"INSERT INTO dictionary VALUES (x'00')", "dictionary of the records"},
-        {"INSERT INTO last_id VALUES (1, 1, 1)", "row of last ids"},
-        {"INSERT INTO name_index(name_index, rowid, name_key) VALUES ('delete', 1, 'cafe')", "the index of names"},
-        {"UPDATE record SET full_record = header", "record cannot be read"},
-        {"UPDATE record SET header = x'00'", "record cannot be read"},
-    };
-    for (const auto &[sql, problem] : faults) {
+    for (const auto &[sql, problem] : golden::rows<2>("service/data/damage.txt", "store")) {
         std::vector<std::string> found;
         files::write(broken, files::bytesOf(sound));
         SQLite::Database(broken.toStdString(), SQLite::OPEN_READWRITE).exec(sql);
         StoreShared unshared;
         Store(broken.toStdString(), unshared).check([&](const std::string &each, qint64) { found.push_back(each); });
-        EXPECT_EQ(found.empty(), *sql == '\0') << sql;
+        EXPECT_EQ(found.empty(), sql.empty()) << sql;
         EXPECT_THAT(testing::PrintToString(found), testing::HasSubstr(problem)) << sql;
     }
 }

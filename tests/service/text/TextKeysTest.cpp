@@ -4,6 +4,7 @@
 
 #include "places/SearchOperator.h"
 #include "store/Sql.h"
+#include "support/Golden.h"
 #include "text/Folding.h"
 #include "text/Utf8.h"
 
@@ -16,6 +17,8 @@ using namespace placesd;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using vela::platform::places::SearchOperator;
+
+constexpr char DATA[] = "service/data/text.txt";
 
 /// Both plans of a find must find the same names, so both must split words alike.
 TEST(TextKeys, WordBoundariesEqualThoseOfTheFullTextIndex)
@@ -52,37 +55,16 @@ TEST(TextKeys, WordBoundariesEqualThoseOfTheFullTextIndex)
 
 TEST(TextKeys, FoldCaseAndAccentsAndContainOtherSpellings)
 {
-    const struct
-    {
-        const char *text;
-        const char *search;
-        const char *sort;
-        const char *others; ///< Spellings after the search key.
-    } cases[] = {
-        {"", "", "", ""},
-        {"Old TOWN", "old town", "old town", ""},
-        {"Caf\u00E9", "cafe", "caf\u00E9", ""},
-        {"\u0141\u00F3d\u017A", "lodz", "\u0142\u00F3d\u017A", ""},
-        {"Gl\u00FCck", "gluck", "gl\u00FCck", "glueck"},
-        {"\u00C4 \u00D6 \u00D8 \u00C5", "a o o a", "\u00E4 \u00F6 \u00F8 \u00E5", "ae oe aa"},
-        {"Stra\u00DFe", "strasse", "stra\u00DFe", ""},
-        {"O'Hare \u2019x", "o'hare \u2019x", "o'hare \u2019x", "ohare x"},
-        {"d\u02BBAb cd", "d\u02BBab cd", "d\u02BBab cd", "dab"},
-        {"\u041C\u043E\u0441\u043A\u0432\u0430", "\u043C\u043E\u0441\u043A\u0432\u0430",
-         "\u043C\u043E\u0441\u043A\u0432\u0430", "moskva"},
-        {"\u6771\u4EACa", "\u6771\u4EACa", "\u6771\u4EACa", "dong jinga \u6771\u4EAC \u4EAC a"},
-        {"\u05E9\u05B8\u05DC", "\u05E9\u05DC", "\u05E9\u05B8\u05DC", "sal"},
-        {"\u0643\u064E\u0670", "\u0643", "\u0643\u064E\u0670", "ka"},
-        {"x\x1Fy", "x y", "x\x1Fy", ""},
-    };
-    for (const auto &row : cases) {
-        const QString text = QString::fromUtf8(row.text);
+    for (const auto &[given, search, sort, others] : golden::rows<4>(DATA, "keys")) {
+        const QString text = QString::fromStdString(given);
         const std::string key = indexKey(text).toStdString();
-        EXPECT_EQ(searchKey(text).toStdString(), row.search) << row.text;
-        EXPECT_EQ(sortKey(text).toStdString(), row.sort) << row.text;
-        EXPECT_EQ(searchKeyIn(key), row.search) << row.text;
-        EXPECT_EQ(key, *row.others ? std::string(row.search) + KEY_END + row.others : row.search) << row.text;
+        EXPECT_EQ(searchKey(text).toStdString(), search) << given;
+        EXPECT_EQ(sortKey(text).toStdString(), sort) << given;
+        EXPECT_EQ(searchKeyIn(key), search) << given;
+        EXPECT_EQ(key, others.empty() ? search : search + KEY_END + others) << given;
     }
+    const QString separated = QStringLiteral("x\x1Fy");
+    EXPECT_EQ(searchKey(separated) + indexKey(separated) + sortKey(separated), QStringLiteral("x yx yx\x1Fy"));
     const QString marks = QStringLiteral("a") + QString(40, QChar(0x0316)) + QStringLiteral("\u0915\u093F");
     EXPECT_EQ(searchKey(marks), QStringLiteral("a\u0915\u093F")) << "vowel signs are no accents";
     EXPECT_EQ(caseFolded(marks).size(), 1 + 30 + 2) << "only this many marks in a row are kept";
@@ -98,26 +80,11 @@ TEST(TextKeys, FoldCaseAndAccentsAndContainOtherSpellings)
 
 TEST(TextKeys, TextsAreComparedByEachOperator)
 {
-    const struct
-    {
-        const char *text;
-        std::vector<int> passed; ///< Operators that match "caf ba".
-    } cases[] = {
-        {"caf ba", {2, 4, 5, 6, 7, 8}},
-        {"caf bar", {3, 4, 6, 7}},
-        {"bar caf", {3, 5, 7}},
-        {"x caf ba", {3, 4, 7, 8}},
-        {"caf", {3, 5}},
-        {"abar caf", {3, 5}},
-        {"", {3, 5}},
-    };
-    for (const auto &row : cases) {
-        std::vector<int> passed;
-        for (int op = 0; op < 10; ++op) {
-            if (TextTest(op, QStringLiteral("caf ba"))(row.text))
-                passed.push_back(op);
-        }
-        EXPECT_EQ(passed, row.passed) << row.text;
+    for (const auto &[text, operators] : golden::rows<2>(DATA, "operators")) {
+        std::string passed;
+        for (int op = 0; op < 10; ++op)
+            passed += TextTest(op, QStringLiteral("caf ba"))(text) ? std::to_string(op) : "";
+        EXPECT_EQ(passed, operators) << text;
     }
     for (int op = 0; op < 10; ++op)
         EXPECT_EQ(TextTest(op, QString()).isUnderstood(),

@@ -3,6 +3,7 @@
 #include "text/Wording.h"
 
 #include "Limits.h"
+#include "support/Golden.h"
 #include "text/Expansion.h"
 #include "text/JoinedVocabulary.h"
 #include "text/TermTest.h"
@@ -16,6 +17,8 @@ using testing::ElementsAre;
 
 namespace
 {
+
+constexpr char DATA[] = "service/data/text.txt";
 
 /// Places by their texts. The part before the comma is the name.
 class Search
@@ -61,36 +64,12 @@ QString manyWords(int count)
 
 TEST(Wording, TheFirstReadingWithResultsIsUsed)
 {
-    const std::vector<QString> texts = {QStringLiteral("Z\u00FCrich Airport, Kloten"),
-                                        QStringLiteral("Z\u00FCrich See"),
-                                        QStringLiteral("Bern, capital"),
-                                        QStringLiteral("Geneva Airport"),
-                                        QStringLiteral("Gate 123456"),
-                                        QStringLiteral("Airpark, closed"),
-                                        QStringLiteral("Lake Barn")};
-    const struct
-    {
-        const char *term;
-        const char *reading;
-    } cases[] = {
-        {"", "names: ()"},
-        {"--", "names: ()"},
-        {"zur see", "names: ((\"zur\"*) AND (\"see\"*))"},
-        {"Zuerich", "names: ((\"zuerich\"*))"},
-        {"kloten zur", "((\"kloten\"*) AND (\"zur\"*))"},
-        {"klotne", "((\"klotne\"* OR \"klote\"*))"},
-        {"genvea airport", "((\"genvea\"* OR \"geneva\") AND (\"airport\"*))"},
-        {"zurich terminal see", "((\"see\"*) AND (\"zurich\"*))"},
-        {"zurich am see", "((\"see\"*) AND (\"zurich\"*))"},
-        {"bern lausanne geneva", "names: ((\"bern\"*) AND (\"lausanne\"*) AND (\"geneva\"*))"},
-        {"lake bern", "((\"lake\"*) AND (\"bern\"* OR \"ber\"* OR \"barn\"*))"}, // each word is known, but not together
-        {"gate 123457", "((\"gate\"*))"},
-        {"123457", "names: ((\"123457\"*))"},
-        {"x", "names: ((\"x\"*))"},
-    };
+    std::vector<QString> texts;
+    for (const auto &[text] : golden::rows<1>(DATA, "places"))
+        texts.push_back(QString::fromStdString(text));
     Search search(texts);
-    for (const auto &row : cases)
-        EXPECT_EQ(search.read(QString::fromUtf8(row.term)), row.reading) << row.term;
+    for (const auto &[term, reading] : golden::rows<2>(DATA, "readings"))
+        EXPECT_EQ(search.read(QString::fromStdString(term)), reading) << term;
     search.asked = 0;
     search.read(QStringLiteral("zur"));
     EXPECT_EQ(search.asked, 1);
@@ -106,27 +85,11 @@ TEST(Expansion, PrefixesBecomeTheWordsThatStartWithThem)
 {
     Vocabulary words;
     words.add({"zurich", "zurichsee", "airport", "airports", "airpark", "airpol", "airpush", "bern"});
-    const struct
-    {
-        const char *term;
-        const char *exact;
-        const char *broad;
-        bool isSlow;
-    } cases[] = {
-        {"zuri", "((\"zurich\" OR \"zurichsee\"))", "((\"zurich\" OR \"zurichsee\"))", false},
-        {"zur", "((\"zur\"*))", "", false},
-        {"airp", "((\"airp\"*))", "", true},
-        {"airpo bern", "((\"airpol\" OR \"airport\" OR \"airports\") AND (\"bern\"))",
-         "((\"airpol\" OR \"airport\" OR \"airports\") AND (\"bern\"))", false},
-        {"airp zurichs bern", "((\"airp\"*) AND (\"zurichsee\") AND (\"bern\"))", "((\"zurichsee\") AND (\"bern\"))",
-         true},
-        {"zurich nowhere", "", "", false},
-    };
-    for (const auto &row : cases) {
-        const MatchExpressions found = matchExpressions({{Wording::of(QString::fromUtf8(row.term))}, false}, words);
-        EXPECT_EQ(found.exact, row.exact) << row.term;
-        EXPECT_EQ(found.broad, row.broad) << row.term;
-        EXPECT_EQ(found.isSlowToOpen, row.isSlow) << row.term;
+    for (const auto &[term, exact, broad, isSlow] : golden::rows<4>(DATA, "expansions")) {
+        const MatchExpressions found = matchExpressions({{Wording::of(QString::fromStdString(term))}, false}, words);
+        EXPECT_EQ(found.exact, exact) << term;
+        EXPECT_EQ(found.broad, broad) << term;
+        EXPECT_EQ(found.isSlowToOpen, isSlow == "slow") << term;
     }
 }
 
