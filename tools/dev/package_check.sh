@@ -10,7 +10,9 @@ fail() { echo "package check: $*" >&2; exit 1; }
 install() { apt-get install -qq -y --no-install-recommends "$@" >log 2>&1 || { cat log; exit 1; }; }
 
 # Runs commands as the ordinary user who uses the packages.
-as_user() { su user -c "set -eu; cd ~; export VELA_CHANNEL_DIR=~/channel; $1"; }
+as_user() {
+    su --login --whitelist-environment=LC_ALL user -c "set -eu; export VELA_CHANNEL_DIR=~/channel; $1"
+}
 
 # Prints the files that packages have left on the system.
 left_files() {
