@@ -27,6 +27,8 @@ if command -v ccache >/dev/null; then
 fi
 
 say "building the packages without tests: minutes (log: build/package/build.log)"
+# Line numbers are all debug information: more takes a third of the time.
+export DEB_CFLAGS_APPEND="-g1 ${DEB_CFLAGS_APPEND-}" DEB_CXXFLAGS_APPEND="-g1 ${DEB_CXXFLAGS_APPEND-}"
 (cd "$folder/source" && DEB_BUILD_OPTIONS="nocheck parallel=$(nproc) ${DEB_BUILD_OPTIONS-}" dpkg-buildpackage -us -uc) \
     >"$folder/build.log" 2>&1 || { tail -n 100 "$folder/build.log"; exit 1; }
 for package in "$folder"/*.deb; do
