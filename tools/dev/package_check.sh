@@ -40,7 +40,8 @@ as_user '
     while [ ! -S $VELA_CHANNEL_DIR/places ]; do kill -0 $service; sleep 0.1; done
     places --no-start add "Lake house" --at 47.24,8.72 --tag holiday
     places find lake
-    places search zurich --group suggestions --limit 1
+    # The service reads its airports and cities after its start.
+    timeout 60 sh -c "until places search zurich --group suggestions --limit 1 2>/dev/null | grep Zürich; do sleep 0.1; done"
     places export places.geojson
     places backup places.backup
     kill $service; wait $service
