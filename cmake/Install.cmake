@@ -20,6 +20,8 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/VelaPlacesConfigVersion.c
 install(FILES ${PROJECT_BINARY_DIR}/VelaPlacesConfig.cmake ${PROJECT_BINARY_DIR}/VelaPlacesConfigVersion.cmake
         DESTINATION ${package_folder})
 
+# Distributions have libraries in lib/<architecture>.
+file(RELATIVE_PATH prefix_from_pkgconfig ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 configure_file(cmake/velaplatformplaces.pc.in velaplatformplaces.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/velaplatformplaces.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 

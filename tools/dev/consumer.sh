@@ -1,8 +1,9 @@
 #!/bin/sh
 # Copyright 2026 the Vela Places authors. SPDX-License-Identifier: Apache-2.0
-# Follows the README with a build: installs it, builds the program of "Ten lines" outside the source tree, once with the
-# README's CMake lines and once with pkg-config, and runs both programs against the installed placesd.
-# Usage: consumer.sh BUILD_FOLDER
+# Follows the README: builds the program of "Ten lines" outside the source tree, once with the README's CMake lines and
+# once with pkg-config, and runs both programs against placesd. With a build folder, installs its files for that in a
+# temporary folder; otherwise uses the files that are installed on this system.
+# Usage: consumer.sh [BUILD_FOLDER]
 set -eu
 cd "$(dirname "$0")/../.."
 folder=$(mktemp -d)
@@ -12,7 +13,15 @@ trap '[ -z "$service" ] || { kill "$service"; wait "$service" || true; }; rm -rf
 # Prints the first code block in this LANGUAGE of that section of the README.
 readme() { sed -n '/^## Ten lines/,/^## /p' README.md | sed -n "/^\`\`\`$1\$/,/^\`\`\`\$/p" | sed '1d; /^```$/,$d'; }
 
-cmake --install "$1" --prefix "$folder/installed" >/dev/null
+# Installs the files of a BUILD_FOLDER, and makes CMake, pkg-config, the linker and the shell find them.
+install() {
+    cmake --install "$1" --prefix "$folder/installed" >/dev/null
+    libraries=$(dirname "$(find "$folder/installed" -name 'libvelaplatformplaces.so')")
+    export CMAKE_PREFIX_PATH="$folder/installed" PKG_CONFIG_PATH="$libraries/pkgconfig" LD_RUN_PATH="$libraries"
+    export PATH="$folder/installed/bin:$PATH"
+}
+
+[ $# = 0 ] || install "$1"
 mkdir "$folder/program"
 readme cpp >"$folder/program/main.cpp"
 {
@@ -22,17 +31,14 @@ readme cpp >"$folder/program/main.cpp"
 } >"$folder/program/CMakeLists.txt"
 cd "$folder/program"
 
-cmake -S . -B by-cmake -DCMAKE_PREFIX_PATH="$folder/installed" >/dev/null
+cmake -S . -B by-cmake >/dev/null
 cmake --build by-cmake >/dev/null
 mkdir by-pkg-config
-libraries=$(dirname "$(find "$folder/installed" -name 'libvelaplatformplaces.so')")
-PKG_CONFIG_PATH=$libraries/pkgconfig
-export PKG_CONFIG_PATH
 # shellcheck disable=SC2046 # The flags are words.
-c++ main.cpp -o by-pkg-config/my_program $(pkg-config --cflags --libs velaplatformplaces) "-Wl,-rpath,$libraries"
+c++ main.cpp -o by-pkg-config/my_program $(pkg-config --cflags --libs velaplatformplaces)
 
 export VELA_CHANNEL_DIR="$folder/channel"
-"$folder/installed/bin/placesd" --database "$folder/places.db" --gazetteer '' &
+placesd --database "$folder/places.db" --gazetteer '' &
 service=$!
 for _ in $(seq 100); do
     [ ! -S "$VELA_CHANNEL_DIR/places" ] || break
